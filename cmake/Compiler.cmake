@@ -1,0 +1,17 @@
+# How this project's own code is compiled; users of the library inherit none of it.
+
+set(CMAKE_CXX_EXTENSIONS OFF)
+
+find_program(TARN_CCACHE ccache)
+if(TARN_CCACHE AND PROJECT_IS_TOP_LEVEL)
+    # Precompiled headers are cached only when ccache may ignore their time stamps.
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+        ${TARN_CCACHE})
+    add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fpch-preprocess>)
+endif()
+
+add_library(tarn_warnings INTERFACE)
+target_compile_options(tarn_warnings INTERFACE
+    $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wpedantic -Wshadow -Wconversion>
+    $<$<AND:$<BOOL:${TARN_WARNINGS_AS_ERRORS}>,$<COMPILE_LANGUAGE:CXX>>:-Werror>)

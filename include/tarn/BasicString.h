@@ -1,0 +1,153 @@
+#pragma once
+
+#include <tarn/CharTraits.h>
+#include <tarn/ConstString.h>
+#include <tarn/Export.h>
+#include <tarn/StringHelper.h>
+#include <tarn/Windows.h>
+
+#include <algorithm>
+#include <concepts>
+#include <string>
+#include <type_traits>
+
+namespace tarn {
+/// The library's string: a standard string that converts between narrow and wide text, reads and writes
+/// numbers, trims, changes case, takes paths apart and fills in templates.
+///
+/// It adds no data, so it can be passed and sliced wherever the standard string is expected. Members
+/// return new strings and leave the object as it is, unless their name begins with "make". Conversions
+/// between the widths throw as StringHelper::convert says.
+template <class Ch, class Traits = std::char_traits<Ch>, class Alloc = std::allocator<Ch>>
+class BasicString : public std::basic_string<Ch, Traits, Alloc> {
+    using Base = std::basic_string<Ch, Traits, Alloc>;
+    using Helper = StringHelper<Ch>;
+
+public:
+    using OtherCh = std::conditional_t<std::is_same_v<Ch, char>, wchar_t, char>;
+    using Base::npos;
+    using typename Base::size_type;
+
+    BasicString() = default;
+    using Base::Base;
+    BasicString(const Base& text) : Base(text) {}
+    BasicString(Base&& text) noexcept : Base(std::move(text)) {}
+    /// A null `s` is the empty text.
+    BasicString(const Ch* s) : BasicString(ConstString<Ch>(s)) {}
+    BasicString(const Ch* s, size_type n) : Base(s, n) {}
+    BasicString(const ConstString<Ch>& text) { assign(text); }
+    /// Converts from the other width: narrow from wide in the system's ANSI code page, wide from narrow
+    /// in the runtime library's current locale.
+    BasicString(const OtherCh* s) : Base(Helper::convert(s)) {}
+    BasicString(const OtherCh* s, size_type n) : Base(Helper::convert(s, static_cast<unsigned>(n))) {}
+    BasicString(int value, int radix) { makeInt(value, radix); }
+    template <std::integral Count> BasicString(Count n, Ch c) : Base(static_cast<size_type>(n), c) {}
+
+    using Base::operator=;
+    BasicString& operator=(const ConstString<Ch>& text) { return assign(text); }
+
+    using Base::assign;
+    BasicString& assign(const Ch* s) { return assign(ConstString<Ch>(s)); }
+    BasicString& assign(const Ch* s, size_type n)
+    {
+        Base::assign(s, n);
+        return *this;
+    }
+    BasicString& assign(const ConstString<Ch>& text)
+    {
+        Base::assign(text.data() ? text.data() : Helper::Device(), text.length());
+        return *this;
+    }
+
+    operator const Ch*() const { return this->c_str(); }
+
+    // With the conversion above, an index of any other type than size_type would be ambiguous.
+    template <std::integral Index> typename Base::reference operator[](Index i)
+    {
+        return Base::operator[](static_cast<size_type>(i));
+    }
+    template <std::integral Index> typename Base::const_reference operator[](Index i) const
+    {
+        return Base::operator[](static_cast<size_type>(i));
+    }
+
+    BasicString operator+(const BasicString& s) const { return joined(s.data(), s.size()); }
+    BasicString operator+(const Base& s) const { return joined(s.data(), s.size()); }
+    BasicString operator+(const Ch* s) const { return joined(s, Traits::length(s)); }
+    BasicString operator+(Ch c) const { return joined(&c, 1); }
+
+    BasicString left(unsigned n) const { return BasicString(this->substr(0, n)); }
+    BasicString right(unsigned n) const
+    {
+        return BasicString(this->substr(this->size() - std::min<size_type>(n, this->size())));
+    }
+    /// Throws `std::out_of_range` when `start` lies behind the end.
+    BasicString mid(unsigned start, unsigned n = static_cast<unsigned>(npos)) const
+    {
+        return BasicString(this->substr(start, n));
+    }
+
+    /// The `index`-th piece (from 0) of the text split at each `delimiter`; empty when there are fewer.
+    BasicString substring(const Ch* delimiter, int index) const;
+    size_type findOneOf(const Ch* set, unsigned start = 0) const { return this->find_first_of(set, start); }
+    bool contains(const Ch* s) const { return this->find(s) != npos; }
+    bool startsWith(const Ch* s) const { return this->starts_with(s); }
+    bool endsWith(const Ch* s) const { return this->ends_with(s); }
+    /// Goes on behind the inserted text, so `to` may contain `from`. An empty `from` replaces nothing.
+    BasicString replaceAll(const Ch* from, const Ch* to) const;
+
+    /// White space is what the global locale's character classification calls space.
+    BasicString trimLeft() const;
+    BasicString trimRight() const;
+    BasicString trim() const;
+
+    /// Each character through the runtime library, so only 'A' to 'Z' change in the "C" locale.
+    BasicString toLower() const { return BasicString(*this).makeLower(); }
+    BasicString toUpper() const { return BasicString(*this).makeUpper(); }
+    BasicString& makeLower();
+    BasicString& makeUpper();
+
+    /// 0 when the text does not begin with a number.
+    int toInt() const { return Helper::atoi(this->c_str()); }
+    /// Negative values have a minus sign in radix 10 only, as `_itoa` writes them. Radix 2 to 36.
+    static BasicString fromInt(int value, int radix = 10) { return BasicString(value, radix); }
+
+    static BasicString Time(); ///< The local time as hh:mm:ss.
+    static BasicString Date(); ///< The local date as mm/dd/yy.
+    /// As `printf` of the platform's runtime library; longer output is cut at 2000 characters.
+    static BasicString fromFormat(const Ch* format, ...);
+    /// Entry `id` of a module's string table (null: the program's); empty when there is none.
+    static BasicString fromResource(unsigned id, HINSTANCE module);
+
+    /// One element of a path: from the front for 0, 1, 2, ... and from the back for -1, -2, ...; a
+    /// leading separator is an element of its own, and a device is given as its root ("C:\"). Counting
+    /// from the front past the last element gives the empty text, from the back the first element.
+    BasicString getPathElement(int index) const;
+    /// The path without its last element and the separator before it ("C:" for a file in a root).
+    BasicString getDirectory() const;
+    /// `relative` as seen from the folder `base`: each leading ".." drops one element of `base`, though
+    /// never its root. An absolute `relative` (one that begins with a separator or a device) is the
+    /// result itself, and for an empty argument the result is the other one.
+    static BasicString mergePath(BasicString base, BasicString relative);
+
+    /// Fills in the text as a template: "%1" to "%9" stand for the arguments (null: nothing), "%%" for
+    /// one "%"; any other "%" stays as it is.
+    BasicString format(const Ch* a1 = nullptr, const Ch* a2 = nullptr, const Ch* a3 = nullptr, const Ch* a4 = nullptr,
+                       const Ch* a5 = nullptr, const Ch* a6 = nullptr, const Ch* a7 = nullptr, const Ch* a8 = nullptr,
+                       const Ch* a9 = nullptr) const;
+
+private:
+    BasicString joined(const Ch* s, size_type n) const;
+    void makeInt(int value, int radix);
+    size_type firstNonSpace() const;
+    size_type endOfText() const;
+    static bool isAbsolute(const BasicString& path);
+    bool endsAtRoot() const;
+};
+
+/// Narrow text in the given code page (`CP_UTF8`, `CP_OEMCP`, ...) as wide text.
+/// Throws WindowsError "Can't convert multi byte string to unicode".
+TARN_API BasicString<wchar_t> a2w(const char* s, unsigned codePage);
+} // namespace tarn
+
+#include <tarn/BasicStringImpl.h>

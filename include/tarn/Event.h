@@ -1,0 +1,24 @@
+#pragma once
+
+#include <tarn/Export.h>
+#include <tarn/WindowsHandle.h>
+
+namespace tarn {
+/// A kernel event: one thread sets it, others wait for it with the inherited wait().
+///
+/// Use it to say that something happened; to guard data use a Lockable. Owns its handle and closes it on
+/// destruction; cannot be copied. set(), reset() and wait() may be called from any thread; close() and
+/// attach() need the object to yourself. Failures throw WindowsError.
+class TARN_API Event : public WindowsHandle {
+public:
+    /// An unnamed event. With `manualReset` it stays signaled until reset(); without, each wait that
+    /// succeeds takes the signal away. Throws "Error in CreateEvent".
+    Event(bool manualReset, bool initiallySignaled);
+
+    void set() const;   ///< Throws "Error in SetEvent".
+    void reset() const; ///< Throws "Error in ResetEvent".
+    /// Wakes the threads waiting at this moment, then resets. Throws "Error in PulseEvent". A thread that
+    /// the system takes off its wait for an instant misses the pulse: prefer set() on a manual-reset event.
+    void pulse() const;
+};
+} // namespace tarn

@@ -1,0 +1,173 @@
+#pragma once
+
+#include <tarn/BasicString.h>
+#include <tarn/Export.h>
+
+#include <exception>
+#include <new>
+#include <stdexcept>
+#include <string>
+
+struct _EXCEPTION_POINTERS;
+
+namespace tarn {
+/// The library's own general failure. The other classes below are `std::runtime_error`s instead, so
+/// catch `std::exception` to catch whatever the library throws.
+class TARN_API Exception : public std::exception {
+public:
+    Exception(); ///< "Unknown Exception".
+    Exception(const std::string& description);
+    Exception(const Exception&);
+    Exception& operator=(const Exception&);
+    ~Exception() override;
+
+    const char* what() const noexcept override;
+    void setDescription(const char* text);
+
+private:
+    std::string description_;
+};
+
+/// Data ended before a read or write was complete. Not derived from Exception.
+class TARN_API EndOfFile : public std::runtime_error {
+public:
+    EndOfFile(const std::string& message);
+    EndOfFile(const EndOfFile&) noexcept;
+    EndOfFile& operator=(const EndOfFile&) noexcept;
+    ~EndOfFile() override;
+};
+
+/// Memory could not be had. Its text is "bad allocation" whatever the compiler's run-time library says.
+class TARN_API BadAllocation : public std::bad_alloc {
+public:
+    BadAllocation() noexcept;
+    BadAllocation(const BadAllocation&) noexcept;
+    BadAllocation& operator=(const BadAllocation&) noexcept;
+    ~BadAllocation() override;
+    const char* what() const noexcept override;
+};
+
+/// A call of the runtime library failed. what() is the description, ": " and `strerror`'s text; unlike
+/// a WindowsError it keeps the ": " when the description is empty.
+class TARN_API CRTError : public std::runtime_error {
+public:
+    CRTError(int error, const std::string& description);
+    CRTError(const std::string& description, int error);
+    CRTError(const CRTError&) noexcept;
+    CRTError& operator=(const CRTError&) noexcept;
+    ~CRTError() override;
+
+    int getError() const { return error_; } ///< The `errno` value.
+    operator int() const { return error_; }
+
+private:
+    int error_;
+};
+
+/// A hardware or system exception (access violation, division by zero, ...) that happened in code of
+/// the program or the library; see SETranslator.h. what() is "SEH exception" for every code.
+class TARN_API SEHError : public std::runtime_error {
+public:
+    SEHError(unsigned long code);
+    SEHError(const SEHError&) noexcept;
+    SEHError& operator=(const SEHError&) noexcept;
+    ~SEHError() override;
+
+    unsigned long getCode() const { return code_; } ///< For example 0xC0000005, an access violation.
+
+    /// Throws SEHError(code): the translator that the library installs for each thread.
+    [[noreturn]] static void translate(unsigned int code, _EXCEPTION_POINTERS* info);
+
+private:
+    unsigned long code_;
+};
+
+/// A common dialog failed (not: was cancelled). what() is the description, ": " and the error's name,
+/// with the ": " also when the description is empty.
+class TARN_API CommonDialogError : public std::runtime_error {
+public:
+    CommonDialogError(const std::string& description, unsigned long error);
+    CommonDialogError(unsigned long error, const std::string& description);
+    CommonDialogError(const CommonDialogError&) noexcept;
+    CommonDialogError& operator=(const CommonDialogError&) noexcept;
+    ~CommonDialogError() override;
+
+    unsigned long getError() const { return error_; } ///< A code of `CommDlgExtendedError`.
+
+    /// The code's symbolic name, "FNERR_BUFFERTOOSMALL" for instance, or "Unknown common didlaog error "
+    /// and the number (sic: programs match this text).
+    static BasicString<char> errorToString(unsigned long error);
+
+private:
+    unsigned long error_;
+};
+
+/// Mixed into the exceptions that stand for an `HRESULT`; converts both ways at COM borders.
+class TARN_API HRESULTHolder {
+public:
+    HRESULTHolder() = default;
+    HRESULTHolder(const HRESULTHolder&) = default;
+    HRESULTHolder& operator=(const HRESULTHolder&) = default;
+
+    virtual long getHRESULT() const = 0;
+
+    /// Does nothing for success codes; throws BadAllocation for `E_OUTOFMEMORY`, WindowsError for codes
+    /// of the Win32 facility and COMError for any other failure.
+    static void throwOnError(long hr, const char* description);
+    static void throwOnError(long hr);
+    /// The holder's code, `E_OUTOFMEMORY` for a `std::bad_alloc`, and `E_FAIL` for the rest.
+    static long getHRESULTFromException(const std::exception& e);
+
+protected:
+    ~HRESULTHolder() = default;
+};
+
+/// A call of the platform failed.
+///
+/// what() is the description, ": " and the system's text for the code, or that text alone when the
+/// description is empty. It is composed at the first call, so an error nobody asks costs little; do not
+/// ask one object from two threads at once.
+class TARN_API WindowsError : public std::runtime_error, public HRESULTHolder {
+public:
+    WindowsError(unsigned long error, const std::string& description = std::string());
+    /// Reads the thread's last error: construct it before calling anything that may change that.
+    WindowsError(const std::string& description = std::string());
+    WindowsError(const WindowsError&);
+    WindowsError& operator=(const WindowsError&);
+    ~WindowsError() override;
+
+    const char* what() const noexcept override;
+    /// The system's text for the code, from "netmsg.dll" for 2100 to 2999; "Windows error 0x" and the
+    /// code in hexadecimal when there is none. Never throws for lack of a text.
+    virtual std::string getMessage() const;
+
+    unsigned long getError() const { return error_; }
+    const char* getDescription() const { return std::runtime_error::what(); }
+    /// The code in the Win32 facility; 0 and codes that are an `HRESULT` already as they are.
+    long getHRESULT() const override;
+
+private:
+    unsigned long error_;
+    mutable std::string message_;
+    mutable bool hasMessage_ = false;
+};
+
+/// A COM call failed. what() is the description, ": " and the name of the `HRESULT` (the name alone when
+/// constructed without a description, "" not being "without").
+class TARN_API COMError : public std::runtime_error, public HRESULTHolder {
+public:
+    COMError(unsigned long hr);
+    COMError(unsigned long hr, const std::string& description);
+    COMError(const COMError&) noexcept;
+    COMError& operator=(const COMError&) noexcept;
+    ~COMError() override;
+
+    long getHRESULT() const override;
+
+    /// Throws COMError(`E_POINTER`) for null.
+    static void checkPointer(void* p);
+
+private:
+    unsigned long hr_;
+};
+} // namespace tarn

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <tarn/Export.h>
+#include <tarn/Windows.h>
+#include <tarn/WindowsHandle.h>
+
+namespace tarn {
+/// What AutoLock locks: CriticalSection within one process, Mutex where a handle is needed.
+class TARN_API Lockable {
+public:
+    Lockable() = default;
+    Lockable(const Lockable&) = default;
+    Lockable& operator=(const Lockable&) = default;
+
+    virtual void lock() = 0;
+    virtual void unlock() = 0;
+
+protected:
+    ~Lockable() = default;
+};
+
+/// The fast lock within a process; the thread that holds it may lock it again. Reports no errors.
+class TARN_API CriticalSection : public Lockable {
+public:
+    CriticalSection() { InitializeCriticalSection(&section_); }
+    CriticalSection(const CriticalSection&) = delete;
+    CriticalSection& operator=(const CriticalSection&) = delete;
+    ~CriticalSection() { DeleteCriticalSection(&section_); }
+
+    void lock() final { EnterCriticalSection(&section_); }
+    void unlock() final { LeaveCriticalSection(&section_); }
+    bool tryLock() { return TryEnterCriticalSection(&section_) != FALSE; }
+
+private:
+    CRITICAL_SECTION section_;
+};
+
+/// An unnamed mutex of the system: slower than a CriticalSection, but it is a handle to wait for, and
+/// a thread that ends without unlocking does not block the others for ever. Failures throw WindowsError.
+class TARN_API Mutex : public WindowsHandle, public Lockable {
+public:
+    explicit Mutex(bool initiallyOwned); ///< Throws "Error in CreateMutex".
+
+    /// Waits without end. A mutex that its owner's end abandoned counts as locked.
+    void lock() override;
+    void unlock() override; ///< Throws "Error in ReleaseMutex", for a mutex of another thread for instance.
+};
+
+/// Holds a lock for the length of a scope.
+///
+/// A copy holds the same lock and unlocks it too: copy only holders that hold nothing.
+class TARN_API AutoLock {
+public:
+    AutoLock() = default;
+    AutoLock(Lockable& lockable)
+    {
+        lockable.lock();
+        held_ = &lockable;
+    }
+    AutoLock(const AutoLock&) = default;
+    AutoLock& operator=(const AutoLock&) = default;
+    /// A failure to unlock is dropped: call unlock() to hear of it.
+    virtual ~AutoLock()
+    {
+        try {
+            unlock();
+        } catch (...) {
+        }
+    }
+
+    /// Unlocks the lock held so far before it locks `lockable`.
+    void lock(Lockable& lockable)
+    {
+        unlock();
+        lockable.lock();
+        held_ = &lockable;
+    }
+    void unlock()
+    {
+        if (Lockable* const held = std::exchange(held_, nullptr))
+            held->unlock();
+    }
+
+private:
+    Lockable* held_ = nullptr;
+};
+} // namespace tarn

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <tarn/Export.h>
+
+struct _EXCEPTION_POINTERS;
+
+namespace tarn {
+/// Turns a structured exception into a thrown object: gets the exception's code and the state of the
+/// thread when it happened, valid until the translator ends. It does not return, it throws; one that
+/// returns all the same ends the program with the exception it was given.
+using SETranslator = void (*)(unsigned int code, _EXCEPTION_POINTERS* info);
+
+/// Makes `translator` the calling thread's (null: faults stay what they are) and returns the one before.
+///
+/// The library installs SEHError::translate for the thread that loads it and for each thread that starts
+/// while it is loaded; threads that existed before have none until they call this. What is translated
+/// are errors (codes from 0xC0000000) raised by instructions of code compiled like this library, with
+/// `-fnon-call-exceptions`; faults inside system code are left to the system, which may handle them.
+/// On 64-bit builds the translator is kept but never called.
+TARN_API SETranslator setSETranslator(SETranslator translator) noexcept;
+} // namespace tarn

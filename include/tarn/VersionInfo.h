@@ -1,0 +1,38 @@
+#pragma once
+
+#include <tarn/Array.h>
+#include <tarn/Export.h>
+#include <tarn/Windows.h>
+
+namespace tarn {
+/// The version resource of a program or DLL file, read whole at construction.
+class TARN_API VersionInfo {
+public:
+    /// A version as its four parts; `value` is the same eight bytes as they lie in the resource.
+    union Version {
+        unsigned long long value;
+        __extension__ struct {
+            unsigned short minor;
+            unsigned short major;
+            unsigned short revision;
+            unsigned short build;
+        };
+    } __attribute__((packed, aligned(4), may_alias));
+
+    /// Throws WindowsError "Error in GetFileVersionInfoSizeA(NAME,0)", "Error in
+    /// GetFileVersionInfoA(NAME,0,SIZE)" or, for a resource that is damaged, "Error in VerQueryValueA";
+    /// throws BadAllocation.
+    VersionInfo(const char* fileName);
+    /// The same with the names of the wide calls.
+    VersionInfo(const wchar_t* fileName);
+    VersionInfo(const VersionInfo& other);
+    VersionInfo& operator=(const VersionInfo& other);
+
+    const Version& FileVersion() const; ///< Valid as long as the object.
+    const Version& ProductVersion() const;
+
+private:
+    Array<char> data_;
+    VS_FIXEDFILEINFO* fixedInfo_;
+};
+} // namespace tarn

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <tarn/Export.h>
+#include <tarn/Windows.h>
+
+#include <boost/noncopyable.hpp>
+
+#include <utility>
+
+namespace tarn {
+/// Owns the handle of a kernel object and closes it: on destruction, on close() and before it takes
+/// another one. Cannot be copied. Failures throw WindowsError, also out of the destructor.
+///
+/// One object is not changed from two threads at once; waiting is allowed from any thread.
+class TARN_API WindowsHandle : private boost::noncopyable {
+public:
+    enum wait_result { timeout = 0, abandoned = 1, signaled = 2 };
+
+    WindowsHandle() : handle_(INVALID_HANDLE_VALUE) {}
+    WindowsHandle(void* handle) : handle_(handle) {}
+    virtual ~WindowsHandle() noexcept(false);
+
+    WindowsHandle& operator=(void* handle);
+    void attach(void* handle);
+    void close(); ///< Throws "Error while closing handle" and keeps the handle.
+
+    void* getHandle() const { return handle_; }
+    operator void*() const { return handle_; }
+    /// Neither `INVALID_HANDLE_VALUE` nor null.
+    bool isOpen() const { return handle_ != INVALID_HANDLE_VALUE && handle_; }
+    operator bool() const { return isOpen(); }
+    bool operator!() const { return !isOpen(); }
+
+    /// Throws "Error while retrieving handle state".
+    wait_result wait(unsigned timeoutMs) const;
+    bool isSignaled() const { return wait(0) == signaled; }
+
+    /// Waits for one or for both of two handles. The second value is the index, 0 or 1, of the handle
+    /// that was signaled or abandoned (0 after a time-out). Throws "Multi wait failed".
+    static std::pair<wait_result, unsigned> wait(const WindowsHandle& a, const WindowsHandle& b,
+                                                 unsigned long timeoutMs, bool waitAll);
+
+private:
+    static std::pair<wait_result, unsigned> wait(unsigned count, void* const* handles, bool waitAll,
+                                                 unsigned long timeoutMs);
+
+    void* handle_;
+};
+} // namespace tarn

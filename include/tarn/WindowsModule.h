@@ -1,0 +1,65 @@
+#pragma once
+
+#include <tarn/BasicString.h>
+#include <tarn/Export.h>
+#include <tarn/Windows.h>
+
+#include <boost/noncopyable.hpp>
+
+namespace tarn {
+/// A loaded program or DLL: its procedures, resources, messages and file name.
+///
+/// It frees what it loaded itself (load) and only borrows what it looked up (query) or was given.
+/// Failures throw WindowsError, also out of the destructor.
+class TARN_API WindowsModule : private boost::noncopyable {
+public:
+    WindowsModule(HINSTANCE module) : module_(module) {}
+    /// Loads the module, or only looks it up among the loaded ones; throws as load and query do.
+    WindowsModule(const char* name, bool load);
+    WindowsModule(const wchar_t* name, bool load);
+    WindowsModule(const char* name, unsigned long flags);
+    WindowsModule(const wchar_t* name, unsigned long flags);
+    ~WindowsModule() noexcept(false);
+
+    HINSTANCE getHandle() const { return module_; }
+    bool isOwner() const { return owns_; }
+
+    /// Throws "Can't load library "NAME"".
+    void load(const char* name);
+    void load(const wchar_t* name);
+    /// With the flags of `LoadLibraryEx`. Throws "Can't load library "NAME" with flags 0xFLAGS".
+    void load(const char* name, unsigned long flags);
+    void load(const wchar_t* name, unsigned long flags);
+    /// Throws "Can't get module handle for "NAME"".
+    void query(const char* name);
+    void query(const wchar_t* name);
+    void close(); ///< Throws "Can't free library".
+
+    /// No more thread notifications for the module. Throws "Can't disable thread calls for library".
+    void disableThreadCalls();
+
+    /// Null when the name is missing and may be. Throws "Can't get proc address for "NAME"".
+    FARPROC getProcAddress(const char* name, bool mayBeMissing) const;
+
+    BasicString<char> getFilenameA() const; ///< Throws "Error in retrieving module file name".
+    BasicString<wchar_t> getFilenameW() const;
+
+    /// Resource `id` of the type "BINARY", whatever `type` says: that name only appears in the failure
+    /// "Unable to find resource with type TYPE and id ID". Store data as "BINARY" resources.
+    HRSRC findResource(const char* type, int id) const;
+    /// Valid as long as the module is loaded. Throws "Can't load resource", "Can't lock resource".
+    void* getResourcePointer(HRSRC resource) const;
+    /// In bytes. Throws "Can't retrieve resource size".
+    unsigned int getResourceSize(HRSRC resource) const;
+
+    /// The text of message `id` in the module's message table, with its inserts as they stand and its
+    /// line break. `language` 0 takes the system's order of languages.
+    /// Throws "Can't format message id ID with languag LANGUAGE" (sic), both in hexadecimal.
+    BasicString<char> getMessageA(unsigned long id, unsigned long language) const;
+    BasicString<wchar_t> getMessageW(unsigned long id, unsigned long language) const;
+
+private:
+    HMODULE module_ = nullptr;
+    bool owns_ = false;
+};
+} // namespace tarn

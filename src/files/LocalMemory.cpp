@@ -1,0 +1,40 @@
+#include <tarn/LocalMemory.h>
+
+#include "../foundation/Check.h"
+
+namespace tarn {
+LocalMemory::~LocalMemory() noexcept(false) { free(); }
+
+void* LocalMemory::lock()
+{
+    if (isFixed())
+        return handle_;
+    void* const memory = ensure(LocalLock(handle_), "Can't lock local memory handle");
+    ++lockCount_;
+    return memory;
+}
+
+bool LocalMemory::unlock()
+{
+    if (isFixed())
+        return false;
+    const BOOL locked = ensureCleared([&] { return LocalUnlock(handle_); }, "Can't unlock local memory handle");
+    --lockCount_;
+    return locked != FALSE;
+}
+
+void LocalMemory::free()
+{
+    if (!handle_)
+        return;
+    while (lockCount_ > 0)
+        unlock();
+    ensure(LocalFree(handle_) == nullptr, "Can't free local memory handle");
+    handle_ = nullptr;
+}
+
+LocalMemory::Flags LocalMemory::getFlags() const
+{
+    return Flags{ensureNot(LMEM_INVALID_HANDLE, LocalFlags(handle_), "Can't query flags for local memory handle")};
+}
+} // namespace tarn

@@ -1,0 +1,157 @@
+#include <tarn/WindowsModule.h>
+
+#include <tarn/LocalMemory.h>
+
+#include "../foundation/Check.h"
+#include "../foundation/Hex.h"
+#include "../foundation/Quoted.h"
+#include "ModuleApi.h"
+
+namespace tarn {
+namespace {
+template <class Ch> HMODULE loadModule(const Ch* name)
+{
+    return ensure(loadLibrary(name), [&] { return "Can't load library " + quoted(name); });
+}
+
+template <class Ch> HMODULE loadModule(const Ch* name, unsigned long flags)
+{
+    return ensure(loadLibraryEx(name, flags),
+                  [&] { return "Can't load library " + quoted(name) + " with flags 0x" + toHex(flags); });
+}
+
+template <class Ch> HMODULE queryModule(const Ch* name)
+{
+    return ensure(getModuleHandle(name), [&] { return "Can't get module handle for " + quoted(name); });
+}
+
+// The system tells that a buffer was too small only by filling it.
+template <class Ch> BasicString<Ch> fileNameOf(HMODULE module)
+{
+    BasicString<Ch> name;
+    for (DWORD capacity = MAX_PATH;; capacity *= 2) {
+        name.resize(capacity);
+        const DWORD length =
+            ensure(getModuleFileName(module, name.data(), capacity), "Error in retrieving module file name");
+        if (length < capacity) {
+            name.resize(length);
+            return name;
+        }
+    }
+}
+
+template <class Ch> BasicString<Ch> messageOf(HMODULE module, unsigned long id, unsigned long language)
+{
+    constexpr DWORD flags =
+        FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_FROM_HMODULE;
+    Ch* text = nullptr;
+    const DWORD length = ensure(formatMessage(flags, module, id, language, &text), [&] {
+        return "Can't format message id " + toHex(id) + " with languag " + toHex(language);
+    });
+    const LocalMemory owner(text, false);
+    return BasicString<Ch>(text, length);
+}
+} // namespace
+
+WindowsModule::WindowsModule(const char* name, bool load)
+    : module_(load ? loadModule(name) : queryModule(name)), owns_(load)
+{
+}
+WindowsModule::WindowsModule(const wchar_t* name, bool load)
+    : module_(load ? loadModule(name) : queryModule(name)), owns_(load)
+{
+}
+WindowsModule::WindowsModule(const char* name, unsigned long flags) : module_(loadModule(name, flags)), owns_(true) {}
+WindowsModule::WindowsModule(const wchar_t* name, unsigned long flags) : module_(loadModule(name, flags)), owns_(true)
+{
+}
+WindowsModule::~WindowsModule() noexcept(false) { close(); }
+
+void WindowsModule::load(const char* name)
+{
+    close();
+    module_ = loadModule(name);
+    owns_ = true;
+}
+void WindowsModule::load(const wchar_t* name)
+{
+    close();
+    module_ = loadModule(name);
+    owns_ = true;
+}
+void WindowsModule::load(const char* name, unsigned long flags)
+{
+    close();
+    module_ = loadModule(name, flags);
+    owns_ = true;
+}
+void WindowsModule::load(const wchar_t* name, unsigned long flags)
+{
+    close();
+    module_ = loadModule(name, flags);
+    owns_ = true;
+}
+void WindowsModule::query(const char* name)
+{
+    close();
+    module_ = queryModule(name);
+}
+void WindowsModule::query(const wchar_t* name)
+{
+    close();
+    module_ = queryModule(name);
+}
+
+void WindowsModule::close()
+{
+    if (module_ && owns_) {
+        ensure(FreeLibrary(module_), "Can't free library");
+        owns_ = false;
+    }
+    module_ = nullptr;
+}
+
+void WindowsModule::disableThreadCalls()
+{
+    ensure(DisableThreadLibraryCalls(module_), "Can't disable thread calls for library");
+}
+
+FARPROC WindowsModule::getProcAddress(const char* name, bool mayBeMissing) const
+{
+    const FARPROC address = GetProcAddress(module_, name);
+    if (!address && mayBeMissing && GetLastError() == ERROR_PROC_NOT_FOUND)
+        return nullptr;
+    return ensure(address, [&] { return "Can't get proc address for " + quoted(name); });
+}
+
+BasicString<char> WindowsModule::getFilenameA() const { return fileNameOf<char>(module_); }
+BasicString<wchar_t> WindowsModule::getFilenameW() const { return fileNameOf<wchar_t>(module_); }
+
+HRSRC WindowsModule::findResource(const char* type, int id) const
+{
+    return ensure(FindResourceA(module_, MAKEINTRESOURCEA(id), "BINARY"), [&] {
+        return "Unable to find resource with type " +
+               (IS_INTRESOURCE(type) ? std::to_string(reinterpret_cast<ULONG_PTR>(type)) : std::string(type)) +
+               " and id " + std::to_string(id);
+    });
+}
+
+void* WindowsModule::getResourcePointer(HRSRC resource) const
+{
+    return ensure(LockResource(ensure(LoadResource(module_, resource), "Can't load resource")), "Can't lock resource");
+}
+
+unsigned int WindowsModule::getResourceSize(HRSRC resource) const
+{
+    return ensure(SizeofResource(module_, resource), "Can't retrieve resource size");
+}
+
+BasicString<char> WindowsModule::getMessageA(unsigned long id, unsigned long language) const
+{
+    return messageOf<char>(module_, id, language);
+}
+BasicString<wchar_t> WindowsModule::getMessageW(unsigned long id, unsigned long language) const
+{
+    return messageOf<wchar_t>(module_, id, language);
+}
+} // namespace tarn

@@ -1,0 +1,39 @@
+#include <tarn/Exception.h>
+
+#include <cstring>
+
+namespace tarn {
+Exception::Exception() : description_("Unknown Exception") {}
+Exception::Exception(const std::string& description) : description_(description) {}
+Exception::Exception(const Exception&) = default;
+Exception& Exception::operator=(const Exception&) = default;
+Exception::~Exception() = default;
+const char* Exception::what() const noexcept { return description_.c_str(); }
+void Exception::setDescription(const char* text) { description_ = text; }
+
+EndOfFile::EndOfFile(const std::string& message) : std::runtime_error(message) {}
+EndOfFile::EndOfFile(const EndOfFile&) noexcept = default;
+EndOfFile& EndOfFile::operator=(const EndOfFile&) noexcept = default;
+EndOfFile::~EndOfFile() = default;
+
+BadAllocation::BadAllocation() noexcept = default;
+BadAllocation::BadAllocation(const BadAllocation&) noexcept = default;
+BadAllocation& BadAllocation::operator=(const BadAllocation&) noexcept = default;
+BadAllocation::~BadAllocation() = default;
+const char* BadAllocation::what() const noexcept { return "bad allocation"; }
+
+CRTError::CRTError(int error, const std::string& description)
+    : std::runtime_error(description + ": " + std::strerror(error)), error_(error)
+{
+}
+CRTError::CRTError(const std::string& description, int error) : CRTError(error, description) {}
+CRTError::CRTError(const CRTError&) noexcept = default;
+CRTError& CRTError::operator=(const CRTError&) noexcept = default;
+CRTError::~CRTError() = default;
+
+SEHError::SEHError(unsigned long code) : std::runtime_error("SEH exception"), code_(code) {}
+SEHError::SEHError(const SEHError&) noexcept = default;
+SEHError& SEHError::operator=(const SEHError&) noexcept = default;
+SEHError::~SEHError() = default;
+void SEHError::translate(unsigned int code, _EXCEPTION_POINTERS*) { throw SEHError(code); }
+} // namespace tarn

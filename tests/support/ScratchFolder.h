@@ -1,0 +1,27 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace support {
+/// A new folder in the system's folder for temporary files, removed with everything in it at the end.
+class ScratchFolder {
+public:
+    ScratchFolder();
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+    ~ScratchFolder();
+
+    const std::filesystem::path& path() const { return path_; }
+    std::string file(std::string_view name) const;
+    std::wstring file(std::wstring_view name) const;
+
+    /// Makes a file with this content and gives its path.
+    std::string write(std::string_view name, std::string_view content) const;
+    std::string read(std::string_view name) const;
+
+private:
+    std::filesystem::path path_;
+};
+} // namespace support
