@@ -73,6 +73,7 @@ public:
 
     BasicString operator+(const BasicString& s) const { return joined(s.data(), s.size()); }
     BasicString operator+(const Base& s) const { return joined(s.data(), s.size()); }
+    BasicString operator+(Base&& s) const { return joined(s.data(), s.size()); }
     BasicString operator+(const Ch* s) const { return joined(s, Traits::length(s)); }
     BasicString operator+(Ch c) const { return joined(&c, 1); }
 
