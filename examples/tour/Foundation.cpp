@@ -21,18 +21,18 @@ void showBytes(const char* label, const BasicString<char>& text)
     std::printf("  %-22s", label);
     for (const char c : text)
         std::printf(" %02x", static_cast<unsigned char>(c));
-    std::printf("  %s\n", text.c_str());
+    std::printf("\n");
 }
 
 void convertText()
 {
     const BasicString<wchar_t> greeting = L"Gr\x00FC\x00DF dich, \x043C\x0438\x0440 \xD83D\xDE00";
-    std::printf("One text, %u UTF-16 units, in three code pages (what a code page lacks becomes '?'):\n",
-                static_cast<unsigned>(greeting.size()));
-    showBytes("UTF-8", StringHelper<char>::convert(greeting, ~0u, CP_UTF8));
+    const auto utf8 = StringHelper<char>::convert(greeting, ~0u, CP_UTF8);
+    std::printf("\"%s\", %u UTF-16 units, in three code pages (what a code page lacks becomes '?', 3f):\n",
+                utf8.c_str(), static_cast<unsigned>(greeting.size()));
+    showBytes("UTF-8", utf8);
     showBytes("1251, Cyrillic", StringHelper<char>::convert(greeting, ~0u, 1251));
     showBytes("the system's own", BasicString<char>(greeting));
-    const auto utf8 = StringHelper<char>::convert(greeting, ~0u, CP_UTF8);
     std::printf("  and back from UTF-8: %s\n", tarn::a2w(utf8, CP_UTF8) == greeting ? "the same" : "different!");
 }
 

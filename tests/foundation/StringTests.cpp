@@ -262,6 +262,9 @@ TEMPLATE_TEST_CASE("String: mergePath resolves a path against a folder", "[found
         {"", "x", "x"},
         {"C:\\a", "", "C:\\a"},
         {"C:\\a", "\\x", "\\x"},
+        {"C:\\a\\b", ".\\..\\.\\x\\", "C:\\a\\x\\"},
+        {"C:\\a", ".", "C:\\a"},
+        {"C:\\a", "D:x", "D:x"},
         {"C:\\a", "D:\\x", "D:\\x"},
     };
     for (const auto& [base, relative, merged] : rows) {
@@ -304,6 +307,7 @@ TEST_CASE("StringHelper: convert of the own width is a view of the same text", "
     CHECK(view.length() == 4);
     CHECK(tarn::StringHelper<char>::convert(static_cast<const char*>(nullptr)).storedLength() == 0);
     CHECK(tarn::StringHelper<wchar_t>::convert(L"text", 2).length() == 2);
+    CHECK(String(tarn::ConstString<char>(nullptr, 5)).empty());
 }
 
 TEST_CASE("StringHelper: members forward to the runtime library", "[foundation][string]")
