@@ -189,6 +189,9 @@ TEST_CASE("text")
     table.row(
         "format", 1.5, [&] { keep(text.format("argument")); },
         repeated(times, [&] { return piece.format("argument"); }));
+    table.row(
+        "for comparison: a copy of the standard string", 1.5, [&] { keep(std::string(text)); },
+        repeated(times, [&] { return std::string(piece); }));
 }
 
 namespace {
