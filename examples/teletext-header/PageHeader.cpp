@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <iterator>
 
 namespace {
 constexpr unsigned addressBytes = 2;

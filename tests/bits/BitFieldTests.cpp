@@ -4,6 +4,7 @@
 #include <tarn/Exception.h>
 #include <tarn/Windows.h>
 
+#include <algorithm>
 #include <random>
 #include <vector>
 

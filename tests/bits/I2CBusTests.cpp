@@ -2,8 +2,8 @@
 
 #include <tarn/I2CBus.h>
 
+#include <algorithm>
 #include <cstdio>
-#include <iterator>
 #include <string>
 #include <vector>
 
