@@ -4,12 +4,15 @@
 
 #include <tarn/Array.h>
 #include <tarn/BasicString.h>
+#include <tarn/BitField.h>
 #include <tarn/COMIdentifiers.h>
 #include <tarn/CharTraits.h>
 #include <tarn/ConstString.h>
+#include <tarn/DeHam48.h>
 #include <tarn/Debug.h>
 #include <tarn/Event.h>
 #include <tarn/Exception.h>
+#include <tarn/I2CBus.h>
 #include <tarn/LocalMemory.h>
 #include <tarn/Lock.h>
 #include <tarn/SETranslator.h>
