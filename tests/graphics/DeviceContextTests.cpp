@@ -101,8 +101,7 @@ TEST_CASE("DeviceContext: a bad handle is reported by every member that can fail
 {
     DeviceContext dead{HDC(0x12345678)};
     const Rect rect(0, 0, 4, 4);
-    TEXTMETRICA narrow;
-    TEXTMETRICW wide;
+    TEXTMETRICA metrics;
     // `reported`: that the platform itself tells of the failure, which Wine's does not everywhere.
     const auto fails = [](const std::string& description, auto call, bool reported = true) {
         INFO(description);
@@ -129,7 +128,6 @@ TEST_CASE("DeviceContext: a bad handle is reported by every member that can fail
     fails("Can't move drawing position", [&] { dead.moveTo(1, 1); });
     fails("Can't draw line", [&] { dead.lineTo(1, 1); });
     fails("Can't draw line", [&] { dead.drawRectangle3D(rect, true); });
-    fails("Can't draw line", [&] { dead.drawRectangle3D(rect, red, blue); });
     fails("Can't select pen", [&] { dead.select(Pen(red, PS_SOLID, 1)); });
     fails("Can't select brush", [&] { dead.select(Brush(red)); });
     fails("Can't select bitmap", [&] { dead.select(HBITMAP()); });
@@ -140,15 +138,12 @@ TEST_CASE("DeviceContext: a bad handle is reported by every member that can fail
     fails("Can't blit bits", [&] { dead.blit(dead, 0, 0, 1, 1, 0, 0, SRCCOPY); });
     fails("Can't create compatible DC", [&] { dead.blitTransparent(HBITMAP(), 0, 0, 1, 1, 0, 0, red); });
     fails("Can't draw icon", [&] { dead.drawIcon(0, 0, LoadIconW(nullptr, IDI_APPLICATION)); });
-    fails("Can't retrieve text metrics", [&] { dead.getTextMetrics(narrow); });
-    fails("Can't retrieve text metrics", [&] { dead.getTextMetrics(wide); });
+    fails("Can't retrieve text metrics", [&] { dead.getTextMetrics(metrics); });
     fails("Can't retrieve text extent", [&] { dead.getTextExtent("text"); });
-    fails("Can't retrieve text extent", [&] { dead.getTextExtent(L"text"); });
     fails(
         "Can't retrieve text alignment", [&] { dead.getTextAlign(); }, GetTextAlign(dead) == GDI_ERROR);
     fails("Can't set text alignment", [&] { dead.setTextAlign(TA_RIGHT); });
     fails("Can't draw text", [&] { dead.drawText(0, 0, "text"); });
-    fails("Can't draw text", [&] { dead.drawText(0, 0, L"text"); });
     fails("Can't begin path", [&] { dead.beginPath(); });
     fails("Can't abort path", [&] { dead.abortPath(); });
     fails("Can't end path", [&] { dead.endPath(); });

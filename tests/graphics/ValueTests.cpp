@@ -42,13 +42,3 @@ TEST_CASE("Rect: the centre is rounded toward zero and never overflows", "[graph
     CHECK(Rect(0, 1, 3, 4).getCenter() == Point(1, 2));
     CHECK(Rect(LONG_MAX - 2, LONG_MIN, LONG_MAX, LONG_MIN + 2).getCenter() == Point(LONG_MAX - 1, LONG_MIN + 1));
 }
-
-TEST_CASE("Values: the platform reads and writes them as its own structures", "[graphics][values]")
-{
-    Rect rect;
-    SetRect(&rect, 1, 2, 3, 4);
-    CHECK(rect == Rect(1, 2, 3, 4));
-    RECT& platform = rect;
-    platform.left = 9;
-    CHECK(rect.getTopLeft() == Point(9, 2));
-}
