@@ -55,7 +55,7 @@ public:
     /// In the colours of buttons: as standing out, or as pressed in.
     void drawRectangle3D(const RECT& rectangle, bool raised) const;
 
-    /// Both setters give the old colour. Throws "Can't set back colour" (sic, the getter too).
+    /// Setting a colour gives the old one. Throws "Can't set back colour" (sic, the getter too).
     unsigned long setBackgroundColour(unsigned long colour);
     unsigned long getBackgroundColour() const;
     /// Throws "Can't set text colour" (sic, the getter too).
