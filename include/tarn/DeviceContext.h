@@ -1,0 +1,158 @@
+#pragma once
+
+#include <tarn/Bitmap.h>
+#include <tarn/Brush.h>
+#include <tarn/Export.h>
+#include <tarn/Font.h>
+#include <tarn/Palette.h>
+#include <tarn/Pen.h>
+#include <tarn/Point.h>
+#include <tarn/Size.h>
+#include <tarn/Windows.h>
+
+#include <string>
+
+namespace tarn {
+/// Something to draw on: a window, the screen, or a bitmap in memory.
+///
+/// A context that it was given is borrowed; one that it made or took from a window it gives back on
+/// destruction and on close(). The copy constructor copies no handle: it makes a new memory context
+/// compatible with the other one, so pass contexts by reference. Colours are RGB values, lengths of text in
+/// characters. Use a context on the thread that got it. Failures throw WindowsError, also out of the
+/// destructor.
+class TARN_API DeviceContext {
+public:
+    /// A memory context compatible with the screen, one monochrome pixel in size until a bitmap is
+    /// selected. Throws "Can't create compatible DC".
+    DeviceContext();
+    DeviceContext(HDC handle) noexcept : handle_(handle) {}
+    /// A window's client area, or all of it with its frame; a null window is the screen.
+    /// Throws "Can't retrieve DC from window".
+    DeviceContext(HWND window, bool wholeWindow);
+    /// A new memory context compatible with `other`. Throws "Can't create compatible DC".
+    DeviceContext(const DeviceContext& other);
+    DeviceContext& operator=(const DeviceContext&) = delete;
+    ~DeviceContext() noexcept(false);
+
+    /// Becomes null in any case. Throws "Can't delete device context".
+    void close();
+
+    HDC getHandle() const noexcept { return handle_; }
+    operator HDC() const noexcept { return handle_; }
+    explicit operator bool() const noexcept { return handle_; }
+    bool operator!() const noexcept { return !handle_; }
+
+    /// Fills with a system colour such as `COLOR_WINDOW`. Throws "Can't fill rect with system colour".
+    void fillRectangle(int sysColour, const RECT& rectangle) const;
+    /// Throws "Can't fill rect with system colour" (sic), whatever the brush.
+    void fillRectangle(const Brush& brush, const RECT& rectangle) const;
+    /// With an RGB colour, without a brush; where one is used often, a Brush kept for it is faster.
+    /// Throws "Can't set back colour".
+    void fillRectangle(unsigned long colour, const RECT& rectangle) const;
+    /// A frame one pixel wide just inside the rectangle: top and left edges `light`, bottom and right edges
+    /// `dark`, with their corners. Moves the drawing position. Throws "Can't draw line".
+    void drawRectangle3D(const RECT& rectangle, unsigned long light, unsigned long dark) const;
+    /// In the colours of buttons: as standing out, or as pressed in.
+    void drawRectangle3D(const RECT& rectangle, bool raised) const;
+
+    /// Setting a colour gives the old one. Throws "Can't set back colour" (sic, the getter too).
+    unsigned long setBackgroundColour(unsigned long colour);
+    unsigned long getBackgroundColour() const;
+    /// Throws "Can't set text colour" (sic, the getter too).
+    unsigned long setTextColour(unsigned long colour);
+    unsigned long getTextColour() const;
+
+    /// Gives the previous drawing position. Throws "Can't move drawing position".
+    Point moveTo(int x, int y);
+    Point moveTo(POINT to) { return moveTo(to.x, to.y); }
+    /// Draws up to, but not including, the end point. Throws "Can't draw line".
+    void lineTo(int x, int y) const;
+    void lineTo(POINT to) const { lineTo(to.x, to.y); }
+
+    /// `CLR_INVALID` outside of what can be drawn on.
+    unsigned long getPixel(int x, int y) const;
+    unsigned long getPixel(POINT at) const { return getPixel(at.x, at.y); }
+
+    int getCapabilities(int index) const; ///< `LOGPIXELSY`, `BITSPIXEL` and so on.
+    bool usesPalette() const;
+    /// The height to give to a Font for characters of this size; negative, as Font wants it.
+    int getFontHeightFromPoints(int points) const;
+
+    /// Draw with this object from now on. The result is the one used before, always borrowed: select it
+    /// back before the new one is deleted. Throws "Can't select pen", "Can't select brush",
+    /// "Can't select bitmap" (sic, for a font too), "Can't select palette".
+    Pen select(HPEN pen);
+    Brush select(HBRUSH brush);
+    Bitmap select(HBITMAP bitmap);
+    Bitmap select(const Bitmap& bitmap) { return select(bitmap.getHandle()); }
+    Font select(HFONT font);
+    Palette select(HPALETTE palette, bool background);
+    /// Gives the number of the system's colours that changed. Throws "Can't realize palette".
+    unsigned realizePalette();
+
+    /// Copies from another context with a raster operation such as `SRCCOPY`. Throws "Can't blit bits".
+    void blit(HDC source, int x, int y, int width, int height, int sourceX, int sourceY, unsigned long rop) const;
+    /// Copies the pixels of a bitmap that are not of the transparent colour. A bitmap without colours of its
+    /// own (monochrome) is shown in this context's text and background colours, and `transparentColour` is
+    /// compared with these. The bitmap must not be selected into another context. On a device that uses a
+    /// palette, `palette` (null: the selected one) is realized for drawing. Throws "Can't blit bits",
+    /// "Can't create compatible DC", "Can't realize palette", "Can't set back colour".
+    void blitTransparent(HBITMAP bitmap, int x, int y, int width, int height, int sourceX, int sourceY,
+                         unsigned long transparentColour, HPALETTE palette = nullptr) const;
+    /// Throws "Can't draw icon".
+    void drawIcon(int x, int y, HICON icon) const;
+
+    /// Throws "Can't retrieve text metrics".
+    void getTextMetrics(TEXTMETRICA& metrics) const;
+    void getTextMetrics(TEXTMETRICW& metrics) const;
+    /// Throws "Can't retrieve text extent".
+    Size getTextExtent(const char* text, unsigned length) const;
+    Size getTextExtent(const wchar_t* text, unsigned length) const;
+    Size getTextExtent(const char* text) const;
+    Size getTextExtent(const wchar_t* text) const;
+    Size getTextExtent(const std::string& text) const;
+    Size getTextExtent(const std::wstring& text) const;
+    /// Throws "Can't retrieve text alignment".
+    unsigned getTextAlign() const;
+    /// Where in the text the position of drawText() lies, `TA_RIGHT` for instance. Gives the old alignment.
+    /// Throws "Can't set text alignment".
+    unsigned setTextAlign(unsigned align);
+    /// One line of text, in the selected font. Throws "Can't draw text".
+    void drawText(int x, int y, const char* text, unsigned length) const;
+    void drawText(int x, int y, const wchar_t* text, unsigned length) const;
+    void drawText(int x, int y, const char* text) const;
+    void drawText(int x, int y, const wchar_t* text) const;
+    void drawText(int x, int y, const std::string& text) const;
+    void drawText(int x, int y, const std::wstring& text) const;
+
+    // Between beginPath and endPath drawing collects an outline instead; then fill it, stroke it or both.
+    void beginPath();         ///< Throws "Can't begin path".
+    void abortPath();         ///< Throws "Can't abort path".
+    void endPath();           ///< Throws "Can't end path".
+    void fillPath();          ///< Throws "Can't fill path".
+    void strokeAndFillPath(); ///< Throws "Can't stroke and fill path".
+    void strokePath();        ///< Throws "Can't stroke path".
+    void widenPath();         ///< Throws "Can't widen path".
+    void flattenPath();       ///< Throws "Can't flatten path".
+    void closeFigure();       ///< Throws "Can't close figure".
+
+    /// How pens and brushes mix with what is there, `R2_XORPEN` for instance. Gives the old mode.
+    /// Throws "Can't set ROP2".
+    int setROP2(int mode);
+    int getROP2() const; ///< Throws "Can't get ROP2".
+
+    /// Where the logical point (0, 0) lies, in pixels. Gives the previous origin.
+    /// Throws "Can't set viewport origin".
+    Point setViewportOrigin(int x, int y);
+    Point setViewportOrigin(POINT origin) { return setViewportOrigin(origin.x, origin.y); }
+
+protected:
+    /// Takes a handle that something else gives back. What was held must be closed before.
+    void borrow(HDC handle) noexcept { handle_ = handle; }
+
+private:
+    HDC handle_ = nullptr;
+    HWND window_ = nullptr;
+    bool owns_ = false;
+};
+} // namespace tarn

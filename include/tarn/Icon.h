@@ -1,0 +1,36 @@
+#pragma once
+
+#include <tarn/Export.h>
+#include <tarn/OwnedHandle.h>
+#include <tarn/Windows.h>
+
+namespace tarn {
+/// An icon, loaded from a module and owned, or a handle that is owned only when told so. Follows the rule
+/// of OwnedHandle: copy construction moves, assignment makes a second owner.
+///
+/// Failures throw WindowsError, also out of the destructor.
+class TARN_API Icon : public OwnedHandle<HICON> {
+public:
+    Icon() noexcept = default;
+    Icon(HICON handle, bool owns) noexcept : OwnedHandle(handle, owns) {}
+    /// Load as load() does; a null module has the system's icons (`IDI_APPLICATION` is a wide name).
+    Icon(unsigned id, HINSTANCE module) { load(id, module); }
+    Icon(const char* name, HINSTANCE module) { load(name, module); }
+    Icon(const wchar_t* name, HINSTANCE module) { load(name, module); }
+    Icon(Icon& other) noexcept = default;
+    Icon(Icon&& other) noexcept = default;
+    Icon& operator=(const Icon&) noexcept = default;
+    ~Icon() noexcept(false);
+
+    operator HICON() const noexcept { return getHandle(); }
+
+    /// Releases the held icon first, as close() does. Of `id` the low 16 bits count.
+    /// Throws "Can't load icon".
+    void load(unsigned id, HINSTANCE module);
+    void load(const char* name, HINSTANCE module);
+    void load(const wchar_t* name, HINSTANCE module);
+
+    /// Destroys an owned icon. Becomes null in any case. Throws "Can't destroy icon".
+    void close();
+};
+} // namespace tarn

@@ -1,0 +1,323 @@
+#include <tarn/DeviceContext.h>
+
+#include "GDICheck.h"
+#include "GraphicsApi.h"
+#include "TransparentBlit.h"
+
+#include <string>
+#include <utility>
+
+namespace tarn {
+namespace {
+HDC newMemoryContext(HDC like)
+{
+    return ensureGDI([=] { return CreateCompatibleDC(like); }, "Can't create compatible DC");
+}
+
+unsigned long exchangeBackgroundColour(HDC context, unsigned long colour)
+{
+    return ensureGDINot(
+        CLR_INVALID, [=] { return SetBkColor(context, colour); }, "Can't set back colour");
+}
+
+Point movePosition(HDC context, int x, int y, const char* what)
+{
+    Point previous;
+    ensureGDI([&] { return MoveToEx(context, x, y, &previous); }, what);
+    return previous;
+}
+
+template <class Object> Object selectInto(HDC context, Object object, const char* what)
+{
+    return static_cast<Object>(ensureGDI([=] { return SelectObject(context, object); }, what));
+}
+
+// Selects the previous pen back at the end, also when drawing throws: a selected pen cannot be deleted.
+class PenInUse {
+public:
+    PenInUse(HDC context, unsigned long colour)
+        : context_(context), pen_(colour, PS_SOLID, 1), previous_(selectInto<HPEN>(context, pen_, "Can't draw line"))
+    {
+    }
+    PenInUse(const PenInUse&) = delete;
+    PenInUse& operator=(const PenInUse&) = delete;
+    ~PenInUse() noexcept(false) { SelectObject(context_, previous_); }
+
+private:
+    HDC context_;
+    Pen pen_;
+    HPEN previous_;
+};
+
+// On a device that uses a palette: realizes the given one, and selects the previous one back at the end.
+class PaletteInUse {
+public:
+    PaletteInUse(HDC context, HPALETTE palette) : context_(context)
+    {
+        if (!context_.usesPalette())
+            return;
+        if (palette)
+            previous_ = context_.select(palette, false);
+        context_.realizePalette();
+    }
+    PaletteInUse(const PaletteInUse&) = delete;
+    PaletteInUse& operator=(const PaletteInUse&) = delete;
+    ~PaletteInUse() noexcept(false)
+    {
+        if (previous_)
+            SelectPalette(context_, previous_, true);
+    }
+
+private:
+    DeviceContext context_;
+    Palette previous_;
+};
+
+template <class Ch> Size textExtent(HDC context, const Ch* text, std::size_t length)
+{
+    Size extent;
+    ensureGDI([&] { return getTextExtentPoint(context, text, static_cast<int>(length), &extent); },
+              "Can't retrieve text extent");
+    return extent;
+}
+
+template <class Ch> void drawTextOn(HDC context, int x, int y, const Ch* text, std::size_t length)
+{
+    ensureGDI([=] { return textOut(context, x, y, text, static_cast<int>(length)); }, "Can't draw text");
+}
+
+void pathStep(HDC context, BOOL(WINAPI* step)(HDC), const char* what)
+{
+    ensureGDI([=] { return step(context); }, what);
+}
+
+template <class Ch> std::size_t lengthOf(const Ch* text) { return std::char_traits<Ch>::length(text); }
+} // namespace
+
+DeviceContext::DeviceContext() : handle_(newMemoryContext(nullptr)), owns_(true) {}
+DeviceContext::DeviceContext(HWND window, bool wholeWindow)
+    : handle_(ensureGDI([=] { return wholeWindow ? GetWindowDC(window) : GetDC(window); },
+                        "Can't retrieve DC from window")),
+      // The screen's context has to be given back as a window's.
+      window_(window ? window : GetDesktopWindow()), owns_(true)
+{
+}
+DeviceContext::DeviceContext(const DeviceContext& other) : handle_(newMemoryContext(other)), owns_(true) {}
+DeviceContext::~DeviceContext() noexcept(false) { close(); }
+
+void DeviceContext::close()
+{
+    const HDC handle = std::exchange(handle_, nullptr);
+    const HWND window = std::exchange(window_, nullptr);
+    const bool owned = std::exchange(owns_, false);
+    if (!handle || !owned)
+        return;
+    if (window)
+        ReleaseDC(window, handle); // Fails when the window is gone, and its context with it.
+    else
+        ensureGDI([=] { return DeleteDC(handle); }, "Can't delete device context");
+}
+
+void DeviceContext::fillRectangle(int sysColour, const RECT& rectangle) const
+{
+    ensureGDI([&] { return FillRect(handle_, &rectangle, GetSysColorBrush(sysColour)); },
+              "Can't fill rect with system colour");
+}
+void DeviceContext::fillRectangle(const Brush& brush, const RECT& rectangle) const
+{
+    ensureGDI([&] { return FillRect(handle_, &rectangle, brush); }, "Can't fill rect with system colour");
+}
+void DeviceContext::fillRectangle(unsigned long colour, const RECT& rectangle) const
+{
+    const unsigned long previous = exchangeBackgroundColour(handle_, colour);
+    const bool filled = ExtTextOutW(handle_, 0, 0, ETO_OPAQUE, &rectangle, nullptr, 0, nullptr);
+    exchangeBackgroundColour(handle_, previous);
+    ensure(filled, "Can't set back colour");
+}
+
+void DeviceContext::drawRectangle3D(const RECT& rectangle, unsigned long light, unsigned long dark) const
+{
+    if (IsRectEmpty(&rectangle))
+        return;
+    const int right = rectangle.right - 1;
+    const int bottom = rectangle.bottom - 1;
+    {
+        const PenInUse lightPen(handle_, light);
+        movePosition(handle_, rectangle.left, rectangle.top, "Can't draw line");
+        lineTo(rectangle.left, bottom);
+        movePosition(handle_, rectangle.left, rectangle.top, "Can't draw line");
+        lineTo(right, rectangle.top);
+    }
+    const PenInUse darkPen(handle_, dark);
+    lineTo(right, bottom);
+    lineTo(rectangle.left - 1, bottom); // The end point of a line is not drawn.
+}
+void DeviceContext::drawRectangle3D(const RECT& rectangle, bool raised) const
+{
+    const unsigned long highlight = GetSysColor(COLOR_BTNHIGHLIGHT);
+    const unsigned long shadow = GetSysColor(COLOR_BTNSHADOW);
+    drawRectangle3D(rectangle, raised ? highlight : shadow, raised ? shadow : highlight);
+}
+
+unsigned long DeviceContext::setBackgroundColour(unsigned long colour)
+{
+    return exchangeBackgroundColour(handle_, colour);
+}
+unsigned long DeviceContext::getBackgroundColour() const
+{
+    return ensureGDINot(
+        CLR_INVALID, [&] { return GetBkColor(handle_); }, "Can't set back colour");
+}
+unsigned long DeviceContext::setTextColour(unsigned long colour)
+{
+    return ensureGDINot(
+        CLR_INVALID, [&] { return SetTextColor(handle_, colour); }, "Can't set text colour");
+}
+unsigned long DeviceContext::getTextColour() const
+{
+    return ensureGDINot(
+        CLR_INVALID, [&] { return GetTextColor(handle_); }, "Can't set text colour");
+}
+
+Point DeviceContext::moveTo(int x, int y) { return movePosition(handle_, x, y, "Can't move drawing position"); }
+void DeviceContext::lineTo(int x, int y) const
+{
+    ensureGDI([&] { return LineTo(handle_, x, y); }, "Can't draw line");
+}
+
+unsigned long DeviceContext::getPixel(int x, int y) const { return GetPixel(handle_, x, y); }
+
+int DeviceContext::getCapabilities(int index) const { return GetDeviceCaps(handle_, index); }
+bool DeviceContext::usesPalette() const { return getCapabilities(RASTERCAPS) & RC_PALETTE; }
+int DeviceContext::getFontHeightFromPoints(int points) const
+{
+    return -MulDiv(points, getCapabilities(LOGPIXELSY), 72);
+}
+
+Pen DeviceContext::select(HPEN pen) { return Pen(selectInto(handle_, pen, "Can't select pen"), false); }
+Brush DeviceContext::select(HBRUSH brush) { return Brush(selectInto(handle_, brush, "Can't select brush"), false); }
+Bitmap DeviceContext::select(HBITMAP bitmap)
+{
+    return Bitmap(selectInto(handle_, bitmap, "Can't select bitmap"), false);
+}
+Font DeviceContext::select(HFONT font)
+{
+    return Font(selectInto(handle_, font, "Can't select bitmap"), false); // sic: callers match this text
+}
+Palette DeviceContext::select(HPALETTE palette, bool background)
+{
+    return Palette(ensureGDI([&] { return SelectPalette(handle_, palette, background); }, "Can't select palette"),
+                   false);
+}
+unsigned DeviceContext::realizePalette()
+{
+    return ensureGDINot(
+        GDI_ERROR, [&] { return RealizePalette(handle_); }, "Can't realize palette");
+}
+
+void DeviceContext::blit(HDC source, int x, int y, int width, int height, int sourceX, int sourceY,
+                         unsigned long rop) const
+{
+    ensureGDI([&] { return BitBlt(handle_, x, y, width, height, source, sourceX, sourceY, rop); }, "Can't blit bits");
+}
+void DeviceContext::blitTransparent(HBITMAP bitmap, int x, int y, int width, int height, int sourceX, int sourceY,
+                                    unsigned long transparentColour, HPALETTE palette) const
+{
+    if (width == 0 || height == 0)
+        return;
+    DeviceContext source(*this);
+    selectInto(source, bitmap, "Can't blit bits");
+    const PaletteInUse targetPalette(handle_, palette);
+    const PaletteInUse sourcePalette(source, palette);
+    TransparentPicture picture(*this, source, Point(sourceX, sourceY), Size(width, height), transparentColour);
+    picture.draw(*this, Point(x, y));
+}
+void DeviceContext::drawIcon(int x, int y, HICON icon) const
+{
+    ensureGDI([&] { return DrawIcon(handle_, x, y, icon); }, "Can't draw icon");
+}
+
+void DeviceContext::getTextMetrics(TEXTMETRICA& metrics) const
+{
+    ensureGDI([&] { return GetTextMetricsA(handle_, &metrics); }, "Can't retrieve text metrics");
+}
+void DeviceContext::getTextMetrics(TEXTMETRICW& metrics) const
+{
+    ensureGDI([&] { return GetTextMetricsW(handle_, &metrics); }, "Can't retrieve text metrics");
+}
+
+Size DeviceContext::getTextExtent(const char* text, unsigned length) const { return textExtent(handle_, text, length); }
+Size DeviceContext::getTextExtent(const wchar_t* text, unsigned length) const
+{
+    return textExtent(handle_, text, length);
+}
+Size DeviceContext::getTextExtent(const char* text) const { return textExtent(handle_, text, lengthOf(text)); }
+Size DeviceContext::getTextExtent(const wchar_t* text) const { return textExtent(handle_, text, lengthOf(text)); }
+Size DeviceContext::getTextExtent(const std::string& text) const
+{
+    return textExtent(handle_, text.data(), text.size());
+}
+Size DeviceContext::getTextExtent(const std::wstring& text) const
+{
+    return textExtent(handle_, text.data(), text.size());
+}
+
+unsigned DeviceContext::getTextAlign() const
+{
+    return ensureGDINot(
+        GDI_ERROR, [&] { return GetTextAlign(handle_); }, "Can't retrieve text alignment");
+}
+unsigned DeviceContext::setTextAlign(unsigned align)
+{
+    return ensureGDINot(
+        GDI_ERROR, [&] { return SetTextAlign(handle_, align); }, "Can't set text alignment");
+}
+
+void DeviceContext::drawText(int x, int y, const char* text, unsigned length) const
+{
+    drawTextOn(handle_, x, y, text, length);
+}
+void DeviceContext::drawText(int x, int y, const wchar_t* text, unsigned length) const
+{
+    drawTextOn(handle_, x, y, text, length);
+}
+void DeviceContext::drawText(int x, int y, const char* text) const { drawTextOn(handle_, x, y, text, lengthOf(text)); }
+void DeviceContext::drawText(int x, int y, const wchar_t* text) const
+{
+    drawTextOn(handle_, x, y, text, lengthOf(text));
+}
+void DeviceContext::drawText(int x, int y, const std::string& text) const
+{
+    drawTextOn(handle_, x, y, text.data(), text.size());
+}
+void DeviceContext::drawText(int x, int y, const std::wstring& text) const
+{
+    drawTextOn(handle_, x, y, text.data(), text.size());
+}
+
+void DeviceContext::beginPath() { pathStep(handle_, BeginPath, "Can't begin path"); }
+void DeviceContext::abortPath() { pathStep(handle_, AbortPath, "Can't abort path"); }
+void DeviceContext::endPath() { pathStep(handle_, EndPath, "Can't end path"); }
+void DeviceContext::fillPath() { pathStep(handle_, FillPath, "Can't fill path"); }
+void DeviceContext::strokeAndFillPath() { pathStep(handle_, StrokeAndFillPath, "Can't stroke and fill path"); }
+void DeviceContext::strokePath() { pathStep(handle_, StrokePath, "Can't stroke path"); }
+void DeviceContext::widenPath() { pathStep(handle_, WidenPath, "Can't widen path"); }
+void DeviceContext::flattenPath() { pathStep(handle_, FlattenPath, "Can't flatten path"); }
+void DeviceContext::closeFigure() { pathStep(handle_, CloseFigure, "Can't close figure"); }
+
+int DeviceContext::setROP2(int mode)
+{
+    return ensureGDI([&] { return SetROP2(handle_, mode); }, "Can't set ROP2");
+}
+int DeviceContext::getROP2() const
+{
+    return ensureGDI([&] { return GetROP2(handle_); }, "Can't get ROP2");
+}
+
+Point DeviceContext::setViewportOrigin(int x, int y)
+{
+    Point previous;
+    ensureGDI([&] { return SetViewportOrgEx(handle_, x, y, &previous); }, "Can't set viewport origin");
+    return previous;
+}
+} // namespace tarn

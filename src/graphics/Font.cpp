@@ -1,0 +1,54 @@
+#include <tarn/Font.h>
+
+#include "GDICheck.h"
+
+#include <type_traits>
+
+namespace tarn {
+namespace {
+template <class Ch, class... Parameters> HFONT newFont(const Ch* face, Parameters... parameters)
+{
+    const auto make = [=] {
+        if constexpr (std::is_same_v<Ch, char>)
+            return CreateFontA(parameters..., face);
+        else
+            return CreateFontW(parameters..., face);
+    };
+    return ensureGDI(make, "Can't create font");
+}
+} // namespace
+
+Font::Font(int height, int width, int escapement, int orientation, int weight, bool italic, bool underline,
+           bool strikeOut, unsigned long charSet, unsigned long outPrecision, unsigned long clipPrecision,
+           unsigned long quality, unsigned long pitchAndFamily, const char* face)
+{
+    create(height, width, escapement, orientation, weight, italic, underline, strikeOut, charSet, outPrecision,
+           clipPrecision, quality, pitchAndFamily, face);
+}
+Font::Font(int height, int width, int escapement, int orientation, int weight, bool italic, bool underline,
+           bool strikeOut, unsigned long charSet, unsigned long outPrecision, unsigned long clipPrecision,
+           unsigned long quality, unsigned long pitchAndFamily, const wchar_t* face)
+{
+    create(height, width, escapement, orientation, weight, italic, underline, strikeOut, charSet, outPrecision,
+           clipPrecision, quality, pitchAndFamily, face);
+}
+
+void Font::create(int height, int width, int escapement, int orientation, int weight, bool italic, bool underline,
+                  bool strikeOut, unsigned long charSet, unsigned long outPrecision, unsigned long clipPrecision,
+                  unsigned long quality, unsigned long pitchAndFamily, const char* face)
+{
+    close();
+    setHandle(newFont(face, height, width, escapement, orientation, weight, italic, underline, strikeOut, charSet,
+                      outPrecision, clipPrecision, quality, pitchAndFamily),
+              true);
+}
+void Font::create(int height, int width, int escapement, int orientation, int weight, bool italic, bool underline,
+                  bool strikeOut, unsigned long charSet, unsigned long outPrecision, unsigned long clipPrecision,
+                  unsigned long quality, unsigned long pitchAndFamily, const wchar_t* face)
+{
+    close();
+    setHandle(newFont(face, height, width, escapement, orientation, weight, italic, underline, strikeOut, charSet,
+                      outPrecision, clipPrecision, quality, pitchAndFamily),
+              true);
+}
+} // namespace tarn
