@@ -12,6 +12,8 @@
 #include <tarn/Exception.h>
 #include <tarn/LocalMemory.h>
 #include <tarn/Lock.h>
+#include <tarn/RegistryKey.h>
+#include <tarn/RegistryValue.h>
 #include <tarn/SETranslator.h>
 #include <tarn/StringHelper.h>
 #include <tarn/VersionInfo.h>
