@@ -5,25 +5,13 @@
 #include "Expect.h"
 #include "Handles.h"
 #include "ScratchKey.h"
+#include "TextOf.h"
 
-#include <concepts>
 #include <utility>
 
 using support::expectWindowsError;
 using support::ScratchKey;
 using tarn::RegistryKey;
-
-namespace {
-template <class Ch> const Ch* pick(const char* narrow, const wchar_t* wide)
-{
-    if constexpr (std::same_as<Ch, char>)
-        return narrow;
-    else
-        return wide;
-}
-// The literal in the width of the surrounding test.
-#define TEXT_OF(text) pick<TestType>(text, L##text)
-} // namespace
 
 TEMPLATE_TEST_CASE("RegistryKey: the opening constructor owns the key and tells a missing one", "[registry]", char,
                    wchar_t)
