@@ -28,6 +28,11 @@
 #include <tarn/Pen.h>
 #include <tarn/Point.h>
 #include <tarn/Rect.h>
+#include <tarn/IniString.h>
+#include <tarn/LocalMemory.h>
+#include <tarn/Lock.h>
+#include <tarn/RegistryKey.h>
+#include <tarn/RegistryValue.h>
 #include <tarn/SETranslator.h>
 #include <tarn/Size.h>
 #include <tarn/StringHelper.h>
