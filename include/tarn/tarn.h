@@ -20,6 +20,7 @@
 #include <tarn/GDIHandle.h>
 #include <tarn/I2CBus.h>
 #include <tarn/Icon.h>
+#include <tarn/IniString.h>
 #include <tarn/LocalMemory.h>
 #include <tarn/Lock.h>
 #include <tarn/OwnedHandle.h>
@@ -28,9 +29,6 @@
 #include <tarn/Pen.h>
 #include <tarn/Point.h>
 #include <tarn/Rect.h>
-#include <tarn/IniString.h>
-#include <tarn/LocalMemory.h>
-#include <tarn/Lock.h>
 #include <tarn/RegistryKey.h>
 #include <tarn/RegistryValue.h>
 #include <tarn/SETranslator.h>
