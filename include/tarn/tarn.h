@@ -6,6 +6,7 @@
 #include <tarn/BasicString.h>
 #include <tarn/COMIdentifiers.h>
 #include <tarn/CharTraits.h>
+#include <tarn/Cloneable.h>
 #include <tarn/ConstString.h>
 #include <tarn/Debug.h>
 #include <tarn/Event.h>
@@ -13,6 +14,8 @@
 #include <tarn/LocalMemory.h>
 #include <tarn/Lock.h>
 #include <tarn/SETranslator.h>
+#include <tarn/Serializable.h>
+#include <tarn/Stream.h>
 #include <tarn/StringHelper.h>
 #include <tarn/VersionInfo.h>
 #include <tarn/Windows.h>
