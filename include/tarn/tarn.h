@@ -19,5 +19,6 @@
 #include <tarn/StringHelper.h>
 #include <tarn/VersionInfo.h>
 #include <tarn/Windows.h>
+#include <tarn/WindowsFile.h>
 #include <tarn/WindowsHandle.h>
 #include <tarn/WindowsModule.h>
