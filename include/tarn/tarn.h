@@ -17,6 +17,8 @@
 #include <tarn/Serializable.h>
 #include <tarn/Stream.h>
 #include <tarn/StringHelper.h>
+#include <tarn/TemporaryDirectory.h>
+#include <tarn/TemporaryFile.h>
 #include <tarn/VersionInfo.h>
 #include <tarn/Windows.h>
 #include <tarn/WindowsFile.h>
