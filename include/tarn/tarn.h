@@ -19,6 +19,7 @@
 #include <tarn/StringHelper.h>
 #include <tarn/TemporaryDirectory.h>
 #include <tarn/TemporaryFile.h>
+#include <tarn/Thread.h>
 #include <tarn/VersionInfo.h>
 #include <tarn/Windows.h>
 #include <tarn/WindowsFile.h>
