@@ -13,6 +13,8 @@
 #include <tarn/Exception.h>
 #include <tarn/LocalMemory.h>
 #include <tarn/Lock.h>
+#include <tarn/Pipe.h>
+#include <tarn/Process.h>
 #include <tarn/SETranslator.h>
 #include <tarn/Serializable.h>
 #include <tarn/Stream.h>
