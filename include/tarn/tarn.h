@@ -9,6 +9,7 @@
 #include <tarn/Cloneable.h>
 #include <tarn/ConstString.h>
 #include <tarn/Debug.h>
+#include <tarn/Driver.h>
 #include <tarn/Event.h>
 #include <tarn/Exception.h>
 #include <tarn/LocalMemory.h>
@@ -17,6 +18,7 @@
 #include <tarn/Process.h>
 #include <tarn/SETranslator.h>
 #include <tarn/Serializable.h>
+#include <tarn/Service.h>
 #include <tarn/Stream.h>
 #include <tarn/StringHelper.h>
 #include <tarn/TemporaryDirectory.h>
