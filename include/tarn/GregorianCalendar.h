@@ -5,6 +5,7 @@
 #include <tarn/GregorianCalendarBase.h>
 
 #include <cstdint>
+#include <initializer_list>
 
 namespace tarn {
 /// The calendar in use: Julian before the cutover (1582-10-15 unless changed), Gregorian from it on.
@@ -96,18 +97,22 @@ private:
     void renumberStamps();
     int astronomicalYear() const;
 
-    void timeToFields(std::int64_t localMillis, bool quick);
-    void storeFieldsOfDay(std::int64_t day, bool gregorian, bool quick);
-    void storeWeekFields(int astronomical, int dayOfYear, int dayOfMonth, int dayOfWeek);
-    void storeTimeOfDay(int millisInDay, int rawOffset, int dstOffset);
+    void store(unsigned field, int value);
+    template <int... fields, class... Values> void setEach(Values... values);
+
+    void storeFields(const int* values, std::initializer_list<int> fields);
+    void storeDate(const int* values);
+    int offsetOfDay(Era era, const int* values, int millisInDay) const;
+    void weekFields(int* values) const;
+    bool isInFirstWeekOfNextYear(const int* values) const;
     int weekNumber(int dayOfPeriod, int dayOfWeek) const;
 
-    std::int64_t computeJulianDay(bool gregorian, int year) const;
+    std::int64_t computeJulianDay(bool gregorian, int year, int& plainDay) const;
     std::int64_t dateInFirstWeek(std::int64_t before, std::int64_t& first) const;
     std::int64_t dateOfWeek(std::int64_t before, int weekField) const;
     std::int64_t dateOfWeekday(std::int64_t before, int year) const;
     std::int64_t millisInDayOfFields() const;
-    int localOffset(Era era, std::int64_t julianDay, std::int64_t millis, std::int64_t timeOfDay);
+    int localOffset(Era era, int year, int plainDay, std::int64_t midnight, std::int64_t timeOfDay);
     bool boundsCheck(int value, int field);
     bool validateFields();
 

@@ -20,6 +20,13 @@ constexpr bool isLeapIn(bool gregorian, int year)
     return year % 4 == 0 && (!gregorian || year % 100 != 0 || year % 400 == 0);
 }
 
+struct Date {
+    int year;
+    int month;     ///< From 0.
+    int day;       ///< Of the month, from 1.
+    int dayOfYear; ///< From 0.
+};
+
 struct YearDay {
     int year;
     int day; ///< Of the year, from 0.
@@ -62,19 +69,49 @@ constexpr int monthOfDay(int dayOfYear, bool leap)
     return (12 * (dayOfYear + correction) + 6) / 367;
 }
 
+/// The date of a day since the epoch.
+constexpr Date dateOf(bool gregorian, std::int64_t epochDay)
+{
+    constexpr int cycle = 146097, cyclesBefore = 3600;
+    constexpr int range = cycle * cyclesBefore;
+    if (gregorian && epochDay > -range && epochDay < range) {
+        // Years from March on have their leap day last, so that months follow from one multiplication.
+        const auto quarters = 4 * static_cast<std::uint32_t>(static_cast<int>(epochDay) + 719468 + range) + 3;
+        const std::uint32_t century = quarters / cycle;
+        const std::uint32_t quartersOfCentury = quarters % cycle | 3;
+        const std::uint32_t yearOfCentury = quartersOfCentury / 1461;
+        const std::uint32_t dayOfYear = quartersOfCentury % 1461 / 4; // From the first of March on.
+        const std::uint32_t month = (5 * dayOfYear + 461) / 153;      // March is 3, February 14.
+        const bool nextYear = month > 12;
+        const int year = static_cast<int>(100 * century + yearOfCentury) - 400 * cyclesBefore + nextYear;
+        const bool isCentury = yearOfCentury + nextYear == (nextYear ? 100 : 0);
+        const bool leap = (year & (isCentury ? 15 : 3)) == 0;
+        const int fromMarch = static_cast<int>(dayOfYear);
+        const int day = fromMarch - static_cast<int>((153 * month - 457) / 5) + 1;
+        return {year, static_cast<int>(nextYear ? month - 13 : month - 1), day,
+                nextYear ? fromMarch - 306 : fromMarch + 59 + leap};
+    }
+    const YearDay date = yearDay(gregorian, epochDay);
+    const int month = monthOfDay(date.day, date.leap);
+    return {date.year, month, date.day - daysBeforeMonth[date.leap][month] + 1, date.day};
+}
+
 /// The Julian Day Number of the day before the year's first.
 constexpr std::int64_t julianDayBeforeYear(bool gregorian, int year)
 {
     const int before = wrappingSubtract(year, 1);
-    std::int64_t julianDay = 365 * std::int64_t(before) + floorQuotient(before, 4) + 1721423;
-    if (gregorian)
-        julianDay += 2 - floorQuotient(before, 100) + floorQuotient(before, 400);
-    return julianDay;
+    // Shifts divide by 4 and round down, centuries by 4 being the cycles of 400 years.
+    const std::int64_t julianDay = 365 * std::int64_t(before) + (before >> 2) + 1721423;
+    const int centuries = floorQuotient(before, 100);
+    return gregorian ? julianDay + 2 - centuries + (centuries >> 2) : julianDay;
 }
 
 /// The weekday, Sunday being 0, of a day since the epoch.
 constexpr int weekdayOf(std::int64_t epochDay)
 {
+    constexpr int range = 7 * 140000000;
+    if (epochDay > -range && epochDay < range)
+        return static_cast<int>((static_cast<std::uint32_t>(static_cast<int>(epochDay)) + range + 4) % 7);
     int weekday = 0;
     floorQuotient(epochDay + 4, 7, weekday);
     return weekday;

@@ -2,6 +2,7 @@
 
 #include "Arithmetic.h"
 #include "DayNumbers.h"
+#include "Exactly.h"
 
 #include <algorithm>
 #include <climits>
@@ -22,7 +23,9 @@ GregorianCalendar::GregorianCalendar(const TimeZone& zone) : Calendar(zone) {}
 
 Cloneable* GregorianCalendar::Clone() const { return new GregorianCalendar(*this); }
 
-void GregorianCalendar::set(unsigned field, int value)
+void GregorianCalendar::set(unsigned field, int value) { store(field, value); }
+
+inline void GregorianCalendar::store(unsigned field, int value)
 {
     if (nextStamp_ == INT_MAX)
         renumberStamps();
@@ -33,7 +36,7 @@ void GregorianCalendar::set(unsigned field, int value)
 }
 
 // Two thousand million sets use the stamps up. The least numbers of the same order make room again.
-void GregorianCalendar::renumberStamps()
+[[gnu::noinline, gnu::cold]] void GregorianCalendar::renumberStamps()
 {
     int old[FieldCount];
     std::copy(std::begin(stamps_), std::end(stamps_), old);
@@ -45,24 +48,28 @@ void GregorianCalendar::renumberStamps()
     nextStamp_ = 2 + FieldCount;
 }
 
+template <int... fields, class... Values> inline void GregorianCalendar::setEach(Values... values)
+{
+    if (isExactly(*this))
+        (store(fields, values), ...);
+    else
+        (set(fields, values), ...);
+}
+
 void GregorianCalendar::set(int year, int month, int date)
 {
-    set(FieldYear, year);
-    set(FieldMonth, month);
-    set(FieldDayOfMonth, date);
+    setEach<FieldYear, FieldMonth, FieldDayOfMonth>(year, month, date);
 }
 
 void GregorianCalendar::set(int year, int month, int date, int hour, int minute)
 {
-    set(year, month, date);
-    set(FieldHourOfDay, hour);
-    set(FieldMinute, minute);
+    setEach<FieldYear, FieldMonth, FieldDayOfMonth, FieldHourOfDay, FieldMinute>(year, month, date, hour, minute);
 }
 
 void GregorianCalendar::set(int year, int month, int date, int hour, int minute, int second)
 {
-    set(year, month, date, hour, minute);
-    set(FieldSecond, second);
+    setEach<FieldYear, FieldMonth, FieldDayOfMonth, FieldHourOfDay, FieldMinute, FieldSecond>(year, month, date, hour,
+                                                                                              minute, second);
 }
 
 void GregorianCalendar::Clear()

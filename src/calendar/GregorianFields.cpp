@@ -3,7 +3,8 @@
 #include <tarn/GregorianCalendar.h>
 
 #include "Arithmetic.h"
-#include "DayNumbers.h"
+#include "Exactly.h"
+#include "FieldValues.h"
 
 #include <algorithm>
 
@@ -19,84 +20,81 @@ std::int64_t addOrEpoch(std::int64_t millis, int offset)
 
 void GregorianCalendar::computeFields()
 {
+    int ofDerived[FieldCount];
+    const bool exact = isExactly(*this);
+    int* const values = exact ? fields_ : ofDerived;
+
     const int rawOffset = zone_.GetStandardOffset();
     const std::int64_t localMillis = addOrEpoch(time_, rawOffset);
     int millisInDay = 0;
     const std::int64_t day = splitDay(localMillis, millisInDay);
-    const bool gregorian = localMillis >= normalizedGregorianCutover();
-    storeFieldsOfDay(day, gregorian, false);
-
-    const int dstOffset = zone_.GetOffset(static_cast<Era>(fields_[FieldEra]), fields_[FieldYear],
-                                          static_cast<Month>(fields_[FieldMonth]), fields_[FieldDayOfMonth],
-                                          static_cast<DayOfWeek>(fields_[FieldDayOfWeek]), millisInDay) -
-                          rawOffset;
-    millisInDay += dstOffset;
-    // A daylight amount below zero is not carried into the day before.
-    if (millisInDay >= millisPerDay) {
-        millisInDay -= static_cast<int>(millisPerDay);
-        timeToFields(addOrEpoch(localMillis, dstOffset), false);
+    setDate(values, localMillis >= normalizedGregorianCutover(), day);
+    int dstOffset = 0;
+    if (zone_.UseDaylightTime()) {
+        dstOffset = offsetOfDay(static_cast<Era>(values[FieldEra]), values, millisInDay) - rawOffset;
+        millisInDay += dstOffset;
+        // A daylight amount below zero is not carried into the day before.
+        if (millisInDay >= millisPerDay) {
+            millisInDay -= static_cast<int>(millisPerDay);
+            const std::int64_t moved = addOrEpoch(localMillis, dstOffset);
+            setDate(values, moved >= normalizedGregorianCutover(), floorDivide(moved, millisPerDay));
+        }
     }
-    storeTimeOfDay(millisInDay, rawOffset, dstOffset);
+    weekFields(values);
+    setTimeOfDay(values, millisInDay);
+    values[FieldZoneOffset] = rawOffset;
+    values[FieldDstOffset] = dstOffset;
+    if (!exact)
+        storeFields(values, {FieldEra, FieldYear, FieldMonth, FieldDayOfMonth, FieldDayOfWeek, FieldDayOfYear,
+                             FieldWeekOfYear, FieldWeekOfMonth, FieldDayOfWeekInMonth, FieldMillisecond, FieldSecond,
+                             FieldMinute, FieldHourOfDay, FieldAmPm, FieldHour, FieldZoneOffset, FieldDstOffset});
     std::ranges::fill(stamps_, 1);
 }
 
-void GregorianCalendar::timeToFields(std::int64_t localMillis, bool quick)
+void GregorianCalendar::storeFields(const int* values, std::initializer_list<int> fields)
 {
-    storeFieldsOfDay(floorDivide(localMillis, millisPerDay), localMillis >= normalizedGregorianCutover(), quick);
+    for (const int field : fields)
+        internalSet(field, values[field]);
 }
 
-void GregorianCalendar::storeFieldsOfDay(std::int64_t day, bool gregorian, bool quick)
+// Only the date, as computing the instant needs it.
+void GregorianCalendar::storeDate(const int* values)
 {
-    const YearDay date = yearDay(gregorian, day);
-    const int month = monthOfDay(date.day, date.leap);
-    const int dayOfMonth = date.day - daysBeforeMonth[date.leap][month] + 1;
-    const int dayOfWeek = weekdayOf(day) + Sunday;
-
-    internalSet(FieldEra, date.year < 1 ? BC : AD);
-    internalSet(FieldYear, date.year < 1 ? 1 - date.year : date.year);
-    internalSet(FieldMonth, month);
-    internalSet(FieldDayOfMonth, dayOfMonth);
-    internalSet(FieldDayOfWeek, dayOfWeek);
-    internalSet(FieldDayOfYear, date.day + 1);
-    if (!quick)
-        storeWeekFields(date.year, date.day + 1, dayOfMonth, dayOfWeek);
+    storeFields(values, {FieldEra, FieldYear, FieldMonth, FieldDayOfMonth, FieldDayOfWeek, FieldDayOfYear});
 }
 
-void GregorianCalendar::storeWeekFields(int astronomical, int dayOfYear, int dayOfMonth, int dayOfWeek)
+int GregorianCalendar::offsetOfDay(Era era, const int* values, int millisInDay) const
 {
-    const int relativeDay = wrappingSubtract(dayOfWeek + 7, firstDayOfWeek_) % 7;
+    return zone_.GetOffset(era, values[FieldYear], static_cast<Month>(values[FieldMonth]), values[FieldDayOfMonth],
+                           static_cast<DayOfWeek>(values[FieldDayOfWeek]), millisInDay);
+}
+
+void GregorianCalendar::weekFields(int* values) const
+{
+    const int dayOfYear = values[FieldDayOfYear], dayOfWeek = values[FieldDayOfWeek];
     const int january1 = floorRemainder(wrappingSubtract(dayOfWeek + 1 - dayOfYear, firstDayOfWeek_), 7);
-    int week = (january1 + dayOfYear - 1) / 7;
-    if (7 - january1 >= minimalDaysInFirstWeek_) {
-        ++week;
-        // The last days of the year may belong to the first week of the next one.
-        const int length = yearLength(internalGet(FieldYear));
-        const int last = floorRemainder(length - dayOfYear + relativeDay, 7);
-        if (dayOfYear > 359 && 6 - last >= minimalDaysInFirstWeek_ && dayOfYear - relativeDay + 7 > length)
-            week = 1;
+    const bool startsWithWeek1 = 7 - january1 >= minimalDaysInFirstWeek_;
+    int week = (january1 + dayOfYear - 1) / 7 + startsWithWeek1;
+    if (dayOfYear > 359 && startsWithWeek1 && isInFirstWeekOfNextYear(values)) {
+        week = 1;
     } else if (week == 0) {
         // The last week of the year before. It has always been counted with the weekday a day early;
         // programs rely on the numbers that this gives.
-        week = weekNumber(dayOfYear + yearLength(wrappingSubtract(astronomical, 1)), (dayOfWeek + 6) % 7);
+        const int year = values[FieldEra] == AD ? values[FieldYear] : 1 - values[FieldYear];
+        week = weekNumber(dayOfYear + yearLength(year - 1), (dayOfWeek + 6) % 7);
     }
-    internalSet(FieldWeekOfYear, week);
-    internalSet(FieldWeekOfMonth, weekNumber(dayOfMonth, dayOfWeek));
-    internalSet(FieldDayOfWeekInMonth, (dayOfMonth - 1) / 7 + 1);
+    values[FieldWeekOfYear] = week;
+    values[FieldWeekOfMonth] = weekNumber(values[FieldDayOfMonth], dayOfWeek);
+    values[FieldDayOfWeekInMonth] = (values[FieldDayOfMonth] - 1) / 7 + 1;
 }
 
-void GregorianCalendar::storeTimeOfDay(int millisInDay, int rawOffset, int dstOffset)
+bool GregorianCalendar::isInFirstWeekOfNextYear(const int* values) const
 {
-    const int seconds = millisInDay / 1000;
-    const int minutes = seconds / 60;
-    const int hours = minutes / 60;
-    internalSet(FieldMillisecond, millisInDay % 1000);
-    internalSet(FieldSecond, seconds % 60);
-    internalSet(FieldMinute, minutes % 60);
-    internalSet(FieldHourOfDay, hours);
-    internalSet(FieldAmPm, hours / 12);
-    internalSet(FieldHour, hours % 12);
-    internalSet(FieldZoneOffset, rawOffset);
-    internalSet(FieldDstOffset, dstOffset);
+    const int dayOfYear = values[FieldDayOfYear];
+    const int length = yearLength(values[FieldYear]);
+    const int place = wrappingSubtract(values[FieldDayOfWeek] + 7, firstDayOfWeek_) % 7;
+    const int last = floorRemainder(length - dayOfYear + place, 7);
+    return 6 - last >= minimalDaysInFirstWeek_ && dayOfYear - place + 7 > length;
 }
 
 int GregorianCalendar::weekNumber(int dayOfPeriod, int dayOfWeek) const

@@ -3,7 +3,8 @@
 #include <tarn/GregorianCalendar.h>
 
 #include "Arithmetic.h"
-#include "DayNumbers.h"
+#include "Exactly.h"
+#include "FieldValues.h"
 
 #include <algorithm>
 
@@ -11,6 +12,8 @@ namespace tarn {
 namespace {
 // No date in range has this day number; the comparison with it changes nothing.
 constexpr std::int64_t neverReached = -106749550580;
+
+constexpr int notPlain = -1;
 } // namespace
 
 void GregorianCalendar::computeTime()
@@ -24,37 +27,47 @@ void GregorianCalendar::computeTime()
         year = wrappingSubtract(1, year);
 
     const bool gregorian = isGregorian(year);
-    std::int64_t julianDay = computeJulianDay(gregorian, year);
-    std::int64_t millis = JulianDayToMillis(julianDay);
-    if (gregorian != (millis >= normalizedGregorianCutover()) && julianDay != neverReached) {
-        julianDay = computeJulianDay(!gregorian, year);
-        millis = JulianDayToMillis(julianDay);
+    int plainDay = notPlain;
+    std::int64_t julianDay = computeJulianDay(gregorian, year, plainDay);
+    std::int64_t midnight = JulianDayToMillis(julianDay);
+    if (gregorian != (midnight >= normalizedGregorianCutover()) && julianDay != neverReached) {
+        julianDay = computeJulianDay(!gregorian, year, plainDay);
+        midnight = JulianDayToMillis(julianDay);
+        plainDay = notPlain;
     }
-    const std::int64_t timeOfDay = millisInDayOfFields();
-    millis = wrappingAdd(millis, timeOfDay);
 
+    const std::int64_t timeOfDay = millisInDayOfFields();
     int zoneOffset = fields_[FieldZoneOffset];
     int dstOffset = fields_[FieldDstOffset];
     if (stamps_[FieldZoneOffset] < 2) {
         zoneOffset = zone_.GetStandardOffset();
-        dstOffset = wrappingSubtract(localOffset(era, julianDay, millis, timeOfDay), zoneOffset);
+        dstOffset = wrappingSubtract(localOffset(era, year, plainDay, midnight, timeOfDay), zoneOffset);
     }
-    time_ = wrappingSubtract(wrappingSubtract(millis, zoneOffset), dstOffset);
+    time_ = wrappingSubtract(wrappingSubtract(wrappingAdd(midnight, timeOfDay), zoneOffset), dstOffset);
 }
 
-int GregorianCalendar::localOffset(Era era, std::int64_t julianDay, std::int64_t millis, std::int64_t timeOfDay)
+// The zone's offset at a local time. In a lenient calendar the fields of the date are rewritten from it.
+int GregorianCalendar::localOffset(Era era, int year, int plainDay, std::int64_t midnight, std::int64_t timeOfDay)
 {
+    const std::int64_t millis = wrappingAdd(midnight, timeOfDay);
     int millisInDay = 0;
     const std::int64_t day = splitDay(millis, millisInDay);
-    DayOfWeek dayOfWeek;
-    if (!lenient_ && isSet(FieldMonth) && isSet(FieldDayOfMonth) && timeOfDay == millisInDay) {
-        dayOfWeek = julianDayToDayOfWeek(julianDay);
-    } else {
-        storeFieldsOfDay(day, millis >= normalizedGregorianCutover(), true);
-        dayOfWeek = static_cast<DayOfWeek>(fields_[FieldDayOfWeek]);
-    }
-    return zone_.GetOffset(era, fields_[FieldYear], static_cast<Month>(fields_[FieldMonth]), fields_[FieldDayOfMonth],
-                           dayOfWeek, millisInDay);
+    if (!lenient_ && isSet(FieldMonth) && isSet(FieldDayOfMonth) && timeOfDay == millisInDay)
+        return zone_.GetOffset(era, fields_[FieldYear], static_cast<Month>(fields_[FieldMonth]),
+                               fields_[FieldDayOfMonth], static_cast<DayOfWeek>(weekdayOf(day) + Sunday), millisInDay);
+
+    int ofDerived[FieldCount];
+    const bool exact = isExactly(*this);
+    int* const values = exact ? fields_ : ofDerived;
+    // What the fields name may be the date already.
+    constexpr int endOfTime = 290000000;
+    if (plainDay != notPlain && timeOfDay == millisInDay && year > -endOfTime && year < endOfTime)
+        setDate(values, {year, fields_[FieldMonth], fields_[FieldDayOfMonth], plainDay}, weekdayOf(day) + Sunday);
+    else
+        setDate(values, millis >= normalizedGregorianCutover(), day);
+    if (!exact)
+        storeDate(values);
+    return zone_.UseDaylightTime() ? offsetOfDay(era, values, millisInDay) : zone_.GetStandardOffset();
 }
 
 std::int64_t GregorianCalendar::millisInDayOfFields() const
@@ -72,7 +85,8 @@ std::int64_t GregorianCalendar::millisInDayOfFields() const
 // The later of two fields that only count together; 0 when one is missing.
 int GregorianCalendar::aggregateStamp(int a, int b) { return a == 0 || b == 0 ? 0 : std::max(a, b); }
 
-std::int64_t GregorianCalendar::computeJulianDay(bool gregorian, int year) const
+// `plainDay` becomes the day of the year, from 0, when the month and the day name it without any carry.
+std::int64_t GregorianCalendar::computeJulianDay(bool gregorian, int year, int& plainDay) const
 {
     const int dayOfWeekStamp = stamps_[FieldDayOfWeek];
     const int dayOfMonth = stamps_[FieldDayOfMonth];
@@ -90,10 +104,15 @@ std::int64_t GregorianCalendar::computeJulianDay(bool gregorian, int year) const
         int month = monthStamp != 0 ? fields_[FieldMonth] : static_cast<int>(January);
         if (month < January || month > December)
             year = wrappingAdd(year, floorDivide(month, 12, month));
-        const std::int64_t before =
-            julianDayBeforeYear(gregorian, year) + daysBeforeMonth[isLeapIn(gregorian, year)][month];
-        if (best == dayOfMonth || best == monthStamp)
-            return before + (dayOfMonth != 0 ? fields_[FieldDayOfMonth] : 1);
+        const bool leap = isLeapIn(gregorian, year);
+        const std::int64_t before = julianDayBeforeYear(gregorian, year) + daysBeforeMonth[leap][month];
+        if (best == dayOfMonth || best == monthStamp) {
+            const int date = dayOfMonth != 0 ? fields_[FieldDayOfMonth] : 1;
+            if (month == fields_[FieldMonth] && date == fields_[FieldDayOfMonth] && date >= 1 &&
+                date <= daysInMonth[leap][month])
+                plainDay = daysBeforeMonth[leap][month] + date - 1;
+            return before + date;
+        }
         return before + (best == weekOfMonth ? dateOfWeek(before, FieldWeekOfMonth) : dateOfWeekday(before, year));
     }
     const std::int64_t before = julianDayBeforeYear(gregorian, year);
