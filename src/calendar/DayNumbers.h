@@ -17,7 +17,8 @@ inline constexpr int daysInMonth[2][12] = {{31, 28, 31, 30, 31, 30, 31, 31, 30, 
 
 constexpr bool isLeapIn(bool gregorian, int year)
 {
-    return year % 4 == 0 && (!gregorian || year % 100 != 0 || year % 400 == 0);
+    // Centuries that 16 divides are those that 400 divides.
+    return (year & 3) == 0 && (!gregorian || (year & 15) == 0 || year % 100 != 0);
 }
 
 struct Date {

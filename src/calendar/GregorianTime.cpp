@@ -95,7 +95,8 @@ std::int64_t GregorianCalendar::computeJulianDay(bool gregorian, int year, int& 
     const int weekdayInMonth = aggregateStamp(stamps_[FieldDayOfWeekInMonth], dayOfWeekStamp);
     const int dayOfYear = stamps_[FieldDayOfYear];
     const int weekOfYear = aggregateStamp(stamps_[FieldWeekOfYear], dayOfWeekStamp);
-    const int best = std::max({dayOfMonth, monthStamp, weekOfMonth, weekdayInMonth, dayOfYear, weekOfYear});
+    const int best = std::max(std::max(std::max(dayOfMonth, monthStamp), std::max(weekOfMonth, weekdayInMonth)),
+                              std::max(dayOfYear, weekOfYear));
 
     if (best == 0)
         return julianDayBeforeYear(gregorian, year) + 1;

@@ -221,6 +221,35 @@ TEST_CASE("GregorianCalendar: fields give the instant that gave them", "[calenda
     CHECK(wrongFields == 0);
 }
 
+TEST_CASE("GregorianCalendar: a derived class sees every field that is computed", "[calendar]")
+{
+    struct Watched : GregorianCalendar {
+        explicit Watched(const tarn::TimeZone& zone) : GregorianCalendar(zone) {}
+        void internalSet(int field, int value) override
+        {
+            GregorianCalendar::internalSet(field, value);
+            ++calls;
+        }
+        int calls = 0;
+    };
+    std::mt19937_64 random(4);
+    std::uniform_int_distribution<std::int64_t> usual(-230000000000000, 212000000000000);
+    GregorianCalendar calendar(zones::north());
+    Watched watched(zones::north());
+    for (int i = 0; i < 1000; ++i) {
+        calendar.setTime(usual(random));
+        watched.setTime(calendar.getTime());
+        REQUIRE(watched.calls == Calendar::FieldCount);
+        for (unsigned field = 0; field < Calendar::FieldCount; ++field)
+            REQUIRE(watched.get(field) == calendar.get(field));
+        watched.set(2000 + i, i % 14, i % 33);
+        calendar.set(2000 + i, i % 14, i % 33);
+        REQUIRE(watched.getTime() == calendar.getTime());
+        REQUIRE(watched.calls == Calendar::FieldCount + 6);
+        watched.calls = 0;
+    }
+}
+
 TEST_CASE("GregorianCalendar: the fields set last decide", "[calendar]")
 {
     GregorianCalendar calendar((tarn::TimeZone()));
