@@ -16,6 +16,25 @@ std::int64_t addOrEpoch(std::int64_t millis, int offset)
     std::int64_t sum = 0;
     return __builtin_add_overflow(millis, offset, &sum) ? 0 : sum;
 }
+
+// The place of a weekday in the week, from 0.
+int placeInWeek(int dayOfWeek, int firstDayOfWeek)
+{
+    return floorRemainder(wrappingSubtract(dayOfWeek, firstDayOfWeek), 7);
+}
+
+// The same of a period's first day, when its day `day` has this place. Periods are two years at most.
+int placeOfFirst(int day, int place)
+{
+    constexpr int weeks = 7 * 106;
+    return static_cast<int>(static_cast<unsigned>(place + weeks + 1 - day) % 7);
+}
+
+int weekOf(int day, int place, int minimalDays)
+{
+    const int first = placeOfFirst(day, place);
+    return static_cast<int>(static_cast<unsigned>(first + day - 1) / 7) + (7 - first >= minimalDays);
+}
 } // namespace
 
 void GregorianCalendar::computeFields()
@@ -72,9 +91,9 @@ int GregorianCalendar::offsetOfDay(Era era, const int* values, int millisInDay) 
 void GregorianCalendar::weekFields(int* values) const
 {
     const int dayOfYear = values[FieldDayOfYear], dayOfWeek = values[FieldDayOfWeek];
-    const int january1 = floorRemainder(wrappingSubtract(dayOfWeek + 1 - dayOfYear, firstDayOfWeek_), 7);
-    const bool startsWithWeek1 = 7 - january1 >= minimalDaysInFirstWeek_;
-    int week = (january1 + dayOfYear - 1) / 7 + startsWithWeek1;
+    const int place = placeInWeek(dayOfWeek, firstDayOfWeek_);
+    const bool startsWithWeek1 = 7 - placeOfFirst(dayOfYear, place) >= minimalDaysInFirstWeek_;
+    int week = weekOf(dayOfYear, place, minimalDaysInFirstWeek_);
     if (dayOfYear > 359 && startsWithWeek1 && isInFirstWeekOfNextYear(values)) {
         week = 1;
     } else if (week == 0) {
@@ -84,7 +103,7 @@ void GregorianCalendar::weekFields(int* values) const
         week = weekNumber(dayOfYear + yearLength(year - 1), (dayOfWeek + 6) % 7);
     }
     values[FieldWeekOfYear] = week;
-    values[FieldWeekOfMonth] = weekNumber(values[FieldDayOfMonth], dayOfWeek);
+    values[FieldWeekOfMonth] = weekOf(values[FieldDayOfMonth], place, minimalDaysInFirstWeek_);
     values[FieldDayOfWeekInMonth] = (values[FieldDayOfMonth] - 1) / 7 + 1;
 }
 
@@ -99,7 +118,6 @@ bool GregorianCalendar::isInFirstWeekOfNextYear(const int* values) const
 
 int GregorianCalendar::weekNumber(int dayOfPeriod, int dayOfWeek) const
 {
-    const int first = floorRemainder(wrappingSubtract(dayOfWeek + 1 - dayOfPeriod, firstDayOfWeek_), 7);
-    return (first + dayOfPeriod - 1) / 7 + (7 - first >= minimalDaysInFirstWeek_ ? 1 : 0);
+    return weekOf(dayOfPeriod, placeInWeek(dayOfWeek, firstDayOfWeek_), minimalDaysInFirstWeek_);
 }
 } // namespace tarn

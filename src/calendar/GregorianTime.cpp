@@ -79,7 +79,8 @@ std::int64_t GregorianCalendar::millisInDayOfFields() const
         hour = hourOfDayStamp >= hourStamp ? fields_[FieldHourOfDay]
                                            : fields_[FieldHour] + 12 * std::int64_t(fields_[FieldAmPm]);
     const auto valueOf = [this](int field) { return isSet(field) ? fields_[field] : 0; };
-    return ((hour * 60 + valueOf(FieldMinute)) * 60 + valueOf(FieldSecond)) * 1000 + valueOf(FieldMillisecond);
+    return hour * 3600000 + std::int64_t(valueOf(FieldMinute)) * 60000 + std::int64_t(valueOf(FieldSecond)) * 1000 +
+           valueOf(FieldMillisecond);
 }
 
 // The later of two fields that only count together; 0 when one is missing.
