@@ -76,7 +76,8 @@ public:
     const TimeZone& GetTimeZone() const { return zone_; }
 
     /// A lenient calendar, as every calendar is at first, takes fields out of range as a distance (the
-    /// 32nd of January is the 1st of February).
+    /// 32nd of January is the 1st of February). One that is not refuses nothing: it only leaves the fields
+    /// as they were set until they are next computed. Compare with getActualMaximum() to refuse a date.
     void setLenient(bool lenient) { lenient_ = lenient; }
     bool isLenient() const { return lenient_; }
 

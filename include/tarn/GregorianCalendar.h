@@ -16,8 +16,9 @@ namespace tarn {
 ///     calendar.add(Calendar::FieldYear, 1);
 ///     calendar.get(Calendar::FieldDayOfMonth); // 28
 ///
-/// A new calendar has no instant: call setTime(), or Clear() and set(), before reading. Nothing but
-/// Clone(), the actual maxima and a roll() by weeks or past the last year allocates.
+/// A new calendar has no instant: call setTime(), or Clear() and set(), before reading. Instants less than
+/// the zone's offset away from the ends of time read as 1970-01-01. Nothing but Clone(), the actual maxima
+/// and a roll() past the last year allocates.
 class TARN_API GregorianCalendar : public GregorianCalendarBase, public Calendar {
 public:
     GregorianCalendar(); ///< In TimeZone::current().
@@ -64,13 +65,15 @@ public:
     int getGreatestMinimum(int field) override;
     int getLeastMaximum(int field) override;
     int getActualMinimum(int field) override; ///< As getMinimum().
+    /// Searches with a Clone() for years and weeks. The length of the year goes by the number in FieldYear
+    /// as if it were AD: in the era BC ask yearLength(1 - year).
     int getActualMaximum(int field) override;
 
     void setFirstDayOfWeek(int dayOfWeek) { firstDayOfWeek_ = dayOfWeek; }
     int getFirstDayOfWeek() const { return firstDayOfWeek_; }
     /// How many days of a week must lie in the year or month for it to be the first: 4 with weeks from
-    /// Monday gives the weeks of ISO 8601, except that days in January which belong to the last week of
-    /// the year before may read 52 for 53 or 53 for 52: compute that week from a day of December.
+    /// Monday gives the weeks of ISO 8601. January's days in the last week of the year before may be
+    /// numbered one off (2000-01-01 reads 53 for 52): ask the last day of December instead.
     void setMinimalDaysInFirstWeek(int days) { minimalDaysInFirstWeek_ = days; }
     int getMinimalDaysInFirstWeek() const { return minimalDaysInFirstWeek_; }
 
