@@ -8,6 +8,7 @@
 #include <tarn/Bitmap.h>
 #include <tarn/Brush.h>
 #include <tarn/COMIdentifiers.h>
+#include <tarn/Calendar.h>
 #include <tarn/CharTraits.h>
 #include <tarn/Cloneable.h>
 #include <tarn/ConstString.h>
@@ -23,6 +24,8 @@
 #include <tarn/I2CBus.h>
 #include <tarn/Icon.h>
 #include <tarn/IniString.h>
+#include <tarn/GregorianCalendar.h>
+#include <tarn/GregorianCalendarBase.h>
 #include <tarn/LocalMemory.h>
 #include <tarn/Lock.h>
 #include <tarn/OwnedHandle.h>
@@ -44,6 +47,9 @@
 #include <tarn/TemporaryDirectory.h>
 #include <tarn/TemporaryFile.h>
 #include <tarn/Thread.h>
+#include <tarn/Time.h>
+#include <tarn/TimeText.h>
+#include <tarn/TimeZone.h>
 #include <tarn/VersionInfo.h>
 #include <tarn/Windows.h>
 #include <tarn/WindowsFile.h>
