@@ -21,11 +21,11 @@
 #include <tarn/Exception.h>
 #include <tarn/Font.h>
 #include <tarn/GDIHandle.h>
+#include <tarn/GregorianCalendar.h>
+#include <tarn/GregorianCalendarBase.h>
 #include <tarn/I2CBus.h>
 #include <tarn/Icon.h>
 #include <tarn/IniString.h>
-#include <tarn/GregorianCalendar.h>
-#include <tarn/GregorianCalendarBase.h>
 #include <tarn/LocalMemory.h>
 #include <tarn/Lock.h>
 #include <tarn/OwnedHandle.h>
