@@ -5,6 +5,7 @@
 #include <tarn/Serializable.h>
 
 #include "ClassName.h"
+#include "NestingLevel.h"
 
 #include <algorithm>
 
@@ -34,6 +35,7 @@ void InputStream::readFully(void* buffer, unsigned int size)
 
 Serializable* InputStream::readObject()
 {
+    const NestingLevel level;
     Serializable* const object = createNamedOn(*this);
     object->deserialize(*this);
     return object;
@@ -41,6 +43,7 @@ Serializable* InputStream::readObject()
 
 void OutputStream::writeObject(Serializable* object)
 {
+    const NestingLevel level;
     *this << ClassName(typeid(*object)).text();
     object->serialize(*this);
 }
