@@ -5,25 +5,55 @@
 #include <tarn/Stream.h>
 #include <tarn/ref_ptr.h>
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
+#include <memory>
+#include <memory_resource>
 #include <set>
 #include <type_traits>
 #include <typeinfo>
+#include <utility>
 #include <vector>
 
 namespace tarn {
 namespace detail {
+/// For tables that only grow: takes memory in large pieces, and gives it back when the table and its nodes
+/// are gone. A copied table has memory of its own.
+template <class T> class ArenaAllocator {
+public:
+    using value_type = T;
+
+    ArenaAllocator() = default;
+    template <class U> ArenaAllocator(const ArenaAllocator<U>& other) : arena_(other.arena_) {}
+
+    T* allocate(std::size_t count)
+    {
+        if (!arena_)
+            arena_ = std::make_shared<std::pmr::monotonic_buffer_resource>();
+        return static_cast<T*>(arena_->allocate(count * sizeof(T), alignof(T)));
+    }
+    void deallocate(T*, std::size_t) noexcept {}
+    ArenaAllocator select_on_container_copy_construction() const { return {}; }
+    bool operator==(const ArenaAllocator& other) const { return arena_ == other.arena_; }
+
+private:
+    template <class U> friend class ArenaAllocator;
+
+    std::shared_ptr<std::pmr::monotonic_buffer_resource> arena_;
+};
+using KeySet = std::set<unsigned int, std::less<unsigned int>, ArenaAllocator<unsigned int>>;
+using ObjectTable = std::map<unsigned int, ref_ptr<Serializable>, std::less<unsigned int>,
+                             ArenaAllocator<std::pair<const unsigned int, ref_ptr<Serializable>>>>;
+
 /// The key of a shared object where an address fits a key: the address of its counter.
 struct AddressKeys {
-    unsigned int of(std::uintptr_t counter, const std::set<unsigned int>&)
-    {
-        return static_cast<unsigned int>(counter);
-    }
+    unsigned int of(std::uintptr_t counter, const KeySet&) { return static_cast<unsigned int>(counter); }
 };
 /// The key where it does not: the low half of the address or the next number that is neither 0 nor taken.
 struct AssignedKeys {
-    unsigned int of(std::uint64_t counter, const std::set<unsigned int>& taken)
+    unsigned int of(std::uint64_t counter, const KeySet& taken)
     {
         const auto [entry, isNew] = keys.try_emplace(counter, static_cast<unsigned int>(counter));
         if (isNew)
@@ -54,11 +84,11 @@ using SharedKeys = std::conditional_t<sizeof(void*) == sizeof(unsigned int), Add
 /// throws. What had been read by then is in getSharedObjects().
 class TARN_API Archive : public InputStream, public OutputStream {
 public:
-    /// How deep objects may lie in each other's data, in writing and in reading, on one thread. Beyond,
-    /// Serializable::Exception "Objects are nested more than 1000 levels deep" is thrown, well before the
+    /// How deep objects may lie in each other's data, in writing and in reading. Beyond,
+    /// Serializable::Exception "Objects are nested more than 2000 levels deep" is thrown, well before the
     /// stack of a thread (2 MB by default) ends. Write a long list as its elements in turn, not each
     /// inside the one before.
-    static constexpr unsigned int maxDepth = 1000;
+    static constexpr unsigned int maxDepth = 2000;
 
     /// To write only or to read only, give a MemoryInputStream or MemoryOutputStream for the other.
     Archive(InputStream& input, OutputStream& output);
@@ -103,12 +133,13 @@ private:
 
     InputStream& input_;
     OutputStream& output_;
-    std::set<unsigned int> writtenKeys_;
-    std::set<unsigned int> singleKeys_;
-    std::map<unsigned int, ref_ptr<Serializable>> sharedObjects_;
+    detail::KeySet writtenKeys_;
+    detail::KeySet singleKeys_;
+    detail::ObjectTable sharedObjects_;
     // Objects of damaged data that nobody else holds: without a pointer of their own class they are not
     // let go before the caller had the chance to ask for them.
     std::vector<ref_ptr<Serializable>> strayObjects_;
+    unsigned int depth_ = 0;
     [[no_unique_address]] detail::SharedKeys keys_;
 };
 

@@ -4,9 +4,6 @@
 #include <tarn/Export.h>
 #include <tarn/Stream.h>
 
-#include <algorithm>
-#include <cstring>
-
 namespace tarn {
 /// Reads from the caller's memory, which is not copied and has to stay for as long as it is read. Copies
 /// of the stream read the same memory, each from its own position.
@@ -23,14 +20,7 @@ public:
         position_ = 0;
     }
 
-    unsigned int read(void* buffer, unsigned int count) override
-    {
-        count = std::min(size_ - position_, count);
-        if (count != 0)
-            std::memcpy(buffer, data_ + position_, count);
-        position_ += count;
-        return count;
-    }
+    unsigned int read(void* buffer, unsigned int count) override;
     /// Throws `std::runtime_error` "Bad seek position" for a position before the start or behind the end.
     void setFilePointer(long long offset, whence origin) override;
     unsigned long long getFilePointer() override { return position_; }
@@ -54,16 +44,7 @@ public:
     /// The first byte, null while there is none. Valid until the stream grows.
     const void* getData() const { return buffer_.data(); }
 
-    unsigned int write(const void* data, unsigned int count) override
-    {
-        if (count == 0)
-            return 0;
-        if (count > buffer_.size() - position_)
-            return writeGrowing(data, count);
-        std::memcpy(buffer_.data() + position_, data, count);
-        position_ += count;
-        return count;
-    }
+    unsigned int write(const void* data, unsigned int count) override;
     /// A position behind the end makes the stream that long; what lies between holds any bytes. Throws
     /// `std::runtime_error` "Can't seek to negative offset", too.
     void setFilePointer(long long offset, whence origin) override;
@@ -71,7 +52,6 @@ public:
     unsigned long long getSize() override { return buffer_.size(); }
 
 private:
-    unsigned int writeGrowing(const void* data, unsigned int count);
     Array<char> grown(unsigned long long newSize) const;
 
     Array<char> buffer_;

@@ -34,7 +34,7 @@ void Archive::writeObject(const Serializable* object, unsigned long key)
         out << word;
         return;
     }
-    const NestingLevel level;
+    const NestingLevel level(depth_);
     out << objectCookie << word << ClassName(typeid(*object)).text();
     object->serialize(*this);
 }
@@ -44,7 +44,7 @@ Serializable* Archive::readObject()
     if (readUInt32() != objectCookie)
         throw tarn::Exception("In Archive::ReadObject war das eingelesene Cookie != 0.\n"
                               "Dies deutet auf einen Fehler im Bin\xE4rstream hin!");
-    const NestingLevel level;
+    const NestingLevel level(depth_);
     const unsigned int key = readUInt32();
     Serializable* const object = createNamedOn(*this);
     object->deserialize(*this);
@@ -61,7 +61,7 @@ void Archive::readObject(ref_ptr<Serializable>& ptr)
         ptr = found->second;
         return;
     }
-    const NestingLevel level;
+    const NestingLevel level(depth_);
     const unsigned int key = readUInt32();
     if (singleKeys_.contains(key))
         throw tarn::Exception("Das Objekt wurde zuvor als Single-Objekt gelesen und kann daher nicht als Referenz "

@@ -1,5 +1,7 @@
 #include <tarn/MemoryStream.h>
 
+#include <algorithm>
+#include <cstring>
 #include <limits>
 #include <stdexcept>
 
@@ -14,7 +16,38 @@ long long targetOf(long long offset, Seekable::whence origin, unsigned int posit
     return offset > std::numeric_limits<long long>::max() - base ? std::numeric_limits<long long>::max()
                                                                  : base + offset;
 }
+
+// The first and the last bytes of a piece, which overlap unless it has twice as many.
+template <unsigned int size> void copyBothEnds(char* to, const char* from, unsigned int count)
+{
+    char last[size];
+    std::memcpy(last, from + count - size, size);
+    std::memcpy(to, from, size);
+    std::memcpy(to + count - size, last, size);
+}
+
+// Most pieces are single numbers and short texts, which are copied faster than the runtime library is called.
+void copyPiece(char* to, const char* from, unsigned int count)
+{
+    if (count > 16)
+        std::memcpy(to, from, count);
+    else if (count >= 8)
+        copyBothEnds<8>(to, from, count);
+    else if (count >= 4)
+        copyBothEnds<4>(to, from, count);
+    else
+        for (unsigned int i = 0; i < count; ++i)
+            to[i] = from[i];
+}
 } // namespace
+
+unsigned int MemoryInputStream::read(void* buffer, unsigned int count)
+{
+    count = std::min(size_ - position_, count);
+    copyPiece(static_cast<char*>(buffer), data_ + position_, count);
+    position_ += count;
+    return count;
+}
 
 void MemoryInputStream::setFilePointer(long long offset, whence origin)
 {
@@ -22,6 +55,21 @@ void MemoryInputStream::setFilePointer(long long offset, whence origin)
     if (target < 0 || target > size_)
         throw std::runtime_error("Bad seek position");
     position_ = static_cast<unsigned int>(target);
+}
+
+unsigned int MemoryOutputStream::write(const void* data, unsigned int count)
+{
+    const char* const from = static_cast<const char*>(data);
+    if (count <= buffer_.size() - position_) {
+        copyPiece(buffer_.data() + position_, from, count);
+    } else {
+        Array<char> larger = grown(static_cast<unsigned long long>(position_) + count);
+        // Before the old buffer goes: the data may lie in it.
+        std::memcpy(larger.data() + position_, from, count);
+        buffer_.swap(larger);
+    }
+    position_ += count;
+    return count;
 }
 
 void MemoryOutputStream::setFilePointer(long long offset, whence origin)
@@ -32,16 +80,6 @@ void MemoryOutputStream::setFilePointer(long long offset, whence origin)
     if (target > buffer_.size())
         buffer_ = grown(static_cast<unsigned long long>(target));
     position_ = static_cast<unsigned int>(target);
-}
-
-unsigned int MemoryOutputStream::writeGrowing(const void* data, unsigned int count)
-{
-    Array<char> larger = grown(static_cast<unsigned long long>(position_) + count);
-    // Before the old buffer goes: the data may lie in it.
-    std::memcpy(larger.data() + position_, data, count);
-    buffer_.swap(larger);
-    position_ += count;
-    return count;
 }
 
 Array<char> MemoryOutputStream::grown(unsigned long long newSize) const

@@ -1,14 +1,24 @@
 #pragma once
 
+#include <tarn/Archive.h>
+
+#include <string>
+
 namespace tarn {
-/// Counts, on each thread, the objects that are being written or read inside each other, and throws
-/// Serializable::Exception when they are more than Archive::maxDepth.
+/// Counts the objects that are being written or read inside each other, in a counter of the caller's.
 class NestingLevel {
 public:
-    NestingLevel();
+    /// Throws Serializable::Exception beyond Archive::maxDepth.
+    explicit NestingLevel(unsigned int& depth) : depth_(depth)
+    {
+        if (depth == Archive::maxDepth)
+            throw Serializable::Exception("Objects are nested more than " + std::to_string(Archive::maxDepth) +
+                                          " levels deep");
+        ++depth;
+    }
     NestingLevel(const NestingLevel&) = delete;
     NestingLevel& operator=(const NestingLevel&) = delete;
-    ~NestingLevel();
+    ~NestingLevel() { --depth_; }
 
 private:
     unsigned int& depth_;

@@ -33,9 +33,14 @@ void InputStream::readFully(void* buffer, unsigned int size)
         detail::throwShortRead(buffer, size);
 }
 
+namespace {
+// A stream has no data of its own to count in.
+thread_local unsigned int depthOnThisThread = 0;
+} // namespace
+
 Serializable* InputStream::readObject()
 {
-    const NestingLevel level;
+    const NestingLevel level(depthOnThisThread);
     Serializable* const object = createNamedOn(*this);
     object->deserialize(*this);
     return object;
@@ -43,7 +48,7 @@ Serializable* InputStream::readObject()
 
 void OutputStream::writeObject(Serializable* object)
 {
-    const NestingLevel level;
+    const NestingLevel level(depthOnThisThread);
     *this << ClassName(typeid(*object)).text();
     object->serialize(*this);
 }

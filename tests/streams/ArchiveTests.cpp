@@ -300,7 +300,7 @@ TEST_CASE("Archive: nesting is limited in writing and in reading", "[streams][ar
             first = graph::makeNode("x", first);
         return first;
     };
-    const std::string message = "Objects are nested more than 1000 levels deep";
+    const std::string message = "Objects are nested more than 2000 levels deep";
     Memory deep(graph::archived(chain(Archive::maxDepth)));
     NodePtr copy;
     deep.archive >> copy;
@@ -331,10 +331,10 @@ TEST_CASE("Archive: a failed read leaves the caller's pointer alone", "[streams]
 TEST_CASE("AssignedKeys: counters whose addresses agree in their low half get keys of their own", "[streams][archive]")
 {
     detail::AssignedKeys keys;
-    std::set<unsigned> taken;
+    detail::KeySet taken;
     for (const std::uint64_t counter : {0x100001000ull, 0x200001000ull, 0x300000000ull, 0x4FFFFFFFFull, 0x5FFFFFFFFull})
         CHECK(taken.insert(keys.of(counter, taken)).second);
-    CHECK(taken == std::set<unsigned>{1, 2, 0x1000, 0x1001, 0xFFFFFFFF});
+    CHECK(taken == detail::KeySet{1, 2, 0x1000, 0x1001, 0xFFFFFFFF});
     CHECK(keys.of(0x200001000, taken) == 0x1001);
     CHECK(keys.of(0, taken) == 0);
 }
