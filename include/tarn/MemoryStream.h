@@ -41,6 +41,10 @@ private:
 /// BadAllocation when the memory cannot be had.
 class TARN_API MemoryOutputStream : public OutputStream, public Seekable {
 public:
+    MemoryOutputStream() = default;
+    MemoryOutputStream(const MemoryOutputStream&) = default;
+    MemoryOutputStream& operator=(const MemoryOutputStream&) = default;
+
     /// The first byte, null while there is none. Valid until the stream grows.
     const void* getData() const { return buffer_.data(); }
 

@@ -290,6 +290,10 @@ TEST_CASE("Archive: a copy goes on with tables of its own", "[streams][archive]"
     const std::string afterRecord = zero + keyOf(after) + pointName + word(2) + zero;
     CHECK(memory.written().substr(static_cast<unsigned>(end)) ==
           keyOf(before) + afterRecord + afterRecord + keyOf(before));
+
+    Memory other;
+    other.archive << before;
+    CHECK(other.written() == zero + keyOf(before) + pointName + word(1) + zero);
 }
 
 TEST_CASE("Archive: nesting is limited in writing and in reading", "[streams][archive]")

@@ -5,6 +5,7 @@
 #include <limits>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 using namespace tarn;
 using support::expectError;
@@ -110,7 +111,7 @@ TEST_CASE("MemoryOutputStream: copies are deep and keep the position", "[streams
     out << "abc";
     out.setFilePointer(4, Seekable::begin);
     MemoryOutputStream copy(out), assigned;
-    assigned = out;
+    assigned = std::move(out); // A copy like any other.
     out.write("xyz", 3);
     for (MemoryOutputStream* each : {&copy, &assigned}) {
         CHECK(contentOf(*each) == std::string("\3\0\0\0abc", 7));
