@@ -94,7 +94,8 @@ void Archive::refuse(const ref_ptr<Serializable>& object, const std::type_info& 
 {
     if (object.getCount() == 1)
         strayObjects_.push_back(object);
-    throw Serializable::Exception("An object of " + std::string(ClassName(typeid(*object)).text()) +
+    const Serializable& found = *object;
+    throw Serializable::Exception("An object of " + std::string(ClassName(typeid(found)).text()) +
                                   " was read where one of " + ClassName(expected).text() + " is expected");
 }
 
