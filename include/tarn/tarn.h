@@ -2,6 +2,7 @@
 
 // All of the library.
 
+#include <tarn/Archive.h>
 #include <tarn/Array.h>
 #include <tarn/BasicString.h>
 #include <tarn/BitField.h>
@@ -10,6 +11,7 @@
 #include <tarn/COMIdentifiers.h>
 #include <tarn/Calendar.h>
 #include <tarn/CharTraits.h>
+#include <tarn/ClassSource.h>
 #include <tarn/Cloneable.h>
 #include <tarn/ConstString.h>
 #include <tarn/Cursor.h>
@@ -42,6 +44,11 @@
 #include <tarn/Serializable.h>
 #include <tarn/Service.h>
 #include <tarn/Size.h>
+#include <tarn/LowLevelIOStream.h>
+#include <tarn/MemoryStream.h>
+#include <tarn/SETranslator.h>
+#include <tarn/Serializable.h>
+#include <tarn/StdIOStream.h>
 #include <tarn/Stream.h>
 #include <tarn/StringHelper.h>
 #include <tarn/TemporaryDirectory.h>
@@ -55,3 +62,4 @@
 #include <tarn/WindowsFile.h>
 #include <tarn/WindowsHandle.h>
 #include <tarn/WindowsModule.h>
+#include <tarn/ref_ptr.h>

@@ -34,9 +34,15 @@ std::map<ConstString<char>, Creator, ShorterFirst>& creators()
     return all;
 }
 
-std::unordered_map<std::type_index, std::string>& registeredNames()
+/// The registered types, by their identity and, since each module may have a copy of it, by where it lies.
+struct RegisteredTypes {
+    std::unordered_map<std::type_index, std::string> names;
+    std::unordered_map<const std::type_info*, const char*> namesByAddress;
+};
+
+RegisteredTypes& registeredTypes()
 {
-    static auto& all = *new std::unordered_map<std::type_index, std::string>;
+    static auto& all = *new RegisteredTypes;
     return all;
 }
 
@@ -65,10 +71,22 @@ Serializable* Serializable::create(const char* name)
     return found->second();
 }
 
+namespace {
+const char* registeredName(const std::type_info& type)
+{
+    const RegisteredTypes& types = registeredTypes();
+    if (const auto found = types.namesByAddress.find(&type); found != types.namesByAddress.end())
+        return found->second;
+    const auto found = types.names.find(type);
+    return found != types.names.end() ? found->second.c_str() : nullptr;
+}
+} // namespace
+
 namespace detail {
 void registerClassAs(const std::type_info& type, const char* name, Creator creator)
 {
-    const auto [entry, isNew] = registeredNames().try_emplace(type, name);
+    const auto [entry, isNew] = registeredTypes().names.try_emplace(type, name);
+    registeredTypes().namesByAddress.try_emplace(&type, entry->second.c_str());
     if (isNew)
         Serializable::addCreator(entry->second.c_str(), creator);
 }
@@ -79,10 +97,8 @@ void registerClass(const std::type_info& type, const char* keyword, Creator crea
 }
 } // namespace detail
 
-ClassName::ClassName(const std::type_info& type)
+ClassName::ClassName(const std::type_info& type) : registered_(registeredName(type))
 {
-    const auto found = registeredNames().find(type);
-    registered_ = found != registeredNames().end() ? found->second.c_str() : nullptr;
     if (!registered_)
         composed_ = "class " + qualifiedName(type);
 }

@@ -5,6 +5,7 @@
 #include <tarn/Serializable.h>
 
 #include "ClassName.h"
+#include "NestingLevel.h"
 
 #include <algorithm>
 
@@ -32,8 +33,14 @@ void InputStream::readFully(void* buffer, unsigned int size)
         detail::throwShortRead(buffer, size);
 }
 
+namespace {
+// A stream has no data of its own to count in.
+thread_local unsigned int depthOnThisThread = 0;
+} // namespace
+
 Serializable* InputStream::readObject()
 {
+    const NestingLevel level(depthOnThisThread);
     Serializable* const object = createNamedOn(*this);
     object->deserialize(*this);
     return object;
@@ -41,6 +48,7 @@ Serializable* InputStream::readObject()
 
 void OutputStream::writeObject(Serializable* object)
 {
+    const NestingLevel level(depthOnThisThread);
     *this << ClassName(typeid(*object)).text();
     object->serialize(*this);
 }
