@@ -30,6 +30,8 @@
 #include <tarn/IniString.h>
 #include <tarn/LocalMemory.h>
 #include <tarn/Lock.h>
+#include <tarn/LowLevelIOStream.h>
+#include <tarn/MemoryStream.h>
 #include <tarn/OwnedHandle.h>
 #include <tarn/PaintDeviceContext.h>
 #include <tarn/Palette.h>
@@ -44,10 +46,6 @@
 #include <tarn/Serializable.h>
 #include <tarn/Service.h>
 #include <tarn/Size.h>
-#include <tarn/LowLevelIOStream.h>
-#include <tarn/MemoryStream.h>
-#include <tarn/SETranslator.h>
-#include <tarn/Serializable.h>
 #include <tarn/StdIOStream.h>
 #include <tarn/Stream.h>
 #include <tarn/StringHelper.h>
