@@ -38,7 +38,7 @@ template <std::signed_integral T> constexpr T floorQuotient(T numerator, std::ty
 constexpr int floorQuotient(int numerator, int divisor, int& remainder)
 {
     const int quotient = floorQuotient(numerator, divisor);
-    remainder = numerator - quotient * divisor;
+    remainder = wrappingSubtract(numerator, wrappingMultiply(quotient, divisor));
     return quotient;
 }
 
