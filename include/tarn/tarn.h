@@ -10,6 +10,7 @@
 #include <tarn/Debug.h>
 #include <tarn/Event.h>
 #include <tarn/Exception.h>
+#include <tarn/GUID.h>
 #include <tarn/LocalMemory.h>
 #include <tarn/Lock.h>
 #include <tarn/RegistryKey.h>
