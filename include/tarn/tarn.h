@@ -5,12 +5,17 @@
 #include <tarn/Array.h>
 #include <tarn/BasicString.h>
 #include <tarn/COMIdentifiers.h>
+#include <tarn/COMInterfacePointer.h>
+#include <tarn/COMModule.h>
+#include <tarn/COMServer.h>
 #include <tarn/CharTraits.h>
 #include <tarn/ConstString.h>
 #include <tarn/Debug.h>
 #include <tarn/Event.h>
 #include <tarn/Exception.h>
+#include <tarn/Factory.h>
 #include <tarn/GUID.h>
+#include <tarn/IUnknownImpl.h>
 #include <tarn/LocalMemory.h>
 #include <tarn/Lock.h>
 #include <tarn/RegistryKey.h>
