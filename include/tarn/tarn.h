@@ -3,6 +3,8 @@
 // All of the library.
 
 #include <tarn/Array.h>
+#include <tarn/Atom.h>
+#include <tarn/BStr.h>
 #include <tarn/BasicString.h>
 #include <tarn/COMIdentifiers.h>
 #include <tarn/COMInterfacePointer.h>
@@ -21,7 +23,9 @@
 #include <tarn/RegistryKey.h>
 #include <tarn/RegistryValue.h>
 #include <tarn/SETranslator.h>
+#include <tarn/SafeArray.h>
 #include <tarn/StringHelper.h>
+#include <tarn/Variant.h>
 #include <tarn/VersionInfo.h>
 #include <tarn/Windows.h>
 #include <tarn/WindowsHandle.h>
