@@ -24,6 +24,7 @@
 #include <tarn/RegistryValue.h>
 #include <tarn/SETranslator.h>
 #include <tarn/SafeArray.h>
+#include <tarn/ShellExtension.h>
 #include <tarn/StringHelper.h>
 #include <tarn/Variant.h>
 #include <tarn/VersionInfo.h>
