@@ -4,11 +4,15 @@
 #include <tarn/COMIdentifiers.h>
 #include <tarn/GUID.h>
 #include <tarn/RegistryKey.h>
+#include <tarn/WindowsModule.h>
 
 #include <com/NameLists.h>
 
 #include <oleauto.h>
+#include <knownfolders.h>
+#include <shlobj.h>
 
+#include <fstream>
 #include <map>
 #include <sstream>
 
@@ -143,4 +147,22 @@ TEST_CASE("Name lists: reading ends at what is no record, and a bad identifier i
     std::istringstream malformed("{00020400-0000-0000-C000-000000000046} IID_IDispatch {0002} IID_Bad");
     const auto error = support::thrownBy<tarn::COMError>([&] { tarn::readGUIDNames(malformed); });
     CHECK(error.getHRESULT() == CO_E_CLASSSTRING);
+}
+
+TEST_CASE("Name lists: those that tools/com-names writes are whole", "[com][names]")
+{
+    const auto folder = tarn::WindowsModule(static_cast<HINSTANCE>(nullptr)).getFilenameA().getDirectory();
+    std::ifstream values(folder + "\\com-names\\HRESULTs.txt"), guids(folder + "\\com-names\\GUIDs.txt");
+    auto hresults = tarn::readHRESULTNames(values);
+    CHECK(hresults.size() > 3000);
+    CHECK(hresults[E_FAIL] == "E_FAIL");
+    CHECK(hresults[E_ACCESSDENIED] == "E_ACCESSDENIED");
+    CHECK(hresults[HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)] == "HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)");
+    CHECK(hresults[S_OK] == "S_OK");
+    auto names = tarn::readGUIDNames(guids);
+    CHECK(names.size() > 3000);
+    CHECK(names[IID_IUnknown] == "IID_IUnknown");
+    CHECK(names[IID_IContextMenu] == "IID_IContextMenu");
+    CHECK(names[CLSID_ShellLink] == "CLSID_ShellLink");
+    CHECK(names[FOLDERID_Desktop] == "FOLDERID_Desktop");
 }
