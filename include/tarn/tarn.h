@@ -4,12 +4,17 @@
 
 #include <tarn/Archive.h>
 #include <tarn/Array.h>
+#include <tarn/Atom.h>
+#include <tarn/BStr.h>
 #include <tarn/BasicString.h>
 #include <tarn/BitField.h>
 #include <tarn/Bitmap.h>
 #include <tarn/Brush.h>
 #include <tarn/COMIdentifiers.h>
 #include <tarn/Calendar.h>
+#include <tarn/COMInterfacePointer.h>
+#include <tarn/COMModule.h>
+#include <tarn/COMServer.h>
 #include <tarn/CharTraits.h>
 #include <tarn/ClassSource.h>
 #include <tarn/Cloneable.h>
@@ -28,6 +33,9 @@
 #include <tarn/I2CBus.h>
 #include <tarn/Icon.h>
 #include <tarn/IniString.h>
+#include <tarn/Factory.h>
+#include <tarn/GUID.h>
+#include <tarn/IUnknownImpl.h>
 #include <tarn/LocalMemory.h>
 #include <tarn/Lock.h>
 #include <tarn/LowLevelIOStream.h>
@@ -55,6 +63,10 @@
 #include <tarn/Time.h>
 #include <tarn/TimeText.h>
 #include <tarn/TimeZone.h>
+#include <tarn/SafeArray.h>
+#include <tarn/ShellExtension.h>
+#include <tarn/StringHelper.h>
+#include <tarn/Variant.h>
 #include <tarn/VersionInfo.h>
 #include <tarn/Windows.h>
 #include <tarn/WindowsFile.h>
