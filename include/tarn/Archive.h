@@ -117,8 +117,8 @@ public:
     /// The same for a pointer to a certain class. Throws Serializable::Exception for an object of another.
     template <class T> void readObject(ref_ptr<T>& ptr);
 
-    /// Every shared object read so far, whole or not. After a failed read, take them to pointers of their own classes
-    /// (ref_ptr_cast), open their circles and let the archive go: then their destructors run.
+    /// Every shared object read so far, whole or not. After a failed read, take them to pointers of their
+    /// own classes (ref_ptr_cast), open their circles and let the archive go: then their destructors run.
     std::vector<ref_ptr<Serializable>> getSharedObjects() const;
 
     /// The archive that an object is handed as a stream. Throws Exception "The stream is not an archive"
@@ -147,9 +147,10 @@ template <class T> void Archive::readObject(ref_ptr<T>& ptr)
 {
     ref_ptr<Serializable> object;
     readObject(object);
-    ptr = ref_ptr_cast<T>(object);
-    if (!ptr)
+    const ref_ptr<T> typed = ref_ptr_cast<T>(object);
+    if (!typed)
         refuse(object, typeid(T));
+    ptr = typed;
 }
 
 /// Writes a reference that an object holds, in its serialize().

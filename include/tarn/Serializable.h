@@ -14,10 +14,11 @@ class OutputStream;
 /// A class derives from it, writes and reads its own data, has a default constructor, and registers itself
 /// with a static SerializableImpl:
 ///
-///     class Circle : public tarn::Serializable { ... };
+///     class Circle final : public tarn::Serializable { ... };
 ///     static tarn::SerializableImpl<Circle> registration;
 ///
-/// There is no virtual destructor: destroy an object through its own class. The registry is not locked:
+/// There is no virtual destructor: destroy an object through its own class, which is best declared `final`,
+/// or through a base of your own that has a virtual one. The registry is not locked:
 /// create objects only when no registration can run at the same time.
 class TARN_API Serializable {
 public:

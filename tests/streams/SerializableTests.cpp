@@ -1,7 +1,6 @@
 #include "Expect.h"
 
 #include <tarn/ClassSource.h>
-#include <tarn/Cloneable.h>
 #include <tarn/MemoryStream.h>
 #include <tarn/Serializable.h>
 
@@ -136,18 +135,6 @@ TEST_CASE("InputStream: an object is made by its class's name and reads its data
     out << longName;
     const std::string longBytes(static_cast<const char*>(out.getData()), static_cast<unsigned>(out.getSize()));
     support::expectError<Serializable::Exception>([&] { read(longBytes); }, notFound(longName));
-}
-
-TEST_CASE("Cloneable: a copy is made without knowing the class", "[streams]")
-{
-    struct Sheep final : Cloneable {
-        Cloneable* Clone() const override { return new Sheep(*this); }
-        int legs = 4;
-    } sheep;
-    sheep.legs = 3;
-    const Cloneable& some = sheep;
-    const std::unique_ptr<Sheep> copy(static_cast<Sheep*>(some.Clone()));
-    CHECK(copy->legs == 3);
 }
 
 TEST_CASE("SimpleClassSource: gives out the descriptors of its table", "[streams][com]")
