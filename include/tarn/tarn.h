@@ -19,7 +19,9 @@
 #include <tarn/Icon.h>
 #include <tarn/LocalMemory.h>
 #include <tarn/Lock.h>
+#include <tarn/MessageLoop.h>
 #include <tarn/OwnedHandle.h>
+#include <tarn/OwnerDrawable.h>
 #include <tarn/PaintDeviceContext.h>
 #include <tarn/Palette.h>
 #include <tarn/Pen.h>
@@ -28,7 +30,10 @@
 #include <tarn/SETranslator.h>
 #include <tarn/Size.h>
 #include <tarn/StringHelper.h>
+#include <tarn/TreeView.h>
 #include <tarn/VersionInfo.h>
+#include <tarn/Window.h>
+#include <tarn/WindowClass.h>
 #include <tarn/Windows.h>
 #include <tarn/WindowsHandle.h>
 #include <tarn/WindowsModule.h>
