@@ -177,7 +177,8 @@ public:
     /// Throws "Can't get dialog item ID for attaching".
     void attach(HWND parent, unsigned short id);
     /// A null handle unbinds. An object that subclasses the window already takes no second turn, and one
-    /// that subclasses what another object is bound to replaces that object, which becomes unbound.
+    /// that subclasses (or attaches to) what another object is bound to replaces that object: it becomes
+    /// unbound, or, if it owns the window, gets no more messages and still destroys it.
     void subclass(HWND hwnd);
     /// Throws "Can't retrieve dialogue item for subclassing".
     void subclass(HWND parent, unsigned short id);

@@ -186,7 +186,8 @@ Window* Window::find(HWND hwnd)
 
 bool Window::isBound() const { return hwnd_ && find(hwnd_) == this; }
 
-// The object leaves its window, and an object that was bound to the new one before is replaced.
+// The object leaves its window, and an object that was bound to the new one before is replaced: it becomes
+// unbound, or, when it owns the window, keeps only the duty to destroy it.
 void Window::bind(HWND hwnd)
 {
     unbind();
@@ -195,7 +196,8 @@ void Window::bind(HWND hwnd)
     Window*& entry = WindowMap[hwnd];
     if (entry) {
         previousProc_ = entry->previousProc_;
-        entry->forget();
+        if (!entry->owns_)
+            entry->forget();
     }
     entry = this;
     hwnd_ = hwnd;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Expect.h>
+
 #include <tarn/Window.h>
 #include <tarn/WindowClass.h>
 
@@ -17,6 +19,12 @@ template <class W> void open(W& window, unsigned long style = WS_OVERLAPPEDWINDO
 {
     window.create(testClass(), L"test", style, tarn::Rect(10, 20, 210, 120), parent, nullptr,
                   GetModuleHandleW(nullptr));
+}
+
+/// Asserts that `call` throws a WindowsError with this description. The code is the platform's affair.
+template <class Call> void expectFailure(Call call, const std::string& description)
+{
+    CHECK(thrownBy<tarn::WindowsError>(call).getDescription() == description);
 }
 
 /// A hidden window of the system's "BUTTON" class in a parent, without an object.
