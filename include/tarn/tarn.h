@@ -40,7 +40,9 @@
 #include <tarn/Lock.h>
 #include <tarn/LowLevelIOStream.h>
 #include <tarn/MemoryStream.h>
+#include <tarn/MessageLoop.h>
 #include <tarn/OwnedHandle.h>
+#include <tarn/OwnerDrawable.h>
 #include <tarn/PaintDeviceContext.h>
 #include <tarn/Palette.h>
 #include <tarn/Pen.h>
@@ -66,7 +68,10 @@
 #include <tarn/TimeText.h>
 #include <tarn/TimeZone.h>
 #include <tarn/Variant.h>
+#include <tarn/TreeView.h>
 #include <tarn/VersionInfo.h>
+#include <tarn/Window.h>
+#include <tarn/WindowClass.h>
 #include <tarn/Windows.h>
 #include <tarn/WindowsFile.h>
 #include <tarn/WindowsHandle.h>

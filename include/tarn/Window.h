@@ -1,0 +1,418 @@
+#pragma once
+
+#include <tarn/BasicString.h>
+#include <tarn/Export.h>
+#include <tarn/OwnerDrawable.h>
+#include <tarn/Point.h>
+#include <tarn/Rect.h>
+#include <tarn/Size.h>
+#include <tarn/Windows.h>
+
+#include <commctrl.h>
+
+#include <boost/container/deque.hpp>
+#include <boost/noncopyable.hpp>
+
+#include <concepts>
+#include <list>
+#include <map>
+#include <utility>
+
+namespace tarn {
+class Menu;
+class WindowClass;
+
+/// A window of the system and the object that handles its messages; the base of every window class.
+///
+/// Derive from it, override the handlers of interest and create() the window with a WindowClass. A handler
+/// that is not overridden gets the system's default processing; one that is overridden asks for it with
+/// defaultWindowProc(), which also makes the message's result that of the default.
+///
+/// An object is unbound, or it is bound to one window in one of three ways: create() makes a window, which
+/// the object owns and destroys when it dies; attach() only makes the window findable through
+/// getWindowFromHandle(); subclass() also takes over the messages of a window that exists already. When the
+/// window dies the object becomes unbound and can be used again. Nothing deletes the object but its owner;
+/// `delete this` as the last step of onNCDestroy() is allowed.
+///
+/// An object that dies first: call unsubclass() before a subclassing object dies, otherwise the window goes
+/// on with the system's plain default processing; an attached window goes on as it was.
+///
+/// A window is used by the thread that created it. Failures throw WindowsError. An exception that leaves a
+/// handler is thrown on by the library call that made the system send the message (dispatchMessage,
+/// sendMessageA, create, update and so on). If the message was sent by a call of the system's own functions
+/// it goes on to the library call outside of that one, and it ends the program when there is none: loops
+/// that call `DispatchMessage` themselves have to catch what their handlers throw.
+class TARN_API Window : private boost::noncopyable {
+public:
+    enum check { unchecked = 0, checked = 1, indeterminate = 2 };
+    enum icon_size { small_icon = 0, big_icon = 1 };
+    enum scroll_bar_type { horizontal = 0, vertical = 1, control = 2 };
+
+    /// The answer to a message: what the handler returned, or, not handled, what the default gave.
+    struct message_result {
+        LRESULT value;
+        bool handled;
+    };
+
+    /// A window object found by its handle. It may own the object (one that was made only for this look-up)
+    /// and then deletes it at its end. A copy takes the object over and leaves the source empty.
+    template <class T> class Pointer {
+    public:
+        Pointer() noexcept = default;
+        Pointer(T* object, bool owns) noexcept : object_(object), owns_(owns) {}
+        Pointer(const Pointer& other) noexcept
+            : object_(std::exchange(other.object_, nullptr)), owns_(std::exchange(other.owns_, false))
+        {
+        }
+        Pointer& operator=(const Pointer& other) noexcept
+        {
+            if (this != &other) {
+                release();
+                object_ = std::exchange(other.object_, nullptr);
+                owns_ = std::exchange(other.owns_, false);
+            }
+            return *this;
+        }
+        ~Pointer() { release(); }
+
+        operator T*() const noexcept { return object_; }
+        T* operator->() const noexcept { return object_; }
+        T* get() const noexcept { return object_; }
+        /// Whether the object dies with this pointer.
+        bool isOwner() const noexcept { return owns_; }
+
+    private:
+        void release() noexcept
+        {
+            if (owns_)
+                delete object_;
+        }
+
+        mutable T* object_ = nullptr;
+        mutable bool owns_ = false;
+    };
+
+    // ---- Handlers, in the order of their slots. Those that decode no more than is said here do what the
+    // message of that name is documented to do; the mouse handlers get signed client coordinates.
+
+    /// Decodes a message and calls its handler; override it for messages that have none.
+    virtual LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam);
+    /// Runs the default procedure for the message being handled and makes its result the message's.
+    /// Outside of a message it does nothing.
+    virtual void defaultWindowProc();
+    /// `sender` (null for menus and accelerators) lives until the handler returns. By default the control's
+    /// own object is asked first, through its onReflectedCommand().
+    virtual void onCommand(Window* sender, unsigned short code, unsigned short id);
+    /// A notification that this control sent to its parent; true when that settles it.
+    virtual bool onReflectedCommand(unsigned short code);
+    virtual void onHScroll(Window* bar, unsigned short code, unsigned short position);
+    virtual void onVScroll(Window* bar, unsigned short code, unsigned short position);
+    virtual void onDestroy();
+    /// By default routes to the four handlers below and returns 0.
+    virtual LRESULT onNotify(const NMHDR& header);
+    virtual void onDoubleClick(const NMHDR& header);
+    /// A tree view's notification. Of other structures than `NMTREEVIEW` that some codes of this family
+    /// come with, only the header may be used without a cast. By default the tree view's own object is asked
+    /// first, then the narrow form is tried for the codes that have this structure.
+    virtual void onNotification(const NMTREEVIEWW& notification);
+    /// The same notification, its code unchanged, with the texts of the items converted.
+    virtual void onNotification(const NMTREEVIEWA& notification);
+    virtual void onNotification(const NMLISTVIEW& notification);
+    /// The last message of a window; the object is unbound after it.
+    virtual void onNCDestroy();
+    virtual void onDrawItem(UINT id, const DRAWITEMSTRUCT& item);
+    virtual void onMeasureItem(UINT id, MEASUREITEMSTRUCT& item);
+    virtual void onDeleteItem(UINT id, const DELETEITEMSTRUCT& item);
+    virtual OwnerDrawable::compare_result onCompareItem(UINT id, const COMPAREITEMSTRUCT& items);
+    virtual void onMouseMove(unsigned short keys, const Point& position);
+    /// `delta` is positive away from the user; `position` counts from the screen's corner.
+    virtual void onMouseWheel(unsigned short keys, short delta, const Point& position);
+    virtual void onLeftButtonDown(unsigned short keys, const Point& position);
+    virtual void onLeftButtonUp(unsigned short keys, const Point& position);
+    virtual void onLeftButtonDoubleClick(unsigned short keys, const Point& position);
+    virtual void onMiddleButtonDown(unsigned short keys, const Point& position);
+    virtual void onMiddleButtonUp(unsigned short keys, const Point& position);
+    virtual void onMiddleButtonDoubleClick(unsigned short keys, const Point& position);
+    virtual void onRightButtonDown(unsigned short keys, const Point& position);
+    virtual void onRightButtonUp(unsigned short keys, const Point& position);
+    virtual void onRightButtonDoubleClick(unsigned short keys, const Point& position);
+    virtual void onKeyDown(UINT key, unsigned short repeat, unsigned char scanCode, bool extended, bool wasDown);
+    virtual void onKeyUp(UINT key, unsigned char scanCode, bool extended);
+    virtual void onTimer(UINT_PTR id);
+    virtual void onPaint();
+    virtual HICON onQueryDragIcon();
+    virtual void onSize(UINT type, const Size& clientSize);
+    virtual void onSizing(UINT edge, Rect& rect);
+    virtual void onMoving(Rect& rect);
+    /// The coordinates are never negative: left of or above the screen's corner they are 65536 larger. Use
+    /// getWindowPosition() when that matters.
+    virtual void onMove(const Point& clientPosition);
+    virtual void onEnterSizeMove();
+    virtual void onExitSizeMove();
+    virtual void onDroppedFiles(const Point& position, bool inClientArea, const std::list<BasicString<wchar_t>>& files);
+    /// Destroys an owned window; a failure to do so and what handlers throw meanwhile are dropped, so call
+    /// destroy() to hear of them.
+    /// It throws nothing itself, but derived classes may have members whose end does.
+    virtual ~Window() noexcept(false);
+
+    // ---- Binding and lifetime
+
+    /// Holds the handle for the members below, without being bound: messages and look-ups do not find it.
+    Window(HWND hwnd = nullptr) : hwnd_(hwnd) {}
+
+    /// Destroys the window that the object is bound to and makes a new one; `rect` gives its position and
+    /// size as a whole (`{CW_USEDEFAULT, CW_USEDEFAULT, 0, 0}` leaves them to the system). Throws "Can't
+    /// destroy window", "Can't create window" and what a handler of the creation messages throws.
+    ///
+    /// A window of a class that was not made with WindowClass ("BUTTON") sends its object messages only when
+    /// made by the narrow form, which subclasses it (throws "Can't retrieve window procedure") and leaves
+    /// its end to its parent; with the wide form call subclass() afterwards.
+    void create(const char* className, const char* title, unsigned long style, const RECT& rect, HWND parent,
+                HMENU menu, HINSTANCE instance);
+    void create(const wchar_t* className, const wchar_t* title, unsigned long style, const RECT& rect, HWND parent,
+                HMENU menu, HINSTANCE instance);
+    void create(const WindowClass& windowClass, const char* title, unsigned long style, const RECT& rect, HWND parent,
+                HMENU menu, HINSTANCE instance);
+    void create(const WindowClass& windowClass, const wchar_t* title, unsigned long style, const RECT& rect,
+                HWND parent, HMENU menu, HINSTANCE instance);
+    /// Throws "Can't get dialog item ID for attaching".
+    void attach(HWND parent, unsigned short id);
+    /// A null handle unbinds. An object that subclasses the window already takes no second turn, and one
+    /// that subclasses (or attaches to) what another object is bound to replaces that object: it becomes
+    /// unbound, or, if it owns the window, gets no more messages and still destroys it.
+    void subclass(HWND hwnd);
+    /// Throws "Can't retrieve dialogue item for subclassing".
+    void subclass(HWND parent, unsigned short id);
+    void unsubclass(); ///< Of an object that is only attached it ends that.
+    void destroy();    ///< Does nothing when unbound. Throws "Can't destroy window".
+
+    HWND getWindowHandle() const { return hwnd_; }
+    operator HWND() const { return hwnd_; }
+    bool isOpen() const { return hwnd_ != nullptr; }
+    operator bool() const { return isOpen(); }
+    bool operator!() const { return !isOpen(); }
+    bool isSubclass() const { return previousProc_ != nullptr; }
+
+    /// The object bound to a window; else a temporary one when wanted, else null (null is null, too).
+    static Pointer<Window> getWindowFromHandle(HWND hwnd, bool createTemporary);
+    /// Throws "Can't retrieve dialog item ID".
+    Pointer<Window> getDialogItem(int id, bool createTemporary) const;
+
+    // ---- Messages
+    //
+    // The loop of a program, without dialogs, is
+    //     MSG msg;
+    //     while (Window::getThreadMessage(msg)) {
+    //         TranslateMessage(&msg); // or no WM_CHAR and no menu keys: nothing else here does it
+    //         Window::dispatchMessage(msg);
+    //     }
+    // and runMessageLoop() of MessageLoop.h is just that.
+
+    /// Waits for a message of this window; false for `WM_QUIT`. Throws "Error in GetMessage".
+    bool getMessage(MSG& msg, UINT min = 0, UINT max = 0) const;
+    /// The same for all windows of the calling thread and for messages without a window.
+    static bool getThreadMessage(MSG& msg, UINT min = 0, UINT max = 0);
+    static LRESULT dispatchMessage(const MSG& msg);
+
+    /// All three are the narrow call: text that goes with a message is narrow text. Use setText() and
+    /// getTextW(), or the system's own `SendMessageW`, for wide text.
+    LRESULT sendMessageA(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
+    LRESULT sendMessageT(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
+    LRESULT sendMessageW(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
+    bool postMessageA(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const; ///< False on failure.
+    bool postMessageT(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
+    bool postMessageW(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
+
+    /// The window procedure of all windows made with WindowClass.
+    static LRESULT CALLBACK windowProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam);
+
+    // ---- Visibility, position and size
+
+    bool show(unsigned int command) const; ///< Whether it was visible before.
+    bool hide() const;
+    bool isIconic() const;
+    bool isUnicode() const;
+    bool enable(bool enabled) const; ///< Whether it was disabled before. Throws "Can't enable window".
+    bool enable(unsigned short id, bool enabled) const;
+
+    void move(int x, int y, int width, int height, bool repaint) const; ///< Throws "Can't move window".
+    void move(const RECT& rect, bool repaint) const;
+    Rect getClientRectangle() const; ///< Throws "Can't get client rectangle".
+    Size getClientSize() const;
+    Point getClientPosition() const; ///< Always (0, 0).
+    Rect getWindowRectangle() const; ///< On the screen. Throws "Can't get window rectangle".
+    Size getWindowSize() const;
+    Point getWindowPosition() const;
+
+    /// With the flags of `SetWindowPos`; the shorter forms add the flags for what they leave as it is.
+    /// Throw "Error in SetWindowPos".
+    void setPosition(HWND after, int x, int y, int width, int height, unsigned flags) const;
+    void setPosition(HWND after, const POINT& position, const SIZE& size, unsigned flags) const;
+    void setPosition(HWND after, const RECT& rect, unsigned flags) const;
+    void setPosition(HWND after, unsigned flags) const;
+    void setPosition(const POINT& position, unsigned flags) const;
+    void setPosition(const RECT& rect, unsigned flags) const;
+    void setPosition(int x, int y, unsigned flags) const;
+    void setSize(const SIZE& size, unsigned flags) const;
+    void setSize(int width, int height, unsigned flags) const;
+
+    Point toScreen(const POINT& point) const;   ///< Throws "Can't map point from client to screen".
+    Point fromScreen(const POINT& point) const; ///< Throws "Can't map point from screen to client".
+
+    unsigned long getStyle() const; ///< Throws "Can't set window long GWL_STYLE" (sic), as the next ones.
+    /// Return the style before. The second form clears the bits `remove`, then sets the bits `add`.
+    unsigned long setStyle(unsigned long style) const;
+    unsigned long setStyle(unsigned long remove, unsigned long add) const;
+    unsigned long getExtendedStyle() const;
+    unsigned long setExtendedStyle(unsigned long style) const;
+    unsigned long setExtendedStyle(unsigned long remove, unsigned long add) const;
+
+    // ---- Painting
+
+    void invalidate(bool erase) const;                   ///< Throws "Can't invalidate window".
+    void invalidate(const RECT& rect, bool erase) const; ///< Throws "Can't invalidate window rectangle".
+    void update() const; ///< Throws "Can't update the window" and what onPaint() throws.
+    /// Null rectangles mean the whole client area. Throw "Can't scroll window".
+    void scroll(int dx, int dy, const RECT* scrolled, const RECT* clip) const;
+    void scroll(const POINT& distance, const RECT* scrolled, const RECT* clip) const;
+    void scroll(const SIZE& distance, const RECT* scrolled, const RECT* clip) const;
+
+    // ---- Text
+
+    /// In narrow characters, for both. Throw "Error in retrieving window text length".
+    int getTextLengthA() const;
+    int getTextLengthW() const;
+    bool hasText() const;
+    bool hasText(unsigned short id) const;
+    BasicString<char> getTextA() const; ///< Throws "Error in retrieving window text".
+    BasicString<wchar_t> getTextW() const;
+    void setText(const char* text) const; ///< Throws "Can't set window text".
+    void setText(const wchar_t* text) const;
+    BasicString<char> getTextA(int id) const; ///< Throws "Can't retrieve dialog item text".
+    BasicString<wchar_t> getTextW(int id) const;
+    void setText(int id, const char* text) const; ///< Throws "Can't set dialog item text".
+    void setText(int id, const wchar_t* text) const;
+    BasicString<char> getClassNameA() const; ///< Throws "Can't get window class name".
+    BasicString<wchar_t> getClassNameW() const;
+
+    // ---- Dialog items
+
+    int getID() const;                         ///< Throws "Can't retrieve control id", also for the id 0.
+    int getInt(int id) const;                  ///< Throws "Can't get dialog item int".
+    unsigned getUInt(int id) const;            ///< Throws "Can't get dialog item int".
+    void setInt(int id, int value) const;      ///< Throws "Can't set dialog item int".
+    void setInt(int id, unsigned value) const; ///< Throws "Can't set dialog item unsigned int".
+    void setCheck(int id, check state) const;  ///< Throws "Can't check dialog button".
+    void setCheck(int id, bool isOn) const;
+    check getCheck(int id) const;
+    bool isChecked(int id) const; ///< False for `indeterminate`.
+
+    // ---- Scroll bars; `bar` is `SB_HORZ`, `SB_VERT` or `SB_CTL`
+
+    void enableScrollBar(unsigned bar, unsigned arrows) const; ///< Throws "Can't change scrollbar arrow state".
+    /// Size and mask of `info` have to be filled in. Throws "Can't get scroll info".
+    void getScrollInfo(int bar, SCROLLINFO& info) const;
+    SCROLLINFO getScrollInfo(int bar, unsigned mask) const;
+    int setScrollInfo(int bar, const SCROLLINFO& info, bool redraw) const; ///< The position that it has now.
+    void showScrollBar(scroll_bar_type bar, bool visible) const;           ///< Throws "Can't show/hide scrollbar".
+    /// The position before. Throws "Can't set scroll position".
+    int setScrollPosition(scroll_bar_type bar, int position, bool redraw) const;
+    int getScrollPosition(scroll_bar_type bar) const; ///< Throws "Can't get scroll position".
+    void setScrollRange(scroll_bar_type bar, int min, int max, bool redraw) const; ///< Throws "Can't set scroll range".
+    unsigned getScrollPageSize(scroll_bar_type bar) const;
+    bool hasScrollBar(scroll_bar_type bar) const; ///< For `control`: whether the window is a scroll bar.
+
+    // ---- Focus, mouse, timers and the rest. Windows without an object come as temporary objects.
+
+    Pointer<Window> getParent() const;          ///< Throws "Can't retrieve parent window".
+    Pointer<Window> setFocus() const;           ///< What had it before. Throws "Can't set focus".
+    Pointer<Window> captureMouse() const;       ///< What had it before.
+    static void releaseMouse();                 ///< Throws "Can't release mouse capture".
+    static Pointer<Window> getMouseOwner();     ///< Null when no window of the thread has captured the mouse.
+    void acceptDraggedFiles(bool accept) const; ///< onDroppedFiles() tells of them.
+
+    /// Throws "Can't create timer with id ID and interval INTERVAL".
+    void startTimer(UINT_PTR id, unsigned int intervalMs) const;
+    void stopTimer(UINT_PTR id) const; ///< Throws "Can't stop timer with id ID".
+
+    /// The icon before. Neither call makes or takes ownership.
+    HICON setIcon(HICON icon, bool big) const;
+    HICON getIcon(icon_size size) const;
+
+    /// What was pressed, an `ID...` constant. Throws "Can't show message box".
+    static int messageBox(HWND owner, const char* text, const char* caption, unsigned type);
+    static int messageBox(HWND owner, const wchar_t* text, const wchar_t* caption, unsigned type);
+    int messageBox(const char* text, const char* caption, unsigned type) const;
+    int messageBox(const wchar_t* text, const wchar_t* caption, unsigned type) const;
+
+    Menu getMenu() const;     ///< Borrowed.
+    void drawMenuBar() const; ///< Throws "Error drawing the menu bar".
+    /// At screen coordinates. With `TPM_RETURNCMD` the command chosen, or 0. Throws "Error tracking popup menu".
+    int trackPopupMenu(HMENU menu, int x, int y, unsigned flags) const;
+    int trackPopupMenu(HMENU menu, const POINT& position, unsigned flags) const;
+
+protected:
+    /// Binds any window, owned or not, without taking over its messages. A null handle unbinds.
+    /// Takes nothing but a `bool`, so that attach(parent, IDOK) means the dialog item.
+    template <std::same_as<bool> Owns> void attach(HWND hwnd, Owns owns) { attachWindow(hwnd, owns); }
+
+    /// Handles a message as if the window had got it, for callbacks of other kinds (a dialog procedure).
+    message_result processMessage(UINT msg, WPARAM wParam, LPARAM lParam);
+    /// The default procedure (of a subclassed window, its previous one), apart from any message.
+    LRESULT defaultWindowProc(UINT msg, WPARAM wParam, LPARAM lParam) const;
+    /// Makes the message being handled one that was left to the default.
+    void markLastMessageUnhandled();
+
+    /// Throw "Can't set window long GWL_STYLE" (sic), whatever the index and also for reading.
+    LONG_PTR getWindowLong(int index) const;
+    LONG_PTR setWindowLong(int index, LONG_PTR value) const;
+
+private:
+    struct MessageRecord {
+        LRESULT result;
+        bool handled;
+        UINT msg;
+        WPARAM wParam;
+        LPARAM lParam;
+    };
+    using MessageStack = boost::container::deque<MessageRecord, void,
+                                                 boost::container::deque_options_t<boost::container::block_size<204u>>>;
+    class Watch;
+    class ActiveMessage;
+
+    static bool getMessage(MSG& msg, HWND hwnd, UINT min, UINT max);
+    static Window* find(HWND hwnd);
+    static Window* bindCreated(HWND hwnd, LPARAM lParam);
+    static LRESULT route(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam);
+    template <class Ch>
+    void createWindow(const Ch* className, const Ch* title, unsigned long style, const RECT& rect, HWND parent,
+                      HMENU menu, HINSTANCE instance);
+    void attachWindow(HWND hwnd, bool owns);
+    void bind(HWND hwnd);
+    void unbind();
+    bool isBound() const;
+    void forget();
+    void destroyQuietly() noexcept;
+    void endOfWindow(HWND hwnd);
+    void takeOverCreated();
+    void reportDroppedFiles(WPARAM drop);
+
+    static std::map<HWND, Window*> WindowMap;
+
+    HWND hwnd_ = nullptr;
+    bool owns_ = false;
+    WNDPROC previousProc_ = nullptr;
+    MessageStack messages_;
+    Watch* watch_ = nullptr; // The innermost of the calls in progress that must notice the object's death.
+};
+
+/// Throws "Can't insert menu item".
+TARN_API void insertMenu(HMENU menu, unsigned position, unsigned flags, UINT_PTR id, const char* text);
+/// Throws "Can't set menu bitmaps".
+TARN_API void setMenuItemBitmaps(HMENU menu, unsigned position, unsigned flags, HBITMAP unchecked, HBITMAP checked);
+
+/// The name of a window message, "WM_PAINT" for instance, for traces. Of an unnamed number it gives the
+/// range and the distance into it: "WM_USER+1", "WM_PENWINFIRST+5" (for all three ranges of extensions), or
+/// "Unknown window message 1000".
+TARN_API BasicString<char> getWMIdentifier(unsigned int msg);
+} // namespace tarn

@@ -1,0 +1,227 @@
+#include <tarn/Window.h>
+
+#include <tarn/WindowClass.h>
+
+#include "../foundation/Check.h"
+#include "HandlerScope.h"
+#include "WindowApi.h"
+#include "WindowWatch.h"
+
+#include <string>
+
+// Which object belongs to which window: making, binding and ending windows. An object is in the map exactly
+// while it is bound, and never under another handle than its own.
+
+namespace tarn {
+std::map<HWND, Window*> Window::WindowMap;
+
+namespace {
+HWND dialogItemForAttaching(HWND parent, unsigned short id)
+{
+    return ensure(GetDlgItem(parent, id),
+                  [&] { return "Can't get dialog item " + std::to_string(id) + " for attaching"; });
+}
+
+// In unsigned arithmetic, so that {CW_USEDEFAULT, CW_USEDEFAULT, 0, 0} gives CW_USEDEFAULT for the size.
+int distance(LONG from, LONG to) { return static_cast<int>(static_cast<ULONG>(to) - static_cast<ULONG>(from)); }
+
+WNDPROC procedureOf(HWND hwnd) { return reinterpret_cast<WNDPROC>(GetWindowLongPtrW(hwnd, GWLP_WNDPROC)); }
+} // namespace
+
+Window::~Window() noexcept(false)
+{
+    if (owns_ && hwnd_)
+        destroyQuietly();
+    if (isBound())
+        WindowMap.erase(hwnd_);
+    Watch::tellDeath(watch_);
+}
+
+// What handlers throw meanwhile is dropped, too.
+void Window::destroyQuietly() noexcept
+{
+    HandlerScope scope;
+    DestroyWindow(hwnd_);
+}
+
+template <class Ch>
+void Window::createWindow(const Ch* className, const Ch* title, unsigned long style, const RECT& rect, HWND parent,
+                          HMENU menu, HINSTANCE instance)
+{
+    const Watch watch(*this);
+    destroy();
+    if (!watch.isAlive())
+        throw WindowsError(ERROR_INVALID_WINDOW_HANDLE, "Can't create window");
+    try {
+        const HWND hwnd =
+            ensure(runningHandlers([&] {
+                       return createWindowEx(className, title, style, rect.left, rect.top,
+                                             distance(rect.left, rect.right), distance(rect.top, rect.bottom), parent,
+                                             menu, instance, static_cast<void*>(this));
+                   }),
+                   "Can't create window");
+        if (!watch.isAlive())
+            return;
+        if (hwnd_ != hwnd)
+            bind(hwnd);
+        owns_ = true;
+    } catch (...) { // A handler may have thrown although there is a window.
+        if (watch.isAlive() && hwnd_) {
+            destroyQuietly();
+            unbind();
+        }
+        throw;
+    }
+}
+
+void Window::create(const char* className, const char* title, unsigned long style, const RECT& rect, HWND parent,
+                    HMENU menu, HINSTANCE instance)
+{
+    const Watch watch(*this);
+    createWindow(className, title, style, rect, parent, menu, instance);
+    if (watch.isAlive())
+        takeOverCreated();
+}
+
+// Only the narrow form does this: the wide one leaves windows of other classes as they are.
+void Window::takeOverCreated()
+{
+    if (ensure(procedureOf(hwnd_), "Can't retrieve window procedure") != &Window::windowProc)
+        subclass(hwnd_);
+}
+
+void Window::create(const wchar_t* className, const wchar_t* title, unsigned long style, const RECT& rect, HWND parent,
+                    HMENU menu, HINSTANCE instance)
+{
+    createWindow(className, title, style, rect, parent, menu, instance);
+}
+
+void Window::create(const WindowClass& windowClass, const char* title, unsigned long style, const RECT& rect,
+                    HWND parent, HMENU menu, HINSTANCE instance)
+{
+    create(MAKEINTRESOURCEA(windowClass.getAtom()), title, style, rect, parent, menu, instance);
+}
+
+void Window::create(const WindowClass& windowClass, const wchar_t* title, unsigned long style, const RECT& rect,
+                    HWND parent, HMENU menu, HINSTANCE instance)
+{
+    create(MAKEINTRESOURCEW(windowClass.getAtom()), title, style, rect, parent, menu, instance);
+}
+
+void Window::attach(HWND parent, unsigned short id) { attachWindow(dialogItemForAttaching(parent, id), false); }
+
+void Window::attachWindow(HWND hwnd, bool owns)
+{
+    if (hwnd != hwnd_ || !isBound())
+        bind(hwnd);
+    owns_ = owns;
+}
+
+void Window::subclass(HWND hwnd)
+{
+    if (hwnd && hwnd == hwnd_ && previousProc_)
+        return;
+    bind(hwnd);
+    if (!hwnd)
+        return;
+    try {
+        const LONG_PTR previous = setWindowLong(GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Window::windowProc));
+        // The shared procedure as its own predecessor would be called without end.
+        if (reinterpret_cast<WNDPROC>(previous) != &Window::windowProc)
+            previousProc_ = reinterpret_cast<WNDPROC>(previous);
+    } catch (...) {
+        unbind();
+        throw;
+    }
+}
+
+void Window::subclass(HWND parent, unsigned short id)
+{
+    subclass(ensure(GetDlgItem(parent, id), "Can't retrieve dialogue item for subclassing"));
+}
+
+void Window::unsubclass()
+{
+    if (previousProc_) {
+        setWindowLong(GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(previousProc_));
+        previousProc_ = nullptr;
+    }
+    unbind();
+}
+
+void Window::destroy()
+{
+    if (!hwnd_)
+        return;
+    const Watch watch(*this);
+    ensure(runningHandlers([&] { return DestroyWindow(hwnd_); }), "Can't destroy window");
+    if (watch.isAlive())
+        unbind();
+}
+
+Window::Pointer<Window> Window::getWindowFromHandle(HWND hwnd, bool createTemporary)
+{
+    if (!hwnd)
+        return {};
+    Window* const window = find(hwnd);
+    if (window && IsWindow(hwnd))
+        return {window, false};
+    if (window) // Attached only, so that nothing told the object of the window's end.
+        window->unbind();
+    return createTemporary ? Pointer<Window>(new Window(hwnd), true) : Pointer<Window>();
+}
+
+Window::Pointer<Window> Window::getDialogItem(int id, bool createTemporary) const
+{
+    return getWindowFromHandle(
+        ensure(GetDlgItem(hwnd_, id), [&] { return "Can't retrieve dialog item " + std::to_string(id); }),
+        createTemporary);
+}
+
+Window* Window::find(HWND hwnd)
+{
+    const auto found = WindowMap.find(hwnd);
+    return found == WindowMap.end() ? nullptr : found->second;
+}
+
+bool Window::isBound() const { return hwnd_ && find(hwnd_) == this; }
+
+// The object leaves its window, and an object that was bound to the new one before is replaced: it becomes
+// unbound, or, when it owns the window, keeps only the duty to destroy it.
+void Window::bind(HWND hwnd)
+{
+    unbind();
+    if (!hwnd)
+        return;
+    Window*& entry = WindowMap[hwnd];
+    if (entry) {
+        previousProc_ = entry->previousProc_;
+        if (!entry->owns_)
+            entry->forget();
+    }
+    entry = this;
+    hwnd_ = hwnd;
+}
+
+void Window::unbind()
+{
+    if (previousProc_)
+        SetWindowLongPtrW(hwnd_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(previousProc_));
+    if (isBound())
+        WindowMap.erase(hwnd_);
+    forget();
+}
+
+void Window::forget()
+{
+    hwnd_ = nullptr;
+    owns_ = false;
+    previousProc_ = nullptr;
+}
+
+void Window::endOfWindow(HWND hwnd)
+{
+    if (hwnd && hwnd_ == hwnd)
+        unbind();
+}
+} // namespace tarn

@@ -1,0 +1,349 @@
+#include "Windows.h"
+
+#include <Expect.h>
+
+#include <tarn/TreeView.h>
+
+#include <shlobj.h>
+
+#include <cstring>
+#include <sstream>
+
+using namespace tarn;
+
+namespace {
+/// Writes down each handler that runs, with what it got.
+class Recorder : public Window {
+public:
+    std::string take() { return std::exchange(log_, {}); }
+
+    bool callDefault = false;
+
+    void onCommand(Window* sender, unsigned short code, unsigned short id) override
+    {
+        log("command", sender, code, id);
+    }
+    void onHScroll(Window* bar, unsigned short code, unsigned short position) override
+    {
+        log("hscroll", bar, code, position);
+    }
+    void onVScroll(Window* bar, unsigned short code, unsigned short position) override
+    {
+        log("vscroll", bar, code, position);
+    }
+    void onMouseMove(unsigned short keys, const Point& at) override { log("move", keys, at); }
+    void onMouseWheel(unsigned short keys, short delta, const Point& at) override { log("wheel", keys, delta, at); }
+    void onLeftButtonDown(unsigned short keys, const Point& at) override { log("left down", keys, at); }
+    void onLeftButtonUp(unsigned short keys, const Point& at) override { log("left up", keys, at); }
+    void onLeftButtonDoubleClick(unsigned short keys, const Point& at) override { log("left double", keys, at); }
+    void onMiddleButtonDown(unsigned short keys, const Point& at) override { log("middle down", keys, at); }
+    void onMiddleButtonUp(unsigned short keys, const Point& at) override { log("middle up", keys, at); }
+    void onMiddleButtonDoubleClick(unsigned short keys, const Point& at) override { log("middle double", keys, at); }
+    void onRightButtonDown(unsigned short keys, const Point& at) override { log("right down", keys, at); }
+    void onRightButtonUp(unsigned short keys, const Point& at) override { log("right up", keys, at); }
+    void onRightButtonDoubleClick(unsigned short keys, const Point& at) override { log("right double", keys, at); }
+    void onKeyDown(UINT key, unsigned short repeat, unsigned char scanCode, bool extended, bool wasDown) override
+    {
+        log("key down", key, repeat, int{scanCode}, extended, wasDown);
+    }
+    void onKeyUp(UINT key, unsigned char scanCode, bool extended) override
+    {
+        log("key up", key, int{scanCode}, extended);
+    }
+    void onTimer(UINT_PTR id) override { log("timer", id); }
+    void onPaint() override
+    {
+        log("paint");
+        defaultWindowProc();
+    }
+    HICON onQueryDragIcon() override
+    {
+        log("icon");
+        return reinterpret_cast<HICON>(77);
+    }
+    void onSize(UINT type, const Size& size) override { log("size", type, size.cx, size.cy); }
+    void onSizing(UINT edge, Rect& rect) override { change("sizing", edge, rect); }
+    void onMoving(Rect& rect) override { change("moving", 0, rect); }
+    void onMove(const Point& at) override { log("moved", at); }
+    void onEnterSizeMove() override { log("enter"); }
+    void onExitSizeMove() override { log("exit"); }
+    void onDrawItem(UINT id, const DRAWITEMSTRUCT& item) override { log("draw", id, item.itemID); }
+    void onMeasureItem(UINT id, MEASUREITEMSTRUCT& item) override { log("measure", id, item.itemID); }
+    void onDeleteItem(UINT id, const DELETEITEMSTRUCT& item) override { log("delete", id, item.itemID); }
+    OwnerDrawable::compare_result onCompareItem(UINT id, const COMPAREITEMSTRUCT& items) override
+    {
+        log("compare", id, items.itemID1);
+        return OwnerDrawable::less;
+    }
+    void onDoubleClick(const NMHDR& header) override { log("double click", header.idFrom); }
+    void onNotification(const NMLISTVIEW& n) override { log("list view", n.iItem); }
+    void onNotification(const NMTREEVIEWW& n) override
+    {
+        log("wide tree", n.action);
+        Window::onNotification(n);
+    }
+    void onNotification(const NMTREEVIEWA& n) override
+    {
+        log("narrow tree", n.itemOld.pszText ? n.itemOld.pszText : "-", n.itemNew.pszText == LPSTR_TEXTCALLBACKA);
+    }
+    void onDroppedFiles(const Point& at, bool inClientArea, const std::list<BasicString<wchar_t>>& files) override
+    {
+        log("files", at, inClientArea, files.size(), BasicString<char>(files.front().c_str()), files.back().size());
+    }
+
+private:
+    void change(const char* what, UINT edge, Rect& rect)
+    {
+        log(what, edge, rect.right);
+        rect.right = 500;
+        if (callDefault)
+            defaultWindowProc();
+    }
+
+    template <class... Values> void log(const char* what, const Values&... values)
+    {
+        std::ostringstream text;
+        text << what;
+        (show(text << ' ', values), ...);
+        log_ += text.str() + ";";
+    }
+    template <class T> static void show(std::ostream& out, const T& value) { out << value; }
+    static void show(std::ostream& out, const Point& point) { out << point.x << ',' << point.y; }
+    static void show(std::ostream& out, Window* window)
+    {
+        if (window)
+            out << (getWindowFromHandle(*window, false) ? "bound" : "temporary") << ' ' << window->getID();
+        else
+            out << "none";
+    }
+
+    std::string log_;
+};
+
+LPARAM packed(int low, int high) { return MAKELPARAM(low, high); }
+
+template <class T> LPARAM at(T& structure) { return reinterpret_cast<LPARAM>(&structure); }
+} // namespace
+
+TEST_CASE("Window: the values packed into a message reach its handler", "[window][decoding]")
+{
+    struct Row {
+        UINT msg;
+        WPARAM wParam;
+        LPARAM lParam;
+        const char* expected;
+    };
+    const Row rows[] = {
+        {WM_MOVE, 0, packed(-5, 7), "moved 65531,7;"},
+        {WM_SIZE, SIZE_MAXIMIZED, packed(40000, 300), "size 2 40000 300;"},
+        {WM_MOUSEMOVE, 0x10009, packed(-5, -7), "move 9 -5,-7;"},
+        {WM_LBUTTONDOWN, 1, packed(3, -4), "left down 1 3,-4;"},
+        {WM_LBUTTONUP, 1, packed(3, -4), "left up 1 3,-4;"},
+        {WM_LBUTTONDBLCLK, 1, packed(3, -4), "left double 1 3,-4;"},
+        {WM_MBUTTONDOWN, 1, packed(3, -4), "middle down 1 3,-4;"},
+        {WM_MBUTTONUP, 1, packed(3, -4), "middle up 1 3,-4;"},
+        {WM_MBUTTONDBLCLK, 1, packed(3, -4), "middle double 1 3,-4;"},
+        {WM_RBUTTONDOWN, 1, packed(3, -4), "right down 1 3,-4;"},
+        {WM_RBUTTONUP, 1, packed(3, -4), "right up 1 3,-4;"},
+        {WM_RBUTTONDBLCLK, 1, packed(3, -4), "right double 1 3,-4;"},
+        {WM_MOUSEWHEEL, MAKEWPARAM(8, -120), packed(-1, 2), "wheel 8 -120 -1,2;"},
+        {WM_KEYDOWN, VK_RETURN, 0x411C0003, "key down 13 3 28 1 1;"},
+        {WM_KEYDOWN, 'A', 0x001E0001, "key down 65 1 30 0 0;"},
+        {WM_KEYUP, VK_RETURN, 0x011C0001, "key up 13 28 1;"},
+        {WM_TIMER, 70000, 0, "timer 70000;"},
+        {WM_COMMAND, MAKEWPARAM(65535, 40000), 0, "command none 40000 65535;"},
+        {WM_HSCROLL, MAKEWPARAM(SB_THUMBTRACK, 65000), 0, "hscroll none 5 65000;"},
+        {WM_VSCROLL, MAKEWPARAM(SB_LINEDOWN, 1), 0, "vscroll none 1 1;"},
+        {WM_ENTERSIZEMOVE, 0, 0, "enter;"},
+        {WM_EXITSIZEMOVE, 0, 0, "exit;"},
+        {WM_PAINT, 0, 0, "paint;"},
+    };
+    Recorder window;
+    support::open(window);
+    window.take();
+    for (const Row& row : rows) {
+        CAPTURE(getWMIdentifier(row.msg));
+        CHECK(window.sendMessageA(row.msg, row.wParam, row.lParam) == 0);
+        CHECK(window.take() == row.expected);
+    }
+    CHECK(window.sendMessageA(WM_QUERYDRAGICON) == 77);
+    CHECK(window.take() == "icon;");
+}
+
+TEST_CASE("Window: a control without an object comes to the handler as a temporary one", "[window][decoding]")
+{
+    Recorder window;
+    support::open(window);
+    const HWND button = support::makeButton(window, 300);
+    window.take();
+    const auto sendAll = [&] {
+        window.sendMessageA(WM_COMMAND, MAKEWPARAM(300, BN_CLICKED), reinterpret_cast<LPARAM>(button));
+        window.sendMessageA(WM_HSCROLL, SB_ENDSCROLL, reinterpret_cast<LPARAM>(button));
+        window.sendMessageA(WM_VSCROLL, SB_ENDSCROLL, reinterpret_cast<LPARAM>(button));
+    };
+    sendAll();
+    CHECK(window.take() == "command temporary 300 0 300;hscroll temporary 300 8 0;vscroll temporary 300 8 0;");
+    Window attached;
+    attached.attach(window, 300);
+    sendAll();
+    CHECK(window.take() == "command bound 300 0 300;hscroll bound 300 8 0;vscroll bound 300 8 0;");
+}
+
+TEST_CASE("Window: owner-draw and sizing messages answer TRUE once they are handled", "[window][decoding]")
+{
+    Recorder window;
+    support::open(window);
+    window.take();
+    DRAWITEMSTRUCT draw{};
+    MEASUREITEMSTRUCT measure{};
+    DELETEITEMSTRUCT deleted{};
+    COMPAREITEMSTRUCT compared{};
+    draw.itemID = measure.itemID = deleted.itemID = compared.itemID1 = 4;
+    CHECK(window.sendMessageA(WM_DRAWITEM, 9, at(draw)) == TRUE);
+    CHECK(window.sendMessageA(WM_MEASUREITEM, 9, at(measure)) == TRUE);
+    CHECK(window.sendMessageA(WM_DELETEITEM, 9, at(deleted)) == TRUE);
+    CHECK(window.sendMessageA(WM_COMPAREITEM, 9, at(compared)) == -1);
+    CHECK(window.take() == "draw 9 4;measure 9 4;delete 9 4;compare 9 4;");
+
+    Rect rect(0, 0, 100, 50);
+    CHECK(window.sendMessageA(WM_SIZING, WMSZ_RIGHT, at(rect)) == TRUE);
+    CHECK(rect.right == 500);
+    CHECK(window.sendMessageA(WM_MOVING, 0, at(rect)) == TRUE);
+    window.callDefault = true;
+    CHECK(window.sendMessageA(WM_SIZING, WMSZ_RIGHT, at(rect)) ==
+          DefWindowProcW(window, WM_SIZING, WMSZ_RIGHT, at(rect)));
+    CHECK(window.take() == "sizing 2 100;moving 0 500;sizing 2 500;");
+}
+
+TEST_CASE("Window: notifications are routed by the range of their code", "[window][decoding]")
+{
+    Recorder window;
+    support::open(window);
+    window.take();
+    const auto notify = [&](auto& structure, int code) {
+        auto& header = reinterpret_cast<NMHDR&>(structure);
+        header.code = static_cast<UINT>(code);
+        header.idFrom = 12;
+        CHECK(window.sendMessageA(WM_NOTIFY, 12, at(structure)) == 0);
+        return window.take();
+    };
+    NMLISTVIEW list{};
+    list.iItem = 3;
+    CHECK(notify(list, -100) == "list view 3;");
+    CHECK(notify(list, -199) == "list view 3;");
+    CHECK(notify(list, NM_DBLCLK) == "double click 12;");
+    CHECK(notify(list, -99) == "");
+    CHECK(notify(list, -200) == "");
+
+    wchar_t text[] = L"\u20ac leaf";
+    NMTREEVIEWW tree{};
+    tree.action = 2;
+    tree.itemOld.mask = tree.itemNew.mask = TVIF_TEXT;
+    tree.itemOld.pszText = text;
+    tree.itemNew.pszText = LPSTR_TEXTCALLBACKW;
+    CHECK(notify(tree, static_cast<int>(TVN_SELCHANGEDW)) == "wide tree 2;narrow tree \x80 leaf 1;");
+    tree.itemOld.mask = 0;
+    tree.itemOld.pszText = nullptr;
+    CHECK(notify(tree, static_cast<int>(TVN_DELETEITEMW)) == "wide tree 2;narrow tree - 1;");
+    // The structure of these begins with the header only.
+    CHECK(notify(tree, static_cast<int>(TVN_GETDISPINFOW)) == "wide tree 2;");
+    CHECK(notify(tree, -499) == "wide tree 2;");
+    CHECK(notify(tree, -500) == "");
+}
+
+TEST_CASE("Window: dropped files are listed with their point and released", "[window][decoding]")
+{
+    Recorder window;
+    support::open(window);
+    window.take();
+    const std::wstring longName(700, L'n');
+    std::wstring names(L"C:\\a.txt");
+    names.push_back(L'\0');
+    names += longName;
+    names.append(2, L'\0');
+    const HGLOBAL memory =
+        GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, sizeof(DROPFILES) + names.size() * sizeof(wchar_t));
+    auto* const drop = static_cast<DROPFILES*>(GlobalLock(memory));
+    *drop = {sizeof(DROPFILES), {4, 5}, FALSE, TRUE};
+    std::memcpy(drop + 1, names.data(), names.size() * sizeof(wchar_t));
+    GlobalUnlock(memory);
+    window.sendMessageA(WM_DROPFILES, reinterpret_cast<WPARAM>(memory));
+    CHECK(window.take() == "files 4,5 1 2 C:\\a.txt 700;");
+    CHECK(GlobalFlags(memory) == GMEM_INVALID_HANDLE);
+}
+
+namespace {
+class DrawnButton : public Window, public OwnerDrawable {
+public:
+    void onDrawItem(const DRAWITEMSTRUCT&) override { calls += "draw "; }
+    void onMeasureItem(MEASUREITEMSTRUCT& item) override { item.itemHeight = 33; }
+    void onDeleteItem(const DELETEITEMSTRUCT&) override { calls += "delete "; }
+    OwnerDrawable::compare_result onCompareItem(const COMPAREITEMSTRUCT&) override { return OwnerDrawable::greater; }
+    bool onReflectedCommand(unsigned short code) override { return code == BN_CLICKED; }
+    // The handlers of the messages that it gets itself as a parent.
+    using Window::onCompareItem;
+    using Window::onDeleteItem;
+    using Window::onDrawItem;
+    using Window::onMeasureItem;
+
+    std::string calls;
+};
+
+class Tree : public TreeView {
+public:
+    bool onReflectedNotification(const NMTREEVIEWA&) override { return ++narrow, true; }
+    bool onReflectedNotification(const NMTREEVIEWW&) override { return ++wide, settles; }
+
+    bool settles = false;
+    int narrow = 0, wide = 0;
+};
+} // namespace
+
+TEST_CASE("Window: by default a parent passes its controls' messages back to their objects", "[window][decoding]")
+{
+    Window parent;
+    support::open(parent);
+    const HWND handle = support::makeButton(parent, 5, BS_OWNERDRAW);
+    DrawnButton button;
+    button.attach(parent, 5);
+
+    DRAWITEMSTRUCT draw{};
+    DELETEITEMSTRUCT deleted{};
+    COMPAREITEMSTRUCT compared{};
+    draw.hwndItem = deleted.hwndItem = compared.hwndItem = handle;
+    MEASUREITEMSTRUCT measure{};
+    measure.CtlType = ODT_BUTTON;
+    measure.CtlID = 5;
+    CHECK(parent.sendMessageA(WM_DRAWITEM, 5, at(draw)) == TRUE);
+    CHECK(parent.sendMessageA(WM_DELETEITEM, 5, at(deleted)) == TRUE);
+    CHECK(parent.sendMessageA(WM_MEASUREITEM, 5, at(measure)) == TRUE);
+    CHECK(parent.sendMessageA(WM_COMPAREITEM, 5, at(compared)) == OwnerDrawable::greater);
+    CHECK(button.calls == "draw delete ");
+    CHECK(measure.itemHeight == 33);
+
+    measure.itemHeight = 0;
+    measure.CtlType = ODT_MENU; // Menus have no control: the id says nothing.
+    CHECK(parent.sendMessageA(WM_MEASUREITEM, 0, at(measure)) ==
+          DefWindowProcW(parent, WM_MEASUREITEM, 0, at(measure)));
+    CHECK(measure.itemHeight == 0);
+    draw.hwndItem = nullptr;
+    CHECK(parent.sendMessageA(WM_DRAWITEM, 5, at(draw)) == DefWindowProcW(parent, WM_DRAWITEM, 5, at(draw)));
+}
+
+TEST_CASE("Window: a tree view's object is asked before its parent's narrow handler", "[window][decoding]")
+{
+    Recorder parent;
+    support::open(parent);
+    support::makeButton(parent, 6);
+    Tree tree;
+    tree.attach(parent, 6);
+    parent.take();
+    NMTREEVIEWW notification{};
+    notification.hdr = {tree, 6, TVN_SELCHANGEDW};
+    parent.sendMessageA(WM_NOTIFY, 6, at(notification));
+    CHECK(parent.take() == "wide tree 0;narrow tree - 0;");
+    CHECK((tree.wide == 1 && tree.narrow == 0)); // The recorder's narrow handler did not pass it on.
+    tree.settles = true;
+    parent.sendMessageA(WM_NOTIFY, 6, at(notification));
+    CHECK(parent.take() == "wide tree 0;");
+}

@@ -1,0 +1,120 @@
+#include <tarn/Window.h>
+#include <tarn/WindowClass.h>
+
+#include <Expect.h>
+
+#include <set>
+#include <thread>
+
+using namespace tarn;
+
+namespace {
+const HINSTANCE program = GetModuleHandleW(nullptr);
+constexpr HBRUSH noBrush = nullptr;
+
+WindowClass make(unsigned style) { return WindowClass(style, 0, nullptr, noBrush, nullptr, program); }
+
+bool isRegistered(ATOM atom)
+{
+    WNDCLASSW attributes;
+    return GetClassInfoW(program, MAKEINTRESOURCEW(atom), &attributes) != FALSE;
+}
+} // namespace
+
+TEST_CASE("WindowClass: equal attributes share a registration that ends with the last user", "[windowclass]")
+{
+    WindowClass a = make(CS_VREDRAW), b = make(CS_VREDRAW);
+    const ATOM atom = a.getAtom();
+    CHECK(atom == b.getAtom());
+    CHECK(make(CS_HREDRAW).getAtom() != atom);
+    a.close();
+    CHECK((!a && b && isRegistered(atom)));
+    a.close();
+    CHECK(isRegistered(atom));
+    b.create(CS_HREDRAW, 0, nullptr, noBrush, nullptr, program);
+    b.close();
+    CHECK(!isRegistered(atom));
+}
+
+TEST_CASE("WindowClass: each attribute is part of the name, a colour as the brush that stands for it", "[windowclass]")
+{
+    const WindowClass plain = make(0);
+    const WindowClass menu(0, 7, nullptr, noBrush, nullptr, program);
+    const WindowClass cursor(0, 0, nullptr, noBrush, LoadCursorW(nullptr, IDC_CROSS), program);
+    const WindowClass icon(0, 0, LoadIconW(nullptr, IDI_ERROR), noBrush, nullptr, program);
+    const WindowClass colour(0, 0, nullptr, COLOR_BTNFACE, nullptr, program);
+    const WindowClass brush(0, 0, nullptr, reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1), nullptr, program);
+    CHECK(std::set<ATOM>{plain.getAtom(), menu.getAtom(), cursor.getAtom(), icon.getAtom(), colour.getAtom()}.size() ==
+          5);
+    CHECK(colour.getAtom() == brush.getAtom());
+
+    Window window;
+    window.create(menu, "", 0, Rect(), nullptr, nullptr, program);
+    CHECK(
+        window.getClassNameA().startsWith("Tarn++ WindowClass: Style=0, Icon=0, Brush=0, Cursor=0, Menu=7, Instance="));
+    CHECK(GetClassLongW(window, GCL_MENUNAME) == 7);
+}
+
+TEST_CASE("WindowClass: closing while a window is open fails and keeps the class", "[windowclass]")
+{
+    WindowClass windowClass = make(CS_DBLCLKS);
+    Window window;
+    window.create(windowClass, L"", 0, Rect(), nullptr, nullptr, program);
+    for (int i = 0; i < 2; ++i)
+        support::expectWindowsError([&] { windowClass.close(); }, ERROR_CLASS_HAS_WINDOWS,
+                                    "Can't unregister window class");
+    CHECK((windowClass && isRegistered(windowClass.getAtom())));
+    window.destroy();
+    windowClass.close();
+    CHECK(!windowClass);
+}
+
+TEST_CASE("WindowClass: an assigned reference is not counted", "[windowclass]")
+{
+    WindowClass owner = make(CS_OWNDC), copy;
+    copy = owner;
+    const ATOM atom = owner.getAtom();
+    CHECK(copy.getAtom() == atom);
+    copy.close();
+    CHECK(!isRegistered(atom));
+    CHECK(!owner); // It refers to what is gone, and closing it is harmless.
+    owner.close();
+}
+
+TEST_CASE("WindowClass: a name that is taken already cannot be registered", "[windowclass]")
+{
+    WindowClass windowClass = make(CS_PARENTDC);
+    WNDCLASSW taken{};
+    BasicString<wchar_t> name;
+    {
+        Window window;
+        window.create(windowClass, L"", 0, Rect(), nullptr, nullptr, program);
+        name = window.getClassNameW();
+    }
+    windowClass.close();
+    taken.lpfnWndProc = DefWindowProcW;
+    taken.hInstance = program;
+    taken.lpszClassName = name;
+    REQUIRE(RegisterClassW(&taken));
+    support::expectWindowsError([] { make(CS_PARENTDC); }, ERROR_CLASS_ALREADY_EXISTS, "Can't create window class");
+    UnregisterClassW(name, program);
+    CHECK(make(CS_PARENTDC)); // The failure has left no entry behind.
+
+    Window window;
+    const auto error = support::thrownBy<WindowsError>(
+        [&] { window.create(WindowClass(), L"", 0, Rect(), nullptr, nullptr, program); });
+    CHECK(std::string(error.getDescription()) == "Can't create window");
+}
+
+TEST_CASE("WindowClass: threads may create and close the same class at once", "[windowclass]")
+{
+    const auto work = [] {
+        for (int i = 0; i < 500; ++i)
+            make(CS_SAVEBITS).close();
+    };
+    std::thread other(work);
+    work();
+    other.join();
+    const WindowClass last = make(CS_SAVEBITS);
+    CHECK(isRegistered(last.getAtom()));
+}

@@ -1,0 +1,308 @@
+#include "Windows.h"
+
+#include <Expect.h>
+
+#include <memory>
+#include <vector>
+
+using namespace tarn;
+
+namespace {
+WNDPROC procedureOf(HWND hwnd) { return reinterpret_cast<WNDPROC>(GetWindowLongPtrW(hwnd, GWLP_WNDPROC)); }
+
+Window* objectOf(HWND hwnd) { return Window::getWindowFromHandle(hwnd, false); }
+
+/// Counts one message, opens what is protected, and tells of its end.
+class Probe : public Window {
+public:
+    explicit Probe(UINT counted = WM_USER) : counted_(counted) {}
+    ~Probe() override
+    {
+        if (ended)
+            *ended = true;
+    }
+
+    LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
+    {
+        count += msg == counted_;
+        return Window::onMessage(msg, wParam, lParam);
+    }
+    using Window::attach;
+    using Window::processMessage;
+
+    int count = 0;
+    bool* ended = nullptr;
+
+private:
+    UINT counted_;
+};
+
+/// A parent with the button 5.
+struct Parent {
+    Parent()
+    {
+        support::open(window);
+        button = support::makeButton(window, 5);
+    }
+    Window window;
+    HWND button;
+};
+} // namespace
+
+TEST_CASE("Window: create binds from the first message, and the end of the window unbinds", "[window][life]")
+{
+    Probe window(WM_NCCREATE);
+    support::open(window);
+    const HWND handle = window;
+    CHECK(window.count == 1);
+    CHECK(objectOf(handle) == &window);
+    CHECK((window.isOpen() && !window.isSubclass()));
+    CHECK(window.getWindowRectangle() == Rect(10, 20, 210, 120));
+
+    SECTION("by destroy") { window.destroy(); }
+    SECTION("by the system") { DestroyWindow(handle); }
+    SECTION("by the next create")
+    {
+        support::open(window);
+        CHECK((window.isOpen() && window.getWindowHandle() != handle));
+        window.destroy();
+    }
+    CHECK((!window.isOpen() && !objectOf(handle) && !IsWindow(handle)));
+    window.destroy();
+    support::open(window);
+    CHECK(window.isOpen());
+}
+
+TEST_CASE("Window: an owning object takes its window with it, an attached one does not", "[window][life]")
+{
+    Parent parent;
+    {
+        Probe attached;
+        attached.Window::attach(parent.window, 5);
+        CHECK(objectOf(parent.button) == &attached);
+        CHECK(procedureOf(parent.button) != &Window::windowProc);
+    }
+    CHECK((IsWindow(parent.button) && !objectOf(parent.button)));
+    {
+        Probe owner;
+        owner.attach(parent.button, false);
+        owner.attach(parent.button, true);
+    }
+    CHECK(!IsWindow(parent.button));
+    support::expectFailure([&] { Probe().Window::attach(parent.window, 5); }, "Can't get dialog item 5 for attaching");
+}
+
+TEST_CASE("Window: an attached object whose window has died is not found any more", "[window][life]")
+{
+    Parent parent;
+    Probe attached;
+    attached.attach(parent.button, false);
+    DestroyWindow(parent.button);
+    CHECK(!objectOf(parent.button));
+    CHECK(!attached.isOpen());
+}
+
+TEST_CASE("Window: the owner of a window that another object takes over still destroys it", "[window][life]")
+{
+    Probe taker;
+    HWND handle = nullptr;
+    {
+        Window owner;
+        support::open(owner);
+        handle = owner;
+        taker.attach(handle, false);
+        owner.sendMessageA(WM_USER);
+        CHECK((taker.count == 1 && objectOf(handle) == &taker));
+    }
+    CHECK((!IsWindow(handle) && !taker.isOpen()));
+}
+
+TEST_CASE("Window: subclassing takes the messages and gives them back", "[window][life]")
+{
+    Parent parent;
+    const WNDPROC before = procedureOf(parent.button);
+    Probe button(BM_SETCHECK);
+    button.subclass(parent.window, 5);
+    button.subclass(parent.button); // A second time changes nothing.
+    CHECK((button.isSubclass() && procedureOf(parent.button) == &Window::windowProc));
+    button.setStyle(BS_TYPEMASK, BS_AUTOCHECKBOX);
+    button.sendMessageA(BM_SETCHECK, BST_CHECKED);
+    CHECK(button.count == 1);
+    CHECK(button.sendMessageA(BM_GETCHECK) == BST_CHECKED); // The button's own procedure did its part.
+
+    SECTION("by unsubclass")
+    {
+        button.unsubclass();
+        CHECK(procedureOf(parent.button) == before);
+        button.unsubclass();
+    }
+    SECTION("to another object, which goes on where it was")
+    {
+        Probe other(BM_SETCHECK);
+        other.subclass(parent.button);
+        CHECK((!button.isOpen() && !button.isSubclass()));
+        other.sendMessageA(BM_SETCHECK, BST_UNCHECKED);
+        CHECK((other.count == 1 && button.count == 1));
+        CHECK(other.sendMessageA(BM_GETCHECK) == BST_UNCHECKED);
+        other.unsubclass();
+        CHECK(procedureOf(parent.button) == before);
+    }
+    SECTION("by the end of the window") { DestroyWindow(parent.button); }
+    CHECK((!button.isOpen() && !button.isSubclass()));
+    support::expectFailure([&] { button.subclass(parent.window, 6); }, "Can't retrieve dialogue item for subclassing");
+    support::expectFailure([&] { button.subclass(HWND(0x7001)); }, "Can't set window long GWL_STYLE");
+    CHECK((!button.isOpen() && !objectOf(HWND(0x7001))));
+}
+
+TEST_CASE("Window: a subclassing object that dies first leaves a window that nothing crashes", "[window][life]")
+{
+    Parent parent;
+    Probe().subclass(parent.button);
+    CHECK(!objectOf(parent.button));
+    CHECK(SendMessageW(parent.button, WM_USER, 0, 0) == 0);
+    DestroyWindow(parent.button);
+    CHECK(!IsWindow(parent.button));
+}
+
+TEST_CASE("Window: only the narrow create subclasses a window of a foreign class", "[window][life]")
+{
+    Parent parent;
+    Probe narrow(BM_GETCHECK), wide(BM_GETCHECK);
+    narrow.create("BUTTON", "narrow", WS_CHILD, Rect(0, 0, 10, 10), parent.window, nullptr, nullptr);
+    wide.create(L"BUTTON", L"wide", WS_CHILD, Rect(0, 0, 10, 10), parent.window, nullptr, nullptr);
+    narrow.sendMessageA(BM_GETCHECK);
+    wide.sendMessageA(BM_GETCHECK);
+    CHECK((narrow.isSubclass() && narrow.count == 1));
+    CHECK((!wide.isSubclass() && wide.count == 0));
+    CHECK((objectOf(narrow) == &narrow && objectOf(wide) == &wide));
+    const HWND handles[] = {narrow, wide};
+    narrow.unsubclass();
+    CHECK((IsWindow(handles[0]) && IsWindow(handles[1])));
+}
+
+TEST_CASE("Window: a default size leaves the place to the system", "[window][life]")
+{
+    Window window;
+    window.create(support::testClass(), L"", WS_OVERLAPPEDWINDOW, Rect(CW_USEDEFAULT, CW_USEDEFAULT, 0, 0), nullptr,
+                  nullptr, nullptr);
+    CHECK(window.getWindowSize().cx > 100);
+}
+
+TEST_CASE("Window::Pointer: a look-up of a foreign window makes an object that dies with the pointer", "[window][life]")
+{
+    Parent parent;
+    CHECK(!Window::getWindowFromHandle(nullptr, true));
+    CHECK(!Window::getWindowFromHandle(parent.button, false));
+    Window::Pointer<Window> found = Window::getWindowFromHandle(parent.button, true);
+    CHECK((found.isOwner() && found->getWindowHandle() == parent.button && !objectOf(parent.button)));
+    CHECK(!Window::getWindowFromHandle(parent.window, true).isOwner());
+
+    bool ended = false;
+    auto* const probe = new Probe;
+    probe->ended = &ended;
+    Window::Pointer<Window> source(probe, true);
+    {
+        const Window::Pointer<Window> copy(source);
+        CHECK((copy == probe && copy.isOwner() && !source && !source.isOwner()));
+        found = copy; // Deletes the temporary held so far.
+        CHECK((!copy && found == probe));
+    }
+    CHECK(!ended);
+    found = source;
+    CHECK((ended && !found));
+}
+
+namespace {
+/// Ends its own window or itself in a handler.
+class Suicide : public Window {
+public:
+    enum How { destroysWindow, deletesItself, deletesItselfAfterDefault };
+    explicit Suicide(bool& ended, How how = destroysWindow) : ended_(ended), how_(how) {}
+    ~Suicide() override { ended_ = true; }
+
+    LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
+    {
+        if (msg != WM_USER)
+            return Window::onMessage(msg, wParam, lParam);
+        switch (how_) {
+        case destroysWindow:
+            destroy();
+            break;
+        case deletesItselfAfterDefault:
+            defaultWindowProc();
+            [[fallthrough]];
+        case deletesItself:
+            delete this;
+            break;
+        }
+        return 42;
+    }
+    void onNCDestroy() override
+    {
+        defaultWindowProc();
+        if (how_ == destroysWindow && deletesOnEnd)
+            delete this;
+    }
+
+    bool deletesOnEnd = false;
+
+private:
+    bool& ended_;
+    How how_;
+};
+} // namespace
+
+TEST_CASE("Window: a handler may end its window or its object", "[window][life]")
+{
+    bool ended = false;
+    SECTION("destroying the window leaves the object usable")
+    {
+        Suicide window(ended);
+        support::open(window);
+        CHECK(window.sendMessageA(WM_USER) == 42);
+        CHECK(!window.isOpen());
+        support::open(window);
+        CHECK(window.isOpen());
+    }
+    SECTION("deleting the object in a handler destroys the window")
+    {
+        auto* const window = new Suicide(ended, Suicide::deletesItself);
+        support::open(*window);
+        const HWND handle = *window;
+        CHECK(SendMessageW(handle, WM_USER, 0, 0) == 42);
+        CHECK((ended && !IsWindow(handle)));
+    }
+    SECTION("the default's result outlives the object")
+    {
+        auto* const window = new Suicide(ended, Suicide::deletesItselfAfterDefault);
+        support::open(*window);
+        CHECK(SendMessageW(*window, WM_USER, 0, 0) == 0);
+        CHECK(ended);
+    }
+    SECTION("deleting the object at the window's end, whoever ends it")
+    {
+        auto* const window = new Suicide(ended);
+        window->deletesOnEnd = true;
+        support::open(*window);
+        const HWND handle = *window;
+        const int way = GENERATE(0, 1, 2, 3);
+        CAPTURE(way);
+        switch (way) {
+        case 0:
+            DestroyWindow(handle);
+            break;
+        case 1:
+            window->destroy();
+            break;
+        case 2: // The default procedure destroys it, within the handler of another message.
+            window->sendMessageA(WM_CLOSE);
+            break;
+        case 3:
+            support::expectError<WindowsError>([&] { support::open(*window); },
+                                               "Can't create window: " +
+                                                   support::systemText(ERROR_INVALID_WINDOW_HANDLE));
+            break;
+        }
+        CHECK((ended && !IsWindow(handle) && !objectOf(handle)));
+    }
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <Expect.h>
+
+#include <tarn/Window.h>
+#include <tarn/WindowClass.h>
+
+namespace support {
+/// The window class of the tests: no background, so that nothing is painted unasked.
+inline const tarn::WindowClass& testClass()
+{
+    static const tarn::WindowClass windowClass(0, 0, nullptr, static_cast<HBRUSH>(nullptr), nullptr,
+                                               GetModuleHandleW(nullptr));
+    return windowClass;
+}
+
+/// Makes a hidden top-level window of the test class for an object.
+template <class W> void open(W& window, unsigned long style = WS_OVERLAPPEDWINDOW, HWND parent = nullptr)
+{
+    window.create(testClass(), L"test", style, tarn::Rect(10, 20, 210, 120), parent, nullptr,
+                  GetModuleHandleW(nullptr));
+}
+
+/// Asserts that `call` throws a WindowsError with this description. The code is the platform's affair.
+template <class Call> void expectFailure(Call call, const std::string& description)
+{
+    const auto error = thrownBy<tarn::WindowsError>(call);
+    CHECK(error.getDescription() == description);
+}
+
+/// A hidden window of the system's "BUTTON" class in a parent, without an object.
+inline HWND makeButton(HWND parent, unsigned short id, unsigned long style = 0)
+{
+    return CreateWindowExW(0, L"BUTTON", L"push", WS_CHILD | style, 0, 0, 40, 20, parent,
+                           reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), nullptr, nullptr);
+}
+} // namespace support
