@@ -67,8 +67,8 @@
 #include <tarn/Time.h>
 #include <tarn/TimeText.h>
 #include <tarn/TimeZone.h>
-#include <tarn/Variant.h>
 #include <tarn/TreeView.h>
+#include <tarn/Variant.h>
 #include <tarn/VersionInfo.h>
 #include <tarn/Window.h>
 #include <tarn/WindowClass.h>
