@@ -129,6 +129,8 @@ public:
                 CreateWindowExW(0, childClass, L"", WS_CHILD | style, 0, 0, 200, 200, *this, nullptr, nullptr, nullptr);
     }
 
+    ~Pair() noexcept override { destroy(); }
+
     std::array<HWND, 2> children{};
 
 private:

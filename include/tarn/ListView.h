@@ -9,7 +9,7 @@ class ImageList;
 /// A list of items with pictures, in columns or as icons. Items and columns count from 0; subitem 0 is the
 /// item itself, subitem n its text in the n-th column. Texts are copied.
 ///
-/// For the platform's own operations that have no member here send the messages or use its macros.
+/// What the platform's control can do beyond the members here is done by its messages: sendMessageA().
 class TARN_API ListView : public Window {
 public:
     enum imagelist { normal = LVSIL_NORMAL, small_images = LVSIL_SMALL, state = LVSIL_STATE };

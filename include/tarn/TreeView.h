@@ -7,7 +7,7 @@ namespace tarn {
 /// A tree of items with pictures. Items are handles, valid until deleted; the platform does not notice the
 /// handle of a deleted item for sure. Texts are copied.
 ///
-/// For the platform's own operations that have no member here send the messages or use its macros.
+/// What the platform's control can do beyond the members here is done by its messages: sendMessageA().
 class TARN_API TreeView : public Window {
 public:
     enum imagelist { normal = TVSIL_NORMAL, state = TVSIL_STATE };
