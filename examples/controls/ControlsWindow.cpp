@@ -37,6 +37,8 @@ std::wstring daysOf(const Body& body)
     return text;
 }
 
+std::wstring nameInText(const std::wstring& name) { return name == L"Sun" ? L"the Sun" : name; }
+
 bool goesRound(const Body& body, const Body& centre)
 {
     return body.centre && std::wcscmp(body.centre, centre.name) == 0;
@@ -243,10 +245,10 @@ void ControlsWindow::showWidth()
 
 void ControlsWindow::describe(const Body& body)
 {
-    std::wstring text = std::wstring(body.centre ? L"" : L"The ") + body.name + L" is " +
+    std::wstring text = (body.centre ? body.name : L"The Sun") + std::wstring(L" is ") +
                         withSeparators(body.diameterKm) + L" km across";
     if (body.centre)
-        text += L" and takes " + daysOf(body) + L" days to go once round " + body.centre;
+        text += L" and takes " + daysOf(body) + L" days to go once round " + nameInText(body.centre);
     note_.setText((text + L".\r\n").c_str());
 }
 
