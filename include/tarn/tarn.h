@@ -10,6 +10,7 @@
 #include <tarn/BitField.h>
 #include <tarn/Bitmap.h>
 #include <tarn/Brush.h>
+#include <tarn/Button.h>
 #include <tarn/COMIdentifiers.h>
 #include <tarn/COMInterfacePointer.h>
 #include <tarn/COMModule.h>
@@ -18,12 +19,14 @@
 #include <tarn/CharTraits.h>
 #include <tarn/ClassSource.h>
 #include <tarn/Cloneable.h>
+#include <tarn/ComboBox.h>
 #include <tarn/ConstString.h>
 #include <tarn/Cursor.h>
 #include <tarn/DeHam48.h>
 #include <tarn/Debug.h>
 #include <tarn/DeviceContext.h>
 #include <tarn/Driver.h>
+#include <tarn/EditControl.h>
 #include <tarn/Event.h>
 #include <tarn/Exception.h>
 #include <tarn/Factory.h>
@@ -36,6 +39,9 @@
 #include <tarn/IUnknownImpl.h>
 #include <tarn/Icon.h>
 #include <tarn/IniString.h>
+#include <tarn/ImageList.h>
+#include <tarn/ListBox.h>
+#include <tarn/ListView.h>
 #include <tarn/LocalMemory.h>
 #include <tarn/Lock.h>
 #include <tarn/LowLevelIOStream.h>
@@ -49,6 +55,8 @@
 #include <tarn/Pipe.h>
 #include <tarn/Point.h>
 #include <tarn/Process.h>
+#include <tarn/ProgressBar.h>
+#include <tarn/RadioButtonGroup.h>
 #include <tarn/Rect.h>
 #include <tarn/RegistryKey.h>
 #include <tarn/RegistryValue.h>
@@ -57,6 +65,7 @@
 #include <tarn/Serializable.h>
 #include <tarn/Service.h>
 #include <tarn/ShellExtension.h>
+#include <tarn/ScrollBar.h>
 #include <tarn/Size.h>
 #include <tarn/StdIOStream.h>
 #include <tarn/Stream.h>
@@ -67,6 +76,7 @@
 #include <tarn/Time.h>
 #include <tarn/TimeText.h>
 #include <tarn/TimeZone.h>
+#include <tarn/TrackBar.h>
 #include <tarn/TreeView.h>
 #include <tarn/Variant.h>
 #include <tarn/VersionInfo.h>
