@@ -38,8 +38,8 @@
 #include <tarn/I2CBus.h>
 #include <tarn/IUnknownImpl.h>
 #include <tarn/Icon.h>
-#include <tarn/IniString.h>
 #include <tarn/ImageList.h>
+#include <tarn/IniString.h>
 #include <tarn/ListBox.h>
 #include <tarn/ListView.h>
 #include <tarn/LocalMemory.h>
@@ -62,10 +62,10 @@
 #include <tarn/RegistryValue.h>
 #include <tarn/SETranslator.h>
 #include <tarn/SafeArray.h>
+#include <tarn/ScrollBar.h>
 #include <tarn/Serializable.h>
 #include <tarn/Service.h>
 #include <tarn/ShellExtension.h>
-#include <tarn/ScrollBar.h>
 #include <tarn/Size.h>
 #include <tarn/StdIOStream.h>
 #include <tarn/Stream.h>
