@@ -43,7 +43,9 @@ unsigned drawingObjects()
 unsigned userObjects()
 {
     return counted(GR_USEROBJECTS, 2, [](ULONG_PTR handle) {
-        return IsWindow(reinterpret_cast<HWND>(handle)) || IsMenu(reinterpret_cast<HMENU>(handle));
+        DWORD process = 0; // Windows of other programs answer, too.
+        GetWindowThreadProcessId(reinterpret_cast<HWND>(handle), &process);
+        return process == GetCurrentProcessId() || IsMenu(reinterpret_cast<HMENU>(handle));
     });
 }
 } // namespace support
