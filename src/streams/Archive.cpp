@@ -11,7 +11,12 @@ constexpr unsigned int singleKey = 0;
 } // namespace
 
 Archive::Archive(InputStream& input, OutputStream& output) : input_(input), output_(output) {}
-Archive::Archive(const Archive&) = default;
+Archive::Archive(const Archive& other)
+    : InputStream(other), OutputStream(other), input_(other.input_), output_(other.output_),
+      writtenKeys_(other.writtenKeys_), singleKeys_(other.singleKeys_), sharedObjects_(other.sharedObjects_),
+      strayObjects_(other.strayObjects_), keys_(other.keys_) // It begins on the outside, wherever it is made.
+{
+}
 Archive::~Archive() = default;
 
 unsigned int Archive::read(void* buffer, unsigned int size) { return input_.read(buffer, size); }
@@ -29,12 +34,14 @@ void Archive::writeObject(const Serializable* object, unsigned long key)
 {
     const auto word = static_cast<unsigned int>(key);
     OutputStream& out = *this;
-    // The key is known before the data are written, so that a circle leads to a reference.
-    if (word != singleKey && !writtenKeys_.insert(word).second) {
+    if (word != singleKey && writtenKeys_.contains(word)) {
         out << word;
         return;
     }
     const NestingLevel level(depth_);
+    // The key is known before the data are written, so that a circle leads to a reference.
+    if (word != singleKey)
+        writtenKeys_.insert(word);
     out << objectCookie << word << ClassName(typeid(*object)).text();
     object->serialize(*this);
 }

@@ -3,6 +3,8 @@
 #include "../foundation/Check.h"
 #include "ServiceApi.h"
 
+#include <utility>
+
 namespace tarn {
 static_assert(sizeof(ServiceManager) == sizeof(SC_HANDLE) && sizeof(Service) == sizeof(SC_HANDLE));
 
@@ -25,9 +27,9 @@ template <class Ch> void startWith(SC_HANDLE service, const Ch** arguments, unsi
 
 void ServiceHandle::close()
 {
-    if (isOpen())
-        ensure(CloseServiceHandle(handle_), "Can't close service handle");
-    handle_ = nullptr;
+    // Given up also when closing fails, so that the destructor does not fail a second time over it.
+    if (SC_HANDLE const handle = std::exchange(handle_, nullptr))
+        ensure(CloseServiceHandle(handle), "Can't close service handle");
 }
 
 void ServiceManager::open(const char* machine, unsigned long access)

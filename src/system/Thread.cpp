@@ -23,10 +23,11 @@ void Thread::start(bool suspended)
     const AutoLock lock(mutex_);
     close();
     // Set before there is a thread: a short run() may have cleared it when CreateThread returns.
+    const bool before = running_;
     running_ = true;
     void* const thread = CreateThread(nullptr, 0, &Thread::proc, this, suspended ? CREATE_SUSPENDED : 0, &id_);
     if (!thread) {
-        running_ = false;
+        running_ = before;
         throwLastError("Can't create thread");
     }
     attach(thread);
