@@ -3,10 +3,15 @@
 // All of the library.
 
 #include <tarn/Array.h>
+#include <tarn/Atom.h>
+#include <tarn/BStr.h>
 #include <tarn/BasicString.h>
 #include <tarn/Bitmap.h>
 #include <tarn/Brush.h>
 #include <tarn/COMIdentifiers.h>
+#include <tarn/COMInterfacePointer.h>
+#include <tarn/COMModule.h>
+#include <tarn/COMServer.h>
 #include <tarn/CharTraits.h>
 #include <tarn/ConstString.h>
 #include <tarn/Cursor.h>
@@ -14,8 +19,11 @@
 #include <tarn/DeviceContext.h>
 #include <tarn/Event.h>
 #include <tarn/Exception.h>
+#include <tarn/Factory.h>
 #include <tarn/Font.h>
 #include <tarn/GDIHandle.h>
+#include <tarn/GUID.h>
+#include <tarn/IUnknownImpl.h>
 #include <tarn/Icon.h>
 #include <tarn/LocalMemory.h>
 #include <tarn/Lock.h>
@@ -27,10 +35,15 @@
 #include <tarn/Pen.h>
 #include <tarn/Point.h>
 #include <tarn/Rect.h>
+#include <tarn/RegistryKey.h>
+#include <tarn/RegistryValue.h>
 #include <tarn/SETranslator.h>
+#include <tarn/SafeArray.h>
+#include <tarn/ShellExtension.h>
 #include <tarn/Size.h>
 #include <tarn/StringHelper.h>
 #include <tarn/TreeView.h>
+#include <tarn/Variant.h>
 #include <tarn/VersionInfo.h>
 #include <tarn/Window.h>
 #include <tarn/WindowClass.h>

@@ -1,0 +1,121 @@
+// Registers the server beside this program for the current user, lets the system find and create its
+// class, calls the object by names, as a script does, and unregisters the server.
+
+#include "Greeter.h"
+
+#include <tarn/COMInterfacePointer.h>
+#include <tarn/GUID.h>
+#include <tarn/RegistryKey.h>
+#include <tarn/Variant.h>
+#include <tarn/WindowsModule.h>
+
+#include <oaidl.h>
+
+#include <initializer_list>
+#include <iostream>
+
+namespace {
+class COMSession {
+public:
+    COMSession()
+    {
+        tarn::HRESULTHolder::throwOnError(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), "Can't start COM");
+    }
+    COMSession(const COMSession&) = delete;
+    COMSession& operator=(const COMSession&) = delete;
+    ~COMSession() { CoUninitialize(); }
+};
+
+/// The server's entry in the registry, while this object lives: for the current user or, on systems that
+/// do not look for classes there, for all users.
+class Registration {
+public:
+    explicit Registration(const wchar_t* dll) : server_(dll, true)
+    {
+        install(true);
+        if (isVisible())
+            return;
+        install(false);
+        scope_ = L"";
+        install(true);
+    }
+    Registration(const Registration&) = delete;
+    Registration& operator=(const Registration&) = delete;
+    ~Registration()
+    {
+        try {
+            install(false);
+        } catch (const std::exception& e) {
+            std::cerr << "The server is still registered: " << e.what() << '\n';
+        }
+    }
+
+    static bool isVisible()
+    {
+        return tarn::RegistryKey::existsKey(HKEY_CLASSES_ROOT, (L"CLSID\\" + tarn::toWString(CLSID_Greeter)).c_str());
+    }
+    const char* audience() const { return *scope_ ? "the current user" : "all users"; }
+
+private:
+    void install(bool on)
+    {
+        using Install = HRESULT(STDAPICALLTYPE*)(BOOL, LPCWSTR);
+        const auto dllInstall =
+            reinterpret_cast<Install>(reinterpret_cast<void*>(server_.getProcAddress("DllInstall", false)));
+        tarn::HRESULTHolder::throwOnError(dllInstall(on, scope_), on ? "Can't register" : "Can't unregister");
+    }
+
+    tarn::WindowsModule server_;
+    const wchar_t* scope_ = L"user";
+};
+
+tarn::Variant call(IDispatch& object, const wchar_t* member, WORD how,
+                   std::initializer_list<tarn::Variant> arguments = {})
+{
+    auto* name = const_cast<wchar_t*>(member);
+    DISPID id = 0;
+    tarn::HRESULTHolder::throwOnError(object.GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id),
+                                      "No such member");
+    DISPID assigned = DISPID_PROPERTYPUT;
+    DISPPARAMS parameters = {const_cast<tarn::Variant*>(arguments.begin()), nullptr,
+                             static_cast<UINT>(arguments.size()), 0};
+    if (how == DISPATCH_PROPERTYPUT) {
+        parameters.rgdispidNamedArgs = &assigned;
+        parameters.cNamedArgs = 1;
+    }
+    tarn::Variant result;
+    tarn::HRESULTHolder::throwOnError(
+        object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, how, &parameters, result.put(), nullptr, nullptr),
+        "Call failed");
+    return result;
+}
+
+void useGreeter()
+{
+    const auto greeter =
+        tarn::COMInterfacePointer<IDispatch>::create(tarn::toGUID(greeterProgID), CLSCTX_INPROC_SERVER);
+    std::cout << call(*greeter, L"greet", DISPATCH_METHOD).toAString() << '\n';
+    call(*greeter, L"name", DISPATCH_PROPERTYPUT, {L"COM"});
+    std::cout << call(*greeter, L"greet", DISPATCH_METHOD).toAString() << '\n';
+    std::cout << "Greetings so far: " << call(*greeter, L"greetings", DISPATCH_PROPERTYGET).toLong() << '\n';
+}
+} // namespace
+
+int main()
+{
+    try {
+        const COMSession com;
+        const auto folder = tarn::WindowsModule(static_cast<HINSTANCE>(nullptr)).getFilenameW().getDirectory();
+        {
+            const Registration registration((folder + L"\\com-server.dll").c_str());
+            std::cout << "Registered for " << registration.audience() << " as " << tarn::toAString(CLSID_Greeter, true)
+                      << '\n';
+            useGreeter();
+        }
+        std::cout << (Registration::isVisible() ? "Still registered\n" : "Unregistered\n");
+    } catch (const std::exception& e) {
+        std::cerr << e.what() << '\n';
+        return 1;
+    }
+    return 0;
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <tarn/BasicString.h>
+#include <tarn/Export.h>
+#include <tarn/Windows.h>
+
+namespace tarn {
+/// Orders identifiers as their 16 bytes lie in memory, each unsigned, so that they can be the keys of a
+/// map. (Equality comes with the platform's headers.)
+TARN_API bool operator<(const GUID& a, const GUID& b);
+
+/// The text form "{00000000-0000-0000-C000-000000000046}", digits in upper case.
+TARN_API BasicString<wchar_t> toWString(const GUID& guid);
+/// The same in the build's character type, which is the wide one.
+TARN_API BasicString<wchar_t> toString(const GUID& guid);
+/// The text form, or with `lookUpName` the name of the interface, class or media format that the
+/// identifier stands for ("IID_IUnknown", "CLSID_...", "FOURCC "YUY2""); the text form again when nothing
+/// names it. Names come from the installed list of names (see COMIdentifiers.h) and from the registry.
+/// Throws COMError when that list has a malformed identifier.
+TARN_API BasicString<char> toAString(const GUID& guid, bool lookUpName = false);
+
+/// The identifier that a text stands for: with braces and hyphens, or the name of a registered class
+/// ("Scripting.Dictionary"). Null and "" are the null identifier.
+/// Throws COMError "Can't convert "TEXT" to a GUID".
+TARN_API GUID toGUID(const char* text);
+TARN_API GUID toGUID(const wchar_t* text);
+} // namespace tarn
+
+// A map's std::less<GUID> looks only where GUID itself is declared.
+using tarn::operator<;

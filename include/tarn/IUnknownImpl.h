@@ -1,0 +1,103 @@
+#pragma once
+
+#include <tarn/COMInterfacePointer.h>
+#include <tarn/Export.h>
+#include <tarn/Windows.h>
+
+#include <exception>
+#include <type_traits>
+
+namespace tarn {
+/// The base of every COM object that a program or DLL serves: counts references, answers for its
+/// interfaces and knows the object that aggregates it, if any.
+///
+/// Derive from the interfaces first and from IUnknownImpl last, override queryInterface, and put
+/// TARN_IUNKNOWN_METHODS into the public part:
+///
+///     class Clock : public IClock, public tarn::IUnknownImpl {
+///     public:
+///         explicit Clock(IUnknown* outer) : IUnknownImpl(outer) {}
+///         TARN_IUNKNOWN_METHODS
+///         HRESULT STDMETHODCALLTYPE getTime(long* ms) override;
+///     protected:
+///         void* queryInterface(const GUID& iid) override
+///         {
+///             return iid == __uuidof(IClock) ? static_cast<IClock*>(this) : IUnknownImpl::queryInterface(iid);
+///         }
+///     };
+///
+/// An object is born with the count 0, gets its first reference from the query that hands it out and
+/// destroys itself when the last one is released: create it with `new` and delete it only if it was
+/// never handed out. Any thread may take and release references.
+class TARN_API IUnknownImpl {
+public:
+    // Laid out as an IUnknown: these three make the object its own non-delegating unknown.
+
+    /// Without the interface `E_NOINTERFACE`, and `*object` stays as it was: clear it first if you look
+    /// at it after a failure. Exceptions of queryInterface become the result.
+    virtual HRESULT STDMETHODCALLTYPE internalQueryInterface(const GUID& iid, void** object);
+    virtual unsigned long STDMETHODCALLTYPE internalAddRef();
+    virtual unsigned long STDMETHODCALLTYPE internalRelease();
+
+protected:
+    /// The pointer to the interface `iid`, or null; adds no reference. Check your own interfaces, then ask
+    /// the base. A pointer that is returned must belong to this object.
+    virtual void* queryInterface(const GUID& iid);
+
+public:
+    virtual ~IUnknownImpl();
+
+    /// The objects alive that derive from this class, in all programs and DLLs of the process that use
+    /// this library: while there are any, none of its servers lets itself be unloaded.
+    static unsigned getInstanceCount();
+
+    IUnknown& getUnknown(); ///< The aggregating object, else this one.
+    COMInterfacePointer<IUnknown> getOuter() const;
+
+protected:
+    /// `outer` is borrowed: the aggregating object outlives this one.
+    explicit IUnknownImpl(IUnknown* outer);
+    /// Copies the reference count too and does not count the copy as alive, though its destructor counts
+    /// it out. Where you want copies, write a copy constructor that calls IUnknownImpl(outer) instead.
+    IUnknownImpl(const IUnknownImpl&);
+    IUnknownImpl& operator=(const IUnknownImpl&);
+
+private:
+    static long objects_;
+
+    IUnknown* outer_;
+    long refCount_;
+};
+
+#ifdef __i386__
+static_assert(sizeof(IUnknownImpl) == 12);
+#endif
+
+/// Runs the body of a COM method, which returns an HRESULT or nothing (`S_OK`), and turns exceptions into
+/// the result: the HRESULT that they carry, `E_OUTOFMEMORY`, or `E_FAIL`.
+template <class Call> HRESULT asHRESULT(Call call) noexcept
+{
+    try {
+        if constexpr (std::is_void_v<decltype(call())>) {
+            call();
+            return S_OK;
+        } else {
+            return call();
+        }
+    } catch (const std::exception& e) {
+        return HRESULTHolder::getHRESULTFromException(e);
+    } catch (...) {
+        return E_FAIL;
+    }
+}
+} // namespace tarn
+
+/// The three methods that every COM interface begins with, for a class derived from interfaces and from
+/// IUnknownImpl: they go to the aggregating object if there is one.
+#define TARN_IUNKNOWN_METHODS                                                                                          \
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override                                       \
+    {                                                                                                                  \
+        return getUnknown().QueryInterface(iid, object);                                                               \
+    }                                                                                                                  \
+    ULONG STDMETHODCALLTYPE AddRef() override { return getUnknown().AddRef(); }                                        \
+    ULONG STDMETHODCALLTYPE Release() override { return getUnknown().Release(); }

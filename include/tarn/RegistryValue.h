@@ -1,0 +1,42 @@
+#pragma once
+
+#include <tarn/BasicString.h>
+#include <tarn/Export.h>
+#include <tarn/Windows.h>
+
+#include <list>
+#include <vector>
+
+namespace tarn {
+/// The data of one registry value with its type: what RegistryKey::getValue reads and setValue writes.
+///
+/// `Ch` is the width of the texts in it. Read with the width that the value is to be written with: the
+/// platform converts texts only between an entry point and the stored value.
+template <class Ch> class RegistryValue {
+public:
+    RegistryValue() = default;                             ///< `REG_NONE` without data.
+    TARN_API explicit RegistryValue(unsigned long number); ///< A `REG_DWORD`.
+    /// A text with its terminator; `type` may be `REG_EXPAND_SZ`.
+    TARN_API explicit RegistryValue(const Ch* text, unsigned long type = REG_SZ);
+    /// A `REG_MULTI_SZ`. An empty string among them ends the list for whoever reads it.
+    TARN_API explicit RegistryValue(const std::list<BasicString<Ch>>& strings);
+    TARN_API RegistryValue(const unsigned char* data, unsigned long sizeInBytes, unsigned long type);
+
+    unsigned long getType() const { return type_; }                                    ///< A `REG_...` code.
+    unsigned long getSize() const { return static_cast<unsigned long>(data_.size()); } ///< In bytes.
+    const unsigned char* getData() const { return data_.data(); }
+
+    /// As RegistryKey::getValue for a number, with its two std::runtime_errors.
+    TARN_API unsigned long getDWord() const;
+    /// As RegistryKey::getStringValue, with its error for a wrong type.
+    TARN_API BasicString<Ch> getString() const;
+    /// As RegistryKey::getValue for strings, with its error for a wrong type.
+    TARN_API std::list<BasicString<Ch>> getStrings() const;
+
+    bool operator==(const RegistryValue& other) const = default;
+
+private:
+    unsigned long type_ = REG_NONE;
+    std::vector<unsigned char> data_;
+};
+} // namespace tarn

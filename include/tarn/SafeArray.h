@@ -1,0 +1,156 @@
+#pragma once
+
+#include <tarn/Exception.h>
+#include <tarn/Export.h>
+#include <tarn/Windows.h>
+
+#include <objbase.h>
+#include <oleauto.h>
+
+#include <boost/noncopyable.hpp>
+
+#include <concepts>
+#include <initializer_list>
+#include <type_traits>
+#include <utility>
+
+namespace tarn {
+class Variant;
+
+/// Owns a SAFEARRAY, the array type of automation. Usable wherever a `SAFEARRAY*` is expected; copies are
+/// deep.
+///
+/// Single elements go through Variant, whatever their type; Access gives the bare elements of an array
+/// whose type you know. Indices run from the lower to the upper bound of their dimension, both included.
+/// Failures throw COMError, WindowsError (for an invalid argument) or BadAllocation.
+class TARN_API SafeArray {
+public:
+    template <class T> class Access;
+
+    SafeArray() noexcept = default;
+    /// One dimension. `type` is a `VT_...` code; elements begin as zero, null or empty.
+    /// Throws "Can't create safe array".
+    SafeArray(VARTYPE type, unsigned count, long lowerBound = 0);
+    /// Several dimensions, each with its number of elements and its lower bound, leftmost index first.
+    SafeArray(VARTYPE type, std::initializer_list<SAFEARRAYBOUND> bounds);
+    /// A copy of a plain array. Throws "Can't copy safe array".
+    explicit SafeArray(SAFEARRAY* array);
+    SafeArray(const SafeArray& other);
+    SafeArray(SafeArray&& other) noexcept : array_(other.detach()) {}
+    SafeArray& operator=(SafeArray other) noexcept
+    {
+        swap(other);
+        return *this;
+    }
+    /// Does not report that the array is locked and stays: release every Access first.
+    ~SafeArray();
+
+    operator SAFEARRAY*() const noexcept { return array_; } ///< Lent, not given.
+    SAFEARRAY* get() const noexcept { return array_; }
+
+    VARTYPE getType() const; ///< Throws "Can't get type of safe array".
+    unsigned getDimensionCount() const noexcept { return array_ ? SafeArrayGetDim(array_) : 0; }
+    /// Dimensions count from 1, leftmost index first. Throw "Can't get bounds of safe array".
+    long getLowerBound(unsigned dimension = 1) const;
+    long getUpperBound(unsigned dimension = 1) const; ///< One less than the lower bound when it is empty.
+    unsigned getSize() const;                         ///< The number of elements of all dimensions.
+
+    /// Throw "Can't get element of safe array", "Can't set element of safe array", with
+    /// `DISP_E_BADINDEX` outside of the bounds; set converts the value to the array's type first.
+    Variant getElement(long index) const;
+    Variant getElement(std::initializer_list<long> indices) const;
+    void setElement(long index, const VARIANT& value);
+    void setElement(std::initializer_list<long> indices, const VARIANT& value);
+
+    /// Changes the number of elements of the rightmost dimension. Throws "Can't resize safe array", with
+    /// `DISP_E_ARRAYISLOCKED` while an Access is alive.
+    void resize(unsigned count);
+
+    void attach(SAFEARRAY* array); ///< Takes ownership. Throws "Can't destroy safe array".
+    SAFEARRAY* detach() noexcept { return std::exchange(array_, nullptr); } ///< The caller destroys it.
+    /// Destroys what it holds; the address is for calls that hand out an array.
+    SAFEARRAY** put();
+    void swap(SafeArray& other) noexcept { std::swap(array_, other.array_); }
+
+private:
+    SAFEARRAY* array_ = nullptr;
+};
+
+namespace detail {
+/// Whether elements of the type lie in memory as T.
+template <class T> constexpr bool isElementType(VARTYPE type)
+{
+    switch (type) {
+    case VT_I1:
+        return std::same_as<T, char> || std::same_as<T, signed char>;
+    case VT_UI1:
+        return std::same_as<T, unsigned char>;
+    case VT_I2:
+    case VT_BOOL:
+        return std::same_as<T, short>;
+    case VT_UI2:
+        return std::same_as<T, unsigned short>;
+    case VT_I4:
+    case VT_INT:
+    case VT_ERROR:
+        return std::same_as<T, long> || std::same_as<T, int>;
+    case VT_UI4:
+    case VT_UINT:
+        return std::same_as<T, unsigned long> || std::same_as<T, unsigned int>;
+    case VT_I8:
+        return std::same_as<T, long long>;
+    case VT_UI8:
+        return std::same_as<T, unsigned long long>;
+    case VT_R4:
+        return std::same_as<T, float>;
+    case VT_R8:
+    case VT_DATE:
+        return std::same_as<T, double>;
+    case VT_CY:
+        return std::same_as<T, CY>;
+    case VT_BSTR:
+        return std::same_as<T, BSTR>;
+    case VT_VARIANT:
+        return std::same_as<T, VARIANT>;
+    case VT_UNKNOWN:
+        return std::same_as<T, IUnknown*>;
+    case VT_DISPATCH:
+        return std::same_as<T, IDispatch*>;
+    default:
+        return false;
+    }
+}
+} // namespace detail
+
+/// The elements of a safe array in place, of all dimensions (the leftmost index runs fastest), while this
+/// object lives; meanwhile the array can be neither resized nor destroyed.
+///
+///     for (double& x : tarn::SafeArray::Access<double>(samples))
+///         x *= 2;
+template <class T> class SafeArray::Access : private boost::noncopyable {
+public:
+    /// Throws "Can't access safe array", with `DISP_E_TYPEMISMATCH` when the elements are no T.
+    explicit Access(const SafeArray& array) : array_(array)
+    {
+        constexpr const char* failure = "Can't access safe array";
+        if (!detail::isElementType<T>(array.getType()))
+            HRESULTHolder::throwOnError(DISP_E_TYPEMISMATCH, failure);
+        size_ = array.getSize();
+        void* data = nullptr;
+        HRESULTHolder::throwOnError(SafeArrayAccessData(array_, &data), failure);
+        data_ = static_cast<T*>(data);
+    }
+    ~Access() { SafeArrayUnaccessData(array_); }
+
+    T* data() const noexcept { return data_; }
+    unsigned size() const noexcept { return size_; }
+    T* begin() const noexcept { return data_; }
+    T* end() const noexcept { return data_ + size_; }
+    T& operator[](unsigned i) const noexcept { return data_[i]; } ///< From 0, whatever the bounds.
+
+private:
+    SAFEARRAY* array_;
+    T* data_ = nullptr;
+    unsigned size_ = 0;
+};
+} // namespace tarn

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <tarn/BStr.h>
+#include <tarn/BasicString.h>
+#include <tarn/COMInterfacePointer.h>
+#include <tarn/Export.h>
+#include <tarn/SafeArray.h>
+#include <tarn/Windows.h>
+
+#include <concepts>
+
+namespace tarn {
+/// A VARIANT, the any-value of automation, that owns what it holds and converts between types. It is a
+/// VARIANT, so it can be passed wherever one or a pointer to one is expected; copies are deep.
+///
+/// Conversions follow the user's locale, as automation does ("1,5" is a number in German). Failures throw
+/// COMError (`DISP_E_TYPEMISMATCH`, `DISP_E_OVERFLOW`, ...), WindowsError (for an invalid argument) or
+/// BadAllocation.
+class TARN_API Variant : public VARIANT {
+public:
+    Variant() noexcept { VariantInit(this); } ///< `VT_EMPTY`.
+    Variant(const VARIANT& value);            ///< A copy. Throws "Can't copy variant".
+    Variant(const Variant& other) : Variant(static_cast<const VARIANT&>(other)) {}
+    Variant(Variant&& other) noexcept : VARIANT(other.detach()) {}
+    Variant& operator=(Variant other) noexcept
+    {
+        swap(other);
+        return *this;
+    }
+    /// Does not report that a locked array stays.
+    ~Variant() { VariantClear(this); }
+
+    template <std::same_as<bool> Bool> Variant(Bool value) noexcept : Variant() { setBool(value); }
+    Variant(unsigned char value) noexcept;
+    Variant(short value) noexcept;
+    Variant(int value) noexcept : Variant(static_cast<long>(value)) {}
+    Variant(long value) noexcept;
+    Variant(unsigned int value) noexcept : Variant(static_cast<unsigned long>(value)) {}
+    Variant(unsigned long value) noexcept;
+    Variant(long long value) noexcept;
+    Variant(unsigned long long value) noexcept;
+    Variant(float value) noexcept;
+    Variant(double value) noexcept;
+    Variant(const wchar_t* text) : Variant(BStr(text)) {}
+    Variant(const char* text) : Variant(BStr(text)) {}
+    Variant(const BasicString<wchar_t>& text) : Variant(BStr(text)) {}
+    Variant(const BasicString<char>& text) : Variant(BStr(text)) {}
+    Variant(BStr text) noexcept;
+    Variant(IUnknown* object) noexcept; ///< Adds a reference of its own.
+    Variant(IDispatch* object) noexcept;
+    Variant(SafeArray array);
+
+    static Variant null() noexcept;            ///< `VT_NULL`.
+    static Variant missing() noexcept;         ///< Stands for an optional argument that is not given.
+    static Variant error(HRESULT hr) noexcept; ///< `VT_ERROR`.
+    static Variant date(double days) noexcept; ///< Days since 1899-12-30, local time.
+
+    VARTYPE getType() const noexcept { return vt; }
+    bool isEmpty() const noexcept { return vt == VT_EMPTY; }
+    bool isNull() const noexcept { return vt == VT_NULL; }
+    bool isArray() const noexcept { return (vt & VT_ARRAY) != 0; }
+
+    /// The value as another type. Throws "Can't convert variant".
+    Variant convertedTo(VARTYPE type, LCID locale = LOCALE_USER_DEFAULT) const;
+    bool toBool() const;
+    long toLong() const;
+    long long toLongLong() const;
+    double toDouble() const;
+    BasicString<wchar_t> toString() const;
+    BasicString<char> toAString() const; ///< In the system's ANSI code page.
+    COMInterfacePointer<IUnknown> toUnknown() const;
+    COMInterfacePointer<IDispatch> toDispatch() const;
+    SafeArray toSafeArray() const; ///< A copy of the array, which has to be one already.
+
+    void clear();                      ///< Frees the value. Throws "Can't clear variant".
+    void attach(const VARIANT& value); ///< Takes the value over as it lies: `value` is not yours any more.
+    VARIANT detach() noexcept;         ///< The caller clears the result.
+    /// Frees the value; the address is for calls that hand out a variant.
+    VARIANT* put();
+    void swap(Variant& other) noexcept;
+
+private:
+    void setBool(bool value) noexcept;
+};
+static_assert(sizeof(Variant) == sizeof(VARIANT));
+} // namespace tarn

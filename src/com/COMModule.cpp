@@ -1,0 +1,145 @@
+#include <tarn/COMModule.h>
+
+#include <algorithm>
+#include <atomic>
+#include <memory>
+#include <utility>
+
+namespace tarn {
+namespace {
+std::atomic<COMModule*> firstModule;
+
+// Locks the module that made it, which matters where several servers share a process.
+class ModuleFactory final : public Factory {
+public:
+    ModuleFactory(Creator creator, COMModule& module) : Factory(creator), module_(&module) {}
+
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override
+    {
+        return asHRESULT([&] { module_->lock(lock != FALSE); });
+    }
+
+private:
+    COMModule* module_;
+};
+
+// Handles waiting messages, at most `timeoutMs` later; false on WM_QUIT.
+bool dispatchMessages(DWORD timeoutMs)
+{
+    MsgWaitForMultipleObjectsEx(0, nullptr, timeoutMs, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        if (message.message == WM_QUIT)
+            return false;
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+    return true;
+}
+} // namespace
+
+COMModule::COMModule(HINSTANCE instance, std::initializer_list<Class> classes) : instance_(instance), classes_(classes)
+{
+    COMModule* none = nullptr;
+    firstModule.compare_exchange_strong(none, this);
+}
+
+COMModule::~COMModule()
+{
+    try {
+        revokeClassFactories();
+    } catch (...) { // COM has ended before the module, say, and taken the class objects with it.
+    }
+    COMModule* self = this;
+    firstModule.compare_exchange_strong(self, nullptr);
+}
+
+COMModule& COMModule::getModule()
+{
+    static COMModule withoutClasses;
+    COMModule* const module = firstModule;
+    return module ? *module : withoutClasses;
+}
+
+HRESULT COMModule::createClassFactory(const GUID& clsid, const GUID& iid, void** object) noexcept
+{
+    if (!object)
+        return E_POINTER;
+    *object = nullptr;
+    return asHRESULT([&] {
+        const auto found = std::ranges::find_if(classes_, [&](const Class& c) { return c.clsid == clsid; });
+        if (found == classes_.end())
+            return CLASS_E_CLASSNOTAVAILABLE;
+        auto factory = std::make_unique<ModuleFactory>(found->creator, *this);
+        const HRESULT hr = factory->internalQueryInterface(iid, object);
+        if (SUCCEEDED(hr))
+            factory.release(); // The reference handed out owns it now.
+        return hr;
+    });
+}
+
+void COMModule::lock(bool lock)
+{
+    if (lock)
+        InterlockedIncrement(&lockCount_);
+    else if (lockCount_ == 0)
+        throw COMError(static_cast<unsigned long>(E_UNEXPECTED));
+    else
+        InterlockedDecrement(&lockCount_);
+}
+
+HRESULT COMModule::canUnloadNow() const
+{
+    return IUnknownImpl::getInstanceCount() != 0 || lockCount_ > 0 ? S_FALSE : S_OK;
+}
+
+bool COMModule::isIdle() const { return IUnknownImpl::getInstanceCount() <= registrations_.size() && lockCount_ == 0; }
+
+void COMModule::registerClassFactories(unsigned long context, unsigned long flags)
+{
+    revokeClassFactories();
+    registrations_.reserve(classes_.size());
+    try {
+        for (const Class& c : classes_) {
+            const COMInterfacePointer<IUnknown> factory(&(new ModuleFactory(c.creator, *this))->getUnknown());
+            DWORD registration = 0;
+            HRESULTHolder::throwOnError(CoRegisterClassObject(c.clsid, factory, context, flags, &registration),
+                                        "Can't register class object");
+            registrations_.push_back(registration);
+        }
+    } catch (...) {
+        for (const unsigned long registration : std::exchange(registrations_, {}))
+            CoRevokeClassObject(registration);
+        throw;
+    }
+}
+
+void COMModule::revokeClassFactories()
+{
+    HRESULT failure = S_OK;
+    for (const unsigned long registration : std::exchange(registrations_, {})) {
+        const HRESULT hr = CoRevokeClassObject(registration);
+        if (FAILED(hr))
+            failure = hr;
+    }
+    HRESULTHolder::throwOnError(failure, "Can't revoke class object");
+}
+
+void COMModule::serve(unsigned idleMs)
+{
+    registerClassFactories();
+    constexpr DWORD longestWaitMs = 250; // Objects may come and go on other threads, without a message.
+    ULONGLONG idleSince = GetTickCount64();
+    while (dispatchMessages(std::min<DWORD>(idleMs, longestWaitMs))) {
+        if (!isIdle()) {
+            idleSince = GetTickCount64();
+        } else if (GetTickCount64() - idleSince >= idleMs) {
+            CoSuspendClassObjects(); // From here on a new client starts a server of its own.
+            if (isIdle())
+                break;
+            CoResumeClassObjects();
+        }
+    }
+    revokeClassFactories();
+}
+} // namespace tarn

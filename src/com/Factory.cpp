@@ -1,0 +1,49 @@
+#include <tarn/Factory.h>
+
+#include <tarn/COMModule.h>
+
+#include <memory>
+
+namespace tarn {
+namespace {
+// COM passes identifiers by pointer, so the reference may well be null; the compiler takes it for granted
+// that it is not and must not see the comparison.
+bool isNull(const GUID& guid)
+{
+    const GUID* address = &guid;
+    asm("" : "+r"(address));
+    return !address;
+}
+} // namespace
+
+Factory::Factory(const Factory&) = default;
+Factory& Factory::operator=(const Factory&) = default;
+Factory::~Factory() = default;
+
+HRESULT Factory::CreateInstance(IUnknown* outer, REFIID iid, void** object)
+{
+    if (isNull(iid) || !object)
+        return E_POINTER;
+    return asHRESULT([&] {
+        std::unique_ptr<IUnknownImpl> created(creator_(outer));
+        if (!created)
+            throw BadAllocation();
+        const HRESULT hr = created->getUnknown().QueryInterface(iid, object);
+        if (SUCCEEDED(hr))
+            created.release(); // The references to it own it now.
+        return hr;
+    });
+}
+
+HRESULT Factory::LockServer(BOOL lock)
+{
+    return asHRESULT([&] { COMModule::getModule().lock(lock != FALSE); });
+}
+
+void* Factory::queryInterface(const GUID& iid)
+{
+    if (iid == IID_IClassFactory)
+        return static_cast<IClassFactory*>(this);
+    return IUnknownImpl::queryInterface(iid);
+}
+} // namespace tarn

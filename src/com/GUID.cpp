@@ -1,0 +1,35 @@
+#include <tarn/GUID.h>
+
+#include <tarn/Exception.h>
+
+#include "../foundation/Quoted.h"
+
+#include <objbase.h>
+
+#include <cstring>
+
+namespace tarn {
+bool operator<(const GUID& a, const GUID& b) { return std::memcmp(&a, &b, sizeof(GUID)) < 0; }
+
+BasicString<wchar_t> toWString(const GUID& guid)
+{
+    wchar_t text[39];
+    StringFromGUID2(guid, text, static_cast<int>(std::size(text)));
+    return BasicString<wchar_t>(static_cast<const wchar_t*>(text));
+}
+
+BasicString<wchar_t> toString(const GUID& guid) { return toWString(guid); }
+
+GUID toGUID(const wchar_t* text)
+{
+    GUID guid = {};
+    if (!text || !*text)
+        return guid;
+    const HRESULT hr = CLSIDFromString(text, &guid);
+    if (FAILED(hr))
+        HRESULTHolder::throwOnError(hr, ("Can't convert " + quoted(text) + " to a GUID").c_str());
+    return guid;
+}
+
+GUID toGUID(const char* text) { return toGUID(BasicString<wchar_t>(text).c_str()); }
+} // namespace tarn

@@ -1,0 +1,175 @@
+#include <tarn/Variant.h>
+
+#include <tarn/Exception.h>
+
+#include <utility>
+
+namespace tarn {
+Variant::Variant(const VARIANT& value) : Variant()
+{
+    HRESULTHolder::throwOnError(VariantCopy(this, const_cast<VARIANT*>(&value)), "Can't copy variant");
+}
+
+Variant::Variant(unsigned char value) noexcept : Variant()
+{
+    vt = VT_UI1;
+    bVal = value;
+}
+
+Variant::Variant(short value) noexcept : Variant()
+{
+    vt = VT_I2;
+    iVal = value;
+}
+
+Variant::Variant(long value) noexcept : Variant()
+{
+    vt = VT_I4;
+    lVal = value;
+}
+
+Variant::Variant(unsigned long value) noexcept : Variant()
+{
+    vt = VT_UI4;
+    ulVal = value;
+}
+
+Variant::Variant(long long value) noexcept : Variant()
+{
+    vt = VT_I8;
+    llVal = value;
+}
+
+Variant::Variant(unsigned long long value) noexcept : Variant()
+{
+    vt = VT_UI8;
+    ullVal = value;
+}
+
+Variant::Variant(float value) noexcept : Variant()
+{
+    vt = VT_R4;
+    fltVal = value;
+}
+
+Variant::Variant(double value) noexcept : Variant()
+{
+    vt = VT_R8;
+    dblVal = value;
+}
+
+Variant::Variant(BStr text) noexcept : Variant()
+{
+    vt = VT_BSTR;
+    bstrVal = text.detach();
+}
+
+Variant::Variant(IUnknown* object) noexcept : Variant()
+{
+    vt = VT_UNKNOWN;
+    punkVal = COMInterfacePointer<IUnknown>(object).detach();
+}
+
+Variant::Variant(IDispatch* object) noexcept : Variant()
+{
+    vt = VT_DISPATCH;
+    pdispVal = COMInterfacePointer<IDispatch>(object).detach();
+}
+
+Variant::Variant(SafeArray array) : Variant()
+{
+    vt = static_cast<VARTYPE>(VT_ARRAY | array.getType());
+    parray = array.detach();
+}
+
+Variant Variant::null() noexcept
+{
+    Variant result;
+    result.vt = VT_NULL;
+    return result;
+}
+
+Variant Variant::missing() noexcept { return error(DISP_E_PARAMNOTFOUND); }
+
+Variant Variant::error(HRESULT hr) noexcept
+{
+    Variant result;
+    result.vt = VT_ERROR;
+    result.scode = hr;
+    return result;
+}
+
+Variant Variant::date(double days) noexcept
+{
+    Variant result(days);
+    result.vt = VT_DATE;
+    return result;
+}
+
+Variant Variant::convertedTo(VARTYPE type, LCID locale) const
+{
+    Variant result;
+    HRESULTHolder::throwOnError(
+        VariantChangeTypeEx(&result, const_cast<VARIANT*>(static_cast<const VARIANT*>(this)), locale, 0, type),
+        "Can't convert variant");
+    return result;
+}
+
+bool Variant::toBool() const { return convertedTo(VT_BOOL).boolVal != VARIANT_FALSE; }
+long Variant::toLong() const { return convertedTo(VT_I4).lVal; }
+long long Variant::toLongLong() const { return convertedTo(VT_I8).llVal; }
+double Variant::toDouble() const { return convertedTo(VT_R8).dblVal; }
+
+BasicString<wchar_t> Variant::toString() const
+{
+    BStr text;
+    text.attach(convertedTo(VT_BSTR).detach().bstrVal);
+    return text.toString();
+}
+
+BasicString<char> Variant::toAString() const
+{
+    BStr text;
+    text.attach(convertedTo(VT_BSTR).detach().bstrVal);
+    return text.toAString();
+}
+
+COMInterfacePointer<IUnknown> Variant::toUnknown() const { return convertedTo(VT_UNKNOWN).punkVal; }
+COMInterfacePointer<IDispatch> Variant::toDispatch() const { return convertedTo(VT_DISPATCH).pdispVal; }
+
+SafeArray Variant::toSafeArray() const
+{
+    if (!isArray())
+        HRESULTHolder::throwOnError(DISP_E_TYPEMISMATCH, "Can't convert variant");
+    return SafeArray(vt & VT_BYREF ? *pparray : parray);
+}
+
+void Variant::clear() { HRESULTHolder::throwOnError(VariantClear(this), "Can't clear variant"); }
+
+void Variant::attach(const VARIANT& value)
+{
+    clear();
+    static_cast<VARIANT&>(*this) = value;
+}
+
+VARIANT Variant::detach() noexcept
+{
+    const VARIANT value = *this;
+    vt = VT_EMPTY;
+    return value;
+}
+
+VARIANT* Variant::put()
+{
+    clear();
+    return this;
+}
+
+void Variant::swap(Variant& other) noexcept { std::swap<VARIANT>(*this, other); }
+
+void Variant::setBool(bool value) noexcept
+{
+    vt = VT_BOOL;
+    boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
+}
+} // namespace tarn

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <tarn/BasicString.h>
+#include <tarn/Windows.h>
+
+#include "../foundation/Check.h"
+#include "../foundation/Memory.h"
+#include "RegistryApi.h"
+
+#include <algorithm>
+#include <list>
+#include <vector>
+
+// What a value's bytes mean, whatever stored them: terminators may be missing, and the last byte of a
+// wide text may be half a character.
+
+namespace tarn {
+using ValueData = std::vector<BYTE>;
+
+/// Throw unless the value may be read as such.
+void checkDWordType(DWORD type);
+void checkDWordSize(std::size_t size);
+void checkStringType(DWORD type);
+void checkStringsType(DWORD type);
+
+/// Reads a value of any size. False when there is none. `checkType` may throw to refuse the type before
+/// the data is fetched.
+template <class Ch, class CheckType>
+bool readValue(HKEY key, const Ch* name, DWORD& type, ValueData& data, CheckType checkType)
+{
+    // The value may grow after its size was asked for; then the answer is "more data", and the size is
+    // asked for again.
+    for (;;) {
+        DWORD size = 0;
+        LSTATUS code = regQueryValue(key, name, &type, nullptr, &size);
+        if (code == ERROR_SUCCESS) {
+            checkType(type);
+            size = std::max<DWORD>(size, 1); // Without a buffer the call would tell the size again.
+            resizeOrThrow(data, size);
+            code = regQueryValue(key, name, &type, data.data(), &size);
+        }
+        if (code == ERROR_FILE_NOT_FOUND)
+            return false;
+        if (code == ERROR_MORE_DATA)
+            continue;
+        ensureCode(code);
+        checkType(type);
+        data.resize(size);
+        return true;
+    }
+}
+
+template <class Ch> BasicString<Ch> textOf(const ValueData& data)
+{
+    BasicString<Ch> text(data.size() / sizeof(Ch), Ch());
+    std::copy_n(data.begin(), text.size() * sizeof(Ch), reinterpret_cast<BYTE*>(text.data()));
+    return text;
+}
+
+template <class Ch> BasicString<Ch> stringOf(const ValueData& data)
+{
+    BasicString<Ch> text = textOf<Ch>(data);
+    text.resize(std::min(text.find(Ch()), text.size()));
+    return text;
+}
+
+template <class Ch> std::list<BasicString<Ch>> stringsOf(const ValueData& data)
+{
+    const BasicString<Ch> text = textOf<Ch>(data);
+    std::list<BasicString<Ch>> strings;
+    for (std::size_t start = 0; start < text.size();) {
+        const std::size_t end = std::min(text.find(Ch(), start), text.size());
+        if (end == start)
+            break;
+        strings.emplace_back(text.data() + start, end - start);
+        start = end + 1;
+    }
+    return strings;
+}
+
+template <class Ch> BasicString<Ch> joined(const std::list<BasicString<Ch>>& strings)
+{
+    BasicString<Ch> text;
+    for (const BasicString<Ch>& string : strings)
+        text.append(string.data(), string.size()).push_back(Ch());
+    text.push_back(Ch());
+    return text;
+}
+} // namespace tarn

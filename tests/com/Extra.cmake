@@ -1,0 +1,8 @@
+# A server of each kind for the system to find, load and start.
+add_library(com_test_inproc SHARED "${CMAKE_CURRENT_SOURCE_DIR}/com/servers/inproc.cpp")
+set_target_properties(com_test_inproc PROPERTIES PREFIX "")
+add_executable(com_test_local "${CMAKE_CURRENT_SOURCE_DIR}/com/servers/local.cpp")
+foreach(server com_test_inproc com_test_local)
+    target_link_libraries(${server} PRIVATE tarn::tarn tarn_warnings)
+    add_dependencies(${test} ${server})
+endforeach()

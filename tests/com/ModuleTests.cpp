@@ -1,0 +1,193 @@
+#include "Expect.h"
+#include "Persistent.h"
+
+#include <tarn/COMModule.h>
+#include <tarn/COMServer.h>
+#include <tarn/Event.h>
+#include <tarn/GUID.h>
+#include <tarn/RegistryKey.h>
+#include <tarn/WindowsModule.h>
+
+using support::CLSID_Persistent;
+using support::Persistent;
+using tarn::COMInterfacePointer;
+using tarn::COMModule;
+using tarn::RegistryKey;
+using Text = tarn::BasicString<wchar_t>;
+
+namespace {
+struct COMSession {
+    COMSession() { tarn::HRESULTHolder::throwOnError(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)); }
+    ~COMSession() { CoUninitialize(); }
+};
+
+const Text classPath = L"CLSID\\" + tarn::toWString(CLSID_Persistent);
+const Text userClassPath = L"Software\\Classes\\" + classPath;
+
+Text userText(const Text& path, const wchar_t* name = L"")
+{
+    return RegistryKey(HKEY_CURRENT_USER, path.c_str(), KEY_READ).getStringValue(name);
+}
+
+Text folder() { return tarn::WindowsModule(static_cast<HINSTANCE>(nullptr)).getFilenameW().getDirectory(); }
+
+COMModule::Class persistentClass(COMModule::ThreadingModel threading)
+{
+    return {CLSID_Persistent, &Persistent::create, L"Persistent test object", threading, support::persistentProgID};
+}
+
+// The module of a DLL; any that is loaded will do.
+HINSTANCE someDll() { return GetModuleHandleW(L"Tarn++U.dll"); }
+
+bool userHas(const Text& path) { return RegistryKey::existsKey(HKEY_CURRENT_USER, path.c_str()); }
+
+void run(const Text& commandLine)
+{
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process = {};
+    Text command = commandLine;
+    REQUIRE(CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process));
+    CloseHandle(process.hThread);
+    const tarn::WindowsHandle handle(process.hProcess);
+    REQUIRE(handle.wait(30000) == tarn::WindowsHandle::signaled);
+    DWORD code = 1;
+    GetExitCodeProcess(handle, &code);
+    REQUIRE(code == 0);
+}
+} // namespace
+
+TEST_CASE("COMModule: hands out factories for the classes of its table", "[com][module]")
+{
+    COMModule module(someDll(), {persistentClass(COMModule::both)});
+    CHECK(&COMModule::getModule() == &module);
+    COMInterfacePointer<IClassFactory> factory;
+    REQUIRE(module.createClassFactory(CLSID_Persistent, IID_IClassFactory, factory.putVoid()) == S_OK);
+    CHECK(factory->LockServer(TRUE) == S_OK);
+    CHECK(module.getLockCount() == 1);
+    CHECK(factory->LockServer(FALSE) == S_OK);
+    CHECK(factory->LockServer(FALSE) == E_UNEXPECTED);
+    factory.reset();
+    CHECK(module.canUnloadNow() == S_OK);
+
+    void* object = &module;
+    CHECK(module.createClassFactory(IID_IUnknown, IID_IClassFactory, &object) == CLASS_E_CLASSNOTAVAILABLE);
+    CHECK(object == nullptr);
+    object = &module;
+    CHECK(module.createClassFactory(CLSID_Persistent, IID_IPersist, &object) == E_NOINTERFACE);
+    CHECK(object == nullptr);
+    CHECK(module.createClassFactory(CLSID_Persistent, IID_IClassFactory, nullptr) == E_POINTER);
+    CHECK(module.canUnloadNow() == S_OK);
+}
+
+TEST_CASE("COMModule: registration writes its keys and unregistration removes just them", "[com][module]")
+{
+    const COMModule module(someDll(), {persistentClass(COMModule::both)});
+    const Text program = Text(L"Software\\Classes\\") + support::persistentProgID;
+    module.registerServer(COMModule::user);
+    CHECK(userText(userClassPath) == L"Persistent test object");
+    CHECK(userText(userClassPath + L"\\InprocServer32") == tarn::WindowsModule(someDll()).getFilenameW());
+    CHECK(userText(userClassPath + L"\\InprocServer32", L"ThreadingModel") == L"Both");
+    CHECK(userText(userClassPath + L"\\ProgID") == support::persistentProgID);
+    CHECK(userText(program) == L"Persistent test object");
+    CHECK(userText(program + L"\\CLSID") == tarn::toWString(CLSID_Persistent));
+
+    SECTION("nothing is left")
+    {
+        module.unregisterServer(COMModule::user);
+        CHECK_FALSE(userHas(userClassPath));
+        CHECK_FALSE(userHas(program));
+        CHECK_NOTHROW(module.unregisterServer(COMModule::user));
+    }
+    SECTION("what others put there stays")
+    {
+        RegistryKey(HKEY_CURRENT_USER, userClassPath.c_str(), KEY_WRITE).setValue(L"AppID", L"other");
+        RegistryKey(HKEY_CURRENT_USER, (program + L"\\CLSID").c_str(), KEY_WRITE).setValue(L"", L"{other}");
+        module.unregisterServer(COMModule::user);
+        CHECK(userText(userClassPath, L"AppID") == L"other");
+        CHECK_FALSE(userHas(userClassPath + L"\\InprocServer32"));
+        CHECK_FALSE(userHas(userClassPath + L"\\ProgID"));
+        CHECK(userText(program + L"\\CLSID") == L"{other}");
+        const RegistryKey classes(HKEY_CURRENT_USER, L"Software\\Classes", KEY_ALL_ACCESS);
+        classes.deleteKeyRecursive(classPath.c_str());
+        classes.deleteKeyRecursive(support::persistentProgID);
+    }
+    SECTION("a program's entry and a DLL's live side by side")
+    {
+        const COMModule local(GetModuleHandleW(nullptr), {persistentClass(COMModule::single)});
+        local.registerServer(COMModule::user);
+        CHECK(userText(userClassPath + L"\\LocalServer32").startsWith(L"\""));
+        module.unregisterServer(COMModule::user);
+        CHECK_FALSE(userHas(userClassPath + L"\\InprocServer32"));
+        CHECK(userText(program + L"\\CLSID") == tarn::toWString(CLSID_Persistent));
+        local.unregisterServer(COMModule::user);
+        CHECK_FALSE(userHas(userClassPath));
+        CHECK_FALSE(userHas(program));
+    }
+}
+
+TEST_CASE("COMModule: registered class factories can be had until they are revoked", "[com][module]")
+{
+    const COMSession com;
+    COMModule module(someDll(), {persistentClass(COMModule::both)});
+    const auto find = [] {
+        COMInterfacePointer<IClassFactory> factory;
+        CoGetClassObject(CLSID_Persistent, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory, factory.putVoid());
+        return factory;
+    };
+    CHECK_FALSE(find());
+    module.registerClassFactories(CLSCTX_INPROC_SERVER);
+    CHECK(module.canUnloadNow() == S_FALSE);
+    CHECK(module.isIdle());
+    {
+        COMInterfacePointer<IPersist> object;
+        REQUIRE(find()->CreateInstance(nullptr, IID_IPersist, object.putVoid()) == S_OK);
+        CHECK_FALSE(module.isIdle());
+    }
+    CHECK(module.isIdle());
+    module.revokeClassFactories();
+    CHECK_FALSE(find());
+    CHECK(module.canUnloadNow() == S_OK);
+}
+
+TEST_CASE("COM server DLL: the system finds it, loads it and lets it go", "[com][server]")
+{
+    const COMSession com;
+    const tarn::WindowsModule dll((folder() + L"\\com_test_inproc.dll").c_str(), true);
+    const auto call = [&](const char* name) {
+        return reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(reinterpret_cast<void*>(dll.getProcAddress(name, false)))();
+    };
+    REQUIRE(call("DllRegisterServer") == S_OK);
+    {
+        const auto object = COMInterfacePointer<IPersist>::create(tarn::toGUID(support::persistentProgID));
+        CHECK(call("DllCanUnloadNow") == S_FALSE);
+    }
+    CoFreeUnusedLibraries();
+    CHECK(call("DllUnregisterServer") == S_OK);
+    CHECK_FALSE(RegistryKey::existsKey(HKEY_CLASSES_ROOT, classPath.c_str()));
+    const auto install = reinterpret_cast<HRESULT(STDAPICALLTYPE*)(BOOL, LPCWSTR)>(
+        reinterpret_cast<void*>(dll.getProcAddress("DllInstall", false)));
+    CHECK(install(TRUE, L"nobody") == E_INVALIDARG);
+    CHECK(install(TRUE, L"User") == S_OK);
+    CHECK(userHas(userClassPath));
+    CHECK(install(FALSE, L"user") == S_OK);
+    CHECK_FALSE(userHas(userClassPath));
+}
+
+TEST_CASE("COMModule: a local server is started, serves and ends when it is idle", "[com][server]")
+{
+    const COMSession com;
+    const tarn::WindowsHandle ended(CreateEventW(nullptr, TRUE, FALSE, support::serverEndedEvent));
+    const Text server = L"\"" + folder() + L"\\com_test_local.exe\"";
+    run(server + L" -register");
+    {
+        const auto object = COMInterfacePointer<IPersist>::create(CLSID_Persistent, CLSCTX_LOCAL_SERVER);
+        CLSID clsid = {};
+        CHECK(object->GetClassID(&clsid) == S_OK);
+        CHECK(clsid == CLSID_Persistent);
+        CHECK(ended.wait(1000) == tarn::WindowsHandle::timeout);
+    }
+    CHECK(ended.wait(20000) == tarn::WindowsHandle::signaled);
+    run(server + L" -unregister");
+    CHECK_FALSE(RegistryKey::existsKey(HKEY_CLASSES_ROOT, classPath.c_str()));
+}

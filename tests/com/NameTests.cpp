@@ -1,0 +1,146 @@
+#include "Expect.h"
+#include "ScratchFolder.h"
+
+#include <tarn/COMIdentifiers.h>
+#include <tarn/GUID.h>
+#include <tarn/RegistryKey.h>
+
+#include <com/NameLists.h>
+
+#include <oleauto.h>
+
+#include <map>
+#include <sstream>
+
+using tarn::getHRESULTIdentifier;
+using tarn::toAString;
+using tarn::toGUID;
+using namespace std::string_literals;
+
+namespace {
+constexpr const char* hresultList = "80004005 E_FAIL \"a comment 80040154 with blanks\"\r\n"
+                                    "8000000a FIRST_NAME\n8000000A E_PENDING 0x80070057 E_INVALIDARG\t\"\"\n"
+                                    "80028017 LAST \"a comment that does not end 8000ffff E_UNEXPECTED";
+constexpr const char* guidList = "{11111111-2222-3333-4444-555555555555} IID_Listed\r\n"
+                                 "{59555932-0000-0010-8000-00aa00389b71} MEDIASUBTYPE_Listed";
+
+// The lists are read once in a process, so they have to be there before the first test runs. While they
+// are read, a key of this process's own stands for the machine's.
+const bool listsAreRead = [] {
+    const support::ScratchFolder folder;
+    const std::string path = "Software\\tarn-test-names-" + std::to_string(GetCurrentProcessId());
+    tarn::RegistryKey machine, files;
+    machine.create(HKEY_CURRENT_USER, path.c_str(), KEY_ALL_ACCESS);
+    files.create(machine, "Software\\{8900105B-76C1-46DE-ACE4-F9A052866F80}\\Files", KEY_ALL_ACCESS);
+    files.setValue("HRESULTs.txt", folder.write("HRESULTs.txt", hresultList).c_str());
+    files.setValue("GUIDs.txt", folder.write("GUIDs.txt", guidList).c_str());
+    RegOverridePredefKey(HKEY_LOCAL_MACHINE, machine);
+    getHRESULTIdentifier(0);
+    toAString(IID_NULL, true);
+    RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
+    RegCloseKey(files);
+    RegCloseKey(machine);
+    tarn::RegistryKey(HKEY_CURRENT_USER, false).deleteKeyRecursive(path.c_str());
+    return true;
+}();
+
+std::string nameOf(const char* guid) { return toAString(toGUID(guid), true); }
+} // namespace
+
+TEST_CASE("getHRESULTIdentifier: the installed list names values", "[com][names]")
+{
+    REQUIRE(listsAreRead);
+    CHECK(getHRESULTIdentifier(E_FAIL) == "E_FAIL");
+    CHECK(getHRESULTIdentifier(E_PENDING) == "E_PENDING"); // The later of two records.
+    CHECK(getHRESULTIdentifier(E_INVALIDARG) == "E_INVALIDARG");
+    CHECK(getHRESULTIdentifier(TYPE_E_FIELDNOTFOUND) == "LAST");
+    CHECK(tarn::COMError(0x80004005, "Call").what() == "Call: E_FAIL"s);
+}
+
+TEST_CASE("getHRESULTIdentifier: a value without a name is a number with a closing zero", "[com][names]")
+{
+    // None of these became a record by standing in a comment.
+    CHECK(getHRESULTIdentifier(E_UNEXPECTED) == "HRESULT value 8000ffff\0"s);
+    CHECK(getHRESULTIdentifier(REGDB_E_CLASSNOTREG) == "HRESULT value 80040154\0"s);
+    CHECK(getHRESULTIdentifier(0) == "HRESULT value 0\0"s);
+}
+
+TEST_CASE("toAString: the installed list comes before every other name", "[com][names]")
+{
+    CHECK(nameOf("{11111111-2222-3333-4444-555555555555}") == "IID_Listed");
+    CHECK(nameOf("{59555932-0000-0010-8000-00AA00389B71}") == "MEDIASUBTYPE_Listed");
+    CHECK(toAString(toGUID("{11111111-2222-3333-4444-555555555555}")) == "{11111111-2222-3333-4444-555555555555}");
+}
+
+TEST_CASE("toAString: media formats name themselves", "[com][names]")
+{
+    CHECK(nameOf("{D5A47FA7-6D98-11D1-A21A-00A0C9223196}") == "Manufacturer ID 0");
+    CHECK(nameOf("{D5A47FA8-6D98-11D1-A21A-00A0C9223196}") == "Manufacturer ID 1");
+    CHECK(nameOf("{D5A57FA5-6D98-11D1-A21A-00A0C9223196}") == "Manufacturer ID 65534");
+    CHECK(nameOf("{D5A57FA6-6D98-11D1-A21A-00A0C9223196}") == "{D5A57FA6-6D98-11D1-A21A-00A0C9223196}");
+    CHECK(nameOf("{D5A47FA6-6D98-11D1-A21A-00A0C9223196}") == "{D5A47FA6-6D98-11D1-A21A-00A0C9223196}");
+    CHECK(nameOf("{E36DC2AC-6D9A-11D1-A21A-00A0C9223196}") == "Product ID 0");
+    CHECK(nameOf("{E36EC2AB-6D9A-11D1-A21A-00A0C9223196}") == "{E36EC2AB-6D9A-11D1-A21A-00A0C9223196}");
+    CHECK(nameOf("{32595559-0000-0010-8000-00AA00389B71}") == "FOURCC \"YUY2\"");
+    CHECK(nameOf("{20202059-0000-0010-8000-00AA00389B71}") == "FOURCC \"Y   \"");
+    CHECK(nameOf("{0000000A-0000-0010-8000-00AA00389B71}") == "FOURCC a");
+}
+
+TEST_CASE("toAString: the registry names interfaces and classes", "[com][names]")
+{
+    CHECK(nameOf("{00000000-0000-0000-C000-000000000046}") == "IID_IUnknown");
+    const std::string guid = "{7E0B4C11-90A2-4F5D-B1C3-2D6A8F0E9911}";
+    CHECK(nameOf(guid.c_str()) == guid);
+    tarn::RegistryKey key;
+    key.create(HKEY_CLASSES_ROOT, ("CLSID\\" + guid).c_str(), KEY_ALL_ACCESS);
+    key.attach(key.detach(), true);
+    key.setValue("", "");
+    CHECK(nameOf(guid.c_str()) == guid);
+    key.setValue("", 1ul);
+    CHECK(nameOf(guid.c_str()) == guid);
+    key.setValue("", "Test class");
+    CHECK(nameOf(guid.c_str()) == "CLSID_Test class");
+    key.close();
+    tarn::RegistryKey(HKEY_CLASSES_ROOT, false).deleteKey(("CLSID\\" + guid).c_str());
+}
+
+TEST_CASE("GUID: text and identifier convert both ways, in both widths", "[com][guid]")
+{
+    const char* text = "{00020400-0000-0000-C000-000000000046}";
+    CHECK(toGUID(text) == IID_IDispatch);
+    CHECK(toGUID(L"{00020400-0000-0000-c000-000000000046}") == IID_IDispatch);
+    CHECK(tarn::toWString(IID_IDispatch) == L"{00020400-0000-0000-C000-000000000046}");
+    CHECK(tarn::toString(IID_IDispatch) == tarn::toWString(IID_IDispatch));
+    CHECK(toAString(IID_IDispatch) == text);
+    CHECK(toGUID(static_cast<const char*>(nullptr)) == IID_NULL);
+    const auto error = support::thrownBy<tarn::COMError>([] { toGUID("{00020400-0000-0000-C000-00000000004}"); });
+    CHECK(error.getHRESULT() == CO_E_CLASSSTRING);
+    CHECK(std::string(error.what()) ==
+          "Can't convert \"{00020400-0000-0000-C000-00000000004}\" to a GUID: HRESULT value 800401f3");
+}
+
+TEST_CASE("GUID: order is that of the bytes in memory", "[com][guid]")
+{
+    // Data1 lies with its lowest byte first.
+    const GUID a = {0x00000100, 0, 0, {}}, b = {0x00000001, 0, 0, {}}, c = {0x000000FF, 0, 0, {}};
+    CHECK(a < b);
+    CHECK(b < c);
+    CHECK_FALSE(c < c);
+    const std::map<GUID, int> map = {{a, 1}, {b, 2}, {c, 3}};
+    CHECK(map.at(b) == 2);
+}
+
+TEST_CASE("Name lists: reading ends at what is no record, and a bad identifier is reported", "[com][names]")
+{
+    std::istringstream values("1 ONE 2 TWO nonsense 3 THREE"), tooLarge("1 ONE 123456789 LONG 2 TWO"), none("");
+    CHECK(tarn::readHRESULTNames(values) == tarn::HRESULTNames{{1, "ONE"}, {2, "TWO"}});
+    CHECK(tarn::readHRESULTNames(tooLarge) == tarn::HRESULTNames{{1, "ONE"}});
+    CHECK(tarn::readHRESULTNames(none).empty());
+
+    std::istringstream cut(
+        "{00020400-0000-0000-C000-000000000046} IID_IDispatch\n{00020400-0000-0000-C000-000000000047}");
+    CHECK(tarn::readGUIDNames(cut) == tarn::GUIDNames{{IID_IDispatch, "IID_IDispatch"}});
+    std::istringstream malformed("{00020400-0000-0000-C000-000000000046} IID_IDispatch {0002} IID_Bad");
+    const auto error = support::thrownBy<tarn::COMError>([&] { tarn::readGUIDNames(malformed); });
+    CHECK(error.getHRESULT() == CO_E_CLASSSTRING);
+}

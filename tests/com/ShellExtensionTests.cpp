@@ -1,0 +1,199 @@
+#include "Expect.h"
+
+#include <tarn/ShellExtension.h>
+
+#include <shellapi.h>
+
+#include <cstring>
+
+using tarn::COMInterfacePointer;
+using tarn::ContextMenuHandler;
+using tarn::ShellExtension;
+using Text = tarn::BasicString<wchar_t>;
+
+namespace {
+// Files as Explorer hands them over; only GetData counts.
+class FileData : public IDataObject, public tarn::IUnknownImpl {
+public:
+    explicit FileData(const wchar_t* paths, std::size_t count) : IUnknownImpl(nullptr), paths_(paths, count) {}
+
+    TARN_IUNKNOWN_METHODS
+    HRESULT STDMETHODCALLTYPE GetData(FORMATETC* format, STGMEDIUM* medium) override
+    {
+        if (format->cfFormat != CF_HDROP)
+            return DV_E_FORMATETC;
+        const std::size_t bytes = (paths_.size() + 2) * sizeof(wchar_t);
+        medium->tymed = TYMED_HGLOBAL;
+        medium->hGlobal = GlobalAlloc(GMEM_FIXED | GMEM_ZEROINIT, sizeof(DROPFILES) + bytes);
+        auto* const files = static_cast<DROPFILES*>(medium->hGlobal);
+        files->pFiles = sizeof(DROPFILES);
+        files->fWide = TRUE;
+        std::memcpy(files + 1, paths_.data(), paths_.size() * sizeof(wchar_t));
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetDataHere(FORMATETC*, STGMEDIUM*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE QueryGetData(FORMATETC*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetCanonicalFormatEtc(FORMATETC*, FORMATETC*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE SetData(FORMATETC*, STGMEDIUM*, BOOL) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE EnumFormatEtc(DWORD, IEnumFORMATETC**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE DAdvise(FORMATETC*, DWORD, IAdviseSink*, DWORD*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE DUnadvise(DWORD) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE EnumDAdvise(IEnumSTATDATA**) override { return E_NOTIMPL; }
+
+private:
+    std::wstring paths_;
+};
+
+const std::wstring longPath = L"C:\\" + std::wstring(300, L'x');
+
+COMInterfacePointer<IDataObject> twoFiles()
+{
+    const std::wstring paths = L"C:\\one.txt" + std::wstring(1, L'\0') + longPath;
+    return new FileData(paths.data(), paths.size());
+}
+
+class Commands : public ContextMenuHandler {
+public:
+    Commands() : ContextMenuHandler(nullptr) {}
+    Text invoked;
+
+protected:
+    std::vector<Command> getCommands() override
+    {
+        return {{L"&Count", [this](HWND) { invoked = Text::fromInt(static_cast<int>(getItems().size())); }, L"count",
+                 L"Counts the files"},
+                {L"", nullptr, L"", L""},
+                {L"&Fail", [](HWND) { throw tarn::WindowsError(ERROR_ACCESS_DENIED); }, L"fail", L""}};
+    }
+};
+
+class Drops : public tarn::DropHandler {
+public:
+    Drops() : DropHandler(nullptr, IID_IDropTarget) {}
+    Items dropped;
+
+protected:
+    void drop(const Items& items, unsigned long) override { dropped = items; }
+};
+
+BOOL CALLBACK takePage(HPROPSHEETPAGE, LPARAM) { return TRUE; }
+
+class Pages : public tarn::PropertySheetHandler {
+public:
+    Pages() : PropertySheetHandler(nullptr) {}
+
+protected:
+    std::vector<HPROPSHEETPAGE> createPages() override { throw std::bad_alloc(); }
+};
+} // namespace
+
+TEST_CASE("ShellExtension: reads the selected files, long paths included", "[com][shell]")
+{
+    auto* const handler = new Commands;
+    const COMInterfacePointer<IContextMenu> menu(handler);
+    const auto init = menu.require<IShellExtInit>();
+    CHECK(init->Initialize(nullptr, twoFiles(), nullptr) == S_OK);
+    REQUIRE(handler->getItems() == ShellExtension::Items{L"C:\\one.txt", longPath.c_str()});
+    CHECK(handler->getFolder().empty());
+    CHECK(init->Initialize(nullptr, nullptr, nullptr) == S_OK);
+    CHECK(handler->getItems().empty());
+}
+
+TEST_CASE("ContextMenuHandler: adds its commands to the menu", "[com][shell]")
+{
+    const COMInterfacePointer<IContextMenu> handler(new Commands);
+    const HMENU menu = CreatePopupMenu();
+    AppendMenuW(menu, MF_STRING, 1, L"before");
+    CHECK(handler->QueryContextMenu(menu, 1, 100, 200, CMF_DEFAULTONLY) == 0);
+    CHECK(GetMenuItemCount(menu) == 1);
+    CHECK(handler->QueryContextMenu(menu, 1, 100, 200, CMF_NORMAL) == 3);
+    CHECK(GetMenuItemID(menu, 1) == 100);
+    CHECK(GetMenuItemID(menu, 3) == 102);
+    wchar_t text[20];
+    GetMenuStringW(menu, 102, text, 20, MF_BYCOMMAND);
+    CHECK(Text(text) == L"&Fail");
+    // There may be fewer identifiers than commands.
+    CHECK(handler->QueryContextMenu(menu, 0, 300, 300, CMF_NORMAL) == 1);
+    CHECK(FAILED(handler->QueryContextMenu(nullptr, 0, 100, 200, CMF_NORMAL)));
+    DestroyMenu(menu);
+}
+
+TEST_CASE("ContextMenuHandler: commands run by number and by verb", "[com][shell]")
+{
+    auto* const commands = new Commands;
+    const COMInterfacePointer<IContextMenu> handler(commands);
+    commands->Initialize(nullptr, twoFiles(), nullptr);
+    const auto invoke = [&](const char* verb, const wchar_t* wideVerb = nullptr) {
+        commands->invoked.clear();
+        CMINVOKECOMMANDINFOEX info = {};
+        info.cbSize = sizeof info;
+        info.lpVerb = verb;
+        if (wideVerb)
+            info.fMask = CMIC_MASK_UNICODE;
+        info.lpVerbW = wideVerb;
+        return handler->InvokeCommand(reinterpret_cast<CMINVOKECOMMANDINFO*>(&info));
+    };
+    CHECK(invoke(MAKEINTRESOURCEA(0)) == S_OK);
+    CHECK(commands->invoked == L"2");
+    CHECK(invoke("COUNT") == S_OK);
+    CHECK(commands->invoked == L"2");
+    CHECK(invoke("other", L"count") == S_OK);
+    CHECK(invoke("other") == E_FAIL);
+    CHECK(invoke("") == E_FAIL);
+    CHECK(invoke(MAKEINTRESOURCEA(1)) == E_FAIL);
+    CHECK(invoke(MAKEINTRESOURCEA(3)) == E_FAIL);
+    CHECK(invoke("fail") == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+    CHECK(handler->InvokeCommand(nullptr) == E_POINTER);
+}
+
+TEST_CASE("ContextMenuHandler: tells verbs and help in both widths", "[com][shell]")
+{
+    const COMInterfacePointer<IContextMenu> handler(new Commands);
+    char narrow[20] = {};
+    wchar_t wide[20] = {};
+    CHECK(handler->GetCommandString(0, GCS_VERBA, nullptr, narrow, 20) == S_OK);
+    CHECK(std::string(narrow) == "count");
+    CHECK(handler->GetCommandString(0, GCS_HELPTEXTW, nullptr, reinterpret_cast<char*>(wide), 20) == S_OK);
+    CHECK(Text(wide) == L"Counts the files");
+    CHECK(FAILED(handler->GetCommandString(0, GCS_VERBA, nullptr, narrow, 5)));
+    CHECK(handler->GetCommandString(2, GCS_HELPTEXTA, nullptr, narrow, 20) == E_NOTIMPL);
+    CHECK(handler->GetCommandString(3, GCS_VERBA, nullptr, narrow, 20) == E_INVALIDARG);
+    CHECK(handler->GetCommandString(2, GCS_VALIDATEW, nullptr, nullptr, 0) == S_OK);
+    CHECK(handler->GetCommandString(3, GCS_VALIDATEW, nullptr, nullptr, 0) == S_FALSE);
+}
+
+TEST_CASE("DropHandler: takes files onto its file and refuses the rest", "[com][shell]")
+{
+    auto* const drops = new Drops;
+    const COMInterfacePointer<IDropTarget> target(drops);
+    const auto file = target.require<IPersistFile>();
+    CHECK(file->Load(L"C:\\target.zip", STGM_READ) == S_OK);
+    CHECK(drops->getTarget() == L"C:\\target.zip");
+    LPOLESTR name = nullptr;
+    REQUIRE(file->GetCurFile(&name) == S_OK);
+    CHECK(Text(name) == L"C:\\target.zip");
+    CoTaskMemFree(name);
+    CHECK(target.require<IPersist>());
+
+    DWORD effect = DROPEFFECT_COPY | DROPEFFECT_MOVE;
+    CHECK(target->DragEnter(twoFiles(), 0, {}, &effect) == S_OK);
+    CHECK(effect == DROPEFFECT_COPY);
+    effect = DROPEFFECT_MOVE;
+    CHECK(target->DragOver(0, {}, &effect) == S_OK);
+    CHECK(effect == DROPEFFECT_NONE);
+    effect = DROPEFFECT_COPY;
+    CHECK(target->Drop(twoFiles(), 0, {}, &effect) == S_OK);
+    CHECK(drops->dropped.size() == 2);
+    drops->dropped.clear();
+    effect = DROPEFFECT_COPY;
+    CHECK(target->Drop(nullptr, 0, {}, &effect) == S_OK);
+    CHECK(effect == DROPEFFECT_NONE);
+    CHECK(drops->dropped.empty());
+}
+
+TEST_CASE("PropertySheetHandler: what its pages throw is the result", "[com][shell]")
+{
+    const COMInterfacePointer<IShellPropSheetExt> handler(new Pages);
+    CHECK(handler->AddPages(&takePage, 0) == E_OUTOFMEMORY);
+    CHECK(handler.as<IShellExtInit>());
+}

@@ -1,0 +1,210 @@
+#include "Expect.h"
+#include "Persistent.h"
+
+#include <tarn/Atom.h>
+#include <tarn/BStr.h>
+#include <tarn/SafeArray.h>
+#include <tarn/Variant.h>
+
+#include <numeric>
+
+using tarn::Atom;
+using tarn::BasicString;
+using tarn::BStr;
+using tarn::SafeArray;
+using tarn::Variant;
+using namespace std::string_literals;
+
+namespace {
+// The failing call's HRESULT.
+template <class Call> HRESULT failureOf(Call call) { return support::thrownBy<tarn::COMError>(call).getHRESULT(); }
+
+constexpr LCID english = MAKELCID(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), SORT_DEFAULT);
+} // namespace
+
+TEST_CASE("BStr: owns counted text of both widths, zeros included", "[com][bstr]")
+{
+    const BStr wide(L"\x20AC"
+                    L"uro"),
+        withZero(BasicString<char>("a\0b"s)), null;
+    CHECK(SysStringLen(wide) == 4);
+    CHECK(wide.toString() == L"\x20AC"
+                             L"uro");
+    CHECK(BStr("Gr\xFC\xDF"
+               "e")
+              .toString() == tarn::a2w("Gr\xFC\xDF"
+                                       "e",
+                                       CP_ACP));
+    CHECK(BStr("Gr\xFC\xDF"
+               "e")
+              .toAString() == "Gr\xFC\xDF"
+                              "e");
+    CHECK(withZero.toString() == L"a\0b"s);
+    CHECK(withZero.toAString() == "a\0b"s);
+    CHECK(withZero == BStr(L"a\0b", 3));
+    CHECK_FALSE(withZero == BStr(L"a"));
+    CHECK(null.get() == nullptr);
+    CHECK(null.toAString().empty());
+    CHECK(BStr(L"").get() != nullptr);
+    CHECK(BStr(BasicString<char>()).empty());
+    CHECK(null == BStr(L""));
+}
+
+TEST_CASE("BStr: copies are its own, moves and put hand over", "[com][bstr]")
+{
+    BStr text(L"text");
+    BStr copy(text);
+    CHECK(copy.get() != text.get());
+    const BSTR raw = text.get();
+    BStr moved(std::move(text));
+    CHECK(moved.get() == raw);
+    *copy.put() = SysAllocString(L"put");
+    CHECK(copy.toString() == L"put");
+    copy = moved;
+    CHECK(copy == moved);
+    SysFreeString(copy.detach());
+    CHECK(copy.get() == nullptr);
+}
+
+TEST_CASE("Variant: takes values with their automation type and is a VARIANT", "[com][variant]")
+{
+    CHECK(Variant().getType() == VT_EMPTY);
+    CHECK(Variant(true).getType() == VT_BOOL);
+    CHECK(Variant(true).boolVal == VARIANT_TRUE);
+    CHECK(Variant(7).getType() == VT_I4);
+    CHECK(Variant(7ull).getType() == VT_UI8);
+    CHECK(Variant(0.5).dblVal == 0.5);
+    CHECK(Variant(L"text").getType() == VT_BSTR);
+    CHECK(Variant("text").toString() == L"text");
+    CHECK(Variant::missing().scode == DISP_E_PARAMNOTFOUND);
+    VARIANT copy;
+    VariantInit(&copy);
+    Variant source("copied");
+    REQUIRE(VariantCopy(&copy, &source) == S_OK);
+    CHECK(copy.bstrVal != source.bstrVal);
+    Variant owner;
+    owner.attach(copy);
+    CHECK(owner.toAString() == "copied");
+}
+
+TEST_CASE("Variant: converts between types or says why not", "[com][variant]")
+{
+    CHECK(Variant("42").toLong() == 42);
+    CHECK(Variant(42).toString() == L"42");
+    CHECK(Variant("1.5").convertedTo(VT_R8, english).dblVal == 1.5);
+    CHECK(Variant(-1).toBool());
+    CHECK(Variant("9000000000").toLongLong() == 9000000000);
+    CHECK(Variant(2.5f).toDouble() == 2.5);
+    CHECK(Variant::date(0).convertedTo(VT_R8).dblVal == 0);
+    CHECK(failureOf([] { Variant("word").toLong(); }) == DISP_E_TYPEMISMATCH);
+    CHECK(failureOf([] { Variant(1e12).toLong(); }) == DISP_E_OVERFLOW);
+    CHECK(failureOf([] { Variant(1).toSafeArray(); }) == DISP_E_TYPEMISMATCH);
+    CHECK(failureOf([] { Variant::null().toLong(); }) == DISP_E_TYPEMISMATCH);
+    support::expectError<tarn::COMError>([] { Variant("word").toDouble(); },
+                                         "Can't convert variant: HRESULT value 80020005"s);
+}
+
+TEST_CASE("Variant: keeps the object that it holds alive", "[com][variant]")
+{
+    const unsigned before = tarn::IUnknownImpl::getInstanceCount();
+    {
+        tarn::COMInterfacePointer<IPersist> object(new support::Persistent(nullptr));
+        Variant value(static_cast<IUnknown*>(object.get()));
+        const Variant copy(value);
+        object.reset();
+        value = 1;
+        CHECK(copy.toUnknown().as<IPersist>());
+        CHECK(failureOf([&] { copy.toDispatch(); }) < 0);
+    }
+    CHECK(tarn::IUnknownImpl::getInstanceCount() == before);
+}
+
+TEST_CASE("SafeArray: elements convert to and from variants", "[com][safearray]")
+{
+    SafeArray numbers(VT_I4, 3, 10), texts(VT_BSTR, 2), any(VT_VARIANT, 1);
+    CHECK(numbers.getLowerBound() == 10);
+    CHECK(numbers.getUpperBound() == 12);
+    numbers.setElement(11, Variant("5"));
+    CHECK(numbers.getElement(11).lVal == 5);
+    CHECK(numbers.getElement(10).toLong() == 0);
+    texts.setElement(1, Variant(2));
+    CHECK(texts.getElement(1).toString() == L"2");
+    CHECK(texts.getElement(0).toString().empty());
+    any.setElement(0, Variant("x"));
+    CHECK(any.getElement(0).getType() == VT_BSTR);
+    CHECK(failureOf([&] { numbers.getElement(13); }) == DISP_E_BADINDEX);
+    CHECK(failureOf([&] { numbers.setElement(9, Variant(1)); }) == DISP_E_BADINDEX);
+    CHECK(failureOf([&] { numbers.getElement({10, 0}); }) == DISP_E_BADINDEX);
+    CHECK(failureOf([&] { numbers.setElement(10, Variant("word")); }) == DISP_E_TYPEMISMATCH);
+    CHECK(failureOf([] { SafeArray().getElement(0); }) == DISP_E_BADINDEX);
+    support::expectWindowsError([] { SafeArray().getType(); }, ERROR_INVALID_PARAMETER, "Can't get type of safe array");
+}
+
+TEST_CASE("SafeArray: elements in place, of the right type only, and locked meanwhile", "[com][safearray]")
+{
+    SafeArray matrix(VT_R8, {{2, 0}, {3, 1}});
+    CHECK(matrix.getDimensionCount() == 2);
+    CHECK(matrix.getSize() == 6);
+    {
+        const SafeArray::Access<double> cells(matrix);
+        std::iota(cells.begin(), cells.end(), 0.0);
+        CHECK(failureOf([&] { matrix.resize(4); }) == DISP_E_ARRAYISLOCKED);
+    }
+    CHECK(matrix.getElement({1, 1}).dblVal == 1); // The leftmost index runs fastest.
+    CHECK(matrix.getElement({0, 2}).dblVal == 2);
+    CHECK(failureOf([&] { SafeArray::Access<float> wrong(matrix); }) == DISP_E_TYPEMISMATCH);
+    CHECK(failureOf([&] { SafeArray::Access<long long> wrong(matrix); }) == DISP_E_TYPEMISMATCH);
+    matrix.resize(4);
+    CHECK(matrix.getUpperBound(2) == 4);
+    CHECK(matrix.getElement({0, 2}).dblVal == 2);
+}
+
+TEST_CASE("SafeArray: copies are deep, also inside variants", "[com][safearray]")
+{
+    SafeArray texts(VT_BSTR, 1);
+    texts.setElement(0, Variant("one"));
+    const Variant held(texts);
+    CHECK(held.getType() == (VT_ARRAY | VT_BSTR));
+    texts.setElement(0, Variant("two"));
+    CHECK(held.toSafeArray().getElement(0).toString() == L"one");
+    SafeArray moved(std::move(texts));
+    CHECK(texts.get() == nullptr);
+    CHECK(moved.getElement(0).toString() == L"two");
+    *moved.put() = SafeArrayCreateVector(VT_UI1, 0, 8);
+    CHECK(moved.getSize() == 8);
+}
+
+TEMPLATE_TEST_CASE("Atom: an entry is counted and goes with its last owner", "[com][atom]", char, wchar_t)
+{
+    const auto scope = GENERATE(Atom::local, Atom::global);
+    const BasicString<TestType> text(("tarn test atom " + std::to_string(GetCurrentProcessId())).c_str());
+    {
+        const Atom atom(text.c_str(), scope);
+        {
+            const Atom again(text.toUpper().c_str(), scope);
+            CHECK(ATOM(again) == ATOM(atom));
+        }
+        CHECK(Atom::find(text.c_str(), scope) == atom);
+        CHECK(atom.getNameW() == BasicString<wchar_t>(text.c_str()));
+        CHECK(atom.getNameA() == BasicString<char>(text.c_str()));
+    }
+    CHECK(Atom::find(text.c_str(), scope) == 0);
+}
+
+TEST_CASE("Atom: the two tables are apart and failures are told", "[com][atom]")
+{
+    Atom atom("tarn test local atom");
+    CHECK(Atom::find("tarn test local atom", Atom::global) == 0);
+    Atom moved(std::move(atom));
+    CHECK(ATOM(atom) == 0);
+    moved.free();
+    CHECK(ATOM(moved) == 0);
+    CHECK_NOTHROW(moved.free());
+    CHECK(Atom("#1234") == 1234);
+    const std::string tooLong(256, 'x');
+    support::expectWindowsError([&] { Atom a(tooLong.c_str()); }, ERROR_INVALID_PARAMETER,
+                                "Can't add atom \"" + tooLong + "\"");
+    support::expectWindowsError([] { Atom(0xC123, Atom::local).getNameW(); }, ERROR_INVALID_HANDLE,
+                                "Can't get name of atom");
+    support::expectWindowsError([] { Atom(0xC123, Atom::local).free(); }, ERROR_INVALID_HANDLE, "Can't delete atom");
+}

@@ -1,0 +1,172 @@
+#include <catch2/catch.hpp>
+
+#include <tarn/RegistryKey.h>
+
+#include "Expect.h"
+#include "Handles.h"
+#include "ScratchKey.h"
+
+#include <concepts>
+#include <utility>
+
+using support::expectWindowsError;
+using support::ScratchKey;
+using tarn::RegistryKey;
+
+namespace {
+template <class Ch> const Ch* pick(const char* narrow, const wchar_t* wide)
+{
+    if constexpr (std::same_as<Ch, char>)
+        return narrow;
+    else
+        return wide;
+}
+// The literal in the width of the surrounding test.
+#define TEXT_OF(text) pick<TestType>(text, L##text)
+} // namespace
+
+TEMPLATE_TEST_CASE("RegistryKey: the opening constructor owns the key and tells a missing one", "[registry]", char,
+                   wchar_t)
+{
+    const ScratchKey scratch;
+    scratch.makeKey(L"Sub");
+    const auto before = support::openHandles();
+    {
+        const RegistryKey key(scratch, TEXT_OF("Sub"), KEY_READ);
+        CHECK(key.isOpen());
+        CHECK(key.ownsKey());
+        CHECK(support::openHandles() == before + 1);
+    }
+    CHECK(support::openHandles() == before);
+    expectWindowsError([&] { RegistryKey(scratch, TEXT_OF("None"), KEY_READ); }, ERROR_FILE_NOT_FOUND,
+                       "Registry key not found");
+    expectWindowsError([&] { RegistryKey(nullptr, TEXT_OF("Sub"), KEY_READ); }, ERROR_INVALID_HANDLE, "");
+}
+
+TEMPLATE_TEST_CASE("RegistryKey: open replaces an owned key, and finds nothing without an error", "[registry]", char,
+                   wchar_t)
+{
+    const ScratchKey scratch;
+    scratch.makeKey(L"A");
+    scratch.makeKey(L"B");
+    const auto before = support::openHandles();
+    RegistryKey key;
+    CHECK(key.isNull());
+    CHECK(key.open(scratch, TEXT_OF("A"), KEY_READ));
+    CHECK(key.open(scratch, TEXT_OF("B"), KEY_READ));
+    CHECK(support::openHandles() == before + 1);
+    CHECK_FALSE(key.open(scratch, TEXT_OF("None"), KEY_READ));
+    CHECK_FALSE(key.ownsKey());
+    CHECK(!key);
+    CHECK(support::openHandles() == before);
+    expectWindowsError([&] { key.open(nullptr, TEXT_OF("A"), KEY_READ); }, ERROR_INVALID_HANDLE, "");
+}
+
+TEMPLATE_TEST_CASE("RegistryKey: create leaves the key open and unowned until it is attached", "[registry]", char,
+                   wchar_t)
+{
+    const ScratchKey scratch;
+    const auto before = support::openHandles();
+    HKEY created = nullptr;
+    {
+        RegistryKey key;
+        key.create(scratch, TEXT_OF("New"), KEY_ALL_ACCESS);
+        CHECK(key.isOpen());
+        CHECK_FALSE(key.ownsKey());
+        key.close();
+        created = key;
+    }
+    CHECK(scratch.hasKey(L"New"));
+    CHECK(support::openHandles() == before + 1);
+    RegistryKey key;
+    key.attach(created, true);
+    key.close();
+    CHECK(support::openHandles() == before);
+}
+
+TEMPLATE_TEST_CASE("RegistryKey: create passes class, options and disposition on", "[registry]", char, wchar_t)
+{
+    const ScratchKey scratch;
+    unsigned long disposition = 0;
+    RegistryKey key;
+    key.create(scratch, TEXT_OF("Deep\\Key"), TEXT_OF("A class"), REG_OPTION_NON_VOLATILE, KEY_READ, nullptr,
+               &disposition);
+    key.attach(key.detach(), true);
+    CHECK(disposition == REG_CREATED_NEW_KEY);
+    CHECK(scratch.classOf(L"Deep\\Key") == L"A class");
+    key.create(scratch, TEXT_OF("Deep\\Key"), nullptr, 0, KEY_READ, nullptr, &disposition);
+    key.attach(key.detach(), true);
+    CHECK(disposition == REG_OPENED_EXISTING_KEY);
+    expectWindowsError([&] { key.create(nullptr, TEXT_OF("Deep"), KEY_READ); }, ERROR_INVALID_HANDLE, "");
+    CHECK(key.isNull());
+}
+
+TEST_CASE("RegistryKey: close keeps the handle's value and may be called twice", "[registry]")
+{
+    const ScratchKey scratch;
+    RegistryKey key(scratch, L"", KEY_READ);
+    key.close();
+    CHECK_FALSE(key.ownsKey());
+    CHECK(key.isOpen());
+    CHECK_NOTHROW(key.close());
+}
+
+TEST_CASE("RegistryKey: a failing close says so and keeps the ownership", "[registry]")
+{
+    const ScratchKey scratch;
+    RegistryKey key(scratch, L"", KEY_READ);
+    RegCloseKey(key);
+    expectWindowsError([&] { key.close(); }, ERROR_INVALID_HANDLE, "");
+    CHECK(key.ownsKey());
+    expectWindowsError([&] { key.attach(HKEY_CURRENT_USER, false); }, ERROR_INVALID_HANDLE, "");
+    key.detach();
+    CHECK(key.isNull());
+}
+
+TEST_CASE("RegistryKey: a copy of an owned key stands alone, a copy of a borrowed one borrows", "[registry]")
+{
+    const ScratchKey scratch;
+    scratch.makeKey(L"Sub");
+    const auto before = support::openHandles();
+    {
+        RegistryKey copy;
+        {
+            const RegistryKey key(scratch, L"Sub", KEY_READ);
+            copy = key;
+            CHECK(copy.getKey() != key.getKey());
+        }
+        CHECK(copy.getValueCount() == 0);
+        copy = std::as_const(copy);
+        CHECK(copy.ownsKey());
+
+        const RegistryKey moved = std::move(copy);
+        CHECK(moved.getValueCount() == 0);
+        CHECK(copy.isNull());
+    }
+    CHECK(support::openHandles() == before);
+
+    const RegistryKey root(HKEY_CURRENT_USER, false);
+    const RegistryKey borrowed = root;
+    CHECK(borrowed.getKey() == HKEY_CURRENT_USER);
+    CHECK_FALSE(borrowed.ownsKey());
+    CHECK(RegistryKey(RegistryKey(HKEY_CURRENT_USER, true)).existsKey(L"Software"));
+}
+
+TEMPLATE_TEST_CASE("RegistryKey: existsKey and deleteKey", "[registry]", char, wchar_t)
+{
+    const ScratchKey scratch;
+    scratch.makeKey(L"Sub\\Inner");
+    const RegistryKey key(scratch, false);
+    const auto before = support::openHandles();
+    CHECK(key.existsKey(TEXT_OF("Sub")));
+    CHECK(RegistryKey::existsKey(scratch, TEXT_OF("Sub\\Inner")));
+    CHECK_FALSE(key.existsKey(TEXT_OF("None")));
+    CHECK_FALSE(RegistryKey::existsKey(nullptr, TEXT_OF("Sub")));
+    CHECK(support::openHandles() == before);
+
+    expectWindowsError([&] { key.deleteKey(TEXT_OF("Sub")); }, ERROR_ACCESS_DENIED, "");
+    key.deleteKey(TEXT_OF("Sub\\Inner"));
+    CHECK_FALSE(scratch.hasKey(L"Sub\\Inner"));
+    expectWindowsError([&] { key.deleteKey(TEXT_OF("None")); }, ERROR_FILE_NOT_FOUND, "");
+    CHECK_NOTHROW(key.flush());
+}
