@@ -39,14 +39,15 @@ public:
 
     HDC getHandle() const noexcept { return handle_; }
     operator HDC() const noexcept { return handle_; }
-    operator bool() const noexcept { return handle_; }
+    explicit operator bool() const noexcept { return handle_; }
     bool operator!() const noexcept { return !handle_; }
 
     /// Fills with a system colour such as `COLOR_WINDOW`. Throws "Can't fill rect with system colour".
     void fillRectangle(int sysColour, const RECT& rectangle) const;
     /// Throws "Can't fill rect with system colour" (sic), whatever the brush.
     void fillRectangle(const Brush& brush, const RECT& rectangle) const;
-    /// The fastest way for one colour: needs no brush. Throws "Can't set back colour".
+    /// With an RGB colour, without a brush; where one is used often, a Brush kept for it is faster.
+    /// Throws "Can't set back colour".
     void fillRectangle(unsigned long colour, const RECT& rectangle) const;
     /// A frame one pixel wide just inside the rectangle: top and left edges `light`, bottom and right edges
     /// `dark`, with their corners. Moves the drawing position. Throws "Can't draw line".
@@ -54,7 +55,7 @@ public:
     /// In the colours of buttons: as standing out, or as pressed in.
     void drawRectangle3D(const RECT& rectangle, bool raised) const;
 
-    /// Both setters give the old colour. Throws "Can't set back colour" (sic, the getter too).
+    /// Setting a colour gives the old one. Throws "Can't set back colour" (sic, the getter too).
     unsigned long setBackgroundColour(unsigned long colour);
     unsigned long getBackgroundColour() const;
     /// Throws "Can't set text colour" (sic, the getter too).

@@ -22,7 +22,7 @@ public:
     Handle getHandle() const noexcept { return handle_; }
     bool isOwner() const noexcept { return owns_; }
     bool isNull() const noexcept { return !handle_; }
-    operator bool() const noexcept { return !isNull(); }
+    explicit operator bool() const noexcept { return !isNull(); }
     bool operator!() const noexcept { return isNull(); }
 
 protected:

@@ -20,6 +20,23 @@ void HandlerScope::keepCurrentException() noexcept
     scope->endLoop();
 }
 
+void HandlerScope::keepEndingLoop() noexcept
+{
+    constexpr UINT intervalMs = 10;
+    if (!timer_)
+        timer_ = SetTimer(nullptr, 0, intervalMs, onTimer);
+}
+
+void HandlerScope::stopEndingLoop() noexcept { KillTimer(nullptr, timer_); }
+
+void CALLBACK HandlerScope::onTimer(HWND, UINT, UINT_PTR, DWORD)
+{
+    for (HandlerScope* scope = innermost; scope; scope = scope->outer_) {
+        if (scope->timer_)
+            scope->endLoop();
+    }
+}
+
 void endSystemLoops() noexcept
 {
     GUITHREADINFO info{};
@@ -29,6 +46,6 @@ void endSystemLoops() noexcept
     if (info.flags & (GUI_INMENUMODE | GUI_POPUPMENUMODE | GUI_SYSTEMMENUMODE))
         EndMenu();
     if (info.flags & GUI_INMOVESIZE)
-        SendMessageW(info.hwndMoveSize, WM_CANCELMODE, 0, 0);
+        PostMessageW(info.hwndMoveSize, WM_KEYDOWN, VK_ESCAPE, 0);
 }
 } // namespace tarn

@@ -18,7 +18,12 @@ public:
     HandlerScope(const HandlerScope&) = delete;
     HandlerScope& operator=(const HandlerScope&) = delete;
     /// Drops an exception that nobody rethrew.
-    ~HandlerScope() { *slot_ = outer_; }
+    ~HandlerScope()
+    {
+        if (timer_)
+            stopEndingLoop();
+        *slot_ = outer_;
+    }
 
     /// To be called in a catch block: keeps the exception for the calling thread's innermost scope, which
     /// throws it, unless it keeps an earlier one already: the first failure is the one that explains the
@@ -33,13 +38,21 @@ public:
     }
     bool hasKept() const noexcept { return kept_ != nullptr; }
 
+protected:
+    /// Has endLoop() called again and again until the scope ends, because a loop that is about to begin
+    /// cannot be ended yet.
+    void keepEndingLoop() noexcept;
+
 private:
     /// Ends the modal loop that the call runs, so that it returns and can throw.
     virtual void endLoop() noexcept {}
+    void stopEndingLoop() noexcept;
+    static void CALLBACK onTimer(HWND, UINT, UINT_PTR, DWORD);
 
     HandlerScope** slot_;
     HandlerScope* outer_;
     std::exception_ptr kept_;
+    UINT_PTR timer_ = 0;
 };
 
 /// The scope of a call that does not return until its modal loop ends: `end` makes it end.
@@ -48,7 +61,11 @@ public:
     explicit LoopScope(End end) : end_(std::move(end)) {}
 
 private:
-    void endLoop() noexcept override { end_(); }
+    void endLoop() noexcept override
+    {
+        end_();
+        keepEndingLoop();
+    }
 
     End end_;
 };
@@ -73,8 +90,8 @@ template <class Call> auto runningHandlers(Call call)
     return callIn(scope, call);
 }
 
-/// The same for a call with a modal loop. `end` is called at most once for each exception, on the thread of
-/// the loop and inside of it; it must not throw.
+/// The same for a call with a modal loop. `end` ends the loop, must not throw, and is called on the thread
+/// of the loop after a handler threw, perhaps before the loop has begun and then once more after it has.
 template <class Call, class End> auto runningLoop(Call call, End end)
 {
     LoopScope<End> scope(std::move(end));

@@ -66,9 +66,6 @@ bool Window::hasScrollBar(scroll_bar_type bar) const
     case control:
         break;
     }
-    SCROLLINFO info{};
-    info.cbSize = sizeof info;
-    info.fMask = SIF_PAGE;
-    return readScrollInfo(hwnd_, bar, info);
+    return getClassNameW().toLower() == L"scrollbar";
 }
 } // namespace tarn

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <tarn/Bitmap.h>
+#include <tarn/DeviceContext.h>
+
+#include <string>
+#include <vector>
+
+namespace support {
+constexpr unsigned long black = RGB(0, 0, 0);
+constexpr unsigned long white = RGB(255, 255, 255);
+constexpr unsigned long red = RGB(255, 0, 0);
+constexpr unsigned long green = RGB(0, 255, 0);
+constexpr unsigned long blue = RGB(0, 0, 255);
+
+/// The pixels as text, a line for each row: '.' white, '#' black, 'R', 'G', 'B', and '?' for any other.
+std::string pixelsOf(const tarn::DeviceContext& context, int width, int height);
+
+/// A bitmap of a bit count, with a standard colour table for 1 (black, white) and 8 bits (with these five).
+HBITMAP newDIBSection(int width, int height, unsigned short bitsPerPixel);
+
+/// White paper in memory to draw on.
+class Canvas {
+public:
+    Canvas(int width, int height, unsigned short bitsPerPixel = 32);
+
+    std::string pixels() const { return pixelsOf(context, width_, height_); }
+
+private:
+    int width_, height_;
+    tarn::Bitmap bitmap_; // Before the context, which must let go of it first.
+
+public:
+    tarn::DeviceContext context;
+};
+
+/// How many more drawing objects and contexts the process can have: the same before and after what leaks
+/// none.
+std::size_t freeGDIObjects();
+
+/// While it lives no drawing object and no context can be made.
+class NoFreeGDIObjects {
+public:
+    NoFreeGDIObjects();
+    NoFreeGDIObjects(const NoFreeGDIObjects&) = delete;
+    NoFreeGDIObjects& operator=(const NoFreeGDIObjects&) = delete;
+    ~NoFreeGDIObjects();
+    std::size_t count() const { return taken_.size(); }
+
+private:
+    std::vector<HBRUSH> taken_;
+};
+} // namespace support

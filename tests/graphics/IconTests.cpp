@@ -1,0 +1,69 @@
+#include "Expect.h"
+
+#include <tarn/Cursor.h>
+#include <tarn/Icon.h>
+
+using namespace tarn;
+using namespace support;
+
+namespace {
+const HINSTANCE program = GetModuleHandleW(nullptr);
+
+template <class Image> HICON newHandle()
+{
+    const BYTE mask[2] = {0xFF, 0xFF};
+    return CreateIcon(nullptr, 8, 1, 1, 1, mask, mask);
+}
+bool isAlive(HICON handle)
+{
+    ICONINFO info;
+    if (!GetIconInfo(handle, &info))
+        return false;
+    DeleteObject(info.hbmMask);
+    DeleteObject(info.hbmColor);
+    return true;
+}
+template <class Image> constexpr auto nameOf = std::is_same_v<Image, Icon> ? "icon" : "cursor";
+} // namespace
+
+TEMPLATE_TEST_CASE("Icon, Cursor: load by number, narrow and wide name", "[graphics][icon]", Icon, Cursor)
+{
+    const auto fails = [](auto load) {
+        const auto error = thrownBy<WindowsError>(load);
+        CHECK(error.getDescription() == std::string("Can't load ") + nameOf<TestType>);
+        // Wine looks for a second type of resource before it gives up, and tells of that.
+        CHECK((error.getError() == ERROR_RESOURCE_NAME_NOT_FOUND || error.getError() == ERROR_RESOURCE_TYPE_NOT_FOUND));
+    };
+    TestType image(5, program);
+    CHECK(isAlive(image));
+    CHECK(image.isOwner());
+    image.load("PICTURE", program);
+    CHECK(isAlive(image));
+    image.load(L"PICTURE", program);
+    CHECK(isAlive(image));
+    fails([&] { image.load(6, program); });
+    CHECK(image.isNull()); // What was held is released first.
+    fails([&] { TestType("MISSING", program); });
+    fails([&] { TestType(L"MISSING", program); });
+    CHECK(isAlive(TestType(32512, nullptr))); // IDI_APPLICATION and IDC_ARROW.
+}
+
+TEMPLATE_TEST_CASE("Icon, Cursor: only the owner destroys", "[graphics][icon][ownership]", Icon, Cursor)
+{
+    const HICON handle = newHandle<TestType>();
+    {
+        TestType owner(handle, true);
+        TestType taker(owner);
+        CHECK(owner.isNull());
+        TestType borrower;
+        borrower = TestType(taker.getHandle(), false);
+        borrower.close();
+        CHECK(borrower.isNull());
+        CHECK(isAlive(handle));
+    }
+    CHECK_FALSE(isAlive(handle));
+    TestType twice(handle, true);
+    const auto error = thrownBy<WindowsError>([&] { twice.close(); });
+    CHECK(error.getDescription() == std::string("Can't destroy ") + nameOf<TestType>);
+    CHECK(!twice);
+}

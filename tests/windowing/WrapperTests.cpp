@@ -1,0 +1,280 @@
+#include "Windows.h"
+
+#include <cstring>
+#include <functional>
+
+using namespace tarn;
+
+namespace {
+class Plain : public Window {
+public:
+    using Window::getWindowLong;
+    using Window::setWindowLong;
+    using Window::Window;
+};
+} // namespace
+
+TEST_CASE("Window: each failing call is reported by its own words", "[window][wrappers]")
+{
+    const Plain dead(HWND(0x7001));
+    SCROLLINFO info{sizeof info, SIF_ALL, 0, 0, 0, 0, 0};
+    MSG msg;
+    const std::pair<const char*, std::function<void()>> failures[] = {
+        {"Can't move window", [&] { dead.move(Rect(), false); }},
+        {"Can't destroy window", [&] { Window(HWND(0x7001)).destroy(); }},
+        {"Can't get client rectangle", [&] { dead.getClientSize(); }},
+        {"Can't get window rectangle", [&] { dead.getWindowPosition(); }},
+        {"Can't get scroll info", [&] { dead.getScrollInfo(SB_HORZ, info); }},
+        {"Can't get scroll info", [&] { dead.getScrollPageSize(Window::vertical); }},
+        {"Can't show/hide scrollbar", [&] { dead.showScrollBar(Window::horizontal, true); }},
+        {"Can't set scroll position", [&] { dead.setScrollPosition(Window::horizontal, 1, false); }},
+        {"Can't get scroll position", [&] { dead.getScrollPosition(Window::horizontal); }},
+        {"Can't set scroll range", [&] { dead.setScrollRange(Window::horizontal, 0, 1, false); }},
+        {"Error in retrieving window text length", [&] { dead.getTextLengthW(); }},
+        {"Error in retrieving window text length", [&] { dead.getTextW(); }},
+        {"Can't set window text", [&] { dead.setText("x"); }},
+        {"Can't get window class name", [&] { dead.getClassNameA(); }},
+        {"Can't set dialog item text", [&] { dead.setText(1, L"x"); }},
+        {"Can't retrieve control id", [&] { dead.getID(); }},
+        {"Can't get dialog item int", [&] { dead.getInt(1); }},
+        {"Can't get dialog item int", [&] { dead.getUInt(1); }},
+        {"Can't set dialog item int", [&] { dead.setInt(1, 1); }},
+        {"Can't set dialog item unsigned int", [&] { dead.setInt(1, 1u); }},
+        {"Can't check dialog button", [&] { dead.setCheck(1, true); }},
+        {"Can't enable window", [&] { dead.enable(true); }},
+        {"Can't enable window", [&] { dead.enable(1, true); }},
+        {"Can't set window long GWL_STYLE", [&] { dead.getStyle(); }},
+        {"Can't set window long GWL_STYLE", [&] { dead.setExtendedStyle(0); }},
+        {"Can't set window long GWL_STYLE", [&] { dead.getWindowLong(GWLP_USERDATA); }},
+        {"Error in SetWindowPos", [&] { dead.setSize(1, 1, 0); }},
+        {"Can't retrieve parent window", [&] { dead.getParent(); }},
+        {"Can't set focus", [&] { dead.setFocus(); }},
+        {"Can't retrieve dialog item 7", [&] { dead.getDialogItem(7, true); }},
+        {"Can't update the window", [&] { dead.update(); }},
+        {"Can't scroll window", [&] { dead.scroll(Point(1, 1), nullptr, nullptr); }},
+        {"Can't create timer with id 70000 and interval 5", [&] { dead.startTimer(70000, 5); }},
+        {"Can't stop timer with id 70000", [&] { dead.stopTimer(70000); }},
+        {"Can't invalidate window", [&] { dead.invalidate(true); }},
+        {"Can't invalidate window rectangle", [&] { dead.invalidate(Rect(), true); }},
+        {"Can't show message box", [&] { dead.messageBox("text", "caption", MB_OK); }},
+        {"Error tracking popup menu", [&] { dead.trackPopupMenu(nullptr, Point(), TPM_RETURNCMD); }},
+        {"Error drawing the menu bar", [&] { dead.drawMenuBar(); }},
+        {"Can't map point from client to screen", [&] { dead.toScreen(Point()); }},
+        {"Can't map point from screen to client", [&] { dead.fromScreen(Point()); }},
+        {"Error in GetMessage", [&] { dead.getMessage(msg); }},
+        {"Can't insert menu item", [&] { insertMenu(nullptr, 0, 0, 0, ""); }},
+        {"Can't set menu bitmaps", [&] { setMenuItemBitmaps(nullptr, 0, 0, nullptr, nullptr); }},
+        {"Can't retrieve dialog item text", [&] { dead.getTextA(1); }},
+    };
+    for (const auto& [text, call] : failures) {
+        CAPTURE(text);
+        support::expectFailure(call, text);
+    }
+    CHECK((!dead.show(SW_SHOW) && !dead.isIconic() && !dead.postMessageA(WM_NULL)));
+}
+
+TEMPLATE_TEST_CASE("Window: texts of both widths come back whole", "[window][wrappers]", char, wchar_t)
+{
+    const auto text = [](const Window& window) {
+        if constexpr (std::is_same_v<TestType, char>)
+            return window.getTextA();
+        else
+            return window.getTextW();
+    };
+    Window window;
+    support::open(window);
+    const BasicString<TestType> longText(5000, TestType('x'));
+    window.setText(longText);
+    CHECK(text(window) == longText);
+    const TestType empty[] = {0};
+    window.setText(empty);
+    CHECK(text(window).empty());
+    CHECK(!window.hasText());
+    const HWND button = support::makeButton(window, 5);
+    window.setText(5, longText);
+    CHECK(window.hasText(5));
+    CHECK(Window(button).getTextLengthW() == 5000);
+    if constexpr (std::is_same_v<TestType, char>)
+        CHECK(window.getTextA(5) == longText);
+    else
+        CHECK(window.getTextW(5) == longText);
+    CHECK(Window(button).getClassNameW() == L"Button");
+}
+
+namespace {
+/// A window whose narrow text is shorter than its wide one.
+class Misleading : public Window {
+public:
+    LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
+    {
+        if (msg == WM_GETTEXTLENGTH && ++asked == 1)
+            return 3;
+        return Window::onMessage(msg, wParam, lParam);
+    }
+    int asked = 0;
+};
+} // namespace
+
+TEST_CASE("Window: a wide text is whole although the narrow length is too short", "[window][wrappers]")
+{
+    Misleading window;
+    support::open(window);
+    window.setText(L"longer than three");
+    window.asked = 0;
+    CHECK(window.getTextW() == L"longer than three");
+    window.sendMessageW(WM_SETTEXT, 0, reinterpret_cast<LPARAM>("narrow"));
+    CHECK(window.getTextA() == "narrow");
+}
+
+TEST_CASE("Window: place and size are read and changed", "[window][wrappers]")
+{
+    Window window;
+    support::open(window, WS_POPUP);
+    window.setPosition(30, 40, 0);
+    CHECK(window.getWindowRectangle() == Rect(30, 40, 230, 140));
+    window.setSize(50, 60, 0);
+    CHECK(window.getWindowRectangle() == Rect(30, 40, 80, 100));
+    window.setPosition(Rect(1, 2, 301, 202), 0);
+    CHECK((window.getWindowPosition() == Point(1, 2) && window.getClientSize() == Size(300, 200)));
+    window.setPosition(HWND_TOPMOST, 0);
+    CHECK(window.getWindowRectangle() == Rect(1, 2, 301, 202));
+    CHECK((window.getExtendedStyle() & WS_EX_TOPMOST));
+    window.setPosition(HWND_NOTOPMOST, Point(5, 6), Size(100, 100), 0);
+    window.move(Rect(7, 8, 107, 108), false);
+    CHECK(window.toScreen(Point(1, 1)) == Point(8, 9));
+    CHECK(window.fromScreen(Point(7, 8)) == Point());
+    CHECK(window.setStyle(WS_POPUP, WS_CHILD | WS_VSCROLL) == (WS_POPUP | WS_CLIPSIBLINGS));
+    CHECK(window.getStyle() == (WS_CHILD | WS_VSCROLL | WS_CLIPSIBLINGS));
+    CHECK((window.hasScrollBar(Window::vertical) && !window.hasScrollBar(Window::horizontal)));
+}
+
+TEST_CASE("Window: scroll bars keep their range, page and position", "[window][wrappers]")
+{
+    Window window;
+    support::open(window, WS_OVERLAPPEDWINDOW | WS_VSCROLL);
+    const SCROLLINFO info{sizeof info, SIF_ALL, 0, 99, 10, 25, 0};
+    CHECK(window.setScrollInfo(SB_VERT, info, false) == 25);
+    CHECK(window.getScrollPageSize(Window::vertical) == 10);
+    CHECK(window.setScrollPosition(Window::vertical, 0, false) == 25);
+    CHECK(window.setScrollPosition(Window::vertical, 500, false) == 0);
+    CHECK(window.getScrollPosition(Window::vertical) == 90);
+    window.setScrollRange(Window::vertical, -5, 5, false);
+    CHECK(window.getScrollInfo(SB_VERT, SIF_RANGE).nMin == -5);
+    window.showScrollBar(Window::vertical, false);
+    CHECK(!window.hasScrollBar(Window::vertical));
+    CHECK(!window.hasScrollBar(Window::control));
+}
+
+TEST_CASE("Window: dialog items show numbers and checks", "[window][wrappers]")
+{
+    Window window;
+    support::open(window);
+    support::makeButton(window, 5, BS_AUTO3STATE);
+    window.setInt(5, -7);
+    CHECK(window.getInt(5) == -7);
+    window.setInt(5, 4000000000u);
+    CHECK(window.getUInt(5) == 4000000000u);
+    window.setInt(5, 0);
+    CHECK(window.getInt(5) == 0);
+    window.setText(5, "no number");
+    support::expectFailure([&] { window.getInt(5); }, "Can't get dialog item int");
+    window.setCheck(5, true);
+    CHECK(window.isChecked(5));
+    window.setCheck(5, Window::indeterminate);
+    CHECK((window.getCheck(5) == Window::indeterminate && !window.isChecked(5)));
+    CHECK(window.enable(5, false) == false);
+    CHECK(window.getDialogItem(5, true)->enable(true) == true);
+    CHECK(window.getDialogItem(5, true)->getID() == 5);
+    CHECK(window.getDialogItem(5, true)->getParent() == &window);
+}
+
+TEST_CASE("Window: focus, capture, timers and icons", "[window][wrappers]")
+{
+    Window window, child;
+    support::open(window, WS_OVERLAPPEDWINDOW | WS_VISIBLE);
+    support::open(child, WS_CHILD | WS_VISIBLE, window);
+    window.setFocus();
+    CHECK(child.setFocus() == &window);
+    CHECK(!child.captureMouse());
+    CHECK(window.captureMouse() == &child);
+    CHECK(Window::getMouseOwner() == &window);
+    Window::releaseMouse();
+    CHECK(!Window::getMouseOwner());
+    window.startTimer(3, 10);
+    MSG msg;
+    REQUIRE(window.getMessage(msg, WM_TIMER, WM_TIMER));
+    CHECK(msg.wParam == 3);
+    window.stopTimer(3);
+    support::expectFailure([&] { window.stopTimer(3); }, "Can't stop timer with id 3");
+    const HICON icon = LoadIconW(nullptr, IDI_WARNING);
+    CHECK(window.setIcon(icon, true) == nullptr);
+    CHECK((window.getIcon(Window::big_icon) == icon && !window.getIcon(Window::small_icon)));
+    CHECK(window.setIcon(nullptr, true) == icon);
+    window.acceptDraggedFiles(true);
+    CHECK((window.getExtendedStyle() & WS_EX_ACCEPTFILES));
+    CHECK((window.isUnicode() && !window.isIconic()));
+    CHECK(window.hide());
+    CHECK(!window.show(SW_SHOW));
+}
+
+namespace {
+// The table index of a virtual member, which is what calls go by.
+template <class Member> int slotOf(Member member)
+{
+    std::ptrdiff_t offset;
+    std::memcpy(&offset, &member, sizeof offset);
+    return static_cast<int>((offset - 1) / static_cast<std::ptrdiff_t>(sizeof(void*)));
+}
+} // namespace
+
+TEST_CASE("Window: the virtual operations lie in their order", "[window][slots]")
+{
+    using Notification = void (Window::*)(const NMTREEVIEWW&);
+    using NarrowNotification = void (Window::*)(const NMTREEVIEWA&);
+    using ListNotification = void (Window::*)(const NMLISTVIEW&);
+    using Default = void (Window::*)();
+    const int slots[] = {slotOf(&Window::onMessage),
+                         slotOf(static_cast<Default>(&Plain::defaultWindowProc)),
+                         slotOf(&Window::onCommand),
+                         slotOf(&Window::onReflectedCommand),
+                         slotOf(&Window::onHScroll),
+                         slotOf(&Window::onVScroll),
+                         slotOf(&Window::onDestroy),
+                         slotOf(&Window::onNotify),
+                         slotOf(&Window::onDoubleClick),
+                         slotOf(static_cast<Notification>(&Window::onNotification)),
+                         slotOf(static_cast<NarrowNotification>(&Window::onNotification)),
+                         slotOf(static_cast<ListNotification>(&Window::onNotification)),
+                         slotOf(&Window::onNCDestroy),
+                         slotOf(&Window::onDrawItem),
+                         slotOf(&Window::onMeasureItem),
+                         slotOf(&Window::onDeleteItem),
+                         slotOf(&Window::onCompareItem),
+                         slotOf(&Window::onMouseMove),
+                         slotOf(&Window::onMouseWheel),
+                         slotOf(&Window::onLeftButtonDown),
+                         slotOf(&Window::onLeftButtonUp),
+                         slotOf(&Window::onLeftButtonDoubleClick),
+                         slotOf(&Window::onMiddleButtonDown),
+                         slotOf(&Window::onMiddleButtonUp),
+                         slotOf(&Window::onMiddleButtonDoubleClick),
+                         slotOf(&Window::onRightButtonDown),
+                         slotOf(&Window::onRightButtonUp),
+                         slotOf(&Window::onRightButtonDoubleClick),
+                         slotOf(&Window::onKeyDown),
+                         slotOf(&Window::onKeyUp),
+                         slotOf(&Window::onTimer),
+                         slotOf(&Window::onPaint),
+                         slotOf(&Window::onQueryDragIcon),
+                         slotOf(&Window::onSize),
+                         slotOf(&Window::onSizing),
+                         slotOf(&Window::onMoving),
+                         slotOf(&Window::onMove),
+                         slotOf(&Window::onEnterSizeMove),
+                         slotOf(&Window::onExitSizeMove),
+                         slotOf(&Window::onDroppedFiles)};
+    int expected = 0;
+    for (const int slot : slots)
+        CHECK(slot == expected++);
+    CHECK(expected == 40);
+}
