@@ -11,6 +11,7 @@
 #include <tarn/COMIdentifiers.h>
 #include <tarn/COMInterfacePointer.h>
 #include <tarn/COMModule.h>
+#include <tarn/COMPropertyPage.h>
 #include <tarn/COMServer.h>
 #include <tarn/CharTraits.h>
 #include <tarn/ConstString.h>

@@ -103,10 +103,7 @@ TEST_CASE("PropertySheet: what a page throws cancels the sheet without asking an
     t.first.stay = true;
     SECTION("when it appears") { t.first.throwing = "activate"; }
     SECTION("when it is left") { t.first.throwing = "deactivate"; }
-    support::Driver driver([&] {
-        t.sheet.activate(12);
-        return true;
-    });
+    support::Driver driver([&] { return t.sheet.postMessageW(PSM_SETCURSELID, 0, 12); });
     support::expectError<std::runtime_error>([&] { t.sheet.showModal(); }, t.first.throwing);
     CHECK((!driver.isLate() && !t.sheet.isOpen() && !support::visibleDialog()));
 }
