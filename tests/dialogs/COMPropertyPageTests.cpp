@@ -104,7 +104,9 @@ TEST_CASE("COMPropertyPage: a property frame shows, applies and releases it", "[
     CHECK(OleCreatePropertyFrame(nullptr, 0, 0, L"Frame", 1, objects, 1, &page, 0, 0, nullptr) == S_OK);
     CHECK(wasChanged);
     CHECK(!driver.isLate());
-    CHECK(Page::applied >= 1);
+    // Wine's frame shows pages, but does not apply them.
+    if (!GetProcAddress(GetModuleHandleW(L"ntdll"), "wine_get_version"))
+        CHECK(Page::applied >= 1);
     CHECK(!Page::current);
     CoRevokeClassObject(cookie);
 }

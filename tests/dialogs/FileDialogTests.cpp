@@ -73,7 +73,8 @@ public:
             throw std::runtime_error("in a handler");
         setStatusText("narrow");
         enableOk(true);
-        postMessageW(WM_COMMAND, button);
+        if (button == IDCANCEL)
+            postMessageW(WM_COMMAND, button);
     }
     void onSelectionChanged(const ItemIDList& selection) override { path = selection.getPathW(); }
 
@@ -89,7 +90,9 @@ TEST_CASE("FolderDialog: the folder preselected is chosen, or the dialog cancell
     const support::ScratchFolder folder;
     Chooser dialog(static_cast<HWND>(nullptr), "Choose", BIF_RETURNONLYFSDIRS | BIF_STATUSTEXT);
     dialog.setSelection(folder.path().wstring().c_str());
-    support::Driver driver([] { return false; }); // Only for its time-out.
+    // The selection may come later than the dialog.
+    support::Driver driver(
+        [&] { return dialog.path == folder.path().wstring() && dialog.postMessageW(WM_COMMAND, dialog.button); });
     SECTION("chosen")
     {
         CHECK(dialog.showModal());
