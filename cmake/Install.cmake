@@ -5,13 +5,23 @@ install(TARGETS tarn tarn_boost EXPORT tarn
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(FILES ${TARN_RUNTIME_COPIES} DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY include/tarn DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
-# The few Boost headers that the public headers include, in a folder of their own, so that a program
-# that brings another Boost meets that one first.
+# The Boost headers that the public headers include, in a folder of their own, so that a program that
+# brings another Boost meets that one first. The compiler tells which they are.
+file(GLOB public_headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/include/tarn/*.h")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${public_headers})
+execute_process(
+    COMMAND ${CMAKE_CXX_COMPILER} -std=c++20 -M -fno-canonical-system-headers "-I${PROJECT_SOURCE_DIR}/include" -isystem "${TARN_BOOST_VIEW}"
+        "${PROJECT_SOURCE_DIR}/include/tarn/tarn.h"
+    OUTPUT_VARIABLE dependencies COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX MATCHALL "boost-include/boost/[^ \n\\]+" boost_headers "${dependencies}")
+list(REMOVE_DUPLICATES boost_headers)
+foreach(header IN LISTS boost_headers)
+    string(REPLACE "boost-include/" "" header "${header}")
+    get_filename_component(folder "${header}" DIRECTORY)
+    install(FILES "${TARN_BOOST_INCLUDE}/${header}" DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tarn-boost/${folder})
+endforeach()
+# Those for other compilers, which the configuration chooses from.
 install(DIRECTORY "${TARN_BOOST_INCLUDE}/boost/config" DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tarn-boost/boost)
-install(FILES "${TARN_BOOST_INCLUDE}/boost/noncopyable.hpp" "${TARN_BOOST_INCLUDE}/boost/config.hpp"
-    "${TARN_BOOST_INCLUDE}/boost/version.hpp" DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tarn-boost/boost)
-install(FILES "${TARN_BOOST_INCLUDE}/boost/core/noncopyable.hpp"
-    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tarn-boost/boost/core)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/tarn)
 install(EXPORT tarn NAMESPACE tarn:: FILE tarnTargets.cmake DESTINATION ${package_dir})

@@ -9,7 +9,9 @@
 #include <algorithm>
 #include <concepts>
 #include <string>
+#include <string_view>
 #include <type_traits>
+#include <utility>
 
 namespace tarn {
 /// The library's string: a standard string that converts between narrow and wide text, reads and writes
@@ -73,6 +75,7 @@ public:
 
     BasicString operator+(const BasicString& s) const { return joined(s.data(), s.size()); }
     BasicString operator+(const Base& s) const { return joined(s.data(), s.size()); }
+    BasicString operator+(Base&& s) const { return joined(s.data(), s.size()); }
     BasicString operator+(const Ch* s) const { return joined(s, Traits::length(s)); }
     BasicString operator+(Ch c) const { return joined(&c, 1); }
 
@@ -126,8 +129,8 @@ public:
     /// The path without its last element and the separator before it ("C:" for a file in a root).
     BasicString getDirectory() const;
     /// `relative` as seen from the folder `base`: each leading ".." drops one element of `base`, though
-    /// never its root. An absolute `relative` (one that begins with a separator or a device) is the
-    /// result itself, and for an empty argument the result is the other one.
+    /// never its root; leading "." are dropped. An absolute `relative` (one that begins with a separator or a device)
+    /// is the result itself, and for an empty argument the result is the other one.
     static BasicString mergePath(BasicString base, BasicString relative);
 
     /// Fills in the text as a template: "%1" to "%9" stand for the arguments (null: nothing), "%%" for
@@ -143,6 +146,11 @@ private:
     size_type endOfText() const;
     static bool isAbsolute(const BasicString& path);
     bool endsAtRoot() const;
+    static std::basic_string_view<Ch, Traits> viewOf(const Ch* s)
+    {
+        return s ? std::basic_string_view<Ch, Traits>(s) : std::basic_string_view<Ch, Traits>();
+    }
+    template <class Take> void expand(const std::basic_string_view<Ch, Traits>* arguments, Take take) const;
 };
 
 /// Narrow text in the given code page (`CP_UTF8`, `CP_OEMCP`, ...) as wide text.

@@ -207,7 +207,7 @@ BasicString<Ch, Traits, Alloc> BasicString<Ch, Traits, Alloc>::getDirectory() co
 
 template <class Ch, class Traits, class Alloc> bool BasicString<Ch, Traits, Alloc>::isAbsolute(const BasicString& path)
 {
-    return path.startsWith(Helper::Separator()) || path.getPathElement(0).endsWith(Helper::Separator());
+    return path.startsWith(Helper::Separator()) || path.getPathElement(0).contains(Helper::Device());
 }
 
 template <class Ch, class Traits, class Alloc> bool BasicString<Ch, Traits, Alloc>::endsAtRoot() const
@@ -224,8 +224,14 @@ BasicString<Ch, Traits, Alloc> BasicString<Ch, Traits, Alloc>::mergePath(BasicSt
     if (relative.empty())
         return base;
 
-    while (relative.getPathElement(0) == Helper::UpperDir()) {
-        relative.erase(0, 3);
+    const BasicString here = BasicString(Helper::UpperDir()).left(1);
+    for (;;) {
+        const BasicString first = relative.getPathElement(0);
+        if (first != here && first != Helper::UpperDir())
+            break;
+        relative.erase(0, first.size() + 1);
+        if (first == here)
+            continue;
         if (base.size() > 1 && base.back() == separator)
             base.pop_back();
         if (base.endsAtRoot())
@@ -247,29 +253,34 @@ BasicString<Ch, Traits, Alloc> BasicString<Ch, Traits, Alloc>::format(const Ch* 
                                                                       const Ch* a4, const Ch* a5, const Ch* a6,
                                                                       const Ch* a7, const Ch* a8, const Ch* a9) const
 {
-    const Ch* const arguments[] = {a1, a2, a3, a4, a5, a6, a7, a8, a9};
-    const Ch percent('%');
+    const std::basic_string_view<Ch, Traits> arguments[] = {viewOf(a1), viewOf(a2), viewOf(a3), viewOf(a4), viewOf(a5),
+                                                            viewOf(a6), viewOf(a7), viewOf(a8), viewOf(a9)};
+    // Measured first: growing on the way would copy a long text more than once.
+    size_type length = 0;
+    expand(arguments, [&](std::basic_string_view<Ch, Traits> part) { length += part.size(); });
     BasicString result;
-    result.reserve(this->size());
+    result.reserve(length);
+    expand(arguments, [&](std::basic_string_view<Ch, Traits> part) { result.append(part.data(), part.size()); });
+    return result;
+}
+
+template <class Ch, class Traits, class Alloc>
+template <class Take>
+void BasicString<Ch, Traits, Alloc>::expand(const std::basic_string_view<Ch, Traits>* arguments, Take take) const
+{
+    const std::basic_string_view<Ch, Traits> text(this->data(), this->size());
+    const Ch percent('%');
     size_type position = 0;
     for (;;) {
-        const size_type found = this->find(percent, position);
-        result.append(*this, position, found - position);
-        if (found == npos)
-            return result;
-        if (found + 1 == this->size()) {
-            result += percent;
-            return result;
-        }
-        const Ch code = this->data()[found + 1];
-        if (code >= Ch('1') && code <= Ch('9')) {
-            if (const Ch* argument = arguments[code - Ch('1')])
-                result.append(argument);
-        } else {
-            result += percent;
-            if (code != percent)
-                result += code;
-        }
+        const size_type found = text.find(percent, position);
+        if (found == npos || found + 1 == text.size())
+            return take(text.substr(position));
+        take(text.substr(position, found - position));
+        const Ch code = text[found + 1];
+        if (code >= Ch('1') && code <= Ch('9'))
+            take(arguments[code - Ch('1')]);
+        else
+            take(text.substr(found, code == percent ? 1 : 2));
         position = found + 2;
     }
 }

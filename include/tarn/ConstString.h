@@ -21,10 +21,12 @@ public:
     constexpr const Ch* data() const { return text_; }
     /// The length in characters as it was given: may be `wholeText`.
     constexpr unsigned storedLength() const { return length_; }
-    /// The length in characters, counted when it was given as `wholeText`.
+    /// The length in characters, counted when it was given as `wholeText`; 0 for a null text.
     constexpr unsigned length() const
     {
-        return length_ != wholeText ? length_ : text_ ? static_cast<unsigned>(Traits::length(text_)) : 0;
+        if (!text_)
+            return 0;
+        return length_ != wholeText ? length_ : static_cast<unsigned>(Traits::length(text_));
     }
 
 private:

@@ -5,6 +5,7 @@
 #include <tarn/Windows.h>
 
 #include <concepts>
+#include <cstddef>
 #include <list>
 #include <vector>
 
@@ -21,8 +22,12 @@ template <class Ch> class RegistryValue;
 class TARN_API RegistryKey {
 public:
     template <class Ch> struct Info;
+    template <class EntryType> class Snapshot;
+    template <class Ch> struct KeyEntry;
+    template <class Ch> struct ValueEntry;
     template <class Ch> class KeyEnumeration;
     template <class Ch> class ValueEnumeration;
+
     /// What getInfo fills in, to be combined with `|`.
     enum InfoFields : unsigned short {
         infoClassName = 0x001,
@@ -164,8 +169,8 @@ public:
     /// Deletes a subkey that has no subkeys itself.
     void deleteKey(const char* subkey) const;
     void deleteKey(const wchar_t* subkey) const;
-    /// Deletes a subkey with everything below it. Throws "Registry key not found" with
-    /// `ERROR_FILE_NOT_FOUND` whatever the reason why it cannot be opened for all access.
+    /// Deletes a subkey with everything below it, and below what symbolic links in it lead to. Throws "Registry key not
+    /// found" with `ERROR_FILE_NOT_FOUND` whatever the reason why it cannot be opened for all access.
     void deleteKeyRecursive(const char* subkey) const;
     void deleteKeyRecursive(const wchar_t* subkey) const;
     /// Deletes the empty keys in a subtree, leaves first, its root included. A key without subkeys is empty
@@ -212,49 +217,45 @@ template <class Ch> struct RegistryKey::Info {
     FILETIME lastWriteTime = {};
 };
 
-/// A key's subkeys as they were when the snapshot was taken, in the platform's order. Does not keep the
-/// key, so what is done to the key later (deleting the subkeys, say) does not disturb the iteration.
-template <class Ch> class RegistryKey::KeyEnumeration {
+/// What both snapshots are: a list of entries, from first to last, that can be copied and assigned.
+template <class EntryType> class RegistryKey::Snapshot {
 public:
-    struct Entry {
-        BasicString<Ch> name;
-        BasicString<Ch> className;
-        FILETIME lastWriteTime;
-    };
+    using Entry = EntryType;
     using const_iterator = typename std::vector<Entry>::const_iterator;
-
-    /// `key` needs `KEY_ENUMERATE_SUB_KEYS`.
-    TARN_API explicit KeyEnumeration(HKEY key);
 
     const_iterator begin() const { return entries_.begin(); }
     const_iterator end() const { return entries_.end(); }
     std::size_t size() const { return entries_.size(); }
     bool empty() const { return entries_.empty(); }
 
-private:
+protected:
     std::vector<Entry> entries_;
 };
 
-/// A key's values, without their data, as they were when the snapshot was taken. The default value has the
-/// empty name.
-template <class Ch> class RegistryKey::ValueEnumeration {
-public:
-    struct Entry {
-        BasicString<Ch> name;
-        unsigned long type; ///< A `REG_...` code.
-        unsigned long size; ///< In bytes, as this width reads the value.
-    };
-    using const_iterator = typename std::vector<Entry>::const_iterator;
+template <class Ch> struct RegistryKey::KeyEntry {
+    BasicString<Ch> name;
+    BasicString<Ch> className;
+    FILETIME lastWriteTime;
+};
 
+/// A key's subkeys as they were when the snapshot was taken, in the platform's order. Does not keep the
+/// key, so what is done to the key later (deleting the subkeys, say) does not disturb the iteration.
+template <class Ch> class RegistryKey::KeyEnumeration : public Snapshot<KeyEntry<Ch>> {
+public:
+    /// `key` needs `KEY_ENUMERATE_SUB_KEYS`.
+    TARN_API explicit KeyEnumeration(HKEY key);
+};
+
+template <class Ch> struct RegistryKey::ValueEntry {
+    BasicString<Ch> name; ///< Empty for the default value.
+    unsigned long type;   ///< A `REG_...` code.
+    unsigned long size;   ///< In bytes, as this width reads the value.
+};
+
+/// A key's values, without their data, as they were when the snapshot was taken.
+template <class Ch> class RegistryKey::ValueEnumeration : public Snapshot<ValueEntry<Ch>> {
+public:
     /// `key` needs `KEY_QUERY_VALUE`. Throws BadAllocation too.
     TARN_API explicit ValueEnumeration(HKEY key);
-
-    const_iterator begin() const { return entries_.begin(); }
-    const_iterator end() const { return entries_.end(); }
-    std::size_t size() const { return entries_.size(); }
-    bool empty() const { return entries_.empty(); }
-
-private:
-    std::vector<Entry> entries_;
 };
 } // namespace tarn

@@ -4,14 +4,60 @@
 #include <tarn/Window.h>
 
 namespace tarn {
-/// A tree view, attached to or subclassing the control.
+/// A tree of items with pictures. Items are handles, valid until deleted; the platform does not notice the
+/// handle of a deleted item for sure. Texts are copied.
+///
+/// What the platform's control can do beyond the members here is done by its messages: sendMessageA().
 class TARN_API TreeView : public Window {
 public:
+    enum imagelist { normal = TVSIL_NORMAL, state = TVSIL_STATE };
+
     using Window::Window;
 
-    /// A notification of this control, before its parent's handlers: true settles it.
+    /// A notification of this control, before its parent's handlers: true settles it. The wide form is asked
+    /// first, then the converted one. It arrives when the object is attached to the control (or subclasses
+    /// it) and the parent is handled by an object that passes notifications on.
     virtual bool onReflectedNotification(const NMTREEVIEWA& notification);
-    /// The wide form is asked first.
     virtual bool onReflectedNotification(const NMTREEVIEWW& notification);
+
+    /// The new item. `after` may be `TVI_FIRST`, `TVI_LAST` or `TVI_SORT`. Pictures count from 0 in the image
+    /// list. Throw "Can't insert tree view item".
+    HTREEITEM insertItem(const TVINSERTSTRUCTA& item) const;
+    HTREEITEM insertItem(const TVINSERTSTRUCTW& item) const;
+    HTREEITEM insertItem(const char* text, HTREEITEM parent = TVI_ROOT, HTREEITEM after = TVI_LAST) const;
+    HTREEITEM insertItem(const wchar_t* text, HTREEITEM parent = TVI_ROOT, HTREEITEM after = TVI_LAST) const;
+    HTREEITEM insertItem(const char* text, const void* data, HTREEITEM parent, HTREEITEM after) const;
+    HTREEITEM insertItem(const wchar_t* text, const void* data, HTREEITEM parent, HTREEITEM after) const;
+    HTREEITEM insertItem(const char* text, int image, int selectedImage, HTREEITEM parent = TVI_ROOT,
+                         HTREEITEM after = TVI_LAST) const;
+    HTREEITEM insertItem(const wchar_t* text, int image, int selectedImage, HTREEITEM parent = TVI_ROOT,
+                         HTREEITEM after = TVI_LAST) const;
+    HTREEITEM insertItem(const char* text, int image, int selectedImage, const void* data, HTREEITEM parent,
+                         HTREEITEM after) const;
+    HTREEITEM insertItem(const wchar_t* text, int image, int selectedImage, const void* data, HTREEITEM parent,
+                         HTREEITEM after) const;
+
+    void deleteItem(HTREEITEM item) const; ///< With its children. Throws "Can't delete tree item".
+    void deleteAllItems() const;
+    BasicString<char> getItemTextA(HTREEITEM item) const; ///< Throws "Can't retrieve item".
+    BasicString<wchar_t> getItemTextW(HTREEITEM item) const;
+    void* getItemData(HTREEITEM item) const; ///< Null for no item.
+
+    /// `action` is `TVE_EXPAND`, `TVE_COLLAPSE` or `TVE_TOGGLE`. Throws "Unable to expand/collapse tree view
+    /// item", also for an item without children.
+    void expand(HTREEITEM item, unsigned action) const;
+    /// By text; with `recurse` the children's children too. Throws "Can't sort tree view child items", also
+    /// for an item without children.
+    void sortChildren(HTREEITEM item, bool recurse) const;
+    void ensureVisible(HTREEITEM item) const; ///< Expands its parents and scrolls.
+    HTREEITEM getSelectedItem() const;        ///< Null when none is selected.
+
+    /// Gives the list before. The tree view destroys neither: keep an ImageList as long as it is shown.
+    HIMAGELIST setImageList(HIMAGELIST list, imagelist which) const;
+    HIMAGELIST getImageList(imagelist which) const;
+
+private:
+    void getItem(TVITEMEXA& item) const;
+    void getItem(TVITEMEXW& item) const;
 };
 } // namespace tarn

@@ -152,7 +152,8 @@ public:
     virtual void onDroppedFiles(const Point& position, bool inClientArea, const std::list<BasicString<wchar_t>>& files);
     /// Destroys an owned window; a failure to do so and what handlers throw meanwhile are dropped, so call
     /// destroy() to hear of them.
-    virtual ~Window();
+    /// It throws nothing itself, but derived classes may have members whose end does.
+    virtual ~Window() noexcept(false);
 
     // ---- Binding and lifetime
 

@@ -12,7 +12,8 @@ namespace tarn {
 /// A window class of the system whose windows are handled by Window objects: give it to Window::create.
 ///
 /// Objects with equal attributes share one registration, which is counted and ends with the last of them.
-/// The name is made from the attributes. Keep the object as long as its windows live. May be used from any
+/// The name is made from the attributes. Keep the object as long as its windows live; as a
+/// member of a window object it goes first, so there call destroy() in the destructor. May be used from any
 /// thread. Failures throw WindowsError, also out of the destructor.
 class TARN_API WindowClass {
 public:

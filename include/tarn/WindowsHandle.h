@@ -31,7 +31,8 @@ public:
     operator bool() const { return isOpen(); }
     bool operator!() const { return !isOpen(); }
 
-    /// Throws "Error while retrieving handle state".
+    /// Throws "Error while retrieving handle state". Ask isOpen() first when in doubt: for the system,
+    /// `INVALID_HANDLE_VALUE` names the calling process, so waiting with no handle never fails or ends.
     wait_result wait(unsigned timeoutMs) const;
     bool isSignaled() const { return wait(0) == signaled; }
 

@@ -31,7 +31,7 @@ std::ifstream openList(const wchar_t* valueName)
     const auto file =
         findText(HKEY_LOCAL_MACHINE, L"Software\\{8900105B-76C1-46DE-ACE4-F9A052866F80}\\Files", valueName);
     if (!file.empty())
-        list.open(file.c_str());
+        list.open(file.c_str(), std::ios::in | std::ios::binary);
     return list;
 }
 
@@ -101,8 +101,8 @@ BasicString<char> registeredName(const char* kind, const char* prefix, const Bas
 BasicString<char> nameOf(const GUID& guid)
 {
     static const GUIDNames names = loadGUIDNames();
-    if (const auto found = names.find(guid); found != names.end())
-        return found->second;
+    if (const std::string_view name = names.find(guid); !name.empty())
+        return BasicString<char>(name);
     if (const BasicString<char> name = mediaFormatName(guid); !name.empty())
         return name;
     const BasicString<char> text(toWString(guid).c_str());
@@ -117,8 +117,8 @@ BasicString<char> nameOf(const GUID& guid)
 BasicString<char> getHRESULTIdentifier(long hr)
 {
     static const HRESULTNames names = loadHRESULTNames();
-    if (const auto found = names.find(hr); found != names.end())
-        return found->second;
+    if (const std::string_view name = names.find(hr); !name.empty())
+        return BasicString<char>(name);
     return "HRESULT value " + toHex(static_cast<unsigned long>(hr)) + '\0';
 }
 

@@ -9,7 +9,21 @@
 #include <cstring>
 
 namespace tarn {
-bool operator<(const GUID& a, const GUID& b) { return std::memcmp(&a, &b, sizeof(GUID)) < 0; }
+namespace {
+// The number whose order is that of eight bytes in memory. Tables of GUIDs compare a great many of them.
+unsigned long long ordinal(const GUID& guid, std::size_t offset)
+{
+    unsigned long long value;
+    std::memcpy(&value, reinterpret_cast<const char*>(&guid) + offset, sizeof value);
+    return __builtin_bswap64(value);
+}
+} // namespace
+
+bool operator<(const GUID& a, const GUID& b)
+{
+    const unsigned long long first = ordinal(a, 0), otherFirst = ordinal(b, 0);
+    return first != otherFirst ? first < otherFirst : ordinal(a, 8) < ordinal(b, 8);
+}
 
 BasicString<wchar_t> toWString(const GUID& guid)
 {

@@ -68,12 +68,13 @@ __attribute__((fastcall, noreturn, force_align_arg_pointer)) void raiseTranslate
     std::terminate();
 }
 
-bool isError(DWORD code) { return code >> 30 == 3; }
+// An overflow of the stack is left alone: it leaves no room to throw in.
+bool isTranslated(DWORD code) { return code >> 30 == 3 && code != EXCEPTION_STACK_OVERFLOW; }
 
 LONG CALLBACK onException(EXCEPTION_POINTERS* info)
 {
     const EXCEPTION_RECORD& record = *info->ExceptionRecord;
-    if (!isError(record.ExceptionCode) || (record.ExceptionFlags & EXCEPTION_NONCONTINUABLE))
+    if (!isTranslated(record.ExceptionCode) || (record.ExceptionFlags & EXCEPTION_NONCONTINUABLE))
         return EXCEPTION_CONTINUE_SEARCH;
     const SETranslator translator = currentTranslator();
     if (!translator)

@@ -3,8 +3,8 @@
 #include <tarn/RegistryValue.h>
 
 #include "../foundation/Check.h"
-#include "RegistryApi.h"
 
+#include <algorithm>
 #include <list>
 #include <utility>
 
@@ -12,9 +12,22 @@ namespace tarn {
 namespace {
 /// What a key holds, read into memory.
 struct Content {
-    std::list<std::pair<BasicString<wchar_t>, RegistryValue<wchar_t>>> values;
+    struct Value {
+        BasicString<wchar_t> name;
+        RegistryValue<wchar_t> value;
+    };
     struct Subkey;
+
+    std::list<Value> values;
     std::list<Subkey> subkeys;
+
+    /// A symbolic link has its target as a value; a REG_LINK value of another name is one like any other.
+    bool isLink() const
+    {
+        return std::ranges::any_of(values, [](const Value& entry) {
+            return entry.name == L"SymbolicLinkValue" && entry.value.getType() == REG_LINK;
+        });
+    }
 };
 
 struct Content::Subkey {
@@ -23,6 +36,7 @@ struct Content::Subkey {
     Content content;
 };
 
+// Links are opened themselves and not followed: they may lead back to a key that is being read.
 // What disappears between the listing and the reading was not there to be copied.
 Content readContent(const RegistryKey& source)
 {
@@ -30,26 +44,39 @@ Content readContent(const RegistryKey& source)
     for (const auto& entry : RegistryKey::ValueEnumeration<wchar_t>(source)) {
         RegistryValue<wchar_t> value;
         if (source.getValue(entry.name, value))
-            content.values.emplace_back(entry.name, std::move(value));
+            content.values.push_back({entry.name, std::move(value)});
     }
     for (const auto& entry : RegistryKey::KeyEnumeration<wchar_t>(source)) {
-        RegistryKey subkey;
-        if (subkey.open(source, entry.name, KEY_READ))
-            content.subkeys.push_back({entry.name, entry.className, readContent(subkey)});
+        HKEY opened = nullptr;
+        const LSTATUS code = RegOpenKeyExW(source, entry.name, REG_OPTION_OPEN_LINK, KEY_READ, &opened);
+        if (code == ERROR_FILE_NOT_FOUND)
+            continue;
+        ensureCode(code);
+        content.subkeys.push_back({entry.name, entry.className, readContent(RegistryKey(opened, true))});
     }
     return content;
 }
 
+// Opened first, because Wine, other than Windows, gives the class name to a key that exists too.
+RegistryKey openOrCreate(const RegistryKey& target, const Content::Subkey& subkey)
+{
+    const bool link = subkey.content.isLink();
+    HKEY key = nullptr;
+    LSTATUS code = RegOpenKeyExW(target, subkey.name, link ? REG_OPTION_OPEN_LINK : 0, KEY_WRITE, &key);
+    if (code == ERROR_FILE_NOT_FOUND)
+        code = RegCreateKeyExW(target, subkey.name, 0, const_cast<wchar_t*>(subkey.className.c_str()),
+                               link ? REG_OPTION_CREATE_LINK : REG_OPTION_NON_VOLATILE,
+                               link ? KEY_WRITE | KEY_CREATE_LINK : KEY_WRITE, nullptr, &key, nullptr);
+    ensureCode(code);
+    return RegistryKey(key, true);
+}
+
 void writeContent(const RegistryKey& target, const Content& content)
 {
-    for (const auto& [name, value] : content.values)
-        target.setValue(name, value);
-    for (const Content::Subkey& subkey : content.subkeys) {
-        RegistryKey key;
-        key.create(target, subkey.name, subkey.className, REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr, nullptr);
-        key.attach(key.detach(), true);
-        writeContent(key, subkey.content);
-    }
+    for (const Content::Value& entry : content.values)
+        target.setValue(entry.name, entry.value);
+    for (const Content::Subkey& subkey : content.subkeys)
+        writeContent(openOrCreate(target, subkey), subkey.content);
 }
 } // namespace
 

@@ -5,6 +5,8 @@
 #include "../foundation/NumericCast.h"
 #include "RegistryApi.h"
 
+#include <utility>
+
 namespace tarn {
 namespace {
 constexpr DWORD bufferLength = 300;
@@ -61,7 +63,8 @@ template <class Ch> RegistryKey::KeyEnumeration<Ch>::KeyEnumeration(HKEY key)
         if (code == ERROR_NO_MORE_ITEMS)
             return;
         ensureCode(code);
-        entries_.push_back({BasicString<Ch>(name, nameLength), BasicString<Ch>(className, classLength), lastWrite});
+        this->entries_.push_back(
+            {BasicString<Ch>(name, nameLength), BasicString<Ch>(className, classLength), lastWrite});
     }
 }
 
@@ -73,13 +76,13 @@ template <class Ch> RegistryKey::ValueEnumeration<Ch>::ValueEnumeration(HKEY key
     resizeOrThrow(name, info.maxValueNameLength + std::size_t(1));
     for (DWORD index = 0;; ++index) {
         DWORD nameLength = numericCast<DWORD>(name.size());
-        Entry entry = {};
+        ValueEntry<Ch> entry = {};
         const LSTATUS code = regEnumValue(key, index, name.data(), &nameLength, &entry.type, &entry.size);
         if (code == ERROR_NO_MORE_ITEMS)
             return;
         ensureCode(code);
         entry.name.assign(name.data(), nameLength);
-        entries_.push_back(std::move(entry));
+        this->entries_.push_back(std::move(entry));
     }
 }
 

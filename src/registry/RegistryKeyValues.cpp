@@ -106,6 +106,15 @@ template <class Ch> void writeStrings(HKEY key, const Ch* name, const std::list<
     const BasicString<Ch> text = joined(strings);
     writeText(key, name, text.data(), text.size(), REG_MULTI_SZ);
 }
+
+// The platform looks at the character behind a text that ends without a terminator, and stores it too
+// when it is zero. With other bytes there the value is written as it was read.
+template <class Ch> void writeAny(HKEY key, const Ch* name, const RegistryValue<Ch>& value)
+{
+    ValueData data(value.getData(), value.getData() + value.getSize());
+    data.insert(data.end(), sizeof(wchar_t), 0xFF);
+    write(key, name, data.data(), value.getSize(), value.getType());
+}
 } // namespace
 
 bool RegistryKey::getValue(const char* name, unsigned long& value) const { return readDWord(key_, name, value); }
@@ -183,13 +192,10 @@ void RegistryKey::setValue(const wchar_t* name, const unsigned char* data, unsig
 {
     write(key_, name, data, sizeInBytes, type);
 }
-void RegistryKey::setValue(const char* name, const RegistryValue<char>& value) const
-{
-    write(key_, name, value.getData(), value.getSize(), value.getType());
-}
+void RegistryKey::setValue(const char* name, const RegistryValue<char>& value) const { writeAny(key_, name, value); }
 void RegistryKey::setValue(const wchar_t* name, const RegistryValue<wchar_t>& value) const
 {
-    write(key_, name, value.getData(), value.getSize(), value.getType());
+    writeAny(key_, name, value);
 }
 
 void RegistryKey::deleteValue(const char* name) const

@@ -5,9 +5,11 @@
 
 #include "../foundation/Check.h"
 #include "../foundation/Memory.h"
+#include "../foundation/NumericCast.h"
 #include "RegistryApi.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <list>
 #include <vector>
 
@@ -28,21 +30,21 @@ void checkStringsType(DWORD type);
 template <class Ch, class CheckType>
 bool readValue(HKEY key, const Ch* name, DWORD& type, ValueData& data, CheckType checkType)
 {
-    // The value may grow after its size was asked for; then the answer is "more data", and the size is
-    // asked for again.
-    for (;;) {
+    // The value may grow after its size was asked for; then both calls are made again. The buffer grows
+    // in any case: what some providers of values say of the size is only a guess.
+    for (std::size_t least = 1;; least = data.size() * 2) {
         DWORD size = 0;
         LSTATUS code = regQueryValue(key, name, &type, nullptr, &size);
         if (code == ERROR_SUCCESS) {
             checkType(type);
-            size = std::max<DWORD>(size, 1); // Without a buffer the call would tell the size again.
-            resizeOrThrow(data, size);
+            resizeOrThrow(data, std::max<std::size_t>(size, least));
+            size = numericCast<DWORD>(data.size());
             code = regQueryValue(key, name, &type, data.data(), &size);
+            if (code == ERROR_MORE_DATA)
+                continue;
         }
         if (code == ERROR_FILE_NOT_FOUND)
             return false;
-        if (code == ERROR_MORE_DATA)
-            continue;
         ensureCode(code);
         checkType(type);
         data.resize(size);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <tarn/Windows.h>
+
 #include <exception>
 #include <type_traits>
 #include <utility>

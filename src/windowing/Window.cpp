@@ -28,7 +28,7 @@ int distance(LONG from, LONG to) { return static_cast<int>(static_cast<ULONG>(to
 WNDPROC procedureOf(HWND hwnd) { return reinterpret_cast<WNDPROC>(GetWindowLongPtrW(hwnd, GWLP_WNDPROC)); }
 } // namespace
 
-Window::~Window()
+Window::~Window() noexcept(false)
 {
     if (owns_ && hwnd_)
         destroyQuietly();

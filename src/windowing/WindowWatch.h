@@ -48,12 +48,18 @@ public:
 protected:
     Watch(Window& window, MessageRecord* record) : window_(&window), outer_(window.watch_), record_(record)
     {
-        window.watch_ = this;
+        link(window);
     }
 
     Window* window_;
 
 private:
+    // The destructor takes the pointer back, which the compiler's warning does not see.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdangling-pointer"
+    void link(Window& window) { window.watch_ = this; }
+#pragma GCC diagnostic pop
+
     Watch* outer_;
     MessageRecord* record_;
     MessageRecord last_;

@@ -6,3 +6,11 @@ foreach(server com_test_inproc com_test_local)
     target_link_libraries(${server} PRIVATE tarn::tarn tarn_warnings)
     add_dependencies(${test} ${server})
 endforeach()
+
+# The lists of names, as a user makes them.
+set(names "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/com-names")
+add_custom_command(OUTPUT "${names}/HRESULTs.txt" "${names}/GUIDs.txt"
+    COMMAND "${PROJECT_SOURCE_DIR}/tools/com-names" "${names}"
+    DEPENDS "${PROJECT_SOURCE_DIR}/tools/com-names" VERBATIM)
+add_custom_target(com_test_names DEPENDS "${names}/HRESULTs.txt" "${names}/GUIDs.txt")
+add_dependencies(${test} com_test_names)

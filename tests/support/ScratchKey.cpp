@@ -74,7 +74,7 @@ void ScratchKey::store(const wchar_t* subkey, const wchar_t* name, unsigned long
             "RegSetValueExW");
 }
 
-void ScratchKey::storeText(const wchar_t* subkey, const wchar_t* name, const std::wstring& text) const
+void ScratchKey::storeText(const wchar_t* subkey, const wchar_t* name, const wchar_t* text) const
 {
     store(subkey, name, REG_SZ, bytesOf(text));
 }

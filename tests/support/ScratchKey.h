@@ -34,7 +34,7 @@ public:
     /// The values of `subkey`, which is made when it is missing; an empty one is the scratch key itself.
     void store(const wchar_t* subkey, const wchar_t* name, unsigned long type,
                const std::vector<unsigned char>& data) const;
-    void storeText(const wchar_t* subkey, const wchar_t* name, const std::wstring& text) const;
+    void storeText(const wchar_t* subkey, const wchar_t* name, const wchar_t* text) const;
     bool hasValue(const wchar_t* subkey, const wchar_t* name) const;
     /// `REG_NONE` without data when there is none.
     StoredValue stored(const wchar_t* subkey, const wchar_t* name) const;

@@ -12,6 +12,21 @@ public:
     using Window::setWindowLong;
     using Window::Window;
 };
+
+using Failure = std::pair<const char*, std::function<void()>>;
+
+// Of what `call` throws; empty when it throws nothing.
+std::string descriptionOf(const std::function<void()>& call)
+{
+    try {
+        call();
+    } catch (const WindowsError& e) {
+        return e.getDescription();
+    }
+    return {};
+}
+
+bool isWine() { return GetProcAddress(GetModuleHandleW(L"ntdll"), "wine_get_version") != nullptr; }
 } // namespace
 
 TEST_CASE("Window: each failing call is reported by its own words", "[window][wrappers]")
@@ -19,17 +34,11 @@ TEST_CASE("Window: each failing call is reported by its own words", "[window][wr
     const Plain dead(HWND(0x7001));
     SCROLLINFO info{sizeof info, SIF_ALL, 0, 0, 0, 0, 0};
     MSG msg;
-    const std::pair<const char*, std::function<void()>> failures[] = {
+    const Failure failures[] = {
         {"Can't move window", [&] { dead.move(Rect(), false); }},
         {"Can't destroy window", [&] { Window(HWND(0x7001)).destroy(); }},
         {"Can't get client rectangle", [&] { dead.getClientSize(); }},
         {"Can't get window rectangle", [&] { dead.getWindowPosition(); }},
-        {"Can't get scroll info", [&] { dead.getScrollInfo(SB_HORZ, info); }},
-        {"Can't get scroll info", [&] { dead.getScrollPageSize(Window::vertical); }},
-        {"Can't show/hide scrollbar", [&] { dead.showScrollBar(Window::horizontal, true); }},
-        {"Can't set scroll position", [&] { dead.setScrollPosition(Window::horizontal, 1, false); }},
-        {"Can't get scroll position", [&] { dead.getScrollPosition(Window::horizontal); }},
-        {"Can't set scroll range", [&] { dead.setScrollRange(Window::horizontal, 0, 1, false); }},
         {"Error in retrieving window text length", [&] { dead.getTextLengthW(); }},
         {"Error in retrieving window text length", [&] { dead.getTextW(); }},
         {"Can't set window text", [&] { dead.setText("x"); }},
@@ -38,11 +47,6 @@ TEST_CASE("Window: each failing call is reported by its own words", "[window][wr
         {"Can't retrieve control id", [&] { dead.getID(); }},
         {"Can't get dialog item int", [&] { dead.getInt(1); }},
         {"Can't get dialog item int", [&] { dead.getUInt(1); }},
-        {"Can't set dialog item int", [&] { dead.setInt(1, 1); }},
-        {"Can't set dialog item unsigned int", [&] { dead.setInt(1, 1u); }},
-        {"Can't check dialog button", [&] { dead.setCheck(1, true); }},
-        {"Can't enable window", [&] { dead.enable(true); }},
-        {"Can't enable window", [&] { dead.enable(1, true); }},
         {"Can't set window long GWL_STYLE", [&] { dead.getStyle(); }},
         {"Can't set window long GWL_STYLE", [&] { dead.setExtendedStyle(0); }},
         {"Can't set window long GWL_STYLE", [&] { dead.getWindowLong(GWLP_USERDATA); }},
@@ -50,13 +54,11 @@ TEST_CASE("Window: each failing call is reported by its own words", "[window][wr
         {"Can't retrieve parent window", [&] { dead.getParent(); }},
         {"Can't set focus", [&] { dead.setFocus(); }},
         {"Can't retrieve dialog item 7", [&] { dead.getDialogItem(7, true); }},
-        {"Can't update the window", [&] { dead.update(); }},
         {"Can't scroll window", [&] { dead.scroll(Point(1, 1), nullptr, nullptr); }},
         {"Can't create timer with id 70000 and interval 5", [&] { dead.startTimer(70000, 5); }},
         {"Can't stop timer with id 70000", [&] { dead.stopTimer(70000); }},
         {"Can't invalidate window", [&] { dead.invalidate(true); }},
         {"Can't invalidate window rectangle", [&] { dead.invalidate(Rect(), true); }},
-        {"Can't show message box", [&] { dead.messageBox("text", "caption", MB_OK); }},
         {"Error tracking popup menu", [&] { dead.trackPopupMenu(nullptr, Point(), TPM_RETURNCMD); }},
         {"Error drawing the menu bar", [&] { dead.drawMenuBar(); }},
         {"Can't map point from client to screen", [&] { dead.toScreen(Point()); }},
@@ -64,11 +66,33 @@ TEST_CASE("Window: each failing call is reported by its own words", "[window][wr
         {"Error in GetMessage", [&] { dead.getMessage(msg); }},
         {"Can't insert menu item", [&] { insertMenu(nullptr, 0, 0, 0, ""); }},
         {"Can't set menu bitmaps", [&] { setMenuItemBitmaps(nullptr, 0, 0, nullptr, nullptr); }},
+    };
+    // Wine lets these calls pass without a word.
+    const Failure unreportedByWine[] = {
+        {"Can't change scrollbar arrow state", [&] { dead.enableScrollBar(SB_HORZ, ESB_DISABLE_BOTH); }},
+        {"Can't get scroll info", [&] { dead.getScrollInfo(SB_HORZ, info); }},
+        {"Can't get scroll info", [&] { dead.getScrollPageSize(Window::vertical); }},
+        {"Can't show/hide scrollbar", [&] { dead.showScrollBar(Window::horizontal, true); }},
+        {"Can't set scroll position", [&] { dead.setScrollPosition(Window::horizontal, 1, false); }},
+        {"Can't get scroll position", [&] { dead.getScrollPosition(Window::horizontal); }},
+        {"Can't set scroll range", [&] { dead.setScrollRange(Window::horizontal, 0, 1, false); }},
+        {"Can't set dialog item int", [&] { dead.setInt(1, 1); }},
+        {"Can't set dialog item unsigned int", [&] { dead.setInt(1, 1u); }},
+        {"Can't check dialog button", [&] { dead.setCheck(1, true); }},
+        {"Can't enable window", [&] { dead.enable(true); }},
+        {"Can't enable window", [&] { dead.enable(1, true); }},
+        {"Can't update the window", [&] { dead.update(); }},
+        {"Can't show message box", [&] { dead.messageBox("text", "caption", MB_OK); }},
         {"Can't retrieve dialog item text", [&] { dead.getTextA(1); }},
     };
     for (const auto& [text, call] : failures) {
         CAPTURE(text);
-        support::expectFailure(call, text);
+        CHECK(descriptionOf(call) == text);
+    }
+    for (const auto& [text, call] : unreportedByWine) {
+        CAPTURE(text);
+        const std::string thrown = descriptionOf(call);
+        CHECK((thrown == text || (thrown.empty() && isWine())));
     }
     CHECK((!dead.show(SW_SHOW) && !dead.isIconic() && !dead.postMessageA(WM_NULL)));
 }

@@ -1,0 +1,130 @@
+#include "Ratios.h"
+
+#include <catch2/catch.hpp>
+
+#include <tarn/Window.h>
+#include <tarn/WindowClass.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+using namespace tarn;
+
+namespace {
+constexpr UINT question = WM_USER + 1;
+const HINSTANCE program = GetModuleHandleW(nullptr);
+
+class Ours : public Window {
+public:
+    LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
+    {
+        if (msg == question)
+            return answer;
+        return Window::onMessage(msg, wParam, lParam);
+    }
+
+    LRESULT answer = 42;
+};
+
+/// What one writes without the library: the object behind the window's user data.
+struct Raw {
+    static LRESULT CALLBACK procedure(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
+    {
+        if (msg == WM_NCCREATE) {
+            const auto* const creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
+            SetWindowLongPtrW(hwnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(creation->lpCreateParams));
+        }
+        auto* const object = reinterpret_cast<Raw*>(GetWindowLongPtrW(hwnd, GWLP_USERDATA));
+        if (object && msg == question)
+            return object->answer;
+        return DefWindowProcW(hwnd, msg, wParam, lParam);
+    }
+
+    HWND create(HWND parent)
+    {
+        return CreateWindowExW(0, L"raw", L"", WS_CHILD, 0, 0, 10, 10, parent, nullptr, program, this);
+    }
+
+    LRESULT answer = 42;
+};
+
+void registerRaw()
+{
+    WNDCLASSW attributes{};
+    attributes.lpfnWndProc = Raw::procedure;
+    attributes.hInstance = program;
+    attributes.lpszClassName = L"raw";
+    RegisterClassW(&attributes);
+}
+
+const WindowClass& ourClass()
+{
+    static const WindowClass windowClass(0, 0, nullptr, static_cast<HBRUSH>(nullptr), nullptr, program);
+    return windowClass;
+}
+
+void create(Window& window, HWND parent)
+{
+    window.create(ourClass(), L"", WS_CHILD, Rect(0, 0, 10, 10), parent, nullptr, program);
+}
+} // namespace
+
+TEST_CASE("Windows")
+{
+    registerRaw();
+    bench::Ratios table("Windows, against a window procedure that keeps its object in the user data");
+    Window parent;
+    parent.create(ourClass(), L"", WS_POPUP, Rect(0, 0, 10, 10), nullptr, nullptr, program);
+    Raw raw;
+    const HWND rawWindow = raw.create(parent);
+    constexpr int sends = 20000;
+
+    std::vector<std::unique_ptr<Ours>> windows;
+    const std::pair<std::size_t, double> sizes[] = {{1, 1.3}, {100, 1.3}, {5000, 1.5}};
+    for (const auto& [count, limit] : sizes) {
+        while (windows.size() < count) {
+            windows.push_back(std::make_unique<Ours>());
+            create(*windows.back(), parent);
+        }
+        const HWND ours = *windows[count / 2];
+        table.row(
+            "20,000 messages sent, bound windows: " + std::to_string(count), limit,
+            [&] {
+                for (int i = 0; i < sends; ++i)
+                    bench::keep(SendMessageW(ours, question, 0, 0));
+            },
+            [&] {
+                for (int i = 0; i < sends; ++i)
+                    bench::keep(SendMessageW(rawWindow, question, 0, 0));
+            });
+    }
+    const Window& ours = *windows.front();
+    table.row(
+        "20,000 messages through sendMessageA", 1.3,
+        [&] {
+            for (int i = 0; i < sends; ++i)
+                bench::keep(ours.sendMessageA(question));
+        },
+        [&] {
+            for (int i = 0; i < sends; ++i)
+                bench::keep(SendMessageA(rawWindow, question, 0, 0));
+        });
+    windows.clear();
+
+    constexpr int creations = 200;
+    table.row(
+        "200 windows created and destroyed", 1.1,
+        [&] {
+            for (int i = 0; i < creations; ++i) {
+                Ours window;
+                create(window, parent);
+            }
+        },
+        [&] {
+            for (int i = 0; i < creations; ++i) {
+                Raw window;
+                DestroyWindow(window.create(parent));
+            }
+        });
+}

@@ -1,0 +1,33 @@
+# The archives that are handed out: one with all that a user needs, one with the symbols for debugging.
+
+# Symbols lie in a file of their own, which the stripped DLL names, so that a debugger finds it.
+if(CMAKE_BUILD_TYPE STREQUAL "RelWithDebInfo")
+    add_custom_command(TARGET tarn POST_BUILD
+        COMMAND ${CMAKE_OBJCOPY} --only-keep-debug $<TARGET_FILE:tarn> $<TARGET_FILE:tarn>.debug
+        COMMAND ${CMAKE_STRIP} --strip-debug $<TARGET_FILE:tarn>
+        COMMAND ${CMAKE_OBJCOPY} --add-gnu-debuglink=$<TARGET_FILE:tarn>.debug $<TARGET_FILE:tarn> VERBATIM)
+    install(FILES "$<TARGET_FILE:tarn>.debug" DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT symbols)
+endif()
+
+# The run-time DLLs and the Boost headers are other people's: their terms go with them.
+set(licences "${CMAKE_INSTALL_DATAROOTDIR}/doc/tarn/licences")
+foreach(package gcc-mingw-w64-i686-posix-runtime mingw-w64-common libboost-dev)
+    if(EXISTS "/usr/share/doc/${package}/copyright")
+        install(FILES "/usr/share/doc/${package}/copyright" DESTINATION "${licences}" RENAME "${package}.txt")
+    endif()
+endforeach()
+if(EXISTS /usr/share/common-licenses/GPL-3)
+    install(FILES /usr/share/common-licenses/GPL-3 DESTINATION "${licences}" RENAME GPL-3.txt)
+endif()
+install(FILES README.md DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/doc/tarn")
+
+set(CPACK_GENERATOR ZIP)
+set(CPACK_PACKAGE_NAME tarn)
+set(CPACK_PACKAGE_VENDOR Tarn++)
+set(CPACK_SYSTEM_NAME windows-i686)
+set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}/packages")
+set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
+set(CPACK_COMPONENTS_ALL Unspecified symbols)
+set(CPACK_ARCHIVE_UNSPECIFIED_FILE_NAME "tarn-${PROJECT_VERSION}-windows-i686")
+set(CPACK_ARCHIVE_SYMBOLS_FILE_NAME "tarn-${PROJECT_VERSION}-windows-i686-symbols")
+include(CPack)

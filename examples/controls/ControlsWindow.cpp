@@ -1,0 +1,331 @@
+#include "ControlsWindow.h"
+
+#include "Ids.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cwchar>
+#include <functional>
+#include <string>
+
+namespace {
+constexpr int leftX = 12, leftWidth = 230, rightX = 256, rightWidth = 552;
+constexpr tarn::Size clientSize{820, 520};
+constexpr unsigned long windowStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX;
+constexpr short largestFilter = 6000;
+constexpr int narrowest = 60, widest = 260, usualWidth = 150;
+constexpr unsigned long transparent = RGB(255, 0, 255);
+
+constexpr unsigned long views[] = {LVS_REPORT, LVS_LIST, LVS_SMALLICON, LVS_ICON};
+
+tarn::Rect place(int x, int y, int width, int height) { return tarn::Rect(x, y, x + width, y + height); }
+
+std::wstring withSeparators(int number)
+{
+    std::wstring digits = std::to_wstring(number);
+    for (auto at = static_cast<int>(digits.size()) - 3; at > 0; at -= 3)
+        digits.insert(static_cast<std::size_t>(at), L",");
+    return digits;
+}
+
+std::wstring daysOf(const Body& body)
+{
+    if (body.orbitDays >= 100)
+        return withSeparators(static_cast<int>(std::lround(body.orbitDays)));
+    wchar_t text[40];
+    std::swprintf(text, 40, L"%.1f", body.orbitDays);
+    return text;
+}
+
+std::wstring nameInText(const std::wstring& name) { return name == L"Sun" ? L"the Sun" : name; }
+
+bool goesRound(const Body& body, const Body& centre)
+{
+    return body.centre && std::wcscmp(body.centre, centre.name) == 0;
+}
+
+void sort(std::vector<const Body*>& wanted, int order)
+{
+    if (order == 1)
+        std::ranges::stable_sort(wanted, std::greater(), &Body::diameterKm);
+    else if (order == 2)
+        std::ranges::sort(wanted, [](const Body* a, const Body* b) { return std::wcscmp(a->name, b->name) < 0; });
+}
+} // namespace
+
+bool BodyTree::onReflectedNotification(const NMTREEVIEWW& notification)
+{
+    if (notification.hdr.code != TVN_SELCHANGEDW || !onSelection)
+        return false;
+    onSelection();
+    return true;
+}
+
+ControlsWindow::ControlsWindow(HINSTANCE program)
+    : program_(program),
+      windowClass_(0, 0, LoadIconW(nullptr, IDI_APPLICATION), COLOR_BTNFACE, LoadCursorW(nullptr, IDC_ARROW), program),
+      treePictures_(ID_SMALL_PICTURES, tarn::ImageList::bitmap, 16, transparent, LR_CREATEDIBSECTION, program),
+      smallPictures_(ID_SMALL_PICTURES, tarn::ImageList::bitmap, 16, transparent, LR_CREATEDIBSECTION, program),
+      largePictures_(ID_LARGE_PICTURES, tarn::ImageList::bitmap, 32, transparent, LR_CREATEDIBSECTION, program),
+      resetPicture_(ID_RESET_PICTURE, program), swatch_(colours_)
+{
+    tarn::Rect rect(tarn::Point(60, 60), clientSize);
+    AdjustWindowRect(&rect, windowStyle, FALSE);
+    create(windowClass_, L"The solar system", windowStyle, rect, nullptr, nullptr, program);
+    addLeftSide();
+    addView();
+    addFilter();
+    addNote();
+    fillTree();
+}
+
+// Before the members, whose pictures and class are in use until then.
+ControlsWindow::~ControlsWindow() noexcept { destroy(); }
+
+HWND ControlsWindow::addChild(const wchar_t* className, const wchar_t* text, unsigned long style, int id,
+                              const tarn::Rect& rect)
+{
+    const unsigned long edge = style & WS_BORDER ? WS_EX_CLIENTEDGE : 0;
+    const HWND child = CreateWindowExW(edge, className, text, WS_CHILD | WS_VISIBLE | (style & ~WS_BORDER), rect.left,
+                                       rect.top, rect.getWidth(), rect.getHeight(), *this,
+                                       reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), program_, nullptr);
+    SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), TRUE);
+    return child;
+}
+
+void ControlsWindow::addLeftSide()
+{
+    addChild(L"STATIC", L"&Bodies", 0, ID_LABEL, place(leftX, 10, leftWidth, 16));
+    addChild(WC_TREEVIEWW, L"",
+             WS_BORDER | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_SHOWSELALWAYS, ID_TREE,
+             place(leftX, 28, leftWidth, 280));
+    tree_.attach(*this, ID_TREE);
+    tree_.setImageList(treePictures_, tarn::TreeView::normal);
+
+    addChild(L"STATIC", L"&Order of the list", 0, ID_LABEL, place(leftX, 320, leftWidth, 16));
+    addChild(L"COMBOBOX", L"", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, ID_ORDER, place(leftX, 338, leftWidth, 120));
+    order_.attach(*this, ID_ORDER);
+    order_.addString(ID_ORDERS, program_);
+    order_.setCurrentSelection(0);
+
+    addChild(L"STATIC", L"&Colour of the names", 0, ID_LABEL, place(leftX, 374, leftWidth, 16));
+    addChild(L"LISTBOX", L"", WS_BORDER | WS_TABSTOP | LBS_NOTIFY | LBS_OWNERDRAWFIXED | LBS_NOINTEGRALHEIGHT,
+             ID_COLOURS, place(leftX, 392, leftWidth, 106));
+    colours_.attach(*this, ID_COLOURS);
+    colours_.fill();
+}
+
+void ControlsWindow::addView()
+{
+    list_.create(*this, place(rightX, 28, rightWidth, 280), WS_VISIBLE | WS_TABSTOP | LVS_SINGLESEL | LVS_SHOWSELALWAYS,
+                 program_);
+    list_.setExtendedStyle(0, WS_EX_CLIENTEDGE);
+    list_.setPosition(nullptr, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_FRAMECHANGED);
+    list_.swapImageList(tarn::ListView::small_images, smallPictures_);
+    list_.swapImageList(tarn::ListView::normal, largePictures_);
+    list_.setExtendedListViewStyle(LVS_EX_FULLROWSELECT);
+    list_.insertColumn(0, L"Name", usualWidth);
+    list_.insertColumn(1, L"Diameter (km)", 110, LVCFMT_RIGHT);
+    list_.insertColumn(2, L"Once round (days)", 120, LVCFMT_RIGHT);
+    addChild(L"STATIC", L"What goes round the selected body", 0, ID_LABEL, place(rightX, 10, rightWidth, 16));
+
+    addChild(L"BUTTON", L"View", BS_GROUPBOX, ID_LABEL, place(rightX, 316, 130, 112));
+    const wchar_t* const names[] = {L"&Details", L"&List", L"&Small icons", L"&Icons"};
+    for (int i = 0; i < 4; ++i) {
+        addChild(L"BUTTON", names[i], BS_AUTORADIOBUTTON | (i == 0 ? WS_GROUP | WS_TABSTOP : 0u), ID_DETAILS + i,
+                 place(rightX + 12, 334 + i * 22, 106, 20));
+    }
+    views_.create(*this, ID_DETAILS);
+    views_.setSelection(0);
+    showView();
+}
+
+void ControlsWindow::addFilter()
+{
+    constexpr int x = rightX + 146, width = rightWidth - 146;
+    addChild(L"STATIC", L"", WS_GROUP, ID_SMALLEST_TEXT, place(x, 320, width, 16));
+    addChild(TRACKBAR_CLASSW, L"", WS_TABSTOP, ID_SMALLEST, place(x - 8, 336, width + 16, 32));
+    smallest_.attach(*this, ID_SMALLEST);
+    smallest_.setRange(0, largestFilter, false);
+    smallest_.sendMessageA(TBM_SETPAGESIZE, 0, 500);
+    smallest_.sendMessageA(TBM_SETLINESIZE, 0, 100);
+    for (int tick = 1000; tick < largestFilter; tick += 1000)
+        smallest_.addTick(tick);
+
+    addChild(L"STATIC", L"", 0, ID_SHARE_TEXT, place(x, 370, 150, 16));
+    addChild(PROGRESS_CLASSW, L"", 0, ID_SHARE, place(x + 150, 370, width - 150, 16));
+    share_.attach(*this, ID_SHARE);
+
+    addChild(L"STATIC", L"&Width of the names", 0, ID_LABEL, place(x, 408, 150, 16));
+    addChild(L"SCROLLBAR", L"", SBS_HORZ | WS_TABSTOP, ID_WIDTH, place(x + 150, 408, width - 150, 18));
+    width_.attach(*this, ID_WIDTH);
+    width_.setScrollInfo({sizeof(SCROLLINFO), SIF_ALL, narrowest, widest + 19, 20, usualWidth, 0}, true);
+}
+
+void ControlsWindow::addNote()
+{
+    addChild(L"STATIC", L"&Note", 0, ID_LABEL, place(rightX, 438, 100, 16));
+    addChild(L"EDIT", L"", WS_BORDER | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL, ID_NOTE,
+             place(rightX, 456, 360, 42));
+    note_.attach(*this, ID_NOTE);
+
+    addChild(L"BUTTON", L"&Read-only", WS_TABSTOP | BS_AUTOCHECKBOX, ID_READ_ONLY, place(rightX + 372, 436, 100, 18));
+    readOnly_.attach(*this, ID_READ_ONLY);
+    addChild(L"BUTTON", L"Reset", WS_TABSTOP | BS_BITMAP, ID_RESET, place(rightX + 372, 458, 60, 40));
+    reset_.attach(*this, ID_RESET);
+    reset_.setImage(resetPicture_);
+    addChild(L"BUTTON", L"Next colour", WS_TABSTOP | BS_OWNERDRAW, ID_SWATCH, place(rightX + 444, 458, 108, 40));
+    swatch_.attach(*this, ID_SWATCH);
+}
+
+void ControlsWindow::fillTree()
+{
+    std::vector<HTREEITEM> items;
+    for (const Body& body : bodies()) {
+        HTREEITEM centre = TVI_ROOT;
+        for (std::size_t i = 0; i < items.size(); ++i) {
+            if (goesRound(body, bodies()[i]))
+                centre = items[i];
+        }
+        items.push_back(tree_.insertItem(body.name, body.kind, body.kind, &body, centre, TVI_LAST));
+    }
+    tree_.onSelection = [this] { showBodies(); };
+    tree_.expand(items.front(), TVE_EXPAND);
+    tree_.sendMessageA(TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(items.front()));
+}
+
+void ControlsWindow::showBodies()
+{
+    const Body* const centre = tree_.getBody();
+    if (!centre)
+        return;
+    const int smallest = smallest_.getPosition();
+    std::vector<const Body*> wanted;
+    int all = 0;
+    for (const Body& body : bodies()) {
+        if (!goesRound(body, *centre))
+            continue;
+        ++all;
+        if (body.diameterKm >= smallest)
+            wanted.push_back(&body);
+    }
+    sort(wanted, order_.getCurrentSelection());
+
+    list_.deleteAllItems();
+    for (const Body* body : wanted) {
+        const auto item = static_cast<unsigned>(list_.insertItem(body->name, body, body->kind));
+        list_.setItemText(item, withSeparators(body->diameterKm).c_str(), 1);
+        list_.setItemText(item, daysOf(*body).c_str(), 2);
+    }
+    share_.setRange(0, std::max(all, 1));
+    share_.setPos(static_cast<int>(wanted.size()));
+    setText(ID_SHARE_TEXT, (std::to_wstring(wanted.size()) + L" of " + std::to_wstring(all) + L" are shown").c_str());
+    setText(ID_SMALLEST_TEXT, (L"Diameter at least " + withSeparators(smallest) + L" km").c_str());
+    describe(*centre);
+}
+
+void ControlsWindow::showView()
+{
+    const int view = std::max(views_.getSelection(), 0);
+    list_.setStyle(LVS_TYPEMASK, views[view]);
+    list_.invalidate(true);
+}
+
+void ControlsWindow::showColour()
+{
+    list_.sendMessageA(LVM_SETTEXTCOLOR, 0, static_cast<LPARAM>(colours_.getColour().value));
+    list_.invalidate(true);
+    swatch_.invalidate(false);
+}
+
+void ControlsWindow::showWidth()
+{
+    list_.sendMessageA(LVM_SETCOLUMNWIDTH, 0, MAKELPARAM(width_.getScrollInfo(SIF_POS).nPos, 0));
+}
+
+void ControlsWindow::describe(const Body& body)
+{
+    std::wstring text = (body.centre ? body.name : L"The Sun") + std::wstring(L" is ") +
+                        withSeparators(body.diameterKm) + L" km across";
+    if (body.centre)
+        text += L" and takes " + daysOf(body) + L" days to go once round " + nameInText(body.centre);
+    note_.setText((text + L".\r\n").c_str());
+}
+
+void ControlsWindow::reset()
+{
+    smallest_.setPosition(0, true);
+    order_.setCurrentSelection(0);
+    width_.setScrollInfo({sizeof(SCROLLINFO), SIF_POS, 0, 0, 0, usualWidth, 0}, true);
+    showWidth();
+    showBodies();
+}
+
+void ControlsWindow::onCommand(Window* sender, unsigned short code, unsigned short id)
+{
+    if (id == ID_ORDER && code == CBN_SELCHANGE) {
+        showBodies();
+    } else if (id == ID_COLOURS && code == LBN_SELCHANGE) {
+        showColour();
+    } else if (ID_DETAILS <= id && id <= ID_ICONS && code == BN_CLICKED) {
+        showView();
+    } else if (id == ID_READ_ONLY && code == BN_CLICKED) {
+        note_.setReadonly(readOnly_.getCheck() == checked);
+    } else if (id == ID_RESET && code == BN_CLICKED) {
+        reset();
+    } else if (id == ID_SWATCH && code == BN_CLICKED) {
+        colours_.setCurrentSelection(static_cast<unsigned>((colours_.getCurrentSelection() + 1) % colours_.getCount()));
+        showColour();
+    } else {
+        Window::onCommand(sender, code, id);
+    }
+}
+
+void ControlsWindow::onHScroll(Window* bar, unsigned short code, unsigned short position)
+{
+    if (bar == &smallest_) {
+        showBodies();
+        return;
+    }
+    if (bar != &width_ || code == SB_ENDSCROLL)
+        return;
+    SCROLLINFO info = width_.getScrollInfo(SIF_ALL);
+    const int page = static_cast<int>(info.nPage);
+    switch (code) {
+    case SB_LINELEFT:
+        info.nPos -= 5;
+        break;
+    case SB_LINERIGHT:
+        info.nPos += 5;
+        break;
+    case SB_PAGELEFT:
+        info.nPos -= page;
+        break;
+    case SB_PAGERIGHT:
+        info.nPos += page;
+        break;
+    case SB_LEFT:
+        info.nPos = narrowest;
+        break;
+    case SB_RIGHT:
+        info.nPos = widest;
+        break;
+    default:
+        info.nPos = position;
+        break;
+    }
+    info.fMask = SIF_POS;
+    width_.setScrollInfo(info, true);
+    showWidth();
+}
+
+void ControlsWindow::onNotification(const NMLISTVIEW& notification)
+{
+    const bool isSelected = notification.hdr.code == LVN_ITEMCHANGED && (notification.uNewState & LVIS_SELECTED);
+    if (isSelected)
+        describe(*static_cast<const Body*>(list_.getItemData(static_cast<unsigned>(notification.iItem))));
+    else
+        Window::onNotification(notification);
+}
+
+void ControlsWindow::onDestroy() { PostQuitMessage(0); }

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "Bodies.h"
+#include "ColourControls.h"
+
+#include <tarn/Bitmap.h>
+#include <tarn/ComboBox.h>
+#include <tarn/EditControl.h>
+#include <tarn/ImageList.h>
+#include <tarn/ListView.h>
+#include <tarn/ProgressBar.h>
+#include <tarn/RadioButtonGroup.h>
+#include <tarn/Rect.h>
+#include <tarn/ScrollBar.h>
+#include <tarn/TrackBar.h>
+#include <tarn/TreeView.h>
+#include <tarn/WindowClass.h>
+
+#include <functional>
+#include <vector>
+
+/// The tree of bodies: tells when another one is selected.
+class BodyTree : public tarn::TreeView {
+public:
+    using tarn::TreeView::onReflectedNotification;
+    bool onReflectedNotification(const NMTREEVIEWW& notification) override;
+
+    const Body* getBody() const { return static_cast<const Body*>(getItemData(getSelectedItem())); }
+
+    std::function<void()> onSelection;
+};
+
+/// The program's window: the solar system in a tree, what goes round the selected body in a list, and the
+/// controls that change what the list shows and how.
+class ControlsWindow : public tarn::Window {
+public:
+    explicit ControlsWindow(HINSTANCE program);
+    ~ControlsWindow() noexcept override;
+
+    using tarn::Window::onNotification;
+    void onCommand(Window* sender, unsigned short code, unsigned short id) override;
+    void onHScroll(Window* bar, unsigned short code, unsigned short position) override;
+    void onNotification(const NMLISTVIEW& notification) override;
+    void onDestroy() override;
+
+private:
+    HWND addChild(const wchar_t* className, const wchar_t* text, unsigned long style, int id, const tarn::Rect& rect);
+    void addLeftSide();
+    void addView();
+    void addFilter();
+    void addNote();
+    void fillTree();
+
+    void showBodies();
+    void showView();
+    void showColour();
+    void showWidth();
+    void describe(const Body& body);
+    void reset();
+
+    HINSTANCE program_;
+    tarn::WindowClass windowClass_;
+    tarn::ImageList treePictures_, smallPictures_, largePictures_;
+    tarn::Bitmap resetPicture_;
+    BodyTree tree_;
+    tarn::ListView list_;
+    tarn::ComboBox order_;
+    ColourList colours_;
+    tarn::RadioButtonGroup views_;
+    tarn::TrackBar smallest_;
+    tarn::ProgressBar share_;
+    tarn::ScrollBar width_;
+    tarn::EditControl note_;
+    tarn::Button readOnly_, reset_;
+    ColourButton swatch_;
+};

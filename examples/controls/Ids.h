@@ -1,0 +1,26 @@
+#pragma once
+
+// Of the controls.
+#define ID_TREE 100
+#define ID_ORDER 101
+#define ID_COLOURS 102
+#define ID_DETAILS 103
+#define ID_LIST_VIEW 104
+#define ID_SMALL_ICONS 105
+#define ID_ICONS 106
+#define ID_SMALLEST 107
+#define ID_SHARE 108
+#define ID_WIDTH 109
+#define ID_NOTE 110
+#define ID_READ_ONLY 111
+#define ID_RESET 112
+#define ID_SWATCH 113
+#define ID_SMALLEST_TEXT 114
+#define ID_SHARE_TEXT 115
+#define ID_LABEL 116
+
+// Of the resources.
+#define ID_SMALL_PICTURES 1
+#define ID_LARGE_PICTURES 2
+#define ID_RESET_PICTURE 3
+#define ID_ORDERS 4

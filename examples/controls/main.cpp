@@ -1,0 +1,130 @@
+// The solar system, in a window with every kind of control.
+//   controls [--script FILE] [--screenshot FILE]
+// The script works the controls by mouse and key messages (see the commands below); the picture shows the
+// window after it, and the program ends. Without a picture to make it stays open.
+
+#include "ControlsWindow.h"
+#include "Ids.h"
+
+#include <Picture.h>
+#include <Script.h>
+
+#include <exception>
+#include <iostream>
+#include <string>
+
+namespace {
+/// Commands of the script take the name of a control first.
+const std::map<std::string, int> names = {{"tree", ID_TREE},           {"order", ID_ORDER},
+                                          {"colours", ID_COLOURS},     {"details", ID_DETAILS},
+                                          {"list-view", ID_LIST_VIEW}, {"small-icons", ID_SMALL_ICONS},
+                                          {"icons", ID_ICONS},         {"smallest", ID_SMALLEST},
+                                          {"width", ID_WIDTH},         {"note", ID_NOTE},
+                                          {"read-only", ID_READ_ONLY}, {"reset", ID_RESET},
+                                          {"swatch", ID_SWATCH},       {"list", 0}};
+
+const std::map<std::string, WPARAM> keys = {{"left", VK_LEFT}, {"right", VK_RIGHT},  {"up", VK_UP},
+                                            {"down", VK_DOWN}, {"pageup", VK_PRIOR}, {"pagedown", VK_NEXT},
+                                            {"home", VK_HOME}, {"end", VK_END},      {"space", VK_SPACE}};
+
+template <class Value> Value find(const std::map<std::string, Value>& map, const std::string& name)
+{
+    const auto found = map.find(name);
+    if (found == map.end())
+        throw std::runtime_error("no such name: " + name);
+    return found->second;
+}
+
+/// Works the controls of a window. Everything is posted, because some controls wait for the next message.
+class Hand {
+public:
+    explicit Hand(const ControlsWindow& window) : window_(window) {}
+
+    support::Commands commands() const
+    {
+        return {// click CONTROL X Y: with the left button, at a position in the control
+                {"click", [this](support::Arguments& arguments) { click(arguments); }},
+                // key CONTROL NAME [TIMES]
+                {"key", [this](support::Arguments& arguments) { key(arguments); }},
+                // type CONTROL TEXT
+                {"type", [this](support::Arguments& arguments) { type(arguments); }}};
+    }
+
+private:
+    HWND target(support::Arguments& arguments) const
+    {
+        const int id = find(names, arguments.next<std::string>("the control"));
+        return id ? GetDlgItem(window_, id) : FindWindowExW(window_, nullptr, WC_LISTVIEWW, nullptr);
+    }
+
+    void click(support::Arguments& arguments) const
+    {
+        const HWND hwnd = target(arguments);
+        const int x = arguments.next<int>("x"), y = arguments.next<int>("y");
+        PostMessageW(hwnd, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
+        PostMessageW(hwnd, WM_LBUTTONUP, 0, MAKELPARAM(x, y));
+        support::handleMessages();
+    }
+
+    void key(support::Arguments& arguments) const
+    {
+        const HWND hwnd = target(arguments);
+        const WPARAM code = find(keys, arguments.next<std::string>("the key"));
+        int times = 1;
+        arguments >> times;
+        SetFocus(hwnd);
+        for (int i = 0; i < times; ++i) {
+            PostMessageW(hwnd, WM_KEYDOWN, code, 1);
+            PostMessageW(hwnd, WM_KEYUP, code, 0xC0000001);
+        }
+        support::handleMessages();
+    }
+
+    void type(support::Arguments& arguments) const
+    {
+        const HWND hwnd = target(arguments);
+        SetFocus(hwnd);
+        for (const wchar_t c : tarn::BasicString<wchar_t>(arguments.rest().c_str()))
+            PostMessageW(hwnd, WM_CHAR, c, 1);
+        support::handleMessages();
+    }
+
+    const ControlsWindow& window_;
+};
+
+/// With the Tab key and the letters of the labels. What a handler throws comes out of dispatchMessage only,
+/// so the keys that the system handles by itself go to handlers that do not throw.
+int runLoop(HWND window)
+{
+    MSG msg{};
+    while (tarn::Window::getThreadMessage(msg)) {
+        if (IsDialogMessageW(window, &msg))
+            continue;
+        TranslateMessage(&msg);
+        tarn::Window::dispatchMessage(msg);
+    }
+    return static_cast<int>(msg.wParam);
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        const support::Options options = support::parseOptions("controls", argc, argv);
+        ControlsWindow window(GetModuleHandleW(nullptr));
+        window.show(SW_SHOW);
+        support::handleMessages();
+        if (!options.script.empty())
+            support::playScript(options.script, Hand(window).commands());
+        if (options.screenshot.empty())
+            return runLoop(window);
+        support::handleMessages();
+        window.update();
+        support::savePicture(window, true, tarn::BasicString<wchar_t>(options.screenshot.c_str()));
+        std::cout << "The picture is in " << options.screenshot << '\n';
+        return 0;
+    } catch (const std::exception& e) {
+        std::cerr << "controls: " << e.what() << '\n';
+        return 1;
+    }
+}

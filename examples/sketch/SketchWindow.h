@@ -1,0 +1,64 @@
+#pragma once
+
+#include "Sketch.h"
+
+#include <tarn/Bitmap.h>
+#include <tarn/DeviceContext.h>
+#include <tarn/Font.h>
+#include <tarn/Window.h>
+#include <tarn/WindowClass.h>
+
+#include <list>
+#include <string>
+
+/// The program's window: shows a part of the sketch, lets the mouse draw in it, and lists dropped files.
+class SketchWindow : public tarn::Window {
+public:
+    /// Menu commands. Colours and widths follow each other in the order of their tables.
+    enum Command { clear = 100, undo, leave, firstColour = 200, firstWidth = 300 };
+
+    explicit SketchWindow(HINSTANCE program);
+    ~SketchWindow() override;
+
+    /// The command of a colour or a width in the menu, by its name in lower case; 0 when there is none.
+    static unsigned short commandOf(const std::string& name);
+
+    LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
+    void onCommand(Window* sender, unsigned short code, unsigned short id) override;
+    void onHScroll(Window* bar, unsigned short code, unsigned short position) override;
+    void onVScroll(Window* bar, unsigned short code, unsigned short position) override;
+    void onDestroy() override;
+    void onMouseMove(unsigned short keys, const tarn::Point& position) override;
+    void onMouseWheel(unsigned short keys, short delta, const tarn::Point& position) override;
+    void onLeftButtonDown(unsigned short keys, const tarn::Point& position) override;
+    void onLeftButtonUp(unsigned short keys, const tarn::Point& position) override;
+    void onKeyDown(UINT key, unsigned short repeat, unsigned char scanCode, bool extended, bool wasDown) override;
+    void onTimer(UINT_PTR id) override;
+    void onPaint() override;
+    void onSize(UINT type, const tarn::Size& clientSize) override;
+    void onDroppedFiles(const tarn::Point& position, bool inClientArea,
+                        const std::list<tarn::BasicString<wchar_t>>& files) override;
+
+private:
+    enum Timer : UINT_PTR { autoScroll = 1, hideNotice };
+
+    void choose(unsigned short id);
+    void notice(const std::wstring& text);
+    tarn::Point toSketch(const tarn::Point& position) const;
+    void drawTo(const tarn::Point& position);
+    void updateScrollBars(const tarn::Size& clientSize);
+    void onScroll(scroll_bar_type bar, unsigned short code);
+    void scrollTo(const tarn::Point& origin);
+    tarn::Point scrollPosition() const;
+    void drawAll(tarn::DeviceContext& context, const tarn::Rect& client) const;
+    void drawPanel(tarn::DeviceContext& context, const tarn::Rect& client) const;
+
+    tarn::WindowClass windowClass_;
+    tarn::Font font_;
+    Sketch sketch_;
+    std::size_t colour_ = 0, width_ = 1;
+    bool isDrawing_ = false;
+    tarn::Point mouse_; // The last position, for scrolling on while the mouse rests outside.
+    std::wstring notice_;
+    std::list<tarn::BasicString<wchar_t>> files_;
+};

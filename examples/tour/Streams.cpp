@@ -1,0 +1,98 @@
+#include "Tour.h"
+
+#include <tarn/Archive.h>
+#include <tarn/BasicString.h>
+#include <tarn/MemoryStream.h>
+
+#include <cstdio>
+#include <iostream>
+
+namespace {
+/// A person and the person's friend, who may well be the person's friend in turn.
+class Person final : public tarn::Serializable {
+public:
+    Person() = default;
+    Person(const char* itsName, int itsAge) : name(itsName), age(itsAge) {}
+
+    void serialize(tarn::OutputStream& out) const override
+    {
+        out << name << age;
+        tarn::writeOptional(out, friendOfMine);
+    }
+    void deserialize(tarn::InputStream& in) override
+    {
+        in >> name >> age;
+        tarn::readOptional(in, friendOfMine);
+    }
+
+    tarn::BasicString<char> name;
+    int age = 0;
+    tarn::ref_ptr<Person> friendOfMine;
+};
+const tarn::SerializableImpl<Person> personRegistration("class tour::Person");
+
+void showBytes(tarn::MemoryOutputStream& stream)
+{
+    const auto* const bytes = static_cast<const unsigned char*>(stream.getData());
+    for (unsigned i = 0; i < stream.getSize(); ++i)
+        std::printf("%02x ", bytes[i]);
+    std::printf("\n");
+}
+
+void showValues()
+{
+    tarn::MemoryOutputStream out;
+    out << 1999 << true << L"\x20AC" << "uro";
+    std::cout << "1999, true, a wide euro sign and \"uro\" are " << out.getSize() << " bytes:\n  " << std::flush;
+    showBytes(out);
+
+    const unsigned char picture[] = {0x00, 0x00, 0x02, 0x80, 0x00, 0x00, 0x01, 0xE0};
+    tarn::MemoryInputStream header(picture, sizeof picture);
+    int width = 0, height = 0;
+    header >> tarn::BigEndian >> width >> height;
+    std::cout << "a picture's header with the high byte first: " << width << " x " << height << '\n';
+}
+
+void showGraph()
+{
+    tarn::MemoryOutputStream out;
+    {
+        const tarn::ref_ptr<Person> ada(new Person("Ada", 36)), charles(new Person("Charles", 59));
+        ada->friendOfMine = charles;
+        charles->friendOfMine = ada;
+        tarn::MemoryInputStream nothing;
+        tarn::Archive archive(nothing, out);
+        archive << ada << charles;
+        ada->friendOfMine.release();
+    }
+    std::cout << "two friends, each knowing the other, take " << out.getSize() << " bytes in an archive\n";
+
+    tarn::ref_ptr<Person> ada, charles;
+    {
+        tarn::MemoryInputStream in(out.getData(), static_cast<unsigned>(out.getSize()));
+        tarn::Archive archive(in, out);
+        archive >> ada >> charles;
+    }
+    std::cout << "read back: " << ada->name << " (" << ada->age << ") and " << charles->name << " (" << charles->age
+              << "); " << charles->name << "'s friend is "
+              << (charles->friendOfMine == ada ? "the very same object" : "another object") << '\n';
+
+    tarn::MemoryInputStream half(out.getData(), static_cast<unsigned>(out.getSize()) / 2);
+    tarn::Archive damaged(half, out);
+    tarn::ref_ptr<Person> nobody;
+    try {
+        damaged >> nobody;
+    } catch (const tarn::EndOfFile& e) {
+        std::cout << "reading half of it: " << e.what();
+    }
+    ada->friendOfMine.release();
+}
+
+void showStreams()
+{
+    showValues();
+    showGraph();
+}
+
+const tour::Section section(20, "Streams and object graphs", &showStreams);
+} // namespace

@@ -1,0 +1,114 @@
+// Files, processes and threads.
+
+#include "Tour.h"
+
+#include <tarn/Exception.h>
+#include <tarn/Pipe.h>
+#include <tarn/Process.h>
+#include <tarn/TemporaryDirectory.h>
+#include <tarn/Thread.h>
+
+#include <atomic>
+#include <iostream>
+
+namespace {
+using namespace tarn;
+
+void showFiles()
+{
+    const TemporaryDirectory folder(nullptr, L"tar");
+    const BasicString<wchar_t> path(folder);
+    std::cout << "A temporary folder, gone at the end of its scope: " << BasicString<char>(folder) << '\n';
+
+    WindowsFile file((path + L"\\numbers.bin").c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                     FILE_ATTRIBUTE_NORMAL, nullptr);
+    for (int i = 1; i <= 1000; ++i)
+        file << i * i;
+    file.seek(4 * 41, Seekable::begin);
+    const int square = file.readInt32();
+    std::cout << "numbers.bin: " << file.getSize() << " bytes; the number at byte 164 is " << square << '\n';
+    file.close();
+
+    WindowsFile log((path + L"\\read me.txt").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_READONLY,
+                    nullptr);
+    log.writeFully("please\n", 7);
+    log.close();
+    for (const wchar_t* name : {L"", L"\\numbers.bin", L"\\read me.txt"}) {
+        const BasicString<wchar_t> entry = path + name;
+        const unsigned long attributes = WindowsFile::getAttributes(entry.c_str());
+        std::cout << "  " << (attributes & FILE_ATTRIBUTE_DIRECTORY ? "folder " : "file   ")
+                  << (attributes & FILE_ATTRIBUTE_READONLY ? "read-only " : "writable  ")
+                  << BasicString<char>(entry.c_str()).getPathElement(-1);
+        if (!WindowsFile::isDirectory(entry.c_str()))
+            std::cout << ", " << WindowsFile::getSize(entry.c_str()) << " bytes";
+        std::cout << '\n';
+    }
+    try {
+        log.open((path + L"\\read me.txt").c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    } catch (const WindowsError& e) {
+        std::cout << "Writing to it again: " << e.what() << '\n';
+    }
+}
+
+void showProcess()
+{
+    SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
+    Pipe output(0, &inheritable);
+    output.keepReadEnd();
+    const char* const command = "cmd.exe /c echo Hello from a child process& exit 7";
+    Process child;
+    child.create(command, nullptr, output.getWriteEnd(), output.getWriteEnd(), 0);
+    output.getWriteEnd().close();
+
+    BasicString<char> text;
+    char buffer[256];
+    while (const unsigned count = output.getReadEnd().read(buffer, sizeof buffer))
+        text.append(buffer, count);
+    child.wait(INFINITE);
+    std::cout << command << "\n  printed \"" << text.trim() << "\" and ended with code " << child.getExitCode() << '\n';
+}
+
+class Counter : public Thread {
+public:
+    ~Counter() noexcept(false) override
+    {
+        stop = true;
+        join();
+    }
+    unsigned long run() override
+    {
+        while (!stop)
+            ++count;
+        return 42;
+    }
+
+    std::atomic<bool> stop = false;
+    std::atomic<unsigned> count = 0;
+};
+
+void showThread()
+{
+    Counter counter;
+    counter.start(true);
+    std::cout << "A thread started suspended is running: " << std::boolalpha << counter.isRunning()
+              << ", and counted to " << counter.count << '\n';
+    counter.resume();
+    while (counter.count < 1'000'000)
+        Sleep(1);
+    counter.suspend();
+    Sleep(20); // It may take a moment to stop.
+    const unsigned before = counter.count;
+    Sleep(20);
+    std::cout << "Resumed it passed 1,000,000; suspended again it counted " << counter.count - before
+              << " further in 20 ms\n";
+    counter.resume();
+    counter.stop = true;
+    std::cout << "Joined, it returned " << counter.join() << '\n';
+}
+
+const tour::Section section(50, "System: files, processes, threads", [] {
+    showFiles();
+    showProcess();
+    showThread();
+});
+} // namespace

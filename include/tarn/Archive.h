@@ -1,0 +1,187 @@
+#pragma once
+
+#include <tarn/Export.h>
+#include <tarn/Serializable.h>
+#include <tarn/Stream.h>
+#include <tarn/ref_ptr.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <memory_resource>
+#include <set>
+#include <type_traits>
+#include <typeinfo>
+#include <utility>
+#include <vector>
+
+namespace tarn {
+namespace detail {
+/// For tables that only grow: takes memory in large pieces, and gives it back when the table and its nodes
+/// are gone. A copied table has memory of its own.
+template <class T> class ArenaAllocator {
+public:
+    using value_type = T;
+
+    ArenaAllocator() = default;
+    template <class U> ArenaAllocator(const ArenaAllocator<U>& other) : arena_(other.arena_) {}
+
+    T* allocate(std::size_t count)
+    {
+        if (!arena_)
+            arena_ = std::make_shared<std::pmr::monotonic_buffer_resource>();
+        return static_cast<T*>(arena_->allocate(count * sizeof(T), alignof(T)));
+    }
+    void deallocate(T*, std::size_t) noexcept {}
+    ArenaAllocator select_on_container_copy_construction() const { return {}; }
+    bool operator==(const ArenaAllocator& other) const { return arena_ == other.arena_; }
+
+private:
+    template <class U> friend class ArenaAllocator;
+
+    std::shared_ptr<std::pmr::monotonic_buffer_resource> arena_;
+};
+using KeySet = std::set<unsigned int, std::less<unsigned int>, ArenaAllocator<unsigned int>>;
+using ObjectTable = std::map<unsigned int, ref_ptr<Serializable>, std::less<unsigned int>,
+                             ArenaAllocator<std::pair<const unsigned int, ref_ptr<Serializable>>>>;
+
+/// The key of a shared object where an address fits a key: the address of its counter.
+struct AddressKeys {
+    unsigned int of(std::uintptr_t counter, const KeySet&) { return static_cast<unsigned int>(counter); }
+};
+/// The key where it does not: the low half of the address or the next number that is neither 0 nor taken.
+struct AssignedKeys {
+    unsigned int of(std::uint64_t counter, const KeySet& taken)
+    {
+        const auto [entry, isNew] = keys.try_emplace(counter, static_cast<unsigned int>(counter));
+        if (isNew)
+            while (counter && (entry->second == 0 || taken.contains(entry->second)))
+                ++entry->second;
+        return entry->second;
+    }
+
+    std::map<std::uint64_t, unsigned int> keys;
+};
+using SharedKeys = std::conditional_t<sizeof(void*) == sizeof(unsigned int), AddressKeys, AssignedKeys>;
+} // namespace detail
+
+/// Writes and reads whole graphs of Serializable objects: what is shared through ref_ptr is written once,
+/// and is one shared object again after reading, circles included.
+///
+/// An archive is a stream itself. The objects are handed it by writeObject() and readObject(), write and
+/// read their values on it, and their references with the operators below:
+///
+///     void Node::serialize(tarn::OutputStream& out) const { out << name_ << next_; }
+///     void Node::deserialize(tarn::InputStream& in) { in >> name_ >> next_; }
+///
+/// The two streams must outlive the archive. It holds a share of every object that it read, and gives it
+/// up when it is destroyed: let it go before your own typed pointers, for the reason that ref_ptr gives.
+/// Keys are told by the objects alive: keep what has been written alive while the archive writes.
+///
+/// Damaged data end in an exception: EndOfFile, Exception, Serializable::Exception, or what deserialize()
+/// throws. What had been read by then is in getSharedObjects().
+class TARN_API Archive : public InputStream, public OutputStream {
+public:
+    /// How deep objects may lie in each other's data, in writing and in reading. Beyond,
+    /// Serializable::Exception "Objects are nested more than 2000 levels deep" is thrown, well before the
+    /// stack of a thread (2 MB by default) ends. Write a long list as its elements in turn, not each
+    /// inside the one before.
+    static constexpr unsigned int maxDepth = 2000;
+
+    /// To write only or to read only, give a MemoryInputStream or MemoryOutputStream for the other.
+    Archive(InputStream& input, OutputStream& output);
+    /// The copy goes on with the same streams and with tables of its own.
+    Archive(const Archive&);
+    unsigned int read(void* buffer, unsigned int size) override;
+    virtual ~Archive();
+    unsigned int write(const void* buffer, unsigned int size) override;
+
+    /// Writes the object in full, each time. Throws `std::bad_typeid` for null, after two zero words.
+    void writeObject(const Serializable* object);
+    /// Writes the object, or only its key when this archive wrote it before. Throws `std::bad_typeid` for
+    /// an empty pointer, after two zero words: see writeOptional().
+    void writeObject(const ref_ptr<Serializable>& ptr);
+
+    /// Reads an object written through a plain pointer; the caller owns it, and destroys it through its
+    /// own class. Throws Exception "In Archive::ReadObject war das eingelesene Cookie != 0..." when a
+    /// reference is found. An object whose deserialize() throws is lost, not freed.
+    Serializable* readObject();
+    /// Reads a shared object or a reference to one. Throws Serializable::Exception "Der Stream ... nicht
+    /// jedoch das Objekt selbst!" for a reference to what was not read before, and Exception "Das
+    /// Objekt wurde zuvor als Single-Objekt gelesen..." for an object read with the function above before.
+    /// An object written through a plain pointer can be read as well, as long as this archive has read
+    /// none with the function above.
+    void readObject(ref_ptr<Serializable>& ptr);
+    /// The same for a pointer to a certain class. Throws Serializable::Exception for an object of another.
+    template <class T> void readObject(ref_ptr<T>& ptr);
+
+    /// Every shared object read so far, whole or not. After a failed read, take them to pointers of their
+    /// own classes (ref_ptr_cast), open their circles and let the archive go: then their destructors run.
+    std::vector<ref_ptr<Serializable>> getSharedObjects() const;
+
+    /// The archive that an object is handed as a stream. Throws Exception "The stream is not an archive"
+    /// for any other stream, also for one that passes its bytes on to an archive.
+    static Archive& behind(InputStream& in);
+    static Archive& behind(OutputStream& out);
+
+private:
+    void writeObject(const Serializable* object, unsigned long key);
+    void keep(unsigned int key, const ref_ptr<Serializable>& object);
+    [[noreturn]] void refuse(const ref_ptr<Serializable>& object, const std::type_info& expected);
+
+    InputStream& input_;
+    OutputStream& output_;
+    detail::KeySet writtenKeys_;
+    detail::KeySet singleKeys_;
+    detail::ObjectTable sharedObjects_;
+    // Objects of damaged data that nobody else holds: without a pointer of their own class they are not
+    // let go before the caller had the chance to ask for them.
+    std::vector<ref_ptr<Serializable>> strayObjects_;
+    unsigned int depth_ = 0;
+    [[no_unique_address]] detail::SharedKeys keys_;
+};
+
+template <class T> void Archive::readObject(ref_ptr<T>& ptr)
+{
+    ref_ptr<Serializable> object;
+    readObject(object);
+    const ref_ptr<T> typed = ref_ptr_cast<T>(object);
+    if (!typed)
+        refuse(object, typeid(T));
+    ptr = typed;
+}
+
+/// Writes a reference that an object holds, in its serialize().
+template <class T> OutputStream& operator<<(OutputStream& out, const ref_ptr<T>& ptr)
+{
+    Archive::behind(out).writeObject(ref_ptr<Serializable>(ptr));
+    return out;
+}
+
+/// Reads a reference that an object holds, in its deserialize().
+template <class T> InputStream& operator>>(InputStream& in, ref_ptr<T>& ptr)
+{
+    Archive::behind(in).readObject(ptr);
+    return in;
+}
+
+/// For a reference that may be empty: a bool, true when an object follows.
+template <class T> void writeOptional(OutputStream& out, const ref_ptr<T>& ptr)
+{
+    out << static_cast<bool>(ptr);
+    if (ptr)
+        out << ptr;
+}
+
+template <class T> void readOptional(InputStream& in, ref_ptr<T>& ptr)
+{
+    bool present = false;
+    in >> present;
+    if (present)
+        in >> ptr;
+    else
+        ptr.release();
+}
+} // namespace tarn

@@ -1,0 +1,122 @@
+#pragma once
+
+#include <tarn/Cloneable.h>
+#include <tarn/Export.h>
+#include <tarn/Time.h>
+#include <tarn/TimeZone.h>
+
+#include <cstdint>
+
+namespace tarn {
+/// An instant and its fields (year, month, hour and so on), each made from the other when it is asked for.
+///
+/// Give a calendar an instant with setTime() and read fields, or set() fields and ask getTime(). Fields
+/// are numbered by Field and not range-checked: pass numbers below FieldCount. Reading may compute, also
+/// in a const calendar, so threads that share one need a lock. There is no virtual destructor: delete a
+/// calendar, and what Clone() gives, through its own type.
+class TARN_API Calendar : public Cloneable {
+public:
+    enum Field {
+        FieldEra,
+        FieldYear,             ///< Within the era, from 1.
+        FieldMonth,            ///< January is 0.
+        FieldWeekOfYear,       ///< Of the year before or after on some days around New Year.
+        FieldWeekOfMonth,      ///< 0 for days before the month's first week.
+        FieldDayOfMonth,       ///< From 1.
+        FieldDayOfYear,        ///< From 1.
+        FieldDayOfWeek,        ///< Sunday is 1.
+        FieldDayOfWeekInMonth, ///< 2 on the month's second Monday; set -1 for the last.
+        FieldAmPm,             ///< 0 before noon, 1 after.
+        FieldHour,             ///< Of the half day, 0 to 11.
+        FieldHourOfDay,        ///< 0 to 23.
+        FieldMinute,
+        FieldSecond,
+        FieldMillisecond,
+        FieldZoneOffset, ///< Milliseconds to add to UTC in standard time.
+        FieldDstOffset,  ///< Milliseconds to add on top; 0 outside daylight time.
+        FieldCount
+    };
+
+    // The virtual operations stand in the order of their slots, whatever their access.
+protected:
+    virtual void computeTime() = 0;   ///< Makes the instant from the fields.
+    virtual void computeFields() = 0; ///< Makes every field from the instant.
+    virtual int internalGet(unsigned field) const = 0;
+    virtual void internalSet(int field, int value) = 0; ///< Only stores: the instant is not outdated by it.
+
+public:
+    virtual void set(unsigned field, int value) = 0;
+    /// Moves the calendar; larger fields follow.
+    virtual void add(unsigned field, int amount) = 0;
+    /// Moves one field round within its range; larger fields stay. This form takes as many single steps
+    /// as the amount says.
+    virtual void roll(unsigned field, int amount);
+    virtual void roll(unsigned field, bool up) = 0;
+    virtual int getMinimum(int field) = 0;         ///< The least value of all.
+    virtual int getMaximum(int field) = 0;         ///< The greatest value of all.
+    virtual int getGreatestMinimum(int field) = 0; ///< The greatest of the values at which ranges begin.
+    virtual int getLeastMaximum(int field) = 0;    ///< The least of the values at which ranges end.
+    /// The least value at the calendar's date. Tries values on a Clone(), whose memory is then given back
+    /// without running its destructor: override this in a calendar class that owns anything.
+    virtual int getActualMinimum(int field);
+    virtual int getActualMaximum(int field) = 0; ///< The greatest value at the calendar's date.
+
+    int get(unsigned field) const
+    {
+        const_cast<Calendar*>(this)->complete();
+        return internalGet(field);
+    }
+
+    Time getTime() { return Time(getTimeInMillis()); }
+    void setTime(const Time& time) { setTimeInMillis(time); }
+
+    /// The fields stay as they are until they are next computed: call setTime(getTime()) to see them in
+    /// the new zone.
+    void SetTimeZone(const TimeZone& zone) { zone_ = zone; }
+    const TimeZone& GetTimeZone() const { return zone_; }
+
+    /// A lenient calendar, as every calendar is at first, takes fields out of range as a distance (the
+    /// 32nd of January is the 1st of February). One that is not refuses nothing: it only leaves the fields
+    /// as they were set until they are next computed. Compare with getActualMaximum() to refuse a date.
+    void setLenient(bool lenient) { lenient_ = lenient; }
+    bool isLenient() const { return lenient_; }
+
+protected:
+    Calendar(); ///< In TimeZone::current().
+    explicit Calendar(const TimeZone& zone);
+    Calendar(const Calendar&) = default;
+    Calendar& operator=(const Calendar&) = default;
+    ~Calendar() = default;
+
+    std::int64_t getTimeInMillis()
+    {
+        if (!isTimeSet_)
+            updateTime();
+        return time_;
+    }
+    void setTimeInMillis(std::int64_t time);
+
+    /// Brings the instant and the fields up to date.
+    void complete()
+    {
+        if (!isTimeSet_)
+            updateTime();
+        if (!areFieldsSet_) {
+            computeFields();
+            areFieldsSet_ = areAllFieldsSet_ = true;
+        }
+    }
+
+private:
+    void updateTime();
+
+protected:
+    // Mutable, because reading a const calendar computes what is missing.
+    TimeZone zone_;
+    mutable std::int64_t time_ = 0;
+    mutable bool isTimeSet_ = false;       ///< `time_` is valid.
+    mutable bool areFieldsSet_ = false;    ///< The fields agree with `time_`.
+    mutable bool areAllFieldsSet_ = false; ///< All fields come from computeFields(), not only from set().
+    bool lenient_ = true;
+};
+} // namespace tarn

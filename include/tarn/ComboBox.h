@@ -1,0 +1,43 @@
+#pragma once
+
+#include <tarn/Export.h>
+#include <tarn/Window.h>
+
+namespace tarn {
+/// A combo box: an edit field or a display with a list that drops down.
+///
+/// Indices count from 0, and -1 means none. Adding throws BadAllocation when the box is out of space and a
+/// `std::runtime_error` otherwise; the other failures are WindowsErrors. To draw the items of a box with an
+/// owner-draw style derive from this class and OwnerDrawable.
+class TARN_API ComboBox : public Window {
+public:
+    using Window::Window;
+
+    /// The new item's index. Throws "Unspecified error in adding a string to a combo box".
+    int addString(const char* text) const;
+    int addString(const wchar_t* text) const;
+    /// Each line of a string resource (null: the program's) becomes an item, without empty ones. Gives the
+    /// last item's index, -1 when there was none, also because the resource is missing.
+    int addString(unsigned short resource, HINSTANCE module) const;
+    /// For an owner-drawn box without `CBS_HASSTRINGS`: an item that is only this value.
+    /// Throws "Unspecified error in adding an owner draw item to a combo box".
+    int addItem(const void* data) const;
+    int deleteString(unsigned index) const; ///< How many are left. Throws "Error when deleting a combo box item".
+    void resetContent() const;
+    int getCount() const;
+
+    void setItemData(unsigned index, const void* data) const; ///< Throws "Can't set combo box item data".
+    void* getItemData(unsigned index) const;                  ///< All bits set for an item that does not exist.
+    /// The first item behind `start`, and then from the top, that begins with the text, in any case.
+    int findString(const char* text, unsigned start = static_cast<unsigned>(-1)) const;
+    int findString(const wchar_t* text, unsigned start = static_cast<unsigned>(-1)) const;
+    int getCurrentSelection() const;
+    /// Gives the index, -1 for an item that does not exist: then, and for -1, nothing is selected any more.
+    int setCurrentSelection(unsigned index) const;
+
+    bool hasStrings() const; ///< The style `CBS_HASSTRINGS`, which matters for owner-drawn boxes only.
+    bool isOwnerDrawFixed() const;
+    bool isOwnerDrawVariable() const;
+    bool isOwnerDraw() const;
+};
+} // namespace tarn

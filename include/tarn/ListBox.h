@@ -1,0 +1,41 @@
+#pragma once
+
+#include <tarn/Export.h>
+#include <tarn/Window.h>
+
+namespace tarn {
+/// A list box, made and used like a ComboBox. For columns and pictures take a ListView.
+///
+/// Indices count from 0, and -1 means none. Adding throws BadAllocation when the box is out of space and a
+/// `std::runtime_error` otherwise; the other failures are WindowsErrors. To draw the items of a box with an
+/// owner-draw style derive from this class and OwnerDrawable.
+class TARN_API ListBox : public Window {
+public:
+    using Window::Window;
+
+    int addString(const char* text) const; ///< The new item's index. Throws "Can't add string to listbox".
+    int addString(const wchar_t* text) const;
+    /// Each line of a string resource (null: the program's) becomes an item, without empty ones. Gives the
+    /// last item's index, -1 when there was none, also because the resource is missing.
+    int addString(unsigned short resource, HINSTANCE module) const;
+    /// For an owner-drawn box without `LBS_HASSTRINGS`: an item that is only this value.
+    int addItem(const void* data) const;    ///< Throws "Can't add item to listbox".
+    int deleteString(unsigned index) const; ///< How many are left. Throws "Can't delete listbox item".
+    void resetContent() const;
+    int getCount() const;
+
+    void setItemData(unsigned index, const void* data) const; ///< Throws "Can't set listbox item data".
+    void* getItemData(unsigned index) const;                  ///< All bits set for an item that does not exist.
+    /// The first item behind `start`, and then from the top, that begins with the text, in any case.
+    int findString(const char* text, unsigned start = static_cast<unsigned>(-1)) const;
+    int findString(const wchar_t* text, unsigned start = static_cast<unsigned>(-1)) const;
+    /// Of a box in which one item can be selected.
+    int getCurrentSelection() const;
+    int setCurrentSelection(unsigned index) const; ///< With -1 nothing is selected any more.
+
+    bool hasStrings() const; ///< The style `LBS_HASSTRINGS`, which matters for owner-drawn boxes only.
+    bool isOwnerDrawFixed() const;
+    bool isOwnerDrawVariable() const;
+    bool isOwnerDraw() const;
+};
+} // namespace tarn

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <tarn/Array.h>
+#include <tarn/Export.h>
+#include <tarn/Stream.h>
+
+namespace tarn {
+/// Reads from the caller's memory, which is not copied and has to stay for as long as it is read. Copies
+/// of the stream read the same memory, each from its own position.
+class TARN_API MemoryInputStream : public SeekableInputStream {
+public:
+    MemoryInputStream() = default; ///< Without data, as if over an empty buffer.
+    MemoryInputStream(const void* data, unsigned int size) { setBuffer(data, size); }
+
+    /// Goes over to other memory, at its start.
+    void setBuffer(const void* data, unsigned int size)
+    {
+        data_ = static_cast<const char*>(data);
+        size_ = size;
+        position_ = 0;
+    }
+
+    unsigned int read(void* buffer, unsigned int count) override;
+    /// Throws `std::runtime_error` "Bad seek position" for a position before the start or behind the end.
+    void setFilePointer(long long offset, whence origin) override;
+    unsigned long long getFilePointer() override { return position_; }
+
+private:
+    const char* data_ = nullptr;
+    unsigned int size_ = 0;
+    unsigned int position_ = 0;
+};
+
+/// Writes into memory of its own, at any position. Copies are deep.
+///
+/// The memory is always exactly as large as the stream, so that each write at the end moves all of it.
+/// Where much is written in small pieces, write through setFilePointer(expectedSize, begin) and back to
+/// the start, which makes the room at once.
+///
+/// Failures leave the stream as it was: `std::runtime_error` "New size too large for a size_t" at 4 GB,
+/// BadAllocation when the memory cannot be had.
+class TARN_API MemoryOutputStream : public OutputStream, public Seekable {
+public:
+    MemoryOutputStream() = default;
+    MemoryOutputStream(const MemoryOutputStream&) = default;
+    MemoryOutputStream& operator=(const MemoryOutputStream&) = default;
+
+    /// The first byte, null while there is none. Valid until the stream grows.
+    const void* getData() const { return buffer_.data(); }
+
+    unsigned int write(const void* data, unsigned int count) override;
+    /// A position behind the end makes the stream that long; what lies between holds any bytes. Throws
+    /// `std::runtime_error` "Can't seek to negative offset", too.
+    void setFilePointer(long long offset, whence origin) override;
+    unsigned long long getFilePointer() override { return position_; }
+    unsigned long long getSize() override { return buffer_.size(); }
+
+private:
+    Array<char> grown(unsigned long long newSize) const;
+
+    Array<char> buffer_;
+    unsigned int position_ = 0;
+};
+
+static_assert(sizeof(void*) != 4 || sizeof(MemoryOutputStream) == 2 * sizeof(void*) + 12);
+} // namespace tarn

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <tarn/Export.h>
+#include <tarn/WindowsFile.h>
+
+namespace tarn {
+/// An anonymous pipe: what is written to one end is read from the other, as from a file.
+///
+/// read() waits for the first bytes and returns those that are there, so records that a writer sends in
+/// pieces need a loop; it returns 0 when all copies of the write end are closed, those of child processes
+/// included. To capture what a child process prints:
+///
+///     SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
+///     Pipe output(0, &inheritable);
+///     output.keepReadEnd();
+///     Process child;
+///     child.create("prog.exe", GetStdHandle(STD_INPUT_HANDLE), output.getWriteEnd(), output.getWriteEnd(), 0);
+///     output.getWriteEnd().close();
+///     log << output.getReadEnd(); // any OutputStream
+///
+/// Failures throw WindowsError, also out of the destructor.
+class TARN_API Pipe {
+public:
+    Pipe() = default;
+    /// Creates as create() does.
+    Pipe(unsigned long bufferSize, SECURITY_ATTRIBUTES* attributes) { create(bufferSize, attributes); }
+
+    /// Closes both ends and makes a new pipe. A `bufferSize` of 0 stands for the platform's own; with
+    /// `attributes` that say so, child processes inherit both ends. Throws "Can't create pipe".
+    void create(unsigned long bufferSize, SECURITY_ATTRIBUTES* attributes);
+
+    WindowsFile& getReadEnd() { return readEnd_; }
+    WindowsFile& getWriteEnd() { return writeEnd_; }
+
+    /// Child processes started from now on do not inherit this end. Call it for the end that stays here:
+    /// a child that holds the write end of its own input never sees the end of it. Throws "Can't keep the
+    /// pipe end from child processes".
+    void keepReadEnd();
+    void keepWriteEnd();
+
+    void close(); ///< Both ends, as far as they are open.
+
+private:
+    WindowsFile readEnd_;
+    WindowsFile writeEnd_;
+};
+} // namespace tarn

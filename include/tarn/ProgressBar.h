@@ -1,0 +1,19 @@
+#pragma once
+
+#include <tarn/Export.h>
+#include <tarn/Window.h>
+
+namespace tarn {
+/// A bar that fills up while something goes on.
+class TARN_API ProgressBar : public Window {
+public:
+    using Window::Window;
+
+    void setRange(int min, int max) const; ///< 0 to 100 unless set.
+    PBRANGE getRange() const;
+    int getMin() const;
+    int getMax() const;
+    int setPos(int position) const; ///< The position before. Beyond the range it is set to the nearer end.
+    int getPos() const;
+};
+} // namespace tarn

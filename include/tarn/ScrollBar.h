@@ -1,0 +1,20 @@
+#pragma once
+
+#include <tarn/Export.h>
+#include <tarn/Window.h>
+
+namespace tarn {
+/// A scroll bar that is a window of its own, unlike the bars at the edges of a window. It tells its parent of
+/// every move through onHScroll() or onVScroll(), which has to set the new position.
+class TARN_API ScrollBar : public Window {
+public:
+    using Window::Window;
+
+    void showScrollBar(bool visible) const;      ///< Throws "Can't show/hide scrollbar".
+    void enableScrollBar(unsigned arrows) const; ///< Throws "Can't change scrollbar arrow state".
+    /// Size and mask of `info` have to be filled in. Throws "Can't get scroll info".
+    void getScrollInfo(SCROLLINFO& info) const;
+    SCROLLINFO getScrollInfo(unsigned mask) const;
+    int setScrollInfo(const SCROLLINFO& info, bool redraw) const; ///< The position that it has now.
+};
+} // namespace tarn

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <tarn/Exception.h>
+#include <tarn/Export.h>
+
+#include <typeinfo>
+
+namespace tarn {
+class InputStream;
+class OutputStream;
+
+/// An object that can be written to a stream and made anew from it.
+///
+/// A class derives from it, writes and reads its own data, has a default constructor, and registers itself
+/// with a static SerializableImpl:
+///
+///     class Circle final : public tarn::Serializable { ... };
+///     static tarn::SerializableImpl<Circle> registration;
+///
+/// There is no virtual destructor: destroy an object through its own class, which is best declared `final`,
+/// or through a base of your own that has a virtual one. The registry is not locked:
+/// create objects only when no registration can run at the same time.
+class TARN_API Serializable {
+public:
+    /// Names an object that cannot be made or found.
+    class TARN_API Exception : public tarn::Exception {
+    public:
+        Exception(const std::string& description);
+        Exception(const Exception&);
+        Exception& operator=(const Exception&);
+        ~Exception() override;
+    };
+
+    /// Writes the object's own data.
+    virtual void serialize(OutputStream& out) const = 0;
+    /// Reads the data back, in the order in which serialize() wrote them.
+    virtual void deserialize(InputStream& in) = 0;
+
+    /// Registers the function that makes a new object of the class `name`; the text is not copied and has
+    /// to live as long as the process.
+    ///
+    /// Names are compared over the length of the shorter one, and the first registration wins: once
+    /// "class A" is registered, registering "class AB" does nothing, and an archived AB comes back as an
+    /// A. So let no class's name begin with the whole name of another.
+    static void addCreator(const char* name, Serializable* (*creator)());
+    /// A new object of the class, owned by the caller; the empty name stands for the first registered
+    /// class. Throws Serializable::Exception "Klassendefinition nicht gefunden - ..." for an unknown one.
+    static Serializable* create(const char* name);
+
+protected:
+    ~Serializable() = default;
+};
+
+namespace detail {
+/// Registers the creator, and the name under which objects of the type are written.
+TARN_API void registerClass(const std::type_info& type, const char* keyword, Serializable* (*creator)());
+TARN_API void registerClassAs(const std::type_info& type, const char* name, Serializable* (*creator)());
+} // namespace detail
+
+/// Says that a class was declared with the word `struct`, which its run-time type does not tell.
+struct DeclaredAsStruct {};
+inline constexpr DeclaredAsStruct declaredAsStruct;
+
+/// Registers the class T when it is constructed: have one static object of it for each class.
+///
+/// The name that archives carry is the word "class" and the qualified name ("class shapes::Circle"), with
+/// `declaredAsStruct` the word "struct". Where another spelling is wanted (an instance of a template, say),
+/// give the whole name. Objects of a class that is not registered are written as "class" and their name.
+template <class T> class SerializableImpl {
+public:
+    SerializableImpl() { detail::registerClass(typeid(T), "class ", &create); }
+    explicit SerializableImpl(DeclaredAsStruct) { detail::registerClass(typeid(T), "struct ", &create); }
+    explicit SerializableImpl(const char* name) { detail::registerClassAs(typeid(T), name, &create); }
+
+private:
+    static Serializable* create() { return new T; }
+};
+} // namespace tarn

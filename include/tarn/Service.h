@@ -1,0 +1,79 @@
+#pragma once
+
+#include <tarn/Export.h>
+#include <tarn/Windows.h>
+
+#include <boost/noncopyable.hpp>
+
+namespace tarn {
+/// Owns one handle of the service manager; the base of ServiceManager and Service. Failures throw
+/// WindowsError, also out of the destructor.
+class TARN_API ServiceHandle : private boost::noncopyable {
+public:
+    ~ServiceHandle() noexcept(false) { close(); }
+
+    void close(); ///< Throws "Can't close service handle".
+    bool isOpen() const { return handle_ != nullptr; }
+
+protected:
+    ServiceHandle() = default;
+    SC_HANDLE getHandle() const { return handle_; }
+    /// Takes ownership; the object must not hold another handle.
+    void setHandle(SC_HANDLE handle) { handle_ = handle; }
+
+private:
+    SC_HANDLE handle_ = nullptr;
+};
+
+/// The database of a machine's services, which Service looks in. Opening closes the handle held before,
+/// also when it then fails.
+class TARN_API ServiceManager : public ServiceHandle {
+public:
+    ServiceManager() = default;
+    /// Throws as open() does.
+    ServiceManager(const char* machine, unsigned long access) { open(machine, access); }
+
+    /// The manager of `machine` (null: this one) for `access`, a set of the platform's `SC_MANAGER_`
+    /// rights. Throws "Can't open service manager".
+    void open(const char* machine, unsigned long access);
+    void open(const wchar_t* machine, unsigned long access);
+    void open(unsigned long access);
+
+private:
+    friend class Service; // For the manager's handle.
+};
+
+/// One service, of a kind that the service manager starts: a program or a kernel driver.
+///
+/// Closing it leaves the service as it is. create() and open() close the handle held before, also when
+/// they then fail.
+class TARN_API Service : public ServiceHandle {
+public:
+    /// Registers a service; the arguments are those of the platform's `CreateService`. A path with blanks
+    /// has to stand in quotation marks within `binaryPath`. Throws "Can't create service".
+    void create(const ServiceManager& manager, const char* name, const char* displayName, unsigned long access,
+                unsigned long serviceType, unsigned long startType, unsigned long errorControl, const char* binaryPath,
+                const char* loadOrderGroup, unsigned long* tagId, const char* dependencies,
+                const char* serviceStartName, const char* password);
+    void create(const ServiceManager& manager, const wchar_t* name, const wchar_t* displayName, unsigned long access,
+                unsigned long serviceType, unsigned long startType, unsigned long errorControl,
+                const wchar_t* binaryPath, const wchar_t* loadOrderGroup, unsigned long* tagId,
+                const wchar_t* dependencies, const wchar_t* serviceStartName, const wchar_t* password);
+
+    /// Throws "Can't open service".
+    void open(const ServiceManager& manager, const char* name, unsigned long access);
+    void open(const ServiceManager& manager, const wchar_t* name, unsigned long access);
+
+    /// Marks the service for deletion: it is gone when it has stopped and its last handle is closed, this
+    /// object's included. Throws "Can't delete service".
+    void remove() const;
+
+    /// Returns when the service has been launched, which is before it runs. Throws "Can't start service".
+    void start(const char** arguments, unsigned count) const;
+    void start(const wchar_t** arguments, unsigned count) const;
+    void start() const;
+    /// Asks the service to stop and returns what it reports, which may be that it is still stopping.
+    /// Throws "Can't stop service".
+    SERVICE_STATUS stop();
+};
+} // namespace tarn

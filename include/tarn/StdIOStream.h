@@ -1,0 +1,53 @@
+#pragma once
+
+#include <tarn/Export.h>
+#include <tarn/Stream.h>
+
+#include <cstdio>
+
+namespace tarn {
+/// A `FILE` of the runtime library as a stream to read and write.
+///
+/// Failures throw CRTError. As with any `FILE`, flush or seek between writing and reading, and open with
+/// a "b" in the mode for bytes that shall stay as they are. Positions are 32-bit: above 2 GB use
+/// LowLevelFileStream. While no file is open, reads and writes answer 0.
+class TARN_API StdIOStream : public BufferedOutputStream, public SeekableInputStream {
+public:
+    StdIOStream() = default;
+    /// As open().
+    StdIOStream(const char* name, const char* mode);
+    StdIOStream(const wchar_t* name, const wchar_t* mode);
+    explicit StdIOStream(FILE* file); ///< Takes the file over and closes it at the end.
+    /// A copy uses the same file, and both would close it: detach() all but one of them.
+    StdIOStream(const StdIOStream&) = default;
+    StdIOStream& operator=(const StdIOStream&) = default;
+
+    unsigned int write(const void* buffer, unsigned int size) override;
+    void flush() override;  ///< Throws "Can't flush stdio file".
+    void close() override;  ///< Reports no failure: flush() first to hear of data that could not be written.
+    virtual ~StdIOStream(); ///< As close().
+    /// Closes the file open so far, then opens another; the mode is that of `fopen`. Throws
+    /// `Can't open stdio file "..." with ops "..."` and is closed then.
+    virtual void open(const wchar_t* name, const wchar_t* mode);
+    virtual void open(const char* name, const char* mode);
+
+    unsigned int read(void* buffer, unsigned int size) override;
+    /// Only the low 32 bits of the offset count. Throws "fseek(...) failed".
+    void setFilePointer(long long offset, whence origin) override;
+    /// Throws "Can't tell the current file pointer position in StdIOStream::tell".
+    unsigned long long getFilePointer() override;
+
+    /// Closes the file open so far and takes this one over.
+    void attach(FILE* file);
+    /// Leaves closing the file to the caller; the stream goes on using it.
+    FILE* detach();
+    FILE* getHandle() const { return file_; }
+    bool isOpen() const { return file_ != nullptr; }
+    operator bool() const { return isOpen(); }
+    bool operator!() const { return !isOpen(); }
+
+private:
+    FILE* file_ = nullptr;
+    bool owned_ = false;
+};
+} // namespace tarn

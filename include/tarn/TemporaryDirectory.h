@@ -1,0 +1,32 @@
+#pragma once
+
+#include <tarn/BasicString.h>
+#include <tarn/Export.h>
+
+namespace tarn {
+/// A new folder that is deleted with everything in it when the object is destroyed, without questions and
+/// without an error when something could not be deleted. A link in it is deleted, not what it leads to; when
+/// a link to a folder cannot be deleted, everything stays.
+///
+/// Copies share the folder, and the first of them to be destroyed deletes it: pass references instead.
+/// Assigning to an object forgets the folder that it had, which then stays.
+class TARN_API TemporaryDirectory {
+public:
+    /// Makes a folder whose name begins with `prefix`, of which the platform may use only the first three
+    /// characters. It lies where the environment variable TMP points, and only when that is not set or
+    /// names no folder in `directory` (null: the runtime library's default). Throws CRTError "Can't create
+    /// temporary name", "Can't create temporary directory "PATH"".
+    TemporaryDirectory(const wchar_t* directory, const wchar_t* prefix);
+    TemporaryDirectory(const TemporaryDirectory&) = default;
+    TemporaryDirectory& operator=(const TemporaryDirectory&) = default;
+    ~TemporaryDirectory();
+
+    /// The full path, without a separator at its end.
+    operator const wchar_t*() const { return path_.c_str(); }
+
+private:
+    static BasicString<wchar_t> getTemporaryName(const wchar_t* directory, const wchar_t* prefix);
+
+    BasicString<wchar_t> path_;
+};
+} // namespace tarn

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <tarn/Export.h>
+#include <tarn/Lock.h>
+#include <tarn/WindowsHandle.h>
+
+#include <atomic>
+
+namespace tarn {
+/// Work that runs on a thread of its own: derive, override run(), call start() and, for its result, join().
+///
+/// The object can be started again when its thread has finished. An exception that leaves run(), a
+/// hardware fault included, ends the thread with the exit code 0 and is lost: keep what you need to know
+/// of a failure in the object. All members may be called from any thread; those that look at the object's
+/// state take its mutex, which join() holds while it waits, so run() must call none of isRunning(),
+/// getID(), isCurrent() and join() on its own object while another thread may be joining it. Failures
+/// throw WindowsError.
+///
+/// The destructor waits for the thread. By then the members of the derived class are gone already: a class
+/// whose run() uses them calls join() in its own destructor. A thread that is suspended has to be resumed
+/// first, and run() must not destroy its own object, or the wait never ends.
+class TARN_API Thread : public WindowsHandle {
+public:
+    Thread(); ///< Throws "Error in CreateMutex".
+    /// A failure to join is dropped.
+    ~Thread() noexcept(false) override;
+
+    /// What the thread does; the result is its exit code.
+    virtual unsigned long run() = 0;
+
+    /// With `suspended` the thread does nothing until resume(). A thread of this object that is still
+    /// running is let go of: it runs on, and nobody can join it any more. Throws "Can't create thread".
+    void start(bool suspended);
+    /// Waits until the thread has finished and returns its exit code, as often as it is called; 0 at once
+    /// when nothing was started. Throws "Error waiting for thread exit", "Can't retrieve the thread's exit
+    /// code".
+    unsigned long join();
+
+    /// Stops the thread wherever it is, with the locks that it holds: for debuggers and tests. Nests.
+    void suspend() const; ///< Throws "Can't suspend thread".
+    void resume() const;  ///< Throws "Can't resume thread".
+
+    /// From start() until run() has returned, also while suspended.
+    bool isRunning() const;
+    unsigned long getID() const;
+    /// Whether the calling thread is this one, and running.
+    bool isCurrent() const;
+    static unsigned long getCurrentID();
+
+    /// The lock of the object's own state, to guard more with it.
+    Mutex& getMutex() const { return mutex_; }
+
+protected:
+    /// Ends the calling thread at once, without unwinding: call it from run() only, and when no object on
+    /// the stack needs its destructor.
+    [[noreturn]] void exit(unsigned long code);
+
+private:
+    static DWORD WINAPI proc(void* object);
+
+    DWORD id_ = 0;
+    std::atomic<bool> running_ = false;
+    mutable Mutex mutex_;
+};
+} // namespace tarn

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <tarn/Export.h>
+#include <tarn/GregorianCalendarBase.h>
+#include <tarn/Time.h>
+
+struct _TIME_ZONE_INFORMATION;
+
+namespace tarn {
+/// An offset from UTC with two yearly rules, the start and the end of daylight time.
+///
+/// A value that a Calendar carries. Offsets are milliseconds to add to UTC, positive east of Greenwich;
+/// times of day are milliseconds after midnight. Rules compare local dates with a transition: the
+/// instant of a transition itself still belongs to what was before it.
+class TARN_API TimeZone {
+public:
+    using Era = GregorianCalendarBase::Era;
+    using Month = GregorianCalendarBase::Month;
+    using DayOfWeek = GregorianCalendarBase::DayOfWeek;
+
+    TimeZone(); ///< UTC, without daylight time.
+    /// UTC too: the name is ignored. Set the offsets and rules yourself.
+    TimeZone(const char* name);
+
+    /// The zone of the running system, with the numbers of its rules as the platform counts them: months
+    /// from 1 and weekdays from 0, so that transitions are found in the month after the true one. The
+    /// offsets are right; for right transitions use currentForYear(). Throws WindowsError "Can't get time
+    /// zone information".
+    static TimeZone current();
+    /// The zone of the running system with the transitions of this year (1601 to 30827; others as the
+    /// nearest of these), right to the millisecond. The rules are dates, so they hold for no other year.
+    /// Throws as current().
+    static TimeZone currentForYear(int year);
+
+    int GetDSTOffset() const { return dstOffset_; }
+    void SetDSTOffset(int milliseconds) { dstOffset_ = milliseconds; } ///< 0: no daylight time.
+    int GetStandardOffset() const { return rawOffset_; }
+    void SetStandardOffset(int milliseconds) { rawOffset_ = milliseconds; }
+    bool UseDaylightTime() const { return dstOffset_ != 0; }
+
+    /// A rule by weekday: with -1 the last one of the month, with -2 the one before (February counts 28
+    /// days in every year). A positive `dayOfWeekInMonth` is meant to count from the month's start, but the
+    /// rule's day comes out right for few of the dates that it is compared with: give a date, or count
+    /// from the end.
+    ///
+    /// `time` is compared with standard time when an instant is turned into fields and with the clock's
+    /// time in the other direction: give the end rule in standard time. Nothing is validated.
+    void SetStartRule(Month month, int dayOfWeekInMonth, DayOfWeek dayOfWeek, int time);
+    void SetStartRule(Month month, int dayOfMonth, int time); ///< A rule by date.
+    void SetEndRule(Month month, int dayOfWeekInMonth, DayOfWeek dayOfWeek, int time);
+    void SetEndRule(Month month, int dayOfMonth, int time);
+
+    /// What to add to UTC at this local date and time of day: the standard offset, in daylight time with
+    /// the daylight amount on top. There is no daylight time in the era BC; `year` is not used.
+    int GetOffset(Era era, int year, Month month, int day, DayOfWeek dayOfWeek, int millis) const;
+
+    bool InDaylightTime(const Time& time) const;
+
+private:
+    struct Rule {
+        int mode;
+        int month;
+        int time;
+        int dayOfWeek;
+        int day;
+
+        int compare(Month dateMonth, int dateDay, DayOfWeek dateDayOfWeek, int millis) const;
+    };
+
+    explicit TimeZone(const _TIME_ZONE_INFORMATION& information);
+    void set(const _TIME_ZONE_INFORMATION& information);
+
+    int dstOffset_ = 0;
+    int rawOffset_ = 0;
+    Rule start_{};
+    Rule end_{};
+};
+static_assert(sizeof(TimeZone) == 48);
+} // namespace tarn

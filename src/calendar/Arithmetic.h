@@ -1,0 +1,81 @@
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <type_traits>
+
+// Integer arithmetic that is defined for every value: calendars accept any number as a field and any
+// 64-bit number as an instant.
+
+namespace tarn {
+constexpr std::int64_t millisPerDay = 86400000;
+
+/// The sum, wrapping round where it does not fit.
+template <std::signed_integral T> constexpr T wrappingAdd(T a, std::type_identity_t<T> b)
+{
+    using Unsigned = std::make_unsigned_t<T>;
+    return static_cast<T>(static_cast<Unsigned>(a) + static_cast<Unsigned>(b));
+}
+
+template <std::signed_integral T> constexpr T wrappingSubtract(T a, std::type_identity_t<T> b)
+{
+    using Unsigned = std::make_unsigned_t<T>;
+    return static_cast<T>(static_cast<Unsigned>(a) - static_cast<Unsigned>(b));
+}
+
+template <std::signed_integral T> constexpr T wrappingMultiply(T a, std::type_identity_t<T> b)
+{
+    using Unsigned = std::make_unsigned_t<T>;
+    return static_cast<T>(static_cast<Unsigned>(a) * static_cast<Unsigned>(b));
+}
+
+/// The quotient rounded toward negative infinity, for positive divisors.
+template <std::signed_integral T> constexpr T floorQuotient(T numerator, std::type_identity_t<T> divisor)
+{
+    return numerator >= 0 ? numerator / divisor : (numerator + 1) / divisor - 1;
+}
+
+constexpr int floorQuotient(int numerator, int divisor, int& remainder)
+{
+    const int quotient = floorQuotient(numerator, divisor);
+    remainder = wrappingSubtract(numerator, wrappingMultiply(quotient, divisor));
+    return quotient;
+}
+
+constexpr int floorQuotient(std::int64_t numerator, int divisor, int& remainder)
+{
+    // Dividing 64 bits is slow on a 32-bit processor, and day numbers hardly ever need them.
+    if (numerator == static_cast<int>(numerator))
+        return floorQuotient(static_cast<int>(numerator), divisor, remainder);
+    const std::int64_t quotient = floorQuotient(numerator, divisor);
+    remainder = static_cast<int>(wrappingSubtract(numerator, wrappingMultiply(quotient, divisor)));
+    return static_cast<int>(quotient);
+}
+
+/// The non-negative remainder.
+constexpr int floorRemainder(int numerator, int divisor)
+{
+    const int remainder = numerator % divisor;
+    return remainder < 0 ? remainder + divisor : remainder;
+}
+
+/// The day since the epoch that an instant lies in, and the milliseconds since that day's midnight.
+inline std::int64_t splitDay(std::int64_t millis, int& millisInDay)
+{
+    constexpr std::int64_t range = std::int64_t(1) << 55;
+    if (sizeof(void*) == 4 && millis > -range && millis < range) {
+        // A 64-bit division costs a 32-bit processor more than the rest of a date. The upper 29 bits times
+        // a reciprocal are at most two days too early once one is taken off.
+        constexpr std::int64_t reciprocal = (std::int64_t(1) << 57) / millisPerDay;
+        const auto estimate =
+            static_cast<std::int32_t>((static_cast<std::int32_t>(millis >> 26) * reciprocal) >> 31) - 1;
+        const auto rest = static_cast<std::uint32_t>(millis) -
+                          static_cast<std::uint32_t>(estimate) * static_cast<std::uint32_t>(millisPerDay);
+        millisInDay = static_cast<int>(rest % static_cast<std::uint32_t>(millisPerDay));
+        return estimate + static_cast<int>(rest / static_cast<std::uint32_t>(millisPerDay));
+    }
+    const std::int64_t day = floorQuotient(millis, millisPerDay);
+    millisInDay = static_cast<int>(wrappingSubtract(millis, wrappingMultiply(day, millisPerDay)));
+    return day;
+}
+} // namespace tarn

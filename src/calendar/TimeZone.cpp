@@ -1,0 +1,156 @@
+#include <tarn/TimeZone.h>
+
+#include <tarn/GregorianCalendar.h>
+#include <tarn/Windows.h>
+
+#include "../foundation/Check.h"
+#include "Arithmetic.h"
+#include "DayNumbers.h"
+
+#include <algorithm>
+
+namespace tarn {
+namespace {
+enum RuleMode { fixedDay, weekdayInMonth };
+
+constexpr int millisPerMinute = 60000;
+
+int timeOfDay(const SYSTEMTIME& time)
+{
+    return ((time.wHour * 60 + time.wMinute) * 60 + time.wSecond) * 1000 + time.wMilliseconds;
+}
+
+// The platform's transition as local milliseconds since the epoch. Its fifth weekday is the last one.
+std::int64_t transitionIn(int year, const SYSTEMTIME& date)
+{
+    const bool leap = isLeapIn(true, year);
+    const int month = std::clamp<int>(date.wMonth, 1, 12) - 1;
+    const std::int64_t before =
+        julianDayBeforeYear(true, year) - epochJulianDay + daysBeforeMonth[leap][month]; // the month's first day
+    int day = date.wDay;
+    if (date.wYear == 0) {
+        day = 1 + floorRemainder(date.wDayOfWeek - weekdayOf(before + 1), 7) + 7 * (date.wDay - 1);
+        while (day > daysInMonth[leap][month])
+            day -= 7;
+    }
+    return (before + day) * millisPerDay + timeOfDay(date);
+}
+
+// The year's local dates run from its first millisecond to its last.
+std::int64_t clampToYear(int year, std::int64_t local)
+{
+    const std::int64_t first = (julianDayBeforeYear(true, year) + 1 - epochJulianDay) * millisPerDay;
+    const std::int64_t next = (julianDayBeforeYear(true, year + 1) + 1 - epochJulianDay) * millisPerDay;
+    return std::clamp(local, first, next - 1);
+}
+
+TIME_ZONE_INFORMATION informationOf(int year)
+{
+    TIME_ZONE_INFORMATION information;
+    ensure(GetTimeZoneInformationForYear(static_cast<USHORT>(year), nullptr, &information),
+           "Can't get time zone information");
+    return information;
+}
+} // namespace
+
+TimeZone::TimeZone() = default;
+TimeZone::TimeZone(const char*) {}
+TimeZone::TimeZone(const TIME_ZONE_INFORMATION& information) { set(information); }
+
+TimeZone TimeZone::current()
+{
+    TIME_ZONE_INFORMATION information;
+    ensureNot(TIME_ZONE_ID_INVALID, GetTimeZoneInformation(&information), "Can't get time zone information");
+    return TimeZone(information);
+}
+
+TimeZone TimeZone::currentForYear(int year)
+{
+    year = std::clamp(year, 1601, 30827);
+    const TIME_ZONE_INFORMATION information = informationOf(year);
+    TimeZone zone;
+    zone.rawOffset_ = -static_cast<int>(information.Bias + information.StandardBias) * millisPerMinute;
+    if (information.DaylightDate.wMonth == 0 || information.StandardDate.wMonth == 0)
+        return zone;
+    zone.dstOffset_ = static_cast<int>(information.StandardBias - information.DaylightBias) * millisPerMinute;
+
+    // Both in standard time, as instants are compared. A transition's own instant belongs to what was
+    // before it, hence the millisecond less.
+    const auto ruleAt = [year](std::int64_t local) {
+        int millis = 0;
+        const YearDay date = gregorianYearDay(splitDay(clampToYear(year, local), millis));
+        const int month = monthOfDay(date.day, date.leap);
+        return Rule{fixedDay, month, millis - 1, 0, date.day - daysBeforeMonth[date.leap][month] + 1};
+    };
+    zone.start_ = ruleAt(transitionIn(year, information.DaylightDate));
+    zone.end_ = ruleAt(transitionIn(year, information.StandardDate) - zone.dstOffset_);
+    return zone;
+}
+
+void TimeZone::set(const TIME_ZONE_INFORMATION& information)
+{
+    rawOffset_ = -static_cast<int>(information.Bias + information.StandardBias) * millisPerMinute;
+    dstOffset_ = static_cast<int>(information.StandardBias - information.DaylightBias) * millisPerMinute;
+    if (dstOffset_ == 0)
+        return;
+
+    const auto ruleFrom = [](const SYSTEMTIME& date) {
+        const bool absolute = date.wYear != 0;
+        return Rule{absolute ? fixedDay : weekdayInMonth, date.wMonth, timeOfDay(date),
+                    absolute ? date.wYear : date.wDayOfWeek, date.wDay};
+    };
+    start_ = ruleFrom(information.DaylightDate);
+    end_ = ruleFrom(information.StandardDate);
+}
+
+void TimeZone::SetStartRule(Month month, int dayOfWeekInMonth, DayOfWeek dayOfWeek, int time)
+{
+    start_ = {weekdayInMonth, month, time, dayOfWeek, dayOfWeekInMonth};
+}
+void TimeZone::SetStartRule(Month month, int dayOfMonth, int time) { start_ = {fixedDay, month, time, 0, dayOfMonth}; }
+void TimeZone::SetEndRule(Month month, int dayOfWeekInMonth, DayOfWeek dayOfWeek, int time)
+{
+    end_ = {weekdayInMonth, month, time, dayOfWeek, dayOfWeekInMonth};
+}
+void TimeZone::SetEndRule(Month month, int dayOfMonth, int time) { end_ = {fixedDay, month, time, 0, dayOfMonth}; }
+
+// 1 before the transition, -1 after it, 0 exactly at it.
+int TimeZone::Rule::compare(Month dateMonth, int dateDay, DayOfWeek dateDayOfWeek, int millis) const
+{
+    if (dateMonth != month)
+        return dateMonth < month ? 1 : -1;
+
+    std::int64_t ruleDay = 0;
+    if (mode == fixedDay) {
+        ruleDay = day;
+    } else if (mode == weekdayInMonth && day > 0) {
+        // The day of the month stands here with the wrong sign; results are kept as they always were.
+        ruleDay = (std::int64_t(dayOfWeek) - dateDay - dateDayOfWeek + 8) % 7 + 7 * std::int64_t(day) - 6;
+    } else if (mode == weekdayInMonth) {
+        const int length = GregorianCalendarBase::MonthLength(dateMonth);
+        ruleDay =
+            length + 7 * (std::int64_t(day) + 1) - (std::int64_t(length) - dayOfWeek - dateDay + dateDayOfWeek + 7) % 7;
+    }
+    if (dateDay != ruleDay)
+        return dateDay < ruleDay ? 1 : -1;
+    return millis < time ? 1 : millis > time ? -1 : 0;
+}
+
+int TimeZone::GetOffset(Era era, int, Month month, int day, DayOfWeek dayOfWeek, int millis) const
+{
+    if (dstOffset_ == 0 || era != GregorianCalendarBase::AD)
+        return rawOffset_;
+    const int start = start_.compare(month, day, dayOfWeek, millis);
+    const int end = end_.compare(month, day, dayOfWeek, millis);
+    const bool northern = start_.month <= end_.month;
+    const bool standard = northern ? start >= 0 || end < 0 : start >= 0 && end < 0;
+    return standard ? rawOffset_ : wrappingAdd(rawOffset_, dstOffset_);
+}
+
+bool TimeZone::InDaylightTime(const Time& time) const
+{
+    GregorianCalendar calendar(*this);
+    calendar.setTime(time);
+    return calendar.InDaylightTime();
+}
+} // namespace tarn

@@ -1,0 +1,152 @@
+#include <tarn/WindowsFile.h>
+
+#include "../foundation/Check.h"
+#include "../foundation/Quoted.h"
+#include "../system/FreshHandle.h"
+#include "FileApi.h"
+
+namespace tarn {
+#ifdef __i386__
+static_assert(sizeof(WindowsFile) == sizeof(void*) * 5, "three bases, the handle and a shared virtual base");
+#endif
+static_assert(Seekable::begin == FILE_BEGIN && Seekable::current == FILE_CURRENT && Seekable::end == FILE_END);
+
+namespace {
+template <class Ch>
+FreshHandle openFile(const Ch* name, unsigned long access, unsigned long share, SECURITY_ATTRIBUTES* security,
+                     unsigned long creation, unsigned long flags, HANDLE templateFile)
+{
+    return FreshHandle(ensureNot(INVALID_HANDLE_VALUE,
+                                 createFile(name, access, share, security, creation, flags, templateFile),
+                                 [&] { return "Can't open " + quoted(name); }));
+}
+
+unsigned long long joined(DWORD high, DWORD low) { return static_cast<unsigned long long>(high) << 32 | low; }
+
+std::string nameOf(Seekable::whence origin)
+{
+    switch (origin) {
+    case Seekable::begin:
+        return "tarn::Seekable::begin";
+    case Seekable::current:
+        return "tarn::Seekable::current";
+    case Seekable::end:
+        return "tarn::Seekable::end";
+    }
+    return std::to_string(origin);
+}
+} // namespace
+
+WindowsFile::WindowsFile(const char* name, unsigned long access, unsigned long share, SECURITY_ATTRIBUTES* security,
+                         unsigned long creation, unsigned long flags, HANDLE templateFile)
+{
+    open(name, access, share, security, creation, flags, templateFile);
+}
+WindowsFile::WindowsFile(const wchar_t* name, unsigned long access, unsigned long share, SECURITY_ATTRIBUTES* security,
+                         unsigned long creation, unsigned long flags, HANDLE templateFile)
+{
+    open(name, access, share, security, creation, flags, templateFile);
+}
+
+void WindowsFile::open(const char* name, unsigned long access, unsigned long share, SECURITY_ATTRIBUTES* security,
+                       unsigned long creation, unsigned long flags, HANDLE templateFile)
+{
+    giveTo(*this, openFile(name, access, share, security, creation, flags, templateFile));
+}
+void WindowsFile::open(const wchar_t* name, unsigned long access, unsigned long share, SECURITY_ATTRIBUTES* security,
+                       unsigned long creation, unsigned long flags, HANDLE templateFile)
+{
+    giveTo(*this, openFile(name, access, share, security, creation, flags, templateFile));
+}
+
+unsigned int WindowsFile::write(const void* buffer, unsigned int size)
+{
+    DWORD written = 0;
+    ensure(WriteFile(getHandle(), buffer, size, &written, nullptr),
+           [&] { return "Error while writing " + std::to_string(size) + " bytes"; });
+    return written;
+}
+
+void WindowsFile::flush() { ensure(FlushFileBuffers(getHandle()), "Can't flush file buffers"); }
+
+void WindowsFile::close() { WindowsHandle::close(); }
+
+WindowsFile::~WindowsFile() noexcept(false) = default;
+
+unsigned int WindowsFile::read(void* buffer, unsigned int size)
+{
+    DWORD count = 0;
+    if (!ReadFile(getHandle(), buffer, size, &count, nullptr) && GetLastError() != ERROR_BROKEN_PIPE)
+        throwLastError(
+            [&] { return BasicString<char>::fromFormat("Error while reading %u bytes to %p", size, buffer); });
+    return count;
+}
+
+unsigned long long WindowsFile::seek(long long offset, whence origin) const
+{
+    LONG high = static_cast<LONG>(offset >> 32);
+    SetLastError(ERROR_SUCCESS);
+    const DWORD low = SetFilePointer(getHandle(), static_cast<LONG>(offset), &high, static_cast<DWORD>(origin));
+    if (low == INVALID_SET_FILE_POINTER)
+        ensure(GetLastError() == ERROR_SUCCESS, [&] {
+            return "WindowsFile::seek: Can't seek to " + std::to_string(offset) + " relative to " + nameOf(origin);
+        });
+    return joined(static_cast<DWORD>(high), low);
+}
+
+void WindowsFile::setFilePointer(long long offset, whence origin) { seek(offset, origin); }
+
+unsigned long long WindowsFile::getFilePointer() { return seek(0, current); }
+
+unsigned long long WindowsFile::getSize()
+{
+    DWORD high = 0;
+    SetLastError(ERROR_SUCCESS);
+    const DWORD low = GetFileSize(getHandle(), &high);
+    if (low == INVALID_FILE_SIZE)
+        ensure(GetLastError() == ERROR_SUCCESS, "Can't retrieve the file size for a windows file");
+    return joined(high, low);
+}
+
+unsigned int WindowsFile::ioControl(unsigned long code, const void* in, unsigned int inSize, void* out,
+                                    unsigned int outSize)
+{
+    DWORD returned = 0;
+    ensure(DeviceIoControl(getHandle(), code, const_cast<void*>(in), inSize, out, outSize, &returned, nullptr),
+           "Error in DeviceIoControl");
+    return returned;
+}
+
+namespace {
+template <class Ch> unsigned long attributesOf(const Ch* name)
+{
+    return ensureNot(INVALID_FILE_ATTRIBUTES, getFileAttributes(name),
+                     [&] { return "Can't get file attributes for " + quoted(name); });
+}
+
+template <class Ch> unsigned long long sizeOf(const Ch* name)
+{
+    WIN32_FILE_ATTRIBUTE_DATA data;
+    WindowsFile::getAttributes(name, data);
+    return joined(data.nFileSizeHigh, data.nFileSizeLow);
+}
+} // namespace
+
+unsigned long WindowsFile::getAttributes(const char* name) { return attributesOf(name); }
+unsigned long WindowsFile::getAttributes(const wchar_t* name) { return attributesOf(name); }
+
+void WindowsFile::getAttributes(const char* name, WIN32_FILE_ATTRIBUTE_DATA& data)
+{
+    ensure(getFileAttributesEx(name, &data), "Error in GetFileAttributesExA");
+}
+void WindowsFile::getAttributes(const wchar_t* name, WIN32_FILE_ATTRIBUTE_DATA& data)
+{
+    ensure(getFileAttributesEx(name, &data), "Error in GetFileAttributesExW");
+}
+
+unsigned long long WindowsFile::getSize(const char* name) { return sizeOf(name); }
+unsigned long long WindowsFile::getSize(const wchar_t* name) { return sizeOf(name); }
+
+bool WindowsFile::isDirectory(const char* name) { return (attributesOf(name) & FILE_ATTRIBUTE_DIRECTORY) != 0; }
+bool WindowsFile::isDirectory(const wchar_t* name) { return (attributesOf(name) & FILE_ATTRIBUTE_DIRECTORY) != 0; }
+} // namespace tarn

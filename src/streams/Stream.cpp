@@ -1,0 +1,105 @@
+#include <tarn/Stream.h>
+
+#include <tarn/BasicString.h>
+#include <tarn/Exception.h>
+#include <tarn/Serializable.h>
+
+#include "ClassName.h"
+#include "NestingLevel.h"
+
+#include <algorithm>
+
+namespace tarn {
+static_assert(std::endian::native == std::endian::little, "numbers are written as they lie in memory");
+static_assert(sizeof(wchar_t) == 2, "wide strings are UTF-16");
+
+namespace detail {
+void throwShortRead(const void* buffer, unsigned int size)
+{
+    throw EndOfFile(
+        BasicString<char>::fromFormat("EOF in readFully(%p,%lu)\n", buffer, static_cast<unsigned long>(size)));
+}
+
+void throwShortWrite(const void* buffer, unsigned int size)
+{
+    throw EndOfFile(
+        BasicString<char>::fromFormat("EOF in writeFully(%p,%lu)\n", buffer, static_cast<unsigned long>(size)));
+}
+} // namespace detail
+
+void InputStream::readFully(void* buffer, unsigned int size)
+{
+    if (read(buffer, size) != size)
+        detail::throwShortRead(buffer, size);
+}
+
+namespace {
+// A stream has no data of its own to count in.
+thread_local unsigned int depthOnThisThread = 0;
+} // namespace
+
+Serializable* InputStream::readObject()
+{
+    const NestingLevel level(depthOnThisThread);
+    Serializable* const object = createNamedOn(*this);
+    object->deserialize(*this);
+    return object;
+}
+
+void OutputStream::writeObject(Serializable* object)
+{
+    const NestingLevel level(depthOnThisThread);
+    *this << ClassName(typeid(*object)).text();
+    object->serialize(*this);
+}
+
+unsigned long long Seekable::seek(long long offset, whence origin)
+{
+    setFilePointer(offset, origin);
+    return getFilePointer();
+}
+
+unsigned long long Seekable::getSize()
+{
+    const unsigned long long position = getFilePointer();
+    const unsigned long long size = seek(0, end);
+    setFilePointer(static_cast<long long>(position), begin);
+    return size;
+}
+
+InputStream& operator>>(InputStream& in, bool& value)
+{
+    unsigned char byte;
+    in.readFully(&byte, 1);
+    value = byte != 0;
+    return in;
+}
+
+namespace {
+// A damaged length asks for up to 4 GB: the text grows by pieces, as far as there are data.
+template <class Ch> InputStream& readText(InputStream& in, std::basic_string<Ch>& text)
+{
+    constexpr unsigned int piece = 0x8000;
+    text.clear();
+    for (unsigned int left = in.readUInt32(); left > 0;) {
+        const unsigned int count = std::min(left, piece);
+        const std::size_t start = text.size();
+        text.resize(start + count);
+        in.readFully(text.data() + start, count * static_cast<unsigned int>(sizeof(Ch)));
+        left -= count;
+    }
+    return in;
+}
+} // namespace
+
+InputStream& operator>>(InputStream& in, std::string& text) { return readText(in, text); }
+InputStream& operator>>(InputStream& in, std::wstring& text) { return readText(in, text); }
+
+OutputStream& operator<<(OutputStream& out, InputStream& in)
+{
+    char buffer[10000];
+    while (const unsigned int count = in.read(buffer, sizeof buffer))
+        out.write(buffer, count);
+    return out;
+}
+} // namespace tarn

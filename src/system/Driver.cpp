@@ -1,0 +1,64 @@
+#include <tarn/Driver.h>
+
+#include <tarn/Exception.h>
+
+namespace tarn {
+#ifdef __i386__
+static_assert(sizeof(Driver) == 12);
+#endif
+
+Driver::Driver(const wchar_t* name, const wchar_t* displayName, const wchar_t* binaryPath)
+{
+    try {
+        load(name, displayName, binaryPath);
+    } catch (...) {
+        try { // No destructor follows a constructor that throws.
+            unload();
+        } catch (...) { // What stopped the loading matters more.
+        }
+        throw;
+    }
+}
+
+void Driver::openOrCreate(const wchar_t* name, const wchar_t* displayName, const wchar_t* binaryPath)
+{
+    try {
+        service_.open(manager_, name, READ_CONTROL | SERVICE_START | SERVICE_STOP);
+    } catch (const WindowsError& e) {
+        if (e.getError() != ERROR_SERVICE_DOES_NOT_EXIST)
+            throw;
+        manager_.open(READ_CONTROL | SC_MANAGER_CREATE_SERVICE);
+        service_.create(manager_, name, displayName, SERVICE_ALL_ACCESS, SERVICE_KERNEL_DRIVER, SERVICE_DEMAND_START,
+                        SERVICE_ERROR_IGNORE, binaryPath, nullptr, nullptr, nullptr, nullptr, nullptr);
+        created_ = true;
+    }
+}
+
+void Driver::load(const wchar_t* name, const wchar_t* displayName, const wchar_t* binaryPath)
+{
+    created_ = false;
+    manager_.open(READ_CONTROL);
+    openOrCreate(name, displayName, binaryPath);
+    try {
+        service_.start();
+    } catch (const WindowsError& e) {
+        if (e.getError() != ERROR_SERVICE_ALREADY_RUNNING)
+            throw;
+    }
+}
+
+void Driver::unload()
+{
+    if (service_.isOpen()) {
+        try {
+            service_.stop();
+        } catch (const WindowsError&) { // Not running, or not to be stopped: either way this object lets go of it.
+        }
+        if (created_)
+            service_.remove();
+        created_ = false;
+    }
+    service_.close();
+    manager_.close();
+}
+} // namespace tarn

@@ -1,0 +1,92 @@
+#include <tarn/Service.h>
+
+#include "../foundation/Check.h"
+#include "ServiceApi.h"
+
+namespace tarn {
+static_assert(sizeof(ServiceManager) == sizeof(SC_HANDLE) && sizeof(Service) == sizeof(SC_HANDLE));
+
+namespace {
+template <class Ch> SC_HANDLE openManager(const Ch* machine, unsigned long access)
+{
+    return ensure(openSCManager(machine, access), "Can't open service manager");
+}
+
+template <class Ch> SC_HANDLE openServiceIn(SC_HANDLE manager, const Ch* name, unsigned long access)
+{
+    return ensure(openService(manager, name, access), "Can't open service");
+}
+
+template <class Ch> void startWith(SC_HANDLE service, const Ch** arguments, unsigned count)
+{
+    ensure(startService(service, count, arguments), "Can't start service");
+}
+} // namespace
+
+void ServiceHandle::close()
+{
+    if (isOpen())
+        ensure(CloseServiceHandle(handle_), "Can't close service handle");
+    handle_ = nullptr;
+}
+
+void ServiceManager::open(const char* machine, unsigned long access)
+{
+    close();
+    setHandle(openManager(machine, access));
+}
+void ServiceManager::open(const wchar_t* machine, unsigned long access)
+{
+    close();
+    setHandle(openManager(machine, access));
+}
+void ServiceManager::open(unsigned long access) { open(static_cast<const wchar_t*>(nullptr), access); }
+
+void Service::create(const ServiceManager& manager, const char* name, const char* displayName, unsigned long access,
+                     unsigned long serviceType, unsigned long startType, unsigned long errorControl,
+                     const char* binaryPath, const char* loadOrderGroup, unsigned long* tagId, const char* dependencies,
+                     const char* serviceStartName, const char* password)
+{
+    close();
+    setHandle(
+        ensure(CreateServiceA(manager.getHandle(), name, displayName, access, serviceType, startType, errorControl,
+                              binaryPath, loadOrderGroup, tagId, dependencies, serviceStartName, password),
+               "Can't create service"));
+}
+void Service::create(const ServiceManager& manager, const wchar_t* name, const wchar_t* displayName,
+                     unsigned long access, unsigned long serviceType, unsigned long startType,
+                     unsigned long errorControl, const wchar_t* binaryPath, const wchar_t* loadOrderGroup,
+                     unsigned long* tagId, const wchar_t* dependencies, const wchar_t* serviceStartName,
+                     const wchar_t* password)
+{
+    close();
+    setHandle(
+        ensure(CreateServiceW(manager.getHandle(), name, displayName, access, serviceType, startType, errorControl,
+                              binaryPath, loadOrderGroup, tagId, dependencies, serviceStartName, password),
+               "Can't create service"));
+}
+
+void Service::open(const ServiceManager& manager, const char* name, unsigned long access)
+{
+    close();
+    setHandle(openServiceIn(manager.getHandle(), name, access));
+}
+void Service::open(const ServiceManager& manager, const wchar_t* name, unsigned long access)
+{
+    close();
+    setHandle(openServiceIn(manager.getHandle(), name, access));
+}
+
+void Service::remove() const { ensure(DeleteService(getHandle()), "Can't delete service"); }
+
+void Service::start(const char** arguments, unsigned count) const { startWith(getHandle(), arguments, count); }
+void Service::start(const wchar_t** arguments, unsigned count) const { startWith(getHandle(), arguments, count); }
+void Service::start() const { start(static_cast<const char**>(nullptr), 0); }
+
+SERVICE_STATUS Service::stop()
+{
+    SERVICE_STATUS status{};
+    ensure(ControlService(getHandle(), SERVICE_CONTROL_STOP, &status), "Can't stop service");
+    return status;
+}
+} // namespace tarn

@@ -1,0 +1,27 @@
+#include <catch2/catch.hpp>
+
+#include <tarn/DeHam48.h>
+
+#include <array>
+#include <bitset>
+
+TEST_CASE("DeHam48: every byte gives its code's value, corrected by one bit, or -1", "[bits][hamming]")
+{
+    constexpr std::array<unsigned char, 16> codes = {0x15, 0x02, 0x49, 0x5E, 0x64, 0x73, 0x38, 0x2F,
+                                                     0xD0, 0xC7, 0x8C, 0x9B, 0xA1, 0xB6, 0xFD, 0xEA};
+    std::array<int, 256> expected{};
+    expected.fill(-1);
+    for (unsigned value = 0; value < 16; ++value) {
+        expected[codes[value]] = static_cast<int>(value);
+        for (unsigned bit = 0; bit < 8; ++bit)
+            expected[codes[value] ^ (1u << bit)] = static_cast<int>(value);
+    }
+    std::array<int, 17> inputsOf{};
+    for (unsigned byte = 0; byte < 256; ++byte) {
+        CAPTURE(byte);
+        const int value = tarn::DeHam48(static_cast<unsigned char>(byte));
+        CHECK(value == expected[byte]);
+        ++inputsOf[static_cast<unsigned>(value + 1)];
+    }
+    CHECK(inputsOf == std::array<int, 17>{112, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9});
+}

@@ -1,0 +1,68 @@
+#include <catch2/catch.hpp>
+
+#include "SimulatedBus.h"
+
+#include <initializer_list>
+#include <string>
+
+namespace {
+struct Board {
+    bool write(std::initializer_list<unsigned char> data)
+    {
+        return bus.write(data.begin(), static_cast<unsigned>(data.size()));
+    }
+    /// Writes and waits until the chip has stored the bytes.
+    void store(std::initializer_list<unsigned char> data)
+    {
+        REQUIRE(write(data));
+        CHECK_FALSE(write({0xA0})); // Busy.
+        chip.elapse(5000);
+    }
+    std::string read(unsigned char place, unsigned count)
+    {
+        const unsigned char address[] = {0xA0, place};
+        std::string text(count, '\0');
+        REQUIRE(bus.read(address, 2, reinterpret_cast<unsigned char*>(text.data()), count));
+        return text;
+    }
+
+    Eeprom24C02 chip;
+    ProbedLines lines{chip};
+    SimulatedBus bus{lines};
+};
+} // namespace
+
+TEST_CASE_METHOD(Board, "I2CBusForLines: a chip that stretches the clock is written and read back", "[bits][i2c]")
+{
+    CHECK_FALSE(write({0xA2}));
+    store({0xA0, 0x06, 'a', 'b', 'c', 'd'}); // The page's end is followed by its beginning.
+    CHECK(read(6, 2) == "ab");
+    CHECK(read(0, 3) == "cd\xFF");
+    store({0xA0, 0xFF, 'z'});
+    CHECK(read(0xFF, 3) == "zcd");
+}
+
+TEST_CASE_METHOD(Board, "I2CBusForLines: a read as its lines show it", "[bits][i2c]")
+{
+    store({0xA0, 0x34, 0xA5});
+    lines.diagram.take();
+    CHECK(read(0x34, 1) == "\xA5");
+    // The chip holds the clock before its first bit: SCL is low for a column more there.
+    CHECK('\n' + lines.diagram.take() == R"(
+         S  1  0  1  0  0  0  0  0  A    A0
+  SDA  --__---___---_________________-
+  SCL  _--__-__-__-__-__-__-__-__-__-_
+        0  0  1  1  0  1  0  0  A    34
+  SDA  ______------___---________-
+  SCL  _-__-__-__-__-__-__-__-__-_
+         S  1  0  1  0  0  0  0  1  A    A1
+  SDA  --__---___---____________--___-
+  SCL  _--__-__-__-__-__-__-__-__-__-_
+         1 0 1 0 0 1 0 1  N    A5
+  SDA  ---__--____--__------
+  SCL  __-_-_-_-_-_-_-_-__-_
+         P
+  SDA  __-
+  SCL  _--
+)");
+}

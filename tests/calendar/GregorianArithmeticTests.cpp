@@ -1,0 +1,227 @@
+#include <catch2/catch.hpp>
+
+#include <tarn/GregorianCalendar.h>
+
+#include "Zones.h"
+
+#include <climits>
+#include <random>
+
+using tarn::Calendar;
+using tarn::GregorianCalendar;
+using zones::at;
+using zones::on;
+using zones::text;
+
+namespace {
+std::string added(GregorianCalendar calendar, unsigned field, int amount)
+{
+    calendar.add(field, amount);
+    return text(calendar);
+}
+
+std::string rolled(GregorianCalendar calendar, unsigned field, int amount)
+{
+    calendar.roll(field, amount);
+    return text(calendar).substr(0, 19);
+}
+
+GregorianCalendar withWeeks(GregorianCalendar calendar, int firstDay, int minimalDays)
+{
+    calendar.setFirstDayOfWeek(firstDay);
+    calendar.setMinimalDaysInFirstWeek(minimalDays);
+    calendar.setTime(calendar.getTime());
+    return calendar;
+}
+} // namespace
+
+TEST_CASE("GregorianCalendar: add moves years and months and clamps the day", "[calendar][add]")
+{
+    CHECK(added(on(2001, 0, 31), Calendar::FieldMonth, 1) == "2001-02-28 AD 00:00:00.000");
+    CHECK(added(on(2000, 1, 29), Calendar::FieldYear, 1) == "2001-02-28 AD 00:00:00.000");
+    CHECK(added(on(2000, 0, 31), Calendar::FieldMonth, -14) == "1998-11-30 AD 00:00:00.000");
+    CHECK(added(on(2000, 0, 1), Calendar::FieldMonth, -12) == "1999-01-01 AD 00:00:00.000");
+    CHECK(added(on(1, 0, 31), Calendar::FieldYear, -1) == "1-01-31 BC 00:00:00.000");
+    CHECK(added(on(1, 0, 31), Calendar::FieldYear, -2) == "2-01-31 BC 00:00:00.000");
+    CHECK(added(on(5, 0, 31), Calendar::FieldEra, 5) == "5-01-31 AD 00:00:00.000");
+    CHECK(added(on(5, 0, 31), Calendar::FieldEra, -5) == "5-01-31 BC 00:00:00.000");
+
+    auto bc = on(2, 11, 1);
+    bc.set(Calendar::FieldEra, GregorianCalendar::BC);
+    CHECK(added(bc, Calendar::FieldYear, 2) == "1-12-01 AD 00:00:00.000");
+    CHECK(added(bc, Calendar::FieldMonth, 1) == "3-01-01 BC 00:00:00.000"); // Later months, greater numbers.
+}
+
+TEST_CASE("GregorianCalendar: add moves the other fields by fixed lengths", "[calendar][add]")
+{
+    const auto start = on(2000, 1, 28, 23, 30);
+    CHECK(added(start, Calendar::FieldWeekOfYear, 1) == "2000-03-06 AD 23:30:00.000");
+    CHECK(added(start, Calendar::FieldDayOfWeekInMonth, -1) == "2000-02-21 AD 23:30:00.000");
+    CHECK(added(start, Calendar::FieldDayOfYear, 2) == "2000-03-01 AD 23:30:00.000");
+    CHECK(added(start, Calendar::FieldAmPm, 1) == "2000-02-29 AD 11:30:00.000");
+    CHECK(added(start, Calendar::FieldHour, -24) == "2000-02-27 AD 23:30:00.000");
+    CHECK(added(start, Calendar::FieldMillisecond, -1) == "2000-02-28 AD 23:29:59.999");
+    CHECK(added(start, Calendar::FieldDstOffset, 5) == "2000-02-28 AD 23:30:00.005");
+    CHECK(added(start, 99, 5) == "2000-02-28 AD 23:30:00.005");
+    // 64 bits: 2,147,483,647 weeks are 41 million years.
+    CHECK(added(start, Calendar::FieldWeekOfMonth, INT_MAX) == "41159273-10-30 AD 23:30:00.000");
+    CHECK(added(on(1582, 9, 4), Calendar::FieldDayOfMonth, 1) == "1582-10-15 AD 00:00:00.000");
+}
+
+TEST_CASE("GregorianCalendar: add keeps the clock for half days and longer", "[calendar][add]")
+{
+    const auto before = on(2000, 2, 25, 12, 0, zones::north());
+    CHECK(added(before, Calendar::FieldDayOfMonth, 1) == "2000-03-26 AD 12:00:00.000");
+    CHECK(added(before, Calendar::FieldAmPm, 2) == "2000-03-26 AD 12:00:00.000");
+    CHECK(added(before, Calendar::FieldHour, 24) == "2000-03-26 AD 13:00:00.000");
+    CHECK(added(before, Calendar::FieldZoneOffset, 86400000) == "2000-03-26 AD 12:00:00.000");
+    CHECK(added(before, Calendar::FieldMillisecond, 86400000) == "2000-03-26 AD 13:00:00.000");
+    CHECK(added(on(2000, 9, 28, 12, 0, zones::south()), Calendar::FieldDayOfYear, 1) == "2000-10-29 AD 12:00:00.000");
+}
+
+TEST_CASE("GregorianCalendar: adding nothing computes nothing", "[calendar][add]")
+{
+    auto calendar = on(2000, 0, 1);
+    calendar.set(Calendar::FieldDayOfMonth, 32);
+    calendar.add(Calendar::FieldMonth, 0);
+    calendar.roll(Calendar::FieldMonth, 0);
+    calendar.set(Calendar::FieldMonth, 1);
+    CHECK(text(calendar) == "2000-03-03 AD 00:00:00.000");
+}
+
+TEST_CASE("GregorianCalendar: the greatest values at a date", "[calendar]")
+{
+    CHECK(on(2000, 1, 1).getActualMaximum(Calendar::FieldDayOfMonth) == 29);
+    CHECK(on(1900, 1, 1).getActualMaximum(Calendar::FieldDayOfMonth) == 28);
+    CHECK(on(2000, 1, 1).getActualMaximum(Calendar::FieldDayOfYear) == 366);
+    CHECK(on(2000, 1, 1).getActualMaximum(Calendar::FieldSecond) == 59);
+    CHECK(withWeeks(on(2004, 5, 1), 2, 4).getActualMaximum(Calendar::FieldWeekOfYear) == 53);
+    CHECK(withWeeks(on(2003, 5, 1), 2, 4).getActualMaximum(Calendar::FieldWeekOfYear) == 52);
+    CHECK(withWeeks(on(2000, 9, 15), 2, 1).getActualMaximum(Calendar::FieldWeekOfMonth) == 6);
+    CHECK(withWeeks(on(2009, 1, 15), 1, 1).getActualMaximum(Calendar::FieldWeekOfMonth) == 4);
+    CHECK(on(2000, 1, 1).getActualMaximum(Calendar::FieldDayOfWeekInMonth) == 5); // Five Tuesdays.
+    CHECK(on(2000, 1, 2).getActualMaximum(Calendar::FieldDayOfWeekInMonth) == 4);
+
+    SECTION("the last year depends on the date, and the calendar stays where it is")
+    {
+        auto august17 = on(2000, 7, 17, 7, 12);
+        CHECK(august17.getActualMaximum(Calendar::FieldYear) == 292278994);
+        CHECK(on(2000, 7, 17, 7, 13).getActualMaximum(Calendar::FieldYear) == 292278993);
+        CHECK(text(august17) == "2000-08-17 AD 07:12:00.000");
+        auto bc = on(1, 11, 3);
+        bc.set(Calendar::FieldEra, GregorianCalendar::BC);
+        CHECK(bc.getActualMaximum(Calendar::FieldYear) == 292269055);
+    }
+}
+
+TEST_CASE("GregorianCalendar: roll wraps within the actual range", "[calendar][roll]")
+{
+    CHECK(rolled(on(2000, 0, 31), Calendar::FieldMonth, 13) == "2000-02-29 AD 00:00");
+    CHECK(rolled(on(2000, 0, 31), Calendar::FieldMonth, -1) == "2000-12-31 AD 00:00");
+    CHECK(rolled(on(2000, 1, 29), Calendar::FieldYear, 1) == "2001-02-28 AD 00:00");
+    CHECK(rolled(on(1, 1, 1), Calendar::FieldYear, -1) == "292278994-02-01 AD ");
+    CHECK(rolled(on(4, 1, 29), Calendar::FieldEra, 1) == "4-02-28 BC 00:00:00");
+    CHECK(rolled(on(2000, 1, 29), Calendar::FieldDayOfMonth, 1) == "2000-02-01 AD 00:00");
+    CHECK(rolled(on(2000, 1, 29), Calendar::FieldDayOfYear, -60) == "2000-12-31 AD 00:00");
+    CHECK(rolled(on(2000, 1, 29), Calendar::FieldDayOfWeekInMonth, 1) == "2000-02-01 AD 00:00");
+    CHECK(rolled(on(2000, 1, 28, 23, 59), Calendar::FieldMinute, 1) == "2000-02-28 AD 23:00");
+    CHECK(rolled(on(2000, 1, 28, 23, 59), Calendar::FieldHour, 1) == "2000-02-28 AD 12:59");
+    CHECK(rolled(on(2000, 1, 28, 23, 59), Calendar::FieldHourOfDay, 1) == "2000-02-28 AD 00:59");
+    CHECK(rolled(on(2000, 1, 28, 23, 59), Calendar::FieldAmPm, 1) == "2000-02-28 AD 11:59");
+    CHECK(rolled(on(2000, 1, 28, 23, 59), Calendar::FieldMillisecond, -1) == "2000-02-28 AD 23:59");
+    CHECK(rolled(on(2000, 1, 28, 23, 59), Calendar::FieldHourOfDay, INT_MIN) == "2000-02-28 AD 15:59");
+    CHECK(rolled(on(2000, 1, 28, 23, 59), 99, 1) == "2000-02-28 AD 23:59");
+
+    auto calendar = on(2000, 11, 31);
+    calendar.roll(Calendar::FieldMonth, true);
+    CHECK(text(calendar) == "2000-01-31 AD 00:00:00.000");
+    calendar.roll(Calendar::FieldDayOfMonth, false);
+    CHECK(text(calendar) == "2000-01-30 AD 00:00:00.000");
+}
+
+TEST_CASE("GregorianCalendar: rolling weeks stays in the month or year", "[calendar][roll]")
+{
+    // June 1999 from Tuesday to Wednesday: rows of 5, 7, 7, 7 and 4 days from Sunday on.
+    CHECK(rolled(withWeeks(on(1999, 5, 6), 1, 1), Calendar::FieldWeekOfMonth, -1) == "1999-06-01 AD 00:00");
+    CHECK(rolled(withWeeks(on(1999, 5, 11), 1, 1), Calendar::FieldWeekOfMonth, 3) == "1999-06-30 AD 00:00");
+    CHECK(rolled(withWeeks(on(1999, 5, 8), 1, 1), Calendar::FieldWeekOfMonth, 5) == "1999-06-08 AD 00:00");
+    // From the last week of 2003 by ISO 8601 to its first, which began in 2002.
+    CHECK(rolled(withWeeks(on(2003, 11, 22), 2, 4), Calendar::FieldWeekOfYear, 1) == "2003-01-01 AD 00:00");
+    CHECK(rolled(withWeeks(on(2003, 11, 24), 2, 4), Calendar::FieldWeekOfYear, 1) == "2003-01-01 AD 00:00");
+    // New Year's days that belong to a week of the other year count as the nearest week round the circle.
+    CHECK(rolled(withWeeks(on(2000, 0, 1), 2, 4), Calendar::FieldWeekOfYear, 1) == "2000-01-08 AD 00:00");
+    CHECK(rolled(withWeeks(on(2003, 11, 31), 2, 4), Calendar::FieldWeekOfYear, 1) == "2003-01-08 AD 00:00");
+    CHECK(rolled(withWeeks(on(2000, 4, 17), 2, 4), Calendar::FieldDayOfWeek, 5) == "2000-05-15 AD 00:00");
+    CHECK(rolled(withWeeks(on(2000, 4, 31), 2, 4), Calendar::FieldDayOfWeek, 1) == "2000-05-25 AD 00:00");
+}
+
+TEST_CASE("GregorianCalendar: rolling steps over the days that the cutover took", "[calendar][roll]")
+{
+    CHECK(rolled(on(1582, 9, 4), Calendar::FieldDayOfMonth, 1) == "1582-10-15 AD 00:00");
+    CHECK(rolled(on(1582, 9, 31), Calendar::FieldDayOfMonth, 1) == "1582-10-01 AD 00:00");
+    CHECK(rolled(on(1582, 9, 1), Calendar::FieldDayOfMonth, -22) == "1582-10-31 AD 00:00");
+    CHECK(rolled(on(1582, 0, 1), Calendar::FieldDayOfYear, -1) == "1582-12-31 AD 00:00");
+    CHECK(rolled(on(1582, 9, 4), Calendar::FieldWeekOfMonth, 1) == "1582-10-21 AD 00:00");
+    CHECK(rolled(on(1582, 9, 28), Calendar::FieldDayOfWeekInMonth, 1) == "1582-10-04 AD 00:00");
+}
+
+TEST_CASE("GregorianCalendar: rolling across daylight time keeps the clock, where it exists", "[calendar][roll]")
+{
+    CHECK(rolled(on(2000, 2, 1, 12, 0, zones::north()), Calendar::FieldDayOfMonth, -1) == "2000-03-31 AD 12:00");
+    CHECK(rolled(on(2000, 2, 26, 23, 30, zones::north()), Calendar::FieldHourOfDay, 1) == "2000-03-26 AD 00:30");
+    CHECK(rolled(on(2000, 2, 25, 2, 30, zones::north()), Calendar::FieldDayOfMonth, 1) == "2000-03-26 AD 03:30");
+    auto midnight = zones::north();
+    midnight.SetStartRule(GregorianCalendar::April, 1, 0);
+    CHECK(rolled(on(2000, 3, 2, 0, 30, midnight), Calendar::FieldDayOfMonth, -1) == "2000-04-01 AD 01:30");
+}
+
+TEST_CASE("GregorianCalendar: rolling an offset reads the clock in the new one", "[calendar][roll]")
+{
+    auto calendar = on(2000, 0, 1);
+    const std::int64_t time = calendar.getTime();
+    calendar.roll(Calendar::FieldZoneOffset, zones::hour);
+    CHECK(calendar.getTime() == time - zones::hour);
+    calendar.setTime(time);
+    calendar.roll(Calendar::FieldDstOffset, -1);
+    CHECK(calendar.getTime() == time - zones::hour);
+}
+
+TEST_CASE("GregorianCalendar: roll wraps every field and keeps the larger ones, at any date", "[calendar][roll]")
+{
+    // Larger fields of each field from the day on; the week's own rules are checked above.
+    const auto zone = GENERATE(from_range(zones::all()));
+    std::mt19937_64 random(7);
+    std::uniform_int_distribution<std::int64_t> usual(-80000000000000, 80000000000000);
+    int wrong = 0;
+    for (int i = 0; i < 20000; ++i) {
+        const auto start = withWeeks(at(usual(random), zone), 1 + i % 7, 1 + i / 7 % 7);
+        const int amount = static_cast<int>(random());
+        const int era = start.get(Calendar::FieldEra), year = start.get(Calendar::FieldYear);
+        const bool cutover = year == 1582 && era == GregorianCalendar::AD;
+        for (unsigned field = 0; field < Calendar::FieldZoneOffset && !cutover; ++field) {
+            auto calendar = start;
+            calendar.roll(field, amount);
+            const bool inYear = field == Calendar::FieldDayOfYear || field == Calendar::FieldWeekOfYear;
+            const unsigned kept = field >= Calendar::FieldAmPm    ? 8u
+                                  : field <= Calendar::FieldMonth ? field
+                                  : inYear                        ? 2u
+                                                                  : 3u;
+            for (unsigned larger = 0; larger < kept; ++larger)
+                wrong += calendar.get(larger) != start.get(larger);
+            const int value = calendar.get(field);
+            // These maxima go by the bare year number, and by weekdays that are not wrapped round the week.
+            const bool hasMaximum = field != Calendar::FieldDayOfYear && field != Calendar::FieldDayOfWeekInMonth;
+            wrong += value < calendar.getMinimum(static_cast<int>(field)) ||
+                     (hasMaximum && value > calendar.getActualMaximum(static_cast<int>(field)));
+            if (field == Calendar::FieldDayOfMonth || field == Calendar::FieldDayOfYear ||
+                field == Calendar::FieldDayOfWeek) {
+                const int count = field == Calendar::FieldDayOfYear
+                                      ? calendar.yearLength(era == GregorianCalendar::AD ? year : 1 - year)
+                                      : calendar.getActualMaximum(static_cast<int>(field));
+                const std::int64_t steps = start.get(field) - 1 + std::int64_t(amount);
+                wrong += value - 1 != (steps % count + count) % count;
+            }
+        }
+    }
+    CHECK(wrong == 0);
+}

@@ -1,0 +1,177 @@
+#include <catch2/catch.hpp>
+
+#include <tarn/TimeZone.h>
+#include <tarn/Windows.h>
+
+#include "Private.h"
+#include "Zones.h"
+
+using tarn::TimeZone;
+using Base = tarn::GregorianCalendarBase;
+using zones::hour;
+
+TEST_PRIVATE(SetFromPlatform, void (TimeZone::*)(const TIME_ZONE_INFORMATION&), &TimeZone::set);
+
+namespace {
+void setFromPlatform(TimeZone& zone, const TIME_ZONE_INFORMATION& information)
+{
+    (zone.*memberOf(SetFromPlatform()))(information);
+}
+
+// What is added to the standard offset; weekdays follow from 2000-01-01, a Saturday.
+int daylightAt(const TimeZone& zone, int month, int day, int millis, int dayOfWeek = Base::Sunday)
+{
+    return zone.GetOffset(Base::AD, 2000, static_cast<Base::Month>(month), day, static_cast<Base::DayOfWeek>(dayOfWeek),
+                          millis) -
+           zone.GetStandardOffset();
+}
+} // namespace
+
+TEST_CASE("TimeZone: a new zone and a named one are UTC", "[calendar][zone]")
+{
+    for (const TimeZone& zone : {TimeZone(), TimeZone("Europe/Berlin")}) {
+        CHECK(zone.GetStandardOffset() == 0);
+        CHECK_FALSE(zone.UseDaylightTime());
+        CHECK(daylightAt(zone, Base::July, 1, 0) == 0);
+    }
+}
+
+TEST_CASE("TimeZone: the instant of a transition belongs to what was before it", "[calendar][zone]")
+{
+    const TimeZone north = zones::northByDate();
+    CHECK(daylightAt(north, Base::April, 9, 23 * hour) == 0);
+    CHECK(daylightAt(north, Base::April, 10, 2 * hour) == 0);
+    CHECK(daylightAt(north, Base::April, 10, 2 * hour + 1) == hour);
+    CHECK(daylightAt(north, Base::October, 20, hour) == hour);
+    CHECK(daylightAt(north, Base::October, 20, hour + 1) == 0);
+    CHECK(daylightAt(north, Base::January, 1, 0) == 0);
+
+    const TimeZone south = zones::southByDate();
+    CHECK(daylightAt(south, Base::October, 20, 2 * hour) == 0);
+    CHECK(daylightAt(south, Base::October, 20, 2 * hour + 1) == hour / 2);
+    CHECK(daylightAt(south, Base::January, 1, 0) == hour / 2);
+    CHECK(daylightAt(south, Base::April, 10, hour + hour / 2) == hour / 2);
+    CHECK(daylightAt(south, Base::April, 10, hour + hour / 2 + 1) == 0);
+    CHECK(daylightAt(south, Base::July, 1, 0) == 0);
+}
+
+TEST_CASE("TimeZone: a weekday counted from the month's end is found on any day", "[calendar][zone]")
+{
+    TimeZone zone = zones::withOffset(0, hour);
+    zone.SetEndRule(Base::December, 31, 24 * hour);
+    for (const auto& [ordinal, expected] : {std::pair(-1, 26), std::pair(0, 33), std::pair(-2, 19)}) {
+        zone.SetStartRule(Base::March, ordinal, Base::Sunday, 0);
+        for (int day = 1; day <= 31; ++day) {
+            const int dayOfWeek = (day + 2) % 7 + 1; // March 2000 began on a Wednesday.
+            INFO("ordinal " << ordinal << ", day " << day);
+            CHECK((daylightAt(zone, Base::March, day, 1, dayOfWeek) != 0) == (day >= expected));
+        }
+    }
+    // February has 28 days in leap years too: the last Tuesday of February 2000 is found on the 22nd.
+    zone.SetStartRule(Base::February, -1, Base::Tuesday, 0);
+    CHECK(daylightAt(zone, Base::February, 22, 1, Base::Tuesday) == hour);
+}
+
+TEST_CASE("TimeZone: a weekday counted from the month's start follows the formula as it is", "[calendar][zone]")
+{
+    TimeZone zone = zones::withOffset(0, hour);
+    zone.SetStartRule(Base::March, 2, Base::Sunday, 0); // The 12th of March 2000.
+    zone.SetEndRule(Base::December, 31, 24 * hour);
+    // The rule's day as each of the month's first days finds it.
+    const int ruleDays[] = {12, 10, 8, 6, 11, 9, 7, 5, 3, 8, 6, 4};
+    for (int day = 1; day <= 12; ++day) {
+        INFO("day " << day);
+        CHECK((daylightAt(zone, Base::March, day, 1, (day + 2) % 7 + 1) != 0) == (day >= ruleDays[day - 1]));
+    }
+}
+
+TEST_CASE("TimeZone: there is no daylight time in the era BC", "[calendar][zone]")
+{
+    CHECK(zones::north().GetOffset(Base::BC, 1, Base::July, 1, Base::Sunday, 0) == hour);
+    CHECK(zones::north().GetOffset(Base::AD, 1, Base::July, 1, Base::Sunday, 0) == 2 * hour);
+}
+
+TEST_CASE("TimeZone: tells whether an instant lies in daylight time", "[calendar][zone]")
+{
+    CHECK(zones::north().InDaylightTime(962409600000)); // 2000-07-01
+    CHECK_FALSE(zones::south().InDaylightTime(962409600000));
+    CHECK(zones::south().InDaylightTime(946684800000)); // 2000-01-01
+    CHECK_FALSE(zones::withOffset(hour).InDaylightTime(962409600000));
+    CHECK_FALSE(zones::north().InDaylightTime(954032400000)); // 2000-03-26 01:00 UTC itself
+    CHECK(zones::north().InDaylightTime(954032400001));
+}
+
+TEST_CASE("TimeZone: the platform's numbers are taken over as they are", "[calendar][zone]")
+{
+    TIME_ZONE_INFORMATION information{};
+    information.Bias = -60;
+    information.DaylightBias = -60;
+    information.DaylightDate = {0, 3, 0, 5, 2, 0, 0, 0};
+    information.StandardDate = {0, 10, 0, 5, 3, 30, 10, 5};
+    TimeZone zone;
+    setFromPlatform(zone, information);
+    CHECK(zone.GetStandardOffset() == hour);
+    CHECK(zone.GetDSTOffset() == hour);
+    // Month 3 is April here, and the fifth "Sunday" of a 0-based count goes by the forward formula.
+    CHECK(daylightAt(zone, 2, 31, 0) == 0);
+    CHECK(daylightAt(zone, 4, 1, 0) == hour);
+    CHECK(daylightAt(zone, 9, 31, 0) == hour);
+    CHECK(daylightAt(zone, 11, 1, 0) == 0);
+
+    SECTION("an absolute date is a fixed day")
+    {
+        information.DaylightDate.wYear = 2000;
+        information.DaylightDate.wDay = 20;
+        setFromPlatform(zone, information);
+        CHECK(daylightAt(zone, 3, 20, 2 * hour) == 0);
+        CHECK(daylightAt(zone, 3, 20, 2 * hour + 1) == hour);
+    }
+    SECTION("without daylight time the rules stay untouched")
+    {
+        information.StandardBias = -60;
+        information.DaylightDate.wMonth = 7;
+        setFromPlatform(zone, information);
+        CHECK(zone.GetStandardOffset() == 2 * hour);
+        CHECK_FALSE(zone.UseDaylightTime());
+        zone.SetDSTOffset(hour);
+        CHECK(daylightAt(zone, 4, 1, 0) == hour);
+    }
+    SECTION("a rule in the platform's month 12 never matches, and reads no table")
+    {
+        information.DaylightDate.wMonth = 12;
+        setFromPlatform(zone, information);
+        CHECK(daylightAt(zone, 12, 31, 0) != INT_MIN);
+        CHECK(Base::MonthLength(static_cast<Base::Month>(12)) == 31);
+        CHECK(Base::MonthLength(static_cast<Base::Month>(-11)) == 28);
+    }
+}
+
+TEST_CASE("TimeZone: the system's zone has the system's offsets", "[calendar][zone]")
+{
+    TIME_ZONE_INFORMATION information;
+    REQUIRE(GetTimeZoneInformation(&information) != TIME_ZONE_ID_INVALID);
+    const TimeZone zone = TimeZone::current();
+    CHECK(zone.GetStandardOffset() == -60000 * (information.Bias + information.StandardBias));
+    CHECK(zone.GetDSTOffset() == 60000 * (information.StandardBias - information.DaylightBias));
+}
+
+TEST_CASE("TimeZone: the rules of a year agree with the system's local time", "[calendar][zone]")
+{
+    for (const int year : {1995, 2000, 2010, 2024}) {
+        const TimeZone zone = TimeZone::currentForYear(year);
+        TIME_ZONE_INFORMATION information;
+        REQUIRE(GetTimeZoneInformationForYear(static_cast<USHORT>(year), nullptr, &information));
+        auto calendar = zones::on(year, 0, 2);
+        for (; calendar.get(tarn::Calendar::FieldYear) == year; calendar.add(tarn::Calendar::FieldHour, 1)) {
+            const SYSTEMTIME utc = calendar.getTime().toSystemTime();
+            SYSTEMTIME local;
+            REQUIRE(SystemTimeToTzSpecificLocalTime(&information, &utc, &local));
+            if (local.wYear != year)
+                continue;
+            const auto ours = zones::at(calendar.getTime(), zone);
+            INFO(year << ": " << zones::text(calendar));
+            REQUIRE(ours.get(tarn::Calendar::FieldHourOfDay) == local.wHour);
+            REQUIRE(ours.get(tarn::Calendar::FieldDayOfMonth) == local.wDay);
+        }
+    }
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "../windowing/Windows.h"
+
+#include <commctrl.h>
+
+namespace support {
+constexpr unsigned short stringResource = 40; // "alpha\r\nbeta\n\r\n gamma"
+constexpr unsigned short stripResource = 7;   // Four pictures of 2 by 2 pixels.
+
+/// A hidden window with controls of the system in it.
+class Host : public tarn::Window {
+public:
+    static constexpr unsigned short id = 100;
+
+    Host() { open(*this); }
+
+    /// Makes the control and attaches an object to it.
+    template <class Control>
+    void add(Control& object, const wchar_t* className, unsigned long style = 0, unsigned short childId = id)
+    {
+        makeChild(*this, className, childId, style);
+        object.attach(*this, childId);
+    }
+
+    static HWND makeChild(HWND parent, const wchar_t* className, unsigned short childId, unsigned long style)
+    {
+        const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_WIN95_CLASSES};
+        InitCommonControlsEx(&classes);
+        const HWND child = CreateWindowExW(0, className, L"", WS_CHILD | style, 0, 0, 180, 80, parent,
+                                           reinterpret_cast<HMENU>(static_cast<UINT_PTR>(childId)), nullptr, nullptr);
+        REQUIRE(child);
+        return child;
+    }
+};
+
+/// Stands in for a control that answers one message as it is told to.
+class Stubborn : public tarn::Window {
+public:
+    Stubborn(UINT msg, LRESULT answer) : msg_(msg), answer_(answer) { open(*this); }
+
+    LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
+    {
+        return msg == msg_ ? answer_ : Window::onMessage(msg, wParam, lParam);
+    }
+
+private:
+    UINT msg_;
+    LRESULT answer_;
+};
+
+/// The bytes in use in the heaps of the process. Small blocks
+/// come in groups, so that a leak shows when there are some thousand of it.
+std::size_t usedBytes();
+/// The drawing objects of the process.
+unsigned drawingObjects();
+} // namespace support

@@ -1,0 +1,113 @@
+#include "Controls.h"
+
+#include <tarn/ImageList.h>
+#include <tarn/ListView.h>
+#include <tarn/TreeView.h>
+
+#include <memory>
+
+using namespace tarn;
+
+namespace {
+const HINSTANCE program = GetModuleHandleW(nullptr);
+
+void loadStrip(ImageList& list)
+{
+    list.load(support::stripResource, ImageList::bitmap, 2, CLR_NONE, LR_DEFAULTCOLOR, program);
+}
+} // namespace
+
+TEST_CASE("ImageList: loads strips, icons and cursors and owns them", "[controls]")
+{
+    ImageList list;
+    CHECK_FALSE(list.isOpen());
+    list.destroy();
+    loadStrip(list);
+    CHECK(ImageList_GetImageCount(list) == 4);
+    list.load(5, ImageList::icon, 8, CLR_NONE, 0, program);
+    CHECK(ImageList_GetImageCount(list) == 1);
+    list.load(5, ImageList::cursor, 8, CLR_NONE, 0, program);
+    CHECK(list.isOpen());
+
+    const HIMAGELIST detached = list.detach();
+    CHECK_FALSE(list.isOpen());
+    list.attach(detached);
+    list.attach(detached);
+    CHECK(list.getHandle() == detached);
+    CHECK(ImageList_GetImageCount(list) == 1);
+    support::expectFailure([&] { list.load(99, ImageList::bitmap, 2, CLR_NONE, 0, program); },
+                           "Failed to load image list");
+    CHECK_FALSE(list.isOpen());
+}
+
+TEST_CASE("Image lists are destroyed once, by whoever owns them", "[controls][load]")
+{
+    support::Host host;
+    const auto useOnce = [&] {
+        ImageList ours, spare;
+        loadStrip(ours);
+        loadStrip(spare);
+        ListView view;
+        view.create(host, Rect(0, 0, 10, 10), LVS_REPORT, nullptr);
+        const HIMAGELIST first = ours, second = spare;
+        view.swapImageList(ListView::small_images, ours);
+        CHECK_FALSE(ours.isOpen());
+        view.swapImageList(ListView::small_images, spare);
+        CHECK(spare.getHandle() == first);
+        CHECK(view.sendMessageA(LVM_GETIMAGELIST, LVSIL_SMALL) == reinterpret_cast<LRESULT>(second));
+
+        TreeView tree(support::Host::makeChild(host, WC_TREEVIEWW, 101, 0));
+        CHECK(tree.setImageList(spare, TreeView::normal) == nullptr);
+        CHECK(tree.getImageList(TreeView::normal) == first);
+        CHECK(tree.setImageList(nullptr, TreeView::normal) == first);
+        DestroyWindow(tree);
+        spare = ours; // A plain copy: the list that spare held has to be taken away before.
+        ours.attach(first);
+    };
+    useOnce();
+    const unsigned objects = support::drawingObjects();
+    for (int i = 0; i < 50; ++i)
+        useOnce();
+    CHECK(support::drawingObjects() == objects);
+}
+
+TEST_CASE("Views: 100,000 items come and go without leaving anything", "[controls][load]")
+{
+    support::Host host;
+    ListView view;
+    view.create(host, Rect(0, 0, 100, 100), LVS_REPORT | LVS_NOSCROLL, nullptr);
+    for (unsigned i = 0; i < 3; ++i)
+        view.insertColumn(i, "column", 30);
+    const auto fillAndClear = [&] {
+        for (unsigned i = 0; i < 100000; ++i) {
+            const int item = view.insertItem(L"the text of an item", &host);
+            view.setItemText(static_cast<unsigned>(item), L"and of a subitem", 2);
+        }
+        CHECK(view.getItemCount() == 100000);
+        CHECK(view.getItemTextW(99999, 2) == L"and of a subitem");
+        view.deleteAllItems();
+        CHECK(view.getItemCount() == 0);
+    };
+    fillAndClear();
+    const std::size_t bytes = support::usedBytes();
+    const unsigned objects = support::drawingObjects();
+    fillAndClear();
+    CHECK(support::usedBytes() < bytes + 100000);
+    CHECK(support::drawingObjects() == objects);
+}
+
+TEST_CASE("ListView: a view is destroyed with its object, or before it with its parent", "[controls]")
+{
+    support::Host host;
+    auto view = std::make_unique<ListView>();
+    view->create(host, Rect(0, 0, 10, 10), LVS_ICON, nullptr);
+    const HWND hwnd = *view;
+    CHECK(view->getClassNameW() == WC_LISTVIEWW);
+    view.reset();
+    CHECK_FALSE(IsWindow(hwnd));
+
+    ListView orphan;
+    orphan.create(host, Rect(0, 0, 10, 10), LVS_ICON, nullptr);
+    host.destroy();
+    CHECK_FALSE(IsWindow(orphan));
+}

@@ -1,0 +1,128 @@
+#include <catch2/catch.hpp>
+
+#include "DebuggerOutput.h"
+
+#include <tarn/Windows.h>
+
+#include <thread>
+
+// This program is not linked with the library: it loads and frees it, as a host of plug-ins does.
+
+namespace {
+using Calls = std::vector<std::string>;
+
+const char* const library = "Tarn++U.dll";
+int readable = 42;
+
+// What answers when no translator took the fault: lets the read go on with an address that is good.
+LONG CALLBACK lendAddress(EXCEPTION_POINTERS* info)
+{
+    if (info->ExceptionRecord->ExceptionCode != EXCEPTION_ACCESS_VIOLATION || info->ContextRecord->Eax != 0)
+        return EXCEPTION_CONTINUE_SEARCH;
+    info->ContextRecord->Eax = reinterpret_cast<DWORD>(&readable);
+    return EXCEPTION_CONTINUE_EXECUTION;
+}
+
+struct LastResort {
+    LastResort() : handler(AddVectoredExceptionHandler(0, &lendAddress)) {}
+    ~LastResort() { RemoveVectoredExceptionHandler(handler); }
+    void* handler;
+};
+
+__attribute__((noinline)) int readFromNull()
+{
+    int value;
+    asm volatile("movl (%%eax), %0" : "=r"(value) : "a"(0) : "memory");
+    return value;
+}
+
+// Reads through a null pointer: "SEH exception" where it is translated, "untouched" where it is not.
+std::string faultAndTell()
+{
+    try {
+        return readFromNull() == readable ? "untouched" : "wrong value";
+    } catch (const std::exception& e) {
+        return e.what();
+    }
+}
+
+std::string faultOnNewThread()
+{
+    std::string result;
+    std::thread([&] { result = faultAndTell(); }).join();
+    return result;
+}
+
+/// A thread that exists until the object ends and runs one function when asked.
+class WaitingThread {
+public:
+    WaitingThread() : thread_([this] { run(); }) { WaitForSingleObject(started_, INFINITE); }
+    ~WaitingThread() { thread_.join(); }
+    std::string tell()
+    {
+        SetEvent(ask_);
+        WaitForSingleObject(answered_, INFINITE);
+        return result_;
+    }
+
+private:
+    void run()
+    {
+        SetEvent(started_);
+        WaitForSingleObject(ask_, INFINITE);
+        result_ = faultAndTell();
+        SetEvent(answered_);
+    }
+    HANDLE started_ = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    HANDLE ask_ = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    HANDLE answered_ = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    std::string result_;
+    std::thread thread_;
+};
+} // namespace
+
+TEST_CASE("Entry point: loading covers the loading thread and later ones, unloading ends it", "[entry]")
+{
+    REQUIRE_FALSE(GetModuleHandleA(library));
+    WaitingThread before;
+    const HMODULE module = LoadLibraryA(library);
+    REQUIRE(module);
+    {
+        const LastResort lastResort;
+        CHECK(faultAndTell() == "SEH exception");
+        CHECK(faultOnNewThread() == "SEH exception");
+        CHECK(before.tell() == "untouched");
+    }
+    WaitingThread attached;
+    REQUIRE(FreeLibrary(module));
+    REQUIRE_FALSE(GetModuleHandleA(library));
+    const LastResort lastResort;
+    CHECK(faultAndTell() == "untouched");
+    CHECK(attached.tell() == "untouched");
+    CHECK(faultOnNewThread() == "untouched");
+}
+
+TEST_CASE("Entry point: every call sends one line to the debugger", "[entry]")
+{
+    const support::DebuggerOutput output;
+    const HMODULE module = LoadLibraryA(library);
+    CHECK(output.calls() == Calls(1, "Tarn++ DllMain"));
+    std::thread([] {}).join();
+    CHECK(output.calls() == Calls(3, "Tarn++ DllMain"));
+    FreeLibrary(module);
+    CHECK(output.calls() == Calls(4, "Tarn++ DllMain"));
+}
+
+TEST_CASE("Entry point: loading and unloading many times leaves nothing behind", "[entry]")
+{
+    const auto lowestFreeIndex = [] {
+        const DWORD index = TlsAlloc();
+        TlsFree(index);
+        return index;
+    };
+    FreeLibrary(LoadLibraryA(library));
+    const DWORD index = lowestFreeIndex();
+    for (int i = 0; i < 50; ++i)
+        FreeLibrary(LoadLibraryA(library));
+    CHECK(lowestFreeIndex() == index);
+}

@@ -1,0 +1,177 @@
+#include <catch2/catch.hpp>
+
+#include "Expect.h"
+
+#include <tarn/LocalMemory.h>
+#include <tarn/VersionInfo.h>
+#include <tarn/WindowsModule.h>
+
+#include <cstring>
+
+using support::expectWindowsError;
+using tarn::LocalMemory;
+using tarn::VersionInfo;
+using tarn::WindowsModule;
+
+namespace {
+bool isLoaded(const char* name) { return GetModuleHandleA(name) != nullptr; }
+} // namespace
+
+TEST_CASE("WindowsModule: what it loads is freed, what it queries is not", "[files][module]")
+{
+    REQUIRE_FALSE(isLoaded("resources.dll"));
+    {
+        const WindowsModule loaded("resources.dll", true);
+        CHECK(loaded.isOwner());
+        CHECK(isLoaded("resources.dll"));
+        WindowsModule queried(L"resources.dll", false);
+        CHECK_FALSE(queried.isOwner());
+        CHECK(queried.getHandle() == loaded.getHandle());
+        queried.close();
+        CHECK(isLoaded("resources.dll"));
+        queried.load(L"resources.dll");
+        queried.query("kernel32.dll");
+        CHECK_FALSE(queried.isOwner());
+    }
+    CHECK_FALSE(isLoaded("resources.dll"));
+}
+
+TEMPLATE_TEST_CASE("WindowsModule: a missing module has the text of its call", "[files][module]", char, wchar_t)
+{
+    const tarn::BasicString<TestType> name("no-such.dll", 11u);
+    WindowsModule module(static_cast<HINSTANCE>(nullptr));
+    expectWindowsError([&] { module.load(name); }, ERROR_MOD_NOT_FOUND, "Can't load library \"no-such.dll\"");
+    const auto withFlags = support::thrownBy<tarn::WindowsError>([&] { module.load(name, 0x2Aul); });
+    CHECK(std::string(withFlags.getDescription()) == "Can't load library \"no-such.dll\" with flags 0x2a");
+    expectWindowsError([&] { module.query(name); }, ERROR_MOD_NOT_FOUND, "Can't get module handle for \"no-such.dll\"");
+    CHECK_FALSE(module.getHandle());
+    CHECK_FALSE(module.isOwner());
+    expectWindowsError([&] { WindowsModule(name, true); }, ERROR_MOD_NOT_FOUND, "Can't load library \"no-such.dll\"");
+}
+
+TEST_CASE("WindowsModule: a failing free throws, out of the destructor too", "[files][module]")
+{
+    const auto freeTwice = [] {
+        const WindowsModule module("resources.dll", true);
+        FreeLibrary(module.getHandle());
+    };
+    const auto error = support::thrownBy<tarn::WindowsError>(freeTwice);
+    CHECK(std::string(error.getDescription()) == "Can't free library");
+}
+
+TEST_CASE("WindowsModule: procedures may be missing only when said so", "[files][module]")
+{
+    const WindowsModule kernel("kernel32.dll", false);
+    CHECK(kernel.getProcAddress("GetLastError", false));
+    CHECK(kernel.getProcAddress("NoSuchFunction", true) == nullptr);
+    expectWindowsError([&] { kernel.getProcAddress("NoSuchFunction", false); }, ERROR_PROC_NOT_FOUND,
+                       "Can't get proc address for \"NoSuchFunction\"");
+}
+
+TEST_CASE("WindowsModule: file names come in both widths", "[files][module]")
+{
+    const WindowsModule kernel("kernel32.dll", false);
+    CHECK(kernel.getFilenameA().toLower().endsWith("kernel32.dll"));
+    CHECK(kernel.getFilenameW() == tarn::a2w(kernel.getFilenameA(), CP_ACP));
+    const WindowsModule nothing(reinterpret_cast<HINSTANCE>(0x10000));
+    CHECK(std::string(support::thrownBy<tarn::WindowsError>([&] { nothing.getFilenameA(); }).getDescription()) ==
+          "Error in retrieving module file name");
+}
+
+TEST_CASE("WindowsModule: resources are looked for as BINARY whatever type is named", "[files][module]")
+{
+    const WindowsModule module("resources.dll", true);
+    const HRSRC resource = module.findResource("OTHER", 7);
+    REQUIRE(module.getResourceSize(resource) == 7);
+    CHECK(std::memcmp(module.getResourcePointer(resource), "payload", 7) == 0);
+    const auto description = [&](const char* type, int id) {
+        return std::string(
+            support::thrownBy<tarn::WindowsError>([&] { module.findResource(type, id); }).getDescription());
+    };
+    CHECK(description("OTHER", 8) == "Unable to find resource with type OTHER and id 8");
+    CHECK(description(MAKEINTRESOURCEA(10), 8) == "Unable to find resource with type 10 and id 8");
+}
+
+TEST_CASE("WindowsModule: message texts keep their inserts and their line break", "[files][module]")
+{
+    const WindowsModule messages("messages\\netmsg.dll", true);
+    CHECK(messages.getMessageA(2221, 0) == "The user name %1 could not be found.\r\n");
+    CHECK(messages.getMessageW(2100, 0x409) == L"The first message of the range.\r\n");
+    const auto error = support::thrownBy<tarn::WindowsError>([&] { messages.getMessageA(0xABC, 0x409); });
+    CHECK(std::string(error.getDescription()) == "Can't format message id abc with languag 409");
+}
+
+TEST_CASE("VersionInfo: file and product version with their parts", "[files][version]")
+{
+    const VersionInfo info("resources.dll");
+    CHECK(info.FileVersion().major == 1);
+    CHECK(info.FileVersion().minor == 2);
+    CHECK(info.FileVersion().build == 3);
+    CHECK(info.FileVersion().revision == 4);
+    CHECK(info.FileVersion().value == 0x0003000400010002);
+    CHECK(info.ProductVersion().major == 65535);
+    CHECK(info.ProductVersion().revision == 9);
+
+    VersionInfo copy(VersionInfo(L"resources.dll"));
+    CHECK(copy.ProductVersion().build == 7);
+    copy = VersionInfo("kernel32.dll");
+    CHECK(copy.FileVersion().value != info.FileVersion().value);
+    CHECK(&VersionInfo(copy).FileVersion() != &copy.FileVersion());
+}
+
+TEST_CASE("VersionInfo: each step that fails has its text", "[files][version]")
+{
+    const auto description = [](auto name) {
+        return std::string(support::thrownBy<tarn::WindowsError>([&] { VersionInfo info(name); }).getDescription());
+    };
+    CHECK(description("no-such.dll") == "Error in GetFileVersionInfoSizeA(no-such.dll,0)");
+    CHECK(description(L"no-such.dll") == "Error in GetFileVersionInfoSizeW(no-such.dll,0)");
+    CHECK(description("badversion.dll") == "Error in VerQueryValueA"); // Its resource stops short.
+}
+
+TEST_CASE("LocalMemory: fixed memory is its own pointer and is never locked", "[files][memory]")
+{
+    const HLOCAL block = LocalAlloc(LMEM_FIXED, 16);
+    LocalMemory memory(block, false);
+    CHECK(memory.isFixed());
+    CHECK(memory.lock() == block);
+    CHECK_FALSE(memory.unlock());
+    CHECK(memory.getFlags().lockCount() == 0);
+    memory.free();
+    memory.free();
+    CHECK_FALSE(LocalMemory().isMovable());
+}
+
+TEST_CASE("LocalMemory: movable memory is unlocked as often as it was locked, then freed", "[files][memory]")
+{
+    const HLOCAL block = LocalAlloc(LMEM_MOVEABLE, 16);
+    {
+        LocalMemory memory(block, true);
+        CHECK(memory.isMovable());
+        CHECK(memory.lock() == memory.lock());
+        CHECK(memory.getFlags().lockCount() == 2);
+        CHECK(memory.unlock());
+        CHECK(memory.lock());
+    }
+    CHECK(LocalFlags(block) == LMEM_INVALID_HANDLE);
+}
+
+TEST_CASE("LocalMemory: each failing call has its text", "[files][memory]")
+{
+    const auto description = [](auto call) {
+        LocalMemory memory(LocalAlloc(LMEM_MOVEABLE, 16), true);
+        return std::string(support::thrownBy<tarn::WindowsError>([&] { call(memory); }).getDescription());
+    };
+    CHECK(description([](LocalMemory& memory) { memory.unlock(); }) == "Can't unlock local memory handle");
+
+    LocalMemory discarded(LocalDiscard(LocalAlloc(LMEM_MOVEABLE | LMEM_DISCARDABLE, 16)), true);
+    CHECK(std::string(support::thrownBy<tarn::WindowsError>([&] { discarded.lock(); }).getDescription()) ==
+          "Can't lock local memory handle");
+
+    const HLOCAL gone = LocalAlloc(LMEM_MOVEABLE, 16);
+    LocalFree(gone);
+    auto* memory = new (operator new(sizeof(LocalMemory))) LocalMemory(gone, true);
+    expectWindowsError([&] { memory->free(); }, ERROR_INVALID_HANDLE, "Can't free local memory handle");
+    expectWindowsError([&] { memory->getFlags(); }, ERROR_INVALID_HANDLE, "Can't query flags for local memory handle");
+    operator delete(memory);
+}

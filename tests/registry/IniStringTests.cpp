@@ -1,0 +1,97 @@
+#include <catch2/catch.hpp>
+
+#include <tarn/IniString.h>
+
+#include "Expect.h"
+#include "ScratchFolder.h"
+#include "TextOf.h"
+
+using support::expectWindowsError;
+using support::ScratchFolder;
+using tarn::BasicString;
+using tarn::getIniString;
+using tarn::setIniString;
+
+TEMPLATE_TEST_CASE("getIniString: an entry, or the default when there is none", "[registry][ini]", char, wchar_t)
+{
+    const ScratchFolder folder;
+    const BasicString<TestType> file(folder.write("a.ini", "[one]\r\nname= \"some text\" \r\nempty=\r\n").c_str());
+    CHECK(getIniString(file, TEXT_OF("one"), TEXT_OF("name"), TEXT_OF("no")) == TEXT_OF("some text"));
+    CHECK(getIniString(file, TEXT_OF("one"), TEXT_OF("empty"), TEXT_OF("no")) == TEXT_OF(""));
+    CHECK(getIniString(file, TEXT_OF("one"), TEXT_OF("none"), TEXT_OF("no")) == TEXT_OF("no"));
+    CHECK(getIniString(file, TEXT_OF("two"), TEXT_OF("name"), TEXT_OF("no")) == TEXT_OF("no"));
+
+    const BasicString<TestType> emptyFile(folder.write("empty.ini", "").c_str());
+    CHECK(getIniString(emptyFile, TEXT_OF("one"), TEXT_OF("name"), TEXT_OF("no")) == TEXT_OF("no"));
+    const BasicString<TestType> missingFile(folder.file("missing.ini").c_str());
+    CHECK(getIniString(missingFile, TEXT_OF("one"), TEXT_OF("name"), TEXT_OF("no")) == TEXT_OF("no"));
+}
+
+TEMPLATE_TEST_CASE("getIniString: values round the size of the first buffer come whole", "[registry][ini]", char,
+                   wchar_t)
+{
+    const ScratchFolder folder;
+    for (const std::size_t length : {997u, 998u, 999u, 1000u, 1001u, 1999u, 2000u, 30000u}) {
+        CAPTURE(length);
+        const std::string value(length, 'x');
+        const BasicString<TestType> file(folder.write("long.ini", "[s]\r\nk=" + value + "\r\n").c_str());
+        const auto read = getIniString(file, TEXT_OF("s"), TEXT_OF("k"), TEXT_OF(""));
+        CHECK(read.size() == length);
+        CHECK(read == BasicString<TestType>(length, TestType('x')));
+    }
+}
+
+TEMPLATE_TEST_CASE("getIniString: without a key or section it lists the names, all of them", "[registry][ini]", char,
+                   wchar_t)
+{
+    const ScratchFolder folder;
+    // 200 names of 9 characters and a zero: more than the first buffer holds.
+    std::string text = "[first]\r\n";
+    std::string expected;
+    for (int i = 0; i < 200; ++i) {
+        const std::string name = "name-" + std::to_string(1000 + i);
+        text += name + "=1\r\n";
+        expected += name + '\0';
+    }
+    const BasicString<TestType> file(folder.write("names.ini", text + "[second]\r\n").c_str());
+    const auto keys = getIniString(file, TEXT_OF("first"), nullptr, TEXT_OF(""));
+    CHECK(keys == BasicString<TestType>(expected.begin(), expected.end()));
+    const std::string sections("first\0second\0", 13);
+    CHECK(getIniString(file, nullptr, nullptr, TEXT_OF("")) == BasicString<TestType>(sections.begin(), sections.end()));
+}
+
+TEMPLATE_TEST_CASE("setIniString: writes, replaces and deletes entries", "[registry][ini]", char, wchar_t)
+{
+    const ScratchFolder folder;
+    const BasicString<TestType> file(folder.file("new.ini").c_str());
+    setIniString(file, TEXT_OF("s"), TEXT_OF("a"), TEXT_OF("1"));
+    setIniString(file, TEXT_OF("s"), TEXT_OF("b"), TEXT_OF("2"));
+    setIniString(file, TEXT_OF("s"), TEXT_OF("a"), TEXT_OF("3"));
+    CHECK(folder.read("new.ini") == "[s]\r\na=3\r\nb=2\r\n");
+    setIniString(file, TEXT_OF("s"), TEXT_OF("a"), nullptr);
+    CHECK(folder.read("new.ini") == "[s]\r\nb=2\r\n");
+}
+
+TEMPLATE_TEST_CASE("setIniString: a failure names the file, the section, the key and the value", "[registry][ini]",
+                   char, wchar_t)
+{
+    const ScratchFolder folder;
+    const std::string path = folder.file("none\\a.ini");
+    const BasicString<TestType> file(path.c_str());
+    expectWindowsError([&] { setIniString(file, TEXT_OF("s"), TEXT_OF("k"), TEXT_OF("v")); }, ERROR_PATH_NOT_FOUND,
+                       "Can't write private profile string \"" + path + "\" : [s] k=\"v\"");
+    expectWindowsError([&] { setIniString(file, TEXT_OF("s"), nullptr, nullptr); }, ERROR_PATH_NOT_FOUND,
+                       "Can't write private profile string \"" + path + "\" : [s] =\"\"");
+}
+
+TEST_CASE("Profile strings: a UTF-16 file keeps texts that no code page has", "[registry][ini]")
+{
+    const ScratchFolder folder;
+    const std::string text("\xFF\xFE[\0s\0]\0\r\0\n\0k\0=\0\x40\x04\r\0\n\0", 22);
+    const BasicString<wchar_t> file = folder.file(L"wide.ini");
+    folder.write("wide.ini", text);
+    CHECK(getIniString(file, L"s", L"k", L"") == L"\x0440");
+    setIniString(file, L"s", L"k", L"\x0441\x4E2D");
+    CHECK(getIniString(file, L"s", L"k", L"") == L"\x0441\x4E2D");
+    CHECK(folder.read("wide.ini") == std::string("\xFF\xFE[\0s\0]\0\r\0\n\0k\0=\0\x41\x04\x2D\x4E\r\0\n\0", 24));
+}

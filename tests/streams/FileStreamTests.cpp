@@ -1,0 +1,174 @@
+#include "Expect.h"
+#include "ScratchFolder.h"
+
+#include <tarn/BasicString.h>
+#include <tarn/LowLevelIOStream.h>
+#include <tarn/StdIOStream.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+
+#include <fcntl.h>
+#include <io.h>
+#include <sys/stat.h>
+
+using namespace tarn;
+
+namespace {
+/// Asserts that `call` throws a CRTError with this code, and the text that goes with it.
+template <class Call> void expectCRTError(Call call, int code, const std::string& description)
+{
+    const auto error = support::thrownBy<CRTError>(call);
+    CHECK(error.getError() == code);
+    CHECK(std::string(error.what()) == description + ": " + std::strerror(code));
+}
+
+std::string take(InputStream& in, unsigned count)
+{
+    std::string text(count, '\0');
+    text.resize(in.read(text.data(), count));
+    return text;
+}
+} // namespace
+
+TEST_CASE("StdIOStream: a file written is read back at any position", "[streams][stdio]")
+{
+    const support::ScratchFolder folder;
+    const std::wstring name = folder.file(L"wide");
+    StdIOStream file(name.c_str(), L"w+b");
+    CHECK(file.write("0123456789", 10) == 10);
+    file.flush();
+    CHECK(folder.read("wide") == "0123456789");
+    CHECK(file.seek(-7, Seekable::current) == 3);
+    CHECK(take(file, 2) == "34");
+    CHECK(file.getSize() == 10);
+    CHECK(file.getFilePointer() == 5);
+    CHECK(file.seek(-1, Seekable::end) == 9);
+    CHECK(take(file, 5) == "9");
+    CHECK(take(file, 5).empty());
+    CHECK(file.seek(0x300000002, Seekable::begin) == 2);
+    CHECK_THROWS_AS(file.readDouble() + file.readDouble(), EndOfFile);
+}
+
+TEST_CASE("StdIOStream: failures tell the operation and the cause", "[streams][stdio]")
+{
+    const support::ScratchFolder folder;
+    const std::string missing = folder.file("a.txt");
+    const std::string message = "Can't open stdio file \"" + missing + "\" with ops \"rb\"";
+    StdIOStream file(folder.write("b", "abc").c_str(), "rb");
+    expectCRTError([&] { file.open(missing.c_str(), "rb"); }, ENOENT, message);
+    CHECK_FALSE(file.isOpen());
+    expectCRTError([&] { StdIOStream(folder.file(L"a.txt").c_str(), L"rb"); }, ENOENT, message);
+
+    file.open(folder.file("b").c_str(), "rb");
+    expectCRTError([&] { file.setFilePointer(-5000000001, Seekable::begin); }, EINVAL, "fseek(-5000000001,0) failed");
+    expectCRTError([&] { file.setFilePointer(-5, Seekable::end); }, EINVAL, "fseek(-5,2) failed");
+    _close(_fileno(file.getHandle()));
+    expectCRTError([&] { file.getFilePointer(); }, EBADF,
+                   "Can't tell the current file pointer position in StdIOStream::tell");
+}
+
+TEST_CASE("StdIOStream: a flush that cannot store the data throws", "[streams][stdio]")
+{
+    const support::ScratchFolder folder;
+    StdIOStream file(folder.file("f").c_str(), "wb");
+    file.write("abc", 3);
+    _close(_fileno(file.getHandle()));
+    expectCRTError([&] { file.flush(); }, EBADF, "Can't flush stdio file");
+}
+
+TEST_CASE("StdIOStream: closes the file that it owns, and only that", "[streams][stdio]")
+{
+    const support::ScratchFolder folder;
+    const std::string first = folder.write("first", "abc"), second = folder.write("second", "xyz");
+    const auto isOpen = [&](const char* name) { return _unlink(folder.file(name).c_str()) != 0; };
+
+    StdIOStream stream(fopen(first.c_str(), "rb"));
+    CHECK(stream);
+    CHECK(isOpen("first"));
+    stream.open(second.c_str(), "rb");
+    CHECK_FALSE(isOpen("first"));
+    FILE* const file = stream.detach();
+    CHECK(take(stream, 3) == "xyz");
+    CHECK(stream.getHandle() == file);
+    stream.close();
+    CHECK(!stream);
+    CHECK(isOpen("second"));
+    {
+        StdIOStream owner;
+        owner.attach(file);
+    }
+    CHECK_FALSE(isOpen("second"));
+}
+
+TEST_CASE("StdIOStream: without a file there is nothing to read, write or position", "[streams][stdio]")
+{
+    StdIOStream none;
+    char buffer[4];
+    CHECK(none.read(buffer, 4) == 0);
+    CHECK(none.write(buffer, 4) == 0);
+    expectCRTError([&] { none.setFilePointer(1, Seekable::current); }, EBADF, "fseek(1,1) failed");
+    CHECK_THROWS_AS(none.getFilePointer(), CRTError);
+    CHECK_NOTHROW(none.close());
+}
+
+TEST_CASE("LowLevelIOStream: a file written is read back at any position", "[streams][lowlevel]")
+{
+    const support::ScratchFolder folder;
+    LowLevelFileStream file;
+    file.open(folder.file("f").c_str(), _O_RDWR | _O_CREAT | _O_BINARY, _S_IREAD | _S_IWRITE);
+    CHECK(file.write("0123456789", 10) == 10);
+    file.flush();
+    CHECK(file.skip(-3) == 7);
+    CHECK(take(file, 5) == "789");
+    CHECK(take(file, 5).empty());
+    CHECK_THROWS_AS(file.readInt32(), EndOfFile);
+    CHECK(file.getSize() == 10);
+    file.setFilePointer(2, Seekable::begin);
+    CHECK(file.getFilePointer() == 2);
+    CHECK(file.seek(0x300000000, Seekable::begin) == 0x300000000);
+    CHECK(file.getSize() == 10);
+    file.close();
+    CHECK_FALSE(file.isOpen());
+    CHECK_NOTHROW(file.close());
+    CHECK(LowLevelFileStream(folder.file("f").c_str(), _O_RDONLY).isOpen());
+}
+
+TEST_CASE("LowLevelIOStream: failures tell the operation and the cause", "[streams][lowlevel]")
+{
+    const support::ScratchFolder folder;
+    const std::string missing = folder.file("a.txt");
+    LowLevelFileStream file(folder.write("b", "abc").c_str(), _O_RDONLY);
+    expectCRTError([&] { file.seek(-5000000001, Seekable::begin); }, EINVAL,
+                   "Fehler in LowLevelIOStream::seek(-5000000001,0)\n");
+    expectCRTError([&] { file.skip(-1); }, EINVAL, "Fehler in LowLevelIOStream::seek(-1,1)\n");
+    expectCRTError([&] { file.write("abc", 3); }, EBADF,
+                   BasicString<char>::fromFormat("Error in LowLevelIOStream::write(%p,3)", "abc"));
+    expectCRTError([&] { file.open(missing.c_str(), _O_RDWR | _O_BINARY); }, ENOENT,
+                   "Fehler in LowLevelIOStream::open(" + missing + ",8002)\n");
+    CHECK_FALSE(file.isOpen());
+    expectCRTError([&] { file.open(missing.c_str(), _O_RDWR, _S_IREAD); }, ENOENT,
+                   "Fehler in LowLevelIOStream::open(" + missing + ",2)\n");
+    char buffer[4];
+    expectCRTError([&] { file.read(buffer, 4); }, EBADF,
+                   BasicString<char>::fromFormat("Fehler in LowLevelIOStream::read(%p,4)", buffer));
+    expectCRTError([&] { file.flush(); }, EBADF, "Can't flush");
+}
+
+TEST_CASE("LowLevelIOStream: a close that fails throws, from the destructor, too", "[streams][lowlevel]")
+{
+    const support::ScratchFolder folder;
+    const std::string name = folder.write("f", "abc");
+    // The lowest free descriptor is the one that the stream gets.
+    const int descriptor = _open(name.c_str(), _O_RDONLY);
+    _close(descriptor);
+    expectCRTError(
+        [&] {
+            LowLevelFileStream file(name.c_str(), _O_RDONLY);
+            _close(descriptor);
+            expectCRTError([&] { file.close(); }, EBADF, "LowLevelIOStream::close()");
+            CHECK(file.isOpen());
+        },
+        EBADF, "LowLevelIOStream::close()");
+}

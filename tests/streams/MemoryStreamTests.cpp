@@ -1,0 +1,136 @@
+#include "Expect.h"
+
+#include <tarn/MemoryStream.h>
+
+#include <limits>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+using namespace tarn;
+using support::expectError;
+
+namespace {
+constexpr long long largest = std::numeric_limits<long long>::max();
+constexpr long long smallest = std::numeric_limits<long long>::min();
+
+std::string contentOf(MemoryOutputStream& stream)
+{
+    return std::string(static_cast<const char*>(stream.getData()), static_cast<unsigned>(stream.getSize()));
+}
+} // namespace
+
+TEST_CASE("MemoryInputStream: read gives what is there", "[streams][memory]")
+{
+    MemoryInputStream in("abcdefghij", 10);
+    char buffer[20] = {};
+    CHECK(in.read(buffer, 3) == 3);
+    CHECK(in.read(buffer + 3, 0) == 0);
+    CHECK(in.read(buffer + 3, 20) == 7);
+    CHECK(std::string(buffer) == "abcdefghij");
+    CHECK(in.read(buffer, 1) == 0);
+
+    in.setFilePointer(7, Seekable::begin);
+    CHECK_THROWS_AS(in.readInt32(), EndOfFile);
+    CHECK(in.getFilePointer() == 10);
+
+    MemoryInputStream copy(in);
+    copy.seek(-10, Seekable::end);
+    CHECK(copy.read(buffer, 1) == 1);
+    CHECK(in.getFilePointer() == 10);
+    in.setBuffer("xy", 2);
+    CHECK(in.read(buffer, 5) == 2);
+    CHECK(MemoryInputStream().read(buffer, 5) == 0);
+}
+
+TEST_CASE("MemoryInputStream: positions lie between the start and the end", "[streams][memory]")
+{
+    MemoryInputStream in("abcdefghij", 10);
+    CHECK(in.seek(10, Seekable::begin) == 10);
+    CHECK(in.seek(-4, Seekable::current) == 6);
+    CHECK(in.seek(-7, Seekable::end) == 3);
+    CHECK(in.seek(5, static_cast<Seekable::whence>(9)) == 5);
+    CHECK(in.getSize() == 10);
+    CHECK(in.getFilePointer() == 5);
+    struct {
+        long long offset;
+        Seekable::whence origin;
+    } const bad[] = {{11, Seekable::begin},
+                     {-1, Seekable::begin},
+                     {6, Seekable::current},
+                     {-6, Seekable::current},
+                     {1, Seekable::end},
+                     {largest, Seekable::current},
+                     {smallest, Seekable::end},
+                     {largest, Seekable::end},
+                     {0x100000000, Seekable::begin},
+                     {0xFFFFFFFF, Seekable::end},
+                     {0x100000000, Seekable::begin}};
+    for (const auto& [offset, origin] : bad) {
+        CAPTURE(offset, origin);
+        expectError<std::runtime_error>([&, o = offset, w = origin] { in.setFilePointer(o, w); }, "Bad seek position");
+        CHECK(in.getFilePointer() == 5);
+    }
+}
+
+TEST_CASE("MemoryOutputStream: writes go to the position and grow the stream exactly", "[streams][memory]")
+{
+    MemoryOutputStream out, sought;
+    sought.setFilePointer(100, Seekable::begin);
+    CHECK(sought.getSize() == 100);
+    CHECK(out.getData() == nullptr);
+    CHECK(out.write("abc", 3) == 3);
+    out.setFilePointer(1, Seekable::begin);
+    CHECK(out.write("X", 1) == 1);
+    CHECK(contentOf(out) == "aXc");
+    CHECK(out.write("YZ", 2) == 2);
+    CHECK(contentOf(out) == "aXYZ");
+    CHECK(out.getFilePointer() == 4);
+    CHECK(out.write(nullptr, 0) == 0);
+    CHECK(out.getSize() == 4);
+    CHECK(out.write(out.getData(), 4) == 4);
+    CHECK(contentOf(out) == "aXYZaXYZ");
+
+    out.setFilePointer(-6, Seekable::current);
+    CHECK(out.seek(12, Seekable::end) == 20);
+    CHECK(out.getSize() == 20);
+    out.setFilePointer(2, Seekable::begin);
+    CHECK(out.getSize() == 20);
+    CHECK(contentOf(out).substr(0, 8) == "aXYZaXYZ");
+}
+
+TEST_CASE("MemoryOutputStream: copies are deep and keep the position", "[streams][memory]")
+{
+    MemoryOutputStream out;
+    out << "abc";
+    out.setFilePointer(4, Seekable::begin);
+    MemoryOutputStream copy(out), assigned;
+    assigned = std::move(out); // A copy like any other.
+    out.write("xyz", 3);
+    for (MemoryOutputStream* each : {&copy, &assigned}) {
+        CHECK(contentOf(*each) == std::string("\3\0\0\0abc", 7));
+        CHECK(each->getFilePointer() == 4);
+        CHECK(each->getData() != out.getData());
+    }
+}
+
+TEST_CASE("MemoryOutputStream: what cannot be leaves the stream as it was", "[streams][memory]")
+{
+    MemoryOutputStream out;
+    out.write("abc", 3);
+    const auto seek = [&](long long offset, Seekable::whence origin) {
+        return [&out, offset, origin] { out.setFilePointer(offset, origin); };
+    };
+    expectError<std::runtime_error>(seek(-1, Seekable::begin), "Can't seek to negative offset");
+    expectError<std::runtime_error>(seek(-4, Seekable::current), "Can't seek to negative offset");
+    expectError<std::runtime_error>(seek(smallest, Seekable::end), "Can't seek to negative offset");
+    for (const long long offset : {0x100000000, 0xFFFFFFFDLL, largest})
+        expectError<std::runtime_error>(seek(offset, Seekable::end), "New size too large for a size_t");
+    expectError<BadAllocation>(seek(0xFFFFFFFF, Seekable::begin), "bad allocation");
+    const volatile unsigned huge = 0xFFFFFFFF; // The compiler refuses such a constant.
+    // The end of this write would be behind 4 GB, and before the start when counted in 32 bits.
+    expectError<std::runtime_error>([&] { out.write("x", huge); }, "New size too large for a size_t");
+    expectError<BadAllocation>([&] { out.write("x", huge - 15); }, "bad allocation");
+    CHECK(contentOf(out) == "abc");
+    CHECK(out.getFilePointer() == 3);
+}
