@@ -40,8 +40,8 @@ public:
     BasicString(const ConstString<Ch>& text) { assign(text); }
     /// Converts from the other width: narrow from wide in the system's ANSI code page, wide from narrow
     /// in the runtime library's current locale.
-    BasicString(const OtherCh* s) : Base(Helper::convert(s)) {}
-    BasicString(const OtherCh* s, size_type n) : Base(Helper::convert(s, static_cast<unsigned>(n))) {}
+    BasicString(const OtherCh* s) : Base(converted(Helper::convert(s))) {}
+    BasicString(const OtherCh* s, size_type n) : Base(converted(Helper::convert(s, static_cast<unsigned>(n)))) {}
     BasicString(int value, int radix) { makeInt(value, radix); }
     template <std::integral Count> BasicString(Count n, Ch c) : Base(static_cast<size_type>(n), c) {}
 
@@ -112,7 +112,8 @@ public:
 
     /// 0 when the text does not begin with a number.
     int toInt() const { return Helper::atoi(this->c_str()); }
-    /// Negative values have a minus sign in radix 10 only, as `_itoa` writes them. Radix 2 to 36.
+    /// Negative values have a minus sign in radix 10 only, as `_itoa` writes them. Throws
+    /// `std::invalid_argument` for a radix outside 2 to 36.
     static BasicString fromInt(int value, int radix = 10) { return BasicString(value, radix); }
 
     static BasicString Time(); ///< The local time as hh:mm:ss.
@@ -129,7 +130,7 @@ public:
     /// The path without its last element and the separator before it ("C:" for a file in a root).
     BasicString getDirectory() const;
     /// `relative` as seen from the folder `base`: each leading ".." drops one element of `base`, though
-    /// never its root; leading "." are dropped. An absolute `relative` (one that begins with a separator or a device)
+    /// never its device; leading "." are dropped. An absolute `relative` (one that begins with a separator or a device)
     /// is the result itself, and for an empty argument the result is the other one.
     static BasicString mergePath(BasicString base, BasicString relative);
 
@@ -140,6 +141,14 @@ public:
                        const Ch* a9 = nullptr) const;
 
 private:
+    // With other traits the text is copied by its length: the conversion to a pointer would stop at a zero.
+    static Base converted(BasicString<Ch>&& text)
+    {
+        if constexpr (std::is_same_v<Base, std::basic_string<Ch>>)
+            return std::move(text);
+        else
+            return Base(text.data(), text.size());
+    }
     BasicString joined(const Ch* s, size_type n) const;
     void makeInt(int value, int radix);
     size_type firstNonSpace() const;
@@ -154,7 +163,7 @@ private:
 };
 
 /// Narrow text in the given code page (`CP_UTF8`, `CP_OEMCP`, ...) as wide text.
-/// Throws WindowsError "Can't convert multi byte string to unicode".
+/// Throws WindowsError "Can't convert multi byte string to unicode", and BadAllocation.
 TARN_API BasicString<wchar_t> a2w(const char* s, unsigned codePage);
 } // namespace tarn
 

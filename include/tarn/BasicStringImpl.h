@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdarg>
 #include <locale>
+#include <stdexcept>
 
 namespace tarn {
 namespace detail {
@@ -24,6 +25,8 @@ BasicString<Ch, Traits, Alloc> BasicString<Ch, Traits, Alloc>::joined(const Ch* 
 
 template <class Ch, class Traits, class Alloc> void BasicString<Ch, Traits, Alloc>::makeInt(int value, int radix)
 {
+    if (radix < 2 || radix > 36)
+        throw std::invalid_argument("A radix must be 2 to 36");
     Ch digits[sizeof(int) * 8 + 2];
     assign(Helper::itos(value, digits, radix));
 }
@@ -139,9 +142,9 @@ BasicString<Ch, Traits, Alloc> BasicString<Ch, Traits, Alloc>::fromFormat(const 
     va_start(args, format);
     const int written = Helper::vsnprintf(text, capacity, format, args);
     va_end(args);
-    // A negative count tells of a full buffer, or of a character that cannot be converted: the text
+    // A negative count tells of a full buffer, or of a format or character that cannot be used: the text
     // then ends before it.
-    const bool unconvertible = written < 0 && errno == EILSEQ;
+    const bool unconvertible = written < 0 && (errno == EILSEQ || errno == EINVAL);
     errno = oldError;
     if (unconvertible)
         return BasicString(static_cast<const Ch*>(text));
@@ -241,7 +244,7 @@ BasicString<Ch, Traits, Alloc> BasicString<Ch, Traits, Alloc>::mergePath(BasicSt
         if (base.empty())
             return relative;
     }
-    if (relative.empty())
+    if (relative.empty() && !base.endsWith(Helper::Device()))
         return base;
     if (base.back() != separator)
         base += separator;

@@ -41,7 +41,8 @@ class TARN_API Mutex : public WindowsHandle, public Lockable {
 public:
     explicit Mutex(bool initiallyOwned); ///< Throws "Error in CreateMutex".
 
-    /// Waits without end. A mutex that its owner's end abandoned counts as locked.
+    /// Waits without end. A mutex that its owner's end abandoned counts as locked. Throws "Error while
+    /// retrieving handle state".
     void lock() override;
     void unlock() override; ///< Throws "Error in ReleaseMutex", for a mutex of another thread for instance.
 };

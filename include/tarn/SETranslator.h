@@ -15,9 +15,9 @@ using SETranslator = void (*)(unsigned int code, _EXCEPTION_POINTERS* info);
 /// The library installs SEHError::translate for the thread that loads it and for each thread that starts
 /// while it is loaded; threads that existed before have none until they call this. What is translated
 /// are errors (codes from 0xC0000000) raised by instructions of code compiled like this library, with
-/// `-fnon-call-exceptions`; faults inside system code are left to the system, which may handle them, and
-/// an overflow of the stack leaves no room to throw in. A program that uses nothing else of the library
-/// is not linked with it and so not covered: link a call of this function.
-/// On 64-bit builds the translator is kept but never called.
+/// `-fnon-call-exceptions`; faults inside system code and the C runtime library (`strlen` of a null
+/// pointer) and what `RaiseException` raises are left to the system, which may handle them, and an overflow of the
+/// stack leaves no room to throw in. A program that uses nothing else of the library is not linked with it and so not
+/// covered: link a call of this function. On 64-bit builds the translator is kept but never called.
 TARN_API SETranslator setSETranslator(SETranslator translator) noexcept;
 } // namespace tarn

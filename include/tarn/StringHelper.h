@@ -11,7 +11,8 @@ template <class Ch, class Traits, class Alloc> class BasicString;
 /// The runtime library's text functions under names that do not depend on the character type.
 ///
 /// Each member but the conversions forwards to one runtime function and adds nothing: no checks, and
-/// the caller supplies the buffers that the function needs. Only the wide-to-narrow convert throws.
+/// the caller supplies the buffers that the function needs. The conversions to the other width throw
+/// BadAllocation, and wide to narrow also WindowsError.
 template <class Ch> class StringHelper;
 
 template <> class TARN_API StringHelper<char> {
@@ -81,7 +82,7 @@ public:
     /// system: use a2w when the code page matters. Reports no error: the text ends before the first
     /// bytes that the locale cannot read.
     static BasicString<wchar_t, std::char_traits<wchar_t>, std::allocator<wchar_t>> convert(const char* s);
-    /// The same for at most `n` characters; a zero among them ends the text, as it does for `mbstowcs`.
+    /// The same for at most the `n` bytes of `s`; a zero among them ends the text, as it does for `mbstowcs`.
     static BasicString<wchar_t, std::char_traits<wchar_t>, std::allocator<wchar_t>> convert(const char* s, unsigned n);
 };
 } // namespace tarn

@@ -25,6 +25,8 @@
 
 #include <windows.h>
 
+#undef far
+#undef near
 #undef min
 #undef max
 #undef CreateDialog

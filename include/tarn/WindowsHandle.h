@@ -20,9 +20,10 @@ public:
     WindowsHandle(void* handle) : handle_(handle) {}
     virtual ~WindowsHandle() noexcept(false);
 
+    /// Closes the handle held so far, as close() does, and takes this one.
     WindowsHandle& operator=(void* handle);
-    void attach(void* handle);
-    void close(); ///< Throws "Error while closing handle" and keeps the handle.
+    void attach(void* handle); ///< The same.
+    void close();              ///< Throws "Error while closing handle" and keeps the handle.
 
     void* getHandle() const { return handle_; }
     operator void*() const { return handle_; }

@@ -6,6 +6,8 @@
 
 #include <boost/noncopyable.hpp>
 
+#include <concepts>
+
 namespace tarn {
 /// A loaded program or DLL: its procedures, resources, messages and file name.
 ///
@@ -19,6 +21,11 @@ public:
     WindowsModule(const wchar_t* name, bool load);
     WindowsModule(const char* name, unsigned long flags);
     WindowsModule(const wchar_t* name, unsigned long flags);
+    // The platform's constants for the flags are of type int, which would fit both forms above.
+    template <class Ch, std::same_as<int> Flags>
+    WindowsModule(const Ch* name, Flags flags) : WindowsModule(name, static_cast<unsigned long>(flags))
+    {
+    }
     ~WindowsModule() noexcept(false);
 
     HINSTANCE getHandle() const { return module_; }
@@ -38,7 +45,8 @@ public:
     /// No more thread notifications for the module. Throws "Can't disable thread calls for library".
     void disableThreadCalls();
 
-    /// Null when the name is missing and may be. Throws "Can't get proc address for "NAME"".
+    /// `name` may be an ordinal (`MAKEINTRESOURCEA`). Null when it is missing and may be. Throws "Can't get proc
+    /// address for "NAME"".
     FARPROC getProcAddress(const char* name, bool mayBeMissing) const;
 
     BasicString<char> getFilenameA() const; ///< Throws "Error in retrieving module file name".

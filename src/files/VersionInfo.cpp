@@ -3,6 +3,9 @@
 #include "../foundation/Check.h"
 #include "ModuleApi.h"
 
+#include <algorithm>
+#include <cstring>
+#include <iterator>
 #include <type_traits>
 
 namespace tarn {
@@ -20,35 +23,47 @@ template <class Ch> Array<char> readResource(const Ch* fileName)
     const DWORD size =
         ensure(getFileVersionInfoSize(fileName), [&] { return failureText("GetFileVersionInfoSize", fileName, ""); });
     Array<char> data(size);
+    std::ranges::fill(data, '\0'); // The size may be more than the resource has.
     ensure(getFileVersionInfo(fileName, size, data.data()),
            [&] { return failureText("GetFileVersionInfo", fileName, "," + std::to_string(size)); });
     return data;
 }
 
 // The root block begins with its length, the length of its value and a type, followed by its name; a
-// resource cut short must not send the query past the end of the data.
-bool isWhole(const Array<char>& data)
+// resource that is cut short or damaged must not send the query past the end of the data.
+bool hasRootBlock(const Array<char>& data)
 {
-    struct {
-        WORD length, valueLength;
+    struct Header {
+        WORD length, valueLength, type;
+        wchar_t name[std::size(L"VS_VERSION_INFO")];
     } header;
-    if (data.size() < sizeof header)
+    constexpr unsigned valueOffset = (sizeof(Header) + 3) / 4 * 4;
+    if (data.size() < valueOffset + sizeof(VS_FIXEDFILEINFO))
         return false;
-    std::copy_n(data.data(), sizeof header, reinterpret_cast<char*>(&header));
-    constexpr unsigned valueOffset = 3 * sizeof(WORD) + sizeof L"VS_VERSION_INFO" + sizeof(WORD);
-    return header.length <= data.size() && header.valueLength >= sizeof(VS_FIXEDFILEINFO) &&
-           header.length >= valueOffset + sizeof(VS_FIXEDFILEINFO);
+    std::memcpy(&header, data.data(), sizeof header);
+    return header.length >= valueOffset + sizeof(VS_FIXEDFILEINFO) && header.length <= data.size() &&
+           header.valueLength >= sizeof(VS_FIXEDFILEINFO) && header.type <= 1 &&
+           std::memcmp(header.name, L"VS_VERSION_INFO", sizeof header.name) == 0;
+}
+
+bool isFixedInfo(const Array<char>& data, const void* info)
+{
+    const auto* const at = static_cast<const char*>(info);
+    if (at < data.begin() || at > data.end() - sizeof(VS_FIXEDFILEINFO))
+        return false;
+    const auto* const fixedInfo = static_cast<const VS_FIXEDFILEINFO*>(info);
+    return fixedInfo->dwSignature == VS_FFI_SIGNATURE && fixedInfo->dwStrucVersion != 0;
 }
 
 VS_FIXEDFILEINFO* findFixedInfo(const Array<char>& data)
 {
     constexpr const char* failure = "Error in VerQueryValueA";
-    if (!isWhole(data))
+    if (!hasRootBlock(data))
         throw WindowsError(ERROR_INVALID_DATA, failure);
     void* info = nullptr;
     UINT length = 0;
     ensure(VerQueryValueA(data.data(), "\\", &info, &length), failure);
-    if (!info || length < sizeof(VS_FIXEDFILEINFO))
+    if (length < sizeof(VS_FIXEDFILEINFO) || !isFixedInfo(data, info))
         throw WindowsError(ERROR_INVALID_DATA, failure);
     return static_cast<VS_FIXEDFILEINFO*>(info);
 }

@@ -40,6 +40,12 @@ template <class Ch> BasicString<Ch> fileNameOf(HMODULE module)
     }
 }
 
+// Resources and procedures may be named by a number in place of the pointer.
+std::string nameOrNumber(const char* name)
+{
+    return IS_INTRESOURCE(name) ? std::to_string(reinterpret_cast<ULONG_PTR>(name)) : std::string(name);
+}
+
 template <class Ch> BasicString<Ch> messageOf(HMODULE module, unsigned long id, unsigned long language)
 {
     constexpr DWORD flags =
@@ -121,7 +127,7 @@ FARPROC WindowsModule::getProcAddress(const char* name, bool mayBeMissing) const
     const FARPROC address = GetProcAddress(module_, name);
     if (!address && mayBeMissing && GetLastError() == ERROR_PROC_NOT_FOUND)
         return nullptr;
-    return ensure(address, [&] { return "Can't get proc address for " + quoted(name); });
+    return ensure(address, [&] { return "Can't get proc address for \"" + nameOrNumber(name) + '"'; });
 }
 
 BasicString<char> WindowsModule::getFilenameA() const { return fileNameOf<char>(module_); }
@@ -130,9 +136,7 @@ BasicString<wchar_t> WindowsModule::getFilenameW() const { return fileNameOf<wch
 HRSRC WindowsModule::findResource(const char* type, int id) const
 {
     return ensure(FindResourceA(module_, MAKEINTRESOURCEA(id), "BINARY"), [&] {
-        return "Unable to find resource with type " +
-               (IS_INTRESOURCE(type) ? std::to_string(reinterpret_cast<ULONG_PTR>(type)) : std::string(type)) +
-               " and id " + std::to_string(id);
+        return "Unable to find resource with type " + nameOrNumber(type) + " and id " + std::to_string(id);
     });
 }
 

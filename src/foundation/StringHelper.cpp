@@ -6,6 +6,7 @@
 #include "Check.h"
 #include "Memory.h"
 
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -35,13 +36,16 @@ int StringHelper<char>::mkdir(const char* path) { return _mkdir(path); }
 
 BasicString<char> StringHelper<char>::convert(const wchar_t* s, unsigned n, unsigned codePage)
 {
+    constexpr const char* noSize = "Can't retrieve required buffer size for wchar_t -> char conversion";
     const bool whole = n == ConstString<wchar_t>::wholeText;
     if (n == 0 || (whole && (!s || !*s)))
         return BasicString<char>();
 
+    // More characters than the system can count is not "up to the zero", which any negative length is to it.
+    if (!whole && n > INT_MAX)
+        throw WindowsError(ERROR_INVALID_PARAMETER, noSize);
     const int length = static_cast<int>(n);
-    const int size = ensure(WideCharToMultiByte(codePage, 0, s, length, nullptr, 0, nullptr, nullptr),
-                            "Can't retrieve required buffer size for wchar_t -> char conversion");
+    const int size = ensure(WideCharToMultiByte(codePage, 0, s, length, nullptr, 0, nullptr, nullptr), noSize);
     BasicString<char> result;
     resizeOrThrow(result, static_cast<unsigned>(size));
     const int written = ensure(WideCharToMultiByte(codePage, 0, s, length, result.data(), size, nullptr, nullptr),

@@ -58,6 +58,14 @@ namespace {
 constexpr unsigned long firstNetworkError = 2100;
 constexpr unsigned long endOfNetworkErrors = 3000;
 
+std::string networkMessage(unsigned long error)
+{
+    WindowsModule module("netmsg.dll", true);
+    const std::string message = module.getMessageA(error, 0);
+    module.close();
+    return message;
+}
+
 std::string systemMessage(unsigned long error)
 {
     char* text = nullptr;
@@ -73,7 +81,7 @@ std::string WindowsError::getMessage() const
 {
     try {
         if (error_ >= firstNetworkError && error_ < endOfNetworkErrors)
-            return WindowsModule("netmsg.dll", true).getMessageA(error_, 0);
+            return networkMessage(error_);
         return systemMessage(error_);
     } catch (...) {
         return "Windows error 0x" + toHex(error_);

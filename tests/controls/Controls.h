@@ -1,6 +1,7 @@
 #pragma once
 
 #include "../windowing/Windows.h"
+#include "Counts.h"
 
 #include <commctrl.h>
 
@@ -48,10 +49,4 @@ private:
     UINT msg_;
     LRESULT answer_;
 };
-
-/// The bytes in use in the heaps of the process. Small blocks
-/// come in groups, so that a leak shows when there are some thousand of it.
-std::size_t usedBytes();
-/// The drawing objects of the process.
-unsigned drawingObjects();
 } // namespace support

@@ -34,6 +34,7 @@ TEST_CASE("WindowsModule: what it loads is freed, what it queries is not", "[fil
         CHECK_FALSE(queried.isOwner());
     }
     CHECK_FALSE(isLoaded("resources.dll"));
+    CHECK(WindowsModule(L"resources.dll", LOAD_LIBRARY_AS_DATAFILE).isOwner());
 }
 
 TEMPLATE_TEST_CASE("WindowsModule: a missing module has the text of its call", "[files][module]", char, wchar_t)
@@ -66,6 +67,9 @@ TEST_CASE("WindowsModule: procedures may be missing only when said so", "[files]
     CHECK(kernel.getProcAddress("NoSuchFunction", true) == nullptr);
     expectWindowsError([&] { kernel.getProcAddress("NoSuchFunction", false); }, ERROR_PROC_NOT_FOUND,
                        "Can't get proc address for \"NoSuchFunction\"");
+    const auto byNumber =
+        support::thrownBy<tarn::WindowsError>([&] { kernel.getProcAddress(MAKEINTRESOURCEA(60000), false); });
+    CHECK(std::string(byNumber.getDescription()) == "Can't get proc address for \"60000\"");
 }
 
 TEST_CASE("WindowsModule: file names come in both widths", "[files][module]")
@@ -126,7 +130,11 @@ TEST_CASE("VersionInfo: each step that fails has its text", "[files][version]")
     };
     CHECK(description("no-such.dll") == "Error in GetFileVersionInfoSizeA(no-such.dll,0)");
     CHECK(description(L"no-such.dll") == "Error in GetFileVersionInfoSizeW(no-such.dll,0)");
-    CHECK(description("badversion.dll") == "Error in VerQueryValueA"); // Its resource stops short.
+    // Cut in the name, cut in the value, a name without an end, and a value of another kind.
+    for (const char* damaged : {"badversion.dll", "badversion2.dll", "badversion3.dll", "badversion4.dll"}) {
+        CAPTURE(damaged);
+        CHECK(description(damaged) == "Error in VerQueryValueA");
+    }
 }
 
 TEST_CASE("LocalMemory: fixed memory is its own pointer and is never locked", "[files][memory]")

@@ -31,6 +31,7 @@ TEST_CASE("String: wide text becomes narrow text in the ANSI code page", "[found
     CHECK(String(L"ab\0cd", 5) == std::string("ab\0cd", 5));
     CHECK(String(L"abcd", 2) == "ab");
     CHECK(String(L"abcd", 0) == "");
+    CHECK(BasicString<char, tarn::char_traits_nc<char>>(L"ab\0cd", 5).size() == 5);
     SECTION("a character that the code page lacks is no error") { CHECK(String(L"\x4E2D").size() == 1); }
 }
 
@@ -56,6 +57,9 @@ TEST_CASE("String: code pages are honoured where they are named", "[foundation][
         support::expectWindowsError([] { tarn::a2w("x", 64999); }, ERROR_INVALID_PARAMETER,
                                     "Can't convert multi byte string to unicode");
         support::expectWindowsError([] { tarn::StringHelper<char>::convert(L"x", ~0u, 64999); },
+                                    ERROR_INVALID_PARAMETER,
+                                    "Can't retrieve required buffer size for wchar_t -> char conversion");
+        support::expectWindowsError([] { tarn::StringHelper<char>::convert(L"x", 0xFFFFFFFE); },
                                     ERROR_INVALID_PARAMETER,
                                     "Can't retrieve required buffer size for wchar_t -> char conversion");
     }
@@ -174,6 +178,7 @@ TEST_CASE("String: numbers", "[foundation][string]")
     CHECK(String(-1, 16) == "ffffffff");
     CHECK(String::fromInt(INT_MIN, 2) == "1" + std::string(31, '0'));
     CHECK(WideString(-5, 10) == L"-5");
+    CHECK_THROWS_AS(String(1, 1), std::invalid_argument);
     CHECK(String(" 42x").toInt() == 42);
     CHECK(WideString(L"x").toInt() == 0);
     CHECK(String::Time().size() == 8);
@@ -264,6 +269,7 @@ TEMPLATE_TEST_CASE("String: mergePath resolves a path against a folder", "[found
         {"C:\\a", "\\x", "\\x"},
         {"C:\\a\\b", ".\\..\\.\\x\\", "C:\\a\\x\\"},
         {"C:\\a", ".", "C:\\a"},
+        {"C:\\a", "..", "C:\\"},
         {"C:\\a", "D:x", "D:x"},
         {"C:\\a", "D:\\x", "D:\\x"},
     };

@@ -1,3 +1,4 @@
+#include "Counts.h"
 #include "Windows.h"
 
 #include <memory>
@@ -7,8 +8,6 @@
 using namespace tarn;
 
 namespace {
-DWORD guiObjects(DWORD kind) { return GetGuiResources(GetCurrentProcess(), kind); }
-
 bool carriesPointer(UINT msg)
 {
     // Edit controls, combo and list boxes: the system converts their texts whatever the window is. And DDE.
@@ -87,35 +86,12 @@ public:
     int messages = 0;
     bool inRange = true;
 };
-} // namespace
 
-TEST_CASE("Window: ten thousand windows come and go without leaving anything", "[window][load]")
+void sendStorm(Target& window, int count)
 {
-    Window first;
-    support::open(first); // What the system makes once is made now.
-    const DWORD user = guiObjects(GR_USEROBJECTS), gdi = guiObjects(GR_GDIOBJECTS);
-    for (int round = 0; round < 10; ++round) {
-        std::vector<std::unique_ptr<Window>> windows;
-        for (int i = 0; i < 1000; ++i) {
-            windows.push_back(std::make_unique<Window>());
-            support::open(*windows.back(), WS_CHILD, first);
-        }
-        CHECK(Window::getWindowFromHandle(*windows[500], false) == windows[500].get());
-    }
-    CHECK(guiObjects(GR_USEROBJECTS) == user);
-    CHECK(guiObjects(GR_GDIOBJECTS) == gdi);
-    CHECK(GetWindow(first, GW_CHILD) == nullptr);
-}
-
-TEST_CASE("Window: a storm of random messages does no harm", "[window][load]")
-{
-    Target window;
-    support::open(window);
-    const DWORD user = guiObjects(GR_USEROBJECTS), gdi = guiObjects(GR_GDIOBJECTS);
-    window.messages = 0;
-    std::mt19937 random(20030416);
+    static std::mt19937 random(20030416);
     int sent = 0;
-    while (sent < 1000000) {
+    while (sent < count) {
         // Mostly messages with names, now and then any number.
         const UINT msg = random() % 4 ? random() % 0x400 : random() % 0x10000;
         const WPARAM wParam = random();
@@ -129,11 +105,40 @@ TEST_CASE("Window: a storm of random messages does no harm", "[window][load]")
         else
             window.sendMessageA(msg, wParam, lParam);
     }
-    CHECK(window.messages >= sent);
+}
+} // namespace
+
+TEST_CASE("Window: ten thousand windows come and go without leaving anything", "[window][load]")
+{
+    Window first;
+    support::open(first); // What the system makes once is made now.
+    const unsigned user = support::userObjects(), drawing = support::drawingObjects();
+    for (int round = 0; round < 10; ++round) {
+        std::vector<std::unique_ptr<Window>> windows;
+        for (int i = 0; i < 1000; ++i) {
+            windows.push_back(std::make_unique<Window>());
+            support::open(*windows.back(), WS_CHILD, first);
+        }
+        CHECK(Window::getWindowFromHandle(*windows[500], false) == windows[500].get());
+    }
+    CHECK(support::userObjects() == user);
+    CHECK(support::drawingObjects() == drawing);
+    CHECK(GetWindow(first, GW_CHILD) == nullptr);
+}
+
+TEST_CASE("Window: a storm of random messages does no harm", "[window][load]")
+{
+    Target window;
+    support::open(window);
+    sendStorm(window, 100000); // What the system makes once is made now.
+    const unsigned user = support::userObjects(), drawing = support::drawingObjects();
+    window.messages = 0;
+    constexpr int count = 1000000;
+    sendStorm(window, count);
+    CHECK(window.messages >= count);
     CHECK(window.inRange);
     REQUIRE(window.isOpen());
     CHECK(window.getTextW() == L"test");
-    window.destroy();
-    CHECK(guiObjects(GR_USEROBJECTS) <= user);
-    CHECK(guiObjects(GR_GDIOBJECTS) <= gdi);
+    CHECK(support::userObjects() <= user);
+    CHECK(support::drawingObjects() <= drawing);
 }
