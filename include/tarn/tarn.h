@@ -14,6 +14,7 @@
 #include <tarn/COMIdentifiers.h>
 #include <tarn/COMInterfacePointer.h>
 #include <tarn/COMModule.h>
+#include <tarn/COMPropertyPage.h>
 #include <tarn/COMServer.h>
 #include <tarn/Calendar.h>
 #include <tarn/CharTraits.h>
@@ -25,14 +26,19 @@
 #include <tarn/DeHam48.h>
 #include <tarn/Debug.h>
 #include <tarn/DeviceContext.h>
+#include <tarn/Dialog.h>
 #include <tarn/Driver.h>
 #include <tarn/EditControl.h>
 #include <tarn/Event.h>
 #include <tarn/Exception.h>
+#include <tarn/FileDialog.h>
+#include <tarn/FolderDialog.h>
 #include <tarn/Factory.h>
 #include <tarn/Font.h>
 #include <tarn/GDIHandle.h>
 #include <tarn/GUID.h>
+#include <tarn/IUnknownImpl.h>
+#include <tarn/ItemIDList.h>
 #include <tarn/GregorianCalendar.h>
 #include <tarn/GregorianCalendarBase.h>
 #include <tarn/I2CBus.h>
@@ -44,6 +50,7 @@
 #include <tarn/ListView.h>
 #include <tarn/LocalMemory.h>
 #include <tarn/Lock.h>
+#include <tarn/Menu.h>
 #include <tarn/LowLevelIOStream.h>
 #include <tarn/MemoryStream.h>
 #include <tarn/MessageLoop.h>
@@ -54,6 +61,8 @@
 #include <tarn/Pen.h>
 #include <tarn/Pipe.h>
 #include <tarn/Point.h>
+#include <tarn/PropertyPage.h>
+#include <tarn/PropertySheet.h>
 #include <tarn/Process.h>
 #include <tarn/ProgressBar.h>
 #include <tarn/RadioButtonGroup.h>

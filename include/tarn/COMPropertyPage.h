@@ -1,0 +1,62 @@
+#pragma once
+
+#include <tarn/COMInterfacePointer.h>
+#include <tarn/Dialog.h>
+#include <tarn/Export.h>
+#include <tarn/IUnknownImpl.h>
+#include <tarn/Windows.h>
+
+#include <ocidl.h>
+
+#include <exception>
+#include <vector>
+
+namespace tarn {
+/// A property page that other programs show, with `OleCreatePropertyFrame` for instance: a dialog served as
+/// `IPropertyPage`.
+///
+/// Derive from it, fill the controls in onInitDialog() from getObjects(), call setDirty() when the user
+/// changes something, and write the values back in apply(). Its template is that of a child dialog. The
+/// methods of the interface are a COM border: failures are results, never exceptions. What a handler of
+/// the dialog throws goes to onError(), because the message loop is the other program's.
+class TARN_API COMPropertyPage : public Dialog, public IPropertyPage, public IUnknownImpl {
+public:
+    /// `title` is a string resource, the text on the page's tab.
+    COMPropertyPage(IUnknown* outer, unsigned short resource, unsigned short title, HINSTANCE instance);
+
+    TARN_IUNKNOWN_METHODS
+    HRESULT STDMETHODCALLTYPE SetPageSite(IPropertyPageSite* site) override;
+    HRESULT STDMETHODCALLTYPE Activate(HWND parent, LPCRECT rect, BOOL modal) override;
+    HRESULT STDMETHODCALLTYPE Deactivate() override;
+    HRESULT STDMETHODCALLTYPE GetPageInfo(PROPPAGEINFO* info) override;
+    HRESULT STDMETHODCALLTYPE SetObjects(ULONG count, IUnknown** objects) override;
+    HRESULT STDMETHODCALLTYPE Show(UINT command) override;
+    HRESULT STDMETHODCALLTYPE Move(LPCRECT rect) override;
+    HRESULT STDMETHODCALLTYPE IsPageDirty() override;
+    HRESULT STDMETHODCALLTYPE Apply() override;
+    HRESULT STDMETHODCALLTYPE Help(LPCOLESTR folder) override;
+    HRESULT STDMETHODCALLTYPE TranslateAccelerator(MSG* msg) override;
+
+    LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
+
+    using Objects = std::vector<COMInterfacePointer<IUnknown>>;
+    const Objects& getObjects() const { return objects_; } ///< Whose properties the page shows.
+
+protected:
+    void* queryInterface(const GUID& iid) override;
+    /// Writes the page's values to the objects. What it throws becomes the result, and the page stays dirty.
+    virtual void apply();
+    /// False when the page has no help of its own.
+    virtual bool help(const wchar_t* folder);
+    /// By default a message box tells the text.
+    virtual void onError(const std::exception& error);
+    /// Tells the frame too, which enables its Apply button.
+    void setDirty(bool dirty);
+
+private:
+    unsigned short title_;
+    bool dirty_ = false;
+    COMInterfacePointer<IPropertyPageSite> site_;
+    Objects objects_;
+};
+} // namespace tarn

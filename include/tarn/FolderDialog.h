@@ -1,0 +1,74 @@
+#pragma once
+
+#include <tarn/BasicString.h>
+#include <tarn/Export.h>
+#include <tarn/ItemIDList.h>
+#include <tarn/Window.h>
+#include <tarn/Windows.h>
+
+#include <shlobj.h>
+
+namespace tarn {
+/// The shell's dialog for choosing a folder. Derive from it to watch and check the choice.
+///
+/// Uses COM on the thread that constructs it, as an apartment; destroy it on the same thread. COM failures
+/// throw as HRESULTHolder::throwOnError does. What the handlers throw cancels the dialog and comes out of
+/// showModal().
+class TARN_API FolderDialog : public Window {
+public:
+    /// `title` stands above the folders; `flags` are `BIF_...`. Throw "Can't initialize COM", on a
+    /// multi-threaded thread for instance.
+    FolderDialog(Window& owner, const char* title, unsigned flags);
+    FolderDialog(Window& owner, const wchar_t* title, unsigned flags);
+    FolderDialog(HWND owner, const char* title, unsigned flags);
+    FolderDialog(HWND owner, const wchar_t* title, unsigned flags);
+    ~FolderDialog() override;
+
+    /// Everything is there; what setSelection() named is selected already.
+    virtual void onInitialized();
+    virtual void onSelectionChanged(const ItemIDList& selection); ///< `selection` lives until it returns.
+    /// With `BIF_VALIDATE`: the text that was typed is no folder. True keeps the dialog open.
+    virtual bool onValidateFailed(const char* text);
+    virtual bool onValidateFailed(const wchar_t* text);
+
+    /// Shows only what is below a special folder, `CSIDL_...`. Throws "Can't get special folder location".
+    void setRoot(int folder);
+    /// The folder to begin with; copied.
+    void setSelection(const char* path);
+    void setSelection(const wchar_t* path);
+    void setSelection(const ITEMIDLIST* folder);
+
+    bool showModal(); ///< False when cancelled.
+    /// The folder chosen last; null after a cancelled dialog.
+    const ItemIDList& getSelection() const { return selection_; }
+    BasicString<wchar_t> getDisplayName() const { return displayName_; }
+
+protected:
+    // For the handlers.
+    void setStatusText(const char* text); ///< Shown with `BIF_STATUSTEXT`.
+    void setStatusText(const wchar_t* text);
+    void enableOk(bool enable);
+
+private:
+    struct COMUse {
+        COMUse();
+        COMUse(const COMUse&) = delete;
+        COMUse& operator=(const COMUse&) = delete;
+        ~COMUse();
+    };
+
+    FolderDialog(HWND owner, BasicString<wchar_t> title, unsigned flags, int);
+    static int CALLBACK callback(HWND hwnd, UINT msg, LPARAM lParam, LPARAM data);
+    int handle(HWND hwnd, UINT msg, LPARAM lParam);
+    void select();
+
+    COMUse com_; // First, so that it is there for everything else and ends last.
+    BROWSEINFOW info_{};
+    ItemIDList selection_;
+    ItemIDList root_;
+    ItemIDList preselected_;
+    BasicString<wchar_t> preselectedPath_;
+    BasicString<wchar_t> title_;
+    wchar_t displayName_[MAX_PATH] = L"";
+};
+} // namespace tarn

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <tarn/BasicString.h>
+#include <tarn/Export.h>
+#include <tarn/Windows.h>
+
+#include <shlobj.h>
+
+#include <boost/noncopyable.hpp>
+
+namespace tarn {
+/// The shell's name of a folder or file, owned (freed through the shell's allocator) or borrowed.
+class TARN_API ItemIDList : private boost::noncopyable {
+public:
+    ItemIDList() noexcept = default;
+    ItemIDList(ITEMIDLIST* list, bool owns) noexcept : list_(list), owns_(owns) {}
+    ~ItemIDList() { close(); }
+
+    /// Takes over a list that the shell handed out, and frees the one held before.
+    void attach(ITEMIDLIST* list) noexcept;
+    void copy(const ITEMIDLIST* list); ///< Throws BadAllocation. A null list clears.
+    void close() noexcept;
+
+    ITEMIDLIST* get() const noexcept { return list_; }
+    operator const ITEMIDLIST*() const noexcept { return list_; }
+    explicit operator bool() const noexcept { return list_ != nullptr; }
+    bool operator!() const noexcept { return !list_; }
+
+    /// Its place in the file system; empty when it has none.
+    BasicString<char> getPathA() const;
+    BasicString<wchar_t> getPathW() const;
+
+private:
+    ITEMIDLIST* list_ = nullptr;
+    bool owns_ = false;
+};
+} // namespace tarn

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <tarn/Dialog.h>
+#include <tarn/Export.h>
+#include <tarn/Windows.h>
+
+#include <prsht.h>
+
+namespace tarn {
+/// One page of a PropertySheet or a wizard: a dialog that hears of the sheet's buttons.
+///
+/// Derive from it and override the handlers. Keep the object alive as long as the sheet is shown; it can be
+/// shown again afterwards. Its template is that of a child dialog. Failures throw WindowsError, and what a
+/// handler throws cancels the sheet and comes out of its showModal().
+///
+/// Tell the sheet of changes with `PropSheet_Changed`; `PSN_APPLY`, `PSN_RESET` and `PSN_HELP` come to
+/// onNotify().
+class TARN_API PropertyPage : public Dialog {
+public:
+    PropertyPage(unsigned short resource, HINSTANCE instance);
+    /// `title` is a string resource; without it the template's caption is the page's title.
+    PropertyPage(unsigned short resource, unsigned short title, HINSTANCE instance);
+    ~PropertyPage() override; ///< Releases a page that no sheet has taken.
+
+    LRESULT onNotify(const NMHDR& header) override;
+    /// The wizard's Next and Back: 0 goes on, -1 stays, else the template number of the page to go to.
+    virtual int onNext();
+    virtual int onBack();
+    virtual bool onFinish(); ///< The wizard's Finish; true keeps it open.
+    /// The page is about to appear: 0 lets it, -1 skips it, else the template number of the one to show.
+    virtual int onActivate();
+    virtual bool onDeactivate(); ///< The page is about to be left, or OK was pressed; true stays.
+    virtual bool onCancel();     ///< Cancel was pressed; true keeps the sheet open.
+    /// The system releases the page with its sheet, and the handle is forgotten: call this when overriding.
+    virtual void release();
+
+    /// The page's handle, the same until the system releases it; a sheet makes it when it needs it.
+    /// Throws "Can't create property page".
+    HPROPSHEETPAGE create();
+    bool isCreated() const { return page_ != nullptr; }
+
+    // What follows counts when the page is created next.
+
+    /// The lines above a wizard's page, as string resources.
+    void setHeader(unsigned short title, unsigned short subtitle);
+    void clearHeader();
+    /// A wizard's first and last page have no header and the whole room.
+    void enableWatermark(bool enable);
+    bool isWatermarkEnabled() const { return (data_.dwFlags & PSP_HIDEHEADER) != 0; }
+    const PROPSHEETPAGEW& getInitData() const { return data_; }
+
+protected:
+    static INT_PTR CALLBACK dlgProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam);
+    static UINT CALLBACK propSheetPageProc(HWND hwnd, UINT msg, PROPSHEETPAGEW* data);
+
+private:
+    friend class PropertySheet;
+
+    void initialize(unsigned short resource, HINSTANCE instance);
+
+    PROPSHEETPAGEW data_{};
+    HPROPSHEETPAGE page_ = nullptr;
+};
+} // namespace tarn

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <tarn/Export.h>
+#include <tarn/Icon.h>
+#include <tarn/PropertyPage.h>
+#include <tarn/Window.h>
+#include <tarn/Windows.h>
+
+#include <prsht.h>
+
+#include <list>
+#include <vector>
+
+#undef PropertySheet // A macro of the system's header.
+
+namespace tarn {
+/// A dialog of several pages with OK, Cancel and Apply, or a wizard with Back, Next and Finish.
+///
+/// The pages are not owned: keep them alive while the sheet is shown. A sheet can be shown again. The
+/// object is bound to the window while it is open, but gets no messages. Only one thread at a time may be in
+/// the beginning of a showModal(). Failures throw WindowsError.
+class TARN_API PropertySheet : public Window {
+public:
+    explicit PropertySheet(HWND parent);
+    /// `caption` is a string resource. An `icon` other than 0 throws "Can't load icon" when it is missing.
+    PropertySheet(HWND parent, unsigned short caption, unsigned short icon, HINSTANCE instance);
+    ~PropertySheet() noexcept override;
+
+    /// To an open sheet, too. Throws "Can't create property page", "Can't add property page"; the page is
+    /// not in the sheet then.
+    void addPage(PropertyPage* page);
+    /// Runs the sheet. 0 when it was cancelled or nothing changed, else 1, `ID_PSREBOOTSYSTEM` or
+    /// `ID_PSRESTARTWINDOWS`. Throws "Can't create property page", "Error in showing property sheet" and
+    /// what a page's handler throws; in that case the sheet is cancelled without asking the page.
+    unsigned short showModal();
+
+    void setTitle(const char* title);
+    void setTitle(const wchar_t* title);
+    using Window::setIcon;
+    /// For the title bar; a null `instance` has the system's icons. Throws "Can't load icon".
+    void setIcon(int resource, HINSTANCE instance);
+    /// As a wizard, with the headers of the pages; in effect when the sheet is shown next.
+    void setWizardMode(bool isWizard);
+    void setStartPageByIndex(unsigned int index);
+    /// By the number of its template; a number that no page has gives the first page.
+    void setStartPageByResource(unsigned short resource);
+
+    // ---- For the open sheet; without effect before
+
+    void activate(int resource); ///< By the number of the page's template.
+    /// By the page, or by `index` when the sheet does not have it. Throws "Can't create property page".
+    void activate(PropertyPage* page, unsigned index);
+    void pressButton(int button); ///< `PSBTN_...`
+    /// Of a wizard: which buttons can be pressed (`PSWIZB_...`), and whether there is a Back button at all.
+    /// The place for it is the page's onActivate().
+    void setWizardButtons(unsigned long flags, bool showBack = true);
+    /// Replaces Next by a Finish button of this text and takes Back away.
+    void setFinishText(const char* text);
+    void rebootSystem();   ///< showModal() returns `ID_PSREBOOTSYSTEM` when it is not cancelled.
+    void restartWindows(); ///< showModal() returns `ID_PSRESTARTWINDOWS` when it is not cancelled.
+
+private:
+    static int CALLBACK propSheetProc(HWND hwnd, UINT msg, LPARAM lParam);
+    PROPSHEETHEADERW headerFor(std::vector<HPROPSHEETPAGE>& pages) const;
+    INT_PTR run(const PROPSHEETHEADERW& header);
+    unsigned getStartPage() const;
+    void setCaption(BasicString<wchar_t> title);
+
+    static PropertySheet* InitializingSheet;
+
+    PROPSHEETHEADERW header_{};
+    std::list<PropertyPage*> pages_;
+    BasicString<wchar_t> title_;
+    Icon icon_;
+};
+} // namespace tarn

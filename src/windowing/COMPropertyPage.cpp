@@ -1,0 +1,136 @@
+#include <tarn/COMPropertyPage.h>
+
+#include <tarn/Rect.h>
+
+#include "HandlerScope.h"
+
+#include <cstring>
+#include <utility>
+
+namespace tarn {
+namespace {
+// For the caller, who frees it.
+LPOLESTR allocated(const BasicString<wchar_t>& text)
+{
+    const std::size_t bytes = (text.size() + 1) * sizeof(wchar_t);
+    void* const copy = CoTaskMemAlloc(bytes);
+    if (!copy)
+        throw BadAllocation();
+    return static_cast<LPOLESTR>(std::memcpy(copy, text.c_str(), bytes));
+}
+} // namespace
+
+COMPropertyPage::COMPropertyPage(IUnknown* outer, unsigned short resource, unsigned short title, HINSTANCE instance)
+    : Dialog(resource, instance), IUnknownImpl(outer), title_(title)
+{
+}
+
+void* COMPropertyPage::queryInterface(const GUID& iid)
+{
+    return iid == IID_IPropertyPage ? static_cast<IPropertyPage*>(this) : IUnknownImpl::queryInterface(iid);
+}
+
+HRESULT COMPropertyPage::SetPageSite(IPropertyPageSite* site)
+{
+    if (site && site_.get())
+        return E_UNEXPECTED;
+    site_ = site;
+    return S_OK;
+}
+
+HRESULT COMPropertyPage::Activate(HWND parent, LPCRECT rect, BOOL)
+{
+    if (!rect)
+        return E_POINTER;
+    return asHRESULT([&] {
+        create(parent);
+        move(*rect, true);
+        dirty_ = false;
+    });
+}
+
+HRESULT COMPropertyPage::Deactivate()
+{
+    if (!isOpen())
+        return E_UNEXPECTED;
+    return asHRESULT([&] { destroy(); });
+}
+
+HRESULT COMPropertyPage::GetPageInfo(PROPPAGEINFO* info)
+{
+    if (!info)
+        return E_POINTER;
+    return asHRESULT([&] {
+        const Size size = getWindowSize();
+        *info = PROPPAGEINFO{sizeof *info, nullptr, size, nullptr, nullptr, 0};
+        info->pszTitle = allocated(BasicString<wchar_t>::fromResource(title_, getInstance()));
+    });
+}
+
+HRESULT COMPropertyPage::SetObjects(ULONG count, IUnknown** objects)
+{
+    if (count && !objects)
+        return E_POINTER;
+    return asHRESULT([&] { objects_ = Objects(objects, objects + count); });
+}
+
+HRESULT COMPropertyPage::Show(UINT command)
+{
+    if (!isOpen())
+        return E_UNEXPECTED;
+    return asHRESULT([&] { show(command); });
+}
+
+HRESULT COMPropertyPage::Move(LPCRECT rect)
+{
+    if (!rect)
+        return E_POINTER;
+    return asHRESULT([&] { move(*rect, true); });
+}
+
+HRESULT COMPropertyPage::IsPageDirty() { return dirty_ ? S_OK : S_FALSE; }
+
+HRESULT COMPropertyPage::Apply()
+{
+    return asHRESULT([&] {
+        apply();
+        dirty_ = false;
+    });
+}
+
+HRESULT COMPropertyPage::Help(LPCOLESTR folder)
+{
+    return asHRESULT([&]() -> HRESULT { return help(folder) ? S_OK : E_NOTIMPL; });
+}
+
+HRESULT COMPropertyPage::TranslateAccelerator(MSG* msg)
+{
+    if (!msg)
+        return E_POINTER;
+    return asHRESULT([&]() -> HRESULT {
+        const bool isOurs = isOpen() && (msg->hwnd == getWindowHandle() || IsChild(*this, msg->hwnd));
+        return isOurs && runningHandlers([&] { return IsDialogMessageW(*this, msg); }) ? S_OK : S_FALSE;
+    });
+}
+
+LRESULT COMPropertyPage::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
+{
+    try {
+        return Dialog::onMessage(msg, wParam, lParam);
+    } catch (const std::exception& e) {
+        onError(e);
+        return 0;
+    }
+}
+
+void COMPropertyPage::apply() {}
+bool COMPropertyPage::help(const wchar_t*) { return false; }
+void COMPropertyPage::onError(const std::exception& error) { messageBox(error.what(), "", MB_ICONERROR); }
+
+void COMPropertyPage::setDirty(bool dirty)
+{
+    dirty_ = dirty;
+    if (site_)
+        HRESULTHolder::throwOnError(site_->OnStatusChange(dirty ? PROPPAGESTATUS_DIRTY : PROPPAGESTATUS_CLEAN));
+}
+} // namespace tarn

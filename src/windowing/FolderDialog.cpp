@@ -1,0 +1,131 @@
+#include <tarn/FolderDialog.h>
+
+#include <tarn/Exception.h>
+
+#include "HandlerScope.h"
+
+#include <objbase.h>
+
+#include <utility>
+
+namespace tarn {
+FolderDialog::COMUse::COMUse()
+{
+    HRESULTHolder::throwOnError(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), "Can't initialize COM");
+}
+FolderDialog::COMUse::~COMUse() { CoUninitialize(); }
+
+FolderDialog::FolderDialog(HWND owner, BasicString<wchar_t> title, unsigned flags, int) : title_(std::move(title))
+{
+    info_.hwndOwner = owner;
+    info_.pszDisplayName = displayName_;
+    info_.lpszTitle = title_.c_str();
+    info_.ulFlags = flags;
+    info_.lpfn = &FolderDialog::callback;
+    info_.lParam = reinterpret_cast<LPARAM>(this);
+}
+FolderDialog::FolderDialog(Window& owner, const char* title, unsigned flags)
+    : FolderDialog(owner.getWindowHandle(), BasicString<wchar_t>(title), flags, 0)
+{
+}
+FolderDialog::FolderDialog(Window& owner, const wchar_t* title, unsigned flags)
+    : FolderDialog(owner.getWindowHandle(), BasicString<wchar_t>(title), flags, 0)
+{
+}
+FolderDialog::FolderDialog(HWND owner, const char* title, unsigned flags)
+    : FolderDialog(owner, BasicString<wchar_t>(title), flags, 0)
+{
+}
+FolderDialog::FolderDialog(HWND owner, const wchar_t* title, unsigned flags)
+    : FolderDialog(owner, BasicString<wchar_t>(title), flags, 0)
+{
+}
+FolderDialog::~FolderDialog() = default;
+
+void FolderDialog::onInitialized() {}
+void FolderDialog::onSelectionChanged(const ItemIDList&) {}
+bool FolderDialog::onValidateFailed(const char*) { return false; }
+bool FolderDialog::onValidateFailed(const wchar_t*) { return false; }
+
+void FolderDialog::setRoot(int folder)
+{
+    LPITEMIDLIST list = nullptr;
+    HRESULTHolder::throwOnError(SHGetSpecialFolderLocation(nullptr, folder, &list),
+                                "Can't get special folder location");
+    root_.attach(list);
+    info_.pidlRoot = list;
+}
+
+void FolderDialog::setSelection(const char* path) { setSelection(BasicString<wchar_t>(path).c_str()); }
+void FolderDialog::setSelection(const wchar_t* path)
+{
+    preselected_.close();
+    preselectedPath_ = BasicString<wchar_t>(path);
+}
+void FolderDialog::setSelection(const ITEMIDLIST* folder)
+{
+    preselected_.copy(folder);
+    preselectedPath_.clear();
+}
+
+bool FolderDialog::showModal()
+{
+    struct Unbinding {
+        ~Unbinding() { dialog.attach(nullptr, false); }
+        FolderDialog& dialog;
+    };
+    const Unbinding unbinding{*this};
+    // Taken over inside, so that it is not lost when an exception comes back with it.
+    runningLoop([&] { selection_.attach(SHBrowseForFolderW(&info_)); },
+                [&]() noexcept { PostMessageW(*this, WM_COMMAND, IDCANCEL, 0); });
+    return static_cast<bool>(selection_);
+}
+
+void FolderDialog::setStatusText(const char* text)
+{
+    runningHandlers([&] { SendMessageW(*this, BFFM_SETSTATUSTEXTA, 0, reinterpret_cast<LPARAM>(text)); });
+}
+void FolderDialog::setStatusText(const wchar_t* text)
+{
+    runningHandlers([&] { SendMessageW(*this, BFFM_SETSTATUSTEXTW, 0, reinterpret_cast<LPARAM>(text)); });
+}
+void FolderDialog::enableOk(bool enable)
+{
+    runningHandlers([&] { SendMessageW(*this, BFFM_ENABLEOK, 0, enable); });
+}
+
+void FolderDialog::select()
+{
+    const bool isPath = !preselectedPath_.empty();
+    const void* const folder =
+        isPath ? static_cast<const void*>(preselectedPath_.c_str()) : static_cast<const void*>(preselected_.get());
+    if (folder)
+        runningHandlers([&] { SendMessageW(*this, BFFM_SETSELECTIONW, isPath, reinterpret_cast<LPARAM>(folder)); });
+}
+
+int CALLBACK FolderDialog::callback(HWND hwnd, UINT msg, LPARAM lParam, LPARAM data)
+{
+    return guardedCallback(0, [&] { return reinterpret_cast<FolderDialog*>(data)->handle(hwnd, msg, lParam); });
+}
+
+int FolderDialog::handle(HWND hwnd, UINT msg, LPARAM lParam)
+{
+    if (!isOpen())
+        attach(hwnd, false);
+    switch (msg) {
+    case BFFM_INITIALIZED:
+        select();
+        onInitialized();
+        return 0;
+    case BFFM_SELCHANGED:
+        onSelectionChanged(ItemIDList(reinterpret_cast<ITEMIDLIST*>(lParam), false));
+        return 0;
+    case BFFM_VALIDATEFAILEDA:
+        return onValidateFailed(reinterpret_cast<const char*>(lParam));
+    case BFFM_VALIDATEFAILEDW:
+        return onValidateFailed(reinterpret_cast<const wchar_t*>(lParam));
+    default:
+        return 0;
+    }
+}
+} // namespace tarn

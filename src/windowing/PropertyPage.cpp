@@ -1,0 +1,127 @@
+#include <tarn/PropertyPage.h>
+
+#include "../foundation/Check.h"
+#include "HandlerScope.h"
+#include "SheetCancelling.h"
+
+namespace tarn {
+PropertyPage::PropertyPage(unsigned short resource, HINSTANCE instance) : Dialog(resource, instance)
+{
+    initialize(resource, instance);
+}
+
+PropertyPage::PropertyPage(unsigned short resource, unsigned short title, HINSTANCE instance)
+    : PropertyPage(resource, instance)
+{
+    data_.dwFlags |= PSP_USETITLE;
+    data_.pszTitle = MAKEINTRESOURCEW(title);
+}
+
+void PropertyPage::initialize(unsigned short resource, HINSTANCE instance)
+{
+    data_.dwSize = sizeof data_;
+    data_.dwFlags = PSP_USECALLBACK;
+    data_.hInstance = instance;
+    data_.pszTemplate = MAKEINTRESOURCEW(resource);
+    data_.pfnDlgProc = &PropertyPage::dlgProc;
+    data_.pfnCallback = &PropertyPage::propSheetPageProc;
+    data_.lParam = reinterpret_cast<LPARAM>(this);
+}
+
+// The handle of an open page is the sheet's.
+PropertyPage::~PropertyPage()
+{
+    if (page_ && !isOpen())
+        DestroyPropertySheetPage(page_);
+}
+
+HPROPSHEETPAGE PropertyPage::create()
+{
+    if (page_)
+        return page_;
+    constexpr const char* failed = "Can't create property page";
+    // A missing template would show only when the page has to appear, and not everywhere as a failure.
+    ensure(FindResourceW(data_.hInstance, data_.pszTemplate, RT_DIALOG), failed);
+    page_ = ensure(CreatePropertySheetPageW(&data_), failed);
+    return page_;
+}
+
+void PropertyPage::release() { page_ = nullptr; }
+
+void PropertyPage::setHeader(unsigned short title, unsigned short subtitle)
+{
+    data_.dwFlags |= PSP_USEHEADERTITLE | PSP_USEHEADERSUBTITLE;
+    data_.pszHeaderTitle = MAKEINTRESOURCEW(title);
+    data_.pszHeaderSubTitle = MAKEINTRESOURCEW(subtitle);
+}
+
+void PropertyPage::clearHeader()
+{
+    data_.dwFlags &= ~static_cast<DWORD>(PSP_USEHEADERTITLE | PSP_USEHEADERSUBTITLE);
+    data_.pszHeaderTitle = nullptr;
+    data_.pszHeaderSubTitle = nullptr;
+}
+
+void PropertyPage::enableWatermark(bool enable)
+{
+    if (enable) {
+        data_.dwFlags |= PSP_HIDEHEADER;
+        data_.dwFlags &= ~static_cast<DWORD>(PSP_USEHEADERSUBTITLE);
+        return;
+    }
+    data_.dwFlags &= ~static_cast<DWORD>(PSP_HIDEHEADER);
+    if (data_.pszHeaderSubTitle)
+        data_.dwFlags |= PSP_USEHEADERSUBTITLE;
+}
+
+LRESULT PropertyPage::onNotify(const NMHDR& header)
+{
+    switch (static_cast<int>(header.code)) {
+    case static_cast<int>(PSN_WIZNEXT):
+        return onNext();
+    case static_cast<int>(PSN_WIZBACK):
+        return onBack();
+    case static_cast<int>(PSN_WIZFINISH):
+        return onFinish();
+    case static_cast<int>(PSN_SETACTIVE):
+        return onActivate();
+    case static_cast<int>(PSN_KILLACTIVE):
+        return onDeactivate();
+    case static_cast<int>(PSN_QUERYCANCEL):
+        return onCancel();
+    default:
+        return Window::onNotify(header);
+    }
+}
+
+int PropertyPage::onNext() { return 0; }
+int PropertyPage::onBack() { return 0; }
+bool PropertyPage::onFinish() { return false; }
+int PropertyPage::onActivate() { return 0; }
+bool PropertyPage::onDeactivate() { return false; }
+bool PropertyPage::onCancel() { return false; }
+
+INT_PTR CALLBACK PropertyPage::dlgProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
+{
+    if (msg == WM_NOTIFY && isCancellingSheet() && reinterpret_cast<const NMHDR*>(lParam)->code == PSN_QUERYCANCEL)
+        return FALSE;
+    if (msg != WM_INITDIALOG)
+        return Dialog::dlgProc(hwnd, msg, wParam, lParam);
+    return guardedCallback<INT_PTR>(FALSE, [&] {
+        auto* const page = reinterpret_cast<PropertyPage*>(reinterpret_cast<const PROPSHEETPAGEW*>(lParam)->lParam);
+        return page->Dialog::initialize(hwnd, reinterpret_cast<HWND>(wParam));
+    });
+}
+
+UINT CALLBACK PropertyPage::propSheetPageProc(HWND, UINT msg, PROPSHEETPAGEW* data)
+{
+    if (msg == PSPCB_CREATE)
+        return TRUE;
+    if (msg == PSPCB_RELEASE)
+        guardedCallback(0, [&] {
+            reinterpret_cast<PropertyPage*>(data->lParam)->release();
+            return 0;
+        });
+    return 0;
+}
+} // namespace tarn

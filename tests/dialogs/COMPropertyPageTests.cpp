@@ -1,0 +1,112 @@
+#include "Driving.h"
+#include "Expect.h"
+
+#include <tarn/COMPropertyPage.h>
+#include <tarn/Factory.h>
+
+#include <olectl.h>
+
+#include <stdexcept>
+
+using namespace tarn;
+
+namespace {
+constexpr GUID pageClass = {0x5d1f0a21, 0x33c4, 0x4f1d, {0x9a, 0x11, 0x20, 0x6b, 0x33, 0x41, 0x52, 0x01}};
+
+class Page : public COMPropertyPage {
+public:
+    explicit Page(IUnknown* outer) : COMPropertyPage(outer, 11, 2, GetModuleHandleW(nullptr)) { current = this; }
+    ~Page() override { current = nullptr; }
+    bool onInitDialog(Window&) override
+    {
+        setText(10, "value");
+        return true;
+    }
+    void onCommand(Window*, unsigned short code, unsigned short) override
+    {
+        if (code == EN_CHANGE && isOpen())
+            setDirty(true);
+        if (code == EN_KILLFOCUS + 1000)
+            throw std::runtime_error("in a handler");
+    }
+    void onError(const std::exception& error) override { heard = error.what(); }
+    void apply() override
+    {
+        if (failing)
+            throw std::bad_alloc();
+        ++applied;
+    }
+
+    bool failing = false;
+    std::string heard;
+    static inline Page* current = nullptr;
+    static inline int applied = 0;
+};
+
+struct Apartment {
+    Apartment() { CoInitialize(nullptr); }
+    ~Apartment() { CoUninitialize(); }
+};
+} // namespace
+
+TEST_CASE("COMPropertyPage: serves its size, its window and its values", "[compage]")
+{
+    const Apartment apartment;
+    const COMInterfacePointer<IPropertyPage> page(new Page(nullptr));
+    PROPPAGEINFO info{};
+    REQUIRE(page->GetPageInfo(&info) == S_OK);
+    CHECK((info.size.cx > 100 && std::wstring(info.pszTitle) == L"Title"));
+    CoTaskMemFree(info.pszTitle);
+    CHECK(page->Deactivate() == E_UNEXPECTED);
+
+    IUnknown* const object = page;
+    CHECK(page->SetObjects(1, const_cast<IUnknown**>(&object)) == S_OK);
+    CHECK((Page::current->getObjects().size() == 1 && page->SetObjects(0, nullptr) == S_OK));
+    Window parent;
+    parent.create(L"STATIC", L"", WS_OVERLAPPED, RECT{0, 0, 300, 300}, nullptr, nullptr, nullptr);
+    const RECT place{5, 6, 205, 106};
+    CHECK(page->Activate(parent, nullptr, FALSE) == E_POINTER);
+    REQUIRE(page->Activate(parent, &place, FALSE) == S_OK);
+    CHECK((Page::current->getTextA(10) == "value" && Page::current->getWindowSize() == Size(200, 100)));
+    CHECK(page->IsPageDirty() == S_FALSE);
+    Page::current->setText(10, "other");
+    CHECK(page->IsPageDirty() == S_OK);
+    Page::current->failing = true;
+    CHECK((page->Apply() == E_OUTOFMEMORY && page->IsPageDirty() == S_OK));
+    Page::current->failing = false;
+    CHECK((page->Apply() == S_OK && page->IsPageDirty() == S_FALSE));
+    CHECK(page->Help(L"") == E_NOTIMPL);
+    SendMessageW(*Page::current, WM_COMMAND, MAKEWPARAM(10, EN_KILLFOCUS + 1000), 0);
+    CHECK(Page::current->heard == "in a handler");
+    CHECK((page->Show(SW_SHOW) == S_OK && page->Deactivate() == S_OK));
+    CHECK(!Page::current->isOpen());
+}
+
+TEST_CASE("COMPropertyPage: a property frame shows, applies and releases it", "[compage]")
+{
+    const Apartment apartment;
+    const COMInterfacePointer<IUnknown> factory(
+        static_cast<IClassFactory*>(new Factory([](IUnknown* outer) -> IUnknownImpl* { return new Page(outer); })));
+    DWORD cookie = 0;
+    REQUIRE(CoRegisterClassObject(pageClass, factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie) == S_OK);
+    Page::applied = 0;
+    const COMInterfacePointer<IUnknown> object(factory);
+    IUnknown* objects[] = {object};
+    bool wasChanged = false;
+    support::Driver driver([&] {
+        if (!Page::current || !Page::current->isOpen())
+            return false;
+        Page::current->setText(10, "changed");
+        wasChanged = true;
+        return PostMessageW(support::visibleDialog(), WM_COMMAND, IDOK, 0) != FALSE;
+    });
+    CLSID page = pageClass;
+    CHECK(OleCreatePropertyFrame(nullptr, 0, 0, L"Frame", 1, objects, 1, &page, 0, 0, nullptr) == S_OK);
+    CHECK(wasChanged);
+    CHECK(!driver.isLate());
+    // Wine's frame shows pages, but does not apply them.
+    if (!GetProcAddress(GetModuleHandleW(L"ntdll"), "wine_get_version"))
+        CHECK(Page::applied >= 1);
+    CHECK(!Page::current);
+    CoRevokeClassObject(cookie);
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <tarn/Windows.h>
+
+#include <functional>
+
+namespace support {
+/// Works on a modal dialog from inside of its loop: calls `step` every few milliseconds until it returns
+/// true. Gives up after five seconds: then it posts a cancel to every dialog of the thread, so that the
+/// test ends, and fails.
+class Driver {
+public:
+    explicit Driver(std::function<bool()> step);
+    Driver(const Driver&) = delete;
+    Driver& operator=(const Driver&) = delete;
+    ~Driver();
+
+    bool isDone() const { return done_; }
+    bool isLate() const { return late_; }
+
+private:
+    static void CALLBACK onTimer(HWND, UINT, UINT_PTR, DWORD);
+
+    std::function<bool()> step_;
+    UINT_PTR timer_;
+    DWORD start_ = GetTickCount();
+    bool done_ = false;
+    bool late_ = false;
+};
+
+/// The visible dialog of the calling thread, null when there is none.
+HWND visibleDialog();
+} // namespace support

@@ -1,0 +1,1 @@
+target_sources(${test} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/dialogs/Dialogs.rc")
