@@ -23,6 +23,7 @@ class TARN_API COMPropertyPage : public Dialog, public IPropertyPage, public IUn
 public:
     /// `title` is a string resource, the text on the page's tab.
     COMPropertyPage(IUnknown* outer, unsigned short resource, unsigned short title, HINSTANCE instance);
+    ~COMPropertyPage() noexcept override = default;
 
     TARN_IUNKNOWN_METHODS
     HRESULT STDMETHODCALLTYPE SetPageSite(IPropertyPageSite* site) override;

@@ -1,3 +1,4 @@
+#include "Counts.h"
 #include "Driving.h"
 #include "Expect.h"
 
@@ -156,13 +157,12 @@ TEST_CASE("Dialog: each failure has its text", "[dialog]")
 
 TEST_CASE("Dialog: a thousand dialogs leave nothing behind", "[dialog]")
 {
-    const auto objects = [] { return GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS); };
     Probe dialog;
     dialog.onStart = [&] { dialog.end(1); };
     dialog.showModal();
-    const DWORD before = objects();
+    const unsigned before = support::userObjects();
     for (int i = 0; i < 1000; ++i)
         dialog.showModal();
-    CHECK(objects() <= before);
+    CHECK(support::userObjects() <= before);
     CHECK(!dialog.isOpen());
 }
