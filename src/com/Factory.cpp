@@ -1,21 +1,12 @@
 #include <tarn/Factory.h>
 
+#include "NullIdentifier.h"
+
 #include <tarn/COMModule.h>
 
 #include <memory>
 
 namespace tarn {
-namespace {
-// COM passes identifiers by pointer, so the reference may well be null; the compiler takes it for granted
-// that it is not and must not see the comparison.
-bool isNull(const GUID& guid)
-{
-    const GUID* address = &guid;
-    asm("" : "+r"(address));
-    return !address;
-}
-} // namespace
-
 Factory::Factory(const Factory&) = default;
 Factory& Factory::operator=(const Factory&) = default;
 Factory::~Factory() = default;

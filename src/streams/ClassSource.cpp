@@ -1,18 +1,9 @@
 #include <tarn/ClassSource.h>
 
+#include "../com/NullIdentifier.h"
+
 namespace tarn {
 const IID IID_ClassSource = {0x7BB892C4, 0xBBBF, 0x45B2, {0x89, 0xCE, 0x88, 0x80, 0x23, 0x0D, 0x58, 0x46}};
-
-namespace {
-// COM passes identifiers by pointer, so the reference may well be null; the compiler takes it for granted
-// that it is not and must not see the comparison.
-bool isNull(const IID& iid)
-{
-    const IID* address = &iid;
-    asm("" : "+r"(address));
-    return !address;
-}
-} // namespace
 
 HRESULT SimpleClassSource::QueryInterface(REFIID riid, void** ppv)
 {
