@@ -1,5 +1,6 @@
 # The archives that are handed out: one with all that a user needs, one with the symbols for debugging.
 
+set(CPACK_COMPONENTS_ALL Unspecified)
 # Symbols lie in a file of their own, which the stripped DLL names, so that a debugger finds it.
 if(CMAKE_BUILD_TYPE STREQUAL "RelWithDebInfo")
     add_custom_command(TARGET tarn POST_BUILD
@@ -7,6 +8,7 @@ if(CMAKE_BUILD_TYPE STREQUAL "RelWithDebInfo")
         COMMAND ${CMAKE_STRIP} --strip-debug $<TARGET_FILE:tarn>
         COMMAND ${CMAKE_OBJCOPY} --add-gnu-debuglink=$<TARGET_FILE:tarn>.debug $<TARGET_FILE:tarn> VERBATIM)
     install(FILES "$<TARGET_FILE:tarn>.debug" DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT symbols)
+    list(APPEND CPACK_COMPONENTS_ALL symbols)
 endif()
 
 # The run-time DLLs and the Boost headers are other people's: their terms go with them.
@@ -27,7 +29,6 @@ set(CPACK_PACKAGE_VENDOR Tarn++)
 set(CPACK_SYSTEM_NAME windows-i686)
 set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}/packages")
 set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
-set(CPACK_COMPONENTS_ALL Unspecified symbols)
 set(CPACK_ARCHIVE_UNSPECIFIED_FILE_NAME "tarn-${PROJECT_VERSION}-windows-i686")
 set(CPACK_ARCHIVE_SYMBOLS_FILE_NAME "tarn-${PROJECT_VERSION}-windows-i686-symbols")
 include(CPack)
