@@ -4,12 +4,16 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 
 find_program(TARN_CCACHE ccache)
 if(TARN_CCACHE AND PROJECT_IS_TOP_LEVEL)
-    # Precompiled headers are cached only when ccache may ignore their time stamps.
+    # Precompiled headers are cached only when ccache may ignore their time stamps. With paths below the
+    # source folder taken as relative ones, all clones share the cache.
     set(CMAKE_CXX_COMPILER_LAUNCHER
         ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
-        ${TARN_CCACHE})
+        CCACHE_BASEDIR=${PROJECT_SOURCE_DIR} ${TARN_CCACHE})
     add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fpch-preprocess>)
 endif()
+
+# No path of the machine that builds goes into what is built.
+add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>)
 
 add_library(tarn_warnings INTERFACE)
 target_compile_options(tarn_warnings INTERFACE
