@@ -22,6 +22,8 @@ if(EXISTS /usr/share/common-licenses/GPL-3)
     install(FILES /usr/share/common-licenses/GPL-3 DESTINATION "${licences}" RENAME GPL-3.txt)
 endif()
 install(FILES README.md DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/doc/tarn")
+install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/doc/tarn"
+    FILES_MATCHING PATTERN "*.md" PATTERN "*.svg")
 
 set(CPACK_GENERATOR ZIP)
 set(CPACK_PACKAGE_NAME tarn)
