@@ -1,26 +1,18 @@
-#include "Script.h"
+#include "ScriptCommands.h"
+
+#include "SketchWindow.h"
 
 #include <shlobj.h>
 
 #include <cmath>
 #include <cstring>
-#include <fstream>
 #include <map>
 #include <numbers>
-#include <sstream>
 #include <stdexcept>
 #include <vector>
 
 namespace {
-using Arguments = std::istringstream;
-
-template <class T> T next(Arguments& arguments, const char* what)
-{
-    T value;
-    if (!(arguments >> value))
-        throw std::runtime_error(std::string(what) + " is missing");
-    return value;
-}
+using support::Arguments;
 
 void mouse(SketchWindow& window, UINT msg, const POINT& at)
 {
@@ -39,17 +31,17 @@ void playStroke(SketchWindow& window, Arguments& arguments)
 {
     std::vector<tarn::Point> points;
     do {
-        const auto x = next<long>(arguments, "x");
-        points.emplace_back(x, next<long>(arguments, "y"));
+        const auto x = arguments.next<long>("x");
+        points.emplace_back(x, arguments.next<long>("y"));
     } while (arguments >> std::ws, !arguments.eof());
     stroke(window, points);
 }
 
 void playArc(SketchWindow& window, Arguments& arguments)
 {
-    const auto x = next<double>(arguments, "x"), y = next<double>(arguments, "y");
-    const auto radius = next<double>(arguments, "the radius");
-    const auto from = next<double>(arguments, "the first angle"), to = next<double>(arguments, "the last angle");
+    const auto x = arguments.next<double>("x"), y = arguments.next<double>("y");
+    const auto radius = arguments.next<double>("the radius");
+    const auto from = arguments.next<double>("the first angle"), to = arguments.next<double>("the last angle");
     constexpr int steps = 60;
     std::vector<tarn::Point> points;
     for (int i = 0; i <= steps; ++i) {
@@ -61,8 +53,8 @@ void playArc(SketchWindow& window, Arguments& arguments)
 
 void playSize(SketchWindow& window, Arguments& arguments)
 {
-    const auto width = next<int>(arguments, "the width");
-    const auto height = next<int>(arguments, "the height");
+    const auto width = arguments.next<int>("the width");
+    const auto height = arguments.next<int>("the height");
     const tarn::Size outer = window.getWindowSize(), inner = window.getClientSize();
     window.setSize(width + outer.cx - inner.cx, height + outer.cy - inner.cy, SWP_NOACTIVATE);
 }
@@ -72,7 +64,7 @@ void playKey(SketchWindow& window, Arguments& arguments)
     static const std::map<std::string, WPARAM> keys = {{"back", VK_BACK},    {"delete", VK_DELETE}, {"left", VK_LEFT},
                                                        {"right", VK_RIGHT},  {"up", VK_UP},         {"down", VK_DOWN},
                                                        {"pageup", VK_PRIOR}, {"pagedown", VK_NEXT}};
-    const auto found = keys.find(next<std::string>(arguments, "the key"));
+    const auto found = keys.find(arguments.next<std::string>("the key"));
     if (found == keys.end())
         throw std::runtime_error("no such key");
     window.sendMessageA(WM_KEYDOWN, found->second, 1);
@@ -81,15 +73,14 @@ void playKey(SketchWindow& window, Arguments& arguments)
 
 void playWheel(SketchWindow& window, Arguments& arguments)
 {
-    const auto delta = next<int>(arguments, "the number of notches") * WHEEL_DELTA;
+    const auto delta = arguments.next<int>("the number of notches") * WHEEL_DELTA;
     window.sendMessageA(WM_MOUSEWHEEL, MAKEWPARAM(0, delta), 0);
 }
 
 // The window releases the memory, as it does for a real drop.
 void playDrop(SketchWindow& window, Arguments& arguments)
 {
-    std::string path;
-    std::getline(arguments >> std::ws, path);
+    const std::string path = arguments.rest();
     const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, sizeof(DROPFILES) + path.size() + 2);
     auto* const drop = static_cast<DROPFILES*>(memory ? GlobalLock(memory) : nullptr);
     if (!drop)
@@ -99,53 +90,17 @@ void playDrop(SketchWindow& window, Arguments& arguments)
     GlobalUnlock(memory);
     window.sendMessageA(WM_DROPFILES, reinterpret_cast<WPARAM>(memory));
 }
-
-void playWait(SketchWindow&, Arguments& arguments)
-{
-    const DWORD end = GetTickCount() + next<DWORD>(arguments, "the time");
-    for (;;) {
-        MSG msg;
-        while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE))
-            tarn::Window::dispatchMessage(msg);
-        const auto left = static_cast<LONG>(end - GetTickCount());
-        if (left <= 0)
-            return;
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, static_cast<DWORD>(left), QS_ALLINPUT);
-    }
-}
-
-void playLine(SketchWindow& window, const std::string& line)
-{
-    using Player = void (*)(SketchWindow&, Arguments&);
-    static const std::map<std::string, Player> players = {
-        {"size", playSize},   {"stroke", playStroke}, {"arc", playArc},  {"key", playKey},
-        {"wheel", playWheel}, {"drop", playDrop},     {"wait", playWait}};
-    Arguments arguments(line);
-    std::string command;
-    if (!(arguments >> command) || command.front() == '#')
-        return;
-    if (const auto found = players.find(command); found != players.end())
-        found->second(window, arguments);
-    else if (const unsigned short id = SketchWindow::commandOf(command))
-        window.sendMessageA(WM_COMMAND, id);
-    else
-        throw std::runtime_error("no such command");
-}
 } // namespace
 
-void playScript(SketchWindow& window, const std::string& file)
+support::Commands scriptCommands(SketchWindow& window)
 {
-    std::ifstream script(file);
-    if (!script)
-        throw std::runtime_error("Can't open the script " + file);
-    std::string line;
-    for (int number = 1; std::getline(script, line); ++number) {
-        if (line.ends_with('\r'))
-            line.pop_back();
-        try {
-            playLine(window, line);
-        } catch (const std::exception& e) {
-            throw std::runtime_error(file + ", line " + std::to_string(number) + " (" + line + "): " + e.what());
-        }
-    }
+    static const std::map<std::string, void (*)(SketchWindow&, Arguments&)> players = {
+        {"size", playSize}, {"stroke", playStroke}, {"arc", playArc},
+        {"key", playKey},   {"wheel", playWheel},   {"drop", playDrop}};
+    support::Commands commands;
+    for (const auto& [name, play] : players)
+        commands[name] = [&window, play](Arguments& arguments) { play(window, arguments); };
+    for (const auto& [name, id] : SketchWindow::choices())
+        commands[name] = [&window, id](Arguments&) { window.sendMessageA(WM_COMMAND, id); };
+    return commands;
 }
