@@ -128,7 +128,7 @@ void Window::subclass(HWND hwnd)
 {
     if (hwnd && hwnd == hwnd_ && previousProc_)
         return;
-    Window* const former = find(hwnd);
+    Window* const former = getWindowFromHandle(hwnd, false);
     const WNDPROC taken = former ? std::exchange(former->previousProc_, nullptr) : nullptr;
     bind(hwnd);
     if (!hwnd)
