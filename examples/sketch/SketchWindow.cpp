@@ -3,7 +3,6 @@
 #include <tarn/Brush.h>
 #include <tarn/PaintDeviceContext.h>
 
-#include <algorithm>
 #include <iterator>
 
 using tarn::Point;
@@ -49,13 +48,6 @@ HMENU makeMenu()
     append(bar, reinterpret_cast<UINT_PTR>(width), "&Width", MF_POPUP);
     return bar;
 }
-
-template <class Entries> std::size_t indexOf(const Entries& entries, const std::string& name)
-{
-    const auto found = std::ranges::find_if(
-        entries, [&](const auto& entry) { return tarn::BasicString<char>(entry.name).toLower() == name; });
-    return static_cast<std::size_t>(found - std::begin(entries));
-}
 } // namespace
 
 SketchWindow::SketchWindow(HINSTANCE program)
@@ -81,13 +73,16 @@ SketchWindow::~SketchWindow()
     }
 }
 
-unsigned short SketchWindow::commandOf(const std::string& name)
+std::map<std::string, unsigned short> SketchWindow::choices()
 {
-    if (const std::size_t colour = indexOf(colours, name); colour < std::size(colours))
-        return static_cast<unsigned short>(firstColour + colour);
-    if (const std::size_t width = indexOf(widths, name); width < std::size(widths))
-        return static_cast<unsigned short>(firstWidth + width);
-    return 0;
+    std::map<std::string, unsigned short> commands;
+    const auto add = [&](const auto& entries, unsigned short first) {
+        for (const auto& entry : entries)
+            commands[tarn::BasicString<char>(entry.name).toLower()] = first++;
+    };
+    add(colours, firstColour);
+    add(widths, firstWidth);
+    return commands;
 }
 
 LRESULT SketchWindow::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)

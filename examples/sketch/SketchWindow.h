@@ -9,6 +9,7 @@
 #include <tarn/WindowClass.h>
 
 #include <list>
+#include <map>
 #include <string>
 
 /// The program's window: shows a part of the sketch, lets the mouse draw in it, and lists dropped files.
@@ -20,8 +21,8 @@ public:
     explicit SketchWindow(HINSTANCE program);
     ~SketchWindow() override;
 
-    /// The command of a colour or a width in the menu, by its name in lower case; 0 when there is none.
-    static unsigned short commandOf(const std::string& name);
+    /// The commands of the colours and widths in the menu, by their names in lower case.
+    static std::map<std::string, unsigned short> choices();
 
     LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
     void onCommand(Window* sender, unsigned short code, unsigned short id) override;

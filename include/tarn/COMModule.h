@@ -59,7 +59,8 @@ public:
     void revokeClassFactories(); ///< Revokes them all, then throws "Can't revoke class object" if one failed.
 
     /// The life of a local server, on a thread that has initialised COM: offers the classes, dispatches
-    /// messages, and returns when the module was idle for `idleMs` or on `WM_QUIT`.
+    /// messages, and returns when the module was idle for `idleMs` or on `WM_QUIT`. What the handler of a
+    /// Window throws meanwhile comes out of it, and the classes are revoked then, too.
     void serve(unsigned idleMs = 5000);
 
     /// Writes the entries by which the system finds the classes: below "CLSID" the name and the path of

@@ -179,7 +179,8 @@ public:
     void attach(HWND parent, unsigned short id);
     /// A null handle unbinds. An object that subclasses the window already takes no second turn, and one
     /// that subclasses (or attaches to) what another object is bound to replaces that object: it becomes
-    /// unbound, or, if it owns the window, gets no more messages and still destroys it.
+    /// unbound, or, if it owns the window, gets no more messages and still destroys it. Its subclassing goes
+    /// over to an object that subclasses, and ends when one attaches.
     void subclass(HWND hwnd);
     /// Throws "Can't retrieve dialogue item for subclassing".
     void subclass(HWND parent, unsigned short id);
@@ -206,7 +207,8 @@ public:
     //         TranslateMessage(&msg); // or no WM_CHAR and no menu keys: nothing else here does it
     //         Window::dispatchMessage(msg);
     //     }
-    // and runMessageLoop() of MessageLoop.h is just that.
+    // and runMessageLoop() of MessageLoop.h is just that. There is also what a loop needs for the keys of
+    // dialogs and for accelerators.
 
     /// Waits for a message of this window; false for `WM_QUIT`. Throws "Error in GetMessage".
     bool getMessage(MSG& msg, UINT min = 0, UINT max = 0) const;
@@ -347,13 +349,16 @@ public:
 
     Menu getMenu() const;     ///< Borrowed.
     void drawMenuBar() const; ///< Throws "Error drawing the menu bar".
-    /// At screen coordinates. With `TPM_RETURNCMD` the command chosen, or 0. Throws "Error tracking popup menu".
+    /// At screen coordinates. With `TPM_RETURNCMD` the command chosen, or 0 when none was, which is a failure
+    /// only if the system sets an error; without, what was chosen comes as a message, and 0 is always a
+    /// failure. Throws "Error tracking popup menu".
     int trackPopupMenu(HMENU menu, int x, int y, unsigned flags) const;
     int trackPopupMenu(HMENU menu, const POINT& position, unsigned flags) const;
 
 protected:
-    /// Binds any window, owned or not, without taking over its messages. A null handle unbinds.
-    /// Takes nothing but a `bool`, so that attach(parent, IDOK) means the dialog item.
+    /// Binds any window, owned or not, without taking over its messages. A null handle unbinds. With the
+    /// handle that the object holds already only the ownership changes. Takes nothing but a `bool`, so that
+    /// attach(parent, IDOK) means the dialog item.
     template <std::same_as<bool> Owns> void attach(HWND hwnd, Owns owns) { attachWindow(hwnd, owns); }
 
     /// Handles a message as if the window had got it, for callbacks of other kinds (a dialog procedure).
@@ -390,6 +395,7 @@ private:
     void attachWindow(HWND hwnd, bool owns);
     void bind(HWND hwnd);
     void unbind();
+    void restoreProcedure();
     bool isBound() const;
     void forget();
     void destroyQuietly() noexcept;

@@ -1,5 +1,9 @@
 #include <tarn/COMModule.h>
 
+#include <tarn/Window.h>
+
+#include "../windowing/HandlerScope.h"
+
 #include <algorithm>
 #include <atomic>
 #include <memory>
@@ -23,18 +27,35 @@ private:
     COMModule* module_;
 };
 
-// Handles waiting messages, at most `timeoutMs` later; false on WM_QUIT.
+// Handles waiting messages, at most `timeoutMs` later; false on WM_QUIT. Throws what a handler throws.
 bool dispatchMessages(DWORD timeoutMs)
 {
     MsgWaitForMultipleObjectsEx(0, nullptr, timeoutMs, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
     MSG message;
-    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+    // Looking for a message already runs the handlers of those that other threads have sent.
+    while (runningHandlers([&] { return PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE); })) {
         if (message.message == WM_QUIT)
             return false;
         TranslateMessage(&message);
-        DispatchMessageW(&message);
+        Window::dispatchMessage(message);
     }
     return true;
+}
+
+void dispatchUntilIdle(const COMModule& module, unsigned idleMs)
+{
+    constexpr DWORD longestWaitMs = 250; // Objects may come and go on other threads, without a message.
+    ULONGLONG idleSince = GetTickCount64();
+    while (dispatchMessages(std::min<DWORD>(idleMs, longestWaitMs))) {
+        if (!module.isIdle()) {
+            idleSince = GetTickCount64();
+        } else if (GetTickCount64() - idleSince >= idleMs) {
+            CoSuspendClassObjects(); // From here on a new client starts a server of its own.
+            if (module.isIdle())
+                break;
+            CoResumeClassObjects();
+        }
+    }
 }
 } // namespace
 
@@ -128,17 +149,14 @@ void COMModule::revokeClassFactories()
 void COMModule::serve(unsigned idleMs)
 {
     registerClassFactories();
-    constexpr DWORD longestWaitMs = 250; // Objects may come and go on other threads, without a message.
-    ULONGLONG idleSince = GetTickCount64();
-    while (dispatchMessages(std::min<DWORD>(idleMs, longestWaitMs))) {
-        if (!isIdle()) {
-            idleSince = GetTickCount64();
-        } else if (GetTickCount64() - idleSince >= idleMs) {
-            CoSuspendClassObjects(); // From here on a new client starts a server of its own.
-            if (isIdle())
-                break;
-            CoResumeClassObjects();
+    try {
+        dispatchUntilIdle(*this, idleMs);
+    } catch (...) {
+        try {
+            revokeClassFactories();
+        } catch (...) { // What has ended the service says more.
         }
+        throw;
     }
     revokeClassFactories();
 }

@@ -1,13 +1,19 @@
 #include <tarn/Bitmap.h>
 
-#include <tarn/DeviceContext.h>
-
 #include "GDICheck.h"
 
 #include <cstdlib>
+#include <memory>
 #include <string>
 
 namespace tarn {
+namespace {
+struct DeleteContext {
+    using pointer = HDC;
+    void operator()(HDC context) const { DeleteDC(context); }
+};
+} // namespace
+
 Bitmap::Bitmap(unsigned short resource, HINSTANCE module)
     : TypedGDIHandle(ensure(LoadBitmapW(module, MAKEINTRESOURCEW(resource)),
                             [&] { return "Can't load bitmap " + std::to_string(resource); }),
@@ -34,12 +40,14 @@ void Bitmap::getHeader(BITMAPINFOHEADER& header) const
         RGBQUAD colours[256]; // The system may write colours or masks behind the header.
     } info = {};
     info.header.biSize = sizeof info.header; // Without a number of bits this asks for the header only.
-    const DeviceContext context;
+    constexpr char failed[] = "Can't query bitmap info header";
+    const std::unique_ptr<HDC, DeleteContext> context(ensureGDI([] { return CreateCompatibleDC(nullptr); }, failed));
     ensureGDI(
         [&] {
-            return GetDIBits(context, getHandle(), 0, 0, nullptr, reinterpret_cast<BITMAPINFO*>(&info), DIB_RGB_COLORS);
+            return GetDIBits(context.get(), getHandle(), 0, 0, nullptr, reinterpret_cast<BITMAPINFO*>(&info),
+                             DIB_RGB_COLORS);
         },
-        "Can't query bitmap info header");
+        failed);
     header = info.header;
 }
 

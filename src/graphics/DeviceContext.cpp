@@ -36,7 +36,8 @@ template <class Object> Object selectInto(HDC context, Object object, const char
 class PenInUse {
 public:
     PenInUse(HDC context, unsigned long colour)
-        : context_(context), pen_(colour, PS_SOLID, 1), previous_(selectInto<HPEN>(context, pen_, "Can't draw line"))
+        : context_(context), pen_(ensureGDI([=] { return CreatePen(PS_SOLID, 1, colour); }, "Can't draw line"), true),
+          previous_(selectInto<HPEN>(context, pen_, "Can't draw line"))
     {
     }
     PenInUse(const PenInUse&) = delete;
@@ -52,12 +53,12 @@ private:
 // On a device that uses a palette: realizes the given one, and selects the previous one back at the end.
 class PaletteInUse {
 public:
-    PaletteInUse(HDC context, HPALETTE palette) : context_(context)
+    PaletteInUse(HDC context, HPALETTE palette) : PaletteInUse(context)
     {
         if (!context_.usesPalette())
             return;
         if (palette)
-            previous_ = context_.select(palette, false);
+            previous_ = ensureGDI([&] { return SelectPalette(context_, palette, false); }, "Can't realize palette");
         context_.realizePalette();
     }
     PaletteInUse(const PaletteInUse&) = delete;
@@ -69,8 +70,11 @@ public:
     }
 
 private:
+    // Complete from here on, so that the destructor also runs when realizing fails.
+    explicit PaletteInUse(HDC context) : context_(context) {}
+
     DeviceContext context_;
-    Palette previous_;
+    HPALETTE previous_ = nullptr;
 };
 
 template <class Ch> Size textExtent(HDC context, const Ch* text, std::size_t length)

@@ -65,9 +65,25 @@ TransparentPicture::TransparentPicture(const DeviceContext& target, HDC source, 
     selectBitmap(mask_, maskBitmap_);
     picture_.setTextColour(target.getTextColour());
     picture_.setBackgroundColour(target.getBackgroundColour());
+    const unsigned long key = asCopiedFrom(source, transparentColour);
     picture_.blit(source, 0, 0, size.cx, size.cy, position.x, position.y, SRCCOPY);
-    makeMask(transparentColour);
+    makeMask(key);
     blackenTransparent();
+}
+
+// What a colour looks like in the picture after the source has kept it. With 16 bits it keeps few exactly.
+unsigned long TransparentPicture::asCopiedFrom(HDC source, unsigned long colour)
+{
+    BITMAP description = {};
+    GetObjectW(GetCurrentObject(source, OBJ_BITMAP), sizeof description, &description);
+    if (description.bmBitsPixel != 16)
+        return colour;
+    const Bitmap pixel(ensureGDI([=] { return CreateCompatibleBitmap(source, 1, 1); }, blitFailed), true);
+    const DeviceContext memory(picture_); // After the bitmap, which it has to let go of first.
+    selectBitmap(memory, pixel);
+    SetPixel(memory, 0, 0, colour);
+    picture_.blit(memory, 0, 0, 1, 1, 0, 0, SRCCOPY);
+    return picture_.getPixel(0, 0);
 }
 
 // Copied to a monochrome bitmap, pixels of the source's background colour become ones and all others zeros.

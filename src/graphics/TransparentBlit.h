@@ -16,6 +16,7 @@ public:
     void draw(const DeviceContext& target, const POINT& position);
 
 private:
+    unsigned long asCopiedFrom(HDC source, unsigned long colour);
     void makeMask(unsigned long transparentColour);
     void blackenTransparent();
 

@@ -8,6 +8,7 @@
 #include "WindowWatch.h"
 
 #include <string>
+#include <utility>
 
 // Which object belongs to which window: making, binding and ending windows. An object is in the map exactly
 // while it is bound, and never under another handle than its own.
@@ -32,7 +33,7 @@ Window::~Window() noexcept(false)
 {
     if (owns_ && hwnd_)
         destroyQuietly();
-    if (isBound())
+    if (isBound()) // An attached or subclassed window stays as it is, but must not lead to a dead object.
         WindowMap.erase(hwnd_);
     Watch::tellDeath(watch_);
 }
@@ -108,11 +109,17 @@ void Window::create(const WindowClass& windowClass, const wchar_t* title, unsign
     create(MAKEINTRESOURCEW(windowClass.getAtom()), title, style, rect, parent, menu, instance);
 }
 
-void Window::attach(HWND parent, unsigned short id) { attachWindow(dialogItemForAttaching(parent, id), false); }
+void Window::attach(HWND parent, unsigned short id)
+{
+    const HWND item = dialogItemForAttaching(parent, id);
+    if (item != hwnd_ || !isBound())
+        bind(item);
+    owns_ = false;
+}
 
 void Window::attachWindow(HWND hwnd, bool owns)
 {
-    if (hwnd != hwnd_ || !isBound())
+    if (hwnd != hwnd_)
         bind(hwnd);
     owns_ = owns;
 }
@@ -121,9 +128,15 @@ void Window::subclass(HWND hwnd)
 {
     if (hwnd && hwnd == hwnd_ && previousProc_)
         return;
+    Window* const former = getWindowFromHandle(hwnd, false);
+    const WNDPROC taken = former ? std::exchange(former->previousProc_, nullptr) : nullptr;
     bind(hwnd);
     if (!hwnd)
         return;
+    if (taken) { // The shared procedure is in its place already; one that somebody put before it stays there.
+        previousProc_ = taken;
+        return;
+    }
     try {
         const LONG_PTR previous = setWindowLong(GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Window::windowProc));
         // The shared procedure as its own predecessor would be called without end.
@@ -195,7 +208,7 @@ void Window::bind(HWND hwnd)
         return;
     Window*& entry = WindowMap[hwnd];
     if (entry) {
-        previousProc_ = entry->previousProc_;
+        entry->restoreProcedure();
         if (!entry->owns_)
             entry->forget();
     }
@@ -205,18 +218,22 @@ void Window::bind(HWND hwnd)
 
 void Window::unbind()
 {
-    if (previousProc_)
-        SetWindowLongPtrW(hwnd_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(previousProc_));
+    restoreProcedure();
     if (isBound())
         WindowMap.erase(hwnd_);
     forget();
+}
+
+void Window::restoreProcedure()
+{
+    if (const WNDPROC previous = std::exchange(previousProc_, nullptr))
+        SetWindowLongPtrW(hwnd_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(previous));
 }
 
 void Window::forget()
 {
     hwnd_ = nullptr;
     owns_ = false;
-    previousProc_ = nullptr;
 }
 
 void Window::endOfWindow(HWND hwnd)

@@ -77,7 +77,8 @@ public:
     {
         if (!window_)
             return;
-        // Here again for handlers that threw or did not pass the message on to Window::onMessage.
+        // Here again for handlers that threw or did not pass the message on to Window::onMessage: an object
+        // that went on to hold the handle would destroy whatever window gets it next.
         if (record()->msg == WM_NCDESTROY)
             window_->endOfWindow(hwnd_);
         window_->messages_.pop_back();

@@ -6,7 +6,12 @@
 #include <tarn/Event.h>
 #include <tarn/GUID.h>
 #include <tarn/RegistryKey.h>
+#include <tarn/Window.h>
+#include <tarn/WindowClass.h>
 #include <tarn/WindowsModule.h>
+
+#include <stdexcept>
+#include <thread>
 
 using support::CLSID_Persistent;
 using support::Persistent;
@@ -147,6 +152,35 @@ TEST_CASE("COMModule: registered class factories can be had until they are revok
     CHECK(module.isIdle());
     module.revokeClassFactories();
     CHECK_FALSE(find());
+    CHECK(module.canUnloadNow() == S_OK);
+}
+
+TEST_CASE("COMModule: what a window's handler throws ends the service and comes out of it", "[com][module]")
+{
+    struct Failing : tarn::Window {
+        LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
+        {
+            if (msg == WM_USER)
+                throw std::logic_error("handler failed");
+            return Window::onMessage(msg, wParam, lParam);
+        }
+    };
+    const COMSession com;
+    const tarn::WindowClass windowClass(0, 0, nullptr, COLOR_WINDOW, nullptr, GetModuleHandleW(nullptr));
+    Failing window;
+    window.create(windowClass, L"", WS_POPUP, tarn::Rect(0, 0, 10, 10), nullptr, nullptr, nullptr);
+    COMModule module(GetModuleHandleW(nullptr), {persistentClass(COMModule::both)});
+    SECTION("by a message that is dispatched")
+    {
+        window.postMessageW(WM_USER);
+        support::expectError<std::logic_error>([&] { module.serve(60'000); }, "handler failed");
+    }
+    SECTION("by one that another thread sends")
+    {
+        std::thread sender([&] { SendMessageW(window, WM_USER, 0, 0); });
+        support::expectError<std::logic_error>([&] { module.serve(60'000); }, "handler failed");
+        sender.join();
+    }
     CHECK(module.canUnloadNow() == S_OK);
 }
 

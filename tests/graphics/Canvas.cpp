@@ -43,10 +43,14 @@ Canvas::Canvas(int width, int height, unsigned short bitsPerPixel)
 
 std::size_t freeGDIObjects() { return NoFreeGDIObjects().count(); }
 
-NoFreeGDIObjects::NoFreeGDIObjects()
+NoFreeGDIObjects::NoFreeGDIObjects(std::size_t but)
 {
     while (const HBRUSH brush = CreateSolidBrush(red))
         taken_.push_back(brush);
+    for (; but && !taken_.empty(); --but) {
+        DeleteObject(taken_.back());
+        taken_.pop_back();
+    }
 }
 
 NoFreeGDIObjects::~NoFreeGDIObjects()

@@ -38,10 +38,10 @@ public:
 /// none.
 std::size_t freeGDIObjects();
 
-/// While it lives no drawing object and no context can be made.
+/// While it lives only so many drawing objects and contexts can be made.
 class NoFreeGDIObjects {
 public:
-    NoFreeGDIObjects();
+    explicit NoFreeGDIObjects(std::size_t but = 0);
     NoFreeGDIObjects(const NoFreeGDIObjects&) = delete;
     NoFreeGDIObjects& operator=(const NoFreeGDIObjects&) = delete;
     ~NoFreeGDIObjects();

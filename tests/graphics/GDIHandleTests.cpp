@@ -4,7 +4,9 @@
 #include <tarn/Brush.h>
 #include <tarn/Font.h>
 #include <tarn/Pen.h>
+#include <tarn/Rect.h>
 
+#include <functional>
 #include <type_traits>
 
 using namespace tarn;
@@ -123,13 +125,17 @@ TEST_CASE("Bitmap: from resources", "[graphics][bitmap]")
 
 TEST_CASE("Graphics: what cannot be made is reported without an old error code", "[graphics][failure]")
 {
-    const std::pair<const char*, void (*)()> failures[] = {
+    Canvas canvas(4, 4);
+    const Bitmap bitmap(newDIBSection(4, 2, 24), true);
+    const std::pair<const char*, std::function<void()>> failures[] = {
         {"Can't create bitmap", [] { Bitmap(2, 2, 1, 1, nullptr); }},
         {"Can't create compatible bitmap", [] { Bitmap(HDC(), 2, 2); }},
         {"Can't create solid brush", [] { Brush{red}; }},
         {"Can't create pen", [] { Pen(red, PS_SOLID, 3); }},
         {"Can't create font", [] { smallFont("Tahoma"); }},
         {"Can't create font", [] { smallFont(L"Tahoma"); }},
+        {"Can't query bitmap info header", [&] { bitmap.getSize(); }},
+        {"Can't draw line", [&] { canvas.context.drawRectangle3D(Rect(0, 0, 4, 4), true); }},
         {"Can't create compatible DC", [] { DeviceContext(); }},
         {"Can't create compatible DC", [] { DeviceContext context(DeviceContext{HDC()}), copy(context); }},
     };

@@ -79,6 +79,21 @@ TEST_CASE("blitTransparent: a fourth byte that differs does not matter", "[graph
     CHECK(canvas.pixels() == ".B\n");
 }
 
+TEST_CASE("blitTransparent: the key is the colour as the bitmap keeps it", "[graphics][drawing]")
+{
+    constexpr unsigned long key = RGB(200, 100, 50); // Has no exact form in 16 bits.
+    Bitmap bitmap(newDIBSection(2, 1, 16), true);
+    {
+        DeviceContext context;
+        context.select(bitmap);
+        context.fillRectangle(key, Rect(0, 0, 1, 1));
+        context.fillRectangle(blue, Rect(1, 0, 2, 1));
+    }
+    Canvas canvas(2, 1);
+    canvas.context.blitTransparent(bitmap, 0, 0, 2, 1, 0, 0, key);
+    CHECK(canvas.pixels() == ".B\n");
+}
+
 TEST_CASE("blitTransparent: onto a monochrome target", "[graphics][drawing]")
 {
     Bitmap bitmap(newDIBSection(4, 2, 24), true);
@@ -128,4 +143,27 @@ TEST_CASE("Graphics: drawing leaks no objects", "[graphics][load]")
     const std::size_t before = freeGDIObjects();
     draw(500);
     CHECK(freeGDIObjects() == before);
+}
+
+TEST_CASE("Graphics: drawing that fails half way for want of objects leaks none", "[graphics][load][failure]")
+{
+    Canvas canvas(4, 4);
+    Bitmap bitmap(newDIBSection(4, 2, GENERATE(as<unsigned short>(), 16, 24)), true);
+    const std::pair<std::size_t, void (*)(Canvas&, const Bitmap&)> members[] = {
+        {8, [](Canvas& to, const Bitmap& from) { to.context.blitTransparent(from, 0, 0, 4, 2, 0, 0, white); }},
+        {2, [](Canvas& to, const Bitmap&) { to.context.drawRectangle3D(Rect(0, 0, 4, 4), true); }}};
+    for (const auto& [needed, draw] : members) {
+        draw(canvas, bitmap);
+        const std::size_t before = freeGDIObjects();
+        const HGDIOBJ pen = GetCurrentObject(canvas.context, OBJ_PEN);
+        for (std::size_t free = 0; free < needed; ++free) {
+            const NoFreeGDIObjects few(free);
+            try {
+                draw(canvas, bitmap);
+            } catch (const WindowsError&) {
+            }
+            CHECK(GetCurrentObject(canvas.context, OBJ_PEN) == pen);
+        }
+        CHECK(freeGDIObjects() == before);
+    }
 }

@@ -1,6 +1,8 @@
 #include "Windows.h"
 
 #include <tarn/MessageLoop.h>
+#include <tarn/Pipe.h>
+#include <tarn/Process.h>
 
 #include <functional>
 #include <memory>
@@ -230,6 +232,58 @@ TEST_CASE("Window: waiting for a message ends when another thread's message fail
     sender.join();
     PostQuitMessage(3);
     CHECK(runMessageLoop() == 3);
+}
+
+TEST_CASE("MessageLoop: the keys of dialogs and accelerators work, and throw what handlers throw",
+          "[window][exceptions]")
+{
+    Actor window;
+    support::open(window, WS_OVERLAPPEDWINDOW | WS_VISIBLE);
+    const HWND first = support::makeButton(window, 5, WS_VISIBLE | WS_TABSTOP);
+    const HWND second = support::makeButton(window, 6, WS_VISIBLE | WS_TABSTOP);
+    SetFocus(first);
+    MSG tab{first, WM_KEYDOWN, VK_TAB, 0, 0, {}};
+    CHECK(handleDialogMessage(window, tab));
+    CHECK(GetFocus() == second);
+    CHECK_FALSE(handleDialogMessage(nullptr, tab));
+    CHECK_FALSE(handleDialogMessage(second, tab));
+
+    ACCEL key{FVIRTKEY, VK_F5, 7};
+    const HACCEL table = CreateAcceleratorTableW(&key, 1);
+    MSG f5{window, WM_KEYDOWN, VK_F5, 0, 0, {}};
+    int commands = 0;
+    window.on = WM_COMMAND;
+    window.act = [&]() -> LRESULT { return ++commands, 0; };
+    CHECK(handleAccelerator(window, table, f5));
+    CHECK(commands == 1);
+    CHECK_FALSE(handleAccelerator(window, table, tab));
+    CHECK_FALSE(handleAccelerator(window, nullptr, f5));
+
+    window.act = failing;
+    expectHandlersError([&] { handleAccelerator(window, table, f5); });
+    MSG enter{second, WM_KEYDOWN, VK_RETURN, 0, 0, {}};
+    expectHandlersError([&] { handleDialogMessage(window, enter); });
+    window.on = ask;
+    MSG asked{window, ask, 0, 0, 0, {}};
+    expectHandlersError([&] { handleDialogMessage(window, asked); });
+    DestroyAcceleratorTable(table);
+}
+
+TEST_CASE("Window: an exception that no library call waits for ends the program", "[window][exceptions]")
+{
+    SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
+    Pipe output(0, &inheritable);
+    output.keepReadEnd();
+    Process program;
+    program.create("windowing_uncaught.exe", nullptr, output.getWriteEnd(), output.getWriteEnd(), 0);
+    output.getWriteEnd().close();
+    std::string said;
+    char buffer[200];
+    while (const unsigned count = output.getReadEnd().read(buffer, sizeof buffer))
+        said.append(buffer, count);
+    REQUIRE(program.wait(20'000) == WindowsHandle::signaled);
+    CHECK(said == "terminated by: handler failed");
+    CHECK(program.getExitCode() == 70);
 }
 
 TEST_CASE("Window: a filter of its own and the end of the loop", "[window][dispatch]")

@@ -8,3 +8,8 @@ if(TARN_BUILD_EXAMPLES)
 else()
     set_source_files_properties("${CMAKE_CURRENT_SOURCE_DIR}/${folder}/SketchTests.cpp" PROPERTIES HEADER_FILE_ONLY ON)
 endif()
+
+# Ends with an exception, which its parent looks at.
+add_executable(windowing_uncaught "${CMAKE_CURRENT_SOURCE_DIR}/${folder}/programs/uncaught.cpp")
+target_link_libraries(windowing_uncaught PRIVATE tarn::tarn tarn_warnings)
+add_dependencies(${test} windowing_uncaught)

@@ -37,6 +37,19 @@ private:
     UINT counted_;
 };
 
+/// What a stranger puts on top of the shared procedure.
+LRESULT CALLBACK onTop(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
+{
+    return CallWindowProcW(&Window::windowProc, hwnd, msg, wParam, lParam);
+}
+
+/// Holds a handle from the start, unbound.
+class Holder : public Window {
+public:
+    using Window::attach;
+    using Window::Window;
+};
+
 /// A parent with the button 5.
 struct Parent {
     Parent()
@@ -90,6 +103,23 @@ TEST_CASE("Window: an owning object takes its window with it, an attached one do
     }
     CHECK(!IsWindow(parent.button));
     support::expectFailure([&] { Probe().Window::attach(parent.window, 5); }, "Can't get dialog item 5 for attaching");
+}
+
+TEST_CASE("Window: attaching to the handle that the object holds changes only the ownership", "[window][life]")
+{
+    Parent parent;
+    {
+        Holder holder(parent.button);
+        holder.attach(parent.button, true);
+        CHECK(!objectOf(parent.button));
+        holder.attach(parent.button, false);
+        holder.Window::attach(parent.window, 5); // The item, however, is bound.
+        CHECK(objectOf(parent.button) == &holder);
+        holder.subclass(parent.button);
+        holder.attach(parent.button, true);
+        CHECK((holder.isSubclass() && objectOf(parent.button) == &holder));
+    }
+    CHECK(!IsWindow(parent.button));
 }
 
 TEST_CASE("Window: an attached object whose window has died is not found any more", "[window][life]")
@@ -147,11 +177,46 @@ TEST_CASE("Window: subclassing takes the messages and gives them back", "[window
         other.unsubclass();
         CHECK(procedureOf(parent.button) == before);
     }
+    SECTION("to another object, below what somebody put on top")
+    {
+        SetWindowLongPtrW(parent.button, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&onTop));
+        Probe other(BM_SETCHECK);
+        other.subclass(parent.button);
+        CHECK(procedureOf(parent.button) == &onTop);
+        other.sendMessageA(BM_SETCHECK, BST_UNCHECKED);
+        CHECK(other.count == 1);
+        DestroyWindow(parent.button);
+    }
+    SECTION("when another object attaches, which is all that this one is then")
+    {
+        Probe other(BM_GETCHECK);
+        other.attach(parent.button, false);
+        CHECK((!other.isSubclass() && objectOf(parent.button) == &other));
+        CHECK(procedureOf(parent.button) == before);
+        CHECK(other.sendMessageA(BM_GETCHECK) == BST_CHECKED);
+        CHECK(other.count == 0);
+    }
     SECTION("by the end of the window") { DestroyWindow(parent.button); }
     CHECK((!button.isOpen() && !button.isSubclass()));
     support::expectFailure([&] { button.subclass(parent.window, 6); }, "Can't retrieve dialogue item for subclassing");
     support::expectFailure([&] { button.subclass(HWND(0x7001)); }, "Can't set window long GWL_STYLE");
     CHECK((!button.isOpen() && !objectOf(HWND(0x7001))));
+}
+
+TEST_CASE("Window: one of two objects puts back the procedure, whoever owns the window", "[window][life]")
+{
+    Parent parent;
+    const WNDPROC before = procedureOf(parent.button);
+    {
+        Probe owner, other;
+        owner.subclass(parent.button);
+        owner.attach(parent.button, true);
+        other.subclass(parent.button);
+        CHECK((!owner.isSubclass() && owner.isOpen() && other.isSubclass()));
+        other.unsubclass();
+        CHECK(procedureOf(parent.button) == before);
+    }
+    CHECK(!IsWindow(parent.button));
 }
 
 TEST_CASE("Window: a subclassing object that dies first leaves a window that nothing crashes", "[window][life]")

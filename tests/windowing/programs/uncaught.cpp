@@ -1,0 +1,45 @@
+// A handler throws while only the system's own functions are at work. Says with what exception the program
+// is terminated.
+
+#include <tarn/Window.h>
+#include <tarn/WindowClass.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <stdexcept>
+
+namespace {
+class Failing : public tarn::Window {
+public:
+    LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
+    {
+        if (msg == WM_USER)
+            throw std::logic_error("handler failed");
+        return Window::onMessage(msg, wParam, lParam);
+    }
+};
+
+[[noreturn]] void tell()
+{
+    try {
+        if (std::current_exception())
+            std::rethrow_exception(std::current_exception());
+    } catch (const std::exception& e) {
+        std::printf("terminated by: %s", e.what());
+    }
+    std::fflush(stdout);
+    std::_Exit(70);
+}
+} // namespace
+
+int main()
+{
+    std::set_terminate(tell);
+    const tarn::WindowClass windowClass(0, 0, nullptr, COLOR_WINDOW, nullptr, GetModuleHandleW(nullptr));
+    Failing window;
+    window.create(windowClass, L"", WS_POPUP, tarn::Rect(0, 0, 10, 10), nullptr, nullptr, nullptr);
+    SendMessageW(window, WM_USER, 0, 0);
+    std::puts("went on");
+    return 0;
+}
