@@ -77,9 +77,8 @@ public:
     /// c_str(): valid until the string changes.
     operator const Ch*() const { return this->c_str(); }
 
-    /// No index is checked.
-    /// A template, because with the conversion above an index of any other type than size_type would be ambiguous.
-    // With the conversion above, an index of any other type than size_type would be ambiguous.
+    /// No index is checked. A template, because with the conversion above an index of any other type than size_type
+    /// would be ambiguous.
     ///@{
     template <std::integral Index> typename Base::reference operator[](Index i)
     {
