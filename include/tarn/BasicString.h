@@ -41,7 +41,7 @@ public:
     /// A null `s` is the empty text.
     ///@{
     BasicString(const Ch* s) : BasicString(ConstString<Ch>(s)) {}
-    BasicString(const Ch* s, size_type n) : Base(s, n) {}
+    BasicString(const Ch* s, size_type n) : Base(s, n) {} ///< `n` characters from `s` on, zeros among them, too.
     BasicString(const ConstString<Ch>& text) { assign(text); }
     ///@}
     /// Converts from the other width: narrow from wide in the system's ANSI code page, wide from narrow
@@ -62,6 +62,7 @@ public:
     /// A null text is the empty text.
     ///@{
     BasicString& assign(const Ch* s) { return assign(ConstString<Ch>(s)); }
+    /// `n` characters from `s` on, zeros among them, too.
     BasicString& assign(const Ch* s, size_type n)
     {
         Base::assign(s, n);

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The base of COM objects, and what turns exceptions into results at their border.
+
 #include <tarn/COMInterfacePointer.h>
 #include <tarn/Export.h>
 #include <tarn/Windows.h>

@@ -65,9 +65,6 @@ public:
     ///@{
     Variant getElement(long index) const;
     Variant getElement(std::initializer_list<long> indices) const;
-    ///@}
-    /// Throw as said above.
-    ///@{
     void setElement(long index, const VARIANT& value);
     void setElement(std::initializer_list<long> indices, const VARIANT& value);
     ///@}

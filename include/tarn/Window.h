@@ -407,10 +407,9 @@ public:
 
     void enableScrollBar(unsigned bar, unsigned arrows) const; ///< Throws "Can't change scrollbar arrow state".
     /// Size and mask of `info` have to be filled in. Throws "Can't get scroll info".
-    ///@{
     void getScrollInfo(int bar, SCROLLINFO& info) const;
+    /// `mask` is made of `SIF_...`. Throws the same.
     SCROLLINFO getScrollInfo(int bar, unsigned mask) const;
-    ///@}
     int setScrollInfo(int bar, const SCROLLINFO& info, bool redraw) const; ///< The position that it has now.
     void showScrollBar(scroll_bar_type bar, bool visible) const;           ///< Throws "Can't show/hide scrollbar".
     /// The position before. Throws "Can't set scroll position".
@@ -435,10 +434,9 @@ public:
     void stopTimer(UINT_PTR id) const; ///< Throws "Can't stop timer with id ID".
 
     /// The icon before. Neither call makes or takes ownership.
-    ///@{
     HICON setIcon(HICON icon, bool big) const;
+    /// Null when the window was given none. Lent, not given.
     HICON getIcon(icon_size size) const;
-    ///@}
 
     /// What was pressed, an `ID...` constant. Throws "Can't show message box".
     ///@{
