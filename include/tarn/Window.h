@@ -133,11 +133,9 @@ public:
     /// first, then the narrow form is tried for the codes that have this structure.
     virtual void onNotification(const NMTREEVIEWW& notification);
     /// The same notification, its code unchanged, with the texts of the items converted.
-    ///@{
     virtual void onNotification(const NMTREEVIEWA& notification);
     /// A list view's notification. Of other structures than `NMLISTVIEW` only the header may be used without a cast.
     virtual void onNotification(const NMLISTVIEW& notification);
-    ///@}
     /// The last message of a window; the object is unbound after it.
     virtual void onNCDestroy();
     /// The owner-draw messages `WM_DRAWITEM`, `WM_MEASUREITEM`, `WM_DELETEITEM` and `WM_COMPAREITEM`. By default they
