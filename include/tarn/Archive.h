@@ -123,8 +123,10 @@ public:
 
     /// The archive that an object is handed as a stream. Throws Exception "The stream is not an archive"
     /// for any other stream, also for one that passes its bytes on to an archive.
+    ///@{
     static Archive& behind(InputStream& in);
     static Archive& behind(OutputStream& out);
+    ///@}
 
 private:
     void writeObject(const Serializable* object, unsigned long key);
@@ -175,6 +177,7 @@ template <class T> void writeOptional(OutputStream& out, const ref_ptr<T>& ptr)
         out << ptr;
 }
 
+/// Reads what writeOptional() wrote; `ptr` is empty when no object follows.
 template <class T> void readOptional(InputStream& in, ref_ptr<T>& ptr)
 {
     bool present = false;

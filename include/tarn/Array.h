@@ -14,6 +14,8 @@ namespace tarn {
 template <class T> class Array {
 public:
     Array() noexcept = default;
+    /// `count` elements; none for 0. A copy copies the elements, a move leaves its source empty.
+    ///@{
     explicit Array(unsigned count) : data_(allocate(count)), count_(count) {}
     Array(const Array& other) : Array(other.count_) { std::copy_n(other.data_, count_, data_); }
     Array(Array&& other) noexcept { swap(other); }
@@ -23,9 +25,14 @@ public:
         return *this;
     }
     ~Array() { delete[] data_; }
+    ///@}
 
+    ///@{
     T* data() noexcept { return data_; } ///< Null while empty.
     const T* data() const noexcept { return data_; }
+    ///@}
+    /// The elements from the first to the one before end(), which may be used as a range. No index is checked.
+    ///@{
     unsigned size() const noexcept { return count_; }
     bool empty() const noexcept { return count_ == 0; }
     T& operator[](unsigned i) noexcept { return data_[i]; }
@@ -34,9 +41,11 @@ public:
     T* end() noexcept { return data_ + count_; }
     const T* begin() const noexcept { return data_; }
     const T* end() const noexcept { return data_ + count_; }
+    ///@}
 
     /// Frees the elements and becomes empty.
     void clear() noexcept { Array().swap(*this); }
+    /// Exchanges the memory: pointers to the elements stay valid.
     void swap(Array& other) noexcept
     {
         std::swap(data_, other.data_);

@@ -26,30 +26,43 @@ class BasicString : public std::basic_string<Ch, Traits, Alloc> {
     using Helper = StringHelper<Ch>;
 
 public:
+    /// The character type of the other width.
     using OtherCh = std::conditional_t<std::is_same_v<Ch, char>, wchar_t, char>;
     using Base::npos;
     using typename Base::size_type;
 
     BasicString() = default;
     using Base::Base;
+    /// Standard strings convert without being asked.
+    ///@{
     BasicString(const Base& text) : Base(text) {}
     BasicString(Base&& text) noexcept : Base(std::move(text)) {}
+    ///@}
     /// A null `s` is the empty text.
+    ///@{
     BasicString(const Ch* s) : BasicString(ConstString<Ch>(s)) {}
-    BasicString(const Ch* s, size_type n) : Base(s, n) {}
+    BasicString(const Ch* s, size_type n) : Base(s, n) {} ///< `n` characters from `s` on, zeros among them, too.
     BasicString(const ConstString<Ch>& text) { assign(text); }
+    ///@}
     /// Converts from the other width: narrow from wide in the system's ANSI code page, wide from narrow
     /// in the runtime library's current locale.
+    ///@{
     BasicString(const OtherCh* s) : Base(converted(Helper::convert(s))) {}
     BasicString(const OtherCh* s, size_type n) : Base(converted(Helper::convert(s, static_cast<unsigned>(n)))) {}
-    BasicString(int value, int radix) { makeInt(value, radix); }
+    ///@}
+    BasicString(int value, int radix) { makeInt(value, radix); } ///< As fromInt().
+    /// `n` times the character `c`.
     template <std::integral Count> BasicString(Count n, Ch c) : Base(static_cast<size_type>(n), c) {}
 
     using Base::operator=;
+    /// As assign().
     BasicString& operator=(const ConstString<Ch>& text) { return assign(text); }
 
     using Base::assign;
+    /// A null text is the empty text.
+    ///@{
     BasicString& assign(const Ch* s) { return assign(ConstString<Ch>(s)); }
+    /// `n` characters from `s` on, zeros among them, too.
     BasicString& assign(const Ch* s, size_type n)
     {
         Base::assign(s, n);
@@ -60,10 +73,14 @@ public:
         Base::assign(text.data() ? text.data() : Helper::Device(), text.length());
         return *this;
     }
+    ///@}
 
+    /// c_str(): valid until the string changes.
     operator const Ch*() const { return this->c_str(); }
 
-    // With the conversion above, an index of any other type than size_type would be ambiguous.
+    /// No index is checked. A template, because with the conversion above an index of any other type than size_type
+    /// would be ambiguous.
+    ///@{
     template <std::integral Index> typename Base::reference operator[](Index i)
     {
         return Base::operator[](static_cast<size_type>(i));
@@ -72,18 +89,25 @@ public:
     {
         return Base::operator[](static_cast<size_type>(i));
     }
+    ///@}
 
+    /// A new string of both texts; the text must not be null.
+    ///@{
     BasicString operator+(const BasicString& s) const { return joined(s.data(), s.size()); }
     BasicString operator+(const Base& s) const { return joined(s.data(), s.size()); }
     BasicString operator+(Base&& s) const { return joined(s.data(), s.size()); }
     BasicString operator+(const Ch* s) const { return joined(s, Traits::length(s)); }
     BasicString operator+(Ch c) const { return joined(&c, 1); }
+    ///@}
 
+    /// The first or last `n` characters, all of them when there are fewer.
+    ///@{
     BasicString left(unsigned n) const { return BasicString(this->substr(0, n)); }
     BasicString right(unsigned n) const
     {
         return BasicString(this->substr(this->size() - std::min<size_type>(n, this->size())));
     }
+    ///@}
     /// Throws `std::out_of_range` when `start` lies behind the end.
     BasicString mid(unsigned start, unsigned n = static_cast<unsigned>(npos)) const
     {
@@ -92,23 +116,31 @@ public:
 
     /// The `index`-th piece (from 0) of the text split at each `delimiter`; empty when there are fewer.
     BasicString substring(const Ch* delimiter, int index) const;
+    /// The position of the first character from `start` on that is in `set`; `npos` when there is none.
     size_type findOneOf(const Ch* set, unsigned start = 0) const { return this->find_first_of(set, start); }
+    /// Compare character by character; the empty text is found everywhere.
+    ///@{
     bool contains(const Ch* s) const { return this->find(s) != npos; }
     bool startsWith(const Ch* s) const { return this->starts_with(s); }
     bool endsWith(const Ch* s) const { return this->ends_with(s); }
+    ///@}
     /// Goes on behind the inserted text, so `to` may contain `from`. An empty `from` replaces nothing.
     BasicString replaceAll(const Ch* from, const Ch* to) const;
 
     /// White space is what the global locale's character classification calls space.
+    ///@{
     BasicString trimLeft() const;
     BasicString trimRight() const;
     BasicString trim() const;
+    ///@}
 
     /// Each character through the runtime library, so only 'A' to 'Z' change in the "C" locale.
+    ///@{
     BasicString toLower() const { return BasicString(*this).makeLower(); }
     BasicString toUpper() const { return BasicString(*this).makeUpper(); }
     BasicString& makeLower();
     BasicString& makeUpper();
+    ///@}
 
     /// 0 when the text does not begin with a number.
     int toInt() const { return Helper::atoi(this->c_str()); }

@@ -21,10 +21,15 @@ public:
     /// the value write `field[3] = bool(field[5])`.
     class TARN_API Bit {
     public:
+        /// Stands for the bits of `*byte` that `mask` has; the byte is the caller's.
+        ///@{
         Bit(unsigned char* byte, unsigned char mask) : byte_(byte), mask_(mask) {}
         Bit(const Bit&) = default;
+        ///@}
 
+        /// The bit's value.
         operator bool() const { return (*byte_ & mask_) != 0; }
+        /// Sets the bit and gives the value.
         bool operator=(bool value)
         {
             *byte_ = static_cast<unsigned char>(value ? *byte_ | mask_ : *byte_ & ~mask_);
@@ -49,11 +54,15 @@ public:
         : BitField(parent.bytes_, parent.offset_ + first, count)
     {
     }
+    /// Views the same bits.
     BitField(const BitField&) = default;
 
+    /// The bit `n` from 0; of a field that is not const it can be assigned to.
+    ///@{
     bool get(unsigned int n) const { return (*byteOf(n) & maskOf(n)) != 0; }
     bool operator[](unsigned int n) const { return get(n); }
     Bit operator[](unsigned int n) { return Bit(byteOf(n), maskOf(n)); }
+    ///@}
 
     /// Sets the bits `first` to `first + count - 1`.
     ///

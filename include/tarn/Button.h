@@ -12,11 +12,16 @@ class TARN_API Button : public Window, public OwnerDrawable {
 public:
     using Window::Window;
 
+    /// Of a dialog item, as Window has them.
+    ///@{
     using Window::getCheck;
     using Window::setCheck;
+    ///@}
     /// Of this button only: the other radio buttons of a group stay as they are (see RadioButtonGroup).
+    ///@{
     void setCheck(check state) const;
     check getCheck() const;
+    ///@}
 
     /// Shows a picture in place of the text; the button needs the style `BS_BITMAP`. Gives the picture before,
     /// null for none. The button owns neither: keep the new one as long as it is shown.

@@ -22,8 +22,12 @@ public:
         if (object_)
             object_->AddRef();
     }
+    /// A copy adds a reference; a move leaves its source empty.
+    ///@{
     COMInterfacePointer(const COMInterfacePointer& other) noexcept : COMInterfacePointer(other.object_) {}
     COMInterfacePointer(COMInterfacePointer&& other) noexcept : object_(other.detach()) {}
+    ///@}
+    /// Releases the reference held before.
     COMInterfacePointer& operator=(COMInterfacePointer other) noexcept
     {
         swap(other);
@@ -60,8 +64,12 @@ public:
         return result;
     }
 
+    /// Null when empty. Lent, not given: it adds no reference.
+    ///@{
     T* get() const noexcept { return object_; }
     operator T*() const noexcept { return object_; }
+    ///@}
+    /// Throws COMError(`E_POINTER`) when empty.
     T* operator->() const
     {
         COMError::checkPointer(object_);
@@ -76,6 +84,7 @@ public:
     }
     /// Gives the reference away: the caller releases it.
     T* detach() noexcept { return std::exchange(object_, nullptr); }
+    /// Releases the reference, if any, and becomes empty.
     void reset() noexcept
     {
         if (T* const object = detach())
@@ -87,7 +96,8 @@ public:
         reset();
         return &object_;
     }
-    void** putVoid() noexcept { return reinterpret_cast<void**>(put()); }
+    void** putVoid() noexcept { return reinterpret_cast<void**>(put()); } ///< As put(), for calls that take a `void**`.
+    /// Exchanges the references; no count changes.
     void swap(COMInterfacePointer& other) noexcept { std::swap(object_, other.object_); }
 
 private:

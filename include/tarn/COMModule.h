@@ -17,14 +17,16 @@ namespace tarn {
 /// The object lives as long as its DLL or program. Failures throw COMError, WindowsError or BadAllocation.
 class TARN_API COMModule : private boost::noncopyable {
 public:
+    /// The platform's threading models: `single` writes none, the others their name ("Apartment", "Free", "Both",
+    /// "Neutral").
     enum ThreadingModel { single, apartment, free, both, neutral };
     /// Where registration writes: for all users, which takes an administrator, or for the current one.
     enum Scope { machine, user };
 
     /// A line of the table. The texts are not copied: give literals.
     struct Class {
-        GUID clsid;
-        Factory::Creator creator;
+        GUID clsid;                           ///< By which programs ask for the class.
+        Factory::Creator creator;             ///< Makes an object of it.
         const wchar_t* name;                  ///< For people; shown by tools and never looked up.
         ThreadingModel threading = apartment; ///< Only in-process servers have one.
         const wchar_t* progID = nullptr;      ///< By which scripts create objects, "Company.Thing"; may be missing.
@@ -45,7 +47,7 @@ public:
     /// Keeps the module loaded, or no longer does. Throws COMError(`E_UNEXPECTED`) when there is no lock
     /// to take away.
     void lock(bool lock);
-    long getLockCount() const { return lockCount_; }
+    long getLockCount() const { return lockCount_; } ///< Of lock() and of IClassFactory::LockServer.
     /// `S_OK` or, while any object of the process's servers lives or this module is locked, `S_FALSE`.
     HRESULT canUnloadNow() const;
     /// No locks, and no objects besides the factories that registerClassFactories made: time for a local

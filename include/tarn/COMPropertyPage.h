@@ -26,6 +26,9 @@ public:
     ~COMPropertyPage() noexcept override = default;
 
     TARN_IUNKNOWN_METHODS
+    /// The methods of `IPropertyPage`, which the frame calls: `E_POINTER` for a null pointer, and `E_UNEXPECTED` for
+    /// what needs an open page and finds none.
+    ///@{
     HRESULT STDMETHODCALLTYPE SetPageSite(IPropertyPageSite* site) override;
     HRESULT STDMETHODCALLTYPE Activate(HWND parent, LPCRECT rect, BOOL modal) override;
     HRESULT STDMETHODCALLTYPE Deactivate() override;
@@ -37,9 +40,11 @@ public:
     HRESULT STDMETHODCALLTYPE Apply() override;
     HRESULT STDMETHODCALLTYPE Help(LPCOLESTR folder) override;
     HRESULT STDMETHODCALLTYPE TranslateAccelerator(MSG* msg) override;
+    ///@}
 
     LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
 
+    /// One or more: the frame may show the properties of several objects at once.
     using Objects = std::vector<COMInterfacePointer<IUnknown>>;
     const Objects& getObjects() const { return objects_; } ///< Whose properties the page shows.
 

@@ -1,12 +1,16 @@
 #pragma once
 
+/// @file
+/// A COM server in a DLL, in one line.
+
 #include <tarn/COMModule.h>
 #include <tarn/Windows.h>
 
 #include <objbase.h>
 
-extern "C" IMAGE_DOS_HEADER __ImageBase; // The linker's name for the beginning of this DLL or program.
+extern "C" IMAGE_DOS_HEADER __ImageBase; ///< The linker's name for the beginning of this DLL or program.
 
+/// The linker's option that exports the function `name`, whose arguments take `bytes`; for TARN_COM_SERVER.
 #ifdef __i386__
 #define TARN_COM_EXPORT(name, bytes) " -export:" #name "=" #name "@" #bytes
 #else

@@ -16,6 +16,7 @@ namespace tarn {
 /// calendar, and what Clone() gives, through its own type.
 class TARN_API Calendar : public Cloneable {
 public:
+    /// The numbers of the fields.
     enum Field {
         FieldEra,
         FieldYear,             ///< Within the era, from 1.
@@ -41,16 +42,19 @@ public:
 protected:
     virtual void computeTime() = 0;   ///< Makes the instant from the fields.
     virtual void computeFields() = 0; ///< Makes every field from the instant.
+    /// The field as it is stored, without computing anything.
     virtual int internalGet(unsigned field) const = 0;
     virtual void internalSet(int field, int value) = 0; ///< Only stores: the instant is not outdated by it.
 
 public:
+    /// Sets one field and outdates the instant, which is computed when it is next asked for.
     virtual void set(unsigned field, int value) = 0;
     /// Moves the calendar; larger fields follow.
     virtual void add(unsigned field, int amount) = 0;
     /// Moves one field round within its range; larger fields stay. This form takes as many single steps
     /// as the amount says.
     virtual void roll(unsigned field, int amount);
+    /// One step up or down.
     virtual void roll(unsigned field, bool up) = 0;
     virtual int getMinimum(int field) = 0;         ///< The least value of all.
     virtual int getMaximum(int field) = 0;         ///< The greatest value of all.
@@ -61,33 +65,47 @@ public:
     virtual int getActualMinimum(int field);
     virtual int getActualMaximum(int field) = 0; ///< The greatest value at the calendar's date.
 
+    /// Computes what is missing, then gives the field.
     int get(unsigned field) const
     {
         const_cast<Calendar*>(this)->complete();
         return internalGet(field);
     }
 
+    /// The instant; getTime() computes it from the fields when they were set since. setTime() computes the fields.
+    ///@{
     Time getTime() { return Time(getTimeInMillis()); }
     void setTime(const Time& time) { setTimeInMillis(time); }
+    ///@}
 
     /// The fields stay as they are until they are next computed: call setTime(getTime()) to see them in
     /// the new zone.
+    ///@{
     void SetTimeZone(const TimeZone& zone) { zone_ = zone; }
     const TimeZone& GetTimeZone() const { return zone_; }
+    ///@}
 
     /// A lenient calendar, as every calendar is at first, takes fields out of range as a distance (the
     /// 32nd of January is the 1st of February). One that is not refuses nothing: it only leaves the fields
     /// as they were set until they are next computed. Compare with getActualMaximum() to refuse a date.
+    ///@{
     void setLenient(bool lenient) { lenient_ = lenient; }
     bool isLenient() const { return lenient_; }
+    ///@}
 
 protected:
     Calendar(); ///< In TimeZone::current().
+    /// In a copy of this zone.
     explicit Calendar(const TimeZone& zone);
+    /// A copy has fields, instant and zone of its own.
+    ///@{
     Calendar(const Calendar&) = default;
     Calendar& operator=(const Calendar&) = default;
+    ///@}
     ~Calendar() = default;
 
+    /// As getTime() and setTime().
+    ///@{
     std::int64_t getTimeInMillis()
     {
         if (!isTimeSet_)
@@ -95,6 +113,7 @@ protected:
         return time_;
     }
     void setTimeInMillis(std::int64_t time);
+    ///@}
 
     /// Brings the instant and the fields up to date.
     void complete()
@@ -112,11 +131,13 @@ private:
 
 protected:
     // Mutable, because reading a const calendar computes what is missing.
+    /// A copy of what SetTimeZone() was given.
     TimeZone zone_;
+    /// The instant, in milliseconds since 1970-01-01 00:00:00 UTC.
     mutable std::int64_t time_ = 0;
     mutable bool isTimeSet_ = false;       ///< `time_` is valid.
     mutable bool areFieldsSet_ = false;    ///< The fields agree with `time_`.
     mutable bool areAllFieldsSet_ = false; ///< All fields come from computeFields(), not only from set().
-    bool lenient_ = true;
+    bool lenient_ = true;                  ///< As setLenient().
 };
 } // namespace tarn

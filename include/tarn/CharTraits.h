@@ -7,8 +7,11 @@ namespace tarn {
 /// Character traits without regard to case: 'A' to 'Z' equal 'a' to 'z'. No other character is folded,
 /// whatever the locale, so that the order of a table does not depend on the machine that reads it.
 template <class Ch> struct char_traits_nc : std::char_traits<Ch> {
+    /// The lower-case letter for 'A' to 'Z', else `c` itself.
     static constexpr Ch fold(Ch c) { return c >= Ch('A') && c <= Ch('Z') ? static_cast<Ch>(c + 32) : c; }
 
+    /// Compare the folded characters.
+    ///@{
     static constexpr bool eq(const Ch& a, const Ch& b) { return fold(a) == fold(b); }
     static constexpr bool lt(const Ch& a, const Ch& b) { return std::char_traits<Ch>::lt(fold(a), fold(b)); }
 
@@ -22,6 +25,7 @@ template <class Ch> struct char_traits_nc : std::char_traits<Ch> {
         }
         return 0;
     }
+    ///@}
 
     /// The first of the `n` characters of `s` that equals `c`, or null.
     static constexpr const Ch* find(const Ch* s, std::size_t n, const Ch& c)

@@ -18,6 +18,7 @@ extern TARN_API const IID IID_ClassSource;
 
 /// Finds the descriptor of an object's class.
 struct TARN_API ClassSource : public IUnknown {
+    /// The descriptor of the class whose run-time type it is; who owns it, the implementation says.
     virtual Class* getClass(const std::type_info& type) = 0;
 
 protected:
@@ -33,8 +34,11 @@ public:
 
     /// `E_POINTER` for null, and `E_NOINTERFACE` with `*ppv` left as it is for other interfaces.
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** ppv) override;
+    /// Always 1.
+    ///@{
     ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
     ULONG STDMETHODCALLTYPE Release() override { return 1; }
+    ///@}
     Class* getClass(const std::type_info& type) override; ///< Null for a type that is not in the table.
 
 private:

@@ -14,8 +14,10 @@ public:
     using Window::Window;
 
     /// The new item's index. Throws "Unspecified error in adding a string to a combo box".
+    ///@{
     int addString(const char* text) const;
     int addString(const wchar_t* text) const;
+    ///@}
     /// Each line of a string resource (null: the program's) becomes an item, without empty ones. Gives the
     /// last item's index, -1 when there was none, also because the resource is missing.
     int addString(unsigned short resource, HINSTANCE module) const;
@@ -23,21 +25,29 @@ public:
     /// Throws "Unspecified error in adding an owner draw item to a combo box".
     int addItem(const void* data) const;
     int deleteString(unsigned index) const; ///< How many are left. Throws "Error when deleting a combo box item".
+    /// Deletes all items.
     void resetContent() const;
+    /// How many items there are.
     int getCount() const;
 
     void setItemData(unsigned index, const void* data) const; ///< Throws "Can't set combo box item data".
     void* getItemData(unsigned index) const;                  ///< All bits set for an item that does not exist.
     /// The first item behind `start`, and then from the top, that begins with the text, in any case.
+    ///@{
     int findString(const char* text, unsigned start = static_cast<unsigned>(-1)) const;
     int findString(const wchar_t* text, unsigned start = static_cast<unsigned>(-1)) const;
+    ///@}
+    /// -1 when none is selected.
     int getCurrentSelection() const;
     /// Gives the index, -1 for an item that does not exist: then, and for -1, nothing is selected any more.
     int setCurrentSelection(unsigned index) const;
 
     bool hasStrings() const; ///< The style `CBS_HASSTRINGS`, which matters for owner-drawn boxes only.
+    /// The styles `CBS_OWNERDRAWFIXED` and `CBS_OWNERDRAWVARIABLE`, or either of them.
+    ///@{
     bool isOwnerDrawFixed() const;
     bool isOwnerDrawVariable() const;
     bool isOwnerDraw() const;
+    ///@}
 };
 } // namespace tarn

@@ -11,8 +11,10 @@ namespace tarn {
 ///
 /// The narrow and the wide form share the memory of whether a line is begun, which is reliable while one
 /// thread traces at a time. An empty text makes the next one continue the line without a prefix.
+///@{
 TARN_API void trace(const char* text);
 TARN_API void trace(const wchar_t* text);
+///@}
 
 /// The buffer under dbg and wdbg: collects text and passes it to trace when the stream is flushed (by
 /// `std::flush` or `std::endl`) or the buffer destroyed. A flush with nothing pending traces the empty
@@ -29,6 +31,8 @@ public:
     }
 
 protected:
+    /// What a stream calls to pass its text on and to flush; neither fails.
+    ///@{
     typename Traits::int_type overflow(typename Traits::int_type c = Traits::eof()) override
     {
         if (Traits::eq_int_type(c, Traits::eof()))
@@ -43,6 +47,7 @@ protected:
         pending_.clear();
         return 0;
     }
+    ///@}
 
 private:
     std::basic_string<Ch> pending_;

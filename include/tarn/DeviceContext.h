@@ -25,6 +25,7 @@ public:
     /// A memory context compatible with the screen, one monochrome pixel in size until a bitmap is
     /// selected. Throws "Can't create compatible DC".
     DeviceContext();
+    /// Borrows the handle, which may be null.
     DeviceContext(HDC handle) noexcept : handle_(handle) {}
     /// A window's client area, or all of it with its frame; a null window is the screen.
     /// Throws "Can't retrieve DC from window".
@@ -37,10 +38,13 @@ public:
     /// Becomes null in any case. Throws "Can't delete device context".
     void close();
 
+    /// Null for none. Lent, not given.
+    ///@{
     HDC getHandle() const noexcept { return handle_; }
     operator HDC() const noexcept { return handle_; }
     explicit operator bool() const noexcept { return handle_; }
     bool operator!() const noexcept { return !handle_; }
+    ///@}
 
     /// Fills with a system colour such as `COLOR_WINDOW`. Throws "Can't fill rect with system colour".
     void fillRectangle(int sysColour, const RECT& rectangle) const;
@@ -56,24 +60,35 @@ public:
     void drawRectangle3D(const RECT& rectangle, bool raised) const;
 
     /// Setting a colour gives the old one. Throws "Can't set back colour" (sic, the getter too).
+    ///@{
     unsigned long setBackgroundColour(unsigned long colour);
     unsigned long getBackgroundColour() const;
+    ///@}
     /// Throws "Can't set text colour" (sic, the getter too).
+    ///@{
     unsigned long setTextColour(unsigned long colour);
     unsigned long getTextColour() const;
+    ///@}
 
     /// Gives the previous drawing position. Throws "Can't move drawing position".
+    ///@{
     Point moveTo(int x, int y);
     Point moveTo(POINT to) { return moveTo(to.x, to.y); }
+    ///@}
     /// Draws up to, but not including, the end point. Throws "Can't draw line".
+    ///@{
     void lineTo(int x, int y) const;
     void lineTo(POINT to) const { lineTo(to.x, to.y); }
+    ///@}
 
     /// `CLR_INVALID` outside of what can be drawn on.
+    ///@{
     unsigned long getPixel(int x, int y) const;
     unsigned long getPixel(POINT at) const { return getPixel(at.x, at.y); }
+    ///@}
 
     int getCapabilities(int index) const; ///< `LOGPIXELSY`, `BITSPIXEL` and so on.
+    /// Whether the device shows only the colours of a palette at a time.
     bool usesPalette() const;
     /// The height to give to a Font for characters of this size; negative, as Font wants it.
     int getFontHeightFromPoints(int points) const;
@@ -81,12 +96,14 @@ public:
     /// Draw with this object from now on. The result is the one used before, always borrowed: select it
     /// back before the new one is deleted. Throws "Can't select pen", "Can't select brush",
     /// "Can't select bitmap" (sic, for a font too), "Can't select palette".
+    ///@{
     Pen select(HPEN pen);
     Brush select(HBRUSH brush);
     Bitmap select(HBITMAP bitmap);
     Bitmap select(const Bitmap& bitmap) { return select(bitmap.getHandle()); }
     Font select(HFONT font);
     Palette select(HPALETTE palette, bool background);
+    ///@}
     /// Gives the number of the system's colours that changed. Throws "Can't realize palette".
     unsigned realizePalette();
 
@@ -103,27 +120,33 @@ public:
     void drawIcon(int x, int y, HICON icon) const;
 
     /// Throws "Can't retrieve text metrics".
+    ///@{
     void getTextMetrics(TEXTMETRICA& metrics) const;
     void getTextMetrics(TEXTMETRICW& metrics) const;
+    ///@}
     /// Throws "Can't retrieve text extent".
+    ///@{
     Size getTextExtent(const char* text, unsigned length) const;
     Size getTextExtent(const wchar_t* text, unsigned length) const;
     Size getTextExtent(const char* text) const;
     Size getTextExtent(const wchar_t* text) const;
     Size getTextExtent(const std::string& text) const;
     Size getTextExtent(const std::wstring& text) const;
+    ///@}
     /// Throws "Can't retrieve text alignment".
     unsigned getTextAlign() const;
     /// Where in the text the position of drawText() lies, `TA_RIGHT` for instance. Gives the old alignment.
     /// Throws "Can't set text alignment".
     unsigned setTextAlign(unsigned align);
     /// One line of text, in the selected font. Throws "Can't draw text".
+    ///@{
     void drawText(int x, int y, const char* text, unsigned length) const;
     void drawText(int x, int y, const wchar_t* text, unsigned length) const;
     void drawText(int x, int y, const char* text) const;
     void drawText(int x, int y, const wchar_t* text) const;
     void drawText(int x, int y, const std::string& text) const;
     void drawText(int x, int y, const std::wstring& text) const;
+    ///@}
 
     // Between beginPath and endPath drawing collects an outline instead; then fill it, stroke it or both.
     void beginPath();         ///< Throws "Can't begin path".
@@ -143,8 +166,10 @@ public:
 
     /// Where the logical point (0, 0) lies, in pixels. Gives the previous origin.
     /// Throws "Can't set viewport origin".
+    ///@{
     Point setViewportOrigin(int x, int y);
     Point setViewportOrigin(POINT origin) { return setViewportOrigin(origin.x, origin.y); }
+    ///@}
 
 protected:
     /// Takes a handle that something else gives back. What was held must be closed before.

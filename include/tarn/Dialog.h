@@ -23,11 +23,15 @@ namespace tarn {
 class TARN_API Dialog : public Window {
 public:
     Dialog() = default;
+    /// What create() and showModal() use: the template's number, the module that has it, and the window that owns the
+    /// dialog (null: none).
+    ///@{
     Dialog(unsigned short resource, HINSTANCE instance) : Dialog(nullptr, resource, instance) {}
     Dialog(HWND parent, unsigned short resource, HINSTANCE instance)
         : resource_(resource), instance_(instance), parent_(parent)
     {
     }
+    ///@}
 
     /// Hands the message being handled to the dialog manager; it runs when the handler has returned.
     void defaultWindowProc() override;
@@ -42,9 +46,11 @@ public:
     /// destroy() there, because end() only hides such a dialog. The program's message loop has to pass
     /// messages through `IsDialogMessage` for the keyboard. What is given here is what the shorter forms
     /// and showModal() use from then on. Throw "Can't create dialog".
+    ///@{
     void create(HWND parent, unsigned short resource, HINSTANCE instance);
     void create(HWND parent);
     void create();
+    ///@}
     /// Runs the dialog until end() and returns what was given there. Throws "Can't create modal dialog".
     int showModal() const;
     /// Of the whole window, in pixels. Before the dialog is open it is that of a hidden one made from the
@@ -54,11 +60,15 @@ public:
 
 protected:
     void end(int result) const; ///< Throws "Can't end modal dialog".
+    /// What was given last to the constructor or create(); null and 0 at first.
+    ///@{
     HINSTANCE getInstance() const { return instance_; }
     unsigned short getResource() const { return resource_; }
+    ///@}
 
     /// Binds the window and calls onInitDialog(): the body of dialog procedures for `WM_INITDIALOG`.
     INT_PTR initialize(HWND hwnd, HWND focus);
+    /// The dialog procedure of all dialogs.
     static INT_PTR CALLBACK dlgProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam);
 
 private:

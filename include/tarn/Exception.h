@@ -15,14 +15,18 @@ namespace tarn {
 /// catch `std::exception` to catch whatever the library throws.
 class TARN_API Exception : public std::exception {
 public:
-    Exception(); ///< "Unknown Exception".
-    Exception(const std::string& description);
+    Exception();                               ///< "Unknown Exception".
+    Exception(const std::string& description); ///< what() is the description.
+    /// A copy has its own text.
+    ///@{
     Exception(const Exception&);
     Exception& operator=(const Exception&);
     ~Exception() override;
+    ///@}
 
+    /// Valid until the description changes or the object ends.
     const char* what() const noexcept override;
-    void setDescription(const char* text);
+    void setDescription(const char* text); ///< Replaces what what() gives.
 
 private:
     std::string description_;
@@ -31,19 +35,26 @@ private:
 /// Data ended before a read or write was complete. Not derived from Exception.
 class TARN_API EndOfFile : public std::runtime_error {
 public:
-    EndOfFile(const std::string& message);
+    EndOfFile(const std::string& message); ///< what() is the message.
+    /// Never throw.
+    ///@{
     EndOfFile(const EndOfFile&) noexcept;
     EndOfFile& operator=(const EndOfFile&) noexcept;
     ~EndOfFile() override;
+    ///@}
 };
 
 /// Memory could not be had. Its text is "bad allocation" whatever the compiler's run-time library says.
 class TARN_API BadAllocation : public std::bad_alloc {
 public:
     BadAllocation() noexcept;
+    /// Never throw.
+    ///@{
     BadAllocation(const BadAllocation&) noexcept;
     BadAllocation& operator=(const BadAllocation&) noexcept;
     ~BadAllocation() override;
+    ///@}
+    /// "bad allocation".
     const char* what() const noexcept override;
 };
 
@@ -51,14 +62,20 @@ public:
 /// a WindowsError it keeps the ": " when the description is empty.
 class TARN_API CRTError : public std::runtime_error {
 public:
+    /// `error` is an `errno` value. The order of the arguments does not matter.
+    ///@{
     CRTError(int error, const std::string& description);
     CRTError(const std::string& description, int error);
+    ///@}
+    /// Never throw.
+    ///@{
     CRTError(const CRTError&) noexcept;
     CRTError& operator=(const CRTError&) noexcept;
     ~CRTError() override;
+    ///@}
 
     int getError() const { return error_; } ///< The `errno` value.
-    operator int() const { return error_; }
+    operator int() const { return error_; } ///< As getError().
 
 private:
     int error_;
@@ -68,10 +85,13 @@ private:
 /// the program or the library; see SETranslator.h. what() is "SEH exception" for every code.
 class TARN_API SEHError : public std::runtime_error {
 public:
-    SEHError(unsigned long code);
+    SEHError(unsigned long code); ///< `code` is the exception's, as `GetExceptionCode` gives it.
+    /// Never throw.
+    ///@{
     SEHError(const SEHError&) noexcept;
     SEHError& operator=(const SEHError&) noexcept;
     ~SEHError() override;
+    ///@}
 
     unsigned long getCode() const { return code_; } ///< For example 0xC0000005, an access violation.
 
@@ -86,11 +106,17 @@ private:
 /// with the ": " also when the description is empty.
 class TARN_API CommonDialogError : public std::runtime_error {
 public:
+    /// `error` is a code of `CommDlgExtendedError`. The order of the arguments does not matter.
+    ///@{
     CommonDialogError(const std::string& description, unsigned long error);
     CommonDialogError(unsigned long error, const std::string& description);
+    ///@}
+    /// Never throw.
+    ///@{
     CommonDialogError(const CommonDialogError&) noexcept;
     CommonDialogError& operator=(const CommonDialogError&) noexcept;
     ~CommonDialogError() override;
+    ///@}
 
     unsigned long getError() const { return error_; } ///< A code of `CommDlgExtendedError`.
 
@@ -106,15 +132,20 @@ private:
 class TARN_API HRESULTHolder {
 public:
     HRESULTHolder() = default;
+    /// It has no state of its own.
+    ///@{
     HRESULTHolder(const HRESULTHolder&) = default;
     HRESULTHolder& operator=(const HRESULTHolder&) = default;
+    ///@}
 
-    virtual long getHRESULT() const = 0;
+    virtual long getHRESULT() const = 0; ///< The code that a COM method may return for the failure.
 
     /// Does nothing for success codes; throws BadAllocation for `E_OUTOFMEMORY`, WindowsError for codes
     /// of the Win32 facility and COMError for any other failure.
+    ///@{
     static void throwOnError(long hr, const char* description);
     static void throwOnError(long hr);
+    ///@}
     /// The holder's code, `E_OUTOFMEMORY` for a `std::bad_alloc`, and `E_FAIL` for the rest.
     static long getHRESULTFromException(const std::exception& e);
 
@@ -129,20 +160,28 @@ protected:
 /// ask one object from two threads at once.
 class TARN_API WindowsError : public std::runtime_error, public HRESULTHolder {
 public:
+    /// `error` is a code of `GetLastError`.
     WindowsError(unsigned long error, const std::string& description = std::string());
     /// Reads the thread's last error: construct it before calling anything that may change that.
     WindowsError(const std::string& description = std::string());
+    /// A copy has a text of its own.
+    ///@{
     WindowsError(const WindowsError&);
     WindowsError& operator=(const WindowsError&);
     ~WindowsError() override;
+    ///@}
 
+    /// Valid as long as the object.
     const char* what() const noexcept override;
     /// The system's text for the code, from "netmsg.dll" for 2100 to 2999; "Windows error 0x" and the
     /// code in hexadecimal when there is none. Never throws for lack of a text.
     virtual std::string getMessage() const;
 
+    /// What the error was constructed with: the code, and the text that what() begins with.
+    ///@{
     unsigned long getError() const { return error_; }
     const char* getDescription() const { return std::runtime_error::what(); }
+    ///@}
     /// The code in the Win32 facility; 0 and codes that are an `HRESULT` already as they are.
     long getHRESULT() const override;
 
@@ -156,11 +195,17 @@ private:
 /// constructed without a description, "" not being "without").
 class TARN_API COMError : public std::runtime_error, public HRESULTHolder {
 public:
+    /// `hr` is the failing call's `HRESULT`.
+    ///@{
     COMError(unsigned long hr);
     COMError(unsigned long hr, const std::string& description);
+    ///@}
+    /// Never throw.
+    ///@{
     COMError(const COMError&) noexcept;
     COMError& operator=(const COMError&) noexcept;
     ~COMError() override;
+    ///@}
 
     long getHRESULT() const override;
 

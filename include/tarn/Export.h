@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// What is exported.
+
 /// Marks what the library exports: exported while the library itself is built, imported by its users.
 #ifdef TARN_BUILDING
 #define TARN_API __declspec(dllexport)

@@ -16,10 +16,13 @@ public:
     /// `CLASS_E_NOAGGREGATION`, because null is reported as `E_OUTOFMEMORY`).
     using Creator = IUnknownImpl* (*)(IUnknown* outer);
 
+    /// The creator must not be null.
     explicit Factory(Creator creator) : IUnknownImpl(nullptr), creator_(creator) {}
     /// Copy the reference count along; see IUnknownImpl.
+    ///@{
     Factory(const Factory&);
     Factory& operator=(const Factory&);
+    ///@}
     ~Factory() override;
 
     TARN_IUNKNOWN_METHODS

@@ -18,35 +18,45 @@ class TARN_API FolderDialog : public Window {
 public:
     /// `title` stands above the folders; `flags` are `BIF_...`. Throw "Can't initialize COM", on a
     /// multi-threaded thread for instance.
+    ///@{
     FolderDialog(Window& owner, const char* title, unsigned flags);
     FolderDialog(Window& owner, const wchar_t* title, unsigned flags);
     FolderDialog(HWND owner, const char* title, unsigned flags);
     FolderDialog(HWND owner, const wchar_t* title, unsigned flags);
+    ///@}
     ~FolderDialog() override;
 
     /// Everything is there; what setSelection() named is selected already.
     virtual void onInitialized();
     virtual void onSelectionChanged(const ItemIDList& selection); ///< `selection` lives until it returns.
     /// With `BIF_VALIDATE`: the text that was typed is no folder. True keeps the dialog open.
+    ///@{
     virtual bool onValidateFailed(const char* text);
     virtual bool onValidateFailed(const wchar_t* text);
+    ///@}
 
     /// Shows only what is below a special folder, `CSIDL_...`. Throws "Can't get special folder location".
     void setRoot(int folder);
     /// The folder to begin with; copied.
+    ///@{
     void setSelection(const char* path);
     void setSelection(const wchar_t* path);
     void setSelection(const ITEMIDLIST* folder);
+    ///@}
 
     bool showModal(); ///< False when cancelled.
     /// The folder chosen last; null after a cancelled dialog.
     const ItemIDList& getSelection() const { return selection_; }
+    /// As the shell shows the folder; empty before the dialog.
     BasicString<wchar_t> getDisplayName() const { return displayName_; }
 
 protected:
     // For the handlers.
+    ///@{
     void setStatusText(const char* text); ///< Shown with `BIF_STATUSTEXT`.
     void setStatusText(const wchar_t* text);
+    ///@}
+    /// Whether the user can press OK.
     void enableOk(bool enable);
 
 private:

@@ -14,19 +14,23 @@ public:
     /// missing face is no failure. `height` is in logical units: negative for the height of the characters
     /// (DeviceContext::getFontHeightFromPoints), positive for that of the line. Angles are in tenths of a
     /// degree. Throws "Can't create font".
+    ///@{
     Font(int height, int width, int escapement, int orientation, int weight, bool italic, bool underline,
          bool strikeOut, unsigned long charSet, unsigned long outPrecision, unsigned long clipPrecision,
          unsigned long quality, unsigned long pitchAndFamily, const char* face);
     Font(int height, int width, int escapement, int orientation, int weight, bool italic, bool underline,
          bool strikeOut, unsigned long charSet, unsigned long outPrecision, unsigned long clipPrecision,
          unsigned long quality, unsigned long pitchAndFamily, const wchar_t* face);
+    ///@}
 
     /// Releases the held font, as close() does, before it makes the new one.
+    ///@{
     void create(int height, int width, int escapement, int orientation, int weight, bool italic, bool underline,
                 bool strikeOut, unsigned long charSet, unsigned long outPrecision, unsigned long clipPrecision,
                 unsigned long quality, unsigned long pitchAndFamily, const char* face);
     void create(int height, int width, int escapement, int orientation, int weight, bool italic, bool underline,
                 bool strikeOut, unsigned long charSet, unsigned long outPrecision, unsigned long clipPrecision,
                 unsigned long quality, unsigned long pitchAndFamily, const wchar_t* face);
+    ///@}
 };
 } // namespace tarn

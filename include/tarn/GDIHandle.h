@@ -13,10 +13,14 @@ namespace tarn {
 class TARN_API GDIHandle : public OwnedHandle<void*> {
 public:
     GDIHandle() noexcept = default;
+    /// Borrows the handle, or with `owns` takes it over.
     GDIHandle(void* handle, bool owns) noexcept : OwnedHandle(handle, owns) {}
+    /// As those of OwnedHandle.
+    ///@{
     GDIHandle(GDIHandle& other) noexcept = default;
     GDIHandle(GDIHandle&& other) noexcept = default;
     GDIHandle& operator=(const GDIHandle&) noexcept = default;
+    ///@}
     ~GDIHandle() noexcept(false);
 
     /// Deletes an owned object. Becomes null in any case. Throws "Can't delete GDI handle".
@@ -26,10 +30,14 @@ public:
 /// A GDIHandle that knows its type, an `HPEN` for instance.
 template <class Handle> class TypedGDIHandle : public GDIHandle {
 public:
+    /// Null.
     TypedGDIHandle() noexcept = default;
+    /// Borrows the handle, or with `owns` takes it over.
     TypedGDIHandle(Handle handle, bool owns) noexcept : GDIHandle(handle, owns) {}
 
+    /// Null for none. Lent, not given.
     Handle getHandle() const noexcept { return static_cast<Handle>(GDIHandle::getHandle()); }
+    /// As getHandle().
     operator Handle() const noexcept { return getHandle(); }
 };
 } // namespace tarn

@@ -22,8 +22,10 @@ TARN_API BasicString<char> toAString(const GUID& guid, bool lookUpName = false);
 /// The identifier that a text stands for: with braces and hyphens, or the name of a registered class
 /// ("Scripting.Dictionary"). Null and "" are the null identifier.
 /// Throws COMError "Can't convert "TEXT" to a GUID".
+///@{
 TARN_API GUID toGUID(const char* text);
 TARN_API GUID toGUID(const wchar_t* text);
+///@}
 } // namespace tarn
 
 // A map's std::less<GUID> looks only where GUID itself is declared.

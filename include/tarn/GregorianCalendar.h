@@ -22,9 +22,13 @@ namespace tarn {
 class TARN_API GregorianCalendar : public GregorianCalendarBase, public Calendar {
 public:
     GregorianCalendar(); ///< In TimeZone::current().
+    /// In a copy of this zone.
     GregorianCalendar(const TimeZone& zone);
+    /// A copy has fields, instant, zone and cutover of its own.
+    ///@{
     GregorianCalendar(const GregorianCalendar&) = default;
     GregorianCalendar& operator=(const GregorianCalendar&) = default;
+    ///@}
 
     /// A copy to be deleted as a GregorianCalendar.
     Cloneable* Clone() const override;
@@ -39,13 +43,15 @@ public:
     /// Of fields that contradict each other the ones set last count. The hour is FieldHour with FieldAmPm
     /// only when FieldHour was set after FieldHourOfDay; setting FieldAmPm alone does not choose it. A
     /// FieldZoneOffset that was set replaces the zone's, and FieldDstOffset then counts too, set or not.
+    ///@{
     void set(unsigned field, int value) override;
     void set(int year, int month, int date);
     void set(int year, int month, int date, int hour, int minute);
     void set(int year, int month, int date, int hour, int minute, int second);
+    ///@}
     bool isSet(int field) const { return stamps_[field] != 0; } ///< By set() or computed.
     void Clear();                                               ///< Unsets every field.
-    void Clear(int field);
+    void Clear(int field);                                      ///< Unsets one field.
 
     /// Moves by years, months, or fixed lengths of time. Years and months clamp the day to the new month;
     /// in the era BC later months still go to the greater year number, so move by days there. Steps of
@@ -69,30 +75,41 @@ public:
     /// as if it were AD: in the era BC ask yearLength(1 - year).
     int getActualMaximum(int field) override;
 
+    /// A DayOfWeek: Sunday unless changed.
+    ///@{
     void setFirstDayOfWeek(int dayOfWeek) { firstDayOfWeek_ = dayOfWeek; }
     int getFirstDayOfWeek() const { return firstDayOfWeek_; }
+    ///@}
     /// How many days of a week must lie in the year or month for it to be the first: 4 with weeks from
     /// Monday gives the weeks of ISO 8601. January's days in the last week of the year before may be
     /// numbered one off (2000-01-01 reads 53 for 52): ask the last day of December instead.
+    ///@{
     void setMinimalDaysInFirstWeek(int days) { minimalDaysInFirstWeek_ = days; }
     int getMinimalDaysInFirstWeek() const { return minimalDaysInFirstWeek_; }
+    ///@}
 
     /// Dates change over at the start of the cutover's day in UTC. What was computed before stays: call
     /// setTime(getTime()) to see the fields by the new cutover.
     void setGregorianChange(const Time& cutover);
 
+    /// Whether daylight time is in force at the calendar's instant.
     bool InDaylightTime();
     /// The year that the week of FieldWeekOfYear belongs to.
     int getISOYear();
 
     int monthLength(int month, int year) const; ///< `year` is astronomical: 0 is 1 BC.
     int monthLength(int month) const;           ///< In the year and era that the fields hold.
-    int yearLength(int year) const { return isLeapYear(year) ? 366 : 365; }
+    int yearLength(int year) const { return isLeapYear(year) ? 366 : 365; } ///< In days; `year` is astronomical.
     /// By the number in FieldYear as if it were AD: in the era BC call yearLength(1 - year).
     int yearLength() const;
 
+    /// Between instants in milliseconds since 1970-01-01 and Julian days, which are whole days here: 1970-01-01 is
+    /// 2440588, and an instant counts to the day in which it lies in UTC.
+    ///@{
     static std::int64_t millisToJulianDay(std::int64_t millis);
     static std::int64_t JulianDayToMillis(std::int64_t julianDay);
+    ///@}
+    /// 0 is a Monday.
     static DayOfWeek julianDayToDayOfWeek(std::int64_t julianDay);
 
 private:

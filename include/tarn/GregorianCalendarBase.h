@@ -12,7 +12,9 @@ class TimeZone;
 /// to the Gregorian one. Comes as a base of GregorianCalendar.
 class TARN_API GregorianCalendarBase {
 public:
+    /// Before Christ, and after.
     enum Era : int { BC, AD };
+    /// The months by their English names.
     enum Month : int {
         January, ///< 0: months count from zero, days from one.
         February,
@@ -27,6 +29,7 @@ public:
         November,
         December
     };
+    /// From Sunday, which is 1, to Saturday, 7.
     enum DayOfWeek : int { Sunday = 1, Monday, Tuesday, Wednesday, Thursday, Friday, Saturday };
 
     GregorianCalendarBase(); ///< With the cutover of 1582-10-15 00:00:00 UTC.
@@ -46,6 +49,7 @@ protected:
 
     // Years are astronomical from here on: 0 is 1 BC, -1 is 2 BC.
 
+    /// Whether the year is that of the cutover or a later one.
     bool isGregorian(int year) const { return year >= cutoverYear_; }
     /// The whole year of the cutover is judged by the Gregorian rule.
     bool isLeapYear(int year) const
@@ -54,10 +58,12 @@ protected:
     }
 
     /// Quotients rounded toward negative infinity, for positive divisors; `remainder` is never negative.
+    ///@{
     static std::int64_t floorDivide(std::int64_t numerator, std::int64_t divisor);
     static int floorDivide(int numerator, int divisor);
     static int floorDivide(int numerator, int divisor, int& remainder);
     static int floorDivide(std::int64_t numerator, int divisor, int& remainder);
+    ///@}
 
 private:
     std::int64_t gregorianCutover_;

@@ -10,15 +10,24 @@ namespace tarn {
 class TARN_API I2CLines {
 public:
     I2CLines() = default;
+    /// The interface has no state of its own.
+    ///@{
     I2CLines(const I2CLines&) = default;
     I2CLines& operator=(const I2CLines&) = default;
+    ///@}
 
+    /// Drives the line low, or releases it so that it can go high.
+    ///@{
     virtual void SetSDA(bool high) = 0;
     virtual void SetSCL(bool high) = 0;
+    ///@}
     /// SDA first, then SCL. Override it where the hardware can change both at once.
     virtual void SetLines(bool sda, bool scl);
+    /// The level on the wire.
+    ///@{
     virtual bool GetSDA() = 0;
     virtual bool GetSCL() = 0;
+    ///@}
 
 protected:
     ~I2CLines() = default;
@@ -33,11 +42,17 @@ protected:
 class TARN_API I2CBus {
 public:
     I2CBus() = default;
+    /// The class has no state of its own.
+    ///@{
     I2CBus(const I2CBus&) = default;
     I2CBus& operator=(const I2CBus&) = default;
+    ///@}
 
+    /// Begins a transaction, or with a transaction under way repeats the start.
     virtual void start() = 0;
+    /// Ends the transaction and leaves the bus free.
     virtual void stop() = 0;
+    /// Clocks one bit out.
     virtual void writeBit(bool bit) = 0;
 
     /// Sends `count` bytes between a start and a stop. `data[0]` is the device's address byte as it goes
@@ -72,6 +87,7 @@ protected:
 /// the same ones.
 class TARN_API I2CBusForLines : public I2CBus {
 public:
+    /// The lines are the application's.
     I2CBusForLines(I2CLines* lines) : lines_(lines) {}
 
     using I2CBus::read;
@@ -90,6 +106,7 @@ protected:
     /// Without lines: set them before the first use.
     I2CBusForLines() = default;
 
+    /// What the bus toggles; not owned.
     I2CLines* lines_ = nullptr;
 
 private:

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The base of COM objects, and what turns exceptions into results at their border.
+
 #include <tarn/COMInterfacePointer.h>
 #include <tarn/Export.h>
 #include <tarn/Windows.h>
@@ -36,8 +39,11 @@ public:
     /// Without the interface `E_NOINTERFACE`, and `*object` stays as it was: clear it first if you look
     /// at it after a failure. Exceptions of queryInterface become the result.
     virtual HRESULT STDMETHODCALLTYPE internalQueryInterface(const GUID& iid, void** object);
+    /// The object's own count, as it is afterwards. The last release destroys the object.
+    ///@{
     virtual unsigned long STDMETHODCALLTYPE internalAddRef();
     virtual unsigned long STDMETHODCALLTYPE internalRelease();
+    ///@}
 
 protected:
     /// The pointer to the interface `iid`, or null; adds no reference. Check your own interfaces, then ask
@@ -52,6 +58,7 @@ public:
     static unsigned getInstanceCount();
 
     IUnknown& getUnknown(); ///< The aggregating object, else this one.
+    /// The aggregating object; empty when there is none.
     COMInterfacePointer<IUnknown> getOuter() const;
 
 protected:
@@ -59,8 +66,10 @@ protected:
     explicit IUnknownImpl(IUnknown* outer);
     /// Copies the reference count too and does not count the copy as alive, though its destructor counts
     /// it out. Where you want copies, write a copy constructor that calls IUnknownImpl(outer) instead.
+    ///@{
     IUnknownImpl(const IUnknownImpl&);
     IUnknownImpl& operator=(const IUnknownImpl&);
+    ///@}
 
 private:
     static long objects_;

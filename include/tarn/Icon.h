@@ -12,23 +12,32 @@ namespace tarn {
 class TARN_API Icon : public OwnedHandle<HICON> {
 public:
     Icon() noexcept = default;
+    /// Borrows the handle, or with `owns` takes it over.
     Icon(HICON handle, bool owns) noexcept : OwnedHandle(handle, owns) {}
     /// Load as load() does; a null module has the system's icons (`IDI_APPLICATION` is a wide name).
+    ///@{
     Icon(unsigned id, HINSTANCE module) { load(id, module); }
     Icon(const char* name, HINSTANCE module) { load(name, module); }
     Icon(const wchar_t* name, HINSTANCE module) { load(name, module); }
+    ///@}
+    /// As those of OwnedHandle.
+    ///@{
     Icon(Icon& other) noexcept = default;
     Icon(Icon&& other) noexcept = default;
     Icon& operator=(const Icon&) noexcept = default;
+    ///@}
     ~Icon() noexcept(false);
 
+    /// Null for none. Lent, not given.
     operator HICON() const noexcept { return getHandle(); }
 
     /// Releases the held icon first, as close() does. Of `id` the low 16 bits count.
     /// Throws "Can't load icon".
+    ///@{
     void load(unsigned id, HINSTANCE module);
     void load(const char* name, HINSTANCE module);
     void load(const wchar_t* name, HINSTANCE module);
+    ///@}
 
     /// Destroys an owned icon. Becomes null in any case. Throws "Can't destroy icon".
     void close();

@@ -10,6 +10,7 @@ namespace tarn {
 /// Failures throw WindowsError, also out of the destructor.
 class TARN_API ImageList {
 public:
+    /// What a resource is.
     enum what { bitmap, icon, cursor };
 
     ImageList() = default;
@@ -30,9 +31,12 @@ public:
     void attach(HIMAGELIST list); ///< Takes it over, and destroys what was held before.
     HIMAGELIST detach();          ///< The caller destroys it from now on.
 
+    /// Null for none. The handle is lent, not given.
+    ///@{
     bool isOpen() const { return list_ != nullptr; }
     HIMAGELIST getHandle() const { return list_; }
     operator HIMAGELIST() const { return list_; }
+    ///@}
 
 private:
     HIMAGELIST list_ = nullptr;

@@ -10,15 +10,19 @@ namespace tarn {
 /// `key` the result is the list of the section's keys, with a null `section` that of the sections, each
 /// name ended by a zero. Blanks and one pair of quotes round a value are not part of it. Never reports an
 /// error: a file that cannot be read has no entries. Throws BadAllocation.
+///@{
 TARN_API BasicString<char> getIniString(const char* file, const char* section, const char* key,
                                         const char* defaultValue);
 TARN_API BasicString<wchar_t> getIniString(const wchar_t* file, const wchar_t* section, const wchar_t* key,
                                            const wchar_t* defaultValue);
+///@}
 
 /// Writes an entry, and makes the file and the section when they are missing. A null `value` deletes the
 /// entry, a null `key` the section. A wide text that the code page lacks is kept only when the file is
 /// UTF-16 already: make it with the bytes FF FE first. Throws WindowsError "Can't write private profile
 /// string "FILE" : [SECTION] KEY="VALUE"".
+///@{
 TARN_API void setIniString(const char* file, const char* section, const char* key, const char* value);
 TARN_API void setIniString(const wchar_t* file, const wchar_t* section, const wchar_t* key, const wchar_t* value);
+///@}
 } // namespace tarn

@@ -13,22 +13,28 @@ namespace tarn {
 class TARN_API ItemIDList : private boost::noncopyable {
 public:
     ItemIDList() noexcept = default;
+    /// With `owns` as attach(), otherwise `list` has to live as long as the object uses it.
     ItemIDList(ITEMIDLIST* list, bool owns) noexcept : list_(list), owns_(owns) {}
     ~ItemIDList() { close(); }
 
     /// Takes over a list that the shell handed out, and frees the one held before.
     void attach(ITEMIDLIST* list) noexcept;
     void copy(const ITEMIDLIST* list); ///< Throws BadAllocation. A null list clears.
-    void close() noexcept;
+    void close() noexcept;             ///< Frees what is owned and becomes null.
 
+    /// Null for none. Lent, not given.
+    ///@{
     ITEMIDLIST* get() const noexcept { return list_; }
     operator const ITEMIDLIST*() const noexcept { return list_; }
     explicit operator bool() const noexcept { return list_ != nullptr; }
     bool operator!() const noexcept { return !list_; }
+    ///@}
 
     /// Its place in the file system; empty when it has none.
+    ///@{
     BasicString<char> getPathA() const;
     BasicString<wchar_t> getPathW() const;
+    ///@}
 
 private:
     ITEMIDLIST* list_ = nullptr;

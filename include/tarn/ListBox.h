@@ -13,29 +13,38 @@ class TARN_API ListBox : public Window {
 public:
     using Window::Window;
 
+    ///@{
     int addString(const char* text) const; ///< The new item's index. Throws "Can't add string to listbox".
     int addString(const wchar_t* text) const;
+    ///@}
     /// Each line of a string resource (null: the program's) becomes an item, without empty ones. Gives the
     /// last item's index, -1 when there was none, also because the resource is missing.
     int addString(unsigned short resource, HINSTANCE module) const;
     /// For an owner-drawn box without `LBS_HASSTRINGS`: an item that is only this value.
     int addItem(const void* data) const;    ///< Throws "Can't add item to listbox".
     int deleteString(unsigned index) const; ///< How many are left. Throws "Can't delete listbox item".
+    /// Deletes all items.
     void resetContent() const;
+    /// How many items there are.
     int getCount() const;
 
     void setItemData(unsigned index, const void* data) const; ///< Throws "Can't set listbox item data".
     void* getItemData(unsigned index) const;                  ///< All bits set for an item that does not exist.
     /// The first item behind `start`, and then from the top, that begins with the text, in any case.
+    ///@{
     int findString(const char* text, unsigned start = static_cast<unsigned>(-1)) const;
     int findString(const wchar_t* text, unsigned start = static_cast<unsigned>(-1)) const;
+    ///@}
     /// Of a box in which one item can be selected.
     int getCurrentSelection() const;
     int setCurrentSelection(unsigned index) const; ///< With -1 nothing is selected any more.
 
     bool hasStrings() const; ///< The style `LBS_HASSTRINGS`, which matters for owner-drawn boxes only.
+    /// The styles `LBS_OWNERDRAWFIXED` and `LBS_OWNERDRAWVARIABLE`, or either of them.
+    ///@{
     bool isOwnerDrawFixed() const;
     bool isOwnerDrawVariable() const;
     bool isOwnerDraw() const;
+    ///@}
 };
 } // namespace tarn

@@ -12,10 +12,12 @@ class ImageList;
 /// What the platform's control can do beyond the members here is done by its messages: sendMessageA().
 class TARN_API ListView : public Window {
 public:
+    /// For the icon view, for all others, and for the state of items.
     enum imagelist { normal = LVSIL_NORMAL, small_images = LVSIL_SMALL, state = LVSIL_STATE };
 
     using Window::Window;
 
+    /// As Window has them.
     using Window::create;
     /// A child window with this style besides `WS_CHILD`, which the object owns. It gets none of the list
     /// view's messages; call subclass() with the handle afterwards where that is wanted.
@@ -25,13 +27,17 @@ public:
 
     /// The new column's index. The text of the first column is always at its left.
     /// Throw "Can't insert list view column".
+    ///@{
     int insertColumn(unsigned column, const LVCOLUMNA& attributes) const;
     int insertColumn(unsigned column, const LVCOLUMNW& attributes) const;
+    ///@}
     /// `width` in pixels. Shows the subitem of the column's own number, or the one given.
+    ///@{
     int insertColumn(unsigned column, const char* text, int width, int format = LVCFMT_LEFT) const;
     int insertColumn(unsigned column, const wchar_t* text, int width, int format = LVCFMT_LEFT) const;
     int insertColumn(unsigned column, const char* text, int width, int format, int subitem) const;
     int insertColumn(unsigned column, const wchar_t* text, int width, int format, int subitem) const;
+    ///@}
     int getColumnWidth(unsigned column) const; ///< 0 for one that does not exist.
 
     // ---- Items
@@ -39,6 +45,7 @@ public:
     /// The new item's index, which differs from the wanted one in a sorted list. Without a wanted index the
     /// item comes last. The platform inserts whole items only: any `subitem` but 0 fails, use setItemText().
     /// `image` counts from 0 in the view's image list. Throw "Can't insert list view item".
+    ///@{
     int insertItem(const LVITEMA& item) const;
     int insertItem(const LVITEMW& item) const;
     int insertItem(const char* text, int image = I_IMAGENONE) const;
@@ -50,23 +57,33 @@ public:
     int insertItem(unsigned item, unsigned subitem, const char* text, const void* data, int image = I_IMAGENONE) const;
     int insertItem(unsigned item, unsigned subitem, const wchar_t* text, const void* data,
                    int image = I_IMAGENONE) const;
+    ///@}
 
+    ///@{
     void getItem(LVITEMA& item) const; ///< Throws "Can't get listview item".
     void getItem(LVITEMW& item) const;
+    ///@}
+    ///@{
     void setItem(const LVITEMA& item) const; ///< Throws "Can't set item".
     void setItem(const LVITEMW& item) const;
+    ///@}
     /// Of another subitem than 0 it shows with the extended style `LVS_EX_SUBITEMIMAGES`. Throws "Can't set item".
     void setItemImage(unsigned item, unsigned subitem, int image) const;
+    ///@{
     void setItemText(unsigned item, const LVITEMA& text) const; ///< Throws "Can't set item text".
     void setItemText(unsigned item, const LVITEMW& text) const;
     void setItemText(unsigned item, const char* text, unsigned subitem = 0) const;
     void setItemText(unsigned item, const wchar_t* text, unsigned subitem = 0) const;
+    ///@}
+    ///@{
     BasicString<char> getItemTextA(unsigned item, unsigned subitem) const; ///< Empty when there is no such item.
     BasicString<wchar_t> getItemTextW(unsigned item, unsigned subitem) const;
+    ///@}
     void* getItemData(unsigned item) const; ///< Null when there is no such item.
 
     void deleteItem(unsigned item) const; ///< Throws "Can't delete listview item".
     void deleteAllItems() const;          ///< Throws "Can't delete listview item".
+    /// 0 for an empty view.
     unsigned getItemCount() const;
 
     // ---- Selection and view
@@ -74,12 +91,15 @@ public:
     unsigned getSlectedItemCount() const; ///< (sic)
     /// The item behind `start` (-1: the first one) with these `LVNI_` properties; -1 when there is none.
     int getNextItem(int start, unsigned flags) const;
+    /// The same for selected items.
     int getNextSelectedItem(int start) const;
     /// Throws "Can't make list view item visible".
     void ensureVisible(unsigned item, bool partialOk) const;
     /// `LVS_EX_` bits: all of them, or those of `mask`. Gives the bits before.
+    ///@{
     unsigned long setExtendedListViewStyle(unsigned long style) const;
     unsigned long setExtendedListViewStyle(unsigned long mask, unsigned long style) const;
+    ///@}
     /// The view gets the list's pictures and `list` those that the view had, each owning what it got: the
     /// view destroys its lists at its end. One with the style `LVS_SHAREIMAGELISTS` does not: swap the list
     /// back before the view ends.

@@ -12,11 +12,14 @@ class TARN_API LocalMemory : private boost::noncopyable {
 public:
     /// What `LocalFlags` tells of a block.
     struct Flags {
-        unsigned value;
+        unsigned value; ///< As `LocalFlags` gives it.
 
-        unsigned lockCount() const { return value & LMEM_LOCKCOUNT; }
+        unsigned lockCount() const { return value & LMEM_LOCKCOUNT; } ///< Of a movable block; 0 for fixed memory.
+        /// Discarded memory has lost its contents and keeps its handle.
+        ///@{
         bool isDiscardable() const { return (value & LMEM_DISCARDABLE) != 0; }
         bool isDiscarded() const { return (value & LMEM_DISCARDED) != 0; }
+        ///@}
     };
 
     LocalMemory() = default;
@@ -25,8 +28,11 @@ public:
     LocalMemory(void* handle, bool movable) : handle_(handle), lockCount_(movable ? 0 : fixed) {}
     ~LocalMemory() noexcept(false);
 
+    /// As the object was told; an object without memory is fixed.
+    ///@{
     bool isMovable() const { return lockCount_ != fixed; }
     bool isFixed() const { return lockCount_ == fixed; }
+    ///@}
 
     void* lock(); ///< Throws "Can't lock local memory handle".
     /// True while other locks are left; false for fixed memory. Throws "Can't unlock local memory handle".

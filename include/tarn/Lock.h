@@ -9,10 +9,15 @@ namespace tarn {
 class TARN_API Lockable {
 public:
     Lockable() = default;
+    /// The interface has no state of its own.
+    ///@{
     Lockable(const Lockable&) = default;
     Lockable& operator=(const Lockable&) = default;
+    ///@}
 
+    /// Waits until the lock is free and takes it.
     virtual void lock() = 0;
+    /// Frees the lock, which the calling thread holds.
     virtual void unlock() = 0;
 
 protected:
@@ -29,6 +34,7 @@ public:
 
     void lock() final { EnterCriticalSection(&section_); }
     void unlock() final { LeaveCriticalSection(&section_); }
+    /// False when another thread holds the lock; does not wait.
     bool tryLock() { return TryEnterCriticalSection(&section_) != FALSE; }
 
 private:
@@ -53,13 +59,17 @@ public:
 class TARN_API AutoLock {
 public:
     AutoLock() = default;
+    /// As lock().
     AutoLock(Lockable& lockable)
     {
         lockable.lock();
         held_ = &lockable;
     }
+    /// Hold the same lock; an assignment does not unlock the one before.
+    ///@{
     AutoLock(const AutoLock&) = default;
     AutoLock& operator=(const AutoLock&) = default;
+    ///@}
     /// A failure to unlock is dropped: call unlock() to hear of it.
     virtual ~AutoLock()
     {
@@ -76,6 +86,7 @@ public:
         lockable.lock();
         held_ = &lockable;
     }
+    /// Unlocks what is held, if anything, and forgets it, also when that throws.
     void unlock()
     {
         if (Lockable* const held = std::exchange(held_, nullptr))

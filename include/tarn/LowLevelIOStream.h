@@ -12,9 +12,12 @@ namespace tarn {
 class TARN_API LowLevelIOStream : public BufferedOutputStream, public SeekableInputStream {
 public:
     LowLevelIOStream() = default;
-    LowLevelIOStream(const char* name, int flags);
+    LowLevelIOStream(const char* name, int flags); ///< As open().
+    /// Share the descriptor; an assignment does not close the one before.
+    ///@{
     LowLevelIOStream(const LowLevelIOStream&) = default;
     LowLevelIOStream& operator=(const LowLevelIOStream&) = default;
+    ///@}
 
     /// Throws "Error in LowLevelIOStream::write(...)".
     unsigned int write(const void* buffer, unsigned int size) override;
@@ -26,9 +29,11 @@ public:
     /// Closes the file open so far, then opens another. `flags` and `mode` are those of `_open`
     /// (`_O_RDWR | _O_BINARY`, ...; `_S_IREAD | _S_IWRITE` where a file may be created). Throws
     /// "Fehler in LowLevelIOStream::open(...)\n" and is closed then.
+    ///@{
     void open(const char* name, int flags);
     void open(const char* name, int flags, int mode);
-    bool isOpen() const { return fd_ != -1; }
+    ///@}
+    bool isOpen() const { return fd_ != -1; } ///< Also after a close() that failed.
 
     /// 0 at the end of the file. Throws "Fehler in LowLevelIOStream::read(...)".
     unsigned int read(void* buffer, unsigned int size) override;
@@ -44,9 +49,11 @@ private:
 class TARN_API LowLevelFileStream : public LowLevelIOStream {
 public:
     LowLevelFileStream() = default;
-    LowLevelFileStream(const char* name, int flags) : LowLevelIOStream(name, flags) {}
+    LowLevelFileStream(const char* name, int flags) : LowLevelIOStream(name, flags) {} ///< As open().
 
+    /// As seek(), with its error.
     void setFilePointer(long long offset, whence origin) override { seek(offset, origin); }
+    /// Throws as seek().
     unsigned long long getFilePointer() override { return seek(0, current); }
 };
 } // namespace tarn

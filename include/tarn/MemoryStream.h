@@ -10,7 +10,7 @@ namespace tarn {
 class TARN_API MemoryInputStream : public SeekableInputStream {
 public:
     MemoryInputStream() = default; ///< Without data, as if over an empty buffer.
-    MemoryInputStream(const void* data, unsigned int size) { setBuffer(data, size); }
+    MemoryInputStream(const void* data, unsigned int size) { setBuffer(data, size); } ///< As setBuffer().
 
     /// Goes over to other memory, at its start.
     void setBuffer(const void* data, unsigned int size)
@@ -23,7 +23,7 @@ public:
     unsigned int read(void* buffer, unsigned int count) override;
     /// Throws `std::runtime_error` "Bad seek position" for a position before the start or behind the end.
     void setFilePointer(long long offset, whence origin) override;
-    unsigned long long getFilePointer() override { return position_; }
+    unsigned long long getFilePointer() override { return position_; } ///< From the start of the memory.
 
 private:
     const char* data_ = nullptr;
@@ -42,17 +42,21 @@ private:
 class TARN_API MemoryOutputStream : public OutputStream, public Seekable {
 public:
     MemoryOutputStream() = default;
+    /// Copy the memory and the position.
+    ///@{
     MemoryOutputStream(const MemoryOutputStream&) = default;
     MemoryOutputStream& operator=(const MemoryOutputStream&) = default;
+    ///@}
 
     /// The first byte, null while there is none. Valid until the stream grows.
     const void* getData() const { return buffer_.data(); }
 
+    /// All of the bytes, or an exception.
     unsigned int write(const void* data, unsigned int count) override;
     /// A position behind the end makes the stream that long; what lies between holds any bytes. Throws
     /// `std::runtime_error` "Can't seek to negative offset", too.
     void setFilePointer(long long offset, whence origin) override;
-    unsigned long long getFilePointer() override { return position_; }
+    unsigned long long getFilePointer() override { return position_; } ///< From the start of the memory.
     unsigned long long getSize() override { return buffer_.size(); }
 
 private:

@@ -15,30 +15,45 @@ namespace tarn {
 /// Failures throw WindowsError, also out of the destructor.
 class TARN_API Menu : public OwnedHandle<HMENU> {
 public:
+    /// Of an item: neither a grayed nor a disabled one can be chosen, and only a grayed one looks like it.
     enum state : int { enabled = MF_ENABLED, grayed = MF_GRAYED, disabled = MF_DISABLED };
+    /// Whether an item shows its check mark.
     enum check : int { unchecked = MF_UNCHECKED, checked = MF_CHECKED };
 
     /// What `MENUITEMINFO` tells of an item, with the text in its own memory (empty for separators).
     struct ItemInfo {
         unsigned type = 0;  ///< `MFT_...`
         unsigned state = 0; ///< `MFS_...`
+        /// What onCommand() is told.
         unsigned id = 0;
         HMENU subMenu = nullptr; ///< Borrowed, as the bitmaps are.
+        /// What stands before the text; null for the system's own mark, or none.
+        ///@{
         HBITMAP checkedBitmap = nullptr;
         HBITMAP uncheckedBitmap = nullptr;
+        ///@}
+        /// The program's own value.
         ULONG_PTR data = 0;
+        /// With its "&" and what stands behind the tab.
         BasicString<wchar_t> text;
     };
 
     Menu() noexcept = default;
+    /// Borrows the handle, or with `owns` takes it over.
     Menu(HMENU handle, bool owns) noexcept : OwnedHandle(handle, owns) {}
+    /// As create().
     explicit Menu(bool popup) { create(popup); }
+    /// As load().
     Menu(int resource, HINSTANCE module) { load(resource, module); }
+    /// As those of OwnedHandle.
+    ///@{
     Menu(Menu& other) noexcept = default;
     Menu(Menu&& other) noexcept = default;
     Menu& operator=(const Menu&) noexcept = default;
+    ///@}
     ~Menu() noexcept(false);
 
+    /// Null for none. Lent, not given.
     operator HMENU() const noexcept { return getHandle(); }
 
     /// An empty menu, for a menu bar or to pop up, instead of what is held. Throws "Can't create menu".
@@ -50,11 +65,15 @@ public:
 
     /// Before the item `position`, which is an id unless `flags` has `MF_BYPOSITION` (-1 is then the end).
     /// With `MF_POPUP`, `id` is the handle of the submenu. Throw "Can't insert menu item".
+    ///@{
     void insert(const char* text, unsigned position, unsigned flags, UINT_PTR id) const;
     void insert(const wchar_t* text, unsigned position, unsigned flags, UINT_PTR id) const;
+    ///@}
     /// At the end, or before an item. Throw "Can't insert menu separator".
+    ///@{
     void insertSeparator() const;
     void insertSeparator(bool byPosition, unsigned position) const;
+    ///@}
     /// Takes an item out; its submenu lives on and is then the caller's. Throws "Can't remove menu item".
     void remove(unsigned item, bool byPosition) const;
 
@@ -63,8 +82,10 @@ public:
     unsigned getItemID(unsigned position) const;
     void getItemInfo(ItemInfo& info, unsigned item, bool byPosition) const; ///< Throws "Can't retrieve menu item info".
     /// What it was before; -1 when there is no such item.
+    ///@{
     state setItemState(state newState, unsigned item, bool byPosition) const;
     check setItemCheck(check newCheck, unsigned item, bool byPosition) const;
+    ///@}
 
     Menu getSubMenu(unsigned position) const; ///< Borrowed; null for an item without.
     /// The menu that has the item `id` as one of its own: this one, or one of its submenus at any depth

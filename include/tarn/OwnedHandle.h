@@ -10,19 +10,28 @@ namespace tarn {
 template <class Handle> class OwnedHandle {
 public:
     OwnedHandle() noexcept = default;
+    /// Borrows the handle, or with `owns` takes it over.
     OwnedHandle(Handle handle, bool owns) noexcept : handle_(handle), owns_(owns) {}
+    /// Moves, as said above; a source that borrows keeps its handle.
     OwnedHandle(OwnedHandle& other) noexcept : handle_(other.handle_), owns_(other.owns_)
     {
         if (owns_)
             other.setHandle(nullptr, false);
     }
+    /// As the copy constructor.
     OwnedHandle(OwnedHandle&& other) noexcept : OwnedHandle(other) {}
+    /// Copies handle and flag: do not assign from an owner.
     OwnedHandle& operator=(const OwnedHandle&) noexcept = default;
 
+    /// Null for none. Lent, not given.
     Handle getHandle() const noexcept { return handle_; }
+    /// Whether the handle is released at the end.
     bool isOwner() const noexcept { return owns_; }
+    /// Also after an owner was moved from.
     bool isNull() const noexcept { return !handle_; }
+    /// Whether there is a handle.
     explicit operator bool() const noexcept { return !isNull(); }
+    /// Whether there is none.
     bool operator!() const noexcept { return isNull(); }
 
 protected:

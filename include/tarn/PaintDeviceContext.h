@@ -19,6 +19,7 @@ public:
     /// Ends painting. Becomes null in any case. Throws "Error in EndPaint".
     void close();
 
+    /// As `BeginPaint` filled it in.
     const PAINTSTRUCT& getPaintStruct() const noexcept { return paint_; }
     /// The part of the window that has to be drawn; drawing is clipped to it.
     Rect getUpdateRectangle() const { return paint_.rcPaint; }

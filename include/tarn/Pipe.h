@@ -29,14 +29,19 @@ public:
     /// `attributes` that say so, child processes inherit both ends. Throws "Can't create pipe".
     void create(unsigned long bufferSize, SECURITY_ATTRIBUTES* attributes);
 
+    /// The two ends, which belong to the pipe. Close one as WindowsFile::close() does.
+    ///@{
     WindowsFile& getReadEnd() { return readEnd_; }
     WindowsFile& getWriteEnd() { return writeEnd_; }
+    ///@}
 
     /// Child processes started from now on do not inherit this end. Call it for the end that stays here:
     /// a child that holds the write end of its own input never sees the end of it. Throws "Can't keep the
     /// pipe end from child processes".
+    ///@{
     void keepReadEnd();
     void keepWriteEnd();
+    ///@}
 
     void close(); ///< Both ends, as far as they are open.
 

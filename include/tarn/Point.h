@@ -7,10 +7,14 @@ namespace tarn {
 /// wherever a `POINT` (or, by its address, a `POINT*`) is wanted.
 struct Point : POINT {
     constexpr Point() : POINT{0, 0} {}
+    /// Both coordinates given, or copied. The default is (0, 0).
+    ///@{
     constexpr Point(long left, long top) : POINT{left, top} {}
     constexpr Point(const POINT& point) : POINT(point) {}
+    ///@}
 };
 
+/// Also for a `POINT` on one side.
 constexpr bool operator==(const Point& a, const Point& b) { return a.x == b.x && a.y == b.y; }
 
 static_assert(sizeof(Point) == sizeof(POINT));

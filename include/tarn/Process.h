@@ -27,6 +27,7 @@ public:
     /// 259 (`STILL_ACTIVE`) while the child runs. Throws "Can't retrieve process exit code".
     unsigned long getExitCode() const;
 
+    /// 0 before create(); the system may give the number to another process after the end.
     unsigned long getID() const { return id_; }
     /// The identifier of the child's first thread.
     unsigned long getThreadID() const { return threadID_; }

@@ -10,10 +10,14 @@ public:
     using Window::Window;
 
     void setRange(int min, int max) const; ///< 0 to 100 unless set.
+    /// The range that setRange() made.
+    ///@{
     PBRANGE getRange() const;
     int getMin() const;
     int getMax() const;
+    ///@}
     int setPos(int position) const; ///< The position before. Beyond the range it is set to the nearer end.
+    /// In the units of the range.
     int getPos() const;
 };
 } // namespace tarn

@@ -17,6 +17,7 @@ namespace tarn {
 /// onNotify().
 class TARN_API PropertyPage : public Dialog {
 public:
+    /// With the template's caption as its title.
     PropertyPage(unsigned short resource, HINSTANCE instance);
     /// `title` is a string resource; without it the template's caption is the page's title.
     PropertyPage(unsigned short resource, unsigned short title, HINSTANCE instance);
@@ -24,8 +25,10 @@ public:
 
     LRESULT onNotify(const NMHDR& header) override;
     /// The wizard's Next and Back: 0 goes on, -1 stays, else the template number of the page to go to.
+    ///@{
     virtual int onNext();
     virtual int onBack();
+    ///@}
     virtual bool onFinish(); ///< The wizard's Finish; true keeps it open.
     /// The page is about to appear: 0 lets it, -1 skips it, else the template number of the one to show.
     virtual int onActivate();
@@ -37,21 +40,30 @@ public:
     /// The page's handle, the same until the system releases it; a sheet makes it when it needs it.
     /// Throws "Can't create property page".
     HPROPSHEETPAGE create();
+    /// Whether the page has a handle.
     bool isCreated() const { return page_ != nullptr; }
 
     // What follows counts when the page is created next.
 
     /// The lines above a wizard's page, as string resources.
+    ///@{
     void setHeader(unsigned short title, unsigned short subtitle);
     void clearHeader();
+    ///@}
     /// A wizard's first and last page have no header and the whole room.
+    ///@{
     void enableWatermark(bool enable);
     bool isWatermarkEnabled() const { return (data_.dwFlags & PSP_HIDEHEADER) != 0; }
+    ///@}
+    /// Valid as long as the object.
     const PROPSHEETPAGEW& getInitData() const { return data_; }
 
 protected:
+    /// The dialog procedure of all pages, and what the system calls when it makes and releases one.
+    ///@{
     static INT_PTR CALLBACK dlgProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam);
     static UINT CALLBACK propSheetPageProc(HWND hwnd, UINT msg, PROPSHEETPAGEW* data);
+    ///@}
 
 private:
     friend class PropertySheet;

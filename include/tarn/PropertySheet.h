@@ -21,6 +21,7 @@ namespace tarn {
 /// the beginning of a showModal(). Failures throw WindowsError.
 class TARN_API PropertySheet : public Window {
 public:
+    /// `parent` owns the sheet; null for none.
     explicit PropertySheet(HWND parent);
     /// `caption` is a string resource. An `icon` other than 0 throws "Can't load icon" when it is missing.
     PropertySheet(HWND parent, unsigned short caption, unsigned short icon, HINSTANCE instance);
@@ -34,13 +35,17 @@ public:
     /// what a page's handler throws; in that case the sheet is cancelled without asking the page.
     unsigned short showModal();
 
+    /// Of an open sheet too; copied. Narrow text is read in the runtime library's locale.
+    ///@{
     void setTitle(const char* title);
     void setTitle(const wchar_t* title);
+    ///@}
     using Window::setIcon;
     /// For the title bar; a null `instance` has the system's icons. Throws "Can't load icon".
     void setIcon(int resource, HINSTANCE instance);
     /// As a wizard, with the headers of the pages; in effect when the sheet is shown next.
     void setWizardMode(bool isWizard);
+    /// From 0 in the order of addPage(); in effect when the sheet is shown next.
     void setStartPageByIndex(unsigned int index);
     /// By the number of its template; a number that no page has gives the first page.
     void setStartPageByResource(unsigned short resource);

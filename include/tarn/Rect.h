@@ -10,6 +10,8 @@ namespace tarn {
 /// swapped, width and height are negative and no point is inside.
 struct Rect : RECT {
     constexpr Rect() : RECT{0, 0, 0, 0} {}
+    /// From the four edges, from a corner and a size, from two corners, or copied. The default has all edges at 0.
+    ///@{
     constexpr Rect(long leftEdge, long topEdge, long rightEdge, long bottomEdge)
         : RECT{leftEdge, topEdge, rightEdge, bottomEdge}
     {
@@ -23,6 +25,7 @@ struct Rect : RECT {
     {
     }
     constexpr Rect(const RECT& rect) : RECT(rect) {}
+    ///@}
 
     /// A point on the right or bottom edge is outside.
     constexpr bool contains(const POINT& point) const
@@ -30,15 +33,21 @@ struct Rect : RECT {
         return left <= point.x && point.x < right && top <= point.y && point.y < bottom;
     }
 
+    /// Negative when the edges are swapped.
+    ///@{
     constexpr long getWidth() const { return right - left; }
     constexpr long getHeight() const { return bottom - top; }
     constexpr Size getSize() const { return Size(getTopLeft(), getBottomRight()); }
+    ///@}
 
+    /// The corners; those on the right and the bottom lie just outside. getPosition() is the one at the top left.
+    ///@{
     constexpr Point getTopLeft() const { return Point(left, top); }
     constexpr Point getPosition() const { return getTopLeft(); }
     constexpr Point getTopRight() const { return Point(right, top); }
     constexpr Point getBottomLeft() const { return Point(left, bottom); }
     constexpr Point getBottomRight() const { return Point(right, bottom); }
+    ///@}
     /// Halves are rounded toward zero, so the centre of (-3, -3, 0, 0) is (-1, -1).
     constexpr Point getCenter() const { return Point(middle(left, right), middle(top, bottom)); }
 
@@ -53,6 +62,7 @@ private:
     static constexpr long middle(long a, long b) { return static_cast<long>((static_cast<long long>(a) + b) / 2); }
 };
 
+/// Also for a `RECT` on one side.
 constexpr bool operator==(const Rect& a, const Rect& b)
 {
     return a.getTopLeft() == b.getTopLeft() && a.getBottomRight() == b.getBottomRight();

@@ -42,32 +42,44 @@ public:
     };
 
     RegistryKey() = default;
+    /// Wraps an open key.
     RegistryKey(HKEY key, bool owns) : owns_(owns), key_(key) {}
     /// Opens a key that has to exist. Throws "Registry key not found" when it does not.
+    ///@{
     RegistryKey(HKEY parent, const char* subkey, unsigned long access);
     RegistryKey(HKEY parent, const wchar_t* subkey, unsigned long access);
+    ///@}
     /// The copy of an owned key owns a handle of its own with the same access; the copy of a borrowed key
     /// borrows the same handle.
     RegistryKey(const RegistryKey& other);
     RegistryKey(RegistryKey&& other) noexcept; ///< Takes the handle over as it is, owned or not.
+    /// As the constructors of the same arguments; an owned key is closed.
+    ///@{
     RegistryKey& operator=(const RegistryKey& other);
     RegistryKey& operator=(RegistryKey&& other);
+    ///@}
     virtual ~RegistryKey(); ///< Does not report a failing close: call close() to hear of it.
 
     /// Closes an owned key, then opens another, which it owns; so `parent` must not be the key that this
     /// object owns. False when there is no such subkey. An open that fails leaves the object without key.
+    ///@{
     bool open(HKEY parent, const char* subkey, unsigned long access);
     bool open(HKEY parent, const wchar_t* subkey, unsigned long access);
+    ///@}
 
     /// As open, but makes the subkey when it is missing. The created key is not owned, so nothing closes
     /// it: call `key.attach(key.detach(), true)` to make it yours.
+    ///@{
     void create(HKEY parent, const char* subkey, unsigned long access);
     void create(HKEY parent, const wchar_t* subkey, unsigned long access);
+    ///@}
     /// With the arguments of `RegCreateKeyEx`; `className`, `security` and `disposition` may be null.
+    ///@{
     void create(HKEY parent, const char* subkey, const char* className, unsigned long options, unsigned long access,
                 SECURITY_ATTRIBUTES* security, unsigned long* disposition);
     void create(HKEY parent, const wchar_t* subkey, const wchar_t* className, unsigned long options,
                 unsigned long access, SECURITY_ATTRIBUTES* security, unsigned long* disposition);
+    ///@}
 
     /// Closes the key if it is owned. The handle stays readable, so isOpen() is still true: ask ownsKey(),
     /// or call detach() to forget the handle too. Does nothing the second time.
@@ -75,13 +87,19 @@ public:
     void attach(HKEY key, bool owns); ///< Closes an owned key first.
     HKEY detach();                    ///< Hands the handle to the caller, open.
 
+    /// Lent, not given; null for none.
+    ///@{
     HKEY getKey() const { return key_; }
     operator HKEY() const { return key_; }
-    bool ownsKey() const { return owns_; }
+    ///@}
+    bool ownsKey() const { return owns_; } ///< Whether the object closes the key.
+    /// Whether there is a handle; it stays after close() until detach() or another key.
+    ///@{
     bool isOpen() const { return key_ != nullptr; }
     bool isNull() const { return key_ == nullptr; }
     explicit operator bool() const { return isOpen(); }
     bool operator!() const { return isNull(); }
+    ///@}
 
     void flush() const; ///< Returns when the key's changes are on the disk.
 
@@ -93,47 +111,68 @@ public:
     /// longer data too), and std::runtime_error "Can't read DWORD value from registry with type other than
     /// REG_DWORD_LITTLE_ENDIAN, REG_DWORD_BIG_ENDIAN or REG_BINARY" or "Can't read DWORD from registry
     /// value with size != sizeof(DWORD)".
+    ///@{
     bool getValue(const char* name, unsigned long& value) const;
     bool getValue(const wchar_t* name, unsigned long& value) const;
+    ///@}
     /// The same, but a missing value is an error too: `ERROR_FILE_NOT_FOUND`.
+    ///@{
     unsigned long getDWordValue(const char* name) const;
     unsigned long getDWordValue(const wchar_t* name) const;
+    ///@}
 
     /// A `REG_SZ` or `REG_EXPAND_SZ` value up to its first zero or, stored without one, whole. Variables
     /// are not expanded. Throws "Registry value not found", and "Wrong value type. Expected REG_SZ or
     /// REG_EXPAND_SZ" with `ERROR_UNSUPPORTED_TYPE`.
+    ///@{
     BasicString<char> getStringValue(const char* name) const;
     BasicString<wchar_t> getStringValue(const wchar_t* name) const;
+    ///@}
 
     /// The strings of a `REG_MULTI_SZ` value, up to the first empty one; missing terminators at the end
     /// are no error. False, with `strings` as they were, when there is no such value. Throws "Wrong value
     /// type. Expected REG_MULTI_SZ" with `ERROR_UNSUPPORTED_TYPE`.
+    ///@{
     bool getValue(const char* name, std::list<BasicString<char>>& strings) const;
     bool getValue(const wchar_t* name, std::list<BasicString<wchar_t>>& strings) const;
+    ///@}
 
     /// The stored bytes. `size` says how large the buffer is and receives the size of the data, also when
     /// the buffer is too small (the error is then `ERROR_MORE_DATA`). A null `data` only asks for the size
     /// and the type. False when there is no such value.
+    ///@{
     bool getValue(const char* name, unsigned char* data, unsigned long& size, unsigned long& type) const;
     bool getValue(const wchar_t* name, unsigned char* data, unsigned long& size, unsigned long& type) const;
     bool getValue(const char* name, unsigned char* data, unsigned long size) const;
     bool getValue(const wchar_t* name, unsigned char* data, unsigned long size) const;
+    ///@}
 
     /// A value of any type and size. False, with `value` as it was, when there is no such value.
+    ///@{
     bool getValue(const char* name, RegistryValue<char>& value) const;
     bool getValue(const wchar_t* name, RegistryValue<wchar_t>& value) const;
+    ///@}
 
+    ///@{
     unsigned long getValueSize(const char* name) const; ///< In bytes, as this width reads the value.
     unsigned long getValueSize(const wchar_t* name) const;
+    ///@}
+    ///@{
     unsigned long GetValueType(const char* name) const; ///< A `REG_...` code.
     unsigned long GetValueType(const wchar_t* name) const;
+    ///@}
     /// Throws "Error in checking registry value existance" (sic).
+    ///@{
     bool existsValue(const char* name) const;
     bool existsValue(const wchar_t* name) const;
+    ///@}
 
+    ///@{
     void setValue(const char* name, unsigned long value) const; ///< A `REG_DWORD`.
     void setValue(const wchar_t* name, unsigned long value) const;
-    // Other numbers of up to 32 bits are taken too; without these a 0 could be a null text as well.
+    ///@}
+    /// Any other number of up to 32 bits, as a `REG_DWORD`. Without these a 0 could be a null text as well.
+    ///@{
     template <std::integral T> void setValue(const char* name, T value) const
     {
         static_assert(sizeof(T) <= sizeof(unsigned long), "write larger numbers as a REG_QWORD");
@@ -144,57 +183,82 @@ public:
         static_assert(sizeof(T) <= sizeof(unsigned long), "write larger numbers as a REG_QWORD");
         setValue(name, static_cast<unsigned long>(value));
     }
+    ///@}
+    ///@{
     void setValue(const char* name, const char* text) const; ///< A `REG_SZ` with its terminator.
     void setValue(const wchar_t* name, const wchar_t* text) const;
+    ///@}
     /// A `REG_MULTI_SZ`, which ends where an empty string stands.
+    ///@{
     void setValue(const char* name, const std::list<BasicString<char>>& strings) const;
     void setValue(const wchar_t* name, const std::list<BasicString<wchar_t>>& strings) const;
+    ///@}
+    /// The bytes as they lie, under any type.
+    ///@{
     void setValue(const char* name, const unsigned char* data, unsigned long sizeInBytes, unsigned long type) const;
     void setValue(const wchar_t* name, const unsigned char* data, unsigned long sizeInBytes, unsigned long type) const;
+    ///@}
+    /// What getValue() read, with its type.
+    ///@{
     void setValue(const char* name, const RegistryValue<char>& value) const;
     void setValue(const wchar_t* name, const RegistryValue<wchar_t>& value) const;
+    ///@}
 
+    ///@{
     void deleteValue(const char* name) const; ///< Throws "Can't delete registry value".
     void deleteValue(const wchar_t* name) const;
+    ///@}
     /// Deletes one value after the other; a failure leaves the rest. Throws "Can't delete registry value".
     void deleteAllValues() const;
 
     // Subkeys. What a failing operation on a whole subtree has done by then stays done.
 
+    ///@{
     bool existsKey(const char* subkey) const; ///< False also for a key that may not be read.
     bool existsKey(const wchar_t* subkey) const;
     static bool existsKey(HKEY parent, const char* subkey);
     static bool existsKey(HKEY parent, const wchar_t* subkey);
+    ///@}
 
     /// Deletes a subkey that has no subkeys itself.
+    ///@{
     void deleteKey(const char* subkey) const;
     void deleteKey(const wchar_t* subkey) const;
+    ///@}
     /// Deletes a subkey with everything below it, and below what symbolic links in it lead to. Throws "Registry key not
     /// found" with `ERROR_FILE_NOT_FOUND` whatever the reason why it cannot be opened for all access.
+    ///@{
     void deleteKeyRecursive(const char* subkey) const;
     void deleteKeyRecursive(const wchar_t* subkey) const;
+    ///@}
     /// Deletes the empty keys in a subtree, leaves first, its root included. A key without subkeys is empty
     /// when it has no value, or a single one while its default value is missing or has no data. So a key
     /// whose only value has a name is deleted with that value: give the keys that must survive a default
     /// value. Throws as deleteKeyRecursive.
+    ///@{
     void cleanEmptyTree(const char* subkey) const;
     void cleanEmptyTree(const wchar_t* subkey) const;
+    ///@}
 
     /// Copies the subkeys and values of `source` into this key, all types, with the class names of the
     /// keys that it makes. Values that exist are replaced, all others stay. Access rights are not copied.
     /// The source is read whole before the first change, so either key may lie inside the other; the copy
     /// is of what was there at the beginning.
     void AddContentFrom(const RegistryKey& source) const;
+    /// As AddContentFrom().
     RegistryKey& operator+=(const RegistryKey& source);
 
     /// Fills in the fields that `what` (InfoFields) selects, with one call of the platform. A class name
     /// of 300 characters and more is the error `ERROR_MORE_DATA`.
+    ///@{
     void getInfo(Info<char>& info, unsigned short what) const;
     void getInfo(Info<wchar_t>& info, unsigned short what) const;
+    ///@}
+    /// Directly below the key.
     unsigned long getSubkeyCount() const;
-    unsigned long getValueCount() const;
-    FILETIME GetLastWriteTime() const;
-    bool hasSubkeys() const { return getSubkeyCount() != 0; }
+    unsigned long getValueCount() const;                      ///< The default value counts when it is set.
+    FILETIME GetLastWriteTime() const;                        ///< In UTC.
+    bool hasSubkeys() const { return getSubkeyCount() != 0; } ///< Asks the platform each time.
 
 private:
     bool owns_ = false;
@@ -206,36 +270,37 @@ static_assert(sizeof(RegistryKey) == 12, "the virtual table, owns, key");
 
 /// What the platform knows of a key. Lengths are in characters, without terminators.
 template <class Ch> struct RegistryKey::Info {
-    BasicString<Ch> className;
-    unsigned long subkeyCount = 0;
-    unsigned long maxSubkeyLength = 0;
-    unsigned long maxClassLength = 0; ///< Of the classes of the subkeys.
-    unsigned long valueCount = 0;
-    unsigned long maxValueNameLength = 0;
+    BasicString<Ch> className;                ///< Empty for most keys.
+    unsigned long subkeyCount = 0;            ///< Directly below the key.
+    unsigned long maxSubkeyLength = 0;        ///< Of the names of the subkeys.
+    unsigned long maxClassLength = 0;         ///< Of the classes of the subkeys.
+    unsigned long valueCount = 0;             ///< The default value counts when it is set.
+    unsigned long maxValueNameLength = 0;     ///< 0 when no value has a name.
     unsigned long maxValueDataSize = 0;       ///< In bytes.
     unsigned long securityDescriptorSize = 0; ///< In bytes.
-    FILETIME lastWriteTime = {};
+    FILETIME lastWriteTime = {};              ///< In UTC.
 };
 
 /// What both snapshots are: a list of entries, from first to last, that can be copied and assigned.
 template <class EntryType> class RegistryKey::Snapshot {
 public:
-    using Entry = EntryType;
-    using const_iterator = typename std::vector<Entry>::const_iterator;
+    using Entry = EntryType;                                            ///< A KeyEntry or a ValueEntry.
+    using const_iterator = typename std::vector<Entry>::const_iterator; ///< To any entry, in either direction.
 
-    const_iterator begin() const { return entries_.begin(); }
-    const_iterator end() const { return entries_.end(); }
-    std::size_t size() const { return entries_.size(); }
-    bool empty() const { return entries_.empty(); }
+    const_iterator begin() const { return entries_.begin(); } ///< The first entry in the platform's order.
+    const_iterator end() const { return entries_.end(); }     ///< Behind the last entry.
+    std::size_t size() const { return entries_.size(); }      ///< How many there were; the registry is not asked.
+    bool empty() const { return entries_.empty(); }           ///< True for a key that had none.
 
 protected:
-    std::vector<Entry> entries_;
+    std::vector<Entry> entries_; ///< Filled in by the constructors of the derived classes.
 };
 
+/// A subkey of a KeyEnumeration.
 template <class Ch> struct RegistryKey::KeyEntry {
-    BasicString<Ch> name;
-    BasicString<Ch> className;
-    FILETIME lastWriteTime;
+    BasicString<Ch> name;      ///< Without the path.
+    BasicString<Ch> className; ///< Empty for most keys.
+    FILETIME lastWriteTime;    ///< In UTC.
 };
 
 /// A key's subkeys as they were when the snapshot was taken, in the platform's order. Does not keep the
@@ -246,6 +311,7 @@ public:
     TARN_API explicit KeyEnumeration(HKEY key);
 };
 
+/// A value of a ValueEnumeration.
 template <class Ch> struct RegistryKey::ValueEntry {
     BasicString<Ch> name; ///< Empty for the default value.
     unsigned long type;   ///< A `REG_...` code.

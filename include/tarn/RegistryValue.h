@@ -20,10 +20,12 @@ public:
     TARN_API explicit RegistryValue(const Ch* text, unsigned long type = REG_SZ);
     /// A `REG_MULTI_SZ`. An empty string among them ends the list for whoever reads it.
     TARN_API explicit RegistryValue(const std::list<BasicString<Ch>>& strings);
+    /// Bytes as they lie; copied.
     TARN_API RegistryValue(const unsigned char* data, unsigned long sizeInBytes, unsigned long type);
 
     unsigned long getType() const { return type_; }                                    ///< A `REG_...` code.
     unsigned long getSize() const { return static_cast<unsigned long>(data_.size()); } ///< In bytes.
+    /// Valid until the value changes; null when it has no data.
     const unsigned char* getData() const { return data_.data(); }
 
     /// As RegistryKey::getValue for a number, with its two std::runtime_errors.
@@ -33,6 +35,7 @@ public:
     /// As RegistryKey::getValue for strings, with its error for a wrong type.
     TARN_API std::list<BasicString<Ch>> getStrings() const;
 
+    /// Equal types and equal bytes.
     bool operator==(const RegistryValue& other) const = default;
 
 private:

@@ -35,6 +35,8 @@ public:
     SafeArray(VARTYPE type, std::initializer_list<SAFEARRAYBOUND> bounds);
     /// A copy of a plain array. Throws "Can't copy safe array".
     explicit SafeArray(SAFEARRAY* array);
+    /// A copy copies the elements, a move leaves its source null. An assignment destroys the array held before.
+    ///@{
     SafeArray(const SafeArray& other);
     SafeArray(SafeArray&& other) noexcept : array_(other.detach()) {}
     SafeArray& operator=(SafeArray other) noexcept
@@ -42,14 +44,17 @@ public:
         swap(other);
         return *this;
     }
+    ///@}
     /// Does not report that the array is locked and stays: release every Access first.
     ~SafeArray();
 
+    ///@{
     operator SAFEARRAY*() const noexcept { return array_; } ///< Lent, not given.
     SAFEARRAY* get() const noexcept { return array_; }
+    ///@}
 
     VARTYPE getType() const; ///< Throws "Can't get type of safe array".
-    unsigned getDimensionCount() const noexcept { return array_ ? SafeArrayGetDim(array_) : 0; }
+    unsigned getDimensionCount() const noexcept { return array_ ? SafeArrayGetDim(array_) : 0; } ///< 0 for null.
     /// Dimensions count from 1, leftmost index first. Throw "Can't get bounds of safe array".
     long getLowerBound(unsigned dimension = 1) const;
     long getUpperBound(unsigned dimension = 1) const; ///< One less than the lower bound when it is empty.
@@ -57,10 +62,12 @@ public:
 
     /// Throw "Can't get element of safe array", "Can't set element of safe array", with
     /// `DISP_E_BADINDEX` outside of the bounds; set converts the value to the array's type first.
+    ///@{
     Variant getElement(long index) const;
     Variant getElement(std::initializer_list<long> indices) const;
     void setElement(long index, const VARIANT& value);
     void setElement(std::initializer_list<long> indices, const VARIANT& value);
+    ///@}
 
     /// Changes the number of elements of the rightmost dimension. Throws "Can't resize safe array", with
     /// `DISP_E_ARRAYISLOCKED` while an Access is alive.
@@ -70,6 +77,7 @@ public:
     SAFEARRAY* detach() noexcept { return std::exchange(array_, nullptr); } ///< The caller destroys it.
     /// Destroys what it holds; the address is for calls that hand out an array.
     SAFEARRAY** put();
+    /// Exchanges the arrays; both stay where they are.
     void swap(SafeArray& other) noexcept { std::swap(array_, other.array_); }
 
 private:
@@ -142,10 +150,13 @@ public:
     }
     ~Access() { SafeArrayUnaccessData(array_); }
 
+    /// The elements as they lie in memory, valid as long as this object.
+    ///@{
     T* data() const noexcept { return data_; }
     unsigned size() const noexcept { return size_; }
     T* begin() const noexcept { return data_; }
     T* end() const noexcept { return data_ + size_; }
+    ///@}
     T& operator[](unsigned i) const noexcept { return data_[i]; } ///< From 0, whatever the bounds.
 
 private:

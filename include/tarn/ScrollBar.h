@@ -14,6 +14,7 @@ public:
     void enableScrollBar(unsigned arrows) const; ///< Throws "Can't change scrollbar arrow state".
     /// Size and mask of `info` have to be filled in. Throws "Can't get scroll info".
     void getScrollInfo(SCROLLINFO& info) const;
+    /// `mask` is made of `SIF_...`. Throws the same.
     SCROLLINFO getScrollInfo(unsigned mask) const;
     int setScrollInfo(const SCROLLINFO& info, bool redraw) const; ///< The position that it has now.
 };

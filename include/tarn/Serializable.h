@@ -25,10 +25,13 @@ public:
     /// Names an object that cannot be made or found.
     class TARN_API Exception : public tarn::Exception {
     public:
-        Exception(const std::string& description);
+        Exception(const std::string& description); ///< what() is the description.
+        /// A copy has its own text.
+        ///@{
         Exception(const Exception&);
         Exception& operator=(const Exception&);
         ~Exception() override;
+        ///@}
     };
 
     /// Writes the object's own data.
@@ -59,6 +62,7 @@ TARN_API void registerClassAs(const std::type_info& type, const char* name, Seri
 
 /// Says that a class was declared with the word `struct`, which its run-time type does not tell.
 struct DeclaredAsStruct {};
+/// To be given to SerializableImpl.
 inline constexpr DeclaredAsStruct declaredAsStruct;
 
 /// Registers the class T when it is constructed: have one static object of it for each class.
@@ -68,9 +72,12 @@ inline constexpr DeclaredAsStruct declaredAsStruct;
 /// give the whole name. Objects of a class that is not registered are written as "class" and their name.
 template <class T> class SerializableImpl {
 public:
+    /// Registers T under the name that is said above, or under the whole `name`, which is copied.
+    ///@{
     SerializableImpl() { detail::registerClass(typeid(T), "class ", &create); }
     explicit SerializableImpl(DeclaredAsStruct) { detail::registerClass(typeid(T), "struct ", &create); }
     explicit SerializableImpl(const char* name) { detail::registerClassAs(typeid(T), name, &create); }
+    ///@}
 
 private:
     static Serializable* create() { return new T; }

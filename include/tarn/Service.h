@@ -12,12 +12,12 @@ class TARN_API ServiceHandle : private boost::noncopyable {
 public:
     ~ServiceHandle() noexcept(false) { close(); }
 
-    void close(); ///< Throws "Can't close service handle".
-    bool isOpen() const { return handle_ != nullptr; }
+    void close();                                      ///< Throws "Can't close service handle".
+    bool isOpen() const { return handle_ != nullptr; } ///< False before opening and after close().
 
 protected:
     ServiceHandle() = default;
-    SC_HANDLE getHandle() const { return handle_; }
+    SC_HANDLE getHandle() const { return handle_; } ///< Null while closed. Lent, not given.
     /// Takes ownership; the object must not hold another handle.
     void setHandle(SC_HANDLE handle) { handle_ = handle; }
 
@@ -35,9 +35,11 @@ public:
 
     /// The manager of `machine` (null: this one) for `access`, a set of the platform's `SC_MANAGER_`
     /// rights. Throws "Can't open service manager".
+    ///@{
     void open(const char* machine, unsigned long access);
     void open(const wchar_t* machine, unsigned long access);
     void open(unsigned long access);
+    ///@}
 
 private:
     friend class Service; // For the manager's handle.
@@ -51,6 +53,7 @@ class TARN_API Service : public ServiceHandle {
 public:
     /// Registers a service; the arguments are those of the platform's `CreateService`. A path with blanks
     /// has to stand in quotation marks within `binaryPath`. Throws "Can't create service".
+    ///@{
     void create(const ServiceManager& manager, const char* name, const char* displayName, unsigned long access,
                 unsigned long serviceType, unsigned long startType, unsigned long errorControl, const char* binaryPath,
                 const char* loadOrderGroup, unsigned long* tagId, const char* dependencies,
@@ -59,19 +62,24 @@ public:
                 unsigned long serviceType, unsigned long startType, unsigned long errorControl,
                 const wchar_t* binaryPath, const wchar_t* loadOrderGroup, unsigned long* tagId,
                 const wchar_t* dependencies, const wchar_t* serviceStartName, const wchar_t* password);
+    ///@}
 
     /// Throws "Can't open service".
+    ///@{
     void open(const ServiceManager& manager, const char* name, unsigned long access);
     void open(const ServiceManager& manager, const wchar_t* name, unsigned long access);
+    ///@}
 
     /// Marks the service for deletion: it is gone when it has stopped and its last handle is closed, this
     /// object's included. Throws "Can't delete service".
     void remove() const;
 
     /// Returns when the service has been launched, which is before it runs. Throws "Can't start service".
+    ///@{
     void start(const char** arguments, unsigned count) const;
     void start(const wchar_t** arguments, unsigned count) const;
     void start() const;
+    ///@}
     /// Asks the service to stop and returns what it reports, which may be that it is still stopping.
     /// Throws "Can't stop service".
     SERVICE_STATUS stop();

@@ -18,11 +18,13 @@ namespace tarn {
 /// selection, on an apartment thread: register the class with COMModule::apartment.
 class TARN_API ShellExtension : public IShellExtInit, public IUnknownImpl {
 public:
-    using Items = std::vector<BasicString<wchar_t>>;
+    using Items = std::vector<BasicString<wchar_t>>; ///< Full paths.
 
+    /// `outer` is the aggregating object or null, as for IUnknownImpl.
     explicit ShellExtension(IUnknown* outer) : IUnknownImpl(outer) {}
 
     TARN_IUNKNOWN_METHODS
+    /// Called by Explorer: takes the paths from `data` and the folder. Failures are results.
     HRESULT STDMETHODCALLTYPE Initialize(PCIDLIST_ABSOLUTE folder, IDataObject* data, HKEY progID) override;
 
     const Items& getItems() const { return items_; } ///< Full paths; empty when the folder itself was clicked.
@@ -45,6 +47,7 @@ private:
 /// with the right button: override getCommands, the rest is done.
 class TARN_API ContextMenuHandler : public ShellExtension, public IContextMenu {
 public:
+    /// A line of the menu.
     struct Command {
         BasicString<wchar_t> text; ///< What the menu shows, "&" before the access key; "" is a separator.
         /// Called with the window that may own dialogs (or null). What it throws becomes the result.
@@ -53,14 +56,18 @@ public:
         BasicString<wchar_t> help; ///< For the status bar; may be empty.
     };
 
+    /// `outer` is the aggregating object or null, as for IUnknownImpl.
     explicit ContextMenuHandler(IUnknown* outer) : ShellExtension(outer) {}
 
     TARN_IUNKNOWN_METHODS
+    /// Called by Explorer, to fill the menu, to run a command and to learn its help and verb. Failures are results.
+    ///@{
     HRESULT STDMETHODCALLTYPE QueryContextMenu(HMENU menu, UINT position, UINT firstID, UINT lastID,
                                                UINT flags) override;
     HRESULT STDMETHODCALLTYPE InvokeCommand(CMINVOKECOMMANDINFO* info) override;
     HRESULT STDMETHODCALLTYPE GetCommandString(UINT_PTR command, UINT what, UINT* reserved, CHAR* text,
                                                UINT size) override;
+    ///@}
 
 protected:
     void* queryInterface(const GUID& iid) override;
@@ -78,10 +85,13 @@ private:
 /// Adds pages to the properties of files or folders: override createPages.
 class TARN_API PropertySheetHandler : public ShellExtension, public IShellPropSheetExt {
 public:
+    /// `outer` is the aggregating object or null, as for IUnknownImpl.
     explicit PropertySheetHandler(IUnknown* outer) : ShellExtension(outer) {}
 
     TARN_IUNKNOWN_METHODS
+    /// Called by Explorer: hands it what createPages() makes. Failures are results.
     HRESULT STDMETHODCALLTYPE AddPages(LPFNSVADDPROPSHEETPAGE add, LPARAM context) override;
+    /// `E_NOTIMPL`: only the pages of the control panel are replaced.
     HRESULT STDMETHODCALLTYPE ReplacePage(UINT page, LPFNSVADDPROPSHEETPAGE replace, LPARAM context) override;
 
 protected:
@@ -94,21 +104,30 @@ protected:
 /// Takes what is dropped on a file of its type: override drop, and getEffect if it matters how.
 class TARN_API DropHandler : public IPersistFile, public IDropTarget, public IUnknownImpl {
 public:
-    using Items = ShellExtension::Items;
+    using Items = ShellExtension::Items; ///< Full paths.
 
+    /// `clsid` is the class under which the handler is registered.
     DropHandler(IUnknown* outer, const GUID& clsid) : IUnknownImpl(outer), clsid_(clsid) {}
 
     TARN_IUNKNOWN_METHODS
+    /// The methods of `IPersistFile`, by which Explorer names the file that is dropped on. Save() is `E_NOTIMPL`; the
+    /// text of GetCurFile() is the caller's to free with `CoTaskMemFree`.
+    ///@{
     HRESULT STDMETHODCALLTYPE GetClassID(CLSID* clsid) override;
     HRESULT STDMETHODCALLTYPE IsDirty() override { return S_FALSE; }
     HRESULT STDMETHODCALLTYPE Load(LPCOLESTR file, DWORD mode) override;
     HRESULT STDMETHODCALLTYPE Save(LPCOLESTR file, BOOL remember) override;
     HRESULT STDMETHODCALLTYPE SaveCompleted(LPCOLESTR file) override;
     HRESULT STDMETHODCALLTYPE GetCurFile(LPOLESTR* file) override;
+    ///@}
+    /// The methods of `IDropTarget`, which ask getEffect() and at the end call drop(). Failures are results, and
+    /// `E_POINTER` for a null `effect`.
+    ///@{
     HRESULT STDMETHODCALLTYPE DragEnter(IDataObject* data, DWORD keys, POINTL point, DWORD* effect) override;
     HRESULT STDMETHODCALLTYPE DragOver(DWORD keys, POINTL point, DWORD* effect) override;
     HRESULT STDMETHODCALLTYPE DragLeave() override;
     HRESULT STDMETHODCALLTYPE Drop(IDataObject* data, DWORD keys, POINTL point, DWORD* effect) override;
+    ///@}
 
     const BasicString<wchar_t>& getTarget() const { return target_; } ///< The file that is dropped on.
 

@@ -7,12 +7,16 @@ namespace tarn {
 /// wherever a `SIZE` (or, by its address, a `SIZE*`) is wanted.
 struct Size : SIZE {
     constexpr Size() : SIZE{0, 0} {}
+    /// Both lengths given, or copied. The default is (0, 0).
+    ///@{
     constexpr Size(int width, int height) : SIZE{width, height} {}
     constexpr Size(const SIZE& size) : SIZE(size) {}
+    ///@}
     /// The way from one point to the other, negative where `to` lies left of or above `from`.
     constexpr Size(const POINT& from, const POINT& to) : SIZE{to.x - from.x, to.y - from.y} {}
 };
 
+/// Also for a `SIZE` on one side.
 constexpr bool operator==(const Size& a, const Size& b) { return a.cx == b.cx && a.cy == b.cy; }
 
 static_assert(sizeof(Size) == sizeof(SIZE));

@@ -15,22 +15,29 @@ class TARN_API StdIOStream : public BufferedOutputStream, public SeekableInputSt
 public:
     StdIOStream() = default;
     /// As open().
+    ///@{
     StdIOStream(const char* name, const char* mode);
     StdIOStream(const wchar_t* name, const wchar_t* mode);
+    ///@}
     explicit StdIOStream(FILE* file); ///< Takes the file over and closes it at the end.
     /// A copy uses the same file, and both would close it: detach() all but one of them.
     StdIOStream(const StdIOStream&) = default;
+    /// The same; the file held before is not closed.
     StdIOStream& operator=(const StdIOStream&) = default;
 
+    /// Fewer bytes than given only after a failure; see flush().
     unsigned int write(const void* buffer, unsigned int size) override;
     void flush() override;  ///< Throws "Can't flush stdio file".
     void close() override;  ///< Reports no failure: flush() first to hear of data that could not be written.
     virtual ~StdIOStream(); ///< As close().
     /// Closes the file open so far, then opens another; the mode is that of `fopen`. Throws
     /// `Can't open stdio file "..." with ops "..."` and is closed then.
+    ///@{
     virtual void open(const wchar_t* name, const wchar_t* mode);
     virtual void open(const char* name, const char* mode);
+    ///@}
 
+    /// 0 at the end of the file, and after a failure.
     unsigned int read(void* buffer, unsigned int size) override;
     /// Only the low 32 bits of the offset count. Throws "fseek(...) failed".
     void setFilePointer(long long offset, whence origin) override;
@@ -41,10 +48,13 @@ public:
     void attach(FILE* file);
     /// Leaves closing the file to the caller; the stream goes on using it.
     FILE* detach();
+    /// Null, and not open, before open() and after close(); after detach() still the file.
+    ///@{
     FILE* getHandle() const { return file_; }
     bool isOpen() const { return file_ != nullptr; }
     operator bool() const { return isOpen(); }
     bool operator!() const { return !isOpen(); }
+    ///@}
 
 private:
     FILE* file_ = nullptr;

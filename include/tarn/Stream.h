@@ -32,9 +32,12 @@ public:
     /// source that delivers in pieces (a pipe), loop over read() instead.
     virtual void readFully(void* buffer, unsigned int size);
 
+    /// Four or eight bytes, little-endian. Throw as readFully().
+    ///@{
     int readInt32() { return readAs<int>(); }
     unsigned int readUInt32() { return readAs<unsigned int>(); }
     double readDouble() { return readAs<double>(); }
+    ///@}
 
     /// Reads an object that OutputStream::writeObject wrote: makes one of the class named there and has it
     /// read its data. The caller owns it, and destroys it through its own class. Throws
@@ -77,7 +80,9 @@ protected:
 /// An output stream that may hold data back until flush() or close().
 class TARN_API BufferedOutputStream : public OutputStream {
 public:
+    /// Passes on what is held back.
     virtual void flush() = 0;
+    /// Passes on what is held back and ends the stream; what may follow, the class says.
     virtual void close() = 0;
 
 protected:
@@ -90,7 +95,9 @@ public:
     /// Where the offset of a seek counts from.
     enum whence : int { begin, current, end };
 
+    /// Moves to `offset` bytes (negative: backwards) from `origin`.
     virtual void setFilePointer(long long offset, whence origin) = 0;
+    /// Counted from the beginning.
     virtual unsigned long long getFilePointer() = 0;
     /// Sets the position and returns the new one.
     virtual unsigned long long seek(long long offset, whence origin);
@@ -114,6 +121,7 @@ template <class T>
 concept StreamNumber =
     (std::integral<T> && !std::same_as<T, bool> && (sizeof(T) == 4 || sizeof(T) == 8)) || std::same_as<T, double>;
 
+/// Little-endian, without padding. Throws EndOfFile "EOF in writeFully(...)".
 template <StreamNumber T> OutputStream& operator<<(OutputStream& out, T value)
 {
     out.writeFully(&value, sizeof value);
@@ -126,6 +134,7 @@ template <std::same_as<bool> T> OutputStream& operator<<(OutputStream& out, T va
     out.writeFully(&byte, 1);
     return out;
 }
+/// Little-endian. Throws EndOfFile "EOF in readFully(...)".
 template <StreamNumber T> InputStream& operator>>(InputStream& in, T& value)
 {
     in.readFully(&value, sizeof value);
@@ -148,16 +157,22 @@ template <class Ch> OutputStream& writeText(OutputStream& out, const Ch* text)
 /// The text up to its terminating zero, null being the empty text: its length in characters as an
 /// unsigned 32-bit number, then the characters. Throws EndOfFile only when the length does not go out:
 /// check the size of the stream where the characters must not get lost.
+///@{
 inline OutputStream& operator<<(OutputStream& out, const char* text) { return detail::writeText(out, text); }
 inline OutputStream& operator<<(OutputStream& out, const wchar_t* text) { return detail::writeText(out, text); }
+///@}
 /// BasicString, too. The text ends at the first zero in it.
+///@{
 inline OutputStream& operator<<(OutputStream& out, const std::string& text) { return out << text.c_str(); }
 inline OutputStream& operator<<(OutputStream& out, const std::wstring& text) { return out << text.c_str(); }
+///@}
 
 /// For BasicString, too. Throws EndOfFile when the data end before the text does, however long it claims
 /// to be; memory is taken only as data arrive, and the text is left in an unknown state.
+///@{
 TARN_API InputStream& operator>>(InputStream& in, std::string& text);
 TARN_API InputStream& operator>>(InputStream& in, std::wstring& text);
+///@}
 
 /// Copies all that `in` still has, through a buffer of 10,000 bytes, up to the first read that gives
 /// nothing. Whether `out` took the bytes is not checked; nothing is flushed or closed.
@@ -165,16 +180,22 @@ TARN_API OutputStream& operator<<(OutputStream& out, InputStream& in);
 
 // ---- Numbers in a given byte order: in >> BigEndian >> width >> height;
 
+/// The byte order of numbers on a stream; the library's own encoding is little-endian.
 enum Endianess { LittleEndian, BigEndian };
 
 /// A stream whose data have the given byte order: the numbers read from it come in the host's.
 struct EndianToNative {
+    /// The stream must outlive the object.
     EndianToNative(InputStream& source, Endianess order) : stream(source), endianess(order) {}
 
+    /// What it was made of.
+    ///@{
     InputStream& stream;
     Endianess endianess;
+    ///@}
 };
 
+/// Gives the byte order of the numbers that follow in the expression.
 inline EndianToNative operator>>(InputStream& in, Endianess endianess) { return EndianToNative(in, endianess); }
 /// Switches to another byte order within an expression.
 inline EndianToNative operator>>(const EndianToNative& in, Endianess endianess)

@@ -17,8 +17,11 @@ public:
     /// names no folder in `directory` (null: the runtime library's default). Throws CRTError "Can't create
     /// temporary name", "Can't create temporary directory "PATH"".
     TemporaryDirectory(const wchar_t* directory, const wchar_t* prefix);
+    /// Copy the path: see above.
+    ///@{
     TemporaryDirectory(const TemporaryDirectory&) = default;
     TemporaryDirectory& operator=(const TemporaryDirectory&) = default;
+    ///@}
     ~TemporaryDirectory();
 
     /// The full path, without a separator at its end.

@@ -14,20 +14,26 @@ class TARN_API TemporaryFile : private boost::noncopyable {
 public:
     TemporaryFile() = default; ///< No file until create().
     /// Creates a file as create() does.
+    ///@{
     TemporaryFile(const char* name) { create(name); }
     TemporaryFile(const wchar_t* name) { create(name); }
+    ///@}
     ~TemporaryFile() noexcept(false) { remove(); }
 
     /// Removes the file held before and creates one. The system chooses its name, which begins with "tmp":
     /// the argument only chooses between the narrow and the wide functions of the platform. Throws "Can't
     /// retrieve temporary directory", "Can't create temporary file "FOLDER"", and what remove() throws.
+    ///@{
     void create(const char* name);
     void create(const wchar_t* name);
+    ///@}
 
     /// The full path; empty while there is no file. The narrow form is in the system's ANSI code page.
+    ///@{
     BasicString<char> getPathA() const { return path_.c_str(); }
     BasicString<wchar_t> getPathW() const { return path_; }
     BasicString<wchar_t> getPathT() const { return path_; }
+    ///@}
 
     /// Does nothing when there is no file. Throws "Can't delete temporary file "PATH"" and keeps the path
     /// then, so that it can be called again.

@@ -42,9 +42,10 @@ public:
 
     /// From start() until run() has returned, also while suspended.
     bool isRunning() const;
-    unsigned long getID() const;
+    unsigned long getID() const; ///< 0 before the first start().
     /// Whether the calling thread is this one, and running.
     bool isCurrent() const;
+    /// Of the calling thread, whoever started it.
     static unsigned long getCurrentID();
 
     /// The lock of the object's own state, to guard more with it.

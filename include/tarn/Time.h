@@ -15,6 +15,8 @@ namespace tarn {
 /// TimeText.h writes and reads one as text.
 class TARN_API Time {
 public:
+    /// Milliseconds since 1970-01-01 00:00:00 UTC.
+    ///@{
     Time(std::int64_t milliseconds = 0) : milliseconds_(milliseconds) {}
     Time& operator=(std::int64_t milliseconds)
     {
@@ -22,6 +24,7 @@ public:
         return *this;
     }
     operator std::int64_t() const { return milliseconds_; }
+    ///@}
 
     /// Always the epoch, 0: the clock's reading is dropped. Call now() for the present instant.
     static Time current();
@@ -29,15 +32,19 @@ public:
     static Time now();
 
     /// Whole seconds, truncated toward zero, so that -1500 ms give -1; beyond 32 bits (2038) they wrap.
+    ///@{
     int toTimeT() const { return static_cast<int>(milliseconds_ / 1000); }
     static Time fromTimeT(int seconds) { return Time(std::int64_t(seconds) * 1000); }
+    ///@}
 
     /// Whether this is midnight UTC.
     bool isDate() const { return milliseconds_ % 86400000 == 0; }
 
     /// Units of 100 nanoseconds since 1582-10-15 00:00:00 UTC, as in time-based UUIDs.
+    ///@{
     std::uint64_t toXOpen() const;
     static Time fromXOpen(std::uint64_t units);
+    ///@}
 
     /// The platform's units of 100 nanoseconds since 1601. Throws WindowsError "Can't convert time to file
     /// time" for instants that it does not reach: before 1601 and after 30828-09-14.

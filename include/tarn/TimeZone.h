@@ -14,9 +14,12 @@ namespace tarn {
 /// instant of a transition itself still belongs to what was before it.
 class TARN_API TimeZone {
 public:
+    /// The names that the rules are given with.
+    ///@{
     using Era = GregorianCalendarBase::Era;
     using Month = GregorianCalendarBase::Month;
     using DayOfWeek = GregorianCalendarBase::DayOfWeek;
+    ///@}
 
     TimeZone(); ///< UTC, without daylight time.
     /// UTC too: the name is ignored. Set the offsets and rules yourself.
@@ -32,10 +35,17 @@ public:
     /// Throws as current().
     static TimeZone currentForYear(int year);
 
+    /// What daylight time adds to the standard offset, in milliseconds.
+    ///@{
     int GetDSTOffset() const { return dstOffset_; }
     void SetDSTOffset(int milliseconds) { dstOffset_ = milliseconds; } ///< 0: no daylight time.
+    ///@}
+    /// What standard time adds to UTC, in milliseconds.
+    ///@{
     int GetStandardOffset() const { return rawOffset_; }
     void SetStandardOffset(int milliseconds) { rawOffset_ = milliseconds; }
+    ///@}
+    /// Whether the daylight offset is other than 0; rules alone make no daylight time.
     bool UseDaylightTime() const { return dstOffset_ != 0; }
 
     /// A rule by weekday: with -1 the last one of the month, with -2 the one before (February counts 28
@@ -47,13 +57,17 @@ public:
     /// time in the other direction: give the end rule in standard time. Nothing is validated.
     void SetStartRule(Month month, int dayOfWeekInMonth, DayOfWeek dayOfWeek, int time);
     void SetStartRule(Month month, int dayOfMonth, int time); ///< A rule by date.
+    /// As SetStartRule(), for the end of daylight time.
+    ///@{
     void SetEndRule(Month month, int dayOfWeekInMonth, DayOfWeek dayOfWeek, int time);
     void SetEndRule(Month month, int dayOfMonth, int time);
+    ///@}
 
     /// What to add to UTC at this local date and time of day: the standard offset, in daylight time with
     /// the daylight amount on top. There is no daylight time in the era BC; `year` is not used.
     int GetOffset(Era era, int year, Month month, int day, DayOfWeek dayOfWeek, int millis) const;
 
+    /// Whether daylight time is in force at the instant.
     bool InDaylightTime(const Time& time) const;
 
 private:

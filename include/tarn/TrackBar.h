@@ -14,18 +14,25 @@ class TARN_API TrackBar : public Window {
 public:
     using Window::Window;
 
+    /// In the units of the range.
     int getPosition() const;
     void setPosition(int position, bool redraw) const; ///< Beyond the range it is set to the nearer end.
+    /// Both ends, or one of them; the position is moved into the new range. `redraw` draws the bar anew.
+    ///@{
     void setRange(short min, short max, bool redraw) const;
     void setRangeMin(int min, bool redraw) const;
     void setRangeMax(int max, bool redraw) const;
+    ///@}
 
+    /// The selection's two ends; `redraw` draws the bar anew.
+    ///@{
     void setSelection(short start, short end, bool redraw) const;
     void setSelectionStart(int start, bool redraw) const;
     void setSelectionEnd(int end, bool redraw) const;
     int getSelectionStart() const;
     int getSelectionEnd() const;
     void clearSelection(bool redraw) const;
+    ///@}
 
     void clearTicks(bool redraw) const; ///< All but those at the two ends.
     bool addTick(int position) const;   ///< False when the position is not between the two ends.

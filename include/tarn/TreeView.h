@@ -10,6 +10,7 @@ namespace tarn {
 /// What the platform's control can do beyond the members here is done by its messages: sendMessageA().
 class TARN_API TreeView : public Window {
 public:
+    /// The pictures of the items, and those of their state.
     enum imagelist { normal = TVSIL_NORMAL, state = TVSIL_STATE };
 
     using Window::Window;
@@ -17,11 +18,14 @@ public:
     /// A notification of this control, before its parent's handlers: true settles it. The wide form is asked
     /// first, then the converted one. It arrives when the object is attached to the control (or subclasses
     /// it) and the parent is handled by an object that passes notifications on.
+    ///@{
     virtual bool onReflectedNotification(const NMTREEVIEWA& notification);
     virtual bool onReflectedNotification(const NMTREEVIEWW& notification);
+    ///@}
 
     /// The new item. `after` may be `TVI_FIRST`, `TVI_LAST` or `TVI_SORT`. Pictures count from 0 in the image
     /// list. Throw "Can't insert tree view item".
+    ///@{
     HTREEITEM insertItem(const TVINSERTSTRUCTA& item) const;
     HTREEITEM insertItem(const TVINSERTSTRUCTW& item) const;
     HTREEITEM insertItem(const char* text, HTREEITEM parent = TVI_ROOT, HTREEITEM after = TVI_LAST) const;
@@ -36,11 +40,15 @@ public:
                          HTREEITEM after) const;
     HTREEITEM insertItem(const wchar_t* text, int image, int selectedImage, const void* data, HTREEITEM parent,
                          HTREEITEM after) const;
+    ///@}
 
     void deleteItem(HTREEITEM item) const; ///< With its children. Throws "Can't delete tree item".
+    /// Of an empty view, too.
     void deleteAllItems() const;
+    ///@{
     BasicString<char> getItemTextA(HTREEITEM item) const; ///< Throws "Can't retrieve item".
     BasicString<wchar_t> getItemTextW(HTREEITEM item) const;
+    ///@}
     void* getItemData(HTREEITEM item) const; ///< Null for no item.
 
     /// `action` is `TVE_EXPAND`, `TVE_COLLAPSE` or `TVE_TOGGLE`. Throws "Unable to expand/collapse tree view
@@ -54,6 +62,7 @@ public:
 
     /// Gives the list before. The tree view destroys neither: keep an ImageList as long as it is shown.
     HIMAGELIST setImageList(HIMAGELIST list, imagelist which) const;
+    /// Null for none. Lent, not given.
     HIMAGELIST getImageList(imagelist which) const;
 
 private:

@@ -20,6 +20,8 @@ class TARN_API Variant : public VARIANT {
 public:
     Variant() noexcept { VariantInit(this); } ///< `VT_EMPTY`.
     Variant(const VARIANT& value);            ///< A copy. Throws "Can't copy variant".
+    /// A copy is deep; a move leaves its source empty. An assignment frees the value held before.
+    ///@{
     Variant(const Variant& other) : Variant(static_cast<const VARIANT&>(other)) {}
     Variant(Variant&& other) noexcept : VARIANT(other.detach()) {}
     Variant& operator=(Variant other) noexcept
@@ -27,9 +29,13 @@ public:
         swap(other);
         return *this;
     }
+    ///@}
     /// Does not report that a locked array stays.
     ~Variant() { VariantClear(this); }
 
+    /// The type that automation has for the value: `VT_BOOL`, `VT_UI1`, `VT_I2`, `VT_I4`, `VT_UI4`, `VT_I8`, `VT_UI8`,
+    /// `VT_R4`, `VT_R8`, and `VT_BSTR` for a text, which is copied.
+    ///@{
     template <std::same_as<bool> Bool> Variant(Bool value) noexcept : Variant() { setBool(value); }
     Variant(unsigned char value) noexcept;
     Variant(short value) noexcept;
@@ -46,8 +52,12 @@ public:
     Variant(const BasicString<wchar_t>& text) : Variant(BStr(text)) {}
     Variant(const BasicString<char>& text) : Variant(BStr(text)) {}
     Variant(BStr text) noexcept;
+    ///@}
+    ///@{
     Variant(IUnknown* object) noexcept; ///< Adds a reference of its own.
     Variant(IDispatch* object) noexcept;
+    ///@}
+    /// `VT_ARRAY` and the type of the elements. Throws "Can't get type of safe array".
     Variant(SafeArray array);
 
     static Variant null() noexcept;            ///< `VT_NULL`.
@@ -55,21 +65,31 @@ public:
     static Variant error(HRESULT hr) noexcept; ///< `VT_ERROR`.
     static Variant date(double days) noexcept; ///< Days since 1899-12-30, local time.
 
+    /// The type as it lies: `VT_ARRAY` and `VT_BYREF` are bits of it. isNull() is about `VT_NULL`, and isEmpty() about
+    /// a variant without a value.
+    ///@{
     VARTYPE getType() const noexcept { return vt; }
     bool isEmpty() const noexcept { return vt == VT_EMPTY; }
     bool isNull() const noexcept { return vt == VT_NULL; }
     bool isArray() const noexcept { return (vt & VT_ARRAY) != 0; }
+    ///@}
 
     /// The value as another type. Throws "Can't convert variant".
     Variant convertedTo(VARTYPE type, LCID locale = LOCALE_USER_DEFAULT) const;
+    /// Convert in the user's locale. Throw "Can't convert variant".
+    ///@{
     bool toBool() const;
     long toLong() const;
     long long toLongLong() const;
     double toDouble() const;
     BasicString<wchar_t> toString() const;
+    ///@}
     BasicString<char> toAString() const; ///< In the system's ANSI code page.
+    /// With a reference of its own; empty for a null object. Throw "Can't convert variant".
+    ///@{
     COMInterfacePointer<IUnknown> toUnknown() const;
     COMInterfacePointer<IDispatch> toDispatch() const;
+    ///@}
     SafeArray toSafeArray() const; ///< A copy of the array, which has to be one already.
 
     void clear();                      ///< Frees the value. Throws "Can't clear variant".
@@ -77,7 +97,7 @@ public:
     VARIANT detach() noexcept;         ///< The caller clears the result.
     /// Frees the value; the address is for calls that hand out a variant.
     VARIANT* put();
-    void swap(Variant& other) noexcept;
+    void swap(Variant& other) noexcept; ///< Exchanges the values without copying.
 
 private:
     void setBool(bool value) noexcept;

@@ -10,6 +10,7 @@ class TARN_API VersionInfo {
 public:
     /// A version as its four parts; `value` is the same eight bytes as they lie in the resource.
     union Version {
+        /// Only to be compared whole, and equal or not: the order of the parts in it is not that of versions.
         unsigned long long value;
         __extension__ struct {
             unsigned short minor;
@@ -25,11 +26,16 @@ public:
     VersionInfo(const char* fileName);
     /// The same with the names of the wide calls.
     VersionInfo(const wchar_t* fileName);
+    /// A copy has the resource's data in memory of its own. Throw BadAllocation.
+    ///@{
     VersionInfo(const VersionInfo& other);
     VersionInfo& operator=(const VersionInfo& other);
+    ///@}
 
+    ///@{
     const Version& FileVersion() const; ///< Valid as long as the object.
     const Version& ProductVersion() const;
+    ///@}
 
 private:
     Array<char> data_;

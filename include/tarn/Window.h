@@ -44,13 +44,18 @@ class WindowClass;
 /// that call `DispatchMessage` themselves have to catch what their handlers throw.
 class TARN_API Window : private boost::noncopyable {
 public:
+    /// The state of a check box or radio button.
     enum check { unchecked = 0, checked = 1, indeterminate = 2 };
+    /// Of a window's two icons: in lists and the title bar, or where programs are switched.
     enum icon_size { small_icon = 0, big_icon = 1 };
+    /// At the bottom edge, at the right edge, or the window itself when it is a scroll bar.
     enum scroll_bar_type { horizontal = 0, vertical = 1, control = 2 };
 
     /// The answer to a message: what the handler returned, or, not handled, what the default gave.
     struct message_result {
+        /// What the sender gets.
         LRESULT value;
+        /// False when it was left to the default.
         bool handled;
     };
 
@@ -59,11 +64,14 @@ public:
     template <class T> class Pointer {
     public:
         Pointer() noexcept = default;
+        /// With `owns` the object is deleted at the end.
         Pointer(T* object, bool owns) noexcept : object_(object), owns_(owns) {}
+        /// Takes the object over, and the duty to delete it with it.
         Pointer(const Pointer& other) noexcept
             : object_(std::exchange(other.object_, nullptr)), owns_(std::exchange(other.owns_, false))
         {
         }
+        /// The same; an object owned before is deleted.
         Pointer& operator=(const Pointer& other) noexcept
         {
             if (this != &other) {
@@ -75,9 +83,12 @@ public:
         }
         ~Pointer() { release(); }
 
+        /// Null when nothing was found: then do not use `->`.
+        ///@{
         operator T*() const noexcept { return object_; }
         T* operator->() const noexcept { return object_; }
         T* get() const noexcept { return object_; }
+        ///@}
         /// Whether the object dies with this pointer.
         bool isOwner() const noexcept { return owns_; }
 
@@ -105,11 +116,17 @@ public:
     virtual void onCommand(Window* sender, unsigned short code, unsigned short id);
     /// A notification that this control sent to its parent; true when that settles it.
     virtual bool onReflectedCommand(unsigned short code);
+    /// `WM_HSCROLL`, `WM_VSCROLL`: `code` is an `SB_...`, and `position` counts for thumb codes only. `bar` (null for
+    /// the window's own bars) lives until the handler returns.
+    ///@{
     virtual void onHScroll(Window* bar, unsigned short code, unsigned short position);
     virtual void onVScroll(Window* bar, unsigned short code, unsigned short position);
+    ///@}
+    /// `WM_DESTROY`: the window is going, its children are still there.
     virtual void onDestroy();
     /// By default routes to the four handlers below and returns 0.
     virtual LRESULT onNotify(const NMHDR& header);
+    /// `NM_DBLCLK` of a control.
     virtual void onDoubleClick(const NMHDR& header);
     /// A tree view's notification. Of other structures than `NMTREEVIEW` that some codes of this family
     /// come with, only the header may be used without a cast. By default the tree view's own object is asked
@@ -117,16 +134,24 @@ public:
     virtual void onNotification(const NMTREEVIEWW& notification);
     /// The same notification, its code unchanged, with the texts of the items converted.
     virtual void onNotification(const NMTREEVIEWA& notification);
+    /// A list view's notification. Of other structures than `NMLISTVIEW` only the header may be used without a cast.
     virtual void onNotification(const NMLISTVIEW& notification);
     /// The last message of a window; the object is unbound after it.
     virtual void onNCDestroy();
+    /// The owner-draw messages `WM_DRAWITEM`, `WM_MEASUREITEM`, `WM_DELETEITEM` and `WM_COMPAREITEM`. By default they
+    /// go to the control's own object when it is an OwnerDrawable, else to the default.
+    ///@{
     virtual void onDrawItem(UINT id, const DRAWITEMSTRUCT& item);
     virtual void onMeasureItem(UINT id, MEASUREITEMSTRUCT& item);
     virtual void onDeleteItem(UINT id, const DELETEITEMSTRUCT& item);
     virtual OwnerDrawable::compare_result onCompareItem(UINT id, const COMPAREITEMSTRUCT& items);
+    ///@}
+    /// The mouse messages: `keys` are the `MK_...` that are down.
     virtual void onMouseMove(unsigned short keys, const Point& position);
     /// `delta` is positive away from the user; `position` counts from the screen's corner.
     virtual void onMouseWheel(unsigned short keys, short delta, const Point& position);
+    /// The mouse messages: `keys` are the `MK_...` that are down.
+    ///@{
     virtual void onLeftButtonDown(unsigned short keys, const Point& position);
     virtual void onLeftButtonUp(unsigned short keys, const Point& position);
     virtual void onLeftButtonDoubleClick(unsigned short keys, const Point& position);
@@ -136,19 +161,36 @@ public:
     virtual void onRightButtonDown(unsigned short keys, const Point& position);
     virtual void onRightButtonUp(unsigned short keys, const Point& position);
     virtual void onRightButtonDoubleClick(unsigned short keys, const Point& position);
+    ///@}
+    /// `WM_KEYDOWN`, `WM_KEYUP`: `key` is a `VK_...`, `repeat` how often the key has repeated since the last message,
+    /// `wasDown` true when it repeats.
+    ///@{
     virtual void onKeyDown(UINT key, unsigned short repeat, unsigned char scanCode, bool extended, bool wasDown);
     virtual void onKeyUp(UINT key, unsigned char scanCode, bool extended);
+    ///@}
+    /// `WM_TIMER`: the `id` is that of startTimer().
     virtual void onTimer(UINT_PTR id);
+    /// `WM_PAINT`: make a PaintDeviceContext, or the message comes again and again.
     virtual void onPaint();
+    /// `WM_QUERYDRAGICON`: the icon stays the window's.
     virtual HICON onQueryDragIcon();
+    /// `WM_SIZE`: `type` is a `SIZE_...`.
     virtual void onSize(UINT type, const Size& clientSize);
+    /// `WM_SIZING`, `WM_MOVING`, while the user drags: `edge` is a `WMSZ_...`, and what is written to `rect` (on the
+    /// screen) counts.
+    ///@{
     virtual void onSizing(UINT edge, Rect& rect);
     virtual void onMoving(Rect& rect);
+    ///@}
     /// The coordinates are never negative: left of or above the screen's corner they are 65536 larger. Use
     /// getWindowPosition() when that matters.
     virtual void onMove(const Point& clientPosition);
+    /// `WM_ENTERSIZEMOVE`, `WM_EXITSIZEMOVE`: the user begins and ends dragging the window or its edge.
+    ///@{
     virtual void onEnterSizeMove();
     virtual void onExitSizeMove();
+    ///@}
+    /// `WM_DROPFILES`, once acceptDraggedFiles() was called: the full paths, and where in client coordinates.
     virtual void onDroppedFiles(const Point& position, bool inClientArea, const std::list<BasicString<wchar_t>>& files);
     /// Destroys an owned window; a failure to do so and what handlers throw meanwhile are dropped, so call
     /// destroy() to hear of them.
@@ -167,6 +209,7 @@ public:
     /// A window of a class that was not made with WindowClass ("BUTTON") sends its object messages only when
     /// made by the narrow form, which subclasses it (throws "Can't retrieve window procedure") and leaves
     /// its end to its parent; with the wide form call subclass() afterwards.
+    ///@{
     void create(const char* className, const char* title, unsigned long style, const RECT& rect, HWND parent,
                 HMENU menu, HINSTANCE instance);
     void create(const wchar_t* className, const wchar_t* title, unsigned long style, const RECT& rect, HWND parent,
@@ -175,6 +218,7 @@ public:
                 HMENU menu, HINSTANCE instance);
     void create(const WindowClass& windowClass, const wchar_t* title, unsigned long style, const RECT& rect,
                 HWND parent, HMENU menu, HINSTANCE instance);
+    ///@}
     /// Throws "Can't get dialog item ID for attaching".
     void attach(HWND parent, unsigned short id);
     /// A null handle unbinds. An object that subclasses the window already takes no second turn, and one
@@ -187,11 +231,15 @@ public:
     void unsubclass(); ///< Of an object that is only attached it ends that.
     void destroy();    ///< Does nothing when unbound. Throws "Can't destroy window".
 
+    /// Null when there is no window. Lent, not given.
+    ///@{
     HWND getWindowHandle() const { return hwnd_; }
     operator HWND() const { return hwnd_; }
     bool isOpen() const { return hwnd_ != nullptr; }
     operator bool() const { return isOpen(); }
     bool operator!() const { return !isOpen(); }
+    ///@}
+    /// Whether subclass() took over the messages of the window.
     bool isSubclass() const { return previousProc_ != nullptr; }
 
     /// The object bound to a window; else a temporary one when wanted, else null (null is null, too).
@@ -214,16 +262,21 @@ public:
     bool getMessage(MSG& msg, UINT min = 0, UINT max = 0) const;
     /// The same for all windows of the calling thread and for messages without a window.
     static bool getThreadMessage(MSG& msg, UINT min = 0, UINT max = 0);
+    /// Calls the window's procedure and gives its result; throws what the handler throws.
     static LRESULT dispatchMessage(const MSG& msg);
 
     /// All three are the narrow call: text that goes with a message is narrow text. Use setText() and
     /// getTextW(), or the system's own `SendMessageW`, for wide text.
+    ///@{
     LRESULT sendMessageA(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
     LRESULT sendMessageT(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
     LRESULT sendMessageW(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
+    ///@}
+    ///@{
     bool postMessageA(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const; ///< False on failure.
     bool postMessageT(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
     bool postMessageW(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
+    ///@}
 
     /// The window procedure of all windows made with WindowClass.
     static LRESULT CALLBACK windowProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam);
@@ -231,23 +284,35 @@ public:
     // ---- Visibility, position and size
 
     bool show(unsigned int command) const; ///< Whether it was visible before.
+    /// Whether it was visible before.
     bool hide() const;
+    /// Whether the window is minimised.
     bool isIconic() const;
+    /// Whether the window's procedure takes wide text.
     bool isUnicode() const;
+    ///@{
     bool enable(bool enabled) const; ///< Whether it was disabled before. Throws "Can't enable window".
     bool enable(unsigned short id, bool enabled) const;
+    ///@}
 
+    ///@{
     void move(int x, int y, int width, int height, bool repaint) const; ///< Throws "Can't move window".
     void move(const RECT& rect, bool repaint) const;
+    ///@}
+    ///@{
     Rect getClientRectangle() const; ///< Throws "Can't get client rectangle".
     Size getClientSize() const;
+    ///@}
     Point getClientPosition() const; ///< Always (0, 0).
+    ///@{
     Rect getWindowRectangle() const; ///< On the screen. Throws "Can't get window rectangle".
     Size getWindowSize() const;
     Point getWindowPosition() const;
+    ///@}
 
     /// With the flags of `SetWindowPos`; the shorter forms add the flags for what they leave as it is.
     /// Throw "Error in SetWindowPos".
+    ///@{
     void setPosition(HWND after, int x, int y, int width, int height, unsigned flags) const;
     void setPosition(HWND after, const POINT& position, const SIZE& size, unsigned flags) const;
     void setPosition(HWND after, const RECT& rect, unsigned flags) const;
@@ -255,19 +320,28 @@ public:
     void setPosition(const POINT& position, unsigned flags) const;
     void setPosition(const RECT& rect, unsigned flags) const;
     void setPosition(int x, int y, unsigned flags) const;
+    ///@}
+    /// As setPosition(), with the flag for a position that stays.
+    ///@{
     void setSize(const SIZE& size, unsigned flags) const;
     void setSize(int width, int height, unsigned flags) const;
+    ///@}
 
     Point toScreen(const POINT& point) const;   ///< Throws "Can't map point from client to screen".
     Point fromScreen(const POINT& point) const; ///< Throws "Can't map point from screen to client".
 
     unsigned long getStyle() const; ///< Throws "Can't set window long GWL_STYLE" (sic), as the next ones.
     /// Return the style before. The second form clears the bits `remove`, then sets the bits `add`.
+    ///@{
     unsigned long setStyle(unsigned long style) const;
     unsigned long setStyle(unsigned long remove, unsigned long add) const;
+    ///@}
+    /// The same for the `WS_EX_...` bits; throw the same text.
+    ///@{
     unsigned long getExtendedStyle() const;
     unsigned long setExtendedStyle(unsigned long style) const;
     unsigned long setExtendedStyle(unsigned long remove, unsigned long add) const;
+    ///@}
 
     // ---- Painting
 
@@ -275,27 +349,44 @@ public:
     void invalidate(const RECT& rect, bool erase) const; ///< Throws "Can't invalidate window rectangle".
     void update() const; ///< Throws "Can't update the window" and what onPaint() throws.
     /// Null rectangles mean the whole client area. Throw "Can't scroll window".
+    ///@{
     void scroll(int dx, int dy, const RECT* scrolled, const RECT* clip) const;
     void scroll(const POINT& distance, const RECT* scrolled, const RECT* clip) const;
     void scroll(const SIZE& distance, const RECT* scrolled, const RECT* clip) const;
+    ///@}
 
     // ---- Text
 
     /// In narrow characters, for both. Throw "Error in retrieving window text length".
+    ///@{
     int getTextLengthA() const;
     int getTextLengthW() const;
+    ///@}
+    /// Without fetching the text; `id` is that of a dialog item. Throw "Error in retrieving window text length".
+    ///@{
     bool hasText() const;
     bool hasText(unsigned short id) const;
+    ///@}
+    ///@{
     BasicString<char> getTextA() const; ///< Throws "Error in retrieving window text".
     BasicString<wchar_t> getTextW() const;
+    ///@}
+    ///@{
     void setText(const char* text) const; ///< Throws "Can't set window text".
     void setText(const wchar_t* text) const;
+    ///@}
+    ///@{
     BasicString<char> getTextA(int id) const; ///< Throws "Can't retrieve dialog item text".
     BasicString<wchar_t> getTextW(int id) const;
+    ///@}
+    ///@{
     void setText(int id, const char* text) const; ///< Throws "Can't set dialog item text".
     void setText(int id, const wchar_t* text) const;
+    ///@}
+    ///@{
     BasicString<char> getClassNameA() const; ///< Throws "Can't get window class name".
     BasicString<wchar_t> getClassNameW() const;
+    ///@}
 
     // ---- Dialog items
 
@@ -304,8 +395,11 @@ public:
     unsigned getUInt(int id) const;            ///< Throws "Can't get dialog item int".
     void setInt(int id, int value) const;      ///< Throws "Can't set dialog item int".
     void setInt(int id, unsigned value) const; ///< Throws "Can't set dialog item unsigned int".
-    void setCheck(int id, check state) const;  ///< Throws "Can't check dialog button".
+    ///@{
+    void setCheck(int id, check state) const; ///< Throws "Can't check dialog button".
     void setCheck(int id, bool isOn) const;
+    ///@}
+    /// `unchecked` when there is no such item.
     check getCheck(int id) const;
     bool isChecked(int id) const; ///< False for `indeterminate`.
 
@@ -314,6 +408,7 @@ public:
     void enableScrollBar(unsigned bar, unsigned arrows) const; ///< Throws "Can't change scrollbar arrow state".
     /// Size and mask of `info` have to be filled in. Throws "Can't get scroll info".
     void getScrollInfo(int bar, SCROLLINFO& info) const;
+    /// `mask` is made of `SIF_...`. Throws the same.
     SCROLLINFO getScrollInfo(int bar, unsigned mask) const;
     int setScrollInfo(int bar, const SCROLLINFO& info, bool redraw) const; ///< The position that it has now.
     void showScrollBar(scroll_bar_type bar, bool visible) const;           ///< Throws "Can't show/hide scrollbar".
@@ -321,6 +416,7 @@ public:
     int setScrollPosition(scroll_bar_type bar, int position, bool redraw) const;
     int getScrollPosition(scroll_bar_type bar) const; ///< Throws "Can't get scroll position".
     void setScrollRange(scroll_bar_type bar, int min, int max, bool redraw) const; ///< Throws "Can't set scroll range".
+    /// In the units of the range. Throws "Can't get scroll info".
     unsigned getScrollPageSize(scroll_bar_type bar) const;
     bool hasScrollBar(scroll_bar_type bar) const; ///< For `control`: whether the window is a scroll bar.
 
@@ -339,21 +435,26 @@ public:
 
     /// The icon before. Neither call makes or takes ownership.
     HICON setIcon(HICON icon, bool big) const;
+    /// Null when the window was given none. Lent, not given.
     HICON getIcon(icon_size size) const;
 
     /// What was pressed, an `ID...` constant. Throws "Can't show message box".
+    ///@{
     static int messageBox(HWND owner, const char* text, const char* caption, unsigned type);
     static int messageBox(HWND owner, const wchar_t* text, const wchar_t* caption, unsigned type);
     int messageBox(const char* text, const char* caption, unsigned type) const;
     int messageBox(const wchar_t* text, const wchar_t* caption, unsigned type) const;
+    ///@}
 
     Menu getMenu() const;     ///< Borrowed.
     void drawMenuBar() const; ///< Throws "Error drawing the menu bar".
     /// At screen coordinates. With `TPM_RETURNCMD` the command chosen, or 0 when none was, which is a failure
     /// only if the system sets an error; without, what was chosen comes as a message, and 0 is always a
     /// failure. Throws "Error tracking popup menu".
+    ///@{
     int trackPopupMenu(HMENU menu, int x, int y, unsigned flags) const;
     int trackPopupMenu(HMENU menu, const POINT& position, unsigned flags) const;
+    ///@}
 
 protected:
     /// Binds any window, owned or not, without taking over its messages. A null handle unbinds. With the
@@ -369,8 +470,10 @@ protected:
     void markLastMessageUnhandled();
 
     /// Throw "Can't set window long GWL_STYLE" (sic), whatever the index and also for reading.
+    ///@{
     LONG_PTR getWindowLong(int index) const;
     LONG_PTR setWindowLong(int index, LONG_PTR value) const;
+    ///@}
 
 private:
     struct MessageRecord {

@@ -18,8 +18,11 @@ namespace tarn {
 class TARN_API WindowClass {
 public:
     WindowClass() = default;
+    /// As create().
+    ///@{
     WindowClass(unsigned int style, int menu, HICON icon, HBRUSH brush, HCURSOR cursor, HINSTANCE instance);
     WindowClass(unsigned int style, int menu, HICON icon, unsigned int colourIndex, HCURSOR cursor, HINSTANCE instance);
+    ///@}
     WindowClass(const WindowClass&) = delete;
     /// The target refers to the same registration, without being counted and without releasing what it
     /// referred to before; whichever of the two is closed first ends a registration that nobody else
@@ -36,8 +39,10 @@ public:
     void close();
 
     /// Whether it refers to a registered class.
+    ///@{
     operator bool() const { return getAtom() != 0; }
     bool operator!() const { return getAtom() == 0; }
+    ///@}
     ATOM getAtom() const; ///< 0 for none.
 
 private:

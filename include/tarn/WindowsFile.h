@@ -16,18 +16,22 @@ class TARN_API WindowsFile : public BufferedOutputStream, public WindowsHandle, 
 public:
     WindowsFile() = default;
     /// Opens as open() does.
+    ///@{
     WindowsFile(const char* name, unsigned long access, unsigned long share, SECURITY_ATTRIBUTES* security,
                 unsigned long creation, unsigned long flags, HANDLE templateFile);
     WindowsFile(const wchar_t* name, unsigned long access, unsigned long share, SECURITY_ATTRIBUTES* security,
                 unsigned long creation, unsigned long flags, HANDLE templateFile);
+    ///@}
 
     /// With the arguments of the platform's `CreateFile`. A file open so far is closed when the new one is
     /// open, and stays when that fails: close() it first to open the same file in another way. Throws
     /// "Can't open "NAME"".
+    ///@{
     void open(const char* name, unsigned long access, unsigned long share, SECURITY_ATTRIBUTES* security,
               unsigned long creation, unsigned long flags, HANDLE templateFile);
     void open(const wchar_t* name, unsigned long access, unsigned long share, SECURITY_ATTRIBUTES* security,
               unsigned long creation, unsigned long flags, HANDLE templateFile);
+    ///@}
 
     /// Throws "Error while writing SIZE bytes".
     unsigned int write(const void* buffer, unsigned int size) override;
@@ -42,8 +46,11 @@ public:
     /// The new position, which may lie behind the end of the file. Throws "WindowsFile::seek: Can't seek
     /// to OFFSET relative to ORIGIN", ORIGIN being "tarn::Seekable::begin" for instance.
     unsigned long long seek(long long offset, whence origin) const;
+    /// Throw as seek().
+    ///@{
     void setFilePointer(long long offset, whence origin) override;
     unsigned long long getFilePointer() override;
+    ///@}
     /// Leaves the position alone. Throws "Can't retrieve the file size for a windows file".
     unsigned long long getSize() override;
 
@@ -52,28 +59,40 @@ public:
     unsigned int ioControl(unsigned long code, const void* in, unsigned int inSize, void* out, unsigned int outSize);
 
     /// The platform's `FILE_ATTRIBUTE_` bits. Throws "Can't get file attributes for "NAME"".
+    ///@{
     static unsigned long getAttributes(const char* name);
     static unsigned long getAttributes(const wchar_t* name);
+    ///@}
     /// With the times and the size. Throws "Error in GetFileAttributesExA", "Error in GetFileAttributesExW".
+    ///@{
     static void getAttributes(const char* name, WIN32_FILE_ATTRIBUTE_DATA& data);
     static void getAttributes(const wchar_t* name, WIN32_FILE_ATTRIBUTE_DATA& data);
+    ///@}
     /// Throws as getAttributes(name, data) does.
+    ///@{
     static unsigned long long getSize(const char* name);
     static unsigned long long getSize(const wchar_t* name);
+    ///@}
     /// Throws for a path that does not exist, as getAttributes(name) does.
+    ///@{
     static bool isDirectory(const char* name);
     static bool isDirectory(const wchar_t* name);
+    ///@}
 
     /// The path in 8.3 names where the file system has them. Throws "Can't determine the short path name
     /// length of "NAME"", "Can't determine the short path name of "NAME"".
     ///
     /// A wide name longer than 260 characters may be given without the prefix "\\?\" that the platform
     /// asks for; the result then has it when it is too long to be used without.
+    ///@{
     static BasicString<char> getShortPath(const char* name);
     static BasicString<wchar_t> getShortPath(const wchar_t* name);
+    ///@}
     /// The absolute path, whether it exists or not; long names as for getShortPath(). Throws the texts of
     /// getShortPath() (sic: "short").
+    ///@{
     static BasicString<char> getFullPath(const char* name);
     static BasicString<wchar_t> getFullPath(const wchar_t* name);
+    ///@}
 };
 } // namespace tarn

@@ -14,10 +14,11 @@ namespace tarn {
 /// One object is not changed from two threads at once; waiting is allowed from any thread.
 class TARN_API WindowsHandle : private boost::noncopyable {
 public:
+    /// How a wait ended: by time, because the owner of a mutex ended without unlocking it, or as wished.
     enum wait_result { timeout = 0, abandoned = 1, signaled = 2 };
 
     WindowsHandle() : handle_(INVALID_HANDLE_VALUE) {}
-    WindowsHandle(void* handle) : handle_(handle) {}
+    WindowsHandle(void* handle) : handle_(handle) {} ///< Takes ownership of `handle`.
     virtual ~WindowsHandle() noexcept(false);
 
     /// Closes the handle held so far, as close() does, and takes this one.
@@ -25,16 +26,22 @@ public:
     void attach(void* handle); ///< The same.
     void close();              ///< Throws "Error while closing handle" and keeps the handle.
 
+    /// Lent, not given: do not close it.
+    ///@{
     void* getHandle() const { return handle_; }
     operator void*() const { return handle_; }
+    ///@}
     /// Neither `INVALID_HANDLE_VALUE` nor null.
+    ///@{
     bool isOpen() const { return handle_ != INVALID_HANDLE_VALUE && handle_; }
     operator bool() const { return isOpen(); }
     bool operator!() const { return !isOpen(); }
+    ///@}
 
     /// Throws "Error while retrieving handle state". Ask isOpen() first when in doubt: for the system,
     /// `INVALID_HANDLE_VALUE` names the calling process, so waiting with no handle never fails or ends.
     wait_result wait(unsigned timeoutMs) const;
+    /// Without waiting; as wait(0) it takes the signal of an auto-reset event away. Throws as wait().
     bool isSignaled() const { return wait(0) == signaled; }
 
     /// Waits for one or for both of two handles. The second value is the index, 0 or 1, of the handle

@@ -15,10 +15,14 @@ namespace tarn {
 /// Failures throw WindowsError, also out of the destructor.
 class TARN_API WindowsModule : private boost::noncopyable {
 public:
-    WindowsModule(HINSTANCE module) : module_(module) {}
+    WindowsModule(HINSTANCE module) : module_(module) {} ///< Borrows the module.
     /// Loads the module, or only looks it up among the loaded ones; throws as load and query do.
+    ///@{
     WindowsModule(const char* name, bool load);
     WindowsModule(const wchar_t* name, bool load);
+    ///@}
+    /// Loads the module with flags, as load() does; throws as it does.
+    ///@{
     WindowsModule(const char* name, unsigned long flags);
     WindowsModule(const wchar_t* name, unsigned long flags);
     // The platform's constants for the flags are of type int, which would fit both forms above.
@@ -26,20 +30,28 @@ public:
     WindowsModule(const Ch* name, Flags flags) : WindowsModule(name, static_cast<unsigned long>(flags))
     {
     }
+    ///@}
     ~WindowsModule() noexcept(false);
 
+    /// Null after close(). Lent, not given.
     HINSTANCE getHandle() const { return module_; }
-    bool isOwner() const { return owns_; }
+    bool isOwner() const { return owns_; } ///< Whether it was loaded by this object, which frees it.
 
     /// Throws "Can't load library "NAME"".
+    ///@{
     void load(const char* name);
     void load(const wchar_t* name);
+    ///@}
     /// With the flags of `LoadLibraryEx`. Throws "Can't load library "NAME" with flags 0xFLAGS".
+    ///@{
     void load(const char* name, unsigned long flags);
     void load(const wchar_t* name, unsigned long flags);
+    ///@}
     /// Throws "Can't get module handle for "NAME"".
+    ///@{
     void query(const char* name);
     void query(const wchar_t* name);
+    ///@}
     void close(); ///< Throws "Can't free library".
 
     /// No more thread notifications for the module. Throws "Can't disable thread calls for library".
@@ -49,8 +61,10 @@ public:
     /// address for "NAME"".
     FARPROC getProcAddress(const char* name, bool mayBeMissing) const;
 
+    ///@{
     BasicString<char> getFilenameA() const; ///< Throws "Error in retrieving module file name".
     BasicString<wchar_t> getFilenameW() const;
+    ///@}
 
     /// Resource `id` of the type "BINARY", whatever `type` says: that name only appears in the failure
     /// "Unable to find resource with type TYPE and id ID". Store data as "BINARY" resources.
@@ -63,8 +77,10 @@ public:
     /// The text of message `id` in the module's message table, with its inserts as they stand and its
     /// line break. `language` 0 takes the system's order of languages.
     /// Throws "Can't format message id ID with languag LANGUAGE" (sic), both in hexadecimal.
+    ///@{
     BasicString<char> getMessageA(unsigned long id, unsigned long language) const;
     BasicString<wchar_t> getMessageW(unsigned long id, unsigned long language) const;
+    ///@}
 
 private:
     HMODULE module_ = nullptr;

@@ -21,17 +21,24 @@ namespace tarn {
 /// virtual destructor, is the last one.
 template <class T> class ref_ptr {
 public:
+    /// Empty.
+    ///@{
     ref_ptr() noexcept = default;
     ref_ptr(std::nullptr_t) noexcept {}
+    ///@}
     /// Takes over an object made with `new`, as its only owner. Throws BadAllocation, the object being
     /// destroyed then.
     explicit ref_ptr(T* object) : count_(object ? makeCount(object) : nullptr), object_(object) {}
+    /// A copy shares the object; a move leaves its source empty.
+    ///@{
     ref_ptr(const ref_ptr& other) noexcept : count_(other.count_), object_(other.object_) { addReference(); }
     ref_ptr(ref_ptr&& other) noexcept { swap(other); }
+    ///@}
     /// From pointers to derived classes; shares the ownership.
     template <class U>
     requires(!std::same_as<T, U> && std::convertible_to<U*, T*>) ref_ptr(const ref_ptr<U>& other)
     noexcept : count_(other.count_), object_(other.object_) { addReference(); }
+    /// Gives up the share held before.
     ref_ptr& operator=(ref_ptr other) noexcept
     {
         swap(other);
@@ -49,19 +56,23 @@ public:
             delete count;
         }
     }
+    /// Exchanges the objects; no count changes.
     void swap(ref_ptr& other) noexcept
     {
         std::swap(count_, other.count_);
         std::swap(object_, other.object_);
     }
 
+    /// The object, valid as long as a ref_ptr to it is left. Null when empty: do not use `*` and `->` then.
+    ///@{
     T* get() const noexcept { return object_; }
     T& operator*() const noexcept { return *object_; }
     T* operator->() const noexcept { return object_; }
     explicit operator bool() const noexcept { return object_ != nullptr; }
+    ///@}
     /// Whether both share one object.
     template <class U> bool operator==(const ref_ptr<U>& other) const noexcept { return count_ == other.count_; }
-    bool operator==(std::nullptr_t) const noexcept { return !object_; }
+    bool operator==(std::nullptr_t) const noexcept { return !object_; } ///< Whether it is empty.
 
     /// The number of pointers to the object; 0 for an empty pointer.
     unsigned int getCount() const noexcept { return count_ ? *count_ : 0; }

@@ -1,6 +1,12 @@
 #pragma once
 
-// All of the library.
+/// @file
+/// All of the library.
+
+/// @namespace tarn
+/// Everything that the library exports. Failures are exceptions: each class says which it throws, and the text
+/// that a member gives here in quotation marks is the description that begins what(). Names in capitals in
+/// such a text stand for what the call was about.
 
 #include <tarn/Archive.h>
 #include <tarn/Array.h>
