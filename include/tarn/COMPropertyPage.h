@@ -38,6 +38,8 @@ public:
     HRESULT STDMETHODCALLTYPE Help(LPCOLESTR folder) override;
     HRESULT STDMETHODCALLTYPE TranslateAccelerator(MSG* msg) override;
 
+    /// Drops `IDOK` and `IDCANCEL`, with which Enter and Esc would end any other dialog.
+    void onCommand(Window* sender, unsigned short code, unsigned short id) override;
     LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
 
     using Objects = std::vector<COMInterfacePointer<IUnknown>>;
