@@ -10,7 +10,7 @@
 
 namespace {
 constexpr int leftX = 12, leftWidth = 230, rightX = 256, rightWidth = 552;
-constexpr tarn::Size clientSize{820, 520};
+constexpr tarn::Size clientSize{820, 524};
 constexpr unsigned long windowStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX;
 constexpr short largestFilter = 6000;
 constexpr int narrowest = 60, widest = 260, usualWidth = 150;
@@ -38,6 +38,13 @@ std::wstring daysOf(const Body& body)
 }
 
 std::wstring nameInText(const std::wstring& name) { return name == L"Sun" ? L"the Sun" : name; }
+
+/// A picture whose light grey becomes the colour of a button.
+tarn::Bitmap loadOnButtonFace(int id, HINSTANCE program)
+{
+    const HANDLE bitmap = LoadImageW(program, MAKEINTRESOURCEW(id), IMAGE_BITMAP, 0, 0, LR_LOADMAP3DCOLORS);
+    return tarn::Bitmap(static_cast<HBITMAP>(bitmap), true);
+}
 
 bool goesRound(const Body& body, const Body& centre)
 {
@@ -67,7 +74,7 @@ ControlsWindow::ControlsWindow(HINSTANCE program)
       treePictures_(ID_SMALL_PICTURES, tarn::ImageList::bitmap, 16, transparent, LR_CREATEDIBSECTION, program),
       smallPictures_(ID_SMALL_PICTURES, tarn::ImageList::bitmap, 16, transparent, LR_CREATEDIBSECTION, program),
       largePictures_(ID_LARGE_PICTURES, tarn::ImageList::bitmap, 32, transparent, LR_CREATEDIBSECTION, program),
-      resetPicture_(ID_RESET_PICTURE, program), swatch_(colours_)
+      resetPicture_(loadOnButtonFace(ID_RESET_PICTURE, program)), swatch_(colours_)
 {
     tarn::Rect rect(tarn::Point(60, 60), clientSize);
     AdjustWindowRect(&rect, windowStyle, FALSE);
@@ -110,7 +117,7 @@ void ControlsWindow::addLeftSide()
 
     addChild(L"STATIC", L"&Colour of the names", 0, ID_LABEL, place(leftX, 374, leftWidth, 16));
     addChild(L"LISTBOX", L"", WS_BORDER | WS_TABSTOP | LBS_NOTIFY | LBS_OWNERDRAWFIXED | LBS_NOINTEGRALHEIGHT,
-             ID_COLOURS, place(leftX, 392, leftWidth, 106));
+             ID_COLOURS, place(leftX, 392, leftWidth, 110));
     colours_.attach(*this, ID_COLOURS);
     colours_.fill();
 }
@@ -166,15 +173,15 @@ void ControlsWindow::addNote()
 {
     addChild(L"STATIC", L"&Note", 0, ID_LABEL, place(rightX, 438, 100, 16));
     addChild(L"EDIT", L"", WS_BORDER | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL, ID_NOTE,
-             place(rightX, 456, 360, 42));
+             place(rightX, 456, 360, 46));
     note_.attach(*this, ID_NOTE);
 
     addChild(L"BUTTON", L"&Read-only", WS_TABSTOP | BS_AUTOCHECKBOX, ID_READ_ONLY, place(rightX + 372, 436, 100, 18));
     readOnly_.attach(*this, ID_READ_ONLY);
-    addChild(L"BUTTON", L"Reset", WS_TABSTOP | BS_BITMAP, ID_RESET, place(rightX + 372, 458, 60, 40));
+    addChild(L"BUTTON", L"Reset", WS_TABSTOP | BS_BITMAP, ID_RESET, place(rightX + 372, 458, 60, 44));
     reset_.attach(*this, ID_RESET);
     reset_.setImage(resetPicture_);
-    addChild(L"BUTTON", L"Next colour", WS_TABSTOP | BS_OWNERDRAW, ID_SWATCH, place(rightX + 444, 458, 108, 40));
+    addChild(L"BUTTON", L"Next colour", WS_TABSTOP | BS_OWNERDRAW, ID_SWATCH, place(rightX + 444, 458, 108, 44));
     swatch_.attach(*this, ID_SWATCH);
 }
 

@@ -17,8 +17,8 @@ public:
     int onActivate() override;
 
 protected:
-    /// Shows the hint, empty for none; false when there was one.
-    bool accept(const wchar_t* hint) const;
+    /// The answer to Next: goes on without a hint, otherwise shows it and stays at the field `id`.
+    int answer(int id, const wchar_t* hint) const;
 
     Order& order_;
 

@@ -33,7 +33,7 @@ public:
         if (options_.screenshot.empty() || !isOpen())
             return;
         support::handleMessages();
-        update();
+        RedrawWindow(*this, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
         support::savePicture(*this, true, tarn::BasicString<wchar_t>(options_.screenshot.c_str()));
         std::cout << "The picture is in " << options_.screenshot << '\n';
         pressButton(PSBTN_CANCEL);
@@ -58,7 +58,12 @@ private:
         const HWND field = GetDlgItem(page, id);
         if (!field)
             throw std::runtime_error("this page does not ask for it");
-        SetWindowTextW(field, tarn::BasicString<wchar_t>(arguments.rest().c_str()));
+        const tarn::EditControl edit(field);
+        edit.setFocus();
+        edit.selectAll();
+        for (const wchar_t c : tarn::BasicString<wchar_t>(arguments.rest().c_str()))
+            PostMessageW(field, WM_CHAR, c, 1);
+        support::handleMessages();
     }
 
     void press(int button)

@@ -42,6 +42,8 @@ public:
     HRESULT STDMETHODCALLTYPE TranslateAccelerator(MSG* msg) override;
     ///@}
 
+    /// Drops `IDOK` and `IDCANCEL`, with which Enter and Esc would end any other dialog.
+    void onCommand(Window* sender, unsigned short code, unsigned short id) override;
     LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
 
     /// One or more: the frame may show the properties of several objects at once.

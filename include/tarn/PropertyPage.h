@@ -23,6 +23,8 @@ public:
     PropertyPage(unsigned short resource, unsigned short title, HINSTANCE instance);
     ~PropertyPage() override; ///< Releases a page that no sheet has taken.
 
+    /// Hands `IDOK` and `IDCANCEL` on to the sheet, which takes them for its own buttons.
+    void onCommand(Window* sender, unsigned short code, unsigned short id) override;
     LRESULT onNotify(const NMHDR& header) override;
     /// The wizard's Next and Back: 0 goes on, -1 stays, else the template number of the page to go to.
     ///@{

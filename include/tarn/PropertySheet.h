@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tarn/Bitmap.h>
 #include <tarn/Export.h>
 #include <tarn/Icon.h>
 #include <tarn/PropertyPage.h>
@@ -23,7 +24,8 @@ class TARN_API PropertySheet : public Window {
 public:
     /// `parent` owns the sheet; null for none.
     explicit PropertySheet(HWND parent);
-    /// `caption` is a string resource. An `icon` other than 0 throws "Can't load icon" when it is missing.
+    /// `caption` is a string resource, none for 0 or when it is missing. An `icon` other than 0 throws "Can't load
+    /// icon" when it is missing.
     PropertySheet(HWND parent, unsigned short caption, unsigned short icon, HINSTANCE instance);
     ~PropertySheet() noexcept override;
 
@@ -31,8 +33,9 @@ public:
     /// not in the sheet then.
     void addPage(PropertyPage* page);
     /// Runs the sheet. 0 when it was cancelled or nothing changed, else 1, `ID_PSREBOOTSYSTEM` or
-    /// `ID_PSRESTARTWINDOWS`. Throws "Can't create property page", "Error in showing property sheet" and
-    /// what a page's handler throws; in that case the sheet is cancelled without asking the page.
+    /// `ID_PSRESTARTWINDOWS`. Throws "Can't create property page", "Error in showing property sheet" (also
+    /// without any page) and what a page's handler throws; in that case the sheet is cancelled without asking
+    /// the page.
     unsigned short showModal();
 
     /// Of an open sheet too; copied. Narrow text is read in the runtime library's locale.
@@ -77,5 +80,6 @@ private:
     std::list<PropertyPage*> pages_;
     BasicString<wchar_t> title_;
     Icon icon_;
+    Bitmap headerPicture_;
 };
 } // namespace tarn

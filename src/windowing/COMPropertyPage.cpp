@@ -78,6 +78,8 @@ HRESULT COMPropertyPage::Show(UINT command)
 {
     if (!isOpen())
         return E_UNEXPECTED;
+    if (command != SW_SHOW && command != SW_SHOWNORMAL && command != SW_HIDE)
+        return E_INVALIDARG;
     return asHRESULT([&] { show(command); });
 }
 
@@ -85,6 +87,8 @@ HRESULT COMPropertyPage::Move(LPCRECT rect)
 {
     if (!rect)
         return E_POINTER;
+    if (!isOpen())
+        return E_UNEXPECTED;
     return asHRESULT([&] { move(*rect, true); });
 }
 
@@ -108,9 +112,17 @@ HRESULT COMPropertyPage::TranslateAccelerator(MSG* msg)
     if (!msg)
         return E_POINTER;
     return asHRESULT([&]() -> HRESULT {
-        const bool isOurs = isOpen() && (msg->hwnd == getWindowHandle() || IsChild(*this, msg->hwnd));
+        const bool isFrames = msg->message == WM_KEYDOWN && (msg->wParam == VK_RETURN || msg->wParam == VK_ESCAPE);
+        const bool isOurs = isOpen() && !isFrames && (msg->hwnd == getWindowHandle() || IsChild(*this, msg->hwnd));
         return isOurs && runningHandlers([&] { return IsDialogMessageW(*this, msg); }) ? S_OK : S_FALSE;
     });
+}
+
+// The buttons are the frame's, and ending the page alone would only hide it.
+void COMPropertyPage::onCommand(Window* sender, unsigned short code, unsigned short id)
+{
+    if (code != 0 || (id != IDOK && id != IDCANCEL))
+        Window::onCommand(sender, code, id);
 }
 
 LRESULT COMPropertyPage::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)

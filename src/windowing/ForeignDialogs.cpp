@@ -6,12 +6,19 @@
 
 namespace tarn {
 namespace {
+bool isOwnedBy(HWND hwnd, HWND owner)
+{
+    do
+        hwnd = GetWindow(hwnd, GW_OWNER);
+    while (hwnd && hwnd != owner);
+    return hwnd == owner;
+}
+
 BOOL CALLBACK cancel(HWND hwnd, LPARAM owner)
 {
     wchar_t className[8];
     const bool isDialog = GetClassNameW(hwnd, className, 8) && std::wstring_view(className) == L"#32770";
-    if (isDialog && GetWindow(hwnd, GW_OWNER) == reinterpret_cast<HWND>(owner) &&
-        !Window::getWindowFromHandle(hwnd, false))
+    if (isDialog && isOwnedBy(hwnd, reinterpret_cast<HWND>(owner)) && !Window::getWindowFromHandle(hwnd, false))
         PostMessageW(hwnd, WM_COMMAND, IDCANCEL, 0);
     return TRUE;
 }
@@ -19,6 +26,7 @@ BOOL CALLBACK cancel(HWND hwnd, LPARAM owner)
 
 void cancelForeignDialogs(HWND owner) noexcept
 {
-    EnumThreadWindows(GetCurrentThreadId(), cancel, reinterpret_cast<LPARAM>(owner));
+    const HWND top = owner ? GetAncestor(owner, GA_ROOT) : nullptr; // Only such a window owns another.
+    EnumThreadWindows(GetCurrentThreadId(), cancel, reinterpret_cast<LPARAM>(top));
 }
 } // namespace tarn

@@ -229,6 +229,8 @@ unsigned long ListView::setExtendedListViewStyle(unsigned long mask, unsigned lo
 void ListView::swapImageList(imagelist which, ImageList& list) const
 {
     const LRESULT former = sendMessageA(LVM_SETIMAGELIST, static_cast<WPARAM>(which), toLParam(list.getHandle()));
+    if (toPointer(sendMessageA(LVM_GETIMAGELIST, static_cast<WPARAM>(which))) != list.getHandle())
+        return; // Not taken; a view that is gone for instance.
     list.detach();
     list.attach(static_cast<HIMAGELIST>(toPointer(former)));
 }

@@ -74,6 +74,17 @@ void PropertyPage::enableWatermark(bool enable)
         data_.dwFlags |= PSP_USEHEADERSUBTITLE;
 }
 
+// They come from Esc and Enter in some controls. Ending the page alone would only hide it.
+void PropertyPage::onCommand(Window* sender, unsigned short code, unsigned short id)
+{
+    if (!isCreated())
+        Dialog::onCommand(sender, code, id); // Shown by itself.
+    else if (code == 0 && (id == IDOK || id == IDCANCEL))
+        PostMessageW(GetParent(*this), WM_COMMAND, id, 0);
+    else
+        Window::onCommand(sender, code, id);
+}
+
 LRESULT PropertyPage::onNotify(const NMHDR& header)
 {
     switch (static_cast<int>(header.code)) {

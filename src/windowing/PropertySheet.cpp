@@ -10,6 +10,8 @@
 namespace tarn {
 namespace {
 constexpr int backButton = 0x3023;
+constexpr const char* failed = "Error in showing property sheet";
+constexpr WORD white = 0xFFFF;
 constexpr DWORD wizardFlags = PSH_WIZARD97 | PSH_HEADER | PSH_USEHBMHEADER;
 
 thread_local unsigned cancellingSheets = 0;
@@ -42,11 +44,13 @@ bool isCancellingSheet() noexcept { return cancellingSheets != 0; }
 
 PropertySheet* PropertySheet::InitializingSheet = nullptr;
 
-PropertySheet::PropertySheet(HWND parent)
+// Where a wizard's header has no picture at all, not every system draws nothing.
+PropertySheet::PropertySheet(HWND parent) : headerPicture_(1, 1, 1, 1, &white)
 {
     header_.dwSize = sizeof header_;
     header_.dwFlags = PSH_USECALLBACK;
     header_.hwndParent = parent;
+    header_.hbmHeader = headerPicture_;
     header_.pfnCallback = &PropertySheet::propSheetProc;
 }
 
@@ -54,18 +58,23 @@ PropertySheet::PropertySheet(HWND parent, unsigned short caption, unsigned short
     : PropertySheet(parent)
 {
     header_.hInstance = instance;
-    header_.pszCaption = MAKEINTRESOURCEW(caption);
+    if (caption)
+        setTitle(BasicString<wchar_t>::fromResource(caption, instance).c_str());
     if (icon)
         setIcon(icon, instance);
 }
 
-// A failure to destroy the icon is dropped.
+// A failure to destroy the pictures is dropped.
 PropertySheet::~PropertySheet() noexcept
 {
-    try {
-        icon_.close();
-    } catch (const WindowsError&) {
-    }
+    const auto closeQuietly = [](auto& handle) {
+        try {
+            handle.close();
+        } catch (const WindowsError&) {
+        }
+    };
+    closeQuietly(icon_);
+    closeQuietly(headerPicture_);
 }
 
 void PropertySheet::addPage(PropertyPage* page)
@@ -108,10 +117,9 @@ unsigned short PropertySheet::showModal()
     std::vector<HPROPSHEETPAGE> handles;
     for (PropertyPage* const page : pages_)
         handles.push_back(page->create());
-    const INT_PTR result = run(headerFor(handles));
-    if (result < 0)
-        throwLastError("Error in showing property sheet");
-    return static_cast<unsigned short>(result);
+    if (handles.empty()) // Not every system refuses a sheet that nothing could end.
+        throw WindowsError(ERROR_INVALID_PARAMETER, failed);
+    return static_cast<unsigned short>(run(headerFor(handles)));
 }
 
 INT_PTR PropertySheet::run(const PROPSHEETHEADERW& header)
@@ -129,7 +137,13 @@ INT_PTR PropertySheet::run(const PROPSHEETHEADERW& header)
     const Unbinding unbinding{*this};
     Cancelling cancelling;
     InitializingSheet = this;
-    return runningLoop([&] { return PropertySheetW(&header); }, [&]() noexcept { cancelling(getWindowHandle()); });
+    SetLastError(ERROR_SUCCESS);
+    const INT_PTR result =
+        runningLoop([&] { return PropertySheetW(&header); }, [&]() noexcept { cancelling(getWindowHandle()); });
+    // Not every system tells by its result that there has been no sheet at all.
+    if (result < 0 || InitializingSheet == this)
+        throwLastError(failed);
+    return result;
 }
 
 int CALLBACK PropertySheet::propSheetProc(HWND hwnd, UINT msg, LPARAM)

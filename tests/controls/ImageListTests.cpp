@@ -61,6 +61,8 @@ TEST_CASE("Image lists are destroyed once, by whoever owns them", "[controls][lo
         CHECK(tree.getImageList(TreeView::normal) == first);
         CHECK(tree.setImageList(nullptr, TreeView::normal) == first);
         DestroyWindow(tree);
+        ListView().swapImageList(ListView::normal, spare); // A view that is not there takes nothing.
+        CHECK(spare.getHandle() == first);
         spare = ours; // A plain copy: the list that spare held has to be taken away before.
         ours.attach(first);
     };

@@ -13,6 +13,21 @@ using namespace tarn;
 namespace {
 constexpr GUID pageClass = {0x5d1f0a21, 0x33c4, 0x4f1d, {0x9a, 0x11, 0x20, 0x6b, 0x33, 0x41, 0x52, 0x01}};
 
+/// Counts what it is told. Lives on the stack.
+class Site : public IPropertyPageSite {
+public:
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
+    ULONG STDMETHODCALLTYPE Release() override { return --references; }
+    HRESULT STDMETHODCALLTYPE OnStatusChange(DWORD newStatus) override { return status = newStatus, S_OK; }
+    HRESULT STDMETHODCALLTYPE GetLocaleID(LCID*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetPageContainer(IUnknown**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE TranslateAccelerator(MSG*) override { return S_FALSE; }
+
+    ULONG references = 0;
+    DWORD status = 0;
+};
+
 class Page : public COMPropertyPage {
 public:
     explicit Page(IUnknown* outer) : COMPropertyPage(outer, 11, 2, GetModuleHandleW(nullptr)) { current = this; }
@@ -22,8 +37,9 @@ public:
         setText(10, "value");
         return true;
     }
-    void onCommand(Window*, unsigned short code, unsigned short) override
+    void onCommand(Window* sender, unsigned short code, unsigned short id) override
     {
+        COMPropertyPage::onCommand(sender, code, id);
         if (code == EN_CHANGE && isOpen())
             setDirty(true);
         if (code == EN_KILLFOCUS + 1000)
@@ -82,6 +98,39 @@ TEST_CASE("COMPropertyPage: serves its size, its window and its values", "[compa
     CHECK(!Page::current->isOpen());
 }
 
+TEST_CASE("COMPropertyPage: takes its own keys, and tells a wrong order of calls", "[compage]")
+{
+    const Apartment apartment;
+    Site site;
+    const COMInterfacePointer<IPropertyPage> page(new Page(nullptr));
+    CHECK((page->SetPageSite(&site) == S_OK && page->SetPageSite(&site) == E_UNEXPECTED && site.references == 1));
+    RECT place{0, 0, 200, 100};
+    MSG tab{};
+    CHECK((page->Move(nullptr) == E_POINTER && page->Move(&place) == E_UNEXPECTED));
+    CHECK((page->Show(SW_SHOW) == E_UNEXPECTED && page->TranslateAccelerator(nullptr) == E_POINTER));
+    CHECK((page->GetPageInfo(nullptr) == E_POINTER && page->SetObjects(1, nullptr) == E_POINTER));
+    CHECK(page->TranslateAccelerator(&tab) == S_FALSE);
+
+    Window parent;
+    parent.create(L"STATIC", L"", WS_OVERLAPPED | WS_VISIBLE, RECT{0, 0, 300, 300}, nullptr, nullptr, nullptr);
+    REQUIRE((page->Activate(parent, &place, FALSE) == S_OK && page->Show(SW_SHOW) == S_OK));
+    CHECK(page->Show(SW_MINIMIZE) == E_INVALIDARG);
+    const HWND field = GetDlgItem(*Page::current, 10);
+    tab = MSG{field, WM_KEYDOWN, VK_TAB, 1, 0, {}};
+    CHECK(page->TranslateAccelerator(&tab) == S_OK);
+    tab.wParam = static_cast<WPARAM>(GENERATE(VK_RETURN, VK_ESCAPE)); // The frame's buttons.
+    CHECK(page->TranslateAccelerator(&tab) == S_FALSE);
+    tab = MSG{parent, WM_KEYDOWN, VK_TAB, 1, 0, {}};
+    CHECK(page->TranslateAccelerator(&tab) == S_FALSE);
+    SetWindowTextW(field, L"other");
+    CHECK(site.status == PROPPAGESTATUS_DIRTY);
+    SendMessageW(*Page::current, WM_COMMAND, GENERATE(IDOK, IDCANCEL), 0); // Sent by some controls.
+    CHECK(IsWindowVisible(*Page::current));
+    place.right = 150;
+    CHECK((page->Move(&place) == S_OK && Page::current->getWindowSize() == Size(150, 100)));
+    CHECK((page->Deactivate() == S_OK && page->SetPageSite(nullptr) == S_OK && site.references == 0));
+}
+
 TEST_CASE("COMPropertyPage: a property frame shows, applies and releases it", "[compage]")
 {
     const Apartment apartment;
@@ -105,7 +154,7 @@ TEST_CASE("COMPropertyPage: a property frame shows, applies and releases it", "[
     CHECK(wasChanged);
     CHECK(!driver.isLate());
     // Wine's frame shows pages, but does not apply them.
-    if (!GetProcAddress(GetModuleHandleW(L"ntdll"), "wine_get_version"))
+    if (!support::isWine())
         CHECK(Page::applied >= 1);
     CHECK(!Page::current);
     CoRevokeClassObject(cookie);

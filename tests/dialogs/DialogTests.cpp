@@ -41,6 +41,15 @@ public:
     int erased = 0;
 };
 
+// A dialog dies just after it has been made.
+LRESULT CALLBACK destroyDialog(int code, WPARAM wParam, LPARAM lParam)
+{
+    const auto* const done = reinterpret_cast<const CWPRETSTRUCT*>(lParam);
+    if (code == HC_ACTION && done->message == WM_INITDIALOG)
+        DestroyWindow(done->hwnd);
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
 void expectDescription(const WindowsError& error, const char* text)
 {
     CHECK(error.getDescription() == std::string(text));
@@ -153,6 +162,14 @@ TEST_CASE("Dialog: each failure has its text", "[dialog]")
     expectDescription(support::thrownBy<WindowsError>([&] { missing.getWindowSize(); }),
                       "Can't create dummy dialog for getSize()");
     expectDescription(support::thrownBy<WindowsError>([&] { missing.end(1); }), "Can't end modal dialog");
+
+    const HHOOK hook = SetWindowsHookExW(WH_CALLWNDPROCRET, destroyDialog, nullptr, GetCurrentThreadId());
+    const auto error = support::thrownBy<WindowsError>([] { Probe().getWindowSize(); });
+    UnhookWindowsHookEx(hook);
+    // Where the system looks after the dialog it may say itself that there is none.
+    expectDescription(error, support::isWine() ? "Can't get window rect for dummy dialog in getSize()"
+                                               : error.getDescription());
+    CHECK(error.getError() == ERROR_INVALID_WINDOW_HANDLE);
 }
 
 TEST_CASE("Dialog: a thousand dialogs leave nothing behind", "[dialog]")
@@ -161,8 +178,10 @@ TEST_CASE("Dialog: a thousand dialogs leave nothing behind", "[dialog]")
     dialog.onStart = [&] { dialog.end(1); };
     dialog.showModal();
     const unsigned before = support::userObjects();
+    const std::size_t bytes = support::usedBytes();
     for (int i = 0; i < 1000; ++i)
         dialog.showModal();
     CHECK(support::userObjects() <= before);
+    CHECK(support::usedBytes() < bytes + 8000);
     CHECK(!dialog.isOpen());
 }

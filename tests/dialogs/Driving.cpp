@@ -60,4 +60,6 @@ HWND visibleDialog()
     EnumThreadWindows(GetCurrentThreadId(), find, reinterpret_cast<LPARAM>(&found));
     return found;
 }
+
+bool isWine() { return GetProcAddress(GetModuleHandleW(L"ntdll"), "wine_get_version") != nullptr; }
 } // namespace support

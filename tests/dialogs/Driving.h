@@ -30,4 +30,6 @@ private:
 
 /// The visible dialog of the calling thread, null when there is none.
 HWND visibleDialog();
+
+bool isWine();
 } // namespace support

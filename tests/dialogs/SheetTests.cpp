@@ -1,3 +1,4 @@
+#include "../windowing/Windows.h"
 #include "Driving.h"
 #include "Expect.h"
 
@@ -124,6 +125,67 @@ TEST_CASE("PropertySheet: a page is added to an open sheet", "[sheet]")
     });
     CHECK(t.sheet.showModal() == 0);
     CHECK((driver.isDone() && !third.isCreated()));
+}
+
+TEST_CASE("PropertySheet: a page can refuse Cancel, and pages can ask for a restart", "[sheet]")
+{
+    Sheet t;
+    const bool reboots = GENERATE(true, false);
+    t.first.stay = true;
+    support::Driver driver([&] {
+        t.sheet.pressButton(PSBTN_CANCEL);
+        CHECK((t.sheet.isOpen() && t.log.find("cancel11") != std::string::npos));
+        reboots ? t.sheet.rebootSystem() : t.sheet.restartWindows();
+        t.sheet.pressButton(PSBTN_OK);
+        return true;
+    });
+    CHECK(t.sheet.showModal() == (reboots ? ID_PSREBOOTSYSTEM : ID_PSRESTARTWINDOWS));
+    CHECK(driver.isDone());
+}
+
+TEST_CASE("PropertySheet: Esc in a page's field is the sheet's Cancel, Enter its OK", "[sheet]")
+{
+    Sheet t;
+    const int id = GENERATE(IDOK, IDCANCEL);
+    support::Driver driver([&] { return t.first.postMessageW(WM_COMMAND, static_cast<WPARAM>(id)); });
+    t.sheet.showModal();
+    CHECK((!driver.isLate() && t.log.find(id == IDOK ? "deactivate11" : "cancel11") != std::string::npos));
+}
+
+TEST_CASE("PropertySheet: a sheet that cannot be shown or take a page is an error", "[sheet]")
+{
+    Sheet t;
+    struct : PropertySheet {
+        using PropertySheet::PropertySheet;
+        using Window::attach;
+    } empty(nullptr);
+    PropertySheet orphan(reinterpret_cast<HWND>(0x7001));
+    support::expectFailure([&] { empty.showModal(); }, "Error in showing property sheet");
+    orphan.addPage(&t.first);
+    support::expectFailure([&] { orphan.showModal(); }, "Error in showing property sheet");
+    Window other;
+    other.create(L"STATIC", L"", WS_OVERLAPPED, RECT{0, 0, 50, 50}, nullptr, nullptr, nullptr);
+    const HWND noSheet = other.getWindowHandle();
+    empty.attach(noSheet, false);
+    support::expectFailure([&] { empty.addPage(&t.second); }, "Can't add property page");
+    empty.attach(nullptr, false);
+    support::expectFailure([&] { empty.showModal(); }, "Error in showing property sheet"); // The page is not in it.
+    support::expectFailure([] { PropertySheet(nullptr, 1, 99, module); }, "Can't load icon");
+}
+
+TEST_CASE("PropertySheet: a missing caption is an empty one", "[sheet]")
+{
+    std::string log;
+    Page page(11, log);
+    PropertySheet sheet(nullptr, 99, 0, module);
+    sheet.addPage(&page);
+    support::Driver driver([&] {
+        CHECK(sheet.getTextW().empty());
+        sheet.pressButton(PSBTN_CANCEL);
+        return true;
+    });
+    CHECK(sheet.showModal() == 0);
+    CHECK(driver.isDone());
 }
 
 TEST_CASE("PropertySheet: missing resources are errors before anything appears", "[sheet]")
