@@ -156,6 +156,20 @@ TEST_CASE("Archive: records that cannot be are errors, and the caller's pointer 
     CHECK(xOf(read[0]) == 1);
 }
 
+TEST_CASE("Archive: a key that comes up again does not lose the object that only the archive still holds",
+          "[streams][archive]")
+{
+    Memory reader(pointRecord(word(9), 1, 0) + pointRecord(word(9), 2, 0));
+    ref_ptr<Serializable> ptr;
+    reader.archive >> ptr;
+    ptr.release();
+    reader.archive >> ptr;
+    CHECK(xOf(ptr) == 2);
+    const auto read = reader.archive.getSharedObjects();
+    REQUIRE(read.size() == 2);
+    CHECK(xOf(read[0]) == 1);
+}
+
 TEST_CASE("Archive: references need an archive behind the stream", "[streams][archive]")
 {
     const std::string message = "The stream is not an archive, which references between objects need";
