@@ -5,6 +5,10 @@
 #include <tarn/Event.h>
 #include <tarn/Lock.h>
 
+// Internal to the library and not exported, so compiled in.
+#include <foundation/Check.cpp>
+#include <system/ThreadLocalSlot.cpp>
+
 #include <functional>
 #include <string>
 #include <thread>
@@ -89,4 +93,17 @@ TEST_CASE("AutoLock: its destructor drops the failure of an unlock, unlock() rep
     AutoLock lock(lockable);
     CHECK_THROWS_AS(lock.unlock(), tarn::Exception);
     CHECK_NOTHROW(lock.unlock()); // Forgotten before it was unlocked.
+}
+
+TEST_CASE("ThreadLocalSlot: each thread has its own value", "[system][slot]")
+{
+    tarn::ThreadLocalSlot slot;
+    support::expectWindowsError([&] { slot.set(&slot); }, ERROR_INVALID_PARAMETER, "Can't set TLS value");
+    support::expectWindowsError([&] { slot.get(); }, ERROR_INVALID_PARAMETER, "Can't get TLS value");
+    slot.allocate();
+    slot.set(&slot);
+    CHECK(slot.get() == &slot);
+    onAnotherThread([&] { CHECK(slot.get() == nullptr); });
+    slot.allocate();
+    CHECK(slot.get() == nullptr); // A new index begins empty.
 }
