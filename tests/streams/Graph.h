@@ -1,7 +1,8 @@
 #pragma once
 
+#include "Contents.h"
+
 #include <tarn/Archive.h>
-#include <tarn/MemoryStream.h>
 #include <tarn/Serializable.h>
 
 #include <algorithm>
@@ -37,14 +38,14 @@ struct Style : tarn::Serializable, Counted {
 struct Node : tarn::Serializable, Counted {
     void serialize(tarn::OutputStream& out) const override
     {
-        out << name << number << final;
+        out << name << number;
         tarn::writeOptional(out, style);
         tarn::writeOptional(out, left);
         tarn::writeOptional(out, right);
     }
     void deserialize(tarn::InputStream& in) override
     {
-        in >> name >> number >> final;
+        in >> name >> number;
         tarn::readOptional(in, style);
         tarn::readOptional(in, left);
         tarn::readOptional(in, right);
@@ -52,7 +53,6 @@ struct Node : tarn::Serializable, Counted {
 
     std::string name;
     int number = 0;
-    bool final = false;
     tarn::ref_ptr<Style> style;
     tarn::ref_ptr<Node> left, right;
 };
@@ -95,11 +95,6 @@ inline void dismantle(const NodePtr& node)
     node->right.release();
     dismantle(left);
     dismantle(right);
-}
-
-inline std::string contentOf(tarn::MemoryOutputStream& stream)
-{
-    return std::string(static_cast<const char*>(stream.getData()), static_cast<unsigned>(stream.getSize()));
 }
 
 inline std::string archived(const NodePtr& root)

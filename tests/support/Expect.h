@@ -39,4 +39,10 @@ template <class Call> void expectWindowsError(Call call, unsigned long code, con
     const std::string separator = description.empty() ? "" : ": ";
     CHECK(std::string(error.what()) == description + separator + systemText(code));
 }
+
+/// The same without the code, where that is the platform's own affair.
+template <class Call> void expectWindowsError(Call call, const std::string& description)
+{
+    CHECK(std::string(thrownBy<tarn::WindowsError>(call).getDescription()) == description);
+}
 } // namespace support

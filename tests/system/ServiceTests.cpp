@@ -10,21 +10,20 @@
 #include "ScratchFolder.h"
 
 using namespace tarn;
+using support::expectWindowsError;
 
 namespace {
 constexpr DWORD managerAccess = SC_MANAGER_CONNECT | SC_MANAGER_CREATE_SERVICE;
 
-std::string programPath()
+// In either width.
+template <class Ch> void createService(Service& service, const Ch* name)
 {
-    return '"' + WindowsModule(static_cast<HINSTANCE>(nullptr)).getFilenameA().getDirectory() +
-           "\\system_service.exe\"";
-}
-
-void createService(Service& service, const char* name)
-{
-    service.create(ServiceManager(nullptr, managerAccess), name, "Test service", SERVICE_ALL_ACCESS,
-                   SERVICE_WIN32_OWN_PROCESS, SERVICE_DEMAND_START, SERVICE_ERROR_IGNORE, programPath().c_str(),
-                   nullptr, nullptr, nullptr, nullptr, nullptr);
+    const BasicString<Ch> folder =
+        BasicString<Ch>(WindowsModule(static_cast<HINSTANCE>(nullptr)).getFilenameA().getDirectory().c_str());
+    const BasicString<Ch> program = folder + BasicString<Ch>("\\system_service.exe", 19u);
+    service.create(ServiceManager(nullptr, managerAccess), name, name, SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS,
+                   SERVICE_DEMAND_START, SERVICE_ERROR_IGNORE, program.c_str(), nullptr, nullptr, nullptr, nullptr,
+                   nullptr);
 }
 
 /// The state of a service, or 0 when there is none of that name.
@@ -48,9 +47,9 @@ bool reaches(const char* name, DWORD state)
     return stateOf(name) == state;
 }
 
-/// Registers the test service for a scope.
+/// The test service, registered for a scope under a name in either width.
 struct Registered {
-    explicit Registered(const char* serviceName) : name(serviceName) { createService(service, name); }
+    template <class Ch> explicit Registered(const Ch* name) { createService(service, name); }
     ~Registered() noexcept(false)
     {
         try {
@@ -59,10 +58,9 @@ struct Registered {
         }
         service.remove();
         service.close();
-        CHECK(reaches(name, 0));
+        CHECK(reaches("TarnTest", 0));
     }
 
-    const char* name;
     Service service;
 };
 } // namespace
@@ -74,41 +72,20 @@ TEST_CASE("Service: a program is registered, started with arguments, stopped and
     const char* arguments[] = {file.c_str(), "one", "two"};
     const std::wstring wideFile = folder.file(L"arguments.txt");
     const wchar_t* wideArguments[] = {wideFile.c_str(), L"drei"};
-    {
-        Registered registered("TarnTestService");
-        const Service& service = registered.service;
-        service.start(arguments, 3);
-        REQUIRE(reaches("TarnTestService", SERVICE_RUNNING));
-        CHECK(folder.read("arguments.txt") == "one;two;");
-        support::expectWindowsError([&] { service.start(); }, ERROR_SERVICE_ALREADY_RUNNING, "Can't start service");
 
-        const DWORD state = registered.service.stop().dwCurrentState;
-        CHECK((state == SERVICE_STOP_PENDING || state == SERVICE_STOPPED));
-        REQUIRE(reaches("TarnTestService", SERVICE_STOPPED));
-        service.start(wideArguments, 2);
-        REQUIRE(reaches("TarnTestService", SERVICE_RUNNING));
-        CHECK(folder.read("arguments.txt") == "drei;");
-    }
-    CHECK(stateOf("TarnTestService") == 0);
-}
+    Registered registered(L"TarnTest");
+    Service& service = registered.service;
+    service.start(arguments, 3);
+    REQUIRE(reaches("TarnTest", SERVICE_RUNNING));
+    CHECK(folder.read("arguments.txt") == "one;two;");
+    expectWindowsError([&] { service.start(); }, ERROR_SERVICE_ALREADY_RUNNING, "Can't start service");
 
-TEST_CASE("Service: both widths register and open the same service", "[system][service]")
-{
-    ServiceManager manager;
-    CHECK_FALSE(manager.isOpen());
-    manager.open(static_cast<const char*>(nullptr), managerAccess);
-    manager.open(static_cast<const wchar_t*>(nullptr), managerAccess);
-    Service service;
-    service.create(manager, L"TarnTestWide", L"Wide", SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS,
-                   SERVICE_DEMAND_START, SERVICE_ERROR_IGNORE, L"C:\\none.exe", nullptr, nullptr, nullptr, nullptr,
-                   nullptr);
-    Service again;
-    again.open(manager, "TarnTestWide", DELETE);
-    again.open(manager, L"TarnTestWide", DELETE);
-    again.remove();
-    again.close();
-    service.close();
-    CHECK(reaches("TarnTestWide", 0));
+    const DWORD state = service.stop().dwCurrentState;
+    CHECK((state == SERVICE_STOP_PENDING || state == SERVICE_STOPPED));
+    REQUIRE(reaches("TarnTest", SERVICE_STOPPED));
+    service.start(wideArguments, 2);
+    REQUIRE(reaches("TarnTest", SERVICE_RUNNING));
+    CHECK(folder.read("arguments.txt") == "drei;");
 }
 
 TEST_CASE("Service: failing calls name themselves", "[system][service]")
@@ -121,50 +98,47 @@ TEST_CASE("Service: failing calls name themselves", "[system][service]")
         CHECK(std::string(e.getDescription()) == "Can't open service manager");
         CHECK_FALSE(manager.isOpen());
     }
-    manager.open(managerAccess);
+    manager.open(static_cast<const char*>(nullptr), SC_MANAGER_CONNECT);
     Service service;
-    support::expectWindowsError([&] { service.open(manager, "TarnTestMissing", SERVICE_START); },
-                                ERROR_SERVICE_DOES_NOT_EXIST, "Can't open service");
-    Registered registered("TarnTestService");
-    support::expectWindowsError([&] { createService(service, "TarnTestService"); }, ERROR_SERVICE_EXISTS,
-                                "Can't create service");
-    support::expectWindowsError([&] { registered.service.stop(); }, ERROR_SERVICE_NOT_ACTIVE, "Can't stop service");
-    service.open(manager, "TarnTestService", SERVICE_QUERY_STATUS);
-    support::expectWindowsError([&] { service.start(); }, ERROR_ACCESS_DENIED, "Can't start service");
-    support::expectWindowsError([&] { service.remove(); }, ERROR_ACCESS_DENIED, "Can't delete service");
+    expectWindowsError([&] { service.open(manager, "TarnTestMissing", SERVICE_START); }, ERROR_SERVICE_DOES_NOT_EXIST,
+                       "Can't open service");
+    Registered registered("TarnTest");
+    expectWindowsError([&] { createService(service, "TarnTest"); }, ERROR_SERVICE_EXISTS, "Can't create service");
+    expectWindowsError([&] { registered.service.stop(); }, ERROR_SERVICE_NOT_ACTIVE, "Can't stop service");
+    service.open(manager, L"TarnTest", SERVICE_QUERY_STATUS);
+    expectWindowsError([&] { service.start(); }, ERROR_ACCESS_DENIED, "Can't start service");
+    expectWindowsError([&] { service.remove(); }, ERROR_ACCESS_DENIED, "Can't delete service");
     service.close();
 
     struct Stale : ServiceManager {
         Stale() { setHandle(reinterpret_cast<SC_HANDLE>(&manager_)); }
         int manager_ = 0;
     } stale;
-    support::expectWindowsError([&] { stale.close(); }, ERROR_INVALID_HANDLE, "Can't close service handle");
+    expectWindowsError([&] { stale.close(); }, ERROR_INVALID_HANDLE, "Can't close service handle");
     CHECK_FALSE(stale.isOpen());
 }
 
 TEST_CASE("Driver: a service that exists is started and stopped, and stays registered", "[system][driver]")
 {
-    Registered registered("TarnTestDriver");
+    Registered registered("TarnTest");
     {
-        Driver driver(L"TarnTestDriver", L"ignored", L"C:\\ignored.sys");
-        REQUIRE(reaches("TarnTestDriver", SERVICE_RUNNING));
+        Driver driver(L"TarnTest", L"ignored", L"C:\\ignored.sys");
+        REQUIRE(reaches("TarnTest", SERVICE_RUNNING));
         Driver second;
-        second.load(L"TarnTestDriver", L"ignored", L"C:\\ignored.sys"); // Running already: no error.
+        second.load(L"TarnTest", L"ignored", L"C:\\ignored.sys"); // Running already: no error.
         second.unload();
-        REQUIRE(reaches("TarnTestDriver", SERVICE_STOPPED));
+        REQUIRE(reaches("TarnTest", SERVICE_STOPPED));
         second.unload();
     } // The first one has nothing to stop any more.
-    CHECK(stateOf("TarnTestDriver") == SERVICE_STOPPED);
+    CHECK(stateOf("TarnTest") == SERVICE_STOPPED);
 }
 
 TEST_CASE("Driver: a service that load had to create is deleted by unload, also when it did not start",
           "[system][driver]")
 {
     Driver driver;
-    driver.unload();
-    const auto error = support::thrownBy<WindowsError>(
-        [&] { driver.load(L"TarnTestMissing", L"Missing", L"C:\\missing\\missing.sys"); });
-    CHECK(std::string(error.getDescription()) == "Can't start service");
+    expectWindowsError([&] { driver.load(L"TarnTestMissing", L"Missing", L"C:\\missing\\missing.sys"); },
+                       "Can't start service");
     CHECK(stateOf("TarnTestMissing") == SERVICE_STOPPED);
     driver.unload();
     CHECK(reaches("TarnTestMissing", 0));

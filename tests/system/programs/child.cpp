@@ -20,13 +20,6 @@ void copyInput()
     while (ReadFile(GetStdHandle(STD_INPUT_HANDLE), buffer, sizeof buffer, &count, nullptr) && count)
         write(STD_OUTPUT_HANDLE, buffer, count);
 }
-
-void writeMany(unsigned long long size)
-{
-    static char buffer[1 << 16];
-    for (; size; size -= std::min<unsigned long long>(size, sizeof buffer))
-        write(STD_OUTPUT_HANDLE, buffer, static_cast<std::size_t>(std::min<unsigned long long>(size, sizeof buffer)));
-}
 } // namespace
 
 int main(int argc, char** argv)
@@ -38,8 +31,6 @@ int main(int argc, char** argv)
             write(STD_OUTPUT_HANDLE, argument, std::strlen(argument));
         else if (command == "err")
             write(STD_ERROR_HANDLE, argument, std::strlen(argument));
-        else if (command == "many")
-            writeMany(std::strtoull(argument, nullptr, 10));
         else if (command == "copy")
             copyInput();
         else if (command == "length")

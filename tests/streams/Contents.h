@@ -1,0 +1,16 @@
+#pragma once
+
+#include <tarn/MemoryStream.h>
+
+#include <string>
+
+/// What was written to a stream in memory.
+inline std::string contentOf(tarn::MemoryOutputStream& stream)
+{
+    return std::string(static_cast<const char*>(stream.getData()), static_cast<unsigned>(stream.getSize()));
+}
+
+inline tarn::MemoryInputStream readerOf(const std::string& content)
+{
+    return tarn::MemoryInputStream(content.data(), static_cast<unsigned>(content.size()));
+}
