@@ -86,24 +86,6 @@ TEST_CASE("IUnknownImpl: a query counts, refuses and reports without touching th
     CHECK(failing.internalQueryInterface(IID_IUnknown, &found) == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
 }
 
-TEST_CASE("IUnknownImpl: an aggregated object answers through its outer one", "[com][unknown]")
-{
-    Outer outer;
-    Persistent inner(&outer);
-    CHECK(&inner.getUnknown() == &outer);
-    CHECK(inner.AddRef() == 2);
-    CHECK(inner.Release() == 1);
-    {
-        const auto held = inner.getOuter();
-        CHECK(held == &outer);
-        CHECK(outer.references == 2);
-    }
-    CHECK(outer.references == 1);
-    // As its own unknown it still tells its interfaces apart and counts for itself.
-    CHECK(inner.internalAddRef() == 1);
-    CHECK_FALSE(Persistent(nullptr).getOuter());
-}
-
 TEST_CASE("Factory: a new object has one reference and dies with it", "[com][factory]")
 {
     const unsigned before = IUnknownImpl::getInstanceCount();
@@ -137,15 +119,21 @@ TEST_CASE("Factory: every failure is a result and leaves no object behind", "[co
     CHECK(create(creator, IID_IUnknown, nullptr) == E_POINTER);
 }
 
-TEST_CASE("Factory: an aggregated creation asks the outer object", "[com][factory]")
+TEST_CASE("Factory: an aggregated object is made for its outer one and answers through it", "[com][factory]")
 {
-    static IUnknownImpl* inner;
+    static Persistent* inner;
     Outer outer;
     void* object = nullptr;
     CHECK(create([](IUnknown* o) -> IUnknownImpl* { return inner = new Persistent(o); }, IID_IPersist, &object,
                  &outer) == S_OK);
     CHECK(object == &outer);
     CHECK(outer.queries == 1);
+    CHECK(&inner->getUnknown() == &outer);
+    CHECK(inner->AddRef() == 3);
+    CHECK(inner->Release() == 2);
+    CHECK(inner->getOuter() == &outer);
+    CHECK(outer.references == 2);
+    // As its own unknown it counts for itself.
     CHECK(inner->internalAddRef() == 1);
     CHECK(inner->internalRelease() == 0);
 }
@@ -153,7 +141,12 @@ TEST_CASE("Factory: an aggregated creation asks the outer object", "[com][factor
 TEST_CASE("COMModule: locks outlive the factory that took them and cannot go below none", "[com][factory]")
 {
     tarn::COMModule& module = tarn::COMModule::getModule();
-    CHECK(COMInterfacePointer<IClassFactory>(new Factory(&Persistent::create))->LockServer(TRUE) == S_OK);
+    {
+        const COMInterfacePointer<IClassFactory> factory(new Factory(&Persistent::create));
+        CHECK(factory->LockServer(FALSE) == E_UNEXPECTED);
+        CHECK(factory->LockServer(TRUE) == S_OK);
+        CHECK(module.getLockCount() == 1);
+    }
     REQUIRE(IUnknownImpl::getInstanceCount() == 0);
     CHECK(module.canUnloadNow() == S_FALSE);
     module.lock(false);
