@@ -96,6 +96,7 @@ TEST_CASE("RegistryKey: a copy of an owned key stands alone, a copy of a borrowe
         {
             const RegistryKey key(scratch, L"Sub", KEY_READ);
             copy = key;
+            copy = key; // Lets go of the first copy.
             CHECK(copy.getKey() != key.getKey());
         }
         copy = std::as_const(copy);
