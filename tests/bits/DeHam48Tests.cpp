@@ -3,7 +3,6 @@
 #include <tarn/DeHam48.h>
 
 #include <array>
-#include <bitset>
 
 TEST_CASE("DeHam48: every byte gives its code's value, corrected by one bit, or -1", "[bits][hamming]")
 {
@@ -16,12 +15,8 @@ TEST_CASE("DeHam48: every byte gives its code's value, corrected by one bit, or 
         for (unsigned bit = 0; bit < 8; ++bit)
             expected[codes[value] ^ (1u << bit)] = static_cast<int>(value);
     }
-    std::array<int, 17> inputsOf{};
     for (unsigned byte = 0; byte < 256; ++byte) {
         CAPTURE(byte);
-        const int value = tarn::DeHam48(static_cast<unsigned char>(byte));
-        CHECK(value == expected[byte]);
-        ++inputsOf[static_cast<unsigned>(value + 1)];
+        CHECK(tarn::DeHam48(static_cast<unsigned char>(byte)) == expected[byte]);
     }
-    CHECK(inputsOf == std::array<int, 17>{112, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9});
 }

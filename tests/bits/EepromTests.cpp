@@ -41,28 +41,3 @@ TEST_CASE_METHOD(Board, "I2CBusForLines: a chip that stretches the clock is writ
     store({0xA0, 0xFF, 'z'});
     CHECK(read(0xFF, 3) == "zcd");
 }
-
-TEST_CASE_METHOD(Board, "I2CBusForLines: a read as its lines show it", "[bits][i2c]")
-{
-    store({0xA0, 0x34, 0xA5});
-    lines.diagram.take();
-    CHECK(read(0x34, 1) == "\xA5");
-    // The chip holds the clock before its first bit: SCL is low for a column more there.
-    CHECK('\n' + lines.diagram.take() == R"(
-         S  1  0  1  0  0  0  0  0  A    A0
-  SDA  --__---___---_________________-
-  SCL  _--__-__-__-__-__-__-__-__-__-_
-        0  0  1  1  0  1  0  0  A    34
-  SDA  ______------___---________-
-  SCL  _-__-__-__-__-__-__-__-__-_
-         S  1  0  1  0  0  0  0  1  A    A1
-  SDA  --__---___---____________--___-
-  SCL  _--__-__-__-__-__-__-__-__-__-_
-         1 0 1 0 0 1 0 1  N    A5
-  SDA  ---__--____--__------
-  SCL  __-_-_-_-_-_-_-_-__-_
-         P
-  SDA  __-
-  SCL  _--
-)");
-}

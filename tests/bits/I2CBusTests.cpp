@@ -2,7 +2,6 @@
 
 #include <tarn/I2CBus.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -10,17 +9,10 @@
 using Bytes = std::vector<unsigned char>;
 
 namespace {
-std::string hex(unsigned byte)
-{
-    char text[3];
-    std::snprintf(text, sizeof text, "%02X", byte);
-    return text;
-}
-
-/// Writes down the primitives that a transaction consists of; refuses to acknowledge the bytes given.
+/// Writes down the primitives that a transaction consists of; refuses to acknowledge the byte given.
 class LoggedBus final : public tarn::I2CBus {
 public:
-    explicit LoggedBus(const Bytes& refused = {}) : refused_(refused) {}
+    explicit LoggedBus(int refused) : refused_(refused) {}
 
     using I2CBus::read;
     using I2CBus::write;
@@ -30,8 +22,10 @@ public:
     void writeBit(bool) override {}
     bool write(unsigned char byte) override
     {
-        log += hex(byte) + ' ';
-        return std::find(refused_.begin(), refused_.end(), byte) == refused_.end();
+        char text[4];
+        std::snprintf(text, sizeof text, "%02X ", unsigned(byte));
+        log += text;
+        return byte != refused_;
     }
     unsigned char read(bool last) override
     {
@@ -44,18 +38,18 @@ public:
     std::string log;
 
 private:
-    Bytes refused_;
+    int refused_;
     unsigned char received_ = 0;
 };
 
-std::string written(const Bytes& data, const Bytes& refused = {})
+std::string written(const Bytes& data, int refused = -1)
 {
     LoggedBus bus(refused);
     const bool done = bus.write(data.data(), static_cast<unsigned>(data.size()));
     return bus.log + (done ? "" : " failed");
 }
 
-std::string readFrom(const Bytes& address, unsigned count, const Bytes& refused = {})
+std::string readFrom(const Bytes& address, unsigned count, int refused = -1)
 {
     LoggedBus bus(refused);
     Bytes buffer(count + 1);
@@ -70,8 +64,7 @@ TEST_CASE("I2CBus: write sends its bytes between start and stop, up to the first
 {
     CHECK(written({0xA0, 0x10, 0x55}) == "start A0 10 55 stop");
     CHECK(written({}) == "start stop");
-    CHECK(written({0xA0, 0x10}, {0xA0}) == "start A0 stop failed");
-    CHECK(written({0xA0, 0x10, 0x55}, {0x10}) == "start A0 10 stop failed");
+    CHECK(written({0xA0, 0x10, 0x55}, 0x10) == "start A0 10 stop failed");
 }
 
 TEST_CASE("I2CBus: read sends the sub-address, starts again and acknowledges all but the last byte", "[bits][i2c]")
@@ -81,8 +74,8 @@ TEST_CASE("I2CBus: read sends the sub-address, starts again and acknowledges all
     CHECK(readFrom({0xA0}, 2) == "start A1 more last stop");
     CHECK(readFrom({0xA0, 0x10}, 0).empty());
 
-    CHECK(readFrom({0xA0, 0x10}, 1, {0xA0}) == "start A0 stop failed");
-    CHECK(readFrom({0xA0, 0x12, 0x34}, 1, {0x12}) == "start A0 12 stop failed");
-    CHECK(readFrom({0xA0, 0x12, 0x34}, 1, {0x34}) == "start A0 12 34 start A1 last stop");
-    CHECK(readFrom({0xA0, 0x10}, 1, {0xA1}) == "start A0 10 start A1 stop failed");
+    CHECK(readFrom({0xA0, 0x10}, 1, 0xA0) == "start A0 stop failed");
+    CHECK(readFrom({0xA0, 0x12, 0x34}, 1, 0x12) == "start A0 12 stop failed");
+    CHECK(readFrom({0xA0, 0x12, 0x34}, 1, 0x34) == "start A0 12 34 start A1 last stop");
+    CHECK(readFrom({0xA0, 0x10}, 1, 0xA1) == "start A0 10 start A1 stop failed");
 }

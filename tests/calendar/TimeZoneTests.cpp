@@ -13,11 +13,6 @@ using zones::hour;
 TEST_PRIVATE(SetFromPlatform, void (TimeZone::*)(const TIME_ZONE_INFORMATION&), &TimeZone::set);
 
 namespace {
-void setFromPlatform(TimeZone& zone, const TIME_ZONE_INFORMATION& information)
-{
-    (zone.*memberOf(SetFromPlatform()))(information);
-}
-
 // What is added to the standard offset; weekdays follow from 2000-01-01, a Saturday.
 int daylightAt(const TimeZone& zone, int month, int day, int millis, int dayOfWeek = Base::Sunday)
 {
@@ -38,21 +33,20 @@ TEST_CASE("TimeZone: a new zone and a named one are UTC", "[calendar][zone]")
 
 TEST_CASE("TimeZone: the instant of a transition belongs to what was before it", "[calendar][zone]")
 {
-    const TimeZone north = zones::northByDate();
-    CHECK(daylightAt(north, Base::April, 9, 23 * hour) == 0);
-    CHECK(daylightAt(north, Base::April, 10, 2 * hour) == 0);
-    CHECK(daylightAt(north, Base::April, 10, 2 * hour + 1) == hour);
-    CHECK(daylightAt(north, Base::October, 20, hour) == hour);
-    CHECK(daylightAt(north, Base::October, 20, hour + 1) == 0);
-    CHECK(daylightAt(north, Base::January, 1, 0) == 0);
-
-    const TimeZone south = zones::southByDate();
-    CHECK(daylightAt(south, Base::October, 20, 2 * hour) == 0);
-    CHECK(daylightAt(south, Base::October, 20, 2 * hour + 1) == hour / 2);
-    CHECK(daylightAt(south, Base::January, 1, 0) == hour / 2);
-    CHECK(daylightAt(south, Base::April, 10, hour + hour / 2) == hour / 2);
-    CHECK(daylightAt(south, Base::April, 10, hour + hour / 2 + 1) == 0);
-    CHECK(daylightAt(south, Base::July, 1, 0) == 0);
+    const TimeZone north = zones::northByDate(), south = zones::southByDate();
+    const auto& [zone, month, day, millis, expected] = GENERATE_REF(table<const TimeZone*, int, int, int, int>({
+        {&north, Base::January, 1, 0, 0},
+        {&north, Base::April, 10, 2 * hour, 0},
+        {&north, Base::April, 10, 2 * hour + 1, hour},
+        {&north, Base::October, 20, hour, hour},
+        {&north, Base::October, 20, hour + 1, 0},
+        {&south, Base::January, 1, 0, hour / 2},
+        {&south, Base::April, 10, hour + hour / 2, hour / 2},
+        {&south, Base::April, 10, hour + hour / 2 + 1, 0},
+        {&south, Base::October, 20, 2 * hour, 0},
+        {&south, Base::October, 20, 2 * hour + 1, hour / 2},
+    }));
+    CHECK(daylightAt(*zone, month, day, millis) == expected);
 }
 
 TEST_CASE("TimeZone: a weekday counted from the month's end is found on any day", "[calendar][zone]")
@@ -85,20 +79,14 @@ TEST_CASE("TimeZone: a weekday counted from the month's start follows the formul
     }
 }
 
-TEST_CASE("TimeZone: there is no daylight time in the era BC", "[calendar][zone]")
+TEST_CASE("TimeZone: tells whether an instant lies in daylight time, which the era BC has not", "[calendar][zone]")
 {
-    CHECK(zones::north().GetOffset(Base::BC, 1, Base::July, 1, Base::Sunday, 0) == hour);
-    CHECK(zones::north().GetOffset(Base::AD, 1, Base::July, 1, Base::Sunday, 0) == 2 * hour);
-}
-
-TEST_CASE("TimeZone: tells whether an instant lies in daylight time", "[calendar][zone]")
-{
-    CHECK(zones::north().InDaylightTime(962409600000)); // 2000-07-01
-    CHECK_FALSE(zones::south().InDaylightTime(962409600000));
-    CHECK(zones::south().InDaylightTime(946684800000)); // 2000-01-01
-    CHECK_FALSE(zones::withOffset(hour).InDaylightTime(962409600000));
     CHECK_FALSE(zones::north().InDaylightTime(954032400000)); // 2000-03-26 01:00 UTC itself
     CHECK(zones::north().InDaylightTime(954032400001));
+    CHECK(zones::south().InDaylightTime(946684800000)); // 2000-01-01
+    CHECK_FALSE(zones::withOffset(hour).InDaylightTime(962409600000));
+    CHECK(zones::north().GetOffset(Base::BC, 1, Base::July, 1, Base::Sunday, 0) == hour);
+    CHECK(zones::north().GetOffset(Base::AD, 1, Base::July, 1, Base::Sunday, 0) == 2 * hour);
 }
 
 TEST_CASE("TimeZone: the platform's numbers are taken over as they are", "[calendar][zone]")
@@ -109,7 +97,8 @@ TEST_CASE("TimeZone: the platform's numbers are taken over as they are", "[calen
     information.DaylightDate = {0, 3, 0, 5, 2, 0, 0, 0};
     information.StandardDate = {0, 10, 0, 5, 3, 30, 10, 5};
     TimeZone zone;
-    setFromPlatform(zone, information);
+    const auto setFromPlatform = [&] { (zone.*memberOf(SetFromPlatform()))(information); };
+    setFromPlatform();
     CHECK(zone.GetStandardOffset() == hour);
     CHECK(zone.GetDSTOffset() == hour);
     // Month 3 is April here, and the fifth "Sunday" of a 0-based count goes by the forward formula.
@@ -122,7 +111,7 @@ TEST_CASE("TimeZone: the platform's numbers are taken over as they are", "[calen
     {
         information.DaylightDate.wYear = 2000;
         information.DaylightDate.wDay = 20;
-        setFromPlatform(zone, information);
+        setFromPlatform();
         CHECK(daylightAt(zone, 3, 20, 2 * hour) == 0);
         CHECK(daylightAt(zone, 3, 20, 2 * hour + 1) == hour);
     }
@@ -130,7 +119,7 @@ TEST_CASE("TimeZone: the platform's numbers are taken over as they are", "[calen
     {
         information.StandardBias = -60;
         information.DaylightDate.wMonth = 7;
-        setFromPlatform(zone, information);
+        setFromPlatform();
         CHECK(zone.GetStandardOffset() == 2 * hour);
         CHECK_FALSE(zone.UseDaylightTime());
         zone.SetDSTOffset(hour);
@@ -139,7 +128,7 @@ TEST_CASE("TimeZone: the platform's numbers are taken over as they are", "[calen
     SECTION("a rule in the platform's month 12 never matches, and reads no table")
     {
         information.DaylightDate.wMonth = 12;
-        setFromPlatform(zone, information);
+        setFromPlatform();
         CHECK(daylightAt(zone, 12, 31, 0) != INT_MIN);
         CHECK(Base::MonthLength(static_cast<Base::Month>(12)) == 31);
         CHECK(Base::MonthLength(static_cast<Base::Month>(-11)) == 28);

@@ -77,6 +77,15 @@ inline tarn::GregorianCalendar on(int year, int month, int day, int hourOfDay = 
     return calendar;
 }
 
+/// The calendar with other weeks.
+inline tarn::GregorianCalendar withWeeks(tarn::GregorianCalendar calendar, int firstDay, int minimalDays)
+{
+    calendar.setFirstDayOfWeek(firstDay);
+    calendar.setMinimalDaysInFirstWeek(minimalDays);
+    calendar.setTime(calendar.getTime());
+    return calendar;
+}
+
 /// "1582-10-04 AD 23:59:59.999".
 inline std::string text(const tarn::GregorianCalendar& calendar)
 {

@@ -12,14 +12,6 @@ using tarn::Factory;
 using tarn::IUnknownImpl;
 
 namespace {
-int created = 0;
-
-IUnknownImpl* countAndCreate(IUnknown* outer)
-{
-    ++created;
-    return new Persistent(outer);
-}
-
 // Takes and releases a reference while it is being destroyed, as a call-back to an owner would.
 class Restless : public IUnknownImpl {
 public:
@@ -59,7 +51,10 @@ public:
     int queries = 0;
 };
 
-COMInterfacePointer<IClassFactory> factoryFor(Factory::Creator creator) { return new Factory(creator); }
+HRESULT create(Factory::Creator creator, const IID& iid, void** object, IUnknown* outer = nullptr)
+{
+    return COMInterfacePointer<IClassFactory>(new Factory(creator))->CreateInstance(outer, iid, object);
+}
 } // namespace
 
 TEST_CASE("IUnknownImpl: references are counted and the last release destroys once", "[com][unknown]")
@@ -78,9 +73,9 @@ TEST_CASE("IUnknownImpl: references are counted and the last release destroys on
 TEST_CASE("IUnknownImpl: a query counts, refuses and reports without touching the pointer", "[com][unknown]")
 {
     COMInterfacePointer<IPersist> object(new Persistent(nullptr));
-    void* found = &created;
+    void* found = &object;
     CHECK(object->QueryInterface(IID_IDispatch, &found) == E_NOINTERFACE);
-    CHECK(found == &created);
+    CHECK(found == &object);
     CHECK(object->QueryInterface(IID_IPersist, nullptr) == E_POINTER);
     CHECK(object.as<IPersist>() == object);
     CHECK_FALSE(object.as<IDispatch>());
@@ -91,31 +86,11 @@ TEST_CASE("IUnknownImpl: a query counts, refuses and reports without touching th
     CHECK(failing.internalQueryInterface(IID_IUnknown, &found) == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
 }
 
-TEST_CASE("IUnknownImpl: an aggregated object answers through its outer one", "[com][unknown]")
-{
-    Outer outer;
-    Persistent inner(&outer);
-    CHECK(&inner.getUnknown() == &outer);
-    CHECK(inner.AddRef() == 2);
-    CHECK(inner.Release() == 1);
-    {
-        const auto held = inner.getOuter();
-        CHECK(held == &outer);
-        CHECK(outer.references == 2);
-    }
-    CHECK(outer.references == 1);
-    // As its own unknown it still tells its interfaces apart and counts for itself.
-    CHECK(inner.internalAddRef() == 1);
-    CHECK_FALSE(Persistent(nullptr).getOuter());
-}
-
 TEST_CASE("Factory: a new object has one reference and dies with it", "[com][factory]")
 {
-    const auto factory = factoryFor(&countAndCreate);
-    CHECK(factory.as<IUnknown>());
     const unsigned before = IUnknownImpl::getInstanceCount();
     IPersist* object = nullptr;
-    REQUIRE(factory->CreateInstance(nullptr, IID_IPersist, reinterpret_cast<void**>(&object)) == S_OK);
+    REQUIRE(create(&Persistent::create, IID_IPersist, reinterpret_cast<void**>(&object)) == S_OK);
     CLSID clsid;
     CHECK(object->GetClassID(&clsid) == S_OK);
     CHECK(clsid == support::CLSID_Persistent);
@@ -124,51 +99,50 @@ TEST_CASE("Factory: a new object has one reference and dies with it", "[com][fac
     CHECK(IUnknownImpl::getInstanceCount() == before);
 }
 
-TEST_CASE("Factory: null arguments are refused before anything is created", "[com][factory]")
-{
-    const auto factory = factoryFor(&countAndCreate);
-    created = 0;
-    void* object = nullptr;
-    const IID* volatile nothing = nullptr;
-    CHECK(factory->CreateInstance(nullptr, *nothing, &object) == E_POINTER);
-    CHECK(factory->CreateInstance(nullptr, IID_IUnknown, nullptr) == E_POINTER);
-    CHECK(created == 0);
-}
-
 TEST_CASE("Factory: every failure is a result and leaves no object behind", "[com][factory]")
 {
     const unsigned before = IUnknownImpl::getInstanceCount();
-    const auto resultOf = [](Factory::Creator creator) {
-        void* object = nullptr;
-        return factoryFor(creator)->CreateInstance(nullptr, IID_IDispatch, &object);
-    };
-    CHECK(resultOf(&Persistent::create) == E_NOINTERFACE);
-    CHECK(resultOf(&Failing::create) == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
-    CHECK(resultOf([](IUnknown*) -> IUnknownImpl* { return nullptr; }) == E_OUTOFMEMORY);
-    CHECK(resultOf([](IUnknown*) -> IUnknownImpl* { throw tarn::COMError(0x80040110); }) == CLASS_E_NOAGGREGATION);
-    CHECK(resultOf([](IUnknown*) -> IUnknownImpl* { throw std::runtime_error("no"); }) == E_FAIL);
-    CHECK(resultOf([](IUnknown*) -> IUnknownImpl* { throw 1; }) == E_FAIL);
+    const auto& [creator, expected] = GENERATE(table<Factory::Creator, HRESULT>({
+        {&Persistent::create, E_NOINTERFACE},
+        {&Failing::create, HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED)},
+        {[](IUnknown*) -> IUnknownImpl* { return nullptr; }, E_OUTOFMEMORY},
+        {[](IUnknown*) -> IUnknownImpl* { throw tarn::COMError(0x80040110); }, CLASS_E_NOAGGREGATION},
+        {[](IUnknown*) -> IUnknownImpl* { throw std::runtime_error("no"); }, E_FAIL},
+        {[](IUnknown*) -> IUnknownImpl* { throw 1; }, E_FAIL},
+    }));
+    void* object = nullptr;
+    CHECK(create(creator, IID_IDispatch, &object) == expected);
     CHECK(IUnknownImpl::getInstanceCount() == before);
+    // Null arguments are refused before anything is created.
+    const IID* volatile nothing = nullptr;
+    CHECK(create(creator, *nothing, &object) == E_POINTER);
+    CHECK(create(creator, IID_IUnknown, nullptr) == E_POINTER);
 }
 
-TEST_CASE("Factory: an aggregated creation asks the outer object", "[com][factory]")
+TEST_CASE("Factory: an aggregated object is made for its outer one and answers through it", "[com][factory]")
 {
-    static IUnknownImpl* inner;
-    const auto factory = factoryFor([](IUnknown* outer) -> IUnknownImpl* { return inner = new Persistent(outer); });
+    static Persistent* inner;
     Outer outer;
     void* object = nullptr;
-    CHECK(factory->CreateInstance(&outer, IID_IPersist, &object) == S_OK);
+    CHECK(create([](IUnknown* o) -> IUnknownImpl* { return inner = new Persistent(o); }, IID_IPersist, &object,
+                 &outer) == S_OK);
     CHECK(object == &outer);
     CHECK(outer.queries == 1);
+    CHECK(&inner->getUnknown() == &outer);
+    CHECK(inner->AddRef() == 3);
+    CHECK(inner->Release() == 2);
+    CHECK(inner->getOuter() == &outer);
+    CHECK(outer.references == 2);
+    // As its own unknown it counts for itself.
     CHECK(inner->internalAddRef() == 1);
     CHECK(inner->internalRelease() == 0);
 }
 
-TEST_CASE("Factory: locks count on the module and cannot go below none", "[com][factory]")
+TEST_CASE("COMModule: locks outlive the factory that took them and cannot go below none", "[com][factory]")
 {
     tarn::COMModule& module = tarn::COMModule::getModule();
     {
-        const auto factory = factoryFor(&Persistent::create);
+        const COMInterfacePointer<IClassFactory> factory(new Factory(&Persistent::create));
         CHECK(factory->LockServer(FALSE) == E_UNEXPECTED);
         CHECK(factory->LockServer(TRUE) == S_OK);
         CHECK(module.getLockCount() == 1);
@@ -177,8 +151,7 @@ TEST_CASE("Factory: locks count on the module and cannot go below none", "[com][
     CHECK(module.canUnloadNow() == S_FALSE);
     module.lock(false);
     CHECK(module.canUnloadNow() == S_OK);
-    const auto error = support::thrownBy<tarn::COMError>([&] { module.lock(false); });
-    CHECK(error.getHRESULT() == E_UNEXPECTED);
+    CHECK(support::thrownBy<tarn::COMError>([&] { module.lock(false); }).getHRESULT() == E_UNEXPECTED);
     const COMInterfacePointer<IPersist> object(new Persistent(nullptr));
     CHECK(module.canUnloadNow() == S_FALSE);
 }

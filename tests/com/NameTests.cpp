@@ -13,7 +13,6 @@
 #include <shlobj.h>
 
 #include <fstream>
-#include <map>
 #include <sstream>
 
 using tarn::getHRESULTIdentifier;
@@ -51,52 +50,49 @@ const bool listsAreRead = [] {
 std::string nameOf(const char* guid) { return toAString(toGUID(guid), true); }
 } // namespace
 
-TEST_CASE("getHRESULTIdentifier: the installed list names values", "[com][names]")
+TEST_CASE("getHRESULTIdentifier: the installed list names values, others are numbers with a zero", "[com][names]")
 {
     REQUIRE(listsAreRead);
-    CHECK(getHRESULTIdentifier(E_FAIL) == "E_FAIL");
-    CHECK(getHRESULTIdentifier(E_PENDING) == "E_PENDING"); // The later of two records.
-    CHECK(getHRESULTIdentifier(E_INVALIDARG) == "E_INVALIDARG");
-    CHECK(getHRESULTIdentifier(TYPE_E_FIELDNOTFOUND) == "LAST");
+    const auto& [value, expected] = GENERATE(table<HRESULT, std::string>({
+        {E_FAIL, "E_FAIL"},
+        {E_PENDING, "E_PENDING"}, // The later of two records.
+        {E_INVALIDARG, "E_INVALIDARG"},
+        {TYPE_E_FIELDNOTFOUND, "LAST"},
+        // Neither of these became a record by standing in a comment.
+        {E_UNEXPECTED, "HRESULT value 8000ffff\0"s},
+        {REGDB_E_CLASSNOTREG, "HRESULT value 80040154\0"s},
+        {0, "HRESULT value 0\0"s},
+    }));
+    CHECK(getHRESULTIdentifier(value) == expected);
     CHECK(tarn::COMError(0x80004005, "Call").what() == "Call: E_FAIL"s);
 }
 
-TEST_CASE("getHRESULTIdentifier: a value without a name is a number with a closing zero", "[com][names]")
+TEST_CASE("toAString: the installed list comes before the names that identifiers give themselves", "[com][names]")
 {
-    // None of these became a record by standing in a comment.
-    CHECK(getHRESULTIdentifier(E_UNEXPECTED) == "HRESULT value 8000ffff\0"s);
-    CHECK(getHRESULTIdentifier(REGDB_E_CLASSNOTREG) == "HRESULT value 80040154\0"s);
-    CHECK(getHRESULTIdentifier(0) == "HRESULT value 0\0"s);
+    const auto& [guid, expected] = GENERATE(table<const char*, const char*>({
+        {"{11111111-2222-3333-4444-555555555555}", "IID_Listed"},
+        {"{59555932-0000-0010-8000-00AA00389B71}", "MEDIASUBTYPE_Listed"},
+        {"{32595559-0000-0010-8000-00AA00389B71}", "FOURCC \"YUY2\""},
+        {"{20202059-0000-0010-8000-00AA00389B71}", "FOURCC \"Y   \""},
+        {"{0000000A-0000-0010-8000-00AA00389B71}", "FOURCC a"},
+        {"{D5A47FA6-6D98-11D1-A21A-00A0C9223196}", "{D5A47FA6-6D98-11D1-A21A-00A0C9223196}"},
+        {"{D5A47FA7-6D98-11D1-A21A-00A0C9223196}", "Manufacturer ID 0"},
+        {"{D5A57FA5-6D98-11D1-A21A-00A0C9223196}", "Manufacturer ID 65534"},
+        {"{D5A57FA6-6D98-11D1-A21A-00A0C9223196}", "{D5A57FA6-6D98-11D1-A21A-00A0C9223196}"},
+        {"{E36DC2AC-6D9A-11D1-A21A-00A0C9223196}", "Product ID 0"},
+        {"{E36EC2AB-6D9A-11D1-A21A-00A0C9223196}", "{E36EC2AB-6D9A-11D1-A21A-00A0C9223196}"},
+        {"{00000000-0000-0000-C000-000000000046}", "IID_IUnknown"}, // By the registry.
+    }));
+    CHECK(nameOf(guid) == expected);
+    CHECK(toAString(toGUID(guid)) == guid);
 }
 
-TEST_CASE("toAString: the installed list comes before every other name", "[com][names]")
+TEST_CASE("toAString: the registry names a class by a text that is not empty", "[com][names]")
 {
-    CHECK(nameOf("{11111111-2222-3333-4444-555555555555}") == "IID_Listed");
-    CHECK(nameOf("{59555932-0000-0010-8000-00AA00389B71}") == "MEDIASUBTYPE_Listed");
-    CHECK(toAString(toGUID("{11111111-2222-3333-4444-555555555555}")) == "{11111111-2222-3333-4444-555555555555}");
-}
-
-TEST_CASE("toAString: media formats name themselves", "[com][names]")
-{
-    CHECK(nameOf("{D5A47FA7-6D98-11D1-A21A-00A0C9223196}") == "Manufacturer ID 0");
-    CHECK(nameOf("{D5A47FA8-6D98-11D1-A21A-00A0C9223196}") == "Manufacturer ID 1");
-    CHECK(nameOf("{D5A57FA5-6D98-11D1-A21A-00A0C9223196}") == "Manufacturer ID 65534");
-    CHECK(nameOf("{D5A57FA6-6D98-11D1-A21A-00A0C9223196}") == "{D5A57FA6-6D98-11D1-A21A-00A0C9223196}");
-    CHECK(nameOf("{D5A47FA6-6D98-11D1-A21A-00A0C9223196}") == "{D5A47FA6-6D98-11D1-A21A-00A0C9223196}");
-    CHECK(nameOf("{E36DC2AC-6D9A-11D1-A21A-00A0C9223196}") == "Product ID 0");
-    CHECK(nameOf("{E36EC2AB-6D9A-11D1-A21A-00A0C9223196}") == "{E36EC2AB-6D9A-11D1-A21A-00A0C9223196}");
-    CHECK(nameOf("{32595559-0000-0010-8000-00AA00389B71}") == "FOURCC \"YUY2\"");
-    CHECK(nameOf("{20202059-0000-0010-8000-00AA00389B71}") == "FOURCC \"Y   \"");
-    CHECK(nameOf("{0000000A-0000-0010-8000-00AA00389B71}") == "FOURCC a");
-}
-
-TEST_CASE("toAString: the registry names interfaces and classes", "[com][names]")
-{
-    CHECK(nameOf("{00000000-0000-0000-C000-000000000046}") == "IID_IUnknown");
-    const std::string guid = "{7E0B4C11-90A2-4F5D-B1C3-2D6A8F0E9911}";
+    const std::string guid = "{7E0B4C11-90A2-4F5D-B1C3-2D6A8F0E9911}", path = "CLSID\\" + guid;
     CHECK(nameOf(guid.c_str()) == guid);
     tarn::RegistryKey key;
-    key.create(HKEY_CLASSES_ROOT, ("CLSID\\" + guid).c_str(), KEY_ALL_ACCESS);
+    key.create(HKEY_CLASSES_ROOT, path.c_str(), KEY_ALL_ACCESS);
     key.attach(key.detach(), true);
     key.setValue("", "");
     CHECK(nameOf(guid.c_str()) == guid);
@@ -105,7 +101,7 @@ TEST_CASE("toAString: the registry names interfaces and classes", "[com][names]"
     key.setValue("", "Test class");
     CHECK(nameOf(guid.c_str()) == "CLSID_Test class");
     key.close();
-    tarn::RegistryKey(HKEY_CLASSES_ROOT, false).deleteKey(("CLSID\\" + guid).c_str());
+    tarn::RegistryKey(HKEY_CLASSES_ROOT, false).deleteKey(path.c_str());
 }
 
 TEST_CASE("GUID: text and identifier convert both ways, in both widths", "[com][guid]")
@@ -114,13 +110,11 @@ TEST_CASE("GUID: text and identifier convert both ways, in both widths", "[com][
     CHECK(toGUID(text) == IID_IDispatch);
     CHECK(toGUID(L"{00020400-0000-0000-c000-000000000046}") == IID_IDispatch);
     CHECK(tarn::toWString(IID_IDispatch) == L"{00020400-0000-0000-C000-000000000046}");
-    CHECK(tarn::toString(IID_IDispatch) == tarn::toWString(IID_IDispatch));
     CHECK(toAString(IID_IDispatch) == text);
     CHECK(toGUID(static_cast<const char*>(nullptr)) == IID_NULL);
-    const auto error = support::thrownBy<tarn::COMError>([] { toGUID("{00020400-0000-0000-C000-00000000004}"); });
-    CHECK(error.getHRESULT() == CO_E_CLASSSTRING);
-    CHECK(std::string(error.what()) ==
-          "Can't convert \"{00020400-0000-0000-C000-00000000004}\" to a GUID: HRESULT value 800401f3");
+    support::expectError<tarn::COMError>(
+        [] { toGUID("{00020400-0000-0000-C000-00000000004}"); },
+        "Can't convert \"{00020400-0000-0000-C000-00000000004}\" to a GUID: HRESULT value 800401f3");
 }
 
 TEST_CASE("GUID: order is that of the bytes in memory", "[com][guid]")
@@ -130,19 +124,16 @@ TEST_CASE("GUID: order is that of the bytes in memory", "[com][guid]")
     CHECK(a < b);
     CHECK(b < c);
     CHECK_FALSE(c < c);
-    const std::map<GUID, int> map = {{a, 1}, {b, 2}, {c, 3}};
-    CHECK(map.at(b) == 2);
 }
 
 TEST_CASE("Name lists: reading ends at what is no record, and a bad identifier is reported", "[com][names]")
 {
-    std::istringstream values("1 ONE 2 TWO nonsense 3 THREE"), tooLarge("1 ONE 123456789 LONG 2 TWO"), none("");
+    std::istringstream values("1 ONE 2 TWO nonsense 3 THREE"), tooLarge("1 ONE 123456789 LONG 2 TWO");
     const auto two = tarn::readHRESULTNames(values);
     CHECK(two.size() == 2);
     CHECK(two.find(2) == "TWO");
     CHECK(two.find(3).empty());
     CHECK(tarn::readHRESULTNames(tooLarge).size() == 1);
-    CHECK(tarn::readHRESULTNames(none).size() == 0);
 
     std::istringstream cut(
         "{00020400-0000-0000-C000-000000000046} IID_IDispatch\n{00020400-0000-0000-C000-000000000047}");
@@ -150,8 +141,7 @@ TEST_CASE("Name lists: reading ends at what is no record, and a bad identifier i
     CHECK(one.size() == 1);
     CHECK(one.find(IID_IDispatch) == "IID_IDispatch");
     std::istringstream malformed("{00020400-0000-0000-C000-000000000046} IID_IDispatch {0002} IID_Bad");
-    const auto error = support::thrownBy<tarn::COMError>([&] { tarn::readGUIDNames(malformed); });
-    CHECK(error.getHRESULT() == CO_E_CLASSSTRING);
+    CHECK(support::thrownBy<tarn::COMError>([&] { tarn::readGUIDNames(malformed); }).getHRESULT() == CO_E_CLASSSTRING);
 }
 
 TEST_CASE("Name lists: those that tools/com-names writes are whole", "[com][names]")
@@ -161,13 +151,10 @@ TEST_CASE("Name lists: those that tools/com-names writes are whole", "[com][name
     const auto hresults = tarn::readHRESULTNames(values);
     CHECK(hresults.size() > 3000);
     CHECK(hresults.find(E_FAIL) == "E_FAIL");
-    CHECK(hresults.find(E_ACCESSDENIED) == "E_ACCESSDENIED");
     CHECK(hresults.find(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)) == "HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)");
     CHECK(hresults.find(S_OK) == "S_OK");
     const auto names = tarn::readGUIDNames(guids);
     CHECK(names.size() > 3000);
-    CHECK(names.find(IID_IUnknown) == "IID_IUnknown");
     CHECK(names.find(IID_IContextMenu) == "IID_IContextMenu");
-    CHECK(names.find(CLSID_ShellLink) == "CLSID_ShellLink");
     CHECK(names.find(FOLDERID_Desktop) == "FOLDERID_Desktop");
 }

@@ -7,6 +7,7 @@
 #include <tarn/Variant.h>
 
 #include <numeric>
+#include <utility>
 
 using tarn::Atom;
 using tarn::BasicString;
@@ -24,21 +25,12 @@ constexpr LCID english = MAKELCID(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), 
 
 TEST_CASE("BStr: owns counted text of both widths, zeros included", "[com][bstr]")
 {
-    const BStr wide(L"\x20AC"
-                    L"uro"),
-        withZero(BasicString<char>("a\0b"s)), null;
-    CHECK(SysStringLen(wide) == 4);
-    CHECK(wide.toString() == L"\x20AC"
-                             L"uro");
-    CHECK(BStr("Gr\xFC\xDF"
-               "e")
-              .toString() == tarn::a2w("Gr\xFC\xDF"
-                                       "e",
-                                       CP_ACP));
-    CHECK(BStr("Gr\xFC\xDF"
-               "e")
-              .toAString() == "Gr\xFC\xDF"
-                              "e");
+    const BStr withZero(BasicString<char>("a\0b"s)), null, euro(L"\x20AC");
+    const std::string size = "Gr\xF6\xDF\x65";
+    CHECK(SysStringLen(euro) == 1);
+    CHECK(euro.toString() == L"\x20AC");
+    CHECK(BStr(size.c_str()).toString() == tarn::a2w(size.c_str(), CP_ACP));
+    CHECK(BStr(size.c_str()).toAString() == size);
     CHECK(withZero.toString() == L"a\0b"s);
     CHECK(withZero.toAString() == "a\0b"s);
     CHECK(withZero == BStr(L"a\0b", 3));
@@ -46,16 +38,14 @@ TEST_CASE("BStr: owns counted text of both widths, zeros included", "[com][bstr]
     CHECK(null.get() == nullptr);
     CHECK(null.toAString().empty());
     CHECK(BStr(L"").get() != nullptr);
-    CHECK(BStr(BasicString<char>()).empty());
     CHECK(null == BStr(L""));
 }
 
 TEST_CASE("BStr: copies are its own, moves and put hand over", "[com][bstr]")
 {
-    BStr text(L"text");
-    BStr copy(text);
-    CHECK(copy.get() != text.get());
+    BStr text(L"text"), copy(text);
     const BSTR raw = text.get();
+    CHECK(copy.get() != raw);
     BStr moved(std::move(text));
     CHECK(moved.get() == raw);
     *copy.put() = SysAllocString(L"put");
@@ -66,23 +56,18 @@ TEST_CASE("BStr: copies are its own, moves and put hand over", "[com][bstr]")
     CHECK(copy.get() == nullptr);
 }
 
-TEST_CASE("Variant: takes values with their automation type and is a VARIANT", "[com][variant]")
+TEST_CASE("Variant: takes values with their automation type", "[com][variant]")
 {
     CHECK(Variant().getType() == VT_EMPTY);
     CHECK(Variant(true).getType() == VT_BOOL);
     CHECK(Variant(true).boolVal == VARIANT_TRUE);
     CHECK(Variant(7).getType() == VT_I4);
     CHECK(Variant(7ull).getType() == VT_UI8);
-    CHECK(Variant(0.5).dblVal == 0.5);
-    CHECK(Variant(L"text").getType() == VT_BSTR);
-    CHECK(Variant("text").toString() == L"text");
     CHECK(Variant::missing().scode == DISP_E_PARAMNOTFOUND);
-    VARIANT copy;
-    VariantInit(&copy);
-    Variant source("copied");
+    Variant source("copied"), owner;
+    VARIANT copy = {};
     REQUIRE(VariantCopy(&copy, &source) == S_OK);
     CHECK(copy.bstrVal != source.bstrVal);
-    Variant owner;
     owner.attach(copy);
     CHECK(owner.toAString() == "copied");
 }
@@ -96,7 +81,6 @@ TEST_CASE("Variant: converts between types or says why not", "[com][variant]")
     CHECK(Variant("9000000000").toLongLong() == 9000000000);
     CHECK(Variant(2.5f).toDouble() == 2.5);
     CHECK(Variant::date(0).convertedTo(VT_R8).dblVal == 0);
-    CHECK(failureOf([] { Variant("word").toLong(); }) == DISP_E_TYPEMISMATCH);
     CHECK(failureOf([] { Variant(1e12).toLong(); }) == DISP_E_OVERFLOW);
     CHECK(failureOf([] { Variant(1).toSafeArray(); }) == DISP_E_TYPEMISMATCH);
     CHECK(failureOf([] { Variant::null().toLong(); }) == DISP_E_TYPEMISMATCH);
@@ -122,11 +106,9 @@ TEST_CASE("Variant: keeps the object that it holds alive", "[com][variant]")
 TEST_CASE("SafeArray: elements convert to and from variants", "[com][safearray]")
 {
     SafeArray numbers(VT_I4, 3, 10), texts(VT_BSTR, 2), any(VT_VARIANT, 1);
-    CHECK(numbers.getLowerBound() == 10);
     CHECK(numbers.getUpperBound() == 12);
     numbers.setElement(11, Variant("5"));
     CHECK(numbers.getElement(11).lVal == 5);
-    CHECK(numbers.getElement(10).toLong() == 0);
     texts.setElement(1, Variant(2));
     CHECK(texts.getElement(1).toString() == L"2");
     CHECK(texts.getElement(0).toString().empty());
@@ -143,7 +125,6 @@ TEST_CASE("SafeArray: elements convert to and from variants", "[com][safearray]"
 TEST_CASE("SafeArray: elements in place, of the right type only, and locked meanwhile", "[com][safearray]")
 {
     SafeArray matrix(VT_R8, {{2, 0}, {3, 1}});
-    CHECK(matrix.getDimensionCount() == 2);
     CHECK(matrix.getSize() == 6);
     {
         const SafeArray::Access<double> cells(matrix);
@@ -151,8 +132,6 @@ TEST_CASE("SafeArray: elements in place, of the right type only, and locked mean
         CHECK(failureOf([&] { matrix.resize(4); }) == DISP_E_ARRAYISLOCKED);
     }
     CHECK(matrix.getElement({1, 1}).dblVal == 1); // The leftmost index runs fastest.
-    CHECK(matrix.getElement({0, 2}).dblVal == 2);
-    CHECK(failureOf([&] { SafeArray::Access<float> wrong(matrix); }) == DISP_E_TYPEMISMATCH);
     CHECK(failureOf([&] { SafeArray::Access<long long> wrong(matrix); }) == DISP_E_TYPEMISMATCH);
     matrix.resize(4);
     CHECK(matrix.getUpperBound(2) == 4);
@@ -174,28 +153,25 @@ TEST_CASE("SafeArray: copies are deep, also inside variants", "[com][safearray]"
     CHECK(moved.getSize() == 8);
 }
 
-TEMPLATE_TEST_CASE("Atom: an entry is counted and goes with its last owner", "[com][atom]", char, wchar_t)
+TEMPLATE_TEST_CASE("Atom: an entry is counted in its own table and goes with its last owner", "[com][atom]", char,
+                   wchar_t)
 {
-    const auto scope = GENERATE(Atom::local, Atom::global);
+    const auto [scope, other] = GENERATE(std::pair(Atom::local, Atom::global), std::pair(Atom::global, Atom::local));
     const BasicString<TestType> text(("tarn test atom " + std::to_string(GetCurrentProcessId())).c_str());
     {
         const Atom atom(text.c_str(), scope);
-        {
-            const Atom again(text.toUpper().c_str(), scope);
-            CHECK(ATOM(again) == ATOM(atom));
-        }
+        CHECK(ATOM(Atom(text.toUpper().c_str(), scope)) == ATOM(atom));
         CHECK(Atom::find(text.c_str(), scope) == atom);
+        CHECK(Atom::find(text.c_str(), other) == 0);
         CHECK(atom.getNameW() == BasicString<wchar_t>(text.c_str()));
         CHECK(atom.getNameA() == BasicString<char>(text.c_str()));
     }
     CHECK(Atom::find(text.c_str(), scope) == 0);
 }
 
-TEST_CASE("Atom: the two tables are apart and failures are told", "[com][atom]")
+TEST_CASE("Atom: moves hand over, free forgets, and failures are told", "[com][atom]")
 {
-    Atom atom("tarn test local atom");
-    CHECK(Atom::find("tarn test local atom", Atom::global) == 0);
-    Atom moved(std::move(atom));
+    Atom atom("tarn test local atom"), moved(std::move(atom));
     CHECK(ATOM(atom) == 0);
     moved.free();
     CHECK(ATOM(moved) == 0);

@@ -15,34 +15,32 @@ using tarn::setIniString;
 TEMPLATE_TEST_CASE("getIniString: an entry, or the default when there is none", "[registry][ini]", char, wchar_t)
 {
     const ScratchFolder folder;
-    const BasicString<TestType> file(folder.write("a.ini", "[one]\r\nname= \"some text\" \r\nempty=\r\n").c_str());
-    CHECK(getIniString(file, TEXT_OF("one"), TEXT_OF("name"), TEXT_OF("no")) == TEXT_OF("some text"));
-    CHECK(getIniString(file, TEXT_OF("one"), TEXT_OF("empty"), TEXT_OF("no")) == TEXT_OF(""));
-    CHECK(getIniString(file, TEXT_OF("one"), TEXT_OF("none"), TEXT_OF("no")) == TEXT_OF("no"));
-    CHECK(getIniString(file, TEXT_OF("two"), TEXT_OF("name"), TEXT_OF("no")) == TEXT_OF("no"));
-
-    const BasicString<TestType> emptyFile(folder.write("empty.ini", "").c_str());
-    CHECK(getIniString(emptyFile, TEXT_OF("one"), TEXT_OF("name"), TEXT_OF("no")) == TEXT_OF("no"));
-    const BasicString<TestType> missingFile(folder.file("missing.ini").c_str());
-    CHECK(getIniString(missingFile, TEXT_OF("one"), TEXT_OF("name"), TEXT_OF("no")) == TEXT_OF("no"));
+    folder.write("a.ini", "[one]\r\nname= \"some text\" \r\nempty=\r\n");
+    folder.write("empty.ini", "");
+    const auto& [file, section, key, expected] =
+        GENERATE(table<const char*, const char*, const char*, const char*>({{"a.ini", "one", "name", "some text"},
+                                                                            {"a.ini", "one", "empty", ""},
+                                                                            {"a.ini", "one", "none", "no"},
+                                                                            {"a.ini", "two", "name", "no"},
+                                                                            {"empty.ini", "one", "name", "no"},
+                                                                            {"missing.ini", "one", "name", "no"}}));
+    using Text = BasicString<TestType>;
+    CAPTURE(file, section, key);
+    CHECK(getIniString(Text(folder.file(file).c_str()), Text(section).c_str(), Text(key).c_str(), TEXT_OF("no")) ==
+          Text(expected));
 }
 
-TEMPLATE_TEST_CASE("getIniString: values round the size of the first buffer come whole", "[registry][ini]", char,
-                   wchar_t)
+TEMPLATE_TEST_CASE("getIniString: values round the first buffer's size come whole", "[registry][ini]", char, wchar_t)
 {
     const ScratchFolder folder;
-    for (const std::size_t length : {997u, 998u, 999u, 1000u, 1001u, 1999u, 2000u, 30000u}) {
-        CAPTURE(length);
-        const std::string value(length, 'x');
-        const BasicString<TestType> file(folder.write("long.ini", "[s]\r\nk=" + value + "\r\n").c_str());
-        const auto read = getIniString(file, TEXT_OF("s"), TEXT_OF("k"), TEXT_OF(""));
-        CHECK(read.size() == length);
-        CHECK(read == BasicString<TestType>(length, TestType('x')));
-    }
+    const std::size_t length = GENERATE(998u, 999u, 1000u, 2000u, 30000u);
+    const std::string value(length, 'x');
+    const BasicString<TestType> file(folder.write("long.ini", "[s]\r\nk=" + value + "\r\n").c_str());
+    CHECK(
+        (getIniString(file, TEXT_OF("s"), TEXT_OF("k"), TEXT_OF("")) == BasicString<TestType>(length, TestType('x'))));
 }
 
-TEMPLATE_TEST_CASE("getIniString: without a key or section it lists the names, all of them", "[registry][ini]", char,
-                   wchar_t)
+TEMPLATE_TEST_CASE("getIniString: without a key or section it lists all the names", "[registry][ini]", char, wchar_t)
 {
     const ScratchFolder folder;
     // 200 names of 9 characters and a zero: more than the first buffer holds.
@@ -72,8 +70,7 @@ TEMPLATE_TEST_CASE("setIniString: writes, replaces and deletes entries", "[regis
     CHECK(folder.read("new.ini") == "[s]\r\nb=2\r\n");
 }
 
-TEMPLATE_TEST_CASE("setIniString: a failure names the file, the section, the key and the value", "[registry][ini]",
-                   char, wchar_t)
+TEMPLATE_TEST_CASE("setIniString: a failure names file, section, key and value", "[registry][ini]", char, wchar_t)
 {
     const ScratchFolder folder;
     const std::string path = folder.file("none\\a.ini");

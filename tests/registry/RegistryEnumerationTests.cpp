@@ -6,17 +6,18 @@
 #include "ScratchKey.h"
 #include "TextOf.h"
 
+#include <map>
+#include <tuple>
 #include <utility>
 
-using support::bytesOf;
 using support::expectWindowsError;
 using support::ScratchKey;
 using tarn::BasicString;
 using tarn::RegistryKey;
 
-TEMPLATE_TEST_CASE("KeyEnumeration: names, classes and times of the subkeys, in the platform's order", "[registry]",
-                   char, wchar_t)
+TEMPLATE_TEST_CASE("KeyEnumeration: names, classes and times in the platform's order", "[registry]", char, wchar_t)
 {
+    using Text = BasicString<TestType>;
     const ScratchKey scratch;
     const std::wstring longName(255, L'k');
     scratch.makeKey(L"b", L"class of b");
@@ -24,119 +25,81 @@ TEMPLATE_TEST_CASE("KeyEnumeration: names, classes and times of the subkeys, in 
     scratch.makeKey(longName.c_str());
     const RegistryKey::KeyEnumeration<TestType> keys(scratch);
     REQUIRE(keys.size() == 3);
-    DWORD index = 0;
-    for (const auto& entry : keys) {
-        wchar_t name[256];
-        wchar_t className[256];
-        DWORD nameLength = 256, classLength = 256;
-        FILETIME time;
-        REQUIRE(RegEnumKeyExW(scratch, index++, name, &nameLength, nullptr, className, &classLength, &time) == 0);
-        CHECK(entry.name == BasicString<TestType>(name));
-        CHECK(entry.className == BasicString<TestType>(className));
-        CHECK(CompareFileTime(&entry.lastWriteTime, &time) == 0);
+    const std::pair<Text, Text> expected[] = {
+        {TEXT_OF("a"), TEXT_OF("")}, {TEXT_OF("b"), TEXT_OF("class of b")}, {Text(longName.c_str()), TEXT_OF("")}};
+    for (std::size_t i = 0; i < 3; ++i) {
+        CHECK(keys.begin()[i].name == expected[i].first);
+        CHECK(keys.begin()[i].className == expected[i].second);
+        const FILETIME time = RegistryKey(scratch, expected[i].first.c_str(), KEY_READ).GetLastWriteTime();
+        CHECK(time.dwHighDateTime != 0);
+        CHECK(CompareFileTime(&keys.begin()[i].lastWriteTime, &time) == 0);
     }
-    CHECK(keys.begin()[1].className == TEXT_OF("class of b"));
     CHECK(RegistryKey::KeyEnumeration<TestType>(RegistryKey(scratch, TEXT_OF("a"), KEY_READ)).empty());
     expectWindowsError([] { RegistryKey::KeyEnumeration<TestType>(nullptr); }, ERROR_INVALID_HANDLE, "");
 }
 
-TEMPLATE_TEST_CASE("KeyEnumeration: is a copy that outlives the keys", "[registry]", char, wchar_t)
+TEST_CASE("KeyEnumeration: is a copy that outlives the keys", "[registry]")
 {
     const ScratchKey scratch;
     scratch.makeKey(L"a");
     scratch.makeKey(L"b");
-    RegistryKey::KeyEnumeration<TestType> keys(scratch);
-    const RegistryKey::KeyEnumeration<TestType> copy = keys;
-    const RegistryKey key(scratch, false);
+    RegistryKey::KeyEnumeration<wchar_t> keys(scratch);
+    const auto copy = keys;
     for (const auto& entry : keys)
-        key.deleteKey(entry.name);
-    keys = RegistryKey::KeyEnumeration<TestType>(scratch);
+        RegistryKey(scratch, false).deleteKey(entry.name);
+    keys = RegistryKey::KeyEnumeration<wchar_t>(scratch);
     CHECK(keys.begin() == keys.end());
     CHECK(copy.size() == 2);
-    CHECK(copy.begin()->name == TEXT_OF("a"));
+    CHECK(copy.begin()->name == L"a");
 }
 
-TEMPLATE_TEST_CASE("ValueEnumeration: names, types and sizes of the values, however long the names", "[registry]", char,
-                   wchar_t)
+TEMPLATE_TEST_CASE("ValueEnumeration: names, types and sizes, however long the names", "[registry]", char, wchar_t)
 {
+    using Text = BasicString<TestType>;
     const ScratchKey scratch;
     CHECK(RegistryKey::ValueEnumeration<TestType>(scratch).empty());
     const std::wstring longName(16383, L'v');
     scratch.storeText(L"", L"", L"default");
     scratch.store(L"", L"number", REG_DWORD, {1, 2, 3, 4});
     scratch.store(L"", longName.c_str(), 0x77, {1, 2, 3});
-    const RegistryKey::ValueEnumeration<TestType> values(scratch);
-    REQUIRE(values.size() == 3);
-    for (const auto& entry : values) {
-        if (entry.name.empty()) {
-            CHECK(entry.type == REG_SZ);
-        } else if (entry.name == TEXT_OF("number")) {
-            CHECK(entry.type == REG_DWORD);
-            CHECK(entry.size == 4);
-        } else {
-            CHECK(entry.name == BasicString<TestType>(longName.c_str()));
-            CHECK(entry.type == 0x77);
-            CHECK(entry.size == 3);
-        }
-    }
+    std::map<Text, std::pair<unsigned long, unsigned long>> found;
+    for (const auto& entry : RegistryKey::ValueEnumeration<TestType>(scratch))
+        found[entry.name] = {entry.type, entry.size};
+    CHECK(found.size() == 3);
+    CHECK(found[Text()] ==
+          std::pair(DWORD(REG_SZ), 8 * static_cast<unsigned long>(sizeof(TestType)))); // In the width's bytes.
+    CHECK(found[TEXT_OF("number")] == std::pair(DWORD(REG_DWORD), 4ul));
+    CHECK(found[Text(longName.c_str())] == std::pair(0x77ul, 3ul));
     expectWindowsError([] { RegistryKey::ValueEnumeration<TestType>(nullptr); }, ERROR_INVALID_HANDLE, "");
-}
-
-TEST_CASE("ValueEnumeration: texts are counted in the bytes of the width", "[registry]")
-{
-    const ScratchKey scratch;
-    scratch.storeText(L"", L"v", L"text");
-    CHECK(RegistryKey::ValueEnumeration<char>(scratch).begin()->size == 5);
-    CHECK(RegistryKey::ValueEnumeration<wchar_t>(scratch).begin()->size == 10);
 }
 
 TEMPLATE_TEST_CASE("RegistryKey: getInfo fills in what is asked for and nothing else", "[registry]", char, wchar_t)
 {
+    using Info = RegistryKey::Info<TestType>;
     const ScratchKey scratch;
     scratch.store(L"K", L"value1", REG_BINARY, {1, 2, 3});
     scratch.makeKey(L"K", L"my class");
     scratch.makeKey(L"K\\abc", L"seven c");
     scratch.makeKey(L"K\\defgh");
     const RegistryKey key(scratch, L"K", KEY_ALL_ACCESS);
-
-    RegistryKey::Info<TestType> info;
-    key.getInfo(info, 0);
-    CHECK(info.subkeyCount + info.valueCount + info.maxSubkeyLength + info.lastWriteTime.dwHighDateTime == 0);
-    const std::pair<unsigned short, unsigned long> expected[] = {{0x002, 2}, {0x004, 5}, {0x008, 7},
-                                                                 {0x010, 1}, {0x020, 6}, {0x040, 3}};
-    for (const auto& [asked, result] : expected) {
-        RegistryKey::Info<TestType> single;
-        key.getInfo(single, asked);
-        const unsigned long counts[] = {single.subkeyCount, single.maxSubkeyLength,    single.maxClassLength,
-                                        single.valueCount,  single.maxValueNameLength, single.maxValueDataSize};
-        for (std::size_t i = 0; i < 6; ++i)
-            CHECK(counts[i] == (expected[i].first == asked ? result : 0));
-        CHECK(single.lastWriteTime.dwHighDateTime == 0);
+    const std::tuple<unsigned short, unsigned long Info::*, unsigned long> parts[] = {
+        {0x002, &Info::subkeyCount, 2}, {0x004, &Info::maxSubkeyLength, 5},    {0x008, &Info::maxClassLength, 7},
+        {0x010, &Info::valueCount, 1},  {0x020, &Info::maxValueNameLength, 6}, {0x040, &Info::maxValueDataSize, 3}};
+    for (const unsigned short asked : std::vector<unsigned short>{0, 0x2, 0x4, 0x8, 0x10, 0x20, 0x40, 0x181}) {
+        CAPTURE(asked);
+        Info info;
+        key.getInfo(info, asked);
+        for (const auto& [flag, member, value] : parts)
+            CHECK(info.*member == (flag == asked ? value : 0));
+        CHECK(info.className == (asked == 0x181 ? TEXT_OF("my class") : TEXT_OF("")));
+        CHECK((info.lastWriteTime.dwHighDateTime != 0) == (asked == 0x181));
     }
-    key.getInfo(info, 0x181);
-    CHECK(info.className == TEXT_OF("my class"));
-    CHECK(info.lastWriteTime.dwHighDateTime != 0);
-    CHECK(info.subkeyCount == 0);
-    expectWindowsError([&] { RegistryKey().getInfo(info, 0); }, ERROR_INVALID_HANDLE, "");
-}
-
-TEST_CASE("RegistryKey: counts and the time of the last write", "[registry]")
-{
-    const ScratchKey scratch;
-    const RegistryKey key(scratch, false);
-    CHECK_FALSE(key.hasSubkeys());
-    CHECK(key.getValueCount() == 0);
-    scratch.makeKey(L"a");
-    scratch.storeText(L"", L"v", L"");
-    scratch.storeText(L"", L"w", L"");
-    CHECK(key.hasSubkeys());
-    CHECK(key.getSubkeyCount() == 1);
-    CHECK(key.getValueCount() == 2);
-
-    FILETIME now;
-    GetSystemTimeAsFileTime(&now);
-    const auto ticks = [](FILETIME time) { return (INT64(time.dwHighDateTime) << 32) + time.dwLowDateTime; };
-    const INT64 age = ticks(now) - ticks(key.GetLastWriteTime());
-    CHECK(age < INT64(10000000) * 600);
-    CHECK(age > INT64(10000000) * -600);
+    CHECK((key.hasSubkeys() && key.getSubkeyCount() == 2 && key.getValueCount() == 1));
+    CHECK_FALSE(RegistryKey(key, L"abc", KEY_READ).hasSubkeys());
+    expectWindowsError(
+        [] {
+            Info info;
+            RegistryKey().getInfo(info, 0);
+        },
+        ERROR_INVALID_HANDLE, "");
 }

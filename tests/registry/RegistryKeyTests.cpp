@@ -13,44 +13,29 @@ using support::expectWindowsError;
 using support::ScratchKey;
 using tarn::RegistryKey;
 
-TEMPLATE_TEST_CASE("RegistryKey: the opening constructor owns the key and tells a missing one", "[registry]", char,
-                   wchar_t)
+TEMPLATE_TEST_CASE("RegistryKey: owns the key that it opens, and tells a missing one", "[registry]", char, wchar_t)
 {
     const ScratchKey scratch;
-    scratch.makeKey(L"Sub");
+    scratch.makeKey(L"B");
     const auto before = support::openHandles();
     {
-        const RegistryKey key(scratch, TEXT_OF("Sub"), KEY_READ);
-        CHECK(key.isOpen());
+        RegistryKey key(scratch, TEXT_OF(""), KEY_READ);
         CHECK(key.ownsKey());
+        CHECK(key.open(scratch, TEXT_OF("B"), KEY_READ));
         CHECK(support::openHandles() == before + 1);
+        CHECK_FALSE(key.open(scratch, TEXT_OF("None"), KEY_READ));
+        CHECK_FALSE(key.ownsKey());
+        CHECK(key.isNull());
+        CHECK(support::openHandles() == before);
+        expectWindowsError([&] { key.open(nullptr, TEXT_OF("B"), KEY_READ); }, ERROR_INVALID_HANDLE, "");
+        key.open(scratch, TEXT_OF("B"), KEY_READ);
     }
     CHECK(support::openHandles() == before);
     expectWindowsError([&] { RegistryKey(scratch, TEXT_OF("None"), KEY_READ); }, ERROR_FILE_NOT_FOUND,
                        "Registry key not found");
 }
 
-TEMPLATE_TEST_CASE("RegistryKey: open replaces an owned key, and finds nothing without an error", "[registry]", char,
-                   wchar_t)
-{
-    const ScratchKey scratch;
-    scratch.makeKey(L"A");
-    scratch.makeKey(L"B");
-    const auto before = support::openHandles();
-    RegistryKey key;
-    CHECK(key.isNull());
-    CHECK(key.open(scratch, TEXT_OF("A"), KEY_READ));
-    CHECK(key.open(scratch, TEXT_OF("B"), KEY_READ));
-    CHECK(support::openHandles() == before + 1);
-    CHECK_FALSE(key.open(scratch, TEXT_OF("None"), KEY_READ));
-    CHECK_FALSE(key.ownsKey());
-    CHECK(!key);
-    CHECK(support::openHandles() == before);
-    expectWindowsError([&] { key.open(nullptr, TEXT_OF("A"), KEY_READ); }, ERROR_INVALID_HANDLE, "");
-}
-
-TEMPLATE_TEST_CASE("RegistryKey: create leaves the key open and unowned until it is attached", "[registry]", char,
-                   wchar_t)
+TEMPLATE_TEST_CASE("RegistryKey: create leaves the key open and unowned", "[registry]", char, wchar_t)
 {
     const ScratchKey scratch;
     const auto before = support::openHandles();
@@ -58,32 +43,28 @@ TEMPLATE_TEST_CASE("RegistryKey: create leaves the key open and unowned until it
     {
         RegistryKey key;
         key.create(scratch, TEXT_OF("New"), KEY_ALL_ACCESS);
-        CHECK(key.isOpen());
         CHECK_FALSE(key.ownsKey());
         key.close();
         created = key;
     }
     CHECK(scratch.hasKey(L"New"));
     CHECK(support::openHandles() == before + 1);
-    RegistryKey key;
-    key.attach(created, true);
-    key.close();
+    RegistryKey(created, true).close();
     CHECK(support::openHandles() == before);
 }
 
-TEMPLATE_TEST_CASE("RegistryKey: create passes class, options and disposition on", "[registry]", char, wchar_t)
+TEMPLATE_TEST_CASE("RegistryKey: create passes class and disposition on", "[registry]", char, wchar_t)
 {
     const ScratchKey scratch;
-    unsigned long disposition = 0;
     RegistryKey key;
-    key.create(scratch, TEXT_OF("Deep\\Key"), TEXT_OF("A class"), REG_OPTION_NON_VOLATILE, KEY_READ, nullptr,
-               &disposition);
-    key.attach(key.detach(), true);
-    CHECK(disposition == REG_CREATED_NEW_KEY);
-    CHECK(scratch.classOf(L"Deep\\Key") == L"A class");
-    key.create(scratch, TEXT_OF("Deep\\Key"), nullptr, 0, KEY_READ, nullptr, &disposition);
-    key.attach(key.detach(), true);
-    CHECK(disposition == REG_OPENED_EXISTING_KEY);
+    for (const unsigned long expected : {REG_CREATED_NEW_KEY, REG_OPENED_EXISTING_KEY}) {
+        unsigned long disposition = 0;
+        key.create(scratch, TEXT_OF("Deep\\Key"), TEXT_OF("A class"), REG_OPTION_NON_VOLATILE, KEY_READ, nullptr,
+                   &disposition);
+        key.attach(key.detach(), true);
+        CHECK(disposition == expected);
+        CHECK(scratch.classOf(L"Deep\\Key") == L"A class");
+    }
     expectWindowsError([&] { key.create(nullptr, TEXT_OF("Deep"), KEY_READ); }, ERROR_INVALID_HANDLE, "");
     CHECK(key.isNull());
 }
@@ -103,7 +84,6 @@ TEST_CASE("RegistryKey: close keeps the handle's value, and a failing one the ow
     CHECK(key.ownsKey());
     expectWindowsError([&] { key.attach(HKEY_CURRENT_USER, false); }, ERROR_INVALID_HANDLE, "");
     key.detach();
-    CHECK(key.isNull());
 }
 
 TEST_CASE("RegistryKey: a copy of an owned key stands alone, a copy of a borrowed one borrows", "[registry]")
@@ -116,9 +96,9 @@ TEST_CASE("RegistryKey: a copy of an owned key stands alone, a copy of a borrowe
         {
             const RegistryKey key(scratch, L"Sub", KEY_READ);
             copy = key;
+            copy = key; // Lets go of the first copy.
             CHECK(copy.getKey() != key.getKey());
         }
-        CHECK(copy.getValueCount() == 0);
         copy = std::as_const(copy);
         CHECK(copy.ownsKey());
 
@@ -128,14 +108,13 @@ TEST_CASE("RegistryKey: a copy of an owned key stands alone, a copy of a borrowe
     }
     CHECK(support::openHandles() == before);
 
-    const RegistryKey root(HKEY_CURRENT_USER, false);
-    const RegistryKey borrowed = root;
+    const RegistryKey root(HKEY_CURRENT_USER, false), borrowed = root;
     CHECK(borrowed.getKey() == HKEY_CURRENT_USER);
     CHECK_FALSE(borrowed.ownsKey());
     CHECK(RegistryKey(RegistryKey(HKEY_CURRENT_USER, true)).existsKey(L"Software"));
 }
 
-TEMPLATE_TEST_CASE("RegistryKey: existsKey and deleteKey", "[registry]", char, wchar_t)
+TEMPLATE_TEST_CASE("RegistryKey: a key is there until it is deleted", "[registry]", char, wchar_t)
 {
     const ScratchKey scratch;
     scratch.makeKey(L"Sub\\Inner");
@@ -151,5 +130,4 @@ TEMPLATE_TEST_CASE("RegistryKey: existsKey and deleteKey", "[registry]", char, w
     key.deleteKey(TEXT_OF("Sub\\Inner"));
     CHECK_FALSE(scratch.hasKey(L"Sub\\Inner"));
     expectWindowsError([&] { key.deleteKey(TEXT_OF("None")); }, ERROR_FILE_NOT_FOUND, "");
-    CHECK_NOTHROW(key.flush());
 }

@@ -9,10 +9,10 @@ using support::ScratchKey;
 using tarn::RegistryKey;
 
 namespace {
-template <class Procedure> Procedure kernelProcedure(const char* name)
+template <class... Arguments> LONG ntdll(const char* name, Arguments... arguments)
 {
-    return reinterpret_cast<Procedure>(
-        reinterpret_cast<void*>(tarn::WindowsModule("ntdll.dll", false).getProcAddress(name, false)));
+    const auto procedure = tarn::WindowsModule("ntdll.dll", false).getProcAddress(name, false);
+    return reinterpret_cast<LONG(WINAPI*)(Arguments...)>(reinterpret_cast<void*>(procedure))(arguments...);
 }
 
 /// "\REGISTRY\USER\...": what links point to.
@@ -23,41 +23,39 @@ std::wstring kernelNameOf(HKEY key)
         wchar_t text[600];
     } name = {};
     ULONG used = 0;
-    const auto query = kernelProcedure<LONG(WINAPI*)(HANDLE, int, void*, ULONG, ULONG*)>("NtQueryKey");
-    REQUIRE(query(key, 3, &name, sizeof name, &used) == 0);
+    REQUIRE(ntdll("NtQueryKey", key, 3, &name, ULONG(sizeof name), &used) == 0);
     return std::wstring(name.text, name.size / sizeof(wchar_t));
 }
 
-/// A link that goes before the tree that it stands in is deleted: the platform's calls follow it.
+/// A link, made new when it gets a target. Goes before the tree that it stands in is deleted: the platform's
+/// calls follow it.
 class Link {
 public:
-    explicit Link(HKEY key) : key_(key, true) {}
+    Link(HKEY parent, const std::wstring& target)
+    {
+        const auto bytes = reinterpret_cast<const BYTE*>(target.c_str());
+        const auto size = static_cast<DWORD>(target.size() * sizeof(wchar_t));
+        REQUIRE(RegCreateKeyExW(parent, L"link", 0, nullptr, REG_OPTION_CREATE_LINK, KEY_ALL_ACCESS | KEY_CREATE_LINK,
+                                nullptr, &key_, nullptr) == ERROR_SUCCESS);
+        REQUIRE(RegSetValueExW(key_, L"SymbolicLinkValue", 0, REG_LINK, bytes, size) == ERROR_SUCCESS);
+    }
+    explicit Link(HKEY parent)
+    {
+        REQUIRE(RegOpenKeyExW(parent, L"link", REG_OPTION_OPEN_LINK, KEY_ALL_ACCESS, &key_) == ERROR_SUCCESS);
+    }
     Link(const Link&) = delete;
     Link& operator=(const Link&) = delete;
-    ~Link() { kernelProcedure<LONG(WINAPI*)(HANDLE)>("NtDeleteKey")(key_); }
+    ~Link()
+    {
+        ntdll("NtDeleteKey", key_);
+        RegCloseKey(key_);
+    }
 
-    const RegistryKey& key() const { return key_; }
+    HKEY key() const { return key_; }
 
 private:
-    RegistryKey key_;
+    HKEY key_ = nullptr;
 };
-
-HKEY makeLink(HKEY parent, const wchar_t* name, const std::wstring& target)
-{
-    HKEY key = nullptr;
-    REQUIRE(RegCreateKeyExW(parent, name, 0, nullptr, REG_OPTION_CREATE_LINK, KEY_ALL_ACCESS | KEY_CREATE_LINK, nullptr,
-                            &key, nullptr) == ERROR_SUCCESS);
-    REQUIRE(RegSetValueExW(key, L"SymbolicLinkValue", 0, REG_LINK, reinterpret_cast<const BYTE*>(target.c_str()),
-                           static_cast<DWORD>(target.size() * sizeof(wchar_t))) == ERROR_SUCCESS);
-    return key;
-}
-
-HKEY openLink(HKEY parent, const wchar_t* name)
-{
-    HKEY key = nullptr;
-    REQUIRE(RegOpenKeyExW(parent, name, REG_OPTION_OPEN_LINK, KEY_ALL_ACCESS, &key) == ERROR_SUCCESS);
-    return key;
-}
 } // namespace
 
 TEST_CASE("RegistryKey: AddContentFrom copies a link as a link, also one that leads back", "[registry]")
@@ -67,13 +65,13 @@ TEST_CASE("RegistryKey: AddContentFrom copies a link as a link, also one that le
     scratch.makeKey(L"to");
     const RegistryKey from(scratch, L"from", KEY_ALL_ACCESS);
     const RegistryKey to(scratch, L"to", KEY_ALL_ACCESS);
-    const Link link(makeLink(from, L"link", kernelNameOf(from)));
+    const Link link(from, kernelNameOf(from));
     REQUIRE(scratch.hasKey(L"from\\link\\link"));
 
     to.AddContentFrom(from);
-    const Link copy(openLink(to, L"link"));
-    CHECK(copy.key().getSubkeyCount() == 0);
-    CHECK(copy.key().GetValueType(L"SymbolicLinkValue") == REG_LINK);
+    const Link copy(to);
+    CHECK_FALSE(RegistryKey(copy.key(), false).hasSubkeys());
+    CHECK(RegistryKey(copy.key(), false).GetValueType(L"SymbolicLinkValue") == REG_LINK);
     CHECK(scratch.hasValue(L"to\\link", L"v"));
     CHECK_NOTHROW(to.AddContentFrom(from));
 }

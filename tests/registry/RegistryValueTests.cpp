@@ -10,6 +10,7 @@
 #include <atomic>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 using support::bytesOf;
 using support::expectError;
@@ -36,7 +37,7 @@ template <class Ch> std::list<BasicString<Ch>> listOf(std::initializer_list<cons
 }
 } // namespace
 
-TEMPLATE_TEST_CASE("RegistryKey: DWORDs of the three types are read as their bytes lie", "[registry]", char, wchar_t)
+TEMPLATE_TEST_CASE("RegistryKey: DWORDs of three types are read as they lie, no others", "[registry]", char, wchar_t)
 {
     const ScratchKey scratch;
     const RegistryKey key(scratch, false);
@@ -44,29 +45,21 @@ TEMPLATE_TEST_CASE("RegistryKey: DWORDs of the three types are read as their byt
         scratch.store(L"", L"v", type, {0, 0, 1, 2});
         CHECK(key.getDWordValue(TEXT_OF("v")) == 0x02010000);
     }
-}
-
-TEMPLATE_TEST_CASE("RegistryKey: a missing DWORD is false, or an error, and other values are refused", "[registry]",
-                   char, wchar_t)
-{
-    const ScratchKey scratch;
-    const RegistryKey key(scratch, false);
     unsigned long value = 7;
+    const auto read = [&](unsigned long type, const Bytes& data) {
+        scratch.store(L"", L"v", type, data);
+        key.getValue(TEXT_OF("v"), value);
+    };
+    expectError<std::runtime_error>([&] { read(REG_BINARY, {1, 2, 3}); }, wrongDWordSize);
+    expectError<std::runtime_error>([&] { read(REG_DWORD, {}); }, wrongDWordSize);
+    expectError<std::runtime_error>([&] { read(REG_NONE, {1, 2, 3, 4}); }, wrongDWordType);
+    expectWindowsError([&] { read(REG_BINARY, Bytes(8)); }, ERROR_MORE_DATA, "Can't query DWORD registry value");
     CHECK_FALSE(key.getValue(TEXT_OF("missing"), value));
-    expectWindowsError([&] { key.getDWordValue(TEXT_OF("missing")); }, ERROR_FILE_NOT_FOUND, "");
-    scratch.store(L"", L"3", REG_BINARY, {1, 2, 3});
-    scratch.store(L"", L"0", REG_DWORD, {});
-    scratch.store(L"", L"8", REG_BINARY, Bytes(8));
-    scratch.store(L"", L"none", REG_NONE, {1, 2, 3, 4});
-    expectError<std::runtime_error>([&] { key.getValue(TEXT_OF("3"), value); }, wrongDWordSize);
-    expectError<std::runtime_error>([&] { key.getValue(TEXT_OF("0"), value); }, wrongDWordSize);
-    expectError<std::runtime_error>([&] { key.getDWordValue(TEXT_OF("none")); }, wrongDWordType);
-    expectWindowsError([&] { key.getValue(TEXT_OF("8"), value); }, ERROR_MORE_DATA, "Can't query DWORD registry value");
     CHECK(value == 7);
+    expectWindowsError([&] { key.getDWordValue(TEXT_OF("missing")); }, ERROR_FILE_NOT_FOUND, "");
 }
 
-TEMPLATE_TEST_CASE("RegistryKey: texts are read up to their first zero, with and without terminator", "[registry]",
-                   char, wchar_t)
+TEMPLATE_TEST_CASE("RegistryKey: texts are read up to a zero or their end", "[registry]", char, wchar_t)
 {
     const ScratchKey scratch;
     const RegistryKey key(scratch, false);
@@ -74,7 +67,6 @@ TEMPLATE_TEST_CASE("RegistryKey: texts are read up to their first zero, with and
         scratch.store(L"", L"v", type, data);
         return key.getStringValue(TEXT_OF("v"));
     };
-    CHECK(read(REG_SZ, bytesOf(L"text")) == TEXT_OF("text"));
     CHECK(read(REG_EXPAND_SZ, bytesOf(L"%windir%")) == TEXT_OF("%windir%"));
     CHECK(read(REG_SZ, {'a', 0, 'b', 0}) == TEXT_OF("ab"));
     CHECK(read(REG_SZ, {'a', 0, 'b', 0, 'c'}).left(2) == TEXT_OF("ab"));
@@ -84,20 +76,12 @@ TEMPLATE_TEST_CASE("RegistryKey: texts are read up to their first zero, with and
     CHECK(read(REG_SZ, bytesOf(std::wstring(100000, L'x'))) == BasicString<TestType>(100000, TestType('x')));
     scratch.storeText(L"", nullptr, L"default");
     CHECK(key.getStringValue(TEXT_OF("")) == TEXT_OF("default"));
-}
 
-TEMPLATE_TEST_CASE("RegistryKey: a missing text and a wrong type have their own messages", "[registry]", char, wchar_t)
-{
-    const ScratchKey scratch;
-    const RegistryKey key(scratch, false);
-    scratch.store(L"", L"number", REG_DWORD, {1, 2, 3, 4});
     expectWindowsError([&] { key.getStringValue(TEXT_OF("none")); }, ERROR_FILE_NOT_FOUND, "Registry value not found");
+    scratch.store(L"", L"number", REG_DWORD, {1, 2, 3, 4});
     expectWindowsError([&] { key.getStringValue(TEXT_OF("number")); }, ERROR_UNSUPPORTED_TYPE,
                        "Wrong value type. Expected REG_SZ or REG_EXPAND_SZ");
-    expectWindowsError([&] { RegistryKey().getStringValue(TEXT_OF("number")); }, ERROR_INVALID_HANDLE, "");
-    std::list<BasicString<TestType>> strings;
-    expectWindowsError([&] { key.getValue(TEXT_OF("number"), strings); }, ERROR_UNSUPPORTED_TYPE,
-                       "Wrong value type. Expected REG_MULTI_SZ");
+    expectWindowsError([&] { RegistryKey().getStringValue(TEXT_OF("v")); }, ERROR_INVALID_HANDLE, "");
 }
 
 TEST_CASE("RegistryKey: a text that grows while it is read comes whole", "[registry]")
@@ -132,19 +116,21 @@ TEMPLATE_TEST_CASE("RegistryKey: multi-strings are read with any or no terminato
     auto strings = listOf<TestType>({"before"});
     CHECK_FALSE(key.getValue(TEXT_OF("none"), strings));
     CHECK(strings == listOf<TestType>({"before"}));
+    scratch.storeText(L"", L"v", L"text");
+    expectWindowsError([&] { key.getValue(TEXT_OF("v"), strings); }, ERROR_UNSUPPORTED_TYPE,
+                       "Wrong value type. Expected REG_MULTI_SZ");
 
-    const auto read = [&](const Bytes& data) {
+    const auto two = listOf<TestType>({"a", "bc"});
+    for (const auto& [data, expected] : {std::pair(Bytes{'a', 0, 0, 0, 'b', 0, 'c', 0, 0, 0, 0, 0}, two),
+                                         {{'a', 0, 0, 0, 'b', 0, 'c', 0, 0, 0}, two},
+                                         {{'a', 0, 0, 0, 'b', 0, 'c', 0}, two},
+                                         {{'a', 0, 0, 0, 'b', 0, 'c', 0, 0, 0, 0, 0, 'd', 0, 0, 0, 0, 0}, two},
+                                         {{0, 0}, {}},
+                                         {{}, {}}}) {
         scratch.store(L"", L"v", REG_MULTI_SZ, data);
         CHECK(key.getValue(TEXT_OF("v"), strings));
-        return strings;
-    };
-    const auto two = listOf<TestType>({"a", "bc"});
-    CHECK(read({'a', 0, 0, 0, 'b', 0, 'c', 0, 0, 0, 0, 0}) == two);
-    CHECK(read({'a', 0, 0, 0, 'b', 0, 'c', 0, 0, 0}) == two);
-    CHECK(read({'a', 0, 0, 0, 'b', 0, 'c', 0}) == two);
-    CHECK(read({'a', 0, 0, 0, 'b', 0, 'c', 0, 0, 0, 0, 0, 'd', 0, 0, 0, 0, 0}) == two);
-    CHECK(read({0, 0}).empty());
-    CHECK(read({}).empty());
+        CHECK(strings == expected);
+    }
 }
 
 TEMPLATE_TEST_CASE("RegistryKey: what is written is what the platform finds", "[registry]", char, wchar_t)
@@ -156,8 +142,6 @@ TEMPLATE_TEST_CASE("RegistryKey: what is written is what the platform finds", "[
     CHECK(stored() == StoredValue{REG_DWORD, {1, 2, 3, 4}});
     key.setValue(TEXT_OF("v"), 0);
     CHECK(stored() == StoredValue{REG_DWORD, {0, 0, 0, 0}});
-    key.setValue(TEXT_OF("v"), TEXT_OF("text"));
-    CHECK(stored() == StoredValue{REG_SZ, bytesOf(L"text")});
     key.setValue(TEXT_OF("v"), TEXT_OF(""));
     CHECK(stored() == StoredValue{REG_SZ, {0, 0}});
     CHECK(key.getValueSize(TEXT_OF("v")) == sizeof(TestType));
@@ -171,39 +155,29 @@ TEMPLATE_TEST_CASE("RegistryKey: what is written is what the platform finds", "[
     expectWindowsError([&] { RegistryKey().setValue(TEXT_OF("v"), 1UL); }, ERROR_INVALID_HANDLE, "");
 }
 
-TEMPLATE_TEST_CASE("RegistryKey: raw reads tell size and type, also of what does not fit", "[registry]", char, wchar_t)
+TEMPLATE_TEST_CASE("RegistryKey: values are looked at, raw, and deleted", "[registry]", char, wchar_t)
 {
     const ScratchKey scratch;
     const RegistryKey key(scratch, false);
     scratch.store(L"", L"v", REG_QWORD, {1, 2, 3, 4, 5, 6, 7, 8});
-    unsigned char data[8] = {};
-    unsigned long size = sizeof data;
-    unsigned long type = REG_NONE;
+    unsigned char data[8] = {}, again[8] = {};
+    unsigned long size = sizeof data, type = REG_NONE;
     CHECK(key.getValue(TEXT_OF("v"), data, size, type));
-    CHECK(size == 8);
     CHECK(type == REG_QWORD);
     CHECK(data[7] == 8);
+    CHECK(key.getValue(TEXT_OF("v"), again, 8UL));
+    CHECK(again[0] == 1);
     size = 4;
     expectWindowsError([&] { key.getValue(TEXT_OF("v"), data, size, type); }, ERROR_MORE_DATA, "");
     CHECK(size == 8);
-    CHECK_FALSE(key.getValue(TEXT_OF("none"), data, size, type));
-
-    unsigned char again[8] = {};
-    CHECK(key.getValue(TEXT_OF("v"), again, 8UL));
-    CHECK(again[0] == 1);
-    CHECK_FALSE(key.getValue(TEXT_OF("none"), again, 8UL));
-
     CHECK(key.getValueSize(TEXT_OF("v")) == 8);
     CHECK(key.GetValueType(TEXT_OF("v")) == REG_QWORD);
+
+    CHECK_FALSE(key.getValue(TEXT_OF("none"), data, size, type));
+    CHECK_FALSE(key.getValue(TEXT_OF("none"), again, 8UL));
     expectWindowsError([&] { key.getValueSize(TEXT_OF("none")); }, ERROR_FILE_NOT_FOUND, "");
     expectWindowsError([&] { key.GetValueType(TEXT_OF("none")); }, ERROR_FILE_NOT_FOUND, "");
-}
 
-TEMPLATE_TEST_CASE("RegistryKey: existsValue and deleteValue", "[registry]", char, wchar_t)
-{
-    const ScratchKey scratch;
-    const RegistryKey key(scratch, false);
-    scratch.storeText(L"", L"v", L"text");
     CHECK(key.existsValue(TEXT_OF("v")));
     CHECK_FALSE(key.existsValue(TEXT_OF("")));
     key.deleteValue(TEXT_OF("v"));
@@ -218,8 +192,7 @@ TEMPLATE_TEST_CASE("RegistryValue: carries any value from one name to another", 
     const ScratchKey scratch;
     const RegistryKey key(scratch, false);
     for (const StoredValue& value :
-         {StoredValue{REG_SZ, bytesOf(L"text")}, StoredValue{REG_SZ, {'a', 0}}, StoredValue{REG_BINARY, {}},
-          StoredValue{REG_QWORD, {1, 2, 3, 4, 5, 6, 7, 8}}, StoredValue{0x12345, {1, 2, 3}}}) {
+         {StoredValue{REG_SZ, {'a', 0}}, StoredValue{REG_BINARY, {}}, StoredValue{0x12345, {1, 2, 3}}}) {
         CAPTURE(value.type);
         scratch.store(L"", L"from", value.type, value.data);
         RegistryValue<TestType> holder;
@@ -228,7 +201,6 @@ TEMPLATE_TEST_CASE("RegistryValue: carries any value from one name to another", 
         key.setValue(TEXT_OF("to"), holder);
         CHECK(scratch.stored(L"", L"to") == value);
         CHECK_FALSE(key.getValue(TEXT_OF("none"), holder));
-        CHECK(holder.getType() == value.type);
     }
 }
 
