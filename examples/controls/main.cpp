@@ -9,6 +9,8 @@
 #include <Picture.h>
 #include <Script.h>
 
+#include <tarn/MessageLoop.h>
+
 #include <exception>
 #include <iostream>
 #include <string>
@@ -92,13 +94,12 @@ private:
     const ControlsWindow& window_;
 };
 
-/// With the Tab key and the letters of the labels. What a handler throws comes out of dispatchMessage only,
-/// so the keys that the system handles by itself go to handlers that do not throw.
+/// With the Tab key and the letters of the labels.
 int runLoop(HWND window)
 {
     MSG msg{};
     while (tarn::Window::getThreadMessage(msg)) {
-        if (IsDialogMessageW(window, &msg))
+        if (tarn::handleDialogMessage(window, msg))
             continue;
         TranslateMessage(&msg);
         tarn::Window::dispatchMessage(msg);

@@ -17,19 +17,18 @@ inline int runMessageLoop()
     return static_cast<int>(msg.wParam);
 }
 
-// For a loop with modeless dialogs or accelerators. Each tells whether it has handled the message, which
-// must then be neither translated nor dispatched any more:
-//     while (tarn::Window::getThreadMessage(msg)) {
-//         if (tarn::handleAccelerator(window, accelerators, msg) || tarn::handleDialogMessage(dialog, msg))
-//             continue;
-//         TranslateMessage(&msg);
-//         tarn::Window::dispatchMessage(msg);
-//     }
-
 /// What the system's `IsDialogMessage` does: Tab, the arrow keys, Enter, Escape and the letters of labels
 /// work in the dialog, or in any other window with controls, and its messages are dispatched. False for a
 /// message of another window, or when `dialog` is null. What a handler throws comes out of it, while it
-/// would end the program if no library call were waiting for the system's own function.
+/// would end the program if no library call were waiting for the system's own function. A loop with
+/// modeless dialogs or accelerators is:
+///
+///     while (tarn::Window::getThreadMessage(msg)) {
+///         if (tarn::handleAccelerator(window, accelerators, msg) || tarn::handleDialogMessage(dialog, msg))
+///             continue; // Handled: neither translated nor dispatched any more.
+///         TranslateMessage(&msg);
+///         tarn::Window::dispatchMessage(msg);
+///     }
 TARN_API bool handleDialogMessage(HWND dialog, MSG& msg);
 
 /// What the system's `TranslateAccelerator` does: a key of the table becomes a `WM_COMMAND` or

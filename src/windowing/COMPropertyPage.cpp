@@ -1,8 +1,7 @@
 #include <tarn/COMPropertyPage.h>
 
+#include <tarn/MessageLoop.h>
 #include <tarn/Rect.h>
-
-#include "HandlerScope.h"
 
 #include <cstring>
 #include <utility>
@@ -114,7 +113,7 @@ HRESULT COMPropertyPage::TranslateAccelerator(MSG* msg)
     return asHRESULT([&]() -> HRESULT {
         const bool isFrames = msg->message == WM_KEYDOWN && (msg->wParam == VK_RETURN || msg->wParam == VK_ESCAPE);
         const bool isOurs = isOpen() && !isFrames && (msg->hwnd == getWindowHandle() || IsChild(*this, msg->hwnd));
-        return isOurs && runningHandlers([&] { return IsDialogMessageW(*this, msg); }) ? S_OK : S_FALSE;
+        return isOurs && handleDialogMessage(*this, *msg) ? S_OK : S_FALSE;
     });
 }
 
