@@ -14,12 +14,12 @@ namespace {
 constexpr unsigned long paper = RGB(255, 255, 255), weekendPaper = RGB(247, 248, 251), otherPaper = RGB(242, 242, 242);
 constexpr unsigned long line = RGB(208, 212, 220), ink = RGB(40, 44, 52), faint = RGB(150, 154, 162);
 constexpr unsigned long titleColour = RGB(48, 76, 122), headPaper = RGB(228, 233, 242), white = RGB(255, 255, 255);
-constexpr unsigned long holidayInk = RGB(190, 40, 40), todayColour = RGB(46, 117, 182), mark = RGB(230, 130, 20);
+constexpr unsigned long holidayInk = RGB(190, 40, 40), todayColour = RGB(46, 117, 182), mark = RGB(200, 95, 0);
 constexpr unsigned long selectedPaper = RGB(224, 236, 250);
 constexpr unsigned long categoryColours[] = {RGB(46, 125, 90), RGB(176, 82, 30),  RGB(112, 78, 160), RGB(30, 110, 150),
                                              RGB(168, 50, 90), RGB(120, 110, 30), RGB(70, 90, 110)};
 constexpr unsigned long withoutCategory = RGB(70, 100, 170);
-constexpr int numberHeight = 20, lineHeight = 17;
+constexpr int numberHeight = 20, lineHeight = 17, widthOfLongNames = 92;
 
 /// Selects a font for as long as it lives.
 class SelectedFont {
@@ -37,20 +37,21 @@ private:
     tarn::Font previous_;
 };
 
-tarn::Font font(int height, int weight)
-{
-    return tarn::Font(height, 0, 0, 0, weight, false, false, false, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
-                      CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH, L"Tahoma");
-}
-
 Rect inset(const Rect& rect, int x, int y)
 {
     return Rect(rect.left + x, rect.top + y, rect.right - x, rect.bottom - y);
 }
 } // namespace
 
+tarn::Font makeFont(int height, int weight)
+{
+    return tarn::Font(height, 0, 0, 0, weight, false, false, false, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                      CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH, L"Arial");
+}
+
 SheetFonts::SheetFonts()
-    : title(font(-22, FW_BOLD)), bold(font(-13, FW_BOLD)), plain(font(-12, FW_NORMAL)), small(font(-11, FW_NORMAL))
+    : title(makeFont(-22, FW_BOLD)), bold(makeFont(-13, FW_BOLD)), plain(makeFont(-13, FW_NORMAL)),
+      small(makeFont(-12, FW_NORMAL))
 {
 }
 
@@ -107,7 +108,8 @@ void MonthPainter::paintHeads() const
         const Rect head = layout_.head(column);
         const int weekday = content_.reckoning.weekdayOf(content_.first + column);
         context_.fillRectangle(headPaper, head);
-        write(weekdayName(weekday), inset(head, 6, 0), fonts_.bold,
+        const std::wstring name = weekdayName(weekday);
+        write(head.getWidth() < widthOfLongNames ? name.substr(0, 3) : name, inset(head, 6, 0), fonts_.bold,
               weekday == GregorianCalendar::Sunday ? holidayInk : ink, DT_VCENTER);
     }
 }
@@ -168,7 +170,7 @@ void MonthPainter::paintRemark(Day day, const Rect& cell) const
     const int missing = content_.missingBefore(day);
     if (missing == 0)
         return;
-    context_.fillRectangle(mark, Rect(cell.left - 1, cell.top + 1, cell.left + 2, cell.bottom));
+    context_.fillRectangle(mark, Rect(cell.left - 2, cell.top + 1, cell.left + 3, cell.bottom));
     write(std::to_wstring(missing) + L" days left out", place, fonts_.small, mark, DT_VCENTER);
 }
 

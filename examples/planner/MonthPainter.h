@@ -8,6 +8,9 @@
 #include <string>
 
 namespace planner {
+/// The program's face in some height, as a Font takes it, and weight.
+tarn::Font makeFont(int height, int weight);
+
 /// The fonts of a sheet, made once.
 struct SheetFonts {
     SheetFonts();

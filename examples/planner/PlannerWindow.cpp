@@ -10,7 +10,7 @@ using tarn::Rect;
 
 namespace planner {
 namespace {
-constexpr int treeWidth = 170, gap = 6, listHeight = 150, dayTitleHeight = 24;
+constexpr int treeWidth = 170, gap = 6, greatestListHeight = 150, dayTitleHeight = 24;
 constexpr tarn::Size usualSize{1040, 760}, smallestSize{640, 520};
 } // namespace
 
@@ -19,8 +19,7 @@ PlannerWindow::PlannerWindow(HINSTANCE program, const Messages& messages)
       document_(new Document), selected_(today(Zone(settings_.zone))),
       windowClass_(0, ID_PROGRAM, LoadIconW(program, MAKEINTRESOURCEW(ID_PROGRAM)), COLOR_BTNFACE,
                    LoadCursorW(nullptr, IDC_ARROW), program),
-      titleFont_(-14, 0, 0, 0, FW_BOLD, false, false, false, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
-                 CLEARTYPE_QUALITY, DEFAULT_PITCH, L"Tahoma"),
+      font_(makeFont(-13, FW_NORMAL)), titleFont_(makeFont(-14, FW_BOLD)),
       accelerators_(LoadAcceleratorsW(program, MAKEINTRESOURCEW(ID_PROGRAM)))
 {
     create(windowClass_, L"Planner", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, Rect(tarn::Point(40, 30), usualSize),
@@ -47,7 +46,7 @@ HWND PlannerWindow::addChild(const wchar_t* className, unsigned long style, int 
                                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), program_, nullptr);
     if (!child)
         throw tarn::WindowsError("Can't create window");
-    SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), TRUE);
+    SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(font_.getHandle()), TRUE);
     return child;
 }
 
@@ -64,6 +63,7 @@ void PlannerWindow::addChildren()
     dayTitle_.attach(*this, ID_DAY_TITLE);
     dayTitle_.sendMessageW(WM_SETFONT, reinterpret_cast<WPARAM>(titleFont_.getHandle()), TRUE);
     list_.create(*this, program_);
+    list_.sendMessageW(WM_SETFONT, reinterpret_cast<WPARAM>(font_.getHandle()), TRUE);
     addChild(STATUSCLASSNAMEW, SBARS_SIZEGRIP, ID_STATUS);
     status_.attach(*this, ID_STATUS);
     lastFocus_ = sheet_;
@@ -135,7 +135,8 @@ void PlannerWindow::layOut(const tarn::Size& size)
 {
     status_.sendMessageW(WM_SIZE);
     const long bottom = size.cy - status_.getWindowSize().cy - gap;
-    const long listTop = bottom - listHeight, titleTop = listTop - dayTitleHeight, left = treeWidth + 2 * gap;
+    const long listTop = bottom - std::min<long>(greatestListHeight, size.cy / 4), titleTop = listTop - dayTitleHeight,
+               left = treeWidth + 2 * gap;
     tree_.move(Rect(gap, gap, treeWidth + gap, bottom), true);
     sheet_.move(Rect(left, gap, size.cx - gap, titleTop - gap), true);
     dayTitle_.move(Rect(left, titleTop, size.cx - gap, listTop), true);

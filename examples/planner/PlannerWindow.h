@@ -74,7 +74,7 @@ private:
     Day selected_ = 0;
 
     tarn::WindowClass windowClass_;
-    tarn::Font titleFont_;
+    tarn::Font font_, titleFont_;
     HACCEL accelerators_;
     MonthTree tree_;
     MonthSheet sheet_;

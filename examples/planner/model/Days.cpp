@@ -88,7 +88,7 @@ Day Reckoning::addMonths(Day day, int months) const
     if (const auto same = dayOf({year, month, date.day}))
         return *same;
     const Day last = lastOfMonth(year, month);
-    return date.day < dateOf(last).day ? firstOfMonth(year, month) : last;
+    return date.day < dateOf(last).day ? cutover : last;
 }
 
 const wchar_t* monthName(int month)

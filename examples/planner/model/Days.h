@@ -47,7 +47,8 @@ struct Reckoning {
     Day firstOfMonth(int year, int month) const;
     Day lastOfMonth(int year, int month) const;
     Day firstOfWeek(Day day) const;
-    /// The same day of another month; the month's last one when that is shorter.
+    /// The same day of another month. Where there is none, the month's last day, or the first one after
+    /// those that the cutover took away.
     Day addMonths(Day day, int months) const;
 
 private:

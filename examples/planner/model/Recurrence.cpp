@@ -142,7 +142,7 @@ std::wstring describe(const Recurrence& rule)
     const wchar_t* separator = L" on ";
     for (int weekday = GregorianCalendar::Sunday; weekday <= GregorianCalendar::Saturday; ++weekday) {
         if (rule.weekdays & Recurrence::bitOf(weekday)) {
-            text += separator + std::wstring(weekdayName(weekday));
+            text += separator + std::wstring(weekdayName(weekday)).substr(0, 3);
             separator = L", ";
         }
     }

@@ -32,5 +32,5 @@ struct Recurrence {
     bool isValid() const;
 };
 
-std::wstring describe(const Recurrence& rule); ///< "Every 2 weeks on Monday, Friday, 10 times".
+std::wstring describe(const Recurrence& rule); ///< "Every 2 weeks on Mon, Fri, 10 times".
 } // namespace planner
