@@ -33,6 +33,7 @@ void DayList::create(HWND parent, HINSTANCE program)
 void DayList::show(std::vector<Occurrence> occurrences, Day day)
 {
     occurrences_ = std::move(occurrences);
+    sendMessageW(WM_SETREDRAW, FALSE);
     deleteAllItems();
     for (const Occurrence& occurrence : occurrences_) {
         const Event& event = occurrence.event();
@@ -41,6 +42,7 @@ void DayList::show(std::vector<Occurrence> occurrences, Day day)
         setItemText(item, event.place.c_str(), 2);
         setItemText(item, event.category.c_str(), 3);
     }
+    sendMessageW(WM_SETREDRAW, TRUE);
     if (!occurrences_.empty()) {
         LVITEMW first{};
         first.stateMask = first.state = LVIS_SELECTED | LVIS_FOCUSED;

@@ -54,6 +54,11 @@ void Messages::tell(HWND owner, const std::wstring& text) const
         tarn::Window::messageBox(owner, text.c_str(), caption, MB_OK | MB_ICONINFORMATION);
 }
 
+bool Messages::confirm(HWND owner, const std::wstring& question)
+{
+    return tarn::Window::messageBox(owner, question.c_str(), caption, MB_YESNO | MB_ICONQUESTION) == IDYES;
+}
+
 int Messages::ask(HWND owner, const std::wstring& question, const wchar_t* yes, const wchar_t* no)
 {
     return QuestionDialog(owner, question, yes, no).showModal();

@@ -15,7 +15,9 @@ public:
     void error(HWND owner) const;
     void tell(HWND owner, const std::wstring& text) const;
 
-    /// IDYES or IDNO for the two buttons with these texts, or IDCANCEL. Scripts answer it, too.
+    /// Yes or no. Scripts answer it, as the next one.
+    static bool confirm(HWND owner, const std::wstring& question);
+    /// IDYES or IDNO for the two buttons with these texts, or IDCANCEL.
     static int ask(HWND owner, const std::wstring& question, const wchar_t* yes, const wchar_t* no);
 
 private:

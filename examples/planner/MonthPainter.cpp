@@ -46,7 +46,7 @@ Rect inset(const Rect& rect, int x, int y)
 tarn::Font makeFont(int height, int weight)
 {
     return tarn::Font(height, 0, 0, 0, weight, false, false, false, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
-                      CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH, L"Arial");
+                      CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH, L"Segoe UI");
 }
 
 SheetFonts::SheetFonts()

@@ -15,25 +15,39 @@ int yearOf(LPARAM data) { return static_cast<int>(data >> 4); }
 int monthOf(LPARAM data) { return static_cast<int>(data & 15) - 1; }
 } // namespace
 
-void MonthTree::fill(int year)
+// Years are only added where there are some near by: a year that the user has just selected must not go.
+void MonthTree::provide(int year)
 {
-    deleteAllItems();
-    months_.clear();
-    for (int y = std::max(year - yearsAround, firstYear); y <= std::min(year + yearsAround, lastYear); ++y) {
-        const HTREEITEM parent = insertItem(yearText(y).c_str(), toData(y, -1), TVI_ROOT, TVI_LAST);
-        for (int month = 0; month < 12; ++month)
-            months_[y].push_back(insertItem(monthName(month), toData(y, month), parent, TVI_LAST));
+    const int from = std::max(year - yearsAround, firstYear), to = std::min(year + yearsAround, lastYear);
+    const bool isNear = !months_.empty() && from <= months_.rbegin()->first && to >= months_.begin()->first;
+    if (!isNear) {
+        deleteAllItems();
+        months_.clear();
+        addYear(year, TVI_LAST);
     }
+    while (months_.begin()->first > from)
+        addYear(months_.begin()->first - 1, TVI_FIRST);
+    while (months_.rbegin()->first < to)
+        addYear(months_.rbegin()->first + 1, TVI_LAST);
+}
+
+void MonthTree::addYear(int year, HTREEITEM after)
+{
+    const HTREEITEM parent = insertItem(yearText(year).c_str(), toData(year, -1), TVI_ROOT, after);
+    for (int month = 0; month < 12; ++month)
+        months_[year].push_back(insertItem(monthName(month), toData(year, month), parent, TVI_LAST));
 }
 
 void MonthTree::show(int year, int month)
 {
     isShowing_ = true;
-    if (!months_.contains(year))
-        fill(year);
-    const HTREEITEM item = months_[year][static_cast<std::size_t>(month)];
-    sendMessageW(TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(item));
-    ensureVisible(item);
+    provide(year);
+    // A selected year stands for its January, and keys could not leave it upwards if that took the selection.
+    if (month != 0 || getItemData(getSelectedItem()) != toData(year, -1)) {
+        const HTREEITEM item = months_[year][static_cast<std::size_t>(month)];
+        sendMessageW(TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(item));
+        ensureVisible(item);
+    }
     isShowing_ = false;
 }
 

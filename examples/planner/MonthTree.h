@@ -20,7 +20,8 @@ public:
     std::function<void(int year, int month)> onSelect; ///< The user chose a month.
 
 private:
-    void fill(int year);
+    void provide(int year);
+    void addYear(int year, HTREEITEM after);
 
     std::map<int, std::vector<HTREEITEM>> months_; // By year.
     bool isShowing_ = false;                       // Selecting by the program tells nobody.

@@ -110,17 +110,21 @@ void PlannerWindow::remove()
     const Occurrence* const selected = list_.selected();
     if (!selected)
         return;
+    // Copies, because the list may be filled anew while the question is open.
     const AppointmentPtr appointment = selected->appointment;
+    const Local start = selected->original;
     Event event = appointment->event();
-    const bool isSeries = event.recurrence.has_value();
-    const std::wstring question = isSeries ? L"\" repeats. What is to be deleted?" : L"\"?";
-    const int answer = isSeries ? Messages::ask(*this, L"\"" + event.subject + question, L"Only this day", L"All days")
-                                : Messages::ask(*this, L"Delete \"" + event.subject + question, L"Delete", L"Keep");
-    if (isSeries && answer == IDYES) {
-        event.exceptions.push_back(selected->original);
-        document_->put(event);
-    } else if (answer == (isSeries ? IDNO : IDYES)) {
-        document_->remove(appointment);
+    if (!event.recurrence) {
+        if (Messages::confirm(*this, L"Delete \"" + event.subject + L"\"?"))
+            document_->remove(appointment);
+    } else {
+        const std::wstring question = L"\"" + event.subject + L"\" repeats. What is to be deleted?";
+        const int answer = Messages::ask(*this, question, L"&Only this day", L"&All days");
+        event.exceptions.push_back(start);
+        if (answer == IDYES)
+            document_->put(event);
+        else if (answer == IDNO)
+            document_->remove(appointment);
     }
     refresh();
 }

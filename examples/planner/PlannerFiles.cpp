@@ -36,8 +36,13 @@ std::wstring PlannerWindow::askForFile(bool save, const wchar_t* title, const wc
     if (!dialog.showModal())
         return L"";
     const std::wstring path = dialog.getPathW();
-    const bool hasExtension = !save || !dialog.getExtensionW().empty();
-    return hasExtension ? path : path + L"." + extension;
+    if (!save || !dialog.getExtensionW().empty())
+        return path;
+    // The dialog has not asked about the file with the extension.
+    const std::wstring extended = path + L"." + extension;
+    const bool exists = GetFileAttributesW(extended.c_str()) != INVALID_FILE_ATTRIBUTES;
+    const std::wstring question = L"\"" + nameOf(extended) + L"\" exists. Is it to be replaced?";
+    return !exists || Messages::confirm(*this, question) ? extended : L"";
 }
 
 void PlannerWindow::setFile(const std::wstring& file)

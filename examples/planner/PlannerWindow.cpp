@@ -28,6 +28,7 @@ PlannerWindow::PlannerWindow(HINSTANCE program, const Messages& messages)
     layOut(getClientSize());
     setFile(L"");
     refresh();
+    startTimer(1, 60000);
 }
 
 // Before the members, whose pictures and class are in use until then.
@@ -144,6 +145,13 @@ void PlannerWindow::layOut(const tarn::Size& size)
     list_.layOut();
 }
 
+// Whether midnight has passed.
+void PlannerWindow::onTimer(UINT_PTR)
+{
+    if (today(Zone(settings_.zone)) != today_)
+        refresh();
+}
+
 void PlannerWindow::goTo(Day day)
 {
     const Reckoning& reckoning = settings_.reckoning;
@@ -154,6 +162,7 @@ void PlannerWindow::goTo(Day day)
 void PlannerWindow::refresh()
 {
     const Zone zone(settings_.zone);
+    today_ = today(zone);
     const Date date = settings_.reckoning.dateOf(selected_);
     sheet_.show(MonthContent::of(*document_, settings_.reckoning, zone, selected_));
     tree_.show(date.year, date.month);

@@ -37,6 +37,7 @@ public:
     void onCommand(Window* sender, unsigned short code, unsigned short id) override;
     LRESULT onNotify(const NMHDR& header) override;
     void onSize(UINT type, const tarn::Size& clientSize) override;
+    void onTimer(UINT_PTR id) override;
     void onDestroy() override;
 
 private:
@@ -71,7 +72,7 @@ private:
     Settings settings_;
     DocumentPtr document_;
     std::wstring file_; // Empty for a document without one.
-    Day selected_ = 0;
+    Day selected_, today_ = 0;
 
     tarn::WindowClass windowClass_;
     tarn::Font font_, titleFont_;

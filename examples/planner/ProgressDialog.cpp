@@ -10,7 +10,8 @@ ProgressDialog::ProgressDialog(HWND owner, std::wstring title, std::function<voi
 
 bool ProgressDialog::run()
 {
-    showModal();
+    if (showModal() != IDOK)
+        work_.cancel(); // The program is ending.
     work_.join();
     work_.rethrow();
     return !work_.isCancelled();

@@ -14,6 +14,7 @@ namespace planner {
 namespace {
 using Names = std::map<std::string, int>;
 
+constexpr int fileNameField = 0x47C; // Of the system's dialogs for files, as its header dlgs.h has it.
 const Names commandIds = {
     {"new", ID_NEW},       {"open", ID_OPEN},     {"save", ID_SAVE},     {"save-as", ID_SAVE_AS},
     {"import", ID_IMPORT}, {"export", ID_EXPORT}, {"recent", ID_RECENT}, {"exit", ID_EXIT},
@@ -24,14 +25,14 @@ const Names fields = {{"subject", ID_SUBJECT}, {"place", ID_PLACE},         {"ca
                       {"to-date", ID_TO_DATE}, {"to-time", ID_TO_TIME},     {"repeat", ID_REPEAT},
                       {"note", ID_NOTE},       {"zone", ID_ZONE},           {"month", ID_MONTH},
                       {"year", ID_YEAR},       {"first-day", ID_FIRST_DAY}, {"minimal-days", ID_MINIMAL_DAYS},
-                      {"cutover", ID_CUTOVER}};
+                      {"cutover", ID_CUTOVER}, {"file-name", fileNameField}};
 const Names buttons = {{"ok", IDOK}, {"cancel", IDCANCEL}, {"yes", IDYES}, {"no", IDNO}, {"apply", 0x3021}};
 const Names keys = {{"left", VK_LEFT},     {"right", VK_RIGHT},   {"up", VK_UP},         {"down", VK_DOWN},
                     {"pageup", VK_PRIOR},  {"pagedown", VK_NEXT}, {"home", VK_HOME},     {"end", VK_END},
                     {"enter", VK_RETURN},  {"tab", VK_TAB},       {"escape", VK_ESCAPE}, {"insert", VK_INSERT},
                     {"delete", VK_DELETE}, {"space", VK_SPACE}};
 
-int find(const Names& names, support::Arguments& arguments)
+int idOf(const Names& names, support::Arguments& arguments)
 {
     const auto name = arguments.next<std::string>("the name");
     const auto found = names.find(name);
@@ -60,21 +61,12 @@ ScriptPlayer::~ScriptPlayer()
     }
 }
 
-void ScriptPlayer::finish()
-{
-    windowThread_.close();
-    join();
-    if (error_)
-        std::rethrow_exception(error_);
-}
-
 unsigned long ScriptPlayer::run()
 {
     try {
         play();
     } catch (...) {
-        error_ = std::current_exception();
-        PostThreadMessageW(GetWindowThreadProcessId(window_, nullptr), WM_QUIT, 1, 0);
+        windowThread_.fail(std::current_exception());
     }
     return 0;
 }
@@ -103,16 +95,13 @@ support::Commands ScriptPlayer::commands()
         {"press", &ScriptPlayer::press},       {"page", &ScriptPlayer::page},
         {"key", &ScriptPlayer::key},           {"click", &ScriptPlayer::click},
         {"wheel", &ScriptPlayer::wheel},       {"expect", &ScriptPlayer::expect},
-        {"picture", &ScriptPlayer::picture}};
+        {"find", &ScriptPlayer::find},         {"picture", &ScriptPlayer::picture}};
     support::Commands commands;
     for (const auto& [name, command] : all) {
         commands[name] = [this, command = command](support::Arguments& arguments) {
             windowThread_.call([&] { (this->*command)(arguments); });
             // What was posted meanwhile is handled before the next call is.
-            windowThread_.call([this] {
-                if (const auto action = std::exchange(later_, nullptr))
-                    action();
-            });
+            windowThread_.call([] {});
         };
     }
     return commands;
@@ -130,7 +119,7 @@ HWND ScriptPlayer::dialog() const
 HWND ScriptPlayer::field(support::Arguments& arguments) const
 {
     const HWND popup = dialog();
-    const int id = find(fields, arguments);
+    const int id = idOf(fields, arguments);
     if (const HWND control = GetDlgItem(popup, id))
         return control;
     const auto page = reinterpret_cast<HWND>(SendMessageW(popup, PSM_GETCURRENTPAGEHWND, 0, 0));
@@ -161,7 +150,7 @@ void ScriptPlayer::go(support::Arguments& arguments)
 
 void ScriptPlayer::open(support::Arguments& arguments)
 {
-    later_ = [this, file = path(arguments)] { window_.open(file); };
+    windowThread_.begin([this, file = path(arguments)] { window_.open(file); });
 }
 
 void ScriptPlayer::save(support::Arguments& arguments) { window_.save(path(arguments)); }
@@ -176,15 +165,15 @@ void ScriptPlayer::exportFile(support::Arguments& arguments) { window_.exportFil
 
 void ScriptPlayer::choose(support::Arguments& arguments)
 {
-    window_.postMessageW(WM_COMMAND, static_cast<WPARAM>(find(commandIds, arguments)));
+    window_.postMessageW(WM_COMMAND, static_cast<WPARAM>(idOf(commandIds, arguments)));
 }
 
 void ScriptPlayer::type(support::Arguments& arguments)
 {
     HWND control = field(arguments);
     const std::wstring text = fromUTF8(arguments.rest());
-    if (const HWND edit = FindWindowExW(control, nullptr, L"EDIT", nullptr)) // Of a combo box.
-        control = edit;
+    for (HWND inner = control; (inner = GetWindow(inner, GW_CHILD));) // The edit field of a combo box.
+        control = inner;
     SetFocus(control);
     SendMessageW(control, EM_SETSEL, 0, -1);
     SendMessageW(control, WM_CLEAR, 0, 0);
@@ -197,14 +186,16 @@ void ScriptPlayer::check(support::Arguments& arguments) { PostMessageW(field(arg
 void ScriptPlayer::select(support::Arguments& arguments)
 {
     const HWND control = field(arguments);
-    SendMessageW(control, CB_SETCURSEL, static_cast<WPARAM>(arguments.next<int>("the number")), 0);
+    const std::wstring text = fromUTF8(arguments.rest());
+    if (SendMessageW(control, CB_SELECTSTRING, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(text.c_str())) < 0)
+        throw tarn::Exception("the list does not have it");
     const WPARAM changed = MAKEWPARAM(GetDlgCtrlID(control), CBN_SELCHANGE);
     PostMessageW(GetParent(control), WM_COMMAND, changed, reinterpret_cast<LPARAM>(control));
 }
 
 void ScriptPlayer::press(support::Arguments& arguments)
 {
-    const HWND button = GetDlgItem(dialog(), find(buttons, arguments));
+    const HWND button = GetDlgItem(dialog(), idOf(buttons, arguments));
     if (!button || !IsWindowEnabled(button))
         throw tarn::Exception("there is no such button to press");
     PostMessageW(button, BM_CLICK, 0, 0);
@@ -217,7 +208,7 @@ void ScriptPlayer::page(support::Arguments& arguments)
 
 void ScriptPlayer::key(support::Arguments& arguments)
 {
-    const auto code = static_cast<WPARAM>(find(keys, arguments));
+    const auto code = static_cast<WPARAM>(idOf(keys, arguments));
     int times = 1;
     arguments >> times;
     for (int i = 0; i < times; ++i) {
@@ -243,6 +234,16 @@ void ScriptPlayer::expect(support::Arguments& arguments)
     const auto wanted = arguments.next<unsigned>("the number"), found = window_.list().getItemCount();
     if (wanted != found)
         throw tarn::Exception("the day has " + std::to_string(found));
+}
+
+void ScriptPlayer::find(support::Arguments& arguments)
+{
+    const std::wstring subject = fromUTF8(arguments.rest());
+    const DayList& list = window_.list();
+    for (unsigned item = 0; item < list.getItemCount(); ++item)
+        if (list.getItemTextW(item, 1) == subject)
+            return;
+    throw tarn::Exception("the day has no such appointment");
 }
 
 void ScriptPlayer::picture(support::Arguments& arguments) { takePicture(arguments.rest()); }

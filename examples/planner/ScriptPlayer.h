@@ -21,6 +21,10 @@ public:
     /// Carries it out and throws what it throws. Throws Exception when the windows' thread is done with this
     /// object.
     void call(const std::function<void()>& action);
+    /// Carries it out without waiting for its end: for what may open a dialog that a later call works.
+    void begin(std::function<void()> action);
+    /// Has it thrown in the windows' thread, through whatever dialogs are open.
+    void fail(std::exception_ptr error);
     void close() const { closed_.set(); }
 
 private:
@@ -28,6 +32,8 @@ private:
 
     tarn::WindowClass windowClass_;
     tarn::Event closed_{true, false};
+    std::function<void()> begun_;
+    std::exception_ptr error_;
 };
 
 /// Plays a script to the program from a thread of its own, as a user would, one command a line:
@@ -40,13 +46,14 @@ private:
 ///     choose NAME                 a command of the menu: new, save, add, change, delete, today, options ...
 ///     type FIELD TEXT             into a field of the open dialog: subject, from-date, cutover ...
 ///     check FIELD                 presses a check box or a button of it
-///     select FIELD NUMBER         the item of a list, from 0
+///     select FIELD TEXT           the item of a list that begins so
 ///     press BUTTON                ok, cancel, yes, no or apply
 ///     page NUMBER                 of the options, from 0
 ///     key NAME [TIMES]            to whatever has the focus: left, pageup, tab, enter, ...
 ///     click X Y                   in the sheet
 ///     wheel NOTCHES               over the sheet, away from the user when positive
 ///     expect COUNT                fails unless the selected day has so many appointments
+///     find TEXT                   fails unless the selected day has an appointment with this subject
 ///     picture FILE                a picture of the open dialog, or of the window
 ///     wait MS
 ///
@@ -56,8 +63,6 @@ public:
     /// Without a script, nothing is played; a screenshot is taken at the end, which then also ends the program.
     ScriptPlayer(PlannerWindow& window, const support::Options& options, Messages& messages);
     ~ScriptPlayer() override;
-
-    void finish(); ///< Waits for the thread and throws what the script failed with.
 
     unsigned long run() override;
 
@@ -82,6 +87,7 @@ private:
     void click(support::Arguments& arguments);
     void wheel(support::Arguments& arguments);
     void expect(support::Arguments& arguments);
+    void find(support::Arguments& arguments);
     void picture(support::Arguments& arguments);
 
     HWND dialog() const;
@@ -93,7 +99,5 @@ private:
     const support::Options& options_;
     Messages& messages_;
     WindowThread windowThread_;
-    std::function<void()> later_; // What begins when the command is over, because it may open a dialog.
-    std::exception_ptr error_;
 };
 } // namespace planner

@@ -4,7 +4,7 @@
 
 namespace planner {
 namespace {
-constexpr UINT perform = WM_APP;
+constexpr UINT perform = WM_APP, raise = WM_APP + 1, start = WM_APP + 2;
 
 struct Task {
     const std::function<void()>& action;
@@ -38,8 +38,26 @@ void WindowThread::call(const std::function<void()>& action)
         std::rethrow_exception(task.error);
 }
 
+void WindowThread::begin(std::function<void()> action)
+{
+    begun_ = std::move(action);
+    postMessageW(start);
+}
+
+void WindowThread::fail(std::exception_ptr error)
+{
+    error_ = std::move(error);
+    postMessageW(raise);
+}
+
 LRESULT WindowThread::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
 {
+    if (msg == raise)
+        std::rethrow_exception(error_);
+    if (msg == start) {
+        std::exchange(begun_, nullptr)();
+        return 0;
+    }
     if (msg != perform)
         return Window::onMessage(msg, wParam, lParam);
     Task& task = *reinterpret_cast<Task*>(lParam);

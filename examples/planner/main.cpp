@@ -40,10 +40,7 @@ int main(int argc, char** argv)
         std::optional<planner::ScriptPlayer> player;
         if (!options.script.empty() || !options.screenshot.empty())
             player.emplace(window, options, messages);
-        const int code = runLoop(window, messages);
-        if (player)
-            player->finish();
-        return code;
+        return runLoop(window, messages);
     } catch (const std::exception& e) {
         std::cerr << "planner: " << e.what() << '\n';
         return 1;

@@ -12,6 +12,7 @@
 
 #include <tarn/WindowsFile.h>
 
+#include <algorithm>
 #include <iterator>
 
 using namespace planner;
@@ -71,15 +72,19 @@ TEST_CASE("Document: damage is noticed wherever it is", "[planner]")
     for (std::size_t i = 0; i < whole.size(); ++i)
         expectRefused(std::string(whole).replace(i, 1, 1, static_cast<char>(whole[i] ^ 0x10)));
     expectRefused(whole + "x");
+    const auto changed = [&](std::size_t position, std::string_view bytes) {
+        std::string content = whole;
+        std::ranges::copy(bytes, content.begin() + static_cast<std::ptrdiff_t>(position));
+        return content;
+    };
     const auto refuses = [&](const std::string& content, const char* reason) {
         folder.write("a.planner", content);
         support::expectError<tarn::Exception>([&] { loadDocument(file); }, '"' + narrow(file) + "\" " + reason);
     };
     refuses("BEGIN:VCALENDAR", "is not a planner document");
-    refuses(std::string(whole).replace(8, 1, "\x02"), "has the version 2, which this program cannot read");
-    refuses(std::string(whole).replace(12, 4, "\xFF\xFF\xFF\xFF").substr(0, 30),
-            "is damaged: it has 10 bytes of data instead of 4294967295");
-    refuses(std::string(whole).replace(40, 1, "!"), "is damaged: the check-sum is wrong");
+    refuses(changed(8, "\x02"), "has the version 2, which this program cannot read");
+    refuses(changed(12, "\xFF\xFF\xFF\xFF").substr(0, 30), "is damaged: it has 10 bytes of data instead of 4294967295");
+    refuses(changed(40, "!"), "is damaged: the check-sum is wrong");
 }
 
 TEST_CASE("Document: saving that fails leaves the old file and no other", "[planner]")

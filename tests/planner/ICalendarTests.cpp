@@ -67,7 +67,7 @@ TEST_CASE("iCalendar: what is not understood is counted and told", "[planner]")
 TEST_CASE("iCalendar: a malformed file is refused with the number of the line", "[planner]")
 {
     const std::string begin = "BEGIN:VCALENDAR\n", event = begin + "BEGIN:VEVENT\nUID:1\n";
-    expectRefused("", "Line 0: the file is empty");
+    expectRefused("", "Line 1: the file is empty");
     expectRefused("\n\nHello\n", "Line 3: a colon is missing");
     expectRefused("VERSION:2.0\n", "Line 1: BEGIN:VCALENDAR is missing");
     expectRefused(event, "Line 3: the file ends inside of VEVENT");

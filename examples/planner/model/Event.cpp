@@ -25,6 +25,10 @@ void Event::validate() const
         throw tarn::Exception("The subject is missing.");
     if (end < start)
         throw tarn::Exception("It ends before it begins.");
+    static const Local earliest = midnightOf(Reckoning().firstOfMonth(firstYear, 0)),
+                       latest = midnightOf(Reckoning().lastOfMonth(lastYear, 11) + 1);
+    if (start < earliest || end > latest)
+        throw tarn::Exception("It lies outside of the years that can be shown.");
     if (allDay && (end == start || timeOfDay(start) != 0 || timeOfDay(end) != 0))
         throw tarn::Exception("An all-day appointment lasts whole days.");
     if (!Zone::isKnown(zone))

@@ -3,6 +3,8 @@
 #include "ICalendarValues.h"
 #include "Text.h"
 
+#include <tarn/BasicString.h>
+
 #include <algorithm>
 #include <optional>
 
@@ -141,7 +143,15 @@ private:
     {
         for (const ContentLine& line : exceptions_)
             for (const std::string& value : split(line.value, ','))
-                event.exceptions.push_back(byClockOf(start, withKnownZone(readTime(line, value))));
+                addException(event, start, withKnownZone(readTime(line, value)));
+    }
+
+    void addException(Event& event, const CalendarTime& start, const CalendarTime& exception) const
+    {
+        if (exception.isDate == start.isDate)
+            event.exceptions.push_back(byClockOf(start, exception));
+        else
+            ++calendar_.notUnderstood["an EXDATE of another kind than its event"];
     }
 
     // A zone that is not known counts as the planner's.
@@ -187,7 +197,7 @@ public:
                 progress(lines_.position(), size_);
             take(line);
         }
-        line.number = lines_.lineNumber();
+        line.number = std::max(lines_.lineNumber(), 1);
         if (isEmpty)
             line.refuse("the file is empty");
         if (!open_.empty())
@@ -196,8 +206,10 @@ public:
     }
 
 private:
-    void take(const ContentLine& line)
+    void take(ContentLine& line)
     {
+        if (line.name == "BEGIN" || line.name == "END")
+            line.value = tarn::BasicString<char>(line.value).toUpper();
         if (line.name == "BEGIN")
             begin(line);
         else if (open_.empty())

@@ -1,5 +1,7 @@
 #include "ICalendarValues.h"
 
+#include <tarn/BasicString.h>
+
 #include <algorithm>
 #include <bit>
 #include <cstdlib>
@@ -30,7 +32,7 @@ public:
     std::optional<Recurrence> read()
     {
         std::map<std::string, std::string> parts;
-        for (const std::string& part : split(line_.value, ';')) {
+        for (const std::string& part : split(tarn::BasicString<char>(line_.value).toUpper(), ';')) {
             const std::size_t equals = part.find('=');
             if (equals == std::string::npos || !parts.emplace(part.substr(0, equals), part.substr(equals + 1)).second)
                 line_.refuse("\"" + part + "\" is not a part of a rule");

@@ -129,7 +129,8 @@ std::vector<Local> Recurrence::starts(Local first, Local from, Local to) const
 bool Recurrence::isValid() const
 {
     return frequency >= daily && frequency <= yearly && interval >= 1 && interval <= greatestInterval && count >= 0 &&
-           weekdays < 1u << 7 && weekStart >= GregorianCalendar::Sunday && weekStart <= GregorianCalendar::Saturday;
+           until.value_or(0) < INT64_MAX && weekdays < 1u << 7 && weekStart >= GregorianCalendar::Sunday &&
+           weekStart <= GregorianCalendar::Saturday;
 }
 
 std::wstring describe(const Recurrence& rule)
