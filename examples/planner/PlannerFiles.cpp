@@ -42,7 +42,7 @@ std::wstring PlannerWindow::askForFile(bool save, const wchar_t* title, const wc
     const std::wstring extended = path + L"." + extension;
     const bool exists = GetFileAttributesW(extended.c_str()) != INVALID_FILE_ATTRIBUTES;
     const std::wstring question = L"\"" + nameOf(extended) + L"\" exists. Is it to be replaced?";
-    return !exists || Messages::confirm(*this, question) ? extended : L"";
+    return !exists || Messages::confirm(*this, question) ? extended : std::wstring();
 }
 
 void PlannerWindow::setFile(const std::wstring& file)

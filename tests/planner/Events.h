@@ -21,17 +21,7 @@ inline std::vector<planner::Local> times(const std::vector<const char*>& texts)
 }
 
 /// A calendar's text around the lines of one event, each with its line break.
-inline std::string calendarWith(const std::string& lines)
-{
-    return "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\n" + lines + "END:VEVENT\r\nEND:VCALENDAR\r\n";
-}
-
-inline planner::Event eventIn(const std::string& lines, const char* zone = "Europe/Berlin")
-{
-    return planner::readICalendar(calendarWith("UID:1\r\n" + lines), planner::Zone(zone)).events.at(0);
-}
-
-inline std::vector<planner::Local> startsOf(const std::string& lines, const char* from, const char* to)
-{
-    return eventIn(lines).starts(at(from), at(to));
-}
+std::string calendarWith(const std::string& lines);
+/// What is read from these lines, by a planner in Berlin.
+planner::Event eventIn(const char* lines);
+std::vector<planner::Local> startsOf(const char* lines, const char* from, const char* to);

@@ -30,7 +30,7 @@ void Category::deserialize(tarn::InputStream& in) { in >> name_ >> colour_; }
 
 Appointment::Appointment(Event event, CategoryPtr category) : event_(std::move(event)), category_(std::move(category))
 {
-    event_.category = category_ ? category_->name() : L"";
+    event_.category = category_ ? category_->name() : std::wstring();
 }
 
 // The archive writes each category once, and a reference where it comes again.
@@ -52,7 +52,7 @@ void Appointment::deserialize(tarn::InputStream& in)
     tarn::readOptional(in, category_);
     in >> event_.uid >> event_.subject >> event_.place >> event_.note >> event_.allDay >> event_.start >> event_.end >>
         event_.zone >> repeats;
-    event_.category = category_ ? category_->name() : L"";
+    event_.category = category_ ? category_->name() : std::wstring();
     if (repeats)
         event_.recurrence = readRecurrence(in);
     // The number may be damaged: room is made only for what is there.

@@ -75,7 +75,7 @@ private:
     std::wstring text(const std::string& name) const
     {
         const ContentLine* const line = find(name);
-        return line ? unescaped(*line) : L"";
+        return line ? unescaped(*line) : std::wstring();
     }
 
     // A comma that is no part of a name separates several, of which the first one counts.
@@ -257,9 +257,12 @@ private:
 std::wstring ImportedCalendar::remarks() const
 {
     std::wstring text;
-    for (const auto& [what, count] : notUnderstood)
-        text += L"Not understood: " + widened(what) + (count == 1 ? L"" : L", " + std::to_wstring(count) + L" times") +
-                L".\n";
+    for (const auto& [what, count] : notUnderstood) {
+        text += L"Not understood: " + widened(what);
+        if (count != 1)
+            text += L", " + std::to_wstring(count) + L" times";
+        text += L".\n";
+    }
     for (const std::string& zone : unknownZones)
         text += L"The time zone \"" + fromUTF8(zone) + L"\" is not known: its times are taken as those of your zone.\n";
     return text;

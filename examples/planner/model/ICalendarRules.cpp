@@ -137,9 +137,9 @@ std::string writeRule(const Event& event, const Zone& clock)
     std::string days;
     for (int weekday = GregorianCalendar::Sunday; weekday <= GregorianCalendar::Saturday; ++weekday)
         if (rule.weekdays & Recurrence::bitOf(weekday))
-            days += (days.empty() ? "" : ",") + std::string(weekdays[weekday - GregorianCalendar::Sunday]);
+            days.append(",").append(weekdays[weekday - GregorianCalendar::Sunday]);
     if (!days.empty())
-        text += ";BYDAY=" + days;
+        text.append(";BYDAY=").append(days.substr(1));
     if (rule.weekStart != GregorianCalendar::Monday)
         text += std::string(";WKST=") + weekdays[rule.weekStart - GregorianCalendar::Sunday];
     return text;
