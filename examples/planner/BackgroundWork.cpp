@@ -1,5 +1,7 @@
 #include "BackgroundWork.h"
 
+#include <algorithm>
+
 namespace planner {
 // Here, and not by the base class, because the members are gone then.
 BackgroundWork::~BackgroundWork()

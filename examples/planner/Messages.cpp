@@ -51,7 +51,7 @@ void Messages::tell(HWND owner, const std::wstring& text) const
     if (isScripted_)
         std::cout << narrow(text) << std::flush;
     else
-        tarn::Window::messageBox(owner, text.c_str(), caption, MB_OK | MB_ICONINFORMATION);
+        tarn::Window::messageBox(owner, trimmed(text).c_str(), caption, MB_OK | MB_ICONINFORMATION);
 }
 
 bool Messages::confirm(HWND owner, const std::wstring& question)

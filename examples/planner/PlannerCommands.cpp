@@ -9,7 +9,8 @@
 namespace planner {
 namespace {
 constexpr Local usualTime = 9 * hourLength;
-}
+constexpr const wchar_t* nothingSelected = L"No appointment is selected in the list.";
+} // namespace
 
 void PlannerWindow::onCommand(Window* sender, unsigned short code, unsigned short id)
 {
@@ -91,6 +92,8 @@ void PlannerWindow::change()
 {
     if (const Occurrence* const selected = list_.selected())
         edit(selected->event());
+    else
+        showStatus(nothingSelected);
 }
 
 void PlannerWindow::edit(Event event)
@@ -101,7 +104,9 @@ void PlannerWindow::edit(Event event)
     AppointmentDialog dialog(*this, std::move(event), std::move(categories), settings_.reckoning);
     if (dialog.showModal() != IDOK)
         return;
-    document_->put(dialog.event());
+    const bool isNew = !document_->put(dialog.event());
+    if (isNew)
+        selected_ = dayOf(dialog.event().start);
     refresh();
 }
 
@@ -109,7 +114,7 @@ void PlannerWindow::remove()
 {
     const Occurrence* const selected = list_.selected();
     if (!selected)
-        return;
+        return showStatus(nothingSelected);
     // Copies, because the list may be filled anew while the question is open.
     const AppointmentPtr appointment = selected->appointment;
     const Local start = selected->original;

@@ -50,11 +50,11 @@ void PlannerWindow::setFile(const std::wstring& file)
     file_ = file;
     if (!file.empty())
         settings_.recentFile = file;
-    const std::wstring& recent = settings_.recentFile;
+    const tarn::BasicString<wchar_t> recent = nameOf(settings_.recentFile);
     const tarn::Menu menu = getMenu().getSubMenu(0);
-    const unsigned position = menu.getItemCount() - 3;
+    const unsigned position = menu.getItemCount() - 3; // Before the separator and Exit.
     menu.remove(position, true);
-    menu.insert(recent.empty() ? L"Recent file" : (L"&Recent: " + nameOf(recent)).c_str(), position,
+    menu.insert(recent.empty() ? L"Recent file" : (L"&Recent: " + recent.replaceAll(L"&", L"&&")).c_str(), position,
                 MF_BYPOSITION | (recent.empty() ? MF_GRAYED : 0u), ID_RECENT);
 }
 

@@ -2,8 +2,6 @@
 
 #include "Ids.h"
 
-#include <tarn/Menu.h>
-
 #include <algorithm>
 
 using tarn::Rect;

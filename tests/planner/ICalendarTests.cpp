@@ -86,6 +86,7 @@ TEST_CASE("iCalendar: a malformed file is refused with the number of the line", 
     refused("DTSTART;VALUE=DATE:20260101T000000\n",
             "Line 4: \"20260101T000000\" is not of the kind that the line says");
     refused("DTSTART:20260102T000000\nDTEND:20260101T000000\n", "Line 4: the event ends before it begins");
+    refused("DTSTART:99991231T000000\nDURATION:P2D\n", "Line 4: It lies outside of the years that can be shown.");
     refused("DTSTART:20260102T000000\nDURATION:P\n", "Line 5: \"P\" is not a duration");
     refused("DTSTART:20260102T000000\nRRULE:FREQ=DAILY;COUNT=0\n", "Line 5: \"0\" is not a number from 1");
     refused("DTSTART:20260102T000000\nRRULE:COUNT=3\n", "Line 5: the rule has no FREQ");

@@ -41,7 +41,9 @@ struct Reckoning {
     /// None when there is no such day: 30 February, or 10 October 1582.
     std::optional<Day> dayOf(const Date& date) const;
     int weekdayOf(Day day) const; ///< Sunday is 1.
-    int weekOf(Day day) const;    ///< The number of the week in its year.
+    /// The number of the week in its year. The days that the cutover left out count, so that a number may be
+    /// left out, too.
+    int weekOf(Day day) const;
 
     /// The month's first day that there is: the cutover may take days off its beginning.
     Day firstOfMonth(int year, int month) const;

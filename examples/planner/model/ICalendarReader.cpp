@@ -4,6 +4,7 @@
 #include "Text.h"
 
 #include <tarn/BasicString.h>
+#include <tarn/Exception.h>
 
 #include <algorithm>
 #include <optional>
@@ -11,8 +12,8 @@
 namespace planner {
 namespace {
 // What says nothing that the planner would keep or show.
-const std::set<std::string> administrative = {"DTSTAMP", "CREATED", "LAST-MODIFIED", "SEQUENCE",     "PRODID",
-                                              "VERSION", "METHOD",  "CALSCALE",      "X-WR-CALNAME", "X-WR-TIMEZONE"};
+const std::set<std::string> administrative = {"DTSTAMP", "CREATED", "LAST-MODIFIED", "SEQUENCE",
+                                              "PRODID",  "VERSION", "CALSCALE",      "X-WR-CALNAME"};
 const std::set<std::string> understood = {"UID",     "SUMMARY", "LOCATION", "DESCRIPTION", "CATEGORIES",
                                           "DTSTART", "DTEND",   "DURATION", "RRULE"};
 
@@ -54,6 +55,11 @@ public:
         event.note = text("DESCRIPTION");
         setCategory(event);
         setTimes(event);
+        try {
+            event.validate();
+        } catch (const tarn::Exception& e) {
+            required("DTSTART").refuse(e.what());
+        }
         calendar_.events.push_back(std::move(event));
     }
 
