@@ -23,6 +23,7 @@ unsigned long BackgroundWork::run()
 {
     try {
         work_([this](std::size_t done, std::size_t total) { report(done, total); });
+        isDone_ = true;
     } catch (const Cancelled&) {
     } catch (...) {
         error_ = std::current_exception();
@@ -40,9 +41,11 @@ void BackgroundWork::report(std::size_t done, std::size_t total)
         PostMessageW(listener_, progressed, percent_ = percent, 0);
 }
 
-void BackgroundWork::rethrow() const
+bool BackgroundWork::finish()
 {
+    join();
     if (error_)
         std::rethrow_exception(error_);
+    return isDone_;
 }
 } // namespace planner

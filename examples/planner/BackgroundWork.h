@@ -21,10 +21,9 @@ public:
     ~BackgroundWork() override;
 
     void start(HWND listener);
-    void cancel() { isCancelled_ = true; } ///< The work ends at its next step.
-    bool isCancelled() const { return isCancelled_; }
-    /// Throws what ended the work, if anything did. Call it when the thread is joined.
-    void rethrow() const;
+    void cancel() { isCancelled_ = true; } ///< The work ends at its next step, if there is one.
+    /// Waits for the end: true when the work was done, false when it was cancelled before. Throws what it threw.
+    bool finish();
 
     unsigned long run() override;
 
@@ -37,5 +36,6 @@ private:
     std::atomic<bool> isCancelled_ = false;
     unsigned percent_ = 0;
     std::exception_ptr error_;
+    bool isDone_ = false;
 };
 } // namespace planner

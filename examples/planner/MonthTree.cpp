@@ -6,13 +6,13 @@ namespace planner {
 namespace {
 constexpr int yearsAround = 10;
 
-// What an item stands for, as its number. A year has the month -1.
+// What an item stands for, as its number, which is never 0. A year has the month -1.
 const void* toData(int year, int month)
 {
-    return reinterpret_cast<const void*>(static_cast<INT_PTR>(year * 16 + month + 1));
+    return reinterpret_cast<const void*>(static_cast<INT_PTR>(year * 16 + month + 2));
 }
 int yearOf(LPARAM data) { return static_cast<int>(data >> 4); }
-int monthOf(LPARAM data) { return static_cast<int>(data & 15) - 1; }
+int monthOf(LPARAM data) { return static_cast<int>(data & 15) - 2; }
 } // namespace
 
 // Years are only added where there are some near by: a year that the user has just selected must not go.

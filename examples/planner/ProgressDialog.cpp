@@ -12,9 +12,7 @@ bool ProgressDialog::run()
 {
     if (showModal() != IDOK)
         work_.cancel(); // The program is ending.
-    work_.join();
-    work_.rethrow();
-    return !work_.isCancelled();
+    return work_.finish();
 }
 
 bool ProgressDialog::onInitDialog(tarn::Window&)

@@ -1,8 +1,8 @@
-# The planner without its windows.
+# The planner without its windows, and the thread that works for them.
 set(planner "${PROJECT_SOURCE_DIR}/examples/planner")
 file(GLOB model CONFIGURE_DEPENDS "${planner}/model/*.cpp")
-target_sources(${test} PRIVATE ${model})
-target_include_directories(${test} PRIVATE "${planner}/model")
+target_sources(${test} PRIVATE ${model} "${planner}/BackgroundWork.cpp")
+target_include_directories(${test} PRIVATE "${planner}" "${planner}/model")
 target_compile_definitions(${test} PRIVATE PLANNER_TEAM="${planner}/team.ics")
 
 # And the whole of it, as its script works it: what that expects and does not find ends it with a failure.
