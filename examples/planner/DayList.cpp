@@ -1,0 +1,65 @@
+#include "DayList.h"
+
+#include <algorithm>
+
+namespace planner {
+namespace {
+constexpr int timeWidth = 110, categoryWidth = 110;
+
+std::wstring timesOf(const Occurrence& occurrence, Day day)
+{
+    if (occurrence.event().allDay)
+        return L"all day";
+    const bool begins = dayOf(occurrence.start) == day, ends = occurrence.end <= midnightOf(day + 1);
+    const std::wstring start = timeText(timeOfDay(occurrence.start)), end = timeText(timeOfDay(occurrence.end));
+    if (begins && ends)
+        return occurrence.start == occurrence.end ? start : start + L" \x2013 " + end;
+    return begins ? L"from " + start : ends ? L"until " + end : L"all day";
+}
+} // namespace
+
+void DayList::create(HWND parent, HINSTANCE program)
+{
+    ListView::create(parent, tarn::Rect(), WS_VISIBLE | WS_TABSTOP | LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS,
+                     program);
+    setExtendedStyle(0, WS_EX_CLIENTEDGE);
+    setExtendedListViewStyle(LVS_EX_FULLROWSELECT);
+    insertColumn(0, L"Time", timeWidth);
+    insertColumn(1, L"Subject", 200);
+    insertColumn(2, L"Place", 150);
+    insertColumn(3, L"Category", categoryWidth);
+}
+
+void DayList::show(std::vector<Occurrence> occurrences, Day day)
+{
+    occurrences_ = std::move(occurrences);
+    sendMessageW(WM_SETREDRAW, FALSE);
+    deleteAllItems();
+    for (const Occurrence& occurrence : occurrences_) {
+        const Event& event = occurrence.event();
+        const auto item = static_cast<unsigned>(insertItem(timesOf(occurrence, day).c_str()));
+        setItemText(item, event.subject.c_str(), 1);
+        setItemText(item, event.place.c_str(), 2);
+        setItemText(item, event.category.c_str(), 3);
+    }
+    sendMessageW(WM_SETREDRAW, TRUE);
+    if (!occurrences_.empty()) {
+        LVITEMW first{};
+        first.stateMask = first.state = LVIS_SELECTED | LVIS_FOCUSED;
+        sendMessageW(LVM_SETITEMSTATE, 0, reinterpret_cast<LPARAM>(&first));
+    }
+}
+
+void DayList::layOut() const
+{
+    const int room = std::max(static_cast<int>(getClientSize().cx) - timeWidth - categoryWidth, 100);
+    sendMessageW(LVM_SETCOLUMNWIDTH, 1, MAKELPARAM(room * 3 / 5, 0));
+    sendMessageW(LVM_SETCOLUMNWIDTH, 2, MAKELPARAM(room - room * 3 / 5, 0));
+}
+
+const Occurrence* DayList::selected() const
+{
+    const int item = getNextSelectedItem(-1);
+    return item < 0 ? nullptr : &occurrences_[static_cast<std::size_t>(item)];
+}
+} // namespace planner

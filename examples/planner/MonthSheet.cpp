@@ -1,0 +1,116 @@
+#include "MonthSheet.h"
+
+#include <tarn/Bitmap.h>
+#include <tarn/PaintDeviceContext.h>
+
+using tarn::Point;
+using tarn::Rect;
+
+namespace planner {
+// Here, and not by the base class, because the window class goes before that.
+MonthSheet::~MonthSheet()
+{
+    try {
+        destroy();
+    } catch (...) { // The window class will not go either, and says so.
+    }
+}
+
+void MonthSheet::create(HWND parent, HINSTANCE program)
+{
+    windowClass_.create(CS_DBLCLKS | CS_HREDRAW | CS_VREDRAW, 0, nullptr, static_cast<HBRUSH>(nullptr),
+                        LoadCursorW(nullptr, IDC_ARROW), program);
+    Window::create(windowClass_, L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP, Rect(), parent, nullptr, program);
+}
+
+void MonthSheet::show(MonthContent content)
+{
+    content_ = std::move(content);
+    invalidate(false);
+}
+
+LRESULT MonthSheet::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
+{
+    if (msg == WM_ERASEBKGND) // Painting covers everything, and erasing before would flicker.
+        return TRUE;
+    if (msg == WM_SETFOCUS || msg == WM_KILLFOCUS)
+        invalidate(false);
+    return Window::onMessage(msg, wParam, lParam);
+}
+
+// Everything is drawn into a bitmap first and appears in one step.
+void MonthSheet::onPaint()
+{
+    const tarn::PaintDeviceContext window(*this);
+    const tarn::Size size = getClientSize();
+    if (size.cx == 0 || size.cy == 0 || content_.weeks() == 0)
+        return;
+    const tarn::Bitmap picture(window, size.cx, size.cy);
+    tarn::DeviceContext memory(window);
+    const tarn::Bitmap previous = memory.select(picture);
+    MonthPainter(memory, fonts_, layout(), content_, GetFocus() == getWindowHandle()).paint(size);
+    window.blit(memory, 0, 0, size.cx, size.cy, 0, 0, SRCCOPY);
+    memory.select(previous);
+}
+
+void MonthSheet::onLeftButtonDown(unsigned short, const Point& position)
+{
+    setFocus();
+    if (layout().previousButton().contains(position))
+        selectInOtherMonth(-1);
+    else if (layout().nextButton().contains(position))
+        selectInOtherMonth(1);
+    else if (const auto day = layout().dayAt(position))
+        onSelect(*day);
+}
+
+void MonthSheet::onLeftButtonDoubleClick(unsigned short keys, const Point& position)
+{
+    if (layout().dayAt(position))
+        onOpen();
+    else
+        onLeftButtonDown(keys, position); // A fast second click on a button.
+}
+
+void MonthSheet::onMouseWheel(unsigned short, short delta, const Point&)
+{
+    wheel_ += delta;
+    const int notches = wheel_ / WHEEL_DELTA;
+    wheel_ -= notches * WHEEL_DELTA;
+    if (notches != 0)
+        selectInOtherMonth(-notches);
+}
+
+void MonthSheet::onKeyDown(UINT key, unsigned short, unsigned char, bool, bool)
+{
+    const int months = GetKeyState(VK_CONTROL) < 0 ? 12 : 1;
+    const Reckoning& reckoning = content_.reckoning;
+    switch (key) {
+    case VK_LEFT:
+        return onSelect(content_.selected - 1);
+    case VK_RIGHT:
+        return onSelect(content_.selected + 1);
+    case VK_UP:
+        return onSelect(content_.selected - 7);
+    case VK_DOWN:
+        return onSelect(content_.selected + 7);
+    case VK_HOME:
+        return onSelect(reckoning.firstOfMonth(content_.year, content_.month));
+    case VK_END:
+        return onSelect(reckoning.lastOfMonth(content_.year, content_.month));
+    case VK_PRIOR:
+        return selectInOtherMonth(-months);
+    case VK_NEXT:
+        return selectInOtherMonth(months);
+    case VK_RETURN:
+        return onOpen();
+    default:
+        defaultWindowProc();
+    }
+}
+
+void MonthSheet::selectInOtherMonth(int months) const
+{
+    onSelect(content_.reckoning.addMonths(content_.selected, months));
+}
+} // namespace planner

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "MonthPainter.h"
+
+#include <tarn/Window.h>
+#include <tarn/WindowClass.h>
+
+#include <functional>
+
+namespace planner {
+/// A month on paper: the keys, the wheel and the mouse select a day of it or turn to another month.
+class MonthSheet : public tarn::Window {
+public:
+    ~MonthSheet() override;
+
+    void create(HWND parent, HINSTANCE program);
+    void show(MonthContent content);
+
+    LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
+    void onPaint() override;
+    void onLeftButtonDown(unsigned short keys, const tarn::Point& position) override;
+    void onLeftButtonDoubleClick(unsigned short keys, const tarn::Point& position) override;
+    void onMouseWheel(unsigned short keys, short delta, const tarn::Point& position) override;
+    void onKeyDown(UINT key, unsigned short repeat, unsigned char scanCode, bool extended, bool wasDown) override;
+
+    std::function<void(Day)> onSelect; ///< The user chose another day.
+    std::function<void()> onOpen;      ///< The user wants to write into the selected day.
+
+private:
+    SheetLayout layout() const { return SheetLayout(getClientSize(), content_); }
+    void selectInOtherMonth(int months) const;
+
+    tarn::WindowClass windowClass_;
+    SheetFonts fonts_;
+    MonthContent content_;
+    int wheel_ = 0; // What the wheel has turned short of a notch.
+};
+} // namespace planner

@@ -1,0 +1,145 @@
+#include "DocumentFile.h"
+#include "Ids.h"
+#include "PlannerWindow.h"
+#include "ProgressDialog.h"
+#include "SafeFile.h"
+#include "Text.h"
+
+#include <tarn/FileDialog.h>
+#include <tarn/Menu.h>
+#include <tarn/WindowsFile.h>
+
+#include <commdlg.h>
+
+// Documents and calendars in files.
+
+namespace planner {
+namespace {
+std::wstring nameOf(const std::wstring& file) { return tarn::BasicString<wchar_t>(file).getPathElement(-1); }
+
+std::wstring appointments(std::size_t count)
+{
+    return std::to_wstring(count) + (count == 1 ? L" appointment" : L" appointments");
+}
+} // namespace
+
+const wchar_t* const PlannerWindow::documentFilter = L"Planner documents (*.planner)\0*.planner\0All files\0*.*\0";
+const wchar_t* const PlannerWindow::calendarFilter = L"iCalendar files (*.ics)\0*.ics\0All files\0*.*\0";
+
+std::wstring PlannerWindow::askForFile(bool save, const wchar_t* title, const wchar_t* filter, const wchar_t* extension)
+{
+    tarn::FileDialog dialog(this, save,
+                            OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_PATHMUSTEXIST |
+                                (save ? OFN_OVERWRITEPROMPT : OFN_FILEMUSTEXIST));
+    dialog.setTitle(title);
+    dialog.setFilter(filter);
+    if (!dialog.showModal())
+        return L"";
+    const std::wstring path = dialog.getPathW();
+    if (!save || !dialog.getExtensionW().empty())
+        return path;
+    // The dialog has not asked about the file with the extension.
+    const std::wstring extended = path + L"." + extension;
+    const bool exists = GetFileAttributesW(extended.c_str()) != INVALID_FILE_ATTRIBUTES;
+    const std::wstring question = L"\"" + nameOf(extended) + L"\" exists. Is it to be replaced?";
+    return !exists || Messages::confirm(*this, question) ? extended : std::wstring();
+}
+
+void PlannerWindow::setFile(const std::wstring& file)
+{
+    file_ = file;
+    if (!file.empty())
+        settings_.recentFile = file;
+    const tarn::BasicString<wchar_t> recent = nameOf(settings_.recentFile);
+    const tarn::Menu menu = getMenu().getSubMenu(0);
+    const unsigned position = menu.getItemCount() - 3; // Before the separator and Exit.
+    menu.remove(position, true);
+    menu.insert(recent.empty() ? L"Recent file" : (L"&Recent: " + recent.replaceAll(L"&", L"&&")).c_str(), position,
+                MF_BYPOSITION | (recent.empty() ? MF_GRAYED : 0u), ID_RECENT);
+}
+
+bool PlannerWindow::mayDiscard()
+{
+    if (!document_->isModified())
+        return true;
+    const std::wstring name = file_.empty() ? L"The new document" : L"\"" + nameOf(file_) + L"\"";
+    const int answer = Messages::ask(*this, name + L" has changes that are not saved.", L"&Save", L"Do&n't save");
+    return answer == IDNO || (answer == IDYES && save());
+}
+
+void PlannerWindow::makeNew()
+{
+    if (!mayDiscard())
+        return;
+    document_ = DocumentPtr(new Document);
+    setFile(L"");
+    refresh();
+}
+
+void PlannerWindow::open(const std::wstring& file)
+{
+    if (!mayDiscard())
+        return;
+    const std::wstring path = tarn::WindowsFile::getFullPath(file.c_str());
+    document_ = loadDocument(path); // When it throws, the open document stays.
+    setFile(path);
+    refresh();
+}
+
+bool PlannerWindow::save()
+{
+    if (file_.empty())
+        return saveAs();
+    save(std::wstring(file_));
+    return true;
+}
+
+bool PlannerWindow::saveAs()
+{
+    const std::wstring file = askForFile(true, L"Save as", documentFilter, L"planner");
+    if (file.empty())
+        return false;
+    save(file);
+    return true;
+}
+
+void PlannerWindow::save(const std::wstring& file)
+{
+    const std::wstring path = tarn::WindowsFile::getFullPath(file.c_str());
+    saveDocument(*document_, path);
+    document_->setModified(false);
+    setFile(path);
+    refresh();
+}
+
+void PlannerWindow::importFile(const std::wstring& file)
+{
+    ImportedCalendar calendar;
+    const Zone zone(settings_.zone);
+    ProgressDialog dialog(*this, L"Importing " + nameOf(file), [&](const Progress& progress) {
+        calendar = readICalendar(readWholeFile(file), zone, progress);
+    });
+    if (!dialog.run())
+        return showStatus(L"The import was cancelled; nothing has changed.");
+    std::size_t replaced = 0;
+    for (const Event& event : calendar.events)
+        replaced += document_->put(event);
+    refresh();
+    std::wstring text = L"Imported " + appointments(calendar.events.size());
+    if (replaced != 0)
+        text += L", of which " + std::to_wstring(replaced) + L" replaced older ones";
+    messages_.tell(*this, text + L".\n" + calendar.remarks());
+}
+
+void PlannerWindow::exportFile(const std::wstring& file)
+{
+    const std::vector<Event> events = document_->events();
+    const Zone zone(settings_.zone);
+    ProgressDialog dialog(*this, L"Exporting to " + nameOf(file),
+                          [&](const Progress& progress) { replaceFile(file, writeICalendar(events, zone, progress)); });
+    if (dialog.run())
+        messages_.tell(*this, L"Exported " + appointments(events.size()) + L".\n");
+    else
+        showStatus(L"The export was cancelled.");
+}
+} // namespace planner

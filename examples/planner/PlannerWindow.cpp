@@ -1,0 +1,199 @@
+#include "PlannerWindow.h"
+
+#include "Ids.h"
+
+#include <algorithm>
+
+using tarn::Rect;
+
+namespace planner {
+namespace {
+constexpr int treeWidth = 170, gap = 6, greatestListHeight = 150, dayTitleHeight = 24;
+constexpr tarn::Size usualSize{1040, 760}, smallestSize{640, 520};
+} // namespace
+
+PlannerWindow::PlannerWindow(HINSTANCE program, const Messages& messages)
+    : program_(program), messages_(messages), settings_(Settings::load(HKEY_CURRENT_USER, Settings::registryKey)),
+      document_(new Document), selected_(today(Zone(settings_.zone))),
+      windowClass_(0, ID_PROGRAM, LoadIconW(program, MAKEINTRESOURCEW(ID_PROGRAM)), COLOR_BTNFACE,
+                   LoadCursorW(nullptr, IDC_ARROW), program),
+      font_(makeFont(-13, FW_NORMAL)), titleFont_(makeFont(-14, FW_BOLD)),
+      accelerators_(LoadAcceleratorsW(program, MAKEINTRESOURCEW(ID_PROGRAM)))
+{
+    create(windowClass_, L"Planner", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, Rect(tarn::Point(40, 30), usualSize),
+           nullptr, nullptr, program);
+    addChildren();
+    layOut(getClientSize());
+    setFile(L"");
+    refresh();
+    startTimer(1, 60000);
+}
+
+// Before the members, whose pictures and class are in use until then.
+PlannerWindow::~PlannerWindow()
+{
+    try {
+        destroy();
+    } catch (...) { // The window class will not go either, and says so.
+    }
+}
+
+HWND PlannerWindow::addChild(const wchar_t* className, unsigned long style, int id)
+{
+    const HWND child = CreateWindowExW(style & WS_BORDER ? WS_EX_CLIENTEDGE : 0u, className, L"",
+                                       WS_CHILD | WS_VISIBLE | (style & ~WS_BORDER), 0, 0, 0, 0, *this,
+                                       reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), program_, nullptr);
+    if (!child)
+        throw tarn::WindowsError("Can't create window");
+    SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(font_.getHandle()), TRUE);
+    return child;
+}
+
+void PlannerWindow::addChildren()
+{
+    addChild(WC_TREEVIEWW, WS_BORDER | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_SHOWSELALWAYS,
+             ID_TREE);
+    tree_.attach(*this, ID_TREE);
+    tree_.onSelect = [this](int year, int month) { goTo(settings_.reckoning.firstOfMonth(year, month)); };
+    sheet_.create(*this, program_);
+    sheet_.onSelect = [this](Day day) { goTo(day); };
+    sheet_.onOpen = [this] { add(); };
+    addChild(L"STATIC", SS_NOPREFIX | SS_CENTERIMAGE, ID_DAY_TITLE);
+    dayTitle_.attach(*this, ID_DAY_TITLE);
+    dayTitle_.sendMessageW(WM_SETFONT, reinterpret_cast<WPARAM>(titleFont_.getHandle()), TRUE);
+    list_.create(*this, program_);
+    list_.sendMessageW(WM_SETFONT, reinterpret_cast<WPARAM>(font_.getHandle()), TRUE);
+    addChild(STATUSCLASSNAMEW, SBARS_SIZEGRIP, ID_STATUS);
+    status_.attach(*this, ID_STATUS);
+    lastFocus_ = sheet_;
+}
+
+void PlannerWindow::showAsLeft()
+{
+    if (settings_.placement && settings_.placement->showCmd != SW_SHOWMINIMIZED)
+        SetWindowPlacement(*this, &*settings_.placement);
+    else
+        show(SW_SHOW);
+}
+
+bool PlannerWindow::handleKey(const MSG& msg) const
+{
+    if (TranslateAcceleratorW(*this, accelerators_, const_cast<MSG*>(&msg)))
+        return true;
+    if (msg.message != WM_KEYDOWN || msg.wParam != VK_TAB)
+        return false;
+    SetFocus(GetNextDlgTabItem(*this, GetFocus(), GetKeyState(VK_SHIFT) < 0));
+    return true;
+}
+
+LRESULT PlannerWindow::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
+{
+    switch (msg) {
+    case WM_CLOSE:
+        postMessageW(WM_COMMAND, ID_EXIT);
+        return 0;
+    case WM_QUERYENDSESSION: {
+        bool mayEnd = false;
+        performGuarded([&] { mayEnd = mayDiscard(); });
+        return mayEnd;
+    }
+    case WM_ACTIVATE:
+        if (LOWORD(wParam) == WA_INACTIVE && IsChild(*this, GetFocus()))
+            lastFocus_ = GetFocus();
+        break;
+    case WM_SETFOCUS:
+        SetFocus(lastFocus_);
+        return 0;
+    case WM_MOUSEWHEEL: // Comes up from the controls that do not use it.
+        sheet_.sendMessageW(msg, wParam, lParam);
+        return 0;
+    case WM_GETMINMAXINFO:
+        reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = POINT{smallestSize.cx, smallestSize.cy};
+        return 0;
+    default:
+        break;
+    }
+    return Window::onMessage(msg, wParam, lParam);
+}
+
+// The list's own commands go the way of the menu's, when the list is done with the message.
+LRESULT PlannerWindow::onNotify(const NMHDR& header)
+{
+    if (header.hwndFrom == list_.getWindowHandle() && (header.code == NM_DBLCLK || header.code == NM_RETURN))
+        postMessageW(WM_COMMAND, list_.selected() ? ID_CHANGE : ID_ADD);
+    return Window::onNotify(header);
+}
+
+void PlannerWindow::onSize(UINT type, const tarn::Size& clientSize)
+{
+    if (type != SIZE_MINIMIZED && list_.isOpen())
+        layOut(clientSize);
+}
+
+void PlannerWindow::layOut(const tarn::Size& size)
+{
+    status_.sendMessageW(WM_SIZE);
+    const long bottom = size.cy - status_.getWindowSize().cy - gap;
+    const long listTop = bottom - std::min<long>(greatestListHeight, size.cy / 4), titleTop = listTop - dayTitleHeight,
+               left = treeWidth + 2 * gap;
+    tree_.move(Rect(gap, gap, treeWidth + gap, bottom), true);
+    sheet_.move(Rect(left, gap, size.cx - gap, titleTop - gap), true);
+    dayTitle_.move(Rect(left, titleTop, size.cx - gap, listTop), true);
+    list_.move(Rect(left, listTop, size.cx - gap, bottom), true);
+    list_.layOut();
+}
+
+// Whether midnight has passed.
+void PlannerWindow::onTimer(UINT_PTR)
+{
+    if (today(Zone(settings_.zone)) != today_)
+        refresh();
+}
+
+void PlannerWindow::goTo(Day day)
+{
+    const Reckoning& reckoning = settings_.reckoning;
+    selected_ = std::clamp(day, reckoning.firstOfMonth(firstYear, 0), reckoning.lastOfMonth(lastYear, 11));
+    refresh();
+}
+
+void PlannerWindow::refresh()
+{
+    const Zone zone(settings_.zone);
+    today_ = today(zone);
+    const Date date = settings_.reckoning.dateOf(selected_);
+    sheet_.show(MonthContent::of(*document_, settings_.reckoning, zone, selected_));
+    tree_.show(date.year, date.month);
+    showDay(zone);
+    showTitle();
+}
+
+void PlannerWindow::showDay(const Zone& zone)
+{
+    const Reckoning& reckoning = settings_.reckoning;
+    list_.show(document_->occurrences(selected_, selected_, zone), selected_);
+    dayTitle_.setText((weekdayName(reckoning.weekdayOf(selected_)) + (L", " + dateText(reckoning.dateOf(selected_))) +
+                       L", week " + std::to_wstring(reckoning.weekOf(selected_)))
+                          .c_str());
+    const std::size_t count = document_->appointments().size();
+    showStatus(std::to_wstring(count) + (count == 1 ? L" appointment" : L" appointments") + L" in " +
+               (file_.empty() ? L"a new document" : file_));
+}
+
+void PlannerWindow::showTitle()
+{
+    const tarn::BasicString<wchar_t> name =
+        file_.empty() ? L"Untitled" : tarn::BasicString<wchar_t>(file_).getPathElement(-1);
+    setText((name + (document_->isModified() ? L"* - Planner" : L" - Planner")).c_str());
+}
+
+void PlannerWindow::onDestroy()
+{
+    WINDOWPLACEMENT placement{};
+    placement.length = sizeof placement;
+    if (GetWindowPlacement(*this, &placement))
+        settings_.placement = placement;
+    performGuarded([this] { settings_.save(HKEY_CURRENT_USER, Settings::registryKey); });
+    PostQuitMessage(0);
+}
+} // namespace planner

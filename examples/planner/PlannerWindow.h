@@ -1,0 +1,86 @@
+#pragma once
+
+#include "DayList.h"
+#include "Messages.h"
+#include "MonthSheet.h"
+#include "MonthTree.h"
+#include "Settings.h"
+
+#include <functional>
+#include <string>
+
+namespace planner {
+/// The program's window: the tree of months, the sheet of one of them and the list of a day's appointments.
+class PlannerWindow : public tarn::Window {
+public:
+    PlannerWindow(HINSTANCE program, const Messages& messages);
+    ~PlannerWindow() override;
+
+    /// As the user left it.
+    void showAsLeft();
+    /// The keys that the system's loop does not know: true when the message was one.
+    bool handleKey(const MSG& msg) const;
+
+    void goTo(Day day);
+    const Settings& settings() const { return settings_; }
+    const DayList& list() const { return list_; }
+    const MonthSheet& sheet() const { return sheet_; }
+
+    // What the commands do once the file is known.
+    void open(const std::wstring& file); ///< Asks about unsaved changes first.
+    void save(const std::wstring& file);
+    void importFile(const std::wstring& file);
+    void exportFile(const std::wstring& file);
+
+    using tarn::Window::onNotification;
+    LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
+    void onCommand(Window* sender, unsigned short code, unsigned short id) override;
+    LRESULT onNotify(const NMHDR& header) override;
+    void onSize(UINT type, const tarn::Size& clientSize) override;
+    void onTimer(UINT_PTR id) override;
+    void onDestroy() override;
+
+private:
+    HWND addChild(const wchar_t* className, unsigned long style, int id);
+    void addChildren();
+    void layOut(const tarn::Size& size);
+
+    void refresh();
+    void showDay(const Zone& zone);
+    void showTitle();
+    void showStatus(const std::wstring& text) const { status_.setText(text.c_str()); }
+
+    void perform(unsigned short id);
+    void performGuarded(const std::function<void()>& action);
+    void add();
+    void change();
+    void edit(Event event);
+    void remove();
+    void askForMonth();
+    void setOptions();
+
+    static const wchar_t *const documentFilter, *const calendarFilter;
+    void makeNew();
+    bool save(); ///< False when the user cancelled, as the next ones.
+    bool saveAs();
+    bool mayDiscard();
+    void setFile(const std::wstring& file);
+    std::wstring askForFile(bool save, const wchar_t* title, const wchar_t* filter, const wchar_t* extension);
+
+    HINSTANCE program_;
+    const Messages& messages_;
+    Settings settings_;
+    DocumentPtr document_;
+    std::wstring file_; // Empty for a document without one.
+    Day selected_, today_ = 0;
+
+    tarn::WindowClass windowClass_;
+    tarn::Font font_, titleFont_;
+    HACCEL accelerators_;
+    MonthTree tree_;
+    MonthSheet sheet_;
+    DayList list_;
+    tarn::Window dayTitle_, status_;
+    HWND lastFocus_ = nullptr;
+};
+} // namespace planner

@@ -1,0 +1,112 @@
+#include "Document.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace planner {
+static const tarn::SerializableImpl<Document> documentRegistration;
+
+namespace {
+template <class T> void writeAll(tarn::OutputStream& out, const std::vector<tarn::ref_ptr<T>>& items)
+{
+    out << static_cast<int>(items.size());
+    for (const auto& item : items)
+        out << item;
+}
+
+template <class T> void readAll(tarn::InputStream& in, std::vector<tarn::ref_ptr<T>>& items)
+{
+    items.clear();
+    // The number may be damaged: room is made only for what is there.
+    for (int left = in.readInt32(); left > 0; --left) {
+        tarn::ref_ptr<T> item;
+        in >> item;
+        items.push_back(item);
+    }
+}
+
+void collect(const AppointmentPtr& appointment, Day first, Day last, const Zone& zone, std::vector<Occurrence>& found)
+{
+    const Event& event = appointment->event();
+    const bool floats = event.allDay || event.zone == Zone::system;
+    const Zone own(floats ? Zone::system : event.zone);
+    const auto shown = [&](Local local) { return floats ? local : zone.toLocal(own.toTime(local)); };
+    // Clocks are at most a day apart, and it may have begun long before.
+    const Local from = midnightOf(first - 1) - (event.end - event.start), to = midnightOf(last + 2);
+    for (const Local start : event.starts(from, to)) {
+        const Occurrence occurrence{appointment, shown(start), shown(start + (event.end - event.start)), start};
+        if (occurrence.start < midnightOf(last + 1) &&
+            (occurrence.touches(first) || occurrence.start >= midnightOf(first)))
+            found.push_back(occurrence);
+    }
+}
+} // namespace
+
+bool Occurrence::touches(Day day) const
+{
+    const bool beginsThere = dayOf(start) == day;
+    return beginsThere || (start < midnightOf(day) && end > midnightOf(day));
+}
+
+void Document::serialize(tarn::OutputStream& out) const
+{
+    writeAll(out, categories_);
+    writeAll(out, appointments_);
+}
+
+void Document::deserialize(tarn::InputStream& in)
+{
+    readAll(in, categories_);
+    readAll(in, appointments_);
+}
+
+std::vector<Event> Document::events() const
+{
+    std::vector<Event> events;
+    for (const AppointmentPtr& appointment : appointments_)
+        events.push_back(appointment->event());
+    return events;
+}
+
+bool Document::put(const Event& event)
+{
+    event.validate();
+    const AppointmentPtr appointment(new Appointment(event, categoryNamed(event.category)));
+    const auto same = std::ranges::find_if(appointments_, [&](const auto& a) { return a->event().uid == event.uid; });
+    const bool isNew = same == appointments_.end();
+    if (isNew)
+        appointments_.push_back(appointment);
+    else
+        *same = appointment;
+    isModified_ = true;
+    return !isNew;
+}
+
+void Document::remove(const AppointmentPtr& appointment)
+{
+    std::erase(appointments_, appointment);
+    isModified_ = true;
+}
+
+std::vector<Occurrence> Document::occurrences(Day first, Day last, const Zone& zone) const
+{
+    std::vector<Occurrence> found;
+    for (const AppointmentPtr& appointment : appointments_)
+        collect(appointment, first, last, zone, found);
+    std::ranges::stable_sort(found, {}, [](const Occurrence& occurrence) {
+        return std::tuple(dayOf(occurrence.start), !occurrence.event().allDay, occurrence.start);
+    });
+    return found;
+}
+
+CategoryPtr Document::categoryNamed(const std::wstring& name)
+{
+    if (name.empty())
+        return nullptr;
+    const auto found = std::ranges::find_if(categories_, [&](const auto& c) { return c->name() == name; });
+    if (found != categories_.end())
+        return *found;
+    categories_.push_back(CategoryPtr(new Category(name, static_cast<int>(categories_.size()))));
+    return categories_.back();
+}
+} // namespace planner

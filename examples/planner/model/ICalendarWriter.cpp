@@ -1,0 +1,130 @@
+#include "ICalendar.h"
+
+#include "ICalendarValues.h"
+#include "Text.h"
+
+#include <tarn/BasicString.h>
+
+#include <cstdlib>
+
+namespace planner {
+namespace {
+constexpr int firstYearOfRules = 1970;
+
+std::string offsetText(int minutes)
+{
+    return tarn::BasicString<char>::fromFormat("%c%02d%02d", minutes < 0 ? '-' : '+', std::abs(minutes) / 60,
+                                               std::abs(minutes) % 60);
+}
+
+class CalendarWriter {
+public:
+    explicit CalendarWriter(const Zone& zone) : zone_(zone), stamp_(writeTime(tarn::Time::now(), false) + 'Z') {}
+
+    std::string write(const std::vector<Event>& events, const Progress& progress)
+    {
+        add("BEGIN:VCALENDAR");
+        add("VERSION:2.0");
+        add("PRODID:-//Tarn++//Planner//EN");
+        std::set<std::string> zones;
+        for (const Event& event : events)
+            if (!event.allDay && event.zone != Zone::system && event.zone != "UTC")
+                zones.insert(event.zone);
+        for (const std::string& zone : zones)
+            addZone(Zone(zone));
+        for (std::size_t i = 0; i < events.size(); ++i) {
+            addEvent(events[i]);
+            if (progress)
+                progress(i + 1, events.size());
+        }
+        add("END:VCALENDAR");
+        return std::move(text_);
+    }
+
+private:
+    void add(const std::string& line) { text_ += folded(line); }
+
+    void addText(const char* name, const std::wstring& text)
+    {
+        if (!text.empty())
+            add(std::string(name) + ':' + escaped(text));
+    }
+
+    static std::string timeOf(const char* name, const Event& event, Local local)
+    {
+        std::string line = name;
+        if (event.allDay)
+            return line + ";VALUE=DATE:" + writeTime(local, true);
+        const bool isUTC = event.zone == "UTC";
+        if (!isUTC && event.zone != Zone::system)
+            line += ";TZID=" + event.zone;
+        return line + ':' + writeTime(local, false) + (isUTC ? "Z" : "");
+    }
+
+    void addEvent(const Event& event)
+    {
+        add("BEGIN:VEVENT");
+        addText("UID", event.uid);
+        add("DTSTAMP:" + stamp_);
+        add(timeOf("DTSTART", event, event.start));
+        add(timeOf("DTEND", event, event.end));
+        addText("SUMMARY", event.subject);
+        addText("LOCATION", event.place);
+        addText("DESCRIPTION", event.note);
+        addText("CATEGORIES", event.category);
+        if (event.recurrence)
+            add("RRULE:" + writeRule(event, event.zone == Zone::system ? zone_ : Zone(event.zone)));
+        for (const Local exception : event.exceptions)
+            add(timeOf("EXDATE", event, exception));
+        add("END:VEVENT");
+    }
+
+    void addZone(const Zone& zone)
+    {
+        const int standard = zone.standardMinutes(firstYearOfRules);
+        const DaylightRule* const rule = zone.daylight();
+        add("BEGIN:VTIMEZONE");
+        add("TZID:" + zone.name());
+        addObservance("STANDARD", rule ? standard + 60 : standard, standard,
+                      rule ? sunday(rule->endMonth, rule->endWeek) + (rule->endMinutes + 60) * minuteLength : 0,
+                      rule ? ruleText(rule->endMonth, rule->endWeek) : "");
+        if (rule)
+            addObservance("DAYLIGHT", standard, standard + 60,
+                          sunday(rule->startMonth, rule->startWeek) + rule->startMinutes * minuteLength,
+                          ruleText(rule->startMonth, rule->startWeek));
+        add("END:VTIMEZONE");
+    }
+
+    // Such a rule begins with the first time that it names.
+    static Local sunday(int month, int week)
+    {
+        return midnightOf(*Reckoning().dayOf({firstYearOfRules, month, sundayOf(firstYearOfRules, month, week)}));
+    }
+
+    static std::string ruleText(int month, int week)
+    {
+        return "FREQ=YEARLY;BYMONTH=" + std::to_string(month + 1) + ";BYDAY=" + std::to_string(week) + "SU";
+    }
+
+    void addObservance(const char* kind, int offsetFrom, int offsetTo, Local start, const std::string& rule)
+    {
+        add(std::string("BEGIN:") + kind);
+        add("DTSTART:" + writeTime(start, false));
+        if (!rule.empty())
+            add("RRULE:" + rule);
+        add("TZOFFSETFROM:" + offsetText(offsetFrom));
+        add("TZOFFSETTO:" + offsetText(offsetTo));
+        add(std::string("END:") + kind);
+    }
+
+    const Zone& zone_;
+    std::string stamp_;
+    std::string text_;
+};
+} // namespace
+
+std::string writeICalendar(const std::vector<Event>& events, const Zone& zone, const Progress& progress)
+{
+    return CalendarWriter(zone).write(events, progress);
+}
+} // namespace planner

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Days.h"
+
+#include <tarn/TimeZone.h>
+
+#include <string>
+#include <vector>
+
+namespace planner {
+/// When a zone's clocks change, counted in the zone's standard time.
+struct DaylightRule {
+    int startMonth, startWeek; ///< Which Sunday of the month; -1 is the last one.
+    int endMonth, endWeek;
+    int startMinutes, endMinutes;
+};
+
+/// The day of the month on which such a Sunday falls.
+int sundayOf(int year, int month, int week);
+
+/// A time zone by its name.
+class Zone {
+public:
+    static const char* const system; ///< The name of the running system's zone: empty.
+
+    /// Throws Exception for a name that is not known.
+    explicit Zone(const std::string& name = system);
+
+    static bool isKnown(const std::string& name);
+    static std::vector<std::string> names(); ///< Without the system's.
+
+    const std::string& name() const { return name_; }
+    int standardMinutes(int year) const;
+    const DaylightRule* daylight() const { return daylight_; } ///< Null for a zone without, and for the system's.
+    /// The rules for a year; a TimeZone holds those of one year only.
+    tarn::TimeZone forYear(int year) const;
+
+    tarn::Time toTime(Local local) const;
+    Local toLocal(const tarn::Time& time) const;
+
+private:
+    std::string name_;
+    int standardMinutes_ = 0;
+    const DaylightRule* daylight_ = nullptr;
+};
+
+/// The day that it is now in a zone.
+inline Day today(const Zone& zone) { return dayOf(zone.toLocal(tarn::Time::now())); }
+} // namespace planner

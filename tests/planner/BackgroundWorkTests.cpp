@@ -1,0 +1,29 @@
+#include <catch2/catch.hpp>
+
+#include <Expect.h>
+
+#include "BackgroundWork.h"
+
+using planner::BackgroundWork;
+using planner::Progress;
+
+TEST_CASE("BackgroundWork: it ends by itself, by an error or when it is cancelled", "[planner]")
+{
+    BackgroundWork whole([](const Progress& progress) { progress(1, 1); });
+    whole.start(nullptr);
+    CHECK(whole.finish());
+
+    BackgroundWork failing([](const Progress&) { throw tarn::Exception("No paper"); });
+    failing.start(nullptr);
+    support::expectError<tarn::Exception>([&] { failing.finish(); }, "No paper");
+
+    const auto forEver = [](const Progress& progress) {
+        for (;;)
+            progress(0, 1);
+    };
+    BackgroundWork endless(forEver);
+    endless.start(nullptr);
+    endless.cancel();
+    CHECK_FALSE(endless.finish());
+    BackgroundWork(forEver).start(nullptr); // The destructor cancels and waits.
+}

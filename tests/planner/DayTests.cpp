@@ -1,0 +1,91 @@
+#include <catch2/catch.hpp>
+
+#include <Expect.h>
+#include <ScratchKey.h>
+
+#include "Events.h"
+#include "Holidays.h"
+#include "MonthContent.h"
+#include "Settings.h"
+
+using namespace planner;
+
+TEST_CASE("Reckoning: the cutover decides which days there are", "[planner]")
+{
+    const Reckoning rome;
+    Reckoning britain;
+    britain.cutover = parseCutover(L"1752-09-14");
+    const Day fourth = *rome.dayOf({1582, 9, 4});
+    CHECK(rome.dateOf(fourth + 1) == Date{1582, 9, 15});
+    CHECK_FALSE(rome.dayOf({1582, 9, 10}));
+    CHECK(britain.dateOf(*britain.dayOf({1582, 9, 4}) + 1) == Date{1582, 9, 5});
+    CHECK(britain.dateOf(*britain.dayOf({1752, 8, 2}) + 1) == Date{1752, 8, 14});
+    CHECK(MonthContent::of(Document(), rome, Zone("UTC"), fourth).missingBefore(fourth + 1) == 10);
+    CHECK(rome.addMonths(*rome.dayOf({1582, 8, 10}), 1) == rome.cutover);
+    CHECK(rome.dateOf(rome.addMonths(*rome.dayOf({2026, 0, 31}), 1)) == Date{2026, 1, 28});
+    CHECK(rome.dateOf(rome.addMonths(*rome.dayOf({1, 0, 31}), -1)) == Date{0, 11, 31});
+    CHECK(rome.weekOf(*rome.dayOf({2000, 0, 1})) == 52);
+    CHECK(rome.weekOf(*rome.dayOf({2026, 11, 31})) == 53);
+}
+
+TEST_CASE("Reckoning: what is typed in is read or refused with a reason", "[planner]")
+{
+    const Reckoning rome;
+    CHECK(parseDay(L"2026-2-9", rome) == *rome.dayOf({2026, 1, 9}));
+    CHECK(parseTimeOfDay(L"9:05") == 9 * hourLength + 5 * minuteLength);
+    CHECK(parseTimeOfDay(L"24:00") == dayLength);
+    support::expectError<tarn::Exception>([&] { parseDay(L"1582-10-10", rome); },
+                                          "There is no 1582-10-10 in this calendar.");
+    support::expectError<tarn::Exception>([&] { parseDay(L"4.10.1582", rome); },
+                                          "\"4.10.1582\" is not a date. Write it as 1582-10-04.");
+    for (const wchar_t* text : {L"", L"25:00", L"9:60", L"9:3x", L"-1:00", L"24:01"})
+        CHECK_THROWS_AS(parseTimeOfDay(text), tarn::Exception);
+    for (const wchar_t* text : {L"1582-10-14", L"2000-01-01", L"soon"})
+        CHECK_THROWS_AS(parseCutover(text), tarn::Exception);
+}
+
+TEST_CASE("Holidays: Easter goes by the calendar in use", "[planner]")
+{
+    const Reckoning rome;
+    Reckoning russia;
+    russia.cutover = parseCutover(L"1918-02-14");
+    const auto easter = [](int year, const Reckoning& reckoning) {
+        return reckoning.dateOf(*easterOf(year, reckoning));
+    };
+    CHECK(easter(2026, rome) == Date{2026, 3, 5});
+    CHECK(easter(1818, rome) == Date{1818, 2, 22});
+    CHECK(easter(2038, rome) == Date{2038, 3, 25});
+    CHECK(easter(1582, rome) == Date{1582, 3, 15});
+    CHECK(easter(1916, russia) == Date{1916, 3, 10});
+    CHECK(holidaysOf(2026, rome).at(*rome.dayOf({2026, 4, 25})) == std::wstring(L"Whit Monday"));
+    CHECK(holidaysOf(300, rome).empty());
+}
+
+TEST_CASE("Settings: what is saved is loaded, and nonsense is ignored", "[planner]")
+{
+    const support::ScratchKey key;
+    Settings settings;
+    settings.reckoning = {1, 7, parseCutover(L"1752-09-14")};
+    settings.zone = "Asia/Tokyo";
+    settings.recentFile = L"C:\\\u00C4.planner";
+    settings.placement.emplace().length = sizeof(WINDOWPLACEMENT);
+    settings.placement->rcNormalPosition = RECT{1, 2, 3, 4};
+    settings.save(key, L"Planner");
+    const Settings loaded = Settings::load(key, L"Planner");
+    CHECK(loaded.reckoning == settings.reckoning);
+    CHECK(loaded.zone == settings.zone);
+    CHECK(loaded.recentFile == settings.recentFile);
+    REQUIRE(loaded.placement);
+    CHECK(loaded.placement->rcNormalPosition.bottom == 4);
+
+    key.store(L"Planner", L"FirstDayOfWeek", REG_DWORD, {8, 0, 0, 0});
+    key.storeText(L"Planner", L"MinimalDaysInFirstWeek", L"4");
+    key.storeText(L"Planner", L"Cutover", L"1500-01-01");
+    key.storeText(L"Planner", L"Zone", L"Mars/Olympus");
+    key.store(L"Planner", L"Placement", REG_BINARY, {1, 2, 3});
+    const Settings damaged = Settings::load(key, L"Planner");
+    CHECK(damaged.reckoning == Reckoning());
+    CHECK(damaged.zone == Zone::system);
+    CHECK_FALSE(damaged.placement);
+    CHECK(Settings::load(key, L"Missing").reckoning == Reckoning());
+}

@@ -1,0 +1,131 @@
+#include <catch2/catch.hpp>
+
+#include <Expect.h>
+#include <ScratchFolder.h>
+#include <ScratchKey.h>
+
+#include "DocumentFile.h"
+#include "Events.h"
+#include "SafeFile.h"
+#include "Settings.h"
+#include "Text.h"
+
+#include <tarn/WindowsFile.h>
+
+#include <algorithm>
+#include <iterator>
+
+using namespace planner;
+
+namespace {
+Event eventNamed(const std::wstring& uid)
+{
+    Event event;
+    event.uid = uid;
+    event.subject = L"\u00C4 subject";
+    event.category = L"Shared";
+    event.note = L"two\nlines";
+    event.zone = "Europe/Berlin";
+    event.start = at("2026-03-28T23:30");
+    event.end = at("2026-03-29T01:00");
+    event.recurrence.emplace().frequency = Recurrence::weekly;
+    event.recurrence->until = at("2026-05-01");
+    event.exceptions = {at("2026-04-04T23:30")};
+    return event;
+}
+
+std::size_t filesIn(const std::filesystem::path& folder)
+{
+    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder), {}));
+}
+} // namespace
+
+TEST_CASE("Document: what is saved is loaded, with categories shared as before", "[planner]")
+{
+    const support::ScratchFolder folder;
+    Document document;
+    document.put(eventNamed(L"1"));
+    document.put(eventNamed(L"2"));
+    CHECK(document.put(eventNamed(L"2")));
+    saveDocument(document, folder.file(L"a.planner"));
+    const DocumentPtr loaded = loadDocument(folder.file(L"a.planner"));
+    CHECK(loaded->events() == document.events());
+    CHECK(loaded->appointments().at(0)->category() == loaded->appointments().at(1)->category());
+    CHECK(loaded->categories().size() == 1);
+    CHECK(filesIn(folder.path()) == 1);
+}
+
+TEST_CASE("Document: damage is noticed wherever it is", "[planner]")
+{
+    const support::ScratchFolder folder;
+    Document document;
+    document.put(eventNamed(L"1"));
+    const std::wstring file = folder.file(L"a.planner");
+    saveDocument(document, file);
+    const std::string whole = readWholeFile(file);
+    const auto expectRefused = [&](const std::string& content) {
+        folder.write("a.planner", content);
+        CHECK_THROWS_AS(loadDocument(file), tarn::Exception);
+    };
+    for (std::size_t length = 0; length < whole.size(); ++length)
+        expectRefused(whole.substr(0, length));
+    for (std::size_t i = 0; i < whole.size(); ++i)
+        expectRefused(std::string(whole).replace(i, 1, 1, static_cast<char>(whole[i] ^ 0x10)));
+    expectRefused(whole + "x");
+    const auto changed = [&](std::size_t position, std::string_view bytes) {
+        std::string content = whole;
+        std::ranges::copy(bytes, content.begin() + static_cast<std::ptrdiff_t>(position));
+        return content;
+    };
+    const auto refuses = [&](const std::string& content, const char* reason) {
+        folder.write("a.planner", content);
+        support::expectError<tarn::Exception>([&] { loadDocument(file); }, '"' + narrow(file) + "\" " + reason);
+    };
+    refuses("BEGIN:VCALENDAR", "is not a planner document");
+    refuses(changed(8, "\x02"), "has the version 2, which this program cannot read");
+    refuses(changed(12, "\xFF\xFF\xFF\xFF").substr(0, 30), "is damaged: it has 10 bytes of data instead of 4294967295");
+    refuses(changed(40, "!"), "is damaged: the check-sum is wrong");
+}
+
+TEST_CASE("Document: saving that fails leaves the old file and no other", "[planner]")
+{
+    const support::ScratchFolder folder;
+    const std::wstring file = folder.file(L"a.planner");
+    folder.write("a.planner", "old");
+    const tarn::WindowsFile user(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    const auto error = support::thrownBy<tarn::WindowsError>([&] { saveDocument(Document(), file); });
+    CHECK(std::string(error.getDescription()) == "Can't replace \"" + narrow(file) + '"');
+    CHECK(folder.read("a.planner") == "old");
+    CHECK(filesIn(folder.path()) == 1);
+    CHECK_THROWS_AS(saveDocument(Document(), folder.file(L"missing\\a.planner")), tarn::WindowsError);
+}
+
+TEST_CASE("Document: what takes place on a day goes by the planner's clock", "[planner]")
+{
+    Document document;
+    document.put(eventNamed(L"1"));
+    const auto on = [&](const char* day, const char* zone) {
+        return document.occurrences(dayOf(at(day)), dayOf(at(day)), Zone(zone)).size();
+    };
+    CHECK(on("2026-03-28", "Europe/Berlin") == 1);
+    CHECK(on("2026-03-29", "Europe/Berlin") == 1); // It goes on after midnight.
+    CHECK(on("2026-03-29", "UTC") == 0);           // 22:30 to midnight.
+    CHECK(on("2026-04-12", "Asia/Tokyo") == 1);    // A Saturday's late evening in Berlin.
+    CHECK(on("2026-04-11", "Asia/Tokyo") == 0);
+    CHECK(on("2026-04-04", "Europe/Berlin") == 0); // Left out.
+    CHECK(document.occurrences(dayOf(at("2026-03-01")), dayOf(at("2026-06-01")), Zone("UTC")).size() == 4);
+    Event wrong = eventNamed(L"3");
+    wrong.end = wrong.start - 1;
+    support::expectError<tarn::Exception>([&] { document.put(wrong); }, "It ends before it begins.");
+}
+
+TEST_CASE("Zone: clocks change when the zone's rule says, to the millisecond", "[planner]")
+{
+    const auto local = [](const char* zone, const char* time) { return Zone(zone).toLocal(tarn::parseISOTime(time)); };
+    CHECK(local("Europe/Berlin", "2026-03-29T00:59:59.999Z") == at("2026-03-29T01:59:59.999"));
+    CHECK(local("Europe/Berlin", "2026-03-29T01:00:00.001Z") == at("2026-03-29T03:00:00.001"));
+    CHECK(local("Europe/London", "2026-10-25T01:00:00.001Z") == at("2026-10-25T01:00:00.001"));
+    CHECK(local("America/New_York", "2026-03-08T07:00:00.001Z") == at("2026-03-08T03:00:00.001"));
+    CHECK(local("America/New_York", "2026-11-01T06:00:00.001Z") == at("2026-11-01T01:00:00.001"));
+    CHECK(local("America/New_York", "2026-11-01T05:59:59.999Z") == at("2026-11-01T01:59:59.999"));
+}
