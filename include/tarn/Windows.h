@@ -25,6 +25,11 @@
 
 #include <windows.h>
 
+// What the platform's macros (PropSheet_Changed, TreeView_SelectItem) send with.
+#ifndef SNDMSG
+#define SNDMSG ::SendMessageW
+#endif
+
 #undef far
 #undef near
 #undef min

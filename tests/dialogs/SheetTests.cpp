@@ -10,6 +10,7 @@
 using namespace tarn;
 
 namespace {
+constexpr int ID_APPLY_NOW = 0x3021; // Of the sheet's own template; the platform's headers do not have it.
 const HINSTANCE module = GetModuleHandleW(nullptr);
 
 /// Writes down what it is told, and answers as the test says.
@@ -107,6 +108,21 @@ TEST_CASE("PropertySheet: what a page throws cancels the sheet without asking an
     support::Driver driver([&] { return t.sheet.postMessageW(PSM_SETCURSELID, 0, 12); });
     support::expectError<std::runtime_error>([&] { t.sheet.showModal(); }, t.first.throwing);
     CHECK((!driver.isLate() && !t.sheet.isOpen() && !support::visibleDialog()));
+}
+
+TEST_CASE("PropertySheet: Apply waits until a page says with the platform's macro that it was changed", "[sheet]")
+{
+    Sheet t;
+    support::Driver driver([&] {
+        const HWND apply = GetDlgItem(t.sheet, ID_APPLY_NOW);
+        CHECK(!IsWindowEnabled(apply));
+        PropSheet_Changed(t.sheet.getWindowHandle(), t.first.getWindowHandle());
+        CHECK(IsWindowEnabled(apply));
+        t.sheet.pressButton(PSBTN_CANCEL);
+        return true;
+    });
+    t.sheet.showModal();
+    CHECK(driver.isDone());
 }
 
 TEST_CASE("PropertySheet: a page is added to an open sheet", "[sheet]")
