@@ -106,4 +106,8 @@ TEST_CASE("ThreadLocalSlot: each thread has its own value", "[system][slot]")
     onAnotherThread([&] { CHECK(slot.get() == nullptr); });
     slot.allocate();
     CHECK(slot.get() == nullptr); // A new index begins empty.
+    CHECK_NOTHROW([] {
+        for (int more = 0; more < 1200; ++more) // Than a process has indices.
+            tarn::ThreadLocalSlot().allocate();
+    }());
 }
