@@ -23,7 +23,7 @@ if(EXISTS /usr/share/common-licenses/GPL-3)
 endif()
 install(FILES README.md DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/doc/tarn")
 install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/doc/tarn"
-    FILES_MATCHING PATTERN "*.md" PATTERN "*.svg")
+    FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.png")
 
 set(CPACK_GENERATOR ZIP)
 set(CPACK_PACKAGE_NAME tarn)

@@ -37,11 +37,11 @@ class WindowClass;
 /// An object that dies first: call unsubclass() before a subclassing object dies, otherwise the window goes
 /// on with the system's plain default processing; an attached window goes on as it was.
 ///
-/// A window is used by the thread that created it. Failures throw WindowsError. An exception that leaves a
-/// handler is thrown on by the library call that made the system send the message (dispatchMessage,
-/// sendMessageA, create, update and so on). If the message was sent by a call of the system's own functions
-/// it goes on to the library call outside of that one, and it ends the program when there is none: loops
-/// that call `DispatchMessage` themselves have to catch what their handlers throw.
+/// Keep all windows that have objects on one thread, which alone uses the objects: nothing locks the map of them.
+/// Failures throw WindowsError. An exception that leaves a handler is thrown on by the library call that made the
+/// system send the message (dispatchMessage, sendMessageA, create, update and so on). If it was sent by a call of the
+/// system's own functions the exception goes on to the library call outside of that one, and it ends the program when
+/// there is none: loops that call `DispatchMessage` themselves have to catch what their handlers throw.
 class TARN_API Window : private boost::noncopyable {
 public:
     /// The state of a check box or radio button.
