@@ -58,6 +58,7 @@ void Document::deserialize(tarn::InputStream& in)
 {
     readAll(in, categories_);
     readAll(in, appointments_);
+    buildIndexes();
 }
 
 std::vector<Event> Document::events() const
@@ -72,12 +73,11 @@ bool Document::put(const Event& event)
 {
     event.validate();
     const AppointmentPtr appointment(new Appointment(event, categoryNamed(event.category)));
-    const auto same = std::ranges::find_if(appointments_, [&](const auto& a) { return a->event().uid == event.uid; });
-    const bool isNew = same == appointments_.end();
+    const auto [place, isNew] = byUID_.try_emplace(event.uid, appointments_.size());
     if (isNew)
         appointments_.push_back(appointment);
     else
-        *same = appointment;
+        appointments_[place->second] = appointment;
     isModified_ = true;
     return !isNew;
 }
@@ -85,6 +85,7 @@ bool Document::put(const Event& event)
 void Document::remove(const AppointmentPtr& appointment)
 {
     std::erase(appointments_, appointment);
+    buildIndexes();
     isModified_ = true;
 }
 
@@ -103,10 +104,19 @@ CategoryPtr Document::categoryNamed(const std::wstring& name)
 {
     if (name.empty())
         return nullptr;
-    const auto found = std::ranges::find_if(categories_, [&](const auto& c) { return c->name() == name; });
-    if (found != categories_.end())
-        return *found;
-    categories_.push_back(CategoryPtr(new Category(name, static_cast<int>(categories_.size()))));
-    return categories_.back();
+    const auto [place, isNew] = byName_.try_emplace(name, categories_.size());
+    if (isNew)
+        categories_.push_back(CategoryPtr(new Category(name, static_cast<int>(categories_.size()))));
+    return categories_[place->second];
+}
+
+void Document::buildIndexes()
+{
+    byUID_.clear();
+    byName_.clear();
+    for (std::size_t i = 0; i < appointments_.size(); ++i)
+        byUID_.emplace(appointments_[i]->event().uid, i);
+    for (std::size_t i = 0; i < categories_.size(); ++i)
+        byName_.emplace(categories_[i]->name(), i);
 }
 } // namespace planner
