@@ -17,6 +17,8 @@ const std::set<std::string> administrative = {"DTSTAMP", "CREATED", "LAST-MODIFI
 const std::set<std::string> understood = {"UID",     "SUMMARY", "LOCATION", "DESCRIPTION", "CATEGORIES",
                                           "DTSTART", "DTEND",   "DURATION", "RRULE"};
 
+constexpr std::size_t mostRemarks = 20; // More would not fit on a screen.
+
 /// The lines of one VEVENT, made into an Event when all are there.
 class EventLines {
 public:
@@ -262,16 +264,18 @@ private:
 
 std::wstring ImportedCalendar::remarks() const
 {
-    std::wstring text;
-    for (const auto& [what, count] : notUnderstood) {
-        text += L"Not understood: " + widened(what);
-        if (count != 1)
-            text += L", " + std::to_wstring(count) + L" times";
-        text += L".\n";
-    }
+    std::vector<std::wstring> all;
+    for (const auto& [what, count] : notUnderstood)
+        all.push_back(L"Not understood: " + shortened(fromUTF8(what), 60) +
+                      (count == 1 ? L"" : L", " + std::to_wstring(count) + L" times") + L".\n");
     for (const std::string& zone : unknownZones)
-        text += L"The time zone \"" + fromUTF8(zone) + L"\" is not known: its times are taken as those of your zone.\n";
-    return text;
+        all.push_back(L"The time zone " + fromUTF8(quoted(zone)) +
+                      L" is not known: its times are taken as those of your zone.\n");
+    const std::size_t shown = all.size() <= mostRemarks ? all.size() : mostRemarks - 1;
+    std::wstring text;
+    for (std::size_t i = 0; i < shown; ++i)
+        text += all[i];
+    return shown == all.size() ? text : text + L"And " + std::to_wstring(all.size() - shown) + L" more.\n";
 }
 
 ImportedCalendar readICalendar(std::string_view text, const Zone& zone, const Progress& progress)
