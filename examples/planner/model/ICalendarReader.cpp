@@ -265,9 +265,12 @@ private:
 std::wstring ImportedCalendar::remarks() const
 {
     std::vector<std::wstring> all;
-    for (const auto& [what, count] : notUnderstood)
-        all.push_back(L"Not understood: " + shortened(fromUTF8(what), 60) +
-                      (count == 1 ? L"" : L", " + std::to_wstring(count) + L" times") + L".\n");
+    for (const auto& [what, count] : notUnderstood) {
+        std::wstring remark = L"Not understood: " + shortened(fromUTF8(what), 60);
+        if (count != 1)
+            remark += L", " + std::to_wstring(count) + L" times";
+        all.push_back(remark + L".\n");
+    }
     for (const std::string& zone : unknownZones)
         all.push_back(L"The time zone " + fromUTF8(quoted(zone)) +
                       L" is not known: its times are taken as those of your zone.\n");
@@ -275,7 +278,9 @@ std::wstring ImportedCalendar::remarks() const
     std::wstring text;
     for (std::size_t i = 0; i < shown; ++i)
         text += all[i];
-    return shown == all.size() ? text : text + L"And " + std::to_wstring(all.size() - shown) + L" more.\n";
+    if (shown < all.size())
+        text += L"And " + std::to_wstring(all.size() - shown) + L" more.\n";
+    return text;
 }
 
 ImportedCalendar readICalendar(std::string_view text, const Zone& zone, const Progress& progress)
