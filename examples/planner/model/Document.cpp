@@ -73,11 +73,14 @@ bool Document::put(const Event& event)
 {
     event.validate();
     const AppointmentPtr appointment(new Appointment(event, categoryNamed(event.category)));
-    const auto [place, isNew] = byUID_.try_emplace(event.uid, appointments_.size());
-    if (isNew)
+    const auto same = byUID_.find(event.uid);
+    const bool isNew = same == byUID_.end();
+    if (isNew) {
         appointments_.push_back(appointment);
-    else
-        appointments_[place->second] = appointment;
+        byUID_.emplace(event.uid, appointments_.size() - 1);
+    } else {
+        appointments_[same->second] = appointment;
+    }
     isModified_ = true;
     return !isNew;
 }
@@ -104,10 +107,11 @@ CategoryPtr Document::categoryNamed(const std::wstring& name)
 {
     if (name.empty())
         return nullptr;
-    const auto [place, isNew] = byName_.try_emplace(name, categories_.size());
-    if (isNew)
-        categories_.push_back(CategoryPtr(new Category(name, static_cast<int>(categories_.size()))));
-    return categories_[place->second];
+    if (const auto same = byName_.find(name); same != byName_.end())
+        return categories_[same->second];
+    categories_.push_back(CategoryPtr(new Category(name, static_cast<int>(categories_.size()))));
+    byName_.emplace(name, categories_.size() - 1);
+    return categories_.back();
 }
 
 void Document::buildIndexes()
