@@ -2,6 +2,8 @@
 
 #include "Ids.h"
 
+#include <tarn/Exception.h>
+
 namespace planner {
 GoToDialog::GoToDialog(HWND owner, const Date& date)
     : Dialog(owner, DIALOG_GO_TO, GetModuleHandleW(nullptr)), year_(date.year), month_(date.month)
@@ -20,16 +22,20 @@ bool GoToDialog::onInitDialog(tarn::Window&)
 
 void GoToDialog::onCommand(tarn::Window* sender, unsigned short code, unsigned short id)
 {
-    if (id == IDOK) {
-        BOOL isNumber = FALSE;
-        year_ = static_cast<int>(GetDlgItemInt(*this, ID_YEAR, &isNumber, TRUE));
-        month_ = months_.getCurrentSelection();
-        if (!isNumber || year_ < firstYear || year_ > lastYear) {
-            setText(ID_HINT, L"The year is a number up to 9999.");
-            sendMessageW(WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(*this, ID_YEAR)), TRUE);
-            return;
-        }
+    month_ = months_.getCurrentSelection();
+    if (id != IDOK || readYear())
+        return Dialog::onCommand(sender, code, id);
+    setText(ID_HINT, L"The year is a number up to 9999. 0 is 1 BC.");
+    sendMessageW(WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(*this, ID_YEAR)), TRUE);
+}
+
+bool GoToDialog::readYear()
+{
+    try {
+        year_ = getInt(ID_YEAR);
+    } catch (const tarn::WindowsError&) { // It is no number.
+        return false;
     }
-    Dialog::onCommand(sender, code, id);
+    return year_ >= firstYear && year_ <= lastYear;
 }
 } // namespace planner

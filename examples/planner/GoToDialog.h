@@ -18,6 +18,8 @@ public:
     void onCommand(tarn::Window* sender, unsigned short code, unsigned short id) override;
 
 private:
+    bool readYear(); // False when there is none that can be shown.
+
     int year_, month_;
     tarn::ComboBox months_;
 };

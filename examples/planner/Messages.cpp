@@ -7,6 +7,7 @@
 
 #include <exception>
 #include <iostream>
+#include <new>
 
 namespace planner {
 namespace {
@@ -41,6 +42,8 @@ void Messages::error(HWND owner) const
         throw;
     try {
         throw;
+    } catch (const std::bad_alloc&) {
+        tarn::Window::messageBox(owner, L"There is not enough memory.", caption, MB_OK | MB_ICONERROR);
     } catch (const std::exception& e) {
         tarn::Window::messageBox(owner, widened(e.what()).c_str(), caption, MB_OK | MB_ICONERROR);
     }

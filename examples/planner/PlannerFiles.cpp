@@ -117,7 +117,12 @@ void PlannerWindow::importFile(const std::wstring& file)
     ImportedCalendar calendar;
     const Zone zone(settings_.zone);
     ProgressDialog dialog(*this, L"Importing " + nameOf(file), [&](const Progress& progress) {
-        calendar = readICalendar(readWholeFile(file), zone, progress);
+        const std::string text = readWholeFile(file);
+        try {
+            calendar = readICalendar(text, zone, progress);
+        } catch (const tarn::Exception& e) {
+            throw tarn::Exception('"' + narrow(file) + "\" cannot be imported. " + e.what());
+        }
     });
     if (!dialog.run())
         return showStatus(L"The import was cancelled; nothing has changed.");

@@ -2,6 +2,8 @@
 
 #include "Ids.h"
 
+#include <tarn/MessageLoop.h>
+
 #include <algorithm>
 
 using tarn::Rect;
@@ -70,27 +72,28 @@ void PlannerWindow::addChildren()
 
 void PlannerWindow::showAsLeft()
 {
-    if (settings_.placement && settings_.placement->showCmd != SW_SHOWMINIMIZED)
-        SetWindowPlacement(*this, &*settings_.placement);
-    else
+    WINDOWPLACEMENT placement = settings_.placement.value_or(WINDOWPLACEMENT());
+    if (placement.showCmd != SW_SHOWMAXIMIZED)
+        placement.showCmd = SW_SHOWNORMAL; // Not minimized, and not hidden whatever was stored.
+    if (!settings_.placement || !SetWindowPlacement(*this, &placement))
         show(SW_SHOW);
 }
 
-bool PlannerWindow::handleKey(const MSG& msg) const
+// Of the keys of dialogs only Tab: the arrows and Enter are for the controls.
+bool PlannerWindow::handleKey(MSG& msg) const
 {
-    if (TranslateAcceleratorW(*this, accelerators_, const_cast<MSG*>(&msg)))
-        return true;
-    if (msg.message != WM_KEYDOWN || msg.wParam != VK_TAB)
-        return false;
-    SetFocus(GetNextDlgTabItem(*this, GetFocus(), GetKeyState(VK_SHIFT) < 0));
-    return true;
+    const bool isTab = msg.message == WM_KEYDOWN && msg.wParam == VK_TAB;
+    return tarn::handleAccelerator(*this, accelerators_, msg) || (isTab && tarn::handleDialogMessage(*this, msg));
 }
 
 LRESULT PlannerWindow::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
 {
     switch (msg) {
-    case WM_CLOSE:
-        postMessageW(WM_COMMAND, ID_EXIT);
+    case WM_CLOSE: // What others send while a dialog is open has to wait for its answer.
+        if (IsWindowEnabled(*this))
+            postMessageW(WM_COMMAND, ID_EXIT);
+        else
+            MessageBeep(MB_OK);
         return 0;
     case WM_QUERYENDSESSION: {
         bool mayEnd = false;

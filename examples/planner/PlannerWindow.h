@@ -18,8 +18,8 @@ public:
 
     /// As the user left it.
     void showAsLeft();
-    /// The keys that the system's loop does not know: true when the message was one.
-    bool handleKey(const MSG& msg) const;
+    /// The menu's keys, and Tab to the next control: true when the message was one.
+    bool handleKey(MSG& msg) const;
 
     void goTo(Day day);
     const Settings& settings() const { return settings_; }

@@ -81,8 +81,8 @@ public:
     int getFirstDayOfWeek() const { return firstDayOfWeek_; }
     ///@}
     /// How many days of a week must lie in the year or month for it to be the first: 4 with weeks from
-    /// Monday gives the weeks of ISO 8601. January's days in the last week of the year before may be
-    /// numbered one off (2000-01-01 reads 53 for 52): ask the last day of December instead.
+    /// Monday gives the weeks of ISO 8601. A day of a week that two years share may be numbered one off
+    /// (2000-01-01 reads 53 for 52): ask the day that decides which year has it, by ISO 8601 Thursday.
     ///@{
     void setMinimalDaysInFirstWeek(int days) { minimalDaysInFirstWeek_ = days; }
     int getMinimalDaysInFirstWeek() const { return minimalDaysInFirstWeek_; }

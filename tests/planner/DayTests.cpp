@@ -18,21 +18,26 @@ TEST_CASE("Reckoning: the cutover decides which days there are", "[planner]")
     const Day fourth = *rome.dayOf({1582, 9, 4});
     CHECK(rome.dateOf(fourth + 1) == Date{1582, 9, 15});
     CHECK_FALSE(rome.dayOf({1582, 9, 10}));
-    CHECK(britain.dateOf(*britain.dayOf({1582, 9, 4}) + 1) == Date{1582, 9, 5});
     CHECK(britain.dateOf(*britain.dayOf({1752, 8, 2}) + 1) == Date{1752, 8, 14});
     CHECK(MonthContent::of(Document(), rome, Zone("UTC"), fourth).missingBefore(fourth + 1) == 10);
     CHECK(rome.addMonths(*rome.dayOf({1582, 8, 10}), 1) == rome.cutover);
-    CHECK(rome.dateOf(rome.addMonths(*rome.dayOf({2026, 0, 31}), 1)) == Date{2026, 1, 28});
     CHECK(rome.dateOf(rome.addMonths(*rome.dayOf({1, 0, 31}), -1)) == Date{0, 11, 31});
-    CHECK(rome.weekOf(*rome.dayOf({2000, 0, 1})) == 52);
-    CHECK(rome.weekOf(*rome.dayOf({2026, 11, 31})) == 53);
+}
+
+TEST_CASE("Reckoning: a week that two years share has one number", "[planner]")
+{
+    const Reckoning iso, american{tarn::GregorianCalendar::Sunday, 4};
+    const auto week = [](const Reckoning& reckoning, const Date& date) {
+        return reckoning.weekOf(*reckoning.dayOf(date));
+    };
+    CHECK((week(iso, {1999, 11, 31}) == 52 && week(iso, {2000, 0, 1}) == 52));
+    CHECK((week(iso, {2026, 11, 31}) == 53 && week(iso, {2027, 0, 3}) == 53));
+    CHECK((week(american, {2000, 11, 31}) == 1 && week(american, {2001, 0, 1}) == 1));
 }
 
 TEST_CASE("Reckoning: what is typed in is read or refused with a reason", "[planner]")
 {
     const Reckoning rome;
-    CHECK(parseDay(L"2026-2-9", rome) == *rome.dayOf({2026, 1, 9}));
-    CHECK(parseTimeOfDay(L"9:05") == 9 * hourLength + 5 * minuteLength);
     CHECK(parseTimeOfDay(L"24:00") == dayLength);
     support::expectError<tarn::Exception>([&] { parseDay(L"1582-10-10", rome); },
                                           "There is no 1582-10-10 in this calendar.");
@@ -52,13 +57,9 @@ TEST_CASE("Holidays: Easter goes by the calendar in use", "[planner]")
     const auto easter = [](int year, const Reckoning& reckoning) {
         return reckoning.dateOf(*easterOf(year, reckoning));
     };
-    CHECK(easter(2026, rome) == Date{2026, 3, 5});
-    CHECK(easter(1818, rome) == Date{1818, 2, 22});
-    CHECK(easter(2038, rome) == Date{2038, 3, 25});
+    CHECK(easter(1818, rome) == Date{1818, 2, 22}); // The earliest that there is.
     CHECK(easter(1582, rome) == Date{1582, 3, 15});
     CHECK(easter(1916, russia) == Date{1916, 3, 10});
-    CHECK(holidaysOf(2026, rome).at(*rome.dayOf({2026, 4, 25})) == std::wstring(L"Whit Monday"));
-    CHECK(holidaysOf(300, rome).empty());
 }
 
 TEST_CASE("Settings: what is saved is loaded, and nonsense is ignored", "[planner]")
@@ -68,15 +69,11 @@ TEST_CASE("Settings: what is saved is loaded, and nonsense is ignored", "[planne
     settings.reckoning = {1, 7, parseCutover(L"1752-09-14")};
     settings.zone = "Asia/Tokyo";
     settings.recentFile = L"C:\\\u00C4.planner";
-    settings.placement.emplace().length = sizeof(WINDOWPLACEMENT);
-    settings.placement->rcNormalPosition = RECT{1, 2, 3, 4};
     settings.save(key, L"Planner");
     const Settings loaded = Settings::load(key, L"Planner");
     CHECK(loaded.reckoning == settings.reckoning);
     CHECK(loaded.zone == settings.zone);
     CHECK(loaded.recentFile == settings.recentFile);
-    REQUIRE(loaded.placement);
-    CHECK(loaded.placement->rcNormalPosition.bottom == 4);
 
     key.store(L"Planner", L"FirstDayOfWeek", REG_DWORD, {8, 0, 0, 0});
     key.storeText(L"Planner", L"MinimalDaysInFirstWeek", L"4");
@@ -87,5 +84,4 @@ TEST_CASE("Settings: what is saved is loaded, and nonsense is ignored", "[planne
     CHECK(damaged.reckoning == Reckoning());
     CHECK(damaged.zone == Zone::system);
     CHECK_FALSE(damaged.placement);
-    CHECK(Settings::load(key, L"Missing").reckoning == Reckoning());
 }

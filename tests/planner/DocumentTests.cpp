@@ -2,17 +2,14 @@
 
 #include <Expect.h>
 #include <ScratchFolder.h>
-#include <ScratchKey.h>
 
 #include "DocumentFile.h"
 #include "Events.h"
 #include "SafeFile.h"
-#include "Settings.h"
 #include "Text.h"
 
 #include <tarn/WindowsFile.h>
 
-#include <algorithm>
 #include <iterator>
 
 using namespace planner;
@@ -46,13 +43,24 @@ TEST_CASE("Document: what is saved is loaded, with categories shared as before",
     Document document;
     document.put(eventNamed(L"1"));
     document.put(eventNamed(L"2"));
-    CHECK(document.put(eventNamed(L"2")));
     saveDocument(document, folder.file(L"a.planner"));
     const DocumentPtr loaded = loadDocument(folder.file(L"a.planner"));
     CHECK(loaded->events() == document.events());
     CHECK(loaded->appointments().at(0)->category() == loaded->appointments().at(1)->category());
     CHECK(loaded->categories().size() == 1);
-    CHECK(filesIn(folder.path()) == 1);
+}
+
+TEST_CASE("Document: an appointment is found by its UID when others have gone", "[planner]")
+{
+    Document document;
+    for (const wchar_t* uid : {L"1", L"2", L"3"})
+        CHECK_FALSE(document.put(eventNamed(uid)));
+    document.remove(document.appointments().front());
+    Event changed = eventNamed(L"3");
+    changed.subject = L"Changed";
+    CHECK(document.put(changed));
+    CHECK(document.events() == std::vector{eventNamed(L"2"), changed});
+    CHECK_FALSE(document.put(eventNamed(L"1")));
 }
 
 TEST_CASE("Document: damage is noticed wherever it is", "[planner]")
@@ -72,19 +80,13 @@ TEST_CASE("Document: damage is noticed wherever it is", "[planner]")
     for (std::size_t i = 0; i < whole.size(); ++i)
         expectRefused(std::string(whole).replace(i, 1, 1, static_cast<char>(whole[i] ^ 0x10)));
     expectRefused(whole + "x");
-    const auto changed = [&](std::size_t position, std::string_view bytes) {
-        std::string content = whole;
-        std::ranges::copy(bytes, content.begin() + static_cast<std::ptrdiff_t>(position));
-        return content;
-    };
     const auto refuses = [&](const std::string& content, const char* reason) {
         folder.write("a.planner", content);
         support::expectError<tarn::Exception>([&] { loadDocument(file); }, '"' + narrow(file) + "\" " + reason);
     };
     refuses("BEGIN:VCALENDAR", "is not a planner document");
-    refuses(changed(8, "\x02"), "has the version 2, which this program cannot read");
-    refuses(changed(12, "\xFF\xFF\xFF\xFF").substr(0, 30), "is damaged: it has 10 bytes of data instead of 4294967295");
-    refuses(changed(40, "!"), "is damaged: the check-sum is wrong");
+    refuses(std::string(whole).replace(8, 1, 1, '\x02'), "has the version 2, which this program cannot read");
+    refuses(std::string(whole).replace(40, 1, 1, '!'), "is damaged: the check-sum is wrong");
 }
 
 TEST_CASE("Document: saving that fails leaves the old file and no other", "[planner]")
@@ -92,11 +94,17 @@ TEST_CASE("Document: saving that fails leaves the old file and no other", "[plan
     const support::ScratchFolder folder;
     const std::wstring file = folder.file(L"a.planner");
     folder.write("a.planner", "old");
+    const auto expectKept = [&] {
+        const auto error = support::thrownBy<tarn::WindowsError>([&] { saveDocument(Document(), file); });
+        CHECK(std::string(error.getDescription()) == "Can't replace \"" + narrow(file) + '"');
+        CHECK(folder.read("a.planner") == "old");
+        CHECK(filesIn(folder.path()) == 1);
+    };
+    SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
+    expectKept();
+    SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
     const tarn::WindowsFile user(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    const auto error = support::thrownBy<tarn::WindowsError>([&] { saveDocument(Document(), file); });
-    CHECK(std::string(error.getDescription()) == "Can't replace \"" + narrow(file) + '"');
-    CHECK(folder.read("a.planner") == "old");
-    CHECK(filesIn(folder.path()) == 1);
+    expectKept();
     CHECK_THROWS_AS(saveDocument(Document(), folder.file(L"missing\\a.planner")), tarn::WindowsError);
 }
 
@@ -107,16 +115,11 @@ TEST_CASE("Document: what takes place on a day goes by the planner's clock", "[p
     const auto on = [&](const char* day, const char* zone) {
         return document.occurrences(dayOf(at(day)), dayOf(at(day)), Zone(zone)).size();
     };
-    CHECK(on("2026-03-28", "Europe/Berlin") == 1);
     CHECK(on("2026-03-29", "Europe/Berlin") == 1); // It goes on after midnight.
     CHECK(on("2026-03-29", "UTC") == 0);           // 22:30 to midnight.
     CHECK(on("2026-04-12", "Asia/Tokyo") == 1);    // A Saturday's late evening in Berlin.
     CHECK(on("2026-04-11", "Asia/Tokyo") == 0);
     CHECK(on("2026-04-04", "Europe/Berlin") == 0); // Left out.
-    CHECK(document.occurrences(dayOf(at("2026-03-01")), dayOf(at("2026-06-01")), Zone("UTC")).size() == 4);
-    Event wrong = eventNamed(L"3");
-    wrong.end = wrong.start - 1;
-    support::expectError<tarn::Exception>([&] { document.put(wrong); }, "It ends before it begins.");
 }
 
 TEST_CASE("Zone: clocks change when the zone's rule says, to the millisecond", "[planner]")
@@ -124,8 +127,6 @@ TEST_CASE("Zone: clocks change when the zone's rule says, to the millisecond", "
     const auto local = [](const char* zone, const char* time) { return Zone(zone).toLocal(tarn::parseISOTime(time)); };
     CHECK(local("Europe/Berlin", "2026-03-29T00:59:59.999Z") == at("2026-03-29T01:59:59.999"));
     CHECK(local("Europe/Berlin", "2026-03-29T01:00:00.001Z") == at("2026-03-29T03:00:00.001"));
-    CHECK(local("Europe/London", "2026-10-25T01:00:00.001Z") == at("2026-10-25T01:00:00.001"));
-    CHECK(local("America/New_York", "2026-03-08T07:00:00.001Z") == at("2026-03-08T03:00:00.001"));
     CHECK(local("America/New_York", "2026-11-01T06:00:00.001Z") == at("2026-11-01T01:00:00.001"));
     CHECK(local("America/New_York", "2026-11-01T05:59:59.999Z") == at("2026-11-01T01:59:59.999"));
 }

@@ -11,6 +11,7 @@ namespace planner {
 namespace {
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::size_t longestPiece = 75;
+constexpr std::size_t longestLine = 1u << 24;
 
 bool isNameCharacter(char c)
 {
@@ -99,7 +100,7 @@ const Parameter* ContentLine::find(std::string_view parameter) const
 
 void ContentLine::refuse(const std::string& message) const
 {
-    throw tarn::Exception("Line " + std::to_string(number) + ": " + message);
+    throw tarn::Exception("Line " + std::to_string(number) + ": " + narrow(shortened(fromUTF8(message), 200)));
 }
 
 ContentLineReader::ContentLineReader(std::string_view text) : text_(text)
@@ -124,21 +125,33 @@ bool ContentLineReader::isContinued() const
     return position_ < text_.size() && (text_[position_] == ' ' || text_[position_] == '\t');
 }
 
+std::string ContentLineReader::unfolded(const ContentLine& line)
+{
+    std::string text;
+    for (std::string_view piece = physicalLine();; piece = physicalLine().substr(1)) {
+        if (text.size() + piece.size() > longestLine)
+            line.refuse("the line is too long");
+        text += piece;
+        if (!isContinued())
+            return text;
+    }
+}
+
 bool ContentLineReader::next(ContentLine& line)
 {
     std::string text;
     while (text.empty()) {
         if (position_ == text_.size())
             return false;
-        text = physicalLine();
         line = ContentLine();
-        line.number = number_;
-        while (isContinued())
-            text += physicalLine().substr(1);
+        line.number = number_ + 1;
+        text = unfolded(line);
     }
     LineParser(text, line).parse();
     return true;
 }
+
+std::string quoted(const std::string& text) { return toUTF8(L'"' + shortened(fromUTF8(text), 60) + L'"'); }
 
 std::wstring unescaped(const ContentLine& line)
 {

@@ -19,7 +19,7 @@ struct ContentLine {
     int number = 0;    ///< Of its first piece in the file, from 1.
 
     const Parameter* find(std::string_view parameter) const;
-    /// Throws Exception "Line N: MESSAGE".
+    /// Throws Exception "Line N: MESSAGE". The message may quote the file, and is UTF-8 therefore.
     [[noreturn]] void refuse(const std::string& message) const;
 };
 
@@ -29,7 +29,7 @@ public:
     explicit ContentLineReader(std::string_view text);
 
     /// False at the end; empty lines are passed over. Throws Exception that names the line for one that is
-    /// malformed or no UTF-8.
+    /// malformed, no UTF-8 or longer than 16 MiB.
     bool next(ContentLine& line);
     std::size_t position() const { return position_; } ///< In bytes.
     int lineNumber() const { return number_; }         ///< How many have been read.
@@ -37,11 +37,15 @@ public:
 private:
     std::string_view physicalLine();
     bool isContinued() const;
+    std::string unfolded(const ContentLine& line);
 
     std::string_view text_;
     std::size_t position_ = 0;
     int number_ = 0;
 };
+
+/// For messages: in quotation marks, and shortened where it is long. UTF-8, too.
+std::string quoted(const std::string& text);
 
 /// The value of a text property, and back.
 std::wstring unescaped(const ContentLine& line);

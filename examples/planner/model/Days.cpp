@@ -56,11 +56,12 @@ std::optional<Day> Reckoning::dayOf(const Date& date) const
 
 int Reckoning::weekdayOf(Day day) const { return GregorianCalendar::julianDayToDayOfWeek(day); }
 
-// The week's first day is asked, because it may lie in December where January's number would be one off.
+// Of a week that two years share some days are numbered one off. The day that decides which year has the week
+// (Thursday, by ISO 8601) is right, except that in the era BC a 53rd week may be called the first.
 int Reckoning::weekOf(Day day) const
 {
     GregorianCalendar calendar = this->calendar();
-    calendar.setTime(midnightOf(firstOfWeek(day)));
+    calendar.setTime(midnightOf(firstOfWeek(day) + 7 - minimalDaysInFirstWeek));
     return calendar.get(Calendar::FieldWeekOfYear);
 }
 

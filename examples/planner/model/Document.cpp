@@ -58,6 +58,7 @@ void Document::deserialize(tarn::InputStream& in)
 {
     readAll(in, categories_);
     readAll(in, appointments_);
+    buildIndexes();
 }
 
 std::vector<Event> Document::events() const
@@ -72,12 +73,14 @@ bool Document::put(const Event& event)
 {
     event.validate();
     const AppointmentPtr appointment(new Appointment(event, categoryNamed(event.category)));
-    const auto same = std::ranges::find_if(appointments_, [&](const auto& a) { return a->event().uid == event.uid; });
-    const bool isNew = same == appointments_.end();
-    if (isNew)
+    const auto same = byUID_.find(event.uid);
+    const bool isNew = same == byUID_.end();
+    if (isNew) {
         appointments_.push_back(appointment);
-    else
-        *same = appointment;
+        byUID_.emplace(event.uid, appointments_.size() - 1);
+    } else {
+        appointments_[same->second] = appointment;
+    }
     isModified_ = true;
     return !isNew;
 }
@@ -85,6 +88,7 @@ bool Document::put(const Event& event)
 void Document::remove(const AppointmentPtr& appointment)
 {
     std::erase(appointments_, appointment);
+    buildIndexes();
     isModified_ = true;
 }
 
@@ -103,10 +107,20 @@ CategoryPtr Document::categoryNamed(const std::wstring& name)
 {
     if (name.empty())
         return nullptr;
-    const auto found = std::ranges::find_if(categories_, [&](const auto& c) { return c->name() == name; });
-    if (found != categories_.end())
-        return *found;
+    if (const auto same = byName_.find(name); same != byName_.end())
+        return categories_[same->second];
     categories_.push_back(CategoryPtr(new Category(name, static_cast<int>(categories_.size()))));
+    byName_.emplace(name, categories_.size() - 1);
     return categories_.back();
+}
+
+void Document::buildIndexes()
+{
+    byUID_.clear();
+    byName_.clear();
+    for (std::size_t i = 0; i < appointments_.size(); ++i)
+        byUID_.emplace(appointments_[i]->event().uid, i);
+    for (std::size_t i = 0; i < categories_.size(); ++i)
+        byName_.emplace(categories_[i]->name(), i);
 }
 } // namespace planner

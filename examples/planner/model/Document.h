@@ -3,6 +3,7 @@
 #include "Appointment.h"
 
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace planner {
@@ -38,10 +39,14 @@ public:
     void setModified(bool isModified) { isModified_ = isModified; }
 
 private:
+    using Index = std::unordered_map<std::wstring, std::size_t>;
+
     CategoryPtr categoryNamed(const std::wstring& name);
+    void buildIndexes();
 
     std::vector<AppointmentPtr> appointments_;
     std::vector<CategoryPtr> categories_;
+    Index byUID_, byName_; // Where each stands: a search through all would make an import's time grow as its square.
     bool isModified_ = false;
 };
 using DocumentPtr = tarn::ref_ptr<Document>;

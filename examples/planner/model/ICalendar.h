@@ -22,7 +22,8 @@ struct ImportedCalendar {
     /// Zones whose times were taken as those of the planner's zone.
     std::set<std::string> unknownZones;
 
-    /// What the user has to know besides the number of events; empty when everything was understood.
+    /// What the user has to know besides the number of events, in at most 20 lines; empty when everything was
+    /// understood.
     std::wstring remarks() const;
 };
 

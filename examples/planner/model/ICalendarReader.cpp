@@ -17,6 +17,8 @@ const std::set<std::string> administrative = {"DTSTAMP", "CREATED", "LAST-MODIFI
 const std::set<std::string> understood = {"UID",     "SUMMARY", "LOCATION", "DESCRIPTION", "CATEGORIES",
                                           "DTSTART", "DTEND",   "DURATION", "RRULE"};
 
+constexpr std::size_t mostRemarks = 20; // More would not fit on a screen.
+
 /// The lines of one VEVENT, made into an Event when all are there.
 class EventLines {
 public:
@@ -262,15 +264,22 @@ private:
 
 std::wstring ImportedCalendar::remarks() const
 {
-    std::wstring text;
+    std::vector<std::wstring> all;
     for (const auto& [what, count] : notUnderstood) {
-        text += L"Not understood: " + widened(what);
+        std::wstring remark = L"Not understood: " + shortened(fromUTF8(what), 60);
         if (count != 1)
-            text += L", " + std::to_wstring(count) + L" times";
-        text += L".\n";
+            remark += L", " + std::to_wstring(count) + L" times";
+        all.push_back(remark + L".\n");
     }
     for (const std::string& zone : unknownZones)
-        text += L"The time zone \"" + fromUTF8(zone) + L"\" is not known: its times are taken as those of your zone.\n";
+        all.push_back(L"The time zone " + fromUTF8(quoted(zone)) +
+                      L" is not known: its times are taken as those of your zone.\n");
+    const std::size_t shown = all.size() <= mostRemarks ? all.size() : mostRemarks - 1;
+    std::wstring text;
+    for (std::size_t i = 0; i < shown; ++i)
+        text += all[i];
+    if (shown < all.size())
+        text += L"And " + std::to_wstring(all.size() - shown) + L" more.\n";
     return text;
 }
 

@@ -35,7 +35,7 @@ public:
         for (const std::string& part : split(tarn::BasicString<char>(line_.value).toUpper(), ';')) {
             const std::size_t equals = part.find('=');
             if (equals == std::string::npos || !parts.emplace(part.substr(0, equals), part.substr(equals + 1)).second)
-                line_.refuse("\"" + part + "\" is not a part of a rule");
+                line_.refuse(quoted(part) + " is not a part of a rule");
         }
         if (!parts.contains("FREQ"))
             line_.refuse("the rule has no FREQ");
@@ -74,7 +74,7 @@ private:
         const bool isNumber = value.size() <= 9 && value.find_first_not_of("0123456789") == std::string::npos;
         const int number = isNumber ? std::atoi(value.c_str()) : 0;
         if (number < 1)
-            line_.refuse("\"" + value + "\" is not a number from 1");
+            line_.refuse(quoted(value) + " is not a number from 1");
         return number;
     }
 
@@ -82,7 +82,7 @@ private:
     {
         const auto index = indexOf(weekdays, value);
         if (!index)
-            line_.refuse("\"" + value + "\" is not a weekday");
+            line_.refuse(quoted(value) + " is not a weekday");
         return *index + GregorianCalendar::Sunday;
     }
 

@@ -19,7 +19,7 @@ std::string withSeparators(const ContentLine& line, const std::string& value)
     const bool isDate = value.size() == 8;
     if ((!isDate && (value.size() != 15 || value[8] != 'T' || !areDigits(value.substr(9)))) ||
         !areDigits(value.substr(0, 8)))
-        line.refuse("\"" + value + "\" is not a date or a time");
+        line.refuse(quoted(value) + " is not a date or a time");
     std::string text = value.substr(0, 4) + '-' + value.substr(4, 2) + '-' + value.substr(6, 2);
     if (!isDate)
         text += 'T' + value.substr(9, 2) + ':' + value.substr(11, 2) + ':' + value.substr(13, 2);
@@ -42,7 +42,7 @@ CalendarTime readTime(const ContentLine& line, const std::string& value)
     const bool isDate = text.size() == 10;
     const Parameter* const kind = line.find("VALUE");
     if ((kind && isDate != (kind->values.front() == "DATE")) || (isDate && isUTC))
-        line.refuse("\"" + value + "\" is not of the kind that the line says");
+        line.refuse(quoted(value) + " is not of the kind that the line says");
     try {
         return {tarn::parseISOTime(text.c_str()), isDate, isDate ? Zone::system : zoneOf(line, isUTC)};
     } catch (const tarn::Exception& e) {
@@ -69,7 +69,7 @@ Duration readDuration(const ContentLine& line)
         text.remove_prefix(1);
     Duration duration{0, 0};
     bool hasParts = false, isTime = false;
-    const auto refuse = [&] { line.refuse("\"" + line.value + "\" is not a duration"); };
+    const auto refuse = [&] { line.refuse(quoted(line.value) + " is not a duration"); };
     if (!text.starts_with('P'))
         refuse();
     for (text.remove_prefix(1); !text.empty(); hasParts = true) {

@@ -114,7 +114,7 @@ std::vector<Local> Recurrence::starts(Local first, Local from, Local to) const
         number = before ? number : 0;
         sofar = before.value_or(0) + extra;
     }
-    const Local end = std::min(to, until ? *until + 1 : to);
+    const Local end = std::min(to, until ? std::max(*until, first) + 1 : to); // The first start counts in any case.
     for (; periods.beginOf(number) < end; ++number) {
         for (const Local start : periods.startsOf(number)) {
             if (start >= end || (count != 0 && sofar++ >= count))

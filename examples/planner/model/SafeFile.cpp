@@ -7,7 +7,12 @@
 
 namespace planner {
 namespace {
-constexpr unsigned long long greatestSize = 1u << 28;
+constexpr unsigned long long greatestSize = 1u << 26;
+
+[[noreturn]] void refuseSize(const std::wstring& file)
+{
+    throw tarn::Exception('"' + narrow(file) + "\" is too large: files of this program have at most 64 MiB");
+}
 
 /// A new file beside another one, deleted unless it has become that one.
 class FileBeside {
@@ -37,8 +42,12 @@ public:
         out.close();
     }
 
+    // The attribute is looked at because not every system's move does.
     void moveTo(const std::wstring& file)
     {
+        const DWORD attributes = GetFileAttributesW(file.c_str());
+        if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY))
+            throw tarn::WindowsError(ERROR_ACCESS_DENIED, "Can't replace \"" + narrow(file) + '"');
         if (!MoveFileExW(name_.c_str(), file.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
             throw tarn::WindowsError("Can't replace \"" + narrow(file) + '"');
         name_.clear();
@@ -54,7 +63,7 @@ std::string readWholeFile(const std::wstring& file)
     tarn::WindowsFile in(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
     const unsigned long long size = in.getSize();
     if (size > greatestSize)
-        throw tarn::Exception('"' + narrow(file) + "\" is too large");
+        refuseSize(file);
     std::string content(static_cast<std::size_t>(size), '\0');
     in.readFully(content.data(), static_cast<unsigned>(size));
     return content;
@@ -62,6 +71,8 @@ std::string readWholeFile(const std::wstring& file)
 
 void replaceFile(const std::wstring& file, std::string_view content)
 {
+    if (content.size() > greatestSize)
+        refuseSize(file);
     FileBeside beside(file);
     beside.write(content);
     beside.moveTo(file);

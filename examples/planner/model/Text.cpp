@@ -24,4 +24,9 @@ std::wstring fromUTF8(const std::string& text)
 }
 
 std::wstring trimmed(const std::wstring& text) { return tarn::BasicString<wchar_t>(text).trim(); }
+
+std::wstring shortened(const std::wstring& text, std::size_t length)
+{
+    return text.size() <= length ? text : text.substr(0, length) + L"...";
+}
 } // namespace planner

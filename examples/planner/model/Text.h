@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 namespace planner {
@@ -13,4 +14,6 @@ std::string toUTF8(const std::wstring& text);
 std::wstring fromUTF8(const std::string& text);
 
 std::wstring trimmed(const std::wstring& text);
+/// With dots in the place of what is beyond so many characters: messages show parts of files.
+std::wstring shortened(const std::wstring& text, std::size_t length);
 } // namespace planner
