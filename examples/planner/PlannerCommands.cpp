@@ -126,9 +126,10 @@ void PlannerWindow::remove()
         const std::wstring question = L"\"" + event.subject + L"\" repeats. What is to be deleted?";
         const int answer = Messages::ask(*this, question, L"&Only this day", L"&All days");
         event.exceptions.push_back(start);
-        if (answer == IDYES)
+        // Without a day left, none would show it to be changed or deleted.
+        if (answer == IDYES && event.takesPlace())
             document_->put(event);
-        else if (answer == IDNO)
+        else if (answer == IDYES || answer == IDNO)
             document_->remove(appointment);
     }
     refresh();

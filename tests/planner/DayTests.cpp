@@ -62,6 +62,19 @@ TEST_CASE("Holidays: Easter goes by the calendar in use", "[planner]")
     CHECK(easter(1916, russia) == Date{1916, 3, 10});
 }
 
+TEST_CASE("Event: a repetition with an end takes place until its last start is taken out", "[planner]")
+{
+    Event event;
+    event.start = event.end = at("2026-11-21T09:00");
+    event.recurrence.emplace().count = 2;
+    event.exceptions = times({"2026-11-21T09:00"});
+    CHECK(event.takesPlace());
+    event.exceptions.push_back(at("2026-11-22T09:00"));
+    CHECK_FALSE(event.takesPlace());
+    event.recurrence->count = 0;
+    CHECK(event.takesPlace());
+}
+
 TEST_CASE("Settings: what is saved is loaded, and nonsense is ignored", "[planner]")
 {
     const support::ScratchKey key;

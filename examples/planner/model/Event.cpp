@@ -8,6 +8,14 @@
 #include <algorithm>
 
 namespace planner {
+namespace {
+Local latest()
+{
+    static const Local end = midnightOf(Reckoning().lastOfMonth(lastYear, 11) + 1);
+    return end;
+}
+} // namespace
+
 std::vector<Local> Event::starts(Local from, Local to) const
 {
     std::vector<Local> found;
@@ -19,15 +27,20 @@ std::vector<Local> Event::starts(Local from, Local to) const
     return found;
 }
 
+bool Event::takesPlace() const
+{
+    const bool hasEnd = recurrence && (recurrence->count != 0 || recurrence->until);
+    return !hasEnd || !starts(start, latest()).empty();
+}
+
 void Event::validate() const
 {
     if (subject.empty())
         throw tarn::Exception("The subject is missing.");
     if (end < start)
         throw tarn::Exception("It ends before it begins.");
-    static const Local earliest = midnightOf(Reckoning().firstOfMonth(firstYear, 0)),
-                       latest = midnightOf(Reckoning().lastOfMonth(lastYear, 11) + 1);
-    if (start < earliest || end > latest)
+    static const Local earliest = midnightOf(Reckoning().firstOfMonth(firstYear, 0));
+    if (start < earliest || end > latest())
         throw tarn::Exception("It lies outside of the years that can be shown.");
     if (allDay && (end == start || timeOfDay(start) != 0 || timeOfDay(end) != 0))
         throw tarn::Exception("An all-day appointment lasts whole days.");

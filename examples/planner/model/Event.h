@@ -23,6 +23,8 @@ struct Event {
 
     /// The starts, by its own clock, from `from` up to, but not including, `to`.
     std::vector<Local> starts(Local from, Local to) const;
+    /// False when a repetition with an end has lost all its starts to the exceptions.
+    bool takesPlace() const;
     /// Throws Exception with a sentence for the user when it cannot be kept so.
     void validate() const;
 };
