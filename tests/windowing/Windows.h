@@ -24,8 +24,7 @@ template <class W> void open(W& window, unsigned long style = WS_OVERLAPPEDWINDO
 /// Asserts that `call` throws a WindowsError with this description. The code is the platform's affair.
 template <class Call> void expectFailure(Call call, const std::string& description)
 {
-    const auto error = thrownBy<tarn::WindowsError>(call);
-    CHECK(error.getDescription() == description);
+    expectWindowsError(call, description);
 }
 
 /// A hidden window of the system's "BUTTON" class in a parent, without an object.
