@@ -101,8 +101,8 @@ TEST_CASE("DeviceContext: paths are filled and stroked from the origin on", "[gr
 {
     Canvas canvas(5, 4);
     DeviceContext& context = canvas.context;
-    CHECK(context.setViewportOrigin(1, 1) == Point(0, 0));
-    CHECK(context.setViewportOrigin(POINT{1, 1}) == Point(1, 1));
+    CHECK(context.setViewportOrigin(2, 1) == Point(0, 0));
+    CHECK(context.setViewportOrigin(POINT{1, 1}) == Point(2, 1));
     const Brush brush(red);
     const HBRUSH former = context.select(brush);
     context.beginPath();

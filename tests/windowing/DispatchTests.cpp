@@ -47,8 +47,7 @@ template <class Call> void expectHandlersError(Call call)
 
 TEST_CASE("Window: a message that nobody handles gets the default's result", "[window][dispatch]")
 {
-    Window window;
-    support::open(window);
+    support::OpenWindow window;
     NMHDR header{};
     CHECK(window.sendMessageA(WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&header)) == 0);
     for (const UINT msg : {WM_GETTEXTLENGTH, WM_QUERYDRAGICON, WM_NCHITTEST})

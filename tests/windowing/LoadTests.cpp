@@ -67,15 +67,12 @@ void sendStorm(Target& window, int count)
 
 TEST_CASE("Window: ten thousand windows come and go without leaving anything", "[window][load]")
 {
-    Window first;
-    support::open(first); // What the system makes once is made now.
+    support::OpenWindow first; // What the system makes once is made now.
     const unsigned user = support::userObjects(), drawing = support::drawingObjects();
     for (int round = 0; round < 10; ++round) {
         std::vector<std::unique_ptr<Window>> windows;
-        for (int i = 0; i < 1000; ++i) {
-            windows.push_back(std::make_unique<Window>());
-            support::open(*windows.back(), WS_CHILD, first);
-        }
+        for (int i = 0; i < 1000; ++i)
+            windows.push_back(std::make_unique<support::OpenWindow>(WS_CHILD, first));
         CHECK(Window::getWindowFromHandle(*windows[500], false) == windows[500].get());
     }
     CHECK(support::userObjects() == user);

@@ -285,8 +285,7 @@ public:
 
 TEST_CASE("Window: by default a parent passes its controls' messages back to their objects", "[window][decoding]")
 {
-    Window parent;
-    support::open(parent);
+    support::OpenWindow parent;
     Items items(support::makeButton(parent, 9, BS_OWNERDRAW));
     DrawnButton button;
     button.attach(parent, 9);

@@ -64,13 +64,8 @@ LRESULT CALLBACK onTop(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
 
 /// A parent with the button 5.
 struct Parent {
-    Parent()
-    {
-        support::open(window);
-        button = support::makeButton(window, 5);
-    }
-    Window window;
-    HWND button;
+    support::OpenWindow window;
+    HWND button = support::makeButton(window, 5);
 };
 } // namespace
 
@@ -146,8 +141,7 @@ TEST_CASE("Window: the owner of a window that another object takes over still de
     Probe taker;
     HWND handle = nullptr;
     {
-        Window owner;
-        support::open(owner);
+        support::OpenWindow owner;
         handle = owner;
         taker.attach(handle, false);
         owner.sendMessageA(WM_USER);

@@ -82,8 +82,7 @@ TEMPLATE_TEST_CASE("Window: texts of both widths come back whole", "[window][wra
         else
             return window.getTextW(id...);
     };
-    Window window;
-    support::open(window);
+    support::OpenWindow window;
     const Window button(support::makeButton(window, 5));
     const BasicString<TestType> longText(5000, TestType('x'));
     window.setText(longText);
@@ -121,8 +120,7 @@ TEST_CASE("Window: a wide text is whole although the narrow length is too short"
 
 TEST_CASE("Window: place and size are read and changed", "[window][wrappers]")
 {
-    Window window;
-    support::open(window, WS_POPUP);
+    support::OpenWindow window(WS_POPUP);
     window.setPosition(30, 40, 0);
     CHECK(window.getWindowRectangle() == Rect(30, 40, 230, 140));
     window.setSize(50, 60, 0);
@@ -142,8 +140,7 @@ TEST_CASE("Window: place and size are read and changed", "[window][wrappers]")
 
 TEST_CASE("Window: scroll bars keep their range, page and position", "[window][wrappers]")
 {
-    Window window;
-    support::open(window, WS_OVERLAPPEDWINDOW | WS_VSCROLL);
+    support::OpenWindow window(WS_OVERLAPPEDWINDOW | WS_VSCROLL);
     CHECK((window.hasScrollBar(Window::vertical) && !window.hasScrollBar(Window::horizontal)));
     const SCROLLINFO info{sizeof info, SIF_ALL, 0, 99, 10, 25, 0};
     CHECK(window.setScrollInfo(SB_VERT, info, false) == 25);
@@ -159,8 +156,7 @@ TEST_CASE("Window: scroll bars keep their range, page and position", "[window][w
 
 TEST_CASE("Window: dialog items show numbers and checks", "[window][wrappers]")
 {
-    Window window;
-    support::open(window);
+    support::OpenWindow window;
     support::makeButton(window, 5, BS_AUTO3STATE);
     for (const int number : {-7, 0}) {
         window.setInt(5, number);
@@ -181,9 +177,7 @@ TEST_CASE("Window: dialog items show numbers and checks", "[window][wrappers]")
 
 TEST_CASE("Window: focus, capture, timers and icons", "[window][wrappers]")
 {
-    Window window, child;
-    support::open(window, WS_OVERLAPPEDWINDOW | WS_VISIBLE);
-    support::open(child, WS_CHILD | WS_VISIBLE, window);
+    const support::OpenWindow window(WS_OVERLAPPEDWINDOW | WS_VISIBLE), child(WS_CHILD | WS_VISIBLE, window);
     window.setFocus();
     CHECK(child.setFocus() == &window);
     CHECK(!child.captureMouse());
