@@ -263,7 +263,7 @@ public:
     void onMeasureItem(MEASUREITEMSTRUCT& item) override { item.itemHeight = 33; }
     void onDeleteItem(const DELETEITEMSTRUCT&) override { calls += "delete "; }
     OwnerDrawable::compare_result onCompareItem(const COMPAREITEMSTRUCT&) override { return OwnerDrawable::greater; }
-    bool onReflectedCommand(unsigned short code) override { return code == BN_CLICKED; }
+    bool onReflectedCommand(Word code) override { return calls += "command " + std::to_string(code), true; }
     // The handlers of the messages that it gets itself as a parent.
     using Window::onCompareItem;
     using Window::onDeleteItem;
@@ -290,7 +290,8 @@ TEST_CASE("Window: by default a parent passes its controls' messages back to the
     DrawnButton button;
     button.attach(parent, 9);
     CHECK(items.sendTo(parent) == OwnerDrawable::greater);
-    CHECK((button.calls == "draw delete " && items.measure.itemHeight == 33));
+    parent.sendMessageA(WM_COMMAND, MAKEWPARAM(9, BN_DBLCLK), reinterpret_cast<LPARAM>(button.getWindowHandle()));
+    CHECK((button.calls == "draw delete command 5" && items.measure.itemHeight == 33));
 
     items = Items();
     items.measure.CtlType = ODT_MENU; // Menus have no control: the id says nothing.
@@ -299,7 +300,7 @@ TEST_CASE("Window: by default a parent passes its controls' messages back to the
     };
     isLeftToDefault(WM_DRAWITEM, items.draw);
     isLeftToDefault(WM_MEASUREITEM, items.measure);
-    CHECK((button.calls == "draw delete " && items.measure.itemHeight == 0));
+    CHECK((button.calls == "draw delete command 5" && items.measure.itemHeight == 0));
 }
 
 TEST_CASE("Window: a tree view's object is asked before its parent's narrow handler", "[window][decoding]")
