@@ -44,7 +44,8 @@ TEST_CASE("blitTransparent: leaves out the key colour for every depth of bitmap"
     CHECK(canvas.context.getBackgroundColour() == white);
 }
 
-TEST_CASE("blitTransparent: bitmaps of one bit, and ones whose colours are not what they seem", "[graphics][drawing]")
+TEST_CASE("blitTransparent: bitmaps of one bit, targets of one bit, and colours that are kept inexactly",
+          "[graphics][drawing]")
 {
     Canvas canvas(4, 1, 32, green);
     const auto draw = [&](HBITMAP bitmap, int width, unsigned long key) {
@@ -78,15 +79,14 @@ TEST_CASE("blitTransparent: bitmaps of one bit, and ones whose colours are not w
         paintColumns(bitmap, {RGB(200, 100, 50), blue});
         CHECK(draw(bitmap, 2, RGB(200, 100, 50)) == "GBGG\n");
     }
-}
-
-TEST_CASE("blitTransparent: onto a monochrome target", "[graphics][drawing]")
-{
-    const Bitmap bitmap(newDIBSection(4, 2, 24), true);
-    paintColumns(bitmap, {black, red, white, blue});
-    Canvas canvas(4, 1, 1);
-    canvas.context.blitTransparent(bitmap, 0, 0, 4, 1, 0, 0, black);
-    CHECK(canvas.pixels() == ".#.#\n");
+    SECTION("a monochrome target")
+    {
+        const Bitmap bitmap(newDIBSection(4, 1, 24), true);
+        paintColumns(bitmap, {black, red, white, blue});
+        Canvas target(4, 1, 1);
+        target.context.blitTransparent(bitmap, 0, 0, 4, 1, 0, 0, black);
+        CHECK(target.pixels() == ".#.#\n");
+    }
 }
 
 TEST_CASE("blitTransparent: failures leave everything as it was", "[graphics][drawing][failure]")

@@ -9,6 +9,7 @@
 #include <tarn/Process.h>
 
 #include <map>
+#include <stdexcept>
 #include <string>
 
 using namespace tarn;
@@ -39,17 +40,26 @@ TEST_CASE("sketch: the picture shows what the script drew", "[sketch]")
     const Bitmap bitmap(support::loadPicture(picture.c_str()), true);
     DeviceContext memory;
     const Bitmap previous = memory.select(bitmap);
-    std::map<unsigned long, int> counts;
+    std::map<unsigned long, int> counts, tops;
     const Size size = bitmap.getSize();
-    for (int y = 0; y < size.cy; ++y)
-        for (int x = 0; x < size.cx; ++x)
-            ++counts[memory.getPixel(x, y)];
+    for (int y = 0; y < size.cy; ++y) {
+        for (int x = 0; x < size.cx; ++x) {
+            const unsigned long pixel = memory.getPixel(x, y);
+            ++counts[pixel];
+            tops.try_emplace(pixel, y);
+        }
+    }
     memory.select(previous);
     // Eight pixels high with round ends; the green stroke was taken back, but its colour is still chosen.
-    const int red = counts[RGB(205, 50, 45)], blue = counts[RGB(40, 90, 190)], green = counts[RGB(50, 140, 70)];
+    constexpr unsigned long redInk = RGB(205, 50, 45), blueInk = RGB(40, 90, 190), greenInk = RGB(50, 140, 70);
+    const int red = counts[redInk], blue = counts[blueInk], green = counts[greenInk];
+    CHECK(tops[blueInk] == tops[redInk] + 100);
     CHECK((800 < red && red < 1000));
     CHECK((1600 < blue && blue < 1800));
     CHECK((0 < green && green < 400));
+
+    CHECK_THROWS_AS(support::savePicture(bitmap, folder.file(L"no folder\\picture.png").c_str()), std::runtime_error);
+    CHECK_THROWS_AS(support::loadPicture(folder.file(L"missing.png").c_str()), std::runtime_error);
 }
 
 TEST_CASE("sketch: a script that cannot be played ends the program with an error", "[sketch]")

@@ -194,9 +194,6 @@ TEST_CASE("Window: focus, capture, timers and icons", "[window][wrappers]")
     const HICON icon = LoadIconW(nullptr, IDI_WARNING);
     CHECK(window.setIcon(icon, true) == nullptr);
     CHECK((window.getIcon(Window::big_icon) == icon && !window.getIcon(Window::small_icon)));
-    window.acceptDraggedFiles(true);
-    CHECK((window.getExtendedStyle() & WS_EX_ACCEPTFILES));
-    CHECK((window.isUnicode() && !window.isIconic()));
     CHECK(window.hide());
     CHECK(!window.show(SW_SHOW));
 }
