@@ -56,7 +56,7 @@ TEST_CASE("WindowClass: each attribute is part of the name, a colour as the brus
     window.create(menu, "", 0, Rect(), nullptr, nullptr, program);
     CHECK(
         window.getClassNameA().startsWith("Tarn++ WindowClass: Style=0, Icon=0, Brush=0, Cursor=0, Menu=7, Instance="));
-    CHECK(GetClassLongW(window, GCL_MENUNAME) == 7);
+    CHECK(GetClassLongPtrW(window, GCLP_MENUNAME) == 7);
 }
 
 TEST_CASE("WindowClass: closing while a window is open fails and keeps the class", "[windowclass]")
