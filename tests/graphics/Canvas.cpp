@@ -1,5 +1,7 @@
 #include "Canvas.h"
 
+#include <tarn/Rect.h>
+
 namespace support {
 std::string pixelsOf(const tarn::DeviceContext& context, int width, int height)
 {
@@ -34,14 +36,12 @@ HBITMAP newDIBSection(int width, int height, unsigned short bitsPerPixel)
     return CreateDIBSection(nullptr, reinterpret_cast<BITMAPINFO*>(&info), DIB_RGB_COLORS, &bits, nullptr, 0);
 }
 
-Canvas::Canvas(int width, int height, unsigned short bitsPerPixel)
+Canvas::Canvas(int width, int height, unsigned short bitsPerPixel, unsigned long colour)
     : width_(width), height_(height), bitmap_(newDIBSection(width, height, bitsPerPixel), true)
 {
     context.select(bitmap_);
-    PatBlt(context, 0, 0, width, height, WHITENESS);
+    context.fillRectangle(colour, tarn::Rect(0, 0, width, height));
 }
-
-std::size_t freeGDIObjects() { return NoFreeGDIObjects().count(); }
 
 NoFreeGDIObjects::NoFreeGDIObjects(std::size_t but)
 {

@@ -19,10 +19,12 @@ std::string pixelsOf(const tarn::DeviceContext& context, int width, int height);
 /// A bitmap of a bit count, with a standard colour table for 1 (black, white) and 8 bits (with these five).
 HBITMAP newDIBSection(int width, int height, unsigned short bitsPerPixel);
 
-/// White paper in memory to draw on.
+inline bool isAlive(HGDIOBJ object) { return GetObjectType(object) != 0; }
+
+/// Paper in memory to draw on.
 class Canvas {
 public:
-    Canvas(int width, int height, unsigned short bitsPerPixel = 32);
+    Canvas(int width, int height, unsigned short bitsPerPixel = 32, unsigned long colour = white);
 
     std::string pixels() const { return pixelsOf(context, width_, height_); }
 
@@ -34,10 +36,6 @@ public:
     tarn::DeviceContext context;
 };
 
-/// How many more drawing objects and contexts the process can have: the same before and after what leaks
-/// none.
-std::size_t freeGDIObjects();
-
 /// While it lives only so many drawing objects and contexts can be made.
 class NoFreeGDIObjects {
 public:
@@ -45,7 +43,6 @@ public:
     NoFreeGDIObjects(const NoFreeGDIObjects&) = delete;
     NoFreeGDIObjects& operator=(const NoFreeGDIObjects&) = delete;
     ~NoFreeGDIObjects();
-    std::size_t count() const { return taken_.size(); }
 
 private:
     std::vector<HBRUSH> taken_;

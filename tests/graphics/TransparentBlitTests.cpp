@@ -1,169 +1,134 @@
 #include "Canvas.h"
+#include "Counts.h"
 #include "Expect.h"
 
 #include <tarn/Rect.h>
+
+#include <functional>
+#include <initializer_list>
 
 using namespace tarn;
 using namespace support;
 
 namespace {
-// White paper with a column of each colour: black, red, white, blue.
-void paintColumns(HBITMAP bitmap)
+void paintColumns(HBITMAP bitmap, std::initializer_list<unsigned long> colours)
 {
     DeviceContext context;
     context.select(bitmap);
-    const unsigned long columns[] = {black, red, white, blue};
-    for (int i = 0; i < 4; ++i)
-        context.fillRectangle(columns[i], Rect(i, 0, i + 1, 2));
+    int x = 0;
+    for (const unsigned long colour : colours) {
+        context.fillRectangle(colour, Rect(x, 0, x + 1, 2));
+        ++x;
+    }
 }
 } // namespace
 
 TEST_CASE("blitTransparent: leaves out the key colour for every depth of bitmap", "[graphics][drawing]")
 {
+    struct Row {
+        int x, y, width, height, sourceX, sourceY;
+        unsigned long key;
+        const char* expected;
+    };
+    const Row row = GENERATE(Row{1, 1, 4, 2, 0, 0, white, "GGGGGG\nG#RGBG\nG#RGBG\n"},
+                             Row{0, 0, 3, 1, 0, 1, black, "GR.GGG\nGGGGGG\nGGGGGG\n"},
+                             Row{2, 0, 4, 1, 0, 0, green, "GG#R.B\nGGGGGG\nGGGGGG\n"}); // Nothing has this one.
     const auto depth = GENERATE(as<unsigned short>(), 8, 16, 24, 32);
     Bitmap bitmap(newDIBSection(4, 2, depth), true);
-    paintColumns(bitmap);
-    Canvas canvas(6, 3, GENERATE(as<unsigned short>(), 24, 32));
-    canvas.context.fillRectangle(green, Rect(0, 0, 6, 3));
+    paintColumns(bitmap, {black, red, white, blue});
+    Canvas canvas(6, 3, GENERATE(as<unsigned short>(), 24, 32), green);
     canvas.context.setTextColour(red);
-    SECTION("the whole bitmap")
-    {
-        canvas.context.blitTransparent(bitmap, 1, 1, 4, 2, 0, 0, white);
-        CHECK(canvas.pixels() == "GGGGGG\nG#RGBG\nG#RGBG\n");
-    }
-    SECTION("a part, with black as the key")
-    {
-        canvas.context.blitTransparent(bitmap, 0, 0, 3, 1, 0, 1, black);
-        CHECK(canvas.pixels() == "GR.GGG\nGGGGGG\nGGGGGG\n");
-    }
-    SECTION("nothing has the key colour")
-    {
-        canvas.context.blitTransparent(bitmap, 2, 0, 4, 1, 0, 0, green);
-        CHECK(canvas.pixels() == "GG#R.B\nGGGGGG\nGGGGGG\n");
-    }
+    canvas.context.blitTransparent(bitmap, row.x, row.y, row.width, row.height, row.sourceX, row.sourceY, row.key);
+    CHECK(canvas.pixels() == row.expected);
     CHECK(canvas.context.getTextColour() == red);
     CHECK(canvas.context.getBackgroundColour() == white);
 }
 
-TEST_CASE("blitTransparent: a bitmap of one bit", "[graphics][drawing]")
+TEST_CASE("blitTransparent: bitmaps of one bit, targets of one bit, and colours that are kept inexactly",
+          "[graphics][drawing]")
 {
-    Canvas canvas(4, 1);
-    canvas.context.fillRectangle(green, Rect(0, 0, 4, 1));
-    SECTION("with its own colours")
+    Canvas canvas(4, 1, 32, green);
+    const auto draw = [&](HBITMAP bitmap, int width, unsigned long key) {
+        canvas.context.blitTransparent(bitmap, 0, 0, width, 1, 0, 0, key);
+        return canvas.pixels();
+    };
+    SECTION("one bit with its own colours")
     {
-        Canvas paper(4, 1, 1);
-        PatBlt(paper.context, 1, 0, 2, 1, BLACKNESS);
-        Bitmap former(newDIBSection(4, 1, 1), true);
-        const Bitmap bitmap = paper.context.select(former);
-        canvas.context.blitTransparent(bitmap, 0, 0, 4, 1, 0, 0, white);
-        CHECK(canvas.pixels() == "G##G\n");
+        const Bitmap bitmap(newDIBSection(4, 1, 1), true);
+        paintColumns(bitmap, {white, black, black, white});
+        CHECK(draw(bitmap, 4, white) == "G##G\n");
     }
-    SECTION("without colours: in those of the target")
+    SECTION("one bit without colours: in those of the target")
     {
         const BYTE bits[] = {0xA0, 0};
-        Bitmap bitmap(4, 1, 1, 1, bits);
         canvas.context.setTextColour(red);
         canvas.context.setBackgroundColour(blue);
-        canvas.context.blitTransparent(bitmap, 0, 0, 4, 1, 0, 0, red);
-        CHECK(canvas.pixels() == "BGBG\n");
+        CHECK(draw(Bitmap(4, 1, 1, 1, bits), 4, red) == "BGBG\n");
     }
-}
-
-TEST_CASE("blitTransparent: a fourth byte that differs does not matter", "[graphics][drawing]")
-{
-    Bitmap bitmap(newDIBSection(2, 1, 32), true);
-    const DWORD pixels[] = {0xFF00FF00, 0x7F0000FF};
-    SetBitmapBits(bitmap, sizeof pixels, pixels);
-    Canvas canvas(2, 1);
-    canvas.context.blitTransparent(bitmap, 0, 0, 2, 1, 0, 0, green);
-    CHECK(canvas.pixels() == ".B\n");
-}
-
-TEST_CASE("blitTransparent: the key is the colour as the bitmap keeps it", "[graphics][drawing]")
-{
-    constexpr unsigned long key = RGB(200, 100, 50); // Has no exact form in 16 bits.
-    Bitmap bitmap(newDIBSection(2, 1, 16), true);
+    SECTION("a fourth byte that differs does not matter")
     {
-        DeviceContext context;
-        context.select(bitmap);
-        context.fillRectangle(key, Rect(0, 0, 1, 1));
-        context.fillRectangle(blue, Rect(1, 0, 2, 1));
+        const Bitmap bitmap(newDIBSection(2, 1, 32), true);
+        const DWORD pixels[] = {0xFF00FF00, 0x7F0000FF};
+        SetBitmapBits(bitmap, sizeof pixels, pixels);
+        canvas.context.fillRectangle(white, Rect(0, 0, 4, 1));
+        CHECK(draw(bitmap, 2, green) == ".B..\n");
     }
-    Canvas canvas(2, 1);
-    canvas.context.blitTransparent(bitmap, 0, 0, 2, 1, 0, 0, key);
-    CHECK(canvas.pixels() == ".B\n");
-}
-
-TEST_CASE("blitTransparent: onto a monochrome target", "[graphics][drawing]")
-{
-    Bitmap bitmap(newDIBSection(4, 2, 24), true);
-    paintColumns(bitmap);
-    Canvas canvas(4, 1, 1);
-    canvas.context.blitTransparent(bitmap, 0, 0, 4, 1, 0, 0, black);
-    CHECK(canvas.pixels() == ".#.#\n");
+    SECTION("16 bits keep a colour that has no exact form in them")
+    {
+        const Bitmap bitmap(newDIBSection(2, 1, 16), true);
+        paintColumns(bitmap, {RGB(200, 100, 50), blue});
+        CHECK(draw(bitmap, 2, RGB(200, 100, 50)) == "GBGG\n");
+    }
+    SECTION("a monochrome target")
+    {
+        const Bitmap bitmap(newDIBSection(4, 1, 24), true);
+        paintColumns(bitmap, {black, red, white, blue});
+        Canvas target(4, 1, 1);
+        target.context.blitTransparent(bitmap, 0, 0, 4, 1, 0, 0, black);
+        CHECK(target.pixels() == ".#.#\n");
+    }
 }
 
 TEST_CASE("blitTransparent: failures leave everything as it was", "[graphics][drawing][failure]")
 {
     Canvas canvas(2, 1);
-    const auto fails = [&](HBITMAP bitmap, int width) {
-        const auto error =
-            thrownBy<WindowsError>([&] { canvas.context.blitTransparent(bitmap, 0, 0, width, 1, 0, 0, red); });
-        CHECK(std::string(error.getDescription()) == "Can't blit bits");
+    const auto blit = [&](HBITMAP bitmap, int width) {
+        return [=, &canvas] { canvas.context.blitTransparent(bitmap, 0, 0, width, 1, 0, 0, red); };
+    };
+    const Bitmap bitmap(newDIBSection(2, 1, 24), true), used(newDIBSection(2, 1, 24), true);
+    DeviceContext other;
+    other.select(used);
+    for (const auto& call : {blit(nullptr, 1), blit(bitmap, -1), blit(used, 1)}) {
+        expectWindowsError(call, "Can't blit bits");
         CHECK(canvas.pixels() == "..\n");
-    };
-    Bitmap bitmap(newDIBSection(2, 1, 24), true);
-    fails(nullptr, 1);
-    fails(bitmap, -1);
-    {
-        DeviceContext other;
-        other.select(bitmap);
-        fails(bitmap, 1);
     }
-    CHECK_NOTHROW(canvas.context.blitTransparent(bitmap, 0, 0, 0, 1, 0, 0, red));
+    CHECK_NOTHROW(blit(bitmap, 0)());
 }
 
-TEST_CASE("Graphics: drawing leaks no objects", "[graphics][load]")
+TEST_CASE("Graphics: drawing leaks no objects, also when it fails half way for want of them", "[graphics][load]")
 {
     Canvas canvas(4, 4);
-    Bitmap bitmap(newDIBSection(4, 2, 8), true);
-    const DeviceContext dead{HDC(0x12345678)};
-    const auto draw = [&](int times) {
-        for (; times; --times) {
-            canvas.context.blitTransparent(bitmap, 0, 0, 4, 2, 0, 0, white);
-            canvas.context.drawRectangle3D(Rect(0, 0, 4, 4), true);
-            CHECK_THROWS(dead.drawRectangle3D(Rect(0, 0, 4, 4), true));
-            CHECK_THROWS(canvas.context.blitTransparent(bitmap, 0, 0, -4, 2, 0, 0, white));
-            const DeviceContext copy(canvas.context);
-            const DeviceContext screen(nullptr, false);
-            bitmap.getSize();
-        }
-    };
-    draw(1); // What the system makes once and keeps is no leak.
-    const std::size_t before = freeGDIObjects();
-    draw(500);
-    CHECK(freeGDIObjects() == before);
-}
-
-TEST_CASE("Graphics: drawing that fails half way for want of objects leaks none", "[graphics][load][failure]")
-{
-    Canvas canvas(4, 4);
-    Bitmap bitmap(newDIBSection(4, 2, GENERATE(as<unsigned short>(), 16, 24)), true);
-    const std::pair<std::size_t, void (*)(Canvas&, const Bitmap&)> members[] = {
-        {8, [](Canvas& to, const Bitmap& from) { to.context.blitTransparent(from, 0, 0, 4, 2, 0, 0, white); }},
-        {2, [](Canvas& to, const Bitmap&) { to.context.drawRectangle3D(Rect(0, 0, 4, 4), true); }}};
+    const Bitmap bitmap(newDIBSection(4, 2, GENERATE(as<unsigned short>(), 16, 24)), true);
+    const HGDIOBJ pen = GetCurrentObject(canvas.context, OBJ_PEN);
+    const std::pair<std::size_t, std::function<void()>> members[] = {
+        {8, [&] { canvas.context.blitTransparent(bitmap, 0, 0, 4, 2, 0, 0, white); }},
+        {2, [&] { canvas.context.drawRectangle3D(Rect(0, 0, 4, 4), true); }},
+        {1, [&] { bitmap.getSize(); }},
+        {1, [&] { DeviceContext(nullptr, false); }},
+        {1, [&] { DeviceContext copy(canvas.context); }}};
     for (const auto& [needed, draw] : members) {
-        draw(canvas, bitmap);
-        const std::size_t before = freeGDIObjects();
-        const HGDIOBJ pen = GetCurrentObject(canvas.context, OBJ_PEN);
+        draw(); // What the system makes once and keeps is no leak.
+        const unsigned before = drawingObjects();
+        for (int i = 0; i < 500; ++i)
+            draw();
         for (std::size_t free = 0; free < needed; ++free) {
             const NoFreeGDIObjects few(free);
             try {
-                draw(canvas, bitmap);
+                draw();
             } catch (const WindowsError&) {
             }
             CHECK(GetCurrentObject(canvas.context, OBJ_PEN) == pen);
         }
-        CHECK(freeGDIObjects() == before);
+        CHECK(drawingObjects() == before);
     }
 }

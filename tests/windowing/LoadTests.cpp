@@ -3,73 +3,30 @@
 
 #include <memory>
 #include <random>
+#include <set>
 #include <vector>
 
 using namespace tarn;
 
 namespace {
-bool carriesPointer(UINT msg)
+/// Whether the default procedure takes a parameter for a pointer, ends the window or starts a modal loop.
+bool isUnfit(UINT msg)
 {
     // Edit controls, combo and list boxes: the system converts their texts whatever the window is. And DDE.
     const bool isOfControl = (0xB0 <= msg && msg <= 0xDF) || (0x140 <= msg && msg <= 0x1BF);
     if (isOfControl || (0x3E0 <= msg && msg <= 0x3EF))
         return true;
-    switch (msg) {
-    case WM_CREATE:
-    case WM_NCCREATE:
-    case WM_SETTEXT:
-    case WM_GETTEXT:
-    case WM_GETMINMAXINFO:
-    case WM_DRAWITEM:
-    case WM_MEASUREITEM:
-    case WM_DELETEITEM:
-    case WM_COMPAREITEM:
-    case WM_WINDOWPOSCHANGING:
-    case WM_WINDOWPOSCHANGED:
-    case WM_COPYDATA:
-    case WM_NOTIFY:
-    case WM_HELP:
-    case WM_STYLECHANGING:
-    case WM_STYLECHANGED:
-    case WM_NCCALCSIZE:
-    case WM_SIZING:
-    case WM_MOVING:
-    case WM_MDICREATE:
-    case WM_DROPFILES:
-    case WM_NEXTMENU:
-    case WM_GETDLGCODE:
-    case WM_ASKCBFORMATNAME:
-    case WM_INPUT:
-    case WM_DEVICECHANGE:
-    case WM_WININICHANGE:
-    case WM_DEVMODECHANGE:
-    case WM_GETTITLEBARINFOEX:
-    case WM_GESTURE:
-    case WM_MENUGETOBJECT:
-        return true;
-    // These end the window or start a modal loop.
-    case WM_DESTROY:
-    case WM_NCDESTROY:
-    case WM_CLOSE:
-    case WM_SYSCOMMAND:
-    case WM_QUERYENDSESSION:
-    case WM_ENDSESSION:
-    case WM_NCLBUTTONDOWN:
-    case WM_NCRBUTTONDOWN:
-    case WM_NCRBUTTONUP:
-    case WM_NCLBUTTONDBLCLK:
-    case WM_CONTEXTMENU:
-    case 0x313: // The system menu.
-    case WM_RBUTTONUP:
-    case WM_SYSKEYDOWN:
-    case WM_SYSKEYUP:
-    case WM_SYSCHAR:
-    case WM_QUIT:
-    case WM_ENTERMENULOOP:
-        return true;
-    default:
-        return false;
-    }
+    static const std::set<UINT> unfit = {
+        WM_CREATE, WM_NCCREATE, WM_SETTEXT, WM_GETTEXT, WM_GETMINMAXINFO, WM_DRAWITEM, WM_MEASUREITEM, WM_DELETEITEM,
+        WM_COMPAREITEM, WM_WINDOWPOSCHANGING, WM_WINDOWPOSCHANGED, WM_COPYDATA, WM_NOTIFY, WM_HELP, WM_STYLECHANGING,
+        WM_STYLECHANGED, WM_NCCALCSIZE, WM_SIZING, WM_MOVING, WM_MDICREATE, WM_DROPFILES, WM_NEXTMENU, WM_GETDLGCODE,
+        WM_ASKCBFORMATNAME, WM_INPUT, WM_DEVICECHANGE, WM_WININICHANGE, WM_DEVMODECHANGE, WM_GETTITLEBARINFOEX,
+        WM_GESTURE, WM_MENUGETOBJECT,
+        // These end the window or start a modal loop.
+        WM_DESTROY, WM_NCDESTROY, WM_CLOSE, WM_SYSCOMMAND, WM_QUERYENDSESSION, WM_ENDSESSION, WM_NCLBUTTONDOWN,
+        WM_NCRBUTTONDOWN, WM_NCRBUTTONUP, WM_NCLBUTTONDBLCLK, WM_CONTEXTMENU, 0x313 /* the system menu */, WM_RBUTTONUP,
+        WM_SYSKEYDOWN, WM_SYSKEYUP, WM_SYSCHAR, WM_QUIT, WM_ENTERMENULOOP};
+    return unfit.contains(msg);
 }
 
 /// Counts the handlers that its messages reach and leaves everything to the defaults.
@@ -97,7 +54,7 @@ void sendStorm(Target& window, int count)
         const WPARAM wParam = random();
         // What is taken for the handle of a control is no window, or null.
         const LPARAM lParam = static_cast<LPARAM>(random());
-        if (carriesPointer(msg))
+        if (isUnfit(msg))
             continue;
         ++sent;
         if (msg == WM_MOUSEMOVE || msg == WM_MOVE || msg == WM_TIMER || msg == WM_COMMAND || msg >= WM_USER)
@@ -110,15 +67,12 @@ void sendStorm(Target& window, int count)
 
 TEST_CASE("Window: ten thousand windows come and go without leaving anything", "[window][load]")
 {
-    Window first;
-    support::open(first); // What the system makes once is made now.
+    support::OpenWindow first; // What the system makes once is made now.
     const unsigned user = support::userObjects(), drawing = support::drawingObjects();
     for (int round = 0; round < 10; ++round) {
         std::vector<std::unique_ptr<Window>> windows;
-        for (int i = 0; i < 1000; ++i) {
-            windows.push_back(std::make_unique<Window>());
-            support::open(*windows.back(), WS_CHILD, first);
-        }
+        for (int i = 0; i < 1000; ++i)
+            windows.push_back(std::make_unique<support::OpenWindow>(WS_CHILD, first));
         CHECK(Window::getWindowFromHandle(*windows[500], false) == windows[500].get());
     }
     CHECK(support::userObjects() == user);

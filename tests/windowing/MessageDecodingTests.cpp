@@ -12,55 +12,39 @@
 using namespace tarn;
 
 namespace {
+using Word = unsigned short;
+
 /// Writes down each handler that runs, with what it got.
 class Recorder : public Window {
 public:
+    Recorder() { support::open(*this), log_.clear(); }
+
     std::string take() { return std::exchange(log_, {}); }
 
     bool callDefault = false;
 
-    void onCommand(Window* sender, unsigned short code, unsigned short id) override
+    void onCommand(Window* sender, Word code, Word id) override { log("command", sender, code, id); }
+    void onHScroll(Window* bar, Word code, Word position) override { log("hscroll", bar, code, position); }
+    void onVScroll(Window* bar, Word code, Word position) override { log("vscroll", bar, code, position); }
+    void onMouseMove(Word keys, const Point& at) override { log("move", keys, at); }
+    void onMouseWheel(Word keys, short delta, const Point& at) override { log("wheel", keys, delta, at); }
+    void onLeftButtonDown(Word keys, const Point& at) override { log("left down", keys, at); }
+    void onLeftButtonUp(Word keys, const Point& at) override { log("left up", keys, at); }
+    void onLeftButtonDoubleClick(Word keys, const Point& at) override { log("left double", keys, at); }
+    void onMiddleButtonDown(Word keys, const Point& at) override { log("middle down", keys, at); }
+    void onMiddleButtonUp(Word keys, const Point& at) override { log("middle up", keys, at); }
+    void onMiddleButtonDoubleClick(Word keys, const Point& at) override { log("middle double", keys, at); }
+    void onRightButtonDown(Word keys, const Point& at) override { log("right down", keys, at); }
+    void onRightButtonUp(Word keys, const Point& at) override { log("right up", keys, at); }
+    void onRightButtonDoubleClick(Word keys, const Point& at) override { log("right double", keys, at); }
+    void onKeyDown(UINT key, Word repeat, unsigned char scanCode, bool extended, bool wasDown) override
     {
-        log("command", sender, code, id);
+        log("key down", key, repeat, +scanCode, extended, wasDown);
     }
-    void onHScroll(Window* bar, unsigned short code, unsigned short position) override
-    {
-        log("hscroll", bar, code, position);
-    }
-    void onVScroll(Window* bar, unsigned short code, unsigned short position) override
-    {
-        log("vscroll", bar, code, position);
-    }
-    void onMouseMove(unsigned short keys, const Point& at) override { log("move", keys, at); }
-    void onMouseWheel(unsigned short keys, short delta, const Point& at) override { log("wheel", keys, delta, at); }
-    void onLeftButtonDown(unsigned short keys, const Point& at) override { log("left down", keys, at); }
-    void onLeftButtonUp(unsigned short keys, const Point& at) override { log("left up", keys, at); }
-    void onLeftButtonDoubleClick(unsigned short keys, const Point& at) override { log("left double", keys, at); }
-    void onMiddleButtonDown(unsigned short keys, const Point& at) override { log("middle down", keys, at); }
-    void onMiddleButtonUp(unsigned short keys, const Point& at) override { log("middle up", keys, at); }
-    void onMiddleButtonDoubleClick(unsigned short keys, const Point& at) override { log("middle double", keys, at); }
-    void onRightButtonDown(unsigned short keys, const Point& at) override { log("right down", keys, at); }
-    void onRightButtonUp(unsigned short keys, const Point& at) override { log("right up", keys, at); }
-    void onRightButtonDoubleClick(unsigned short keys, const Point& at) override { log("right double", keys, at); }
-    void onKeyDown(UINT key, unsigned short repeat, unsigned char scanCode, bool extended, bool wasDown) override
-    {
-        log("key down", key, repeat, int{scanCode}, extended, wasDown);
-    }
-    void onKeyUp(UINT key, unsigned char scanCode, bool extended) override
-    {
-        log("key up", key, int{scanCode}, extended);
-    }
+    void onKeyUp(UINT key, unsigned char scanCode, bool extended) override { log("key up", key, +scanCode, extended); }
     void onTimer(UINT_PTR id) override { log("timer", id); }
-    void onPaint() override
-    {
-        log("paint");
-        defaultWindowProc();
-    }
-    HICON onQueryDragIcon() override
-    {
-        log("icon");
-        return reinterpret_cast<HICON>(77);
-    }
+    void onPaint() override { log("paint"), defaultWindowProc(); }
+    HICON onQueryDragIcon() override { return log("icon"), reinterpret_cast<HICON>(77); }
     void onSize(UINT type, const Size& size) override { log("size", type, size.cx, size.cy); }
     void onSizing(UINT edge, Rect& rect) override { change("sizing", edge, rect); }
     void onMoving(Rect& rect) override { change("moving", 0, rect); }
@@ -72,16 +56,11 @@ public:
     void onDeleteItem(UINT id, const DELETEITEMSTRUCT& item) override { log("delete", id, item.itemID); }
     OwnerDrawable::compare_result onCompareItem(UINT id, const COMPAREITEMSTRUCT& items) override
     {
-        log("compare", id, items.itemID1);
-        return OwnerDrawable::less;
+        return log("compare", id, items.itemID1), OwnerDrawable::less;
     }
     void onDoubleClick(const NMHDR& header) override { log("double click", header.idFrom); }
     void onNotification(const NMLISTVIEW& n) override { log("list view", n.iItem); }
-    void onNotification(const NMTREEVIEWW& n) override
-    {
-        log("wide tree", n.action);
-        Window::onNotification(n);
-    }
+    void onNotification(const NMTREEVIEWW& n) override { log("wide tree", n.action), Window::onNotification(n); }
     void onNotification(const NMTREEVIEWA& n) override
     {
         log("narrow tree", n.itemOld.pszText ? n.itemOld.pszText : "-", n.itemNew.pszText == LPSTR_TEXTCALLBACKA);
@@ -159,8 +138,6 @@ TEST_CASE("Window: the values packed into a message reach its handler", "[window
         {WM_PAINT, 0, 0, "paint;"},
     };
     Recorder window;
-    support::open(window);
-    window.take();
     for (const Row& row : rows) {
         CAPTURE(getWMIdentifier(row.msg));
         CHECK(window.sendMessageA(row.msg, row.wParam, row.lParam) == 0);
@@ -170,39 +147,54 @@ TEST_CASE("Window: the values packed into a message reach its handler", "[window
     CHECK(window.take() == "icon;");
 }
 
-TEST_CASE("Window: a control without an object comes to the handler as a temporary one", "[window][decoding]")
+TEST_CASE("Window: a control comes to the handler as its object, or as a temporary one", "[window][decoding]")
 {
     Recorder window;
-    support::open(window);
     const HWND button = support::makeButton(window, 300);
     window.take();
-    const auto sendAll = [&] {
-        window.sendMessageA(WM_COMMAND, MAKEWPARAM(300, BN_CLICKED), reinterpret_cast<LPARAM>(button));
-        window.sendMessageA(WM_HSCROLL, SB_ENDSCROLL, reinterpret_cast<LPARAM>(button));
-        window.sendMessageA(WM_VSCROLL, SB_ENDSCROLL, reinterpret_cast<LPARAM>(button));
-    };
-    sendAll();
-    CHECK(window.take() == "command temporary 300 0 300;hscroll temporary 300 8 0;vscroll temporary 300 8 0;");
     Window attached;
-    attached.attach(window, 300);
-    sendAll();
-    CHECK(window.take() == "command bound 300 0 300;hscroll bound 300 8 0;vscroll bound 300 8 0;");
+    const std::string kind = GENERATE("temporary", "bound");
+    if (kind == "bound")
+        attached.attach(window, 300);
+    const auto answers = [&](UINT msg, WPARAM wParam, const char* before, const char* after) {
+        window.sendMessageA(msg, wParam, reinterpret_cast<LPARAM>(button));
+        CHECK(window.take() == before + kind + after);
+    };
+    answers(WM_COMMAND, MAKEWPARAM(300, BN_CLICKED), "command ", " 300 0 300;");
+    answers(WM_HSCROLL, SB_ENDSCROLL, "hscroll ", " 300 8 0;");
+    answers(WM_VSCROLL, SB_ENDSCROLL, "vscroll ", " 300 8 0;");
 }
 
-TEST_CASE("Window: owner-draw and sizing messages answer TRUE once they are handled", "[window][decoding]")
-{
-    Recorder window;
-    support::open(window);
-    window.take();
+namespace {
+/// The structures of the owner-draw messages, about the item 4 of a control.
+struct Items {
+    explicit Items(HWND control = nullptr)
+    {
+        draw.hwndItem = deleted.hwndItem = compared.hwndItem = control;
+        draw.itemID = measure.itemID = deleted.itemID = compared.itemID1 = 4;
+        measure.CtlType = ODT_BUTTON;
+        measure.CtlID = 9;
+    }
+    /// Sends all; gives what the comparison answers.
+    LRESULT sendTo(const Window& window)
+    {
+        CHECK(window.sendMessageA(WM_DRAWITEM, 9, at(draw)) == TRUE);
+        CHECK(window.sendMessageA(WM_MEASUREITEM, 9, at(measure)) == TRUE);
+        CHECK(window.sendMessageA(WM_DELETEITEM, 9, at(deleted)) == TRUE);
+        return window.sendMessageA(WM_COMPAREITEM, 9, at(compared));
+    }
+
     DRAWITEMSTRUCT draw{};
     MEASUREITEMSTRUCT measure{};
     DELETEITEMSTRUCT deleted{};
     COMPAREITEMSTRUCT compared{};
-    draw.itemID = measure.itemID = deleted.itemID = compared.itemID1 = 4;
-    CHECK(window.sendMessageA(WM_DRAWITEM, 9, at(draw)) == TRUE);
-    CHECK(window.sendMessageA(WM_MEASUREITEM, 9, at(measure)) == TRUE);
-    CHECK(window.sendMessageA(WM_DELETEITEM, 9, at(deleted)) == TRUE);
-    CHECK(window.sendMessageA(WM_COMPAREITEM, 9, at(compared)) == -1);
+};
+} // namespace
+
+TEST_CASE("Window: owner-draw and sizing messages answer TRUE once they are handled", "[window][decoding]")
+{
+    Recorder window;
+    CHECK(Items().sendTo(window) == OwnerDrawable::less);
     CHECK(window.take() == "draw 9 4;measure 9 4;delete 9 4;compare 9 4;");
 
     Rect rect(0, 0, 100, 50);
@@ -218,8 +210,6 @@ TEST_CASE("Window: owner-draw and sizing messages answer TRUE once they are hand
 TEST_CASE("Window: notifications are routed by the range of their code", "[window][decoding]")
 {
     Recorder window;
-    support::open(window);
-    window.take();
     const auto notify = [&](auto& structure, int code) {
         auto& header = reinterpret_cast<NMHDR&>(structure);
         header.code = static_cast<UINT>(code);
@@ -229,11 +219,11 @@ TEST_CASE("Window: notifications are routed by the range of their code", "[windo
     };
     NMLISTVIEW list{};
     list.iItem = 3;
-    CHECK(notify(list, -100) == "list view 3;");
-    CHECK(notify(list, -199) == "list view 3;");
+    for (const int code : {-100, -199})
+        CHECK(notify(list, code) == "list view 3;");
     CHECK(notify(list, NM_DBLCLK) == "double click 12;");
-    CHECK(notify(list, -99) == "");
-    CHECK(notify(list, -200) == "");
+    for (const int code : {-99, -200, -500})
+        CHECK(notify(list, code) == "");
 
     wchar_t text[] = L"\u20ac leaf";
     NMTREEVIEWW tree{};
@@ -247,20 +237,14 @@ TEST_CASE("Window: notifications are routed by the range of their code", "[windo
     CHECK(notify(tree, static_cast<int>(TVN_DELETEITEMW)) == "wide tree 2;narrow tree - 1;");
     // The structure of these begins with the header only.
     CHECK(notify(tree, static_cast<int>(TVN_GETDISPINFOW)) == "wide tree 2;");
-    CHECK(notify(tree, -499) == "wide tree 2;");
-    CHECK(notify(tree, -500) == "");
+    for (const int code : {-400, -499})
+        CHECK(notify(tree, code) == "wide tree 2;");
 }
 
 TEST_CASE("Window: dropped files are listed with their point and released", "[window][decoding]")
 {
     Recorder window;
-    support::open(window);
-    window.take();
-    const std::wstring longName(700, L'n');
-    std::wstring names(L"C:\\a.txt");
-    names.push_back(L'\0');
-    names += longName;
-    names.append(2, L'\0');
+    const std::wstring names = L"C:\\a.txt" + std::wstring(1, L'\0') + std::wstring(700, L'n') + std::wstring(2, L'\0');
     const HGLOBAL memory =
         GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, sizeof(DROPFILES) + names.size() * sizeof(wchar_t));
     auto* const drop = static_cast<DROPFILES*>(GlobalLock(memory));
@@ -279,7 +263,7 @@ public:
     void onMeasureItem(MEASUREITEMSTRUCT& item) override { item.itemHeight = 33; }
     void onDeleteItem(const DELETEITEMSTRUCT&) override { calls += "delete "; }
     OwnerDrawable::compare_result onCompareItem(const COMPAREITEMSTRUCT&) override { return OwnerDrawable::greater; }
-    bool onReflectedCommand(unsigned short code) override { return code == BN_CLICKED; }
+    bool onReflectedCommand(Word code) override { return calls += "command " + std::to_string(code), true; }
     // The handlers of the messages that it gets itself as a parent.
     using Window::onCompareItem;
     using Window::onDeleteItem;
@@ -301,39 +285,27 @@ public:
 
 TEST_CASE("Window: by default a parent passes its controls' messages back to their objects", "[window][decoding]")
 {
-    Window parent;
-    support::open(parent);
-    const HWND handle = support::makeButton(parent, 5, BS_OWNERDRAW);
+    support::OpenWindow parent;
+    Items items(support::makeButton(parent, 9, BS_OWNERDRAW));
     DrawnButton button;
-    button.attach(parent, 5);
+    button.attach(parent, 9);
+    CHECK(items.sendTo(parent) == OwnerDrawable::greater);
+    parent.sendMessageA(WM_COMMAND, MAKEWPARAM(9, BN_DBLCLK), reinterpret_cast<LPARAM>(button.getWindowHandle()));
+    CHECK((button.calls == "draw delete command 5" && items.measure.itemHeight == 33));
 
-    DRAWITEMSTRUCT draw{};
-    DELETEITEMSTRUCT deleted{};
-    COMPAREITEMSTRUCT compared{};
-    draw.hwndItem = deleted.hwndItem = compared.hwndItem = handle;
-    MEASUREITEMSTRUCT measure{};
-    measure.CtlType = ODT_BUTTON;
-    measure.CtlID = 5;
-    CHECK(parent.sendMessageA(WM_DRAWITEM, 5, at(draw)) == TRUE);
-    CHECK(parent.sendMessageA(WM_DELETEITEM, 5, at(deleted)) == TRUE);
-    CHECK(parent.sendMessageA(WM_MEASUREITEM, 5, at(measure)) == TRUE);
-    CHECK(parent.sendMessageA(WM_COMPAREITEM, 5, at(compared)) == OwnerDrawable::greater);
-    CHECK(button.calls == "draw delete ");
-    CHECK(measure.itemHeight == 33);
-
-    measure.itemHeight = 0;
-    measure.CtlType = ODT_MENU; // Menus have no control: the id says nothing.
-    CHECK(parent.sendMessageA(WM_MEASUREITEM, 0, at(measure)) ==
-          DefWindowProcW(parent, WM_MEASUREITEM, 0, at(measure)));
-    CHECK(measure.itemHeight == 0);
-    draw.hwndItem = nullptr;
-    CHECK(parent.sendMessageA(WM_DRAWITEM, 5, at(draw)) == DefWindowProcW(parent, WM_DRAWITEM, 5, at(draw)));
+    items = Items();
+    items.measure.CtlType = ODT_MENU; // Menus have no control: the id says nothing.
+    const auto isLeftToDefault = [&](UINT msg, auto& item) {
+        CHECK(parent.sendMessageA(msg, 9, at(item)) == DefWindowProcW(parent, msg, 9, at(item)));
+    };
+    isLeftToDefault(WM_DRAWITEM, items.draw);
+    isLeftToDefault(WM_MEASUREITEM, items.measure);
+    CHECK((button.calls == "draw delete command 5" && items.measure.itemHeight == 0));
 }
 
 TEST_CASE("Window: a tree view's object is asked before its parent's narrow handler", "[window][decoding]")
 {
     Recorder parent;
-    support::open(parent);
     support::makeButton(parent, 6);
     Tree tree;
     tree.attach(parent, 6);

@@ -6,29 +6,26 @@
 #include <tarn/BasicString.h>
 #include <tarn/Bitmap.h>
 #include <tarn/DeviceContext.h>
+#include <tarn/Process.h>
 
+#include <map>
+#include <stdexcept>
 #include <string>
 
 using namespace tarn;
 
 namespace {
-// Runs the sketch program that lies beside this one; gives its exit code.
-unsigned long runSketch(const std::wstring& arguments)
+// Runs the sketch program, which lies beside this one; gives its exit code.
+unsigned long runSketch(const std::string& arguments)
 {
-    wchar_t self[MAX_PATH];
-    GetModuleFileNameW(nullptr, self, MAX_PATH);
-    const std::wstring program = std::wstring(BasicString<wchar_t>(self).getDirectory()) + L"\\sketch.exe";
-    std::wstring command = L"\"" + program + L"\" " + arguments;
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process;
-    REQUIRE(CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process));
-    CHECK(WaitForSingleObject(process.hProcess, 60000) == WAIT_OBJECT_0);
-    DWORD code = 0;
-    GetExitCodeProcess(process.hProcess, &code);
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-    return code;
+    Process program(("sketch.exe " + arguments).c_str(), 0);
+    CHECK(program.wait(60'000) == WindowsHandle::signaled);
+    return program.getExitCode();
+}
+
+std::string option(const char* name, const std::wstring& file)
+{
+    return std::string(name) + " \"" + BasicString<char>(file.c_str()).c_str() + "\" ";
 }
 } // namespace
 
@@ -38,33 +35,38 @@ TEST_CASE("sketch: the picture shows what the script drew", "[sketch]")
     folder.write("script.txt", "size 400 300\nred\nthick\nstroke 100 100 200 100\nblue\nstroke 20 200 220 200\n"
                                "green\nstroke 0 0 300 150\nkey back\ndrop C:\\a.txt\n");
     const std::wstring picture = folder.file(L"picture.png");
-    REQUIRE(runSketch(L"--script \"" + folder.file(L"script.txt") + L"\" --screenshot \"" + picture + L"\"") == 0);
+    REQUIRE(runSketch(option("--script", folder.file(L"script.txt")) + option("--screenshot", picture)) == 0);
 
     const Bitmap bitmap(support::loadPicture(picture.c_str()), true);
-    const Size size = bitmap.getSize();
     DeviceContext memory;
     const Bitmap previous = memory.select(bitmap);
-    int red = 0, blue = 0, green = 0;
+    std::map<unsigned long, int> counts, tops;
+    const Size size = bitmap.getSize();
     for (int y = 0; y < size.cy; ++y) {
         for (int x = 0; x < size.cx; ++x) {
             const unsigned long pixel = memory.getPixel(x, y);
-            red += pixel == RGB(205, 50, 45);
-            blue += pixel == RGB(40, 90, 190);
-            green += pixel == RGB(50, 140, 70);
+            ++counts[pixel];
+            tops.try_emplace(pixel, y);
         }
     }
     memory.select(previous);
     // Eight pixels high with round ends; the green stroke was taken back, but its colour is still chosen.
+    constexpr unsigned long redInk = RGB(205, 50, 45), blueInk = RGB(40, 90, 190), greenInk = RGB(50, 140, 70);
+    const int red = counts[redInk], blue = counts[blueInk], green = counts[greenInk];
+    CHECK(tops[blueInk] == tops[redInk] + 100);
     CHECK((800 < red && red < 1000));
     CHECK((1600 < blue && blue < 1800));
     CHECK((0 < green && green < 400));
+
+    CHECK_THROWS_AS(support::savePicture(bitmap, folder.file(L"no folder\\picture.png").c_str()), std::runtime_error);
+    CHECK_THROWS_AS(support::loadPicture(folder.file(L"missing.png").c_str()), std::runtime_error);
 }
 
 TEST_CASE("sketch: a script that cannot be played ends the program with an error", "[sketch]")
 {
     const support::ScratchFolder folder;
     folder.write("script.txt", "stroke 1 2 3\n");
-    CHECK(runSketch(L"--script \"" + folder.file(L"script.txt") + L"\"") == 1);
-    CHECK(runSketch(L"--script \"" + folder.file(L"missing.txt") + L"\"") == 1);
-    CHECK(runSketch(L"--nonsense") == 1);
+    CHECK(runSketch(option("--script", folder.file(L"script.txt"))) == 1);
+    CHECK(runSketch(option("--script", folder.file(L"missing.txt"))) == 1);
+    CHECK(runSketch("--nonsense") == 1);
 }

@@ -14,6 +14,11 @@ constexpr HBRUSH noBrush = nullptr;
 
 WindowClass make(unsigned style) { return WindowClass(style, 0, nullptr, noBrush, nullptr, program); }
 
+void open(Window& window, const WindowClass& windowClass)
+{
+    window.create(windowClass, L"", 0, Rect(), nullptr, nullptr, program);
+}
+
 bool isRegistered(ATOM atom)
 {
     WNDCLASSW attributes;
@@ -38,28 +43,27 @@ TEST_CASE("WindowClass: equal attributes share a registration that ends with the
 
 TEST_CASE("WindowClass: each attribute is part of the name, a colour as the brush that stands for it", "[windowclass]")
 {
-    const WindowClass plain = make(0);
     const WindowClass menu(0, 7, nullptr, noBrush, nullptr, program);
     const WindowClass cursor(0, 0, nullptr, noBrush, LoadCursorW(nullptr, IDC_CROSS), program);
     const WindowClass icon(0, 0, LoadIconW(nullptr, IDI_ERROR), noBrush, nullptr, program);
     const WindowClass colour(0, 0, nullptr, COLOR_BTNFACE, nullptr, program);
     const WindowClass brush(0, 0, nullptr, reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1), nullptr, program);
-    CHECK(std::set<ATOM>{plain.getAtom(), menu.getAtom(), cursor.getAtom(), icon.getAtom(), colour.getAtom()}.size() ==
-          5);
+    const std::set<ATOM> atoms{make(0).getAtom(), menu.getAtom(), cursor.getAtom(), icon.getAtom(), colour.getAtom()};
+    CHECK(atoms.size() == 5);
     CHECK(colour.getAtom() == brush.getAtom());
 
     Window window;
     window.create(menu, "", 0, Rect(), nullptr, nullptr, program);
     CHECK(
         window.getClassNameA().startsWith("Tarn++ WindowClass: Style=0, Icon=0, Brush=0, Cursor=0, Menu=7, Instance="));
-    CHECK(GetClassLongW(window, GCL_MENUNAME) == 7);
+    CHECK(GetClassLongPtrW(window, GCLP_MENUNAME) == 7);
 }
 
 TEST_CASE("WindowClass: closing while a window is open fails and keeps the class", "[windowclass]")
 {
     WindowClass windowClass = make(CS_DBLCLKS);
     Window window;
-    window.create(windowClass, L"", 0, Rect(), nullptr, nullptr, program);
+    open(window, windowClass);
     for (int i = 0; i < 2; ++i)
         support::expectWindowsError([&] { windowClass.close(); }, ERROR_CLASS_HAS_WINDOWS,
                                     "Can't unregister window class");
@@ -85,12 +89,10 @@ TEST_CASE("WindowClass: a name that is taken already cannot be registered", "[wi
 {
     WindowClass windowClass = make(CS_PARENTDC);
     WNDCLASSW taken{};
-    BasicString<wchar_t> name;
-    {
-        Window window;
-        window.create(windowClass, L"", 0, Rect(), nullptr, nullptr, program);
-        name = window.getClassNameW();
-    }
+    Window window;
+    open(window, windowClass);
+    const BasicString<wchar_t> name = window.getClassNameW();
+    window.destroy();
     windowClass.close();
     taken.lpfnWndProc = DefWindowProcW;
     taken.hInstance = program;
@@ -99,11 +101,7 @@ TEST_CASE("WindowClass: a name that is taken already cannot be registered", "[wi
     support::expectWindowsError([] { make(CS_PARENTDC); }, ERROR_CLASS_ALREADY_EXISTS, "Can't create window class");
     UnregisterClassW(name, program);
     CHECK(make(CS_PARENTDC)); // The failure has left no entry behind.
-
-    Window window;
-    const auto error = support::thrownBy<WindowsError>(
-        [&] { window.create(WindowClass(), L"", 0, Rect(), nullptr, nullptr, program); });
-    CHECK(std::string(error.getDescription()) == "Can't create window");
+    support::expectWindowsError([&] { open(window, WindowClass()); }, "Can't create window");
 }
 
 TEST_CASE("WindowClass: threads may create and close the same class at once", "[windowclass]")

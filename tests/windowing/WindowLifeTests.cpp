@@ -1,10 +1,5 @@
 #include "Windows.h"
 
-#include <Expect.h>
-
-#include <memory>
-#include <vector>
-
 using namespace tarn;
 
 namespace {
@@ -12,15 +7,10 @@ WNDPROC procedureOf(HWND hwnd) { return reinterpret_cast<WNDPROC>(GetWindowLongP
 
 Window* objectOf(HWND hwnd) { return Window::getWindowFromHandle(hwnd, false); }
 
-/// Counts one message, opens what is protected, and tells of its end.
+/// Counts one message, and opens what is protected. May hold a handle from the start, unbound.
 class Probe : public Window {
 public:
-    explicit Probe(UINT counted = WM_USER) : counted_(counted) {}
-    ~Probe() override
-    {
-        if (ended)
-            *ended = true;
-    }
+    explicit Probe(UINT counted = WM_USER, HWND held = nullptr) : Window(held), counted_(counted) {}
 
     LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
     {
@@ -28,13 +18,42 @@ public:
         return Window::onMessage(msg, wParam, lParam);
     }
     using Window::attach;
-    using Window::processMessage;
 
     int count = 0;
-    bool* ended = nullptr;
 
 private:
     UINT counted_;
+};
+
+/// Ends its own window or itself in a handler, and tells of its end.
+class Suicide : public Window {
+public:
+    enum How { destroysWindow, deletesItself, deletesItselfAfterDefault, deletesItselfOnEnd };
+    explicit Suicide(bool& ended, How how = destroysWindow) : ended_(ended), how_(how) {}
+    ~Suicide() override { ended_ = true; }
+
+    LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
+    {
+        if (msg != WM_USER)
+            return Window::onMessage(msg, wParam, lParam);
+        if (how_ == destroysWindow)
+            destroy();
+        if (how_ == deletesItselfAfterDefault)
+            defaultWindowProc();
+        if (how_ != destroysWindow)
+            delete this;
+        return 42;
+    }
+    void onNCDestroy() override
+    {
+        defaultWindowProc();
+        if (how_ == deletesItselfOnEnd)
+            delete this;
+    }
+
+private:
+    bool& ended_;
+    How how_;
 };
 
 /// What a stranger puts on top of the shared procedure.
@@ -43,22 +62,10 @@ LRESULT CALLBACK onTop(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
     return CallWindowProcW(&Window::windowProc, hwnd, msg, wParam, lParam);
 }
 
-/// Holds a handle from the start, unbound.
-class Holder : public Window {
-public:
-    using Window::attach;
-    using Window::Window;
-};
-
 /// A parent with the button 5.
 struct Parent {
-    Parent()
-    {
-        support::open(window);
-        button = support::makeButton(window, 5);
-    }
-    Window window;
-    HWND button;
+    support::OpenWindow window;
+    HWND button = support::makeButton(window, 5);
 };
 } // namespace
 
@@ -102,14 +109,21 @@ TEST_CASE("Window: an owning object takes its window with it, an attached one do
         owner.attach(parent.button, true);
     }
     CHECK(!IsWindow(parent.button));
-    support::expectFailure([&] { Probe().Window::attach(parent.window, 5); }, "Can't get dialog item 5 for attaching");
+    support::expectWindowsError([&] { Probe().Window::attach(parent.window, 5); },
+                                "Can't get dialog item 5 for attaching");
+
+    const HWND second = support::makeButton(parent.window, 6);
+    Probe attached;
+    attached.attach(second, false);
+    DestroyWindow(second); // Nothing tells the object of it.
+    CHECK((!objectOf(second) && !attached.isOpen()));
 }
 
 TEST_CASE("Window: attaching to the handle that the object holds changes only the ownership", "[window][life]")
 {
     Parent parent;
     {
-        Holder holder(parent.button);
+        Probe holder(WM_USER, parent.button);
         holder.attach(parent.button, true);
         CHECK(!objectOf(parent.button));
         holder.attach(parent.button, false);
@@ -122,23 +136,12 @@ TEST_CASE("Window: attaching to the handle that the object holds changes only th
     CHECK(!IsWindow(parent.button));
 }
 
-TEST_CASE("Window: an attached object whose window has died is not found any more", "[window][life]")
-{
-    Parent parent;
-    Probe attached;
-    attached.attach(parent.button, false);
-    DestroyWindow(parent.button);
-    CHECK(!objectOf(parent.button));
-    CHECK(!attached.isOpen());
-}
-
 TEST_CASE("Window: the owner of a window that another object takes over still destroys it", "[window][life]")
 {
     Probe taker;
     HWND handle = nullptr;
     {
-        Window owner;
-        support::open(owner);
+        support::OpenWindow owner;
         handle = owner;
         taker.attach(handle, false);
         owner.sendMessageA(WM_USER);
@@ -198,15 +201,17 @@ TEST_CASE("Window: subclassing takes the messages and gives them back", "[window
     }
     SECTION("by the end of the window") { DestroyWindow(parent.button); }
     CHECK((!button.isOpen() && !button.isSubclass()));
-    support::expectFailure([&] { button.subclass(parent.window, 6); }, "Can't retrieve dialogue item for subclassing");
-    support::expectFailure([&] { button.subclass(HWND(0x7001)); }, "Can't set window long GWL_STYLE");
+    support::expectWindowsError([&] { button.subclass(parent.window, 6); },
+                                "Can't retrieve dialogue item for subclassing");
+    support::expectWindowsError([&] { button.subclass(HWND(0x7001)); }, "Can't set window long GWL_STYLE");
     CHECK((!button.isOpen() && !objectOf(HWND(0x7001))));
 }
 
-TEST_CASE("Window: one of two objects puts back the procedure, whoever owns the window", "[window][life]")
+TEST_CASE("Window: a subclassing object may lose the procedure, or die first, without harm", "[window][life]")
 {
     Parent parent;
     const WNDPROC before = procedureOf(parent.button);
+    SECTION("the procedure, to another object that puts it back, whoever owns the window")
     {
         Probe owner, other;
         owner.subclass(parent.button);
@@ -216,16 +221,13 @@ TEST_CASE("Window: one of two objects puts back the procedure, whoever owns the 
         other.unsubclass();
         CHECK(procedureOf(parent.button) == before);
     }
-    CHECK(!IsWindow(parent.button));
-}
-
-TEST_CASE("Window: a subclassing object that dies first leaves a window that nothing crashes", "[window][life]")
-{
-    Parent parent;
-    Probe().subclass(parent.button);
-    CHECK(!objectOf(parent.button));
-    CHECK(SendMessageW(parent.button, WM_USER, 0, 0) == 0);
-    DestroyWindow(parent.button);
+    SECTION("its life, leaving a window that nothing crashes")
+    {
+        Probe().subclass(parent.button);
+        CHECK(!objectOf(parent.button));
+        CHECK(SendMessageW(parent.button, WM_USER, 0, 0) == 0);
+        DestroyWindow(parent.button);
+    }
     CHECK(!IsWindow(parent.button));
 }
 
@@ -243,14 +245,10 @@ TEST_CASE("Window: only the narrow create subclasses a window of a foreign class
     const HWND handles[] = {narrow, wide};
     narrow.unsubclass();
     CHECK((IsWindow(handles[0]) && IsWindow(handles[1])));
-}
-
-TEST_CASE("Window: a default size leaves the place to the system", "[window][life]")
-{
-    Window window;
-    window.create(support::testClass(), L"", WS_OVERLAPPEDWINDOW, Rect(CW_USEDEFAULT, CW_USEDEFAULT, 0, 0), nullptr,
-                  nullptr, nullptr);
-    CHECK(window.getWindowSize().cx > 100);
+    // A default size leaves the place to the system.
+    wide.create(support::testClass(), L"", WS_OVERLAPPEDWINDOW, Rect(CW_USEDEFAULT, CW_USEDEFAULT, 0, 0), nullptr,
+                nullptr, nullptr);
+    CHECK(wide.getWindowSize().cx > 100);
 }
 
 TEST_CASE("Window::Pointer: a look-up of a foreign window makes an object that dies with the pointer", "[window][life]")
@@ -263,111 +261,55 @@ TEST_CASE("Window::Pointer: a look-up of a foreign window makes an object that d
     CHECK(!Window::getWindowFromHandle(parent.window, true).isOwner());
 
     bool ended = false;
-    auto* const probe = new Probe;
-    probe->ended = &ended;
-    Window::Pointer<Window> source(probe, true);
+    auto* const object = new Suicide(ended);
+    Window::Pointer<Window> source(object, true);
     {
         const Window::Pointer<Window> copy(source);
-        CHECK((copy == probe && copy.isOwner() && !source && !source.isOwner()));
+        CHECK((copy == object && copy.isOwner() && !source && !source.isOwner()));
         found = copy; // Deletes the temporary held so far.
-        CHECK((!copy && found == probe));
+        CHECK((!copy && found == object));
     }
     CHECK(!ended);
     found = source;
     CHECK((ended && !found));
 }
 
-namespace {
-/// Ends its own window or itself in a handler.
-class Suicide : public Window {
-public:
-    enum How { destroysWindow, deletesItself, deletesItselfAfterDefault };
-    explicit Suicide(bool& ended, How how = destroysWindow) : ended_(ended), how_(how) {}
-    ~Suicide() override { ended_ = true; }
-
-    LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
-    {
-        if (msg != WM_USER)
-            return Window::onMessage(msg, wParam, lParam);
-        switch (how_) {
-        case destroysWindow:
-            destroy();
-            break;
-        case deletesItselfAfterDefault:
-            defaultWindowProc();
-            [[fallthrough]];
-        case deletesItself:
-            delete this;
-            break;
-        }
-        return 42;
-    }
-    void onNCDestroy() override
-    {
-        defaultWindowProc();
-        if (how_ == destroysWindow && deletesOnEnd)
-            delete this;
-    }
-
-    bool deletesOnEnd = false;
-
-private:
-    bool& ended_;
-    How how_;
-};
-} // namespace
-
-TEST_CASE("Window: a handler may end its window or its object", "[window][life]")
+TEST_CASE("Window: a handler that destroys its window leaves the object usable", "[window][life]")
 {
     bool ended = false;
-    SECTION("destroying the window leaves the object usable")
+    Suicide window(ended);
+    support::open(window);
+    CHECK(window.sendMessageA(WM_USER) == 42);
+    CHECK(!window.isOpen());
+    support::open(window);
+    CHECK(window.isOpen());
+}
+
+TEST_CASE("Window: a handler may delete its object, and with it the window", "[window][life]")
+{
+    bool ended = false;
+    const auto how = GENERATE(Suicide::deletesItself, Suicide::deletesItselfAfterDefault);
+    auto* const window = new Suicide(ended, how);
+    support::open(*window);
+    const HWND handle = *window;
+    // The default's result outlives the object.
+    CHECK(SendMessageW(handle, WM_USER, 0, 0) == (how == Suicide::deletesItself ? 42 : 0));
+    CHECK((ended && !IsWindow(handle)));
+}
+
+TEST_CASE("Window: an object may delete itself at the window's end, whoever ends it", "[window][life]")
+{
+    bool ended = false;
+    auto* const window = new Suicide(ended, Suicide::deletesItselfOnEnd);
+    support::open(*window);
+    const HWND handle = *window;
+    SECTION("the system") { DestroyWindow(handle); }
+    SECTION("destroy") { window->destroy(); }
+    SECTION("the default procedure, within the handler of another message") { window->sendMessageA(WM_CLOSE); }
+    SECTION("create")
     {
-        Suicide window(ended);
-        support::open(window);
-        CHECK(window.sendMessageA(WM_USER) == 42);
-        CHECK(!window.isOpen());
-        support::open(window);
-        CHECK(window.isOpen());
+        support::expectWindowsError([&] { support::open(*window); }, ERROR_INVALID_WINDOW_HANDLE,
+                                    "Can't create window");
     }
-    SECTION("deleting the object in a handler destroys the window")
-    {
-        auto* const window = new Suicide(ended, Suicide::deletesItself);
-        support::open(*window);
-        const HWND handle = *window;
-        CHECK(SendMessageW(handle, WM_USER, 0, 0) == 42);
-        CHECK((ended && !IsWindow(handle)));
-    }
-    SECTION("the default's result outlives the object")
-    {
-        auto* const window = new Suicide(ended, Suicide::deletesItselfAfterDefault);
-        support::open(*window);
-        CHECK(SendMessageW(*window, WM_USER, 0, 0) == 0);
-        CHECK(ended);
-    }
-    SECTION("deleting the object at the window's end, whoever ends it")
-    {
-        auto* const window = new Suicide(ended);
-        window->deletesOnEnd = true;
-        support::open(*window);
-        const HWND handle = *window;
-        const int way = GENERATE(0, 1, 2, 3);
-        CAPTURE(way);
-        switch (way) {
-        case 0:
-            DestroyWindow(handle);
-            break;
-        case 1:
-            window->destroy();
-            break;
-        case 2: // The default procedure destroys it, within the handler of another message.
-            window->sendMessageA(WM_CLOSE);
-            break;
-        case 3:
-            support::expectError<WindowsError>([&] { support::open(*window); },
-                                               "Can't create window: " +
-                                                   support::systemText(ERROR_INVALID_WINDOW_HANDLE));
-            break;
-        }
-        CHECK((ended && !IsWindow(handle) && !objectOf(handle)));
-    }
+    CHECK((ended && !IsWindow(handle) && !objectOf(handle)));
 }

@@ -21,11 +21,18 @@ template <class W> void open(W& window, unsigned long style = WS_OVERLAPPEDWINDO
                   GetModuleHandleW(nullptr));
 }
 
+/// A window that is open from the start.
+struct OpenWindow : tarn::Window {
+    explicit OpenWindow(unsigned long style = WS_OVERLAPPEDWINDOW, HWND parent = nullptr)
+    {
+        open(*this, style, parent);
+    }
+};
+
 /// Asserts that `call` throws a WindowsError with this description. The code is the platform's affair.
 template <class Call> void expectFailure(Call call, const std::string& description)
 {
-    const auto error = thrownBy<tarn::WindowsError>(call);
-    CHECK(error.getDescription() == description);
+    expectWindowsError(call, description);
 }
 
 /// A hidden window of the system's "BUTTON" class in a parent, without an object.
