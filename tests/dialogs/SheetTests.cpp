@@ -108,23 +108,15 @@ TEST_CASE("PropertySheet: what a page throws cancels the sheet without asking an
     CHECK((!t.sheet.isOpen() && !support::visibleDialog()));
 }
 
-TEST_CASE("PropertySheet: Apply waits until a page says with the platform's macro that it was changed", "[sheet]")
-{
-    Sheet t;
-    t.showAnd([&] {
-        const HWND apply = GetDlgItem(t.sheet, ID_APPLY_NOW);
-        CHECK(!IsWindowEnabled(apply));
-        PropSheet_Changed(t.sheet.getWindowHandle(), t.first.getWindowHandle());
-        CHECK(IsWindowEnabled(apply));
-        t.sheet.pressButton(PSBTN_CANCEL);
-    });
-}
-
-TEST_CASE("PropertySheet: a page is added to an open sheet", "[sheet]")
+TEST_CASE("PropertySheet: Apply waits until a page tells of a change; an open sheet takes more pages", "[sheet]")
 {
     Sheet t;
     Page third(12, t.log), missing(99, t.log);
     const auto step = [&] {
+        const HWND apply = GetDlgItem(t.sheet, ID_APPLY_NOW);
+        CHECK(!IsWindowEnabled(apply));
+        PropSheet_Changed(t.sheet.getWindowHandle(), t.first.getWindowHandle()); // The platform's macro.
+        CHECK(IsWindowEnabled(apply));
         t.sheet.addPage(&third);
         expectWindowsError([&] { t.sheet.addPage(&missing); }, "Can't create property page");
         t.sheet.activate(&third, 2);
