@@ -31,14 +31,14 @@ Driver::~Driver()
 void CALLBACK Driver::onTimer(HWND, UINT, UINT_PTR, DWORD)
 {
     Driver* const driver = current;
-    if (!driver || driver->done_)
+    if (!driver)
         return;
-    driver->late_ = GetTickCount() - driver->start_ > timeoutMs;
-    if (!driver->late_) {
-        driver->done_ = driver->step_();
-    } else if (const HWND dialog = visibleDialog()) {
+    driver->late_ = GetTickCount() - driver->start_ > timeoutMs; // Even if a dialog stays after the step.
+    if (const HWND dialog = driver->late_ ? visibleDialog() : nullptr) {
         PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0); // What a property sheet needs.
         EndDialog(dialog, -1);
+    } else if (!driver->done_ && !driver->late_) {
+        driver->done_ = driver->step_();
     }
 }
 
