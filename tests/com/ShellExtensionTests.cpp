@@ -4,31 +4,31 @@
 
 #include <shellapi.h>
 
-#include <cstring>
+#include <string>
+#include <utility>
 
 using tarn::COMInterfacePointer;
 using tarn::ContextMenuHandler;
 using tarn::ShellExtension;
 using Text = tarn::BasicString<wchar_t>;
+using namespace std::string_literals;
 
 namespace {
 // Files as Explorer hands them over; only GetData counts.
 class FileData : public IDataObject, public tarn::IUnknownImpl {
 public:
-    explicit FileData(const wchar_t* paths, std::size_t count) : IUnknownImpl(nullptr), paths_(paths, count) {}
+    explicit FileData(std::wstring paths) : IUnknownImpl(nullptr), paths_(std::move(paths)) {}
 
     TARN_IUNKNOWN_METHODS
     HRESULT STDMETHODCALLTYPE GetData(FORMATETC* format, STGMEDIUM* medium) override
     {
         if (format->cfFormat != CF_HDROP)
             return DV_E_FORMATETC;
-        const std::size_t bytes = (paths_.size() + 2) * sizeof(wchar_t);
         medium->tymed = TYMED_HGLOBAL;
-        medium->hGlobal = GlobalAlloc(GMEM_FIXED | GMEM_ZEROINIT, sizeof(DROPFILES) + bytes);
+        medium->hGlobal = GlobalAlloc(GPTR, sizeof(DROPFILES) + (paths_.size() + 2) * sizeof(wchar_t));
         auto* const files = static_cast<DROPFILES*>(medium->hGlobal);
-        files->pFiles = sizeof(DROPFILES);
-        files->fWide = TRUE;
-        std::memcpy(files + 1, paths_.data(), paths_.size() * sizeof(wchar_t));
+        *files = {sizeof(DROPFILES), {}, FALSE, TRUE};
+        paths_.copy(reinterpret_cast<wchar_t*>(files + 1), paths_.size());
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE GetDataHere(FORMATETC*, STGMEDIUM*) override { return E_NOTIMPL; }
@@ -46,18 +46,10 @@ private:
 
 const std::wstring longPath = L"C:\\" + std::wstring(300, L'x');
 
-COMInterfacePointer<IDataObject> twoFiles()
-{
-    const std::wstring paths = L"C:\\one.txt" + std::wstring(1, L'\0') + longPath;
-    return new FileData(paths.data(), paths.size());
-}
+COMInterfacePointer<IDataObject> twoFiles() { return new FileData(L"C:\\one.txt" + std::wstring(1, L'\0') + longPath); }
 
-class Commands : public ContextMenuHandler {
-public:
+struct Commands : ContextMenuHandler {
     Commands() : ContextMenuHandler(nullptr) {}
-    Text invoked;
-
-protected:
     std::vector<Command> getCommands() override
     {
         return {{L"&Count", [this](HWND) { invoked = Text::fromInt(static_cast<int>(getItems().size())); }, L"count",
@@ -65,24 +57,19 @@ protected:
                 {L"", nullptr, L"", L""},
                 {L"&Fail", [](HWND) { throw tarn::WindowsError(ERROR_ACCESS_DENIED); }, L"fail", L""}};
     }
+    Text invoked;
 };
 
-class Drops : public tarn::DropHandler {
-public:
+struct Drops : tarn::DropHandler {
     Drops() : DropHandler(nullptr, IID_IDropTarget) {}
-    Items dropped;
-
-protected:
     void drop(const Items& items, unsigned long) override { dropped = items; }
+    Items dropped;
 };
 
 BOOL CALLBACK takePage(HPROPSHEETPAGE, LPARAM) { return TRUE; }
 
-class Pages : public tarn::PropertySheetHandler {
-public:
+struct Pages : tarn::PropertySheetHandler {
     Pages() : PropertySheetHandler(nullptr) {}
-
-protected:
     std::vector<HPROPSHEETPAGE> createPages() override { throw std::bad_alloc(); }
 };
 } // namespace
@@ -93,10 +80,8 @@ TEST_CASE("ShellExtension: reads the selected files, long paths included", "[com
     const COMInterfacePointer<IContextMenu> menu(handler);
     const auto init = menu.require<IShellExtInit>();
     CHECK(init->Initialize(nullptr, twoFiles(), nullptr) == S_OK);
-    CHECK(handler->getItems() == ShellExtension::Items{L"C:\\one.txt", longPath.c_str()});
-    CHECK(handler->getFolder().empty());
-    CHECK(init->Initialize(nullptr, nullptr, nullptr) == S_OK);
-    CHECK(handler->getItems().empty());
+    CHECK((handler->getItems() == ShellExtension::Items{L"C:\\one.txt", longPath.c_str()}));
+    CHECK((init->Initialize(nullptr, nullptr, nullptr) == S_OK && handler->getItems().empty()));
 }
 
 TEST_CASE("ContextMenuHandler: adds its commands to the menu", "[com][shell]")
@@ -104,11 +89,9 @@ TEST_CASE("ContextMenuHandler: adds its commands to the menu", "[com][shell]")
     const COMInterfacePointer<IContextMenu> handler(new Commands);
     const HMENU menu = CreatePopupMenu();
     AppendMenuW(menu, MF_STRING, 1, L"before");
-    CHECK(handler->QueryContextMenu(menu, 1, 100, 200, CMF_DEFAULTONLY) == 0);
-    CHECK(GetMenuItemCount(menu) == 1);
+    CHECK((handler->QueryContextMenu(menu, 1, 100, 200, CMF_DEFAULTONLY) == 0 && GetMenuItemCount(menu) == 1));
     CHECK(handler->QueryContextMenu(menu, 1, 100, 200, CMF_NORMAL) == 3);
-    CHECK(GetMenuItemID(menu, 1) == 100);
-    CHECK(GetMenuItemID(menu, 3) == 102);
+    CHECK((GetMenuItemID(menu, 1) == 100 && GetMenuItemID(menu, 3) == 102));
     wchar_t text[20];
     GetMenuStringW(menu, 102, text, 20, MF_BYCOMMAND);
     CHECK(Text(text) == L"&Fail");
@@ -151,15 +134,11 @@ TEST_CASE("ContextMenuHandler: tells verbs and help in both widths", "[com][shel
     const auto get = [&](UINT_PTR command, UINT what, UINT size = 20) {
         return handler->GetCommandString(command, what, nullptr, narrow, size);
     };
-    CHECK(get(0, GCS_VERBA) == S_OK);
-    CHECK(std::string(narrow) == "count");
-    CHECK(get(0, GCS_HELPTEXTW) == S_OK);
-    CHECK(Text(wide) == L"Counts the files");
+    CHECK((get(0, GCS_VERBA) == S_OK && narrow == "count"s));
+    CHECK((get(0, GCS_HELPTEXTW) == S_OK && Text(wide) == L"Counts the files"));
     CHECK(FAILED(get(0, GCS_VERBA, 5)));
-    CHECK(get(2, GCS_HELPTEXTA) == E_NOTIMPL);
-    CHECK(get(3, GCS_VERBA) == E_INVALIDARG);
-    CHECK(get(2, GCS_VALIDATEW) == S_OK);
-    CHECK(get(3, GCS_VALIDATEW) == S_FALSE);
+    CHECK((get(2, GCS_HELPTEXTA) == E_NOTIMPL && get(3, GCS_VERBA) == E_INVALIDARG));
+    CHECK((get(2, GCS_VALIDATEW) == S_OK && get(3, GCS_VALIDATEW) == S_FALSE));
 }
 
 TEST_CASE("DropHandler: takes files onto its file and refuses the rest", "[com][shell]")
@@ -174,19 +153,13 @@ TEST_CASE("DropHandler: takes files onto its file and refuses the rest", "[com][
     CoTaskMemFree(name);
 
     DWORD effect = DROPEFFECT_COPY | DROPEFFECT_MOVE;
-    CHECK(target->DragEnter(twoFiles(), 0, {}, &effect) == S_OK);
-    CHECK(effect == DROPEFFECT_COPY);
+    CHECK((target->DragEnter(twoFiles(), 0, {}, &effect) == S_OK && effect == DROPEFFECT_COPY));
     effect = DROPEFFECT_MOVE;
-    CHECK(target->DragOver(0, {}, &effect) == S_OK);
-    CHECK(effect == DROPEFFECT_NONE);
+    CHECK((target->DragOver(0, {}, &effect) == S_OK && effect == DROPEFFECT_NONE));
     effect = DROPEFFECT_COPY;
-    CHECK(target->Drop(twoFiles(), 0, {}, &effect) == S_OK);
-    CHECK(drops->dropped.size() == 2);
-    drops->dropped.clear();
-    effect = DROPEFFECT_COPY;
-    CHECK(target->Drop(nullptr, 0, {}, &effect) == S_OK);
-    CHECK(effect == DROPEFFECT_NONE);
-    CHECK(drops->dropped.empty());
+    CHECK((target->Drop(twoFiles(), 0, {}, &effect) == S_OK && drops->dropped.size() == 2));
+    CHECK((target->Drop(nullptr, 0, {}, &effect) == S_OK && effect == DROPEFFECT_NONE));
+    CHECK(drops->dropped.size() == 2); // The handler was not called.
 }
 
 TEST_CASE("PropertySheetHandler: what its pages throw is the result", "[com][shell]")

@@ -35,6 +35,13 @@ public:
     }
 };
 
+/// A host with one control.
+template <class Control> struct Hosted : Host {
+    explicit Hosted(const wchar_t* className, unsigned long style = 0) { add(control, className, style); }
+
+    Control control;
+};
+
 /// Stands in for a control that answers one message as it is told to.
 class Stubborn : public tarn::Window {
 public:

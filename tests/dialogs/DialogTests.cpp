@@ -12,33 +12,29 @@ using namespace tarn;
 namespace {
 const HINSTANCE module = GetModuleHandleW(nullptr);
 
-/// A dialog whose start, commands and timer do what the test says.
+/// A dialog whose start does what the test says.
 class Probe : public Dialog {
 public:
     explicit Probe(unsigned short resource = 1) : Dialog(resource, module) {}
     bool onInitDialog(Window& focus) override
     {
         focusID = focus.isOpen() ? focus.getID() : 0;
-        if (onStart)
-            onStart();
+        onStart();
         return true;
     }
     LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
     {
         if (msg == WM_APP)
-            return 77;
-        if (msg == WM_APP + 1)
             throw std::runtime_error("in a handler");
         if (msg == WM_ICONERASEBKGND)
-            ++erased;
+            return isErased = true, 77;
         return Dialog::onMessage(msg, wParam, lParam);
     }
     using Dialog::end;
-    using Dialog::getInstance;
 
-    std::function<void()> onStart;
+    std::function<void()> onStart = [] {};
     int focusID = -1;
-    int erased = 0;
+    bool isErased = false;
 };
 
 // A dialog dies just after it has been made.
@@ -48,11 +44,6 @@ LRESULT CALLBACK destroyDialog(int code, WPARAM wParam, LPARAM lParam)
     if (code == HC_ACTION && done->message == WM_INITDIALOG)
         DestroyWindow(done->hwnd);
     return CallNextHookEx(nullptr, code, wParam, lParam);
-}
-
-void expectDescription(const WindowsError& error, const char* text)
-{
-    CHECK(error.getDescription() == std::string(text));
 }
 } // namespace
 
@@ -65,8 +56,7 @@ TEST_CASE("Dialog: a modal dialog ends with the id of its button and unbinds", "
         return true;
     });
     CHECK(dialog.showModal() == id);
-    CHECK((driver.isDone() && !dialog.isOpen()));
-    CHECK(dialog.focusID == 10);
+    CHECK((!dialog.isOpen() && dialog.focusID == 10));
 }
 
 TEST_CASE("Dialog: 0 and -1 are results of a dialog that ran, whatever the last error", "[dialog]")
@@ -74,7 +64,6 @@ TEST_CASE("Dialog: 0 and -1 are results of a dialog that ran, whatever the last 
     const int result = GENERATE(0, -1, 5);
     Probe dialog;
     dialog.onStart = [&] {
-        SetLastError(ERROR_GEN_FAILURE);
         dialog.end(result);
         SetLastError(ERROR_GEN_FAILURE);
     };
@@ -84,14 +73,8 @@ TEST_CASE("Dialog: 0 and -1 are results of a dialog that ran, whatever the last 
 TEST_CASE("Dialog: what a handler throws ends the modal dialog and comes out of it", "[dialog]")
 {
     Probe dialog;
-    SECTION("from the start")
-    {
-        dialog.onStart = [] { throw std::runtime_error("in a handler"); };
-    }
-    SECTION("from a posted message")
-    {
-        dialog.onStart = [&] { dialog.postMessageW(WM_APP + 1); };
-    }
+    const bool isPosted = GENERATE(false, true);
+    dialog.onStart = [&] { isPosted ? PostMessageW(dialog, WM_APP, 0, 0) : dialog.sendMessageA(WM_APP); };
     support::expectError<std::runtime_error>([&] { dialog.showModal(); }, "in a handler");
     CHECK((!dialog.isOpen() && !support::visibleDialog()));
     dialog.onStart = [&] { dialog.end(3); };
@@ -102,42 +85,31 @@ TEST_CASE("Dialog: handled results reach the sender, unhandled messages the dial
 {
     Probe dialog;
     dialog.create();
-    CHECK(SendMessageW(dialog, WM_APP, 0, 0) == 77);
-    CHECK(SendMessageW(dialog, WM_APP + 2, 0, 0) == 0);
+    CHECK(SendMessageW(dialog, WM_ICONERASEBKGND, 0, 0) == 77);
     CHECK(SendMessageW(dialog, DM_GETDEFID, 0, 0) == MAKELRESULT(IDOK, DC_HASDEFID));
-    CHECK(SendMessageW(dialog, WM_GETTEXTLENGTH, 0, 0) == 6);
-
     const HICON icon = LoadIconW(nullptr, reinterpret_cast<const wchar_t*>(IDI_APPLICATION));
     dialog.setIcon(icon, false);
     CHECK(SendMessageW(dialog, WM_QUERYDRAGICON, 0, 0) == reinterpret_cast<LRESULT>(icon));
-    support::expectError<std::runtime_error>([&] { dialog.sendMessageA(WM_APP + 1); }, "in a handler");
-
     dialog.show(SW_MINIMIZE);
-    REQUIRE(dialog.isIconic());
-    dialog.erased = 0;
+    dialog.isErased = false;
     dialog.sendMessageA(WM_PAINT);
-    CHECK(dialog.erased >= 1);
-    dialog.setIcon(nullptr, false);
-    dialog.erased = 0;
-    CHECK(dialog.onQueryDragIcon() == nullptr);
+    CHECK(dialog.isErased);
 }
 
 TEST_CASE("Dialog: a modeless dialog is owned and its object remembers the template", "[dialog]")
 {
     HWND handle = nullptr;
     {
-        Dialog none;
         Probe dialog(99);
         dialog.create(nullptr, 1, module);
         handle = dialog;
-        CHECK((dialog.getInstance() == module && Window::getWindowFromHandle(handle, false).get() == &dialog));
         dialog.create();
         CHECK((!IsWindow(handle) && dialog.isOpen()));
         handle = dialog;
-        dialog.onStart = [] { throw std::runtime_error("in a handler"); };
+        dialog.onStart = [&] { dialog.sendMessageA(WM_APP); };
         support::expectError<std::runtime_error>([&] { dialog.create(); }, "in a handler");
         CHECK((!dialog.isOpen() && !IsWindow(handle)));
-        dialog.onStart = nullptr;
+        dialog.onStart = [] {};
         dialog.create();
         handle = dialog;
     }
@@ -150,26 +122,23 @@ TEST_CASE("Dialog: the size is known before the dialog is open, and nothing appe
     const Size before = dialog.getWindowSize();
     CHECK(!support::visibleDialog());
     dialog.create();
-    CHECK(before == dialog.getWindowSize());
-    CHECK(before.cx > 100);
+    CHECK((before == dialog.getWindowSize() && before.cx > 100));
 }
 
 TEST_CASE("Dialog: each failure has its text", "[dialog]")
 {
     Probe missing(99);
-    expectDescription(support::thrownBy<WindowsError>([&] { missing.create(); }), "Can't create dialog");
-    expectDescription(support::thrownBy<WindowsError>([&] { missing.showModal(); }), "Can't create modal dialog");
-    expectDescription(support::thrownBy<WindowsError>([&] { missing.getWindowSize(); }),
-                      "Can't create dummy dialog for getSize()");
-    expectDescription(support::thrownBy<WindowsError>([&] { missing.end(1); }), "Can't end modal dialog");
+    support::expectWindowsError([&] { missing.create(); }, "Can't create dialog");
+    support::expectWindowsError([&] { missing.showModal(); }, "Can't create modal dialog");
+    support::expectWindowsError([&] { missing.getWindowSize(); }, "Can't create dummy dialog for getSize()");
+    support::expectWindowsError([&] { missing.end(1); }, "Can't end modal dialog");
 
     const HHOOK hook = SetWindowsHookExW(WH_CALLWNDPROCRET, destroyDialog, nullptr, GetCurrentThreadId());
     const auto error = support::thrownBy<WindowsError>([] { Probe().getWindowSize(); });
     UnhookWindowsHookEx(hook);
-    // Where the system looks after the dialog it may say itself that there is none.
-    expectDescription(error, support::isWine() ? "Can't get window rect for dummy dialog in getSize()"
-                                               : error.getDescription());
     CHECK(error.getError() == ERROR_INVALID_WINDOW_HANDLE);
+    if (support::isWine()) // Elsewhere the system may say itself that there is no dialog.
+        CHECK(error.getDescription() == std::string("Can't get window rect for dummy dialog in getSize()"));
 }
 
 TEST_CASE("Dialog: a thousand dialogs leave nothing behind", "[dialog]")
@@ -183,5 +152,4 @@ TEST_CASE("Dialog: a thousand dialogs leave nothing behind", "[dialog]")
         dialog.showModal();
     CHECK(support::userObjects() <= before);
     CHECK(support::usedBytes() < bytes + 8000);
-    CHECK(!dialog.isOpen());
 }

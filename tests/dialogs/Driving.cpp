@@ -1,33 +1,19 @@
 #include "Driving.h"
 
-#include <string_view>
+#include <catch2/catch.hpp>
 
 namespace support {
 namespace {
 constexpr DWORD timeoutMs = 5000;
+constexpr DWORD dialogClass = 32770;
 Driver* current = nullptr;
-
-bool isDialog(HWND hwnd)
-{
-    wchar_t name[8];
-    return GetClassNameW(hwnd, name, 8) && std::wstring_view(name) == L"#32770";
-}
 
 BOOL CALLBACK find(HWND hwnd, LPARAM found)
 {
-    if (!isDialog(hwnd) || !IsWindowVisible(hwnd))
+    if (GetClassLongW(hwnd, GCW_ATOM) != dialogClass || !IsWindowVisible(hwnd))
         return TRUE;
     *reinterpret_cast<HWND*>(found) = hwnd;
     return FALSE;
-}
-
-BOOL CALLBACK end(HWND hwnd, LPARAM)
-{
-    if (isDialog(hwnd)) {
-        PostMessageW(hwnd, WM_COMMAND, IDCANCEL, 0);
-        EndDialog(hwnd, -1);
-    }
-    return TRUE;
 }
 } // namespace
 
@@ -39,18 +25,20 @@ Driver::~Driver()
 {
     KillTimer(nullptr, timer_);
     current = nullptr;
+    CHECK_FALSE(late_);
 }
 
 void CALLBACK Driver::onTimer(HWND, UINT, UINT_PTR, DWORD)
 {
     Driver* const driver = current;
-    if (!driver || driver->done_)
+    if (!driver)
         return;
-    if (GetTickCount() - driver->start_ > timeoutMs) {
-        driver->late_ = true;
-        EnumThreadWindows(GetCurrentThreadId(), end, 0);
-    } else if (driver->step_()) {
-        driver->done_ = true;
+    driver->late_ = GetTickCount() - driver->start_ > timeoutMs; // Even if a dialog stays after the step.
+    if (const HWND dialog = driver->late_ ? visibleDialog() : nullptr) {
+        PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0); // What a property sheet needs.
+        EndDialog(dialog, -1);
+    } else if (!driver->done_ && !driver->late_) {
+        driver->done_ = driver->step_();
     }
 }
 

@@ -6,8 +6,7 @@
 
 namespace support {
 /// Works on a modal dialog from inside of its loop: calls `step` every few milliseconds until it returns
-/// true. Gives up after five seconds: then it posts a cancel to every dialog of the thread, so that the
-/// test ends, and fails.
+/// true. After five seconds the test has failed, and the thread's dialogs are cancelled, so that it ends.
 class Driver {
 public:
     explicit Driver(std::function<bool()> step);
@@ -16,7 +15,6 @@ public:
     ~Driver();
 
     bool isDone() const { return done_; }
-    bool isLate() const { return late_; }
 
 private:
     static void CALLBACK onTimer(HWND, UINT, UINT_PTR, DWORD);

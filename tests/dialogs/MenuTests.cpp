@@ -3,15 +3,9 @@
 #include <tarn/Menu.h>
 #include <tarn/Window.h>
 
+using support::expectWindowsError;
 using tarn::BasicString;
 using tarn::Menu;
-
-namespace {
-template <class Call> void expectFailure(Call call, const std::string& description)
-{
-    CHECK(support::thrownBy<tarn::WindowsError>(call).getDescription() == description);
-}
-} // namespace
 
 TEST_CASE("Menu: items are inserted in both widths, told of, changed and removed", "[menu]")
 {
@@ -20,8 +14,7 @@ TEST_CASE("Menu: items are inserted in both widths, told of, changed and removed
     menu.insert(L"w\x4E00", 0, MF_BYPOSITION, 8);
     menu.insertSeparator();
     menu.insertSeparator(true, 1);
-    REQUIRE(menu.getItemCount() == 4);
-    CHECK((menu.getItemID(0) == 8 && menu.getItemID(2) == 7));
+    CHECK((menu.getItemCount() == 4 && menu.getItemID(2) == 7));
 
     Menu::ItemInfo info;
     menu.getItemInfo(info, 0, true);
@@ -32,41 +25,36 @@ TEST_CASE("Menu: items are inserted in both widths, told of, changed and removed
     CHECK(menu.setItemState(Menu::grayed, 7, false) == Menu::enabled);
     CHECK(menu.setItemState(Menu::enabled, 2, true) == Menu::grayed);
     CHECK(menu.setItemCheck(Menu::checked, 7, false) == Menu::unchecked);
-    CHECK(menu.setItemCheck(Menu::unchecked, 7, false) == Menu::checked);
     CHECK(static_cast<int>(menu.setItemCheck(Menu::checked, 99, false)) == -1);
-    menu.remove(7, false);
-    CHECK(menu.getItemCount() == 3);
 
-    expectFailure([&] { menu.remove(7, false); }, "Can't remove menu item");
-    expectFailure([&] { menu.getItemInfo(info, 99, true); }, "Can't retrieve menu item info");
-    expectFailure([&] { menu.getItemID(99); },
-                  BasicString<char>::fromFormat("Can't retrieve item 99 of menu %p", menu.getHandle()));
+    menu.remove(7, false);
+    expectWindowsError([&] { menu.remove(7, false); }, "Can't remove menu item");
+    expectWindowsError([&] { menu.getItemInfo(info, 99, true); }, "Can't retrieve menu item info");
+    expectWindowsError([&] { menu.getItemID(99); },
+                       BasicString<char>::fromFormat("Can't retrieve item 99 of menu %p", menu.getHandle()));
     const Menu none(HMENU(0x7001), false);
-    expectFailure([&] { none.insert("x", 0, MF_BYPOSITION, 1); }, "Can't insert menu item");
-    expectFailure([&] { none.insertSeparator(); }, "Can't insert menu separator");
-    expectFailure([&] { none.getItemCount(); },
-                  BasicString<char>::fromFormat("Can't retrieve item count for menu %p", none.getHandle()));
+    expectWindowsError([&] { none.insert("x", 0, MF_BYPOSITION, 1); }, "Can't insert menu item");
+    expectWindowsError([&] { none.insertSeparator(); }, "Can't insert menu separator");
+    expectWindowsError([&] { none.getItemCount(); },
+                       BasicString<char>::fromFormat("Can't retrieve item count for menu %p", none.getHandle()));
 }
 
 TEST_CASE("Menu: the menu that has an item is found at any depth", "[menu]")
 {
     const HINSTANCE module = GetModuleHandleW(nullptr);
     Menu menu(20, module);
-    const Menu borrowed(menu.getHandle(), false);
     const Menu sub = menu.getSubMenu(1);
-    CHECK((!sub.isOwner() && sub.getItemCount() == 2));
-    CHECK(borrowed.findParentOfItem(201).getHandle() == sub.getHandle());
-    CHECK(borrowed.findParentOfItem(301).getHandle() == sub.getSubMenu(1).getHandle());
-    CHECK(!menu.findParentOfItem(301).isOwner());
-    CHECK(borrowed.findParentOfItem(999).isNull());
-    CHECK(menu.getSubMenu(0).isNull());
+    CHECK((!sub.isOwner() && menu.getSubMenu(0).isNull()));
+    CHECK(menu.findParentOfItem(201).getHandle() == sub.getHandle());
+    CHECK(menu.findParentOfItem(301).getHandle() == sub.getSubMenu(1).getHandle());
+    CHECK((!menu.findParentOfItem(301).isOwner() && menu.findParentOfItem(999).isNull()));
     {
         Menu found = menu.findParentOfItem(101);
         CHECK((found.getHandle() == menu.getHandle() && found.isOwner()));
         found = Menu(); // Or both would destroy it.
     }
-    expectFailure([&] { menu.load(99, module); },
-                  BasicString<char>::fromFormat("Can't load menu 99 from module %p", module));
+    expectWindowsError([&] { menu.load(99, module); },
+                       BasicString<char>::fromFormat("Can't load menu 99 from module %p", module));
     CHECK(menu.isNull());
 }
 
@@ -83,7 +71,7 @@ TEST_CASE("Menu: the owner destroys its menu, and tells when that fails", "[menu
     CHECK(!IsMenu(handle));
     Menu menu(true);
     DestroyMenu(menu);
-    expectFailure([&] { menu.close(); }, "Can't destroy menu");
+    expectWindowsError([&] { menu.close(); }, "Can't destroy menu");
     CHECK(menu.isNull());
 
     const HMENU bar = CreateMenu();

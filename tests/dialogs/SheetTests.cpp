@@ -4,10 +4,12 @@
 
 #include <tarn/PropertySheet.h>
 
+#include <functional>
 #include <stdexcept>
 #include <string>
 
 using namespace tarn;
+using support::expectWindowsError;
 
 namespace {
 constexpr int ID_APPLY_NOW = 0x3021; // Of the sheet's own template; the platform's headers do not have it.
@@ -23,12 +25,6 @@ public:
     int onActivate() override { return told("activate"), 0; }
     bool onDeactivate() override { return told("deactivate"), false; }
     bool onCancel() override { return told("cancel"), stay; }
-    void release() override
-    {
-        told("release");
-        PropertyPage::release();
-    }
-
     bool stay = false;
     std::string throwing;
 
@@ -45,9 +41,19 @@ private:
 struct Sheet {
     Sheet() : first(11, log), second(12, log), sheet(nullptr, 1, 0, module)
     {
-        sheet.addPage(&first);
-        sheet.addPage(&second);
+        for (Page* const page : {&first, &second})
+            sheet.addPage(page);
     }
+    /// Shows the sheet and does `step`, which has to end it, as soon as it is open.
+    unsigned short showAnd(const std::function<void()>& step)
+    {
+        support::Driver driver([&] { return step(), true; });
+        const unsigned short result = sheet.showModal();
+        CHECK((driver.isDone() && !sheet.isOpen()));
+        return result;
+    }
+    bool wasTold(const char* what) const { return log.find(what) != std::string::npos; }
+
     std::string log;
     Page first, second;
     PropertySheet sheet;
@@ -57,20 +63,15 @@ struct Sheet {
 TEST_CASE("PropertySheet: the start page, the title and the pages are the sheet's; OK ends it", "[sheet]")
 {
     Sheet t;
-    SECTION("by index") { t.sheet.setStartPageByIndex(1); }
-    SECTION("by resource") { t.sheet.setStartPageByResource(12); }
+    GENERATE(false, true) ? t.sheet.setStartPageByIndex(1) : t.sheet.setStartPageByResource(12);
     t.sheet.setTitle("Named");
-    CHECK(!t.first.isCreated());
-    support::Driver driver([&] {
-        CHECK((t.sheet.getTextW() == L"Named" && t.second.isOpen()));
+    t.showAnd([&] {
+        CHECK(t.sheet.getTextW() == L"Named");
         t.sheet.activate(11);
         CHECK(t.first.isOpen());
         t.sheet.activate(&t.second, 1);
         t.sheet.pressButton(PSBTN_OK);
-        return true;
     });
-    t.sheet.showModal();
-    CHECK((driver.isDone() && !t.sheet.isOpen() && !t.first.isOpen()));
     CHECK(t.log.find("activate12 deactivate12 activate11 deactivate11 activate12 deactivate12") == 0);
     CHECK((!t.first.isCreated() && !t.second.isCreated())); // Released, and ready for another showing.
 }
@@ -80,7 +81,7 @@ TEST_CASE("PropertySheet: a wizard goes on only as far as its pages let it", "[s
     Sheet t;
     t.sheet.setWizardMode(true);
     t.first.stay = true;
-    support::Driver driver([&] {
+    const auto step = [&] {
         t.sheet.pressButton(PSBTN_NEXT);
         CHECK(!t.second.isOpen());
         t.first.stay = false;
@@ -92,55 +93,38 @@ TEST_CASE("PropertySheet: a wizard goes on only as far as its pages let it", "[s
         t.sheet.pressButton(PSBTN_NEXT);
         t.sheet.setFinishText("Do it");
         t.sheet.pressButton(PSBTN_FINISH);
-        return true;
-    });
-    CHECK(t.sheet.showModal() == 1);
-    CHECK((driver.isDone() && t.log.find("next11 next11") != std::string::npos));
-    CHECK(t.log.find("back12") < t.log.find("finish12"));
+    };
+    CHECK(t.showAnd(step) == 1);
+    CHECK((t.wasTold("next11 next11") && t.log.find("back12") < t.log.find("finish12")));
 }
 
 TEST_CASE("PropertySheet: what a page throws cancels the sheet without asking and comes out", "[sheet]")
 {
     Sheet t;
     t.first.stay = true;
-    SECTION("when it appears") { t.first.throwing = "activate"; }
-    SECTION("when it is left") { t.first.throwing = "deactivate"; }
-    support::Driver driver([&] { return t.sheet.postMessageW(PSM_SETCURSELID, 0, 12); });
-    support::expectError<std::runtime_error>([&] { t.sheet.showModal(); }, t.first.throwing);
-    CHECK((!driver.isLate() && !t.sheet.isOpen() && !support::visibleDialog()));
+    t.first.throwing = GENERATE("activate", "deactivate");
+    const auto step = [&] { t.sheet.postMessageW(PSM_SETCURSELID, 0, 12); };
+    support::expectError<std::runtime_error>([&] { t.showAnd(step); }, t.first.throwing);
+    CHECK((!t.sheet.isOpen() && !support::visibleDialog()));
 }
 
-TEST_CASE("PropertySheet: Apply waits until a page says with the platform's macro that it was changed", "[sheet]")
-{
-    Sheet t;
-    support::Driver driver([&] {
-        const HWND apply = GetDlgItem(t.sheet, ID_APPLY_NOW);
-        CHECK(!IsWindowEnabled(apply));
-        PropSheet_Changed(t.sheet.getWindowHandle(), t.first.getWindowHandle());
-        CHECK(IsWindowEnabled(apply));
-        t.sheet.pressButton(PSBTN_CANCEL);
-        return true;
-    });
-    t.sheet.showModal();
-    CHECK(driver.isDone());
-}
-
-TEST_CASE("PropertySheet: a page is added to an open sheet", "[sheet]")
+TEST_CASE("PropertySheet: Apply waits until a page tells of a change; an open sheet takes more pages", "[sheet]")
 {
     Sheet t;
     Page third(12, t.log), missing(99, t.log);
-    support::Driver driver([&] {
+    const auto step = [&] {
+        const HWND apply = GetDlgItem(t.sheet, ID_APPLY_NOW);
+        CHECK(!IsWindowEnabled(apply));
+        PropSheet_Changed(t.sheet.getWindowHandle(), t.first.getWindowHandle()); // The platform's macro.
+        CHECK(IsWindowEnabled(apply));
         t.sheet.addPage(&third);
-        CHECK(third.isCreated());
-        CHECK(support::thrownBy<WindowsError>([&] { t.sheet.addPage(&missing); }).getDescription() ==
-              std::string("Can't create property page"));
+        expectWindowsError([&] { t.sheet.addPage(&missing); }, "Can't create property page");
         t.sheet.activate(&third, 2);
         CHECK(third.isOpen());
         t.sheet.pressButton(PSBTN_CANCEL);
-        return true;
-    });
-    CHECK(t.sheet.showModal() == 0);
-    CHECK((driver.isDone() && !third.isCreated()));
+    };
+    CHECK(t.showAnd(step) == 0);
+    CHECK(!third.isCreated());
 }
 
 TEST_CASE("PropertySheet: a page can refuse Cancel, and pages can ask for a restart", "[sheet]")
@@ -148,85 +132,57 @@ TEST_CASE("PropertySheet: a page can refuse Cancel, and pages can ask for a rest
     Sheet t;
     const bool reboots = GENERATE(true, false);
     t.first.stay = true;
-    support::Driver driver([&] {
+    const auto step = [&] {
         t.sheet.pressButton(PSBTN_CANCEL);
-        CHECK((t.sheet.isOpen() && t.log.find("cancel11") != std::string::npos));
+        CHECK((t.sheet.isOpen() && t.wasTold("cancel11")));
         reboots ? t.sheet.rebootSystem() : t.sheet.restartWindows();
         t.sheet.pressButton(PSBTN_OK);
-        return true;
-    });
-    CHECK(t.sheet.showModal() == (reboots ? ID_PSREBOOTSYSTEM : ID_PSRESTARTWINDOWS));
-    CHECK(driver.isDone());
+    };
+    CHECK(t.showAnd(step) == (reboots ? ID_PSREBOOTSYSTEM : ID_PSRESTARTWINDOWS));
 }
 
 TEST_CASE("PropertySheet: Esc in a page's field is the sheet's Cancel, Enter its OK", "[sheet]")
 {
     Sheet t;
-    const int id = GENERATE(IDOK, IDCANCEL);
-    support::Driver driver([&] { return t.first.postMessageW(WM_COMMAND, static_cast<WPARAM>(id)); });
-    t.sheet.showModal();
-    CHECK((!driver.isLate() && t.log.find(id == IDOK ? "deactivate11" : "cancel11") != std::string::npos));
+    const auto& [id, answer] = GENERATE(table<WPARAM, const char*>({{IDOK, "deactivate11"}, {IDCANCEL, "cancel11"}}));
+    t.showAnd([&t, id = id] { t.first.postMessageW(WM_COMMAND, id); });
+    CHECK(t.wasTold(answer));
 }
 
-TEST_CASE("PropertySheet: a sheet that cannot be shown or take a page is an error", "[sheet]")
+TEST_CASE("PropertySheet: a sheet that cannot be shown or take a page or an icon is an error", "[sheet]")
 {
     Sheet t;
+    Page missing(99, t.log);
     struct : PropertySheet {
         using PropertySheet::PropertySheet;
         using Window::attach;
     } empty(nullptr);
-    PropertySheet orphan(reinterpret_cast<HWND>(0x7001));
-    support::expectFailure([&] { empty.showModal(); }, "Error in showing property sheet");
-    orphan.addPage(&t.first);
-    support::expectFailure([&] { orphan.showModal(); }, "Error in showing property sheet");
     Window other;
-    other.create(L"STATIC", L"", WS_OVERLAPPED, RECT{0, 0, 50, 50}, nullptr, nullptr, nullptr);
-    const HWND noSheet = other.getWindowHandle();
-    empty.attach(noSheet, false);
-    support::expectFailure([&] { empty.addPage(&t.second); }, "Can't add property page");
+    support::open(other);
+    empty.attach(other.getWindowHandle(), false);
+    expectWindowsError([&] { empty.addPage(&t.second); }, "Can't add property page");
     empty.attach(nullptr, false);
-    support::expectFailure([&] { empty.showModal(); }, "Error in showing property sheet"); // The page is not in it.
-    support::expectFailure([] { PropertySheet(nullptr, 1, 99, module); }, "Can't load icon");
+    expectWindowsError([&] { empty.showModal(); }, "Error in showing property sheet"); // The page is not in it.
+    PropertySheet orphan(reinterpret_cast<HWND>(0x7001));
+    orphan.addPage(&t.first);
+    expectWindowsError([&] { orphan.showModal(); }, "Error in showing property sheet");
+    t.sheet.addPage(&missing);
+    expectWindowsError([&] { t.sheet.showModal(); }, "Can't create property page");
+    expectWindowsError([] { PropertySheet(nullptr, 99, 99, module); }, "Can't load icon"); // A caption may be missing.
 }
 
-TEST_CASE("PropertySheet: a missing caption is an empty one", "[sheet]")
+TEST_CASE("PropertyPage: a watermark takes the subtitle's place until it goes", "[sheet]")
 {
     std::string log;
     Page page(11, log);
-    PropertySheet sheet(nullptr, 99, 0, module);
-    sheet.addPage(&page);
-    support::Driver driver([&] {
-        CHECK(sheet.getTextW().empty());
-        sheet.pressButton(PSBTN_CANCEL);
-        return true;
-    });
-    CHECK(sheet.showModal() == 0);
-    CHECK(driver.isDone());
-}
-
-TEST_CASE("PropertySheet: missing resources are errors before anything appears", "[sheet]")
-{
-    std::string log;
-    Page missing(99, log);
-    PropertySheet sheet(nullptr);
-    sheet.addPage(&missing);
-    CHECK(support::thrownBy<WindowsError>([&] { sheet.showModal(); }).getDescription() ==
-          std::string("Can't create property page"));
-    CHECK(support::thrownBy<WindowsError>([&] { sheet.setIcon(99, module); }).getDescription() ==
-          std::string("Can't load icon"));
-}
-
-TEST_CASE("PropertyPage: the header and the watermark stand in the page's data", "[sheet]")
-{
-    std::string log;
-    Page page(11, log);
+    const auto has = [&](DWORD flag) { return (page.getInitData().dwFlags & flag) != 0; };
     page.setHeader(1, 2);
     page.enableWatermark(true);
-    CHECK((page.isWatermarkEnabled() && !(page.getInitData().dwFlags & PSP_USEHEADERSUBTITLE)));
+    CHECK((page.isWatermarkEnabled() && has(PSP_USEHEADERTITLE) && !has(PSP_USEHEADERSUBTITLE)));
     page.enableWatermark(false);
-    CHECK((!page.isWatermarkEnabled() && (page.getInitData().dwFlags & PSP_USEHEADERSUBTITLE)));
+    CHECK((!page.isWatermarkEnabled() && has(PSP_USEHEADERSUBTITLE)));
     page.clearHeader();
-    CHECK(!(page.getInitData().dwFlags & (PSP_USEHEADERTITLE | PSP_USEHEADERSUBTITLE)));
+    CHECK_FALSE((has(PSP_USEHEADERTITLE) || has(PSP_USEHEADERSUBTITLE)));
     const HPROPSHEETPAGE handle = page.create();
-    CHECK((page.create() == handle && page.isCreated()));
+    CHECK(page.create() == handle);
 }
