@@ -106,7 +106,7 @@ TEMPLATE_TEST_CASE("ListView: what the control refuses is named", "[controls]", 
     TestType missing{};
     missing.mask = LVIF_PARAM;
     missing.iItem = 7;
-    const auto fails = [](auto call, const char* what) { support::expectFailure(call, what); };
+    const auto fails = [](auto call, const char* what) { support::expectWindowsError(call, what); };
     fails([&] { view.getItem(missing); }, "Can't get listview item");
     fails([&] { view.setItem(missing); }, "Can't set item");
     fails([&] { view.setItemImage(7, 0, 1); }, "Can't set item");
@@ -164,7 +164,7 @@ TEST_CASE("TreeView: what the control refuses is named", "[controls]")
     const TreeView& tree = host.control;
     const TreeView gone;
     const HTREEITEM leaf = tree.insertItem("leaf");
-    const auto fails = [](auto call, const char* what) { support::expectFailure(call, what); };
+    const auto fails = [](auto call, const char* what) { support::expectWindowsError(call, what); };
     fails([&] { tree.expand(leaf, TVE_EXPAND); }, "Unable to expand/collapse tree view item");
     fails([&] { tree.sortChildren(leaf, true); }, "Can't sort tree view child items");
     fails([&] { (void)tree.getItemTextW(nullptr); }, "Can't retrieve item");

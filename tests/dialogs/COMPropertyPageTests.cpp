@@ -1,5 +1,6 @@
 #include "../windowing/Windows.h"
 #include "Driving.h"
+#include "Wine.h"
 
 #include <tarn/COMPropertyPage.h>
 #include <tarn/Factory.h>

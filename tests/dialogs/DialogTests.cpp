@@ -1,6 +1,7 @@
 #include "Counts.h"
 #include "Driving.h"
 #include "Expect.h"
+#include "Wine.h"
 
 #include <tarn/Dialog.h>
 

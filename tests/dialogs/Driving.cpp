@@ -4,7 +4,7 @@
 
 namespace support {
 namespace {
-constexpr DWORD timeoutMs = 5000;
+constexpr DWORD timeoutMs = 20'000;
 constexpr DWORD dialogClass = 32770;
 Driver* current = nullptr;
 
@@ -48,6 +48,4 @@ HWND visibleDialog()
     EnumThreadWindows(GetCurrentThreadId(), find, reinterpret_cast<LPARAM>(&found));
     return found;
 }
-
-bool isWine() { return GetProcAddress(GetModuleHandleW(L"ntdll"), "wine_get_version") != nullptr; }
 } // namespace support

@@ -6,7 +6,7 @@
 
 namespace support {
 /// Works on a modal dialog from inside of its loop: calls `step` every few milliseconds until it returns
-/// true. After five seconds the test has failed, and the thread's dialogs are cancelled, so that it ends.
+/// true. After twenty seconds the test has failed, and the thread's dialogs are cancelled, so that it ends.
 class Driver {
 public:
     explicit Driver(std::function<bool()> step);
@@ -28,6 +28,4 @@ private:
 
 /// The visible dialog of the calling thread, null when there is none.
 HWND visibleDialog();
-
-bool isWine();
 } // namespace support

@@ -1,14 +1,11 @@
 #include "Failures.h"
 
 #include "Expect.h"
+#include "Wine.h"
 
 #include <tarn/Windows.h>
 
 namespace support {
-namespace {
-bool isWine() { return GetProcAddress(GetModuleHandleW(L"ntdll"), "wine_get_version") != nullptr; }
-} // namespace
-
 void expectFailures(std::initializer_list<Failure> failures)
 {
     const auto isKnown = [](const Failure& failure, WineDifference difference) {

@@ -29,12 +29,6 @@ struct OpenWindow : tarn::Window {
     }
 };
 
-/// Asserts that `call` throws a WindowsError with this description. The code is the platform's affair.
-template <class Call> void expectFailure(Call call, const std::string& description)
-{
-    expectWindowsError(call, description);
-}
-
 /// A hidden window of the system's "BUTTON" class in a parent, without an object.
 inline HWND makeButton(HWND parent, unsigned short id, unsigned long style = 0)
 {
