@@ -11,16 +11,16 @@
 #include <optional>
 
 namespace {
-/// Until the window is closed. What a message's handler throws comes out of dispatchMessage; the user is
-/// told, and the program goes on.
+/// Until the window is closed. What a message's handler throws comes out of handleKey or dispatchMessage;
+/// the user is told, and the program goes on.
 int runLoop(const planner::PlannerWindow& window, const planner::Messages& messages)
 {
     MSG msg{};
     while (tarn::Window::getThreadMessage(msg)) {
-        if (window.handleKey(msg))
-            continue;
-        TranslateMessage(&msg);
         try {
+            if (window.handleKey(msg))
+                continue;
+            TranslateMessage(&msg);
             tarn::Window::dispatchMessage(msg);
         } catch (...) {
             messages.error(window);
