@@ -6,7 +6,6 @@
 #include "ControlsWindow.h"
 #include "Ids.h"
 
-#include <Picture.h>
 #include <Script.h>
 
 #include <tarn/MessageLoop.h>
@@ -115,15 +114,8 @@ int main(int argc, char** argv)
         ControlsWindow window(GetModuleHandleW(nullptr));
         window.show(SW_SHOW);
         support::handleMessages();
-        if (!options.script.empty())
-            support::playScript(options.script, Hand(window).commands());
-        if (options.screenshot.empty())
-            return runLoop(window);
-        support::handleMessages();
-        window.update();
-        support::savePicture(window, true, tarn::BasicString<wchar_t>(options.screenshot.c_str()));
-        std::cout << "The picture is in " << options.screenshot << '\n';
-        return 0;
+        const Hand hand(window);
+        return support::demonstrate(options, hand.commands(), window) ? 0 : runLoop(window);
     } catch (const std::exception& e) {
         std::cerr << "controls: " << e.what() << '\n';
         return 1;

@@ -6,7 +6,6 @@
 #include "ScriptCommands.h"
 #include "SketchWindow.h"
 
-#include <Picture.h>
 #include <Script.h>
 #include <tarn/MessageLoop.h>
 
@@ -19,14 +18,7 @@ int main(int argc, char** argv)
         const support::Options options = support::parseOptions("sketch", argc, argv);
         SketchWindow window(GetModuleHandleW(nullptr));
         window.show(SW_SHOW);
-        if (!options.script.empty())
-            support::playScript(options.script, scriptCommands(window));
-        if (options.screenshot.empty())
-            return tarn::runMessageLoop();
-        window.update();
-        support::savePicture(window, true, tarn::BasicString<wchar_t>(options.screenshot.c_str()));
-        std::cout << "The picture is in " << options.screenshot << '\n';
-        return 0;
+        return support::demonstrate(options, scriptCommands(window), window) ? 0 : tarn::runMessageLoop();
     } catch (const std::exception& e) {
         std::cerr << "sketch: " << e.what() << '\n';
         return 1;

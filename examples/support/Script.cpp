@@ -1,8 +1,9 @@
 #include "Script.h"
 
-#include <tarn/Window.h>
+#include "Picture.h"
 
 #include <fstream>
+#include <iostream>
 
 namespace support {
 namespace {
@@ -75,5 +76,18 @@ void handleMessages()
     MSG msg;
     while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE))
         tarn::Window::dispatchMessage(msg);
+}
+
+bool demonstrate(const Options& options, const Commands& commands, tarn::Window& window)
+{
+    if (!options.script.empty())
+        playScript(options.script, commands);
+    if (options.screenshot.empty())
+        return false;
+    handleMessages();
+    window.update();
+    savePicture(window, true, tarn::BasicString<wchar_t>(options.screenshot.c_str()));
+    std::cout << "The picture is in " << options.screenshot << '\n';
+    return true;
 }
 } // namespace support

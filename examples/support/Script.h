@@ -1,5 +1,7 @@
 #pragma once
 
+#include <tarn/Window.h>
+
 #include <functional>
 #include <map>
 #include <sstream>
@@ -40,4 +42,8 @@ void playScript(const std::string& file, const Commands& commands);
 
 /// Handles the messages of the thread that are waiting.
 void handleMessages();
+
+/// Plays the script that the options name, and then writes the picture of the window if they name one. False
+/// when they do not: then the program stays open.
+bool demonstrate(const Options& options, const Commands& commands, tarn::Window& window);
 } // namespace support
