@@ -1,3 +1,4 @@
+#include "Apartment.h"
 #include "Expect.h"
 #include "Persistent.h"
 
@@ -21,11 +22,6 @@ using tarn::RegistryKey;
 using Text = tarn::BasicString<wchar_t>;
 
 namespace {
-struct COMSession {
-    COMSession() { tarn::HRESULTHolder::throwOnError(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)); }
-    ~COMSession() { CoUninitialize(); }
-};
-
 const Text classPath = L"CLSID\\" + tarn::toWString(CLSID_Persistent);
 const Text userClassPath = L"Software\\Classes\\" + classPath;
 
@@ -116,7 +112,7 @@ TEST_CASE("COMModule: registration writes its keys and unregistration removes ju
 
 TEST_CASE("COMModule: registered class factories can be had until they are revoked", "[com][module]")
 {
-    const COMSession com;
+    const support::Apartment com;
     COMModule module(someDll(), {persistentClass(COMModule::both)});
     const auto find = [] {
         COMInterfacePointer<IClassFactory> factory;
@@ -141,7 +137,7 @@ TEST_CASE("COMModule: what a window's handler throws ends the service and comes 
     struct Failing : tarn::Window {
         void onCommand(Window*, unsigned short, unsigned short) override { throw std::logic_error("handler failed"); }
     };
-    const COMSession com;
+    const support::Apartment com;
     const tarn::WindowClass windowClass(0, 0, nullptr, COLOR_WINDOW, nullptr, GetModuleHandleW(nullptr));
     Failing window;
     window.create(windowClass, L"", WS_POPUP, tarn::Rect(0, 0, 10, 10), nullptr, nullptr, nullptr);
@@ -160,7 +156,7 @@ TEST_CASE("COMModule: what a window's handler throws ends the service and comes 
 
 TEST_CASE("COM server DLL: the system finds it, loads it and lets it go", "[com][server]")
 {
-    const COMSession com;
+    const support::Apartment com;
     const tarn::WindowsModule dll((folder() + L"\\com_test_inproc.dll").c_str(), true);
     const auto call = [&](const char* name, auto... arguments) {
         const auto procedure = reinterpret_cast<void*>(dll.getProcAddress(name, false));
@@ -181,7 +177,7 @@ TEST_CASE("COM server DLL: the system finds it, loads it and lets it go", "[com]
 
 TEST_CASE("COMModule: a local server is started, serves and ends when it is idle", "[com][server]")
 {
-    const COMSession com;
+    const support::Apartment com;
     const tarn::WindowsHandle ended(CreateEventW(nullptr, TRUE, FALSE, support::serverEndedEvent));
     const Text server = L"\"" + folder() + L"\\com_test_local.exe\"";
     run(server + L" -register");

@@ -1,4 +1,5 @@
 #include "../windowing/Windows.h"
+#include "Apartment.h"
 #include "Driving.h"
 #include "Wine.h"
 
@@ -56,13 +57,8 @@ public:
     static inline int applied = 0;
 };
 
-struct Apartment {
-    Apartment() { CoInitialize(nullptr); }
-    ~Apartment() { CoUninitialize(); }
-};
-
 /// A page and where it has to appear.
-struct Frame : Apartment {
+struct Frame : support::Apartment {
     Frame() { support::open(parent, WS_OVERLAPPED | WS_VISIBLE); }
 
     Window parent;
@@ -133,7 +129,7 @@ TEST_CASE("COMPropertyPage: tells a wrong order of calls, and its site what chan
 
 TEST_CASE("COMPropertyPage: a property frame shows, applies and releases it", "[compage]")
 {
-    const Apartment apartment;
+    const support::Apartment apartment;
     const COMInterfacePointer<IUnknown> factory(
         static_cast<IClassFactory*>(new Factory([](IUnknown* outer) -> IUnknownImpl* { return new Page(outer); })));
     DWORD cookie = 0;
