@@ -2,8 +2,8 @@
 
 #include <tarn/Exception.h>
 
+#include "../windowing/HandlerScope.h"
 #include "ForeignDialogs.h"
-#include "HandlerScope.h"
 
 #include <commdlg.h>
 

@@ -1,7 +1,7 @@
 #include <tarn/PropertyPage.h>
 
 #include "../foundation/Check.h"
-#include "HandlerScope.h"
+#include "../windowing/HandlerScope.h"
 #include "SheetCancelling.h"
 
 namespace tarn {

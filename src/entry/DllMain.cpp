@@ -1,6 +1,4 @@
-#include "Library.h"
-#include "SETranslation.h"
-
+#include "../foundation/SETranslation.h"
 #include "../system/ThreadLocalSlot.h"
 
 #include <tarn/Exception.h>
@@ -8,8 +6,6 @@
 
 namespace tarn {
 namespace {
-HINSTANCE libraryInstance = nullptr;
-
 // Keeps, for each thread, the translator that was in force before the library's.
 ThreadLocalSlot& savedTranslators()
 {
@@ -21,11 +17,10 @@ void installTranslator() { savedTranslators().set(reinterpret_cast<void*>(setSET
 
 void restoreTranslator() { setSETranslator(reinterpret_cast<SETranslator>(savedTranslators().get())); }
 
-void onEntry(HINSTANCE instance, DWORD reason)
+void onEntry(DWORD reason)
 {
     switch (reason) {
     case DLL_PROCESS_ATTACH:
-        libraryInstance = instance;
         savedTranslators().allocate();
         startSETranslation();
         installTranslator();
@@ -43,16 +38,14 @@ void onEntry(HINSTANCE instance, DWORD reason)
     }
 }
 } // namespace
-
-HINSTANCE getLibraryInstance() { return libraryInstance; }
 } // namespace tarn
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID)
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID)
 {
     OutputDebugStringA("Tarn++ DllMain");
     try {
         tarn::savedTranslators();
-        tarn::onEntry(instance, reason);
+        tarn::onEntry(reason);
     } catch (...) { // The loader could do nothing with it, and a thread without a translator still runs.
     }
     return TRUE;

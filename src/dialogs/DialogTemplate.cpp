@@ -3,7 +3,7 @@
 #include <tarn/Rect.h>
 
 #include "../foundation/Check.h"
-#include "HandlerScope.h"
+#include "../windowing/HandlerScope.h"
 
 #include <cstddef>
 #include <cstring>

@@ -3,8 +3,8 @@
 #include <tarn/PaintDeviceContext.h>
 
 #include "../foundation/Check.h"
+#include "../windowing/HandlerScope.h"
 #include "DialogTemplate.h"
-#include "HandlerScope.h"
 
 namespace tarn {
 void Dialog::defaultWindowProc() { markLastMessageUnhandled(); }

@@ -2,7 +2,7 @@
 
 #include <tarn/Exception.h>
 
-#include "HandlerScope.h"
+#include "../windowing/HandlerScope.h"
 
 #include <objbase.h>
 

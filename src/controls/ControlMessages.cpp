@@ -1,7 +1,7 @@
 #include "ControlMessages.h"
 
 #include "../foundation/Check.h"
-#include "HandlerScope.h"
+#include "../windowing/HandlerScope.h"
 
 namespace tarn {
 LRESULT ensureSent(const Window& control, LRESULT failed, const char* what, UINT msg, WPARAM wParam, LPARAM lParam)
