@@ -1,9 +1,13 @@
 #include <tarn/WindowsHandle.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/Closing.h"
 
 namespace tarn {
-WindowsHandle::~WindowsHandle() noexcept(false) { close(); }
+WindowsHandle::~WindowsHandle() noexcept(false)
+{
+    closeAtEnd([this] { close(); });
+}
 
 WindowsHandle& WindowsHandle::operator=(void* handle)
 {

@@ -1,0 +1,25 @@
+#include "Closing.h"
+
+#include <tarn/Windows.h>
+
+namespace tarn {
+namespace {
+void tellDebugger(const char* what) noexcept
+{
+    OutputDebugStringA("Tarn++: a failure while another exception was on its way was dropped: ");
+    OutputDebugStringA(what);
+    OutputDebugStringA("\n");
+}
+} // namespace
+
+void dropCurrentException() noexcept
+{
+    try {
+        throw;
+    } catch (const std::exception& e) {
+        tellDebugger(e.what());
+    } catch (...) {
+        tellDebugger("no std::exception");
+    }
+}
+} // namespace tarn

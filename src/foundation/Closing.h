@@ -1,0 +1,25 @@
+#pragma once
+
+#include <exception>
+
+// How owners end. A destructor that throws while another exception is on its way would end the program.
+
+namespace tarn {
+/// To be called in a catch block: tells the debugger what was thrown, and drops it.
+void dropCurrentException() noexcept;
+
+/// For a destructor: throws what `close` throws, unless an exception is on its way already. That one goes
+/// on then, and the debugger alone hears of the second.
+template <class Close> void closeAtEnd(Close close)
+{
+    if (std::uncaught_exceptions() == 0) {
+        close();
+        return;
+    }
+    try {
+        close();
+    } catch (...) {
+        dropCurrentException();
+    }
+}
+} // namespace tarn
