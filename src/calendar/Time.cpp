@@ -46,7 +46,7 @@ FILETIME Time::toFileTime() const
     // The platform takes file times with the highest bit set for something else.
     constexpr std::int64_t last = INT64_MAX / unitsPerMillisecond + fileTimeEpoch;
     if (milliseconds_ < fileTimeEpoch || milliseconds_ > last)
-        throw WindowsError(ERROR_INVALID_PARAMETER, "Can't convert time to file time");
+        throwWindowsError(ERROR_INVALID_PARAMETER, "Can't convert time to file time");
     const auto units = static_cast<std::uint64_t>((milliseconds_ - fileTimeEpoch) * unitsPerMillisecond);
     return {static_cast<DWORD>(units), static_cast<DWORD>(units >> 32)};
 }

@@ -3,6 +3,7 @@
 #include <tarn/Exception.h>
 #include <tarn/GregorianCalendar.h>
 
+#include "../foundation/Throw.h"
 #include "../foundation/Quoted.h"
 #include "Arithmetic.h"
 #include "DayNumbers.h"
@@ -184,7 +185,7 @@ template <class Ch> Time parse(const Ch* text, const TimeZone& zone)
 {
     const auto time = readTime(text, zone);
     if (!time)
-        throw Exception("Not an ISO 8601 time: " + quoted(text));
+        throwError(Exception("Not an ISO 8601 time: " + quoted(text)));
     return Time(*time);
 }
 } // namespace

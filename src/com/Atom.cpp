@@ -57,12 +57,9 @@ BasicString<wchar_t> Atom::getNameW() const { return nameOf<wchar_t>(atom_, scop
 
 void Atom::free()
 {
-    const ATOM atom = detach();
-    if (!atom)
-        return;
-    // The result is zero in any case: only the last error tells.
-    SetLastError(ERROR_SUCCESS);
-    scope_ == global ? GlobalDeleteAtom(atom) : DeleteAtom(atom);
-    ensure(GetLastError() == ERROR_SUCCESS, "Can't delete atom");
+    // The result is zero in any case for one of the two: only the last error tells.
+    if (const ATOM atom = detach())
+        ensureClearing([&] { return scope_ == global ? GlobalDeleteAtom(atom) : DeleteAtom(atom); },
+                       [](ATOM) { return GetLastError() != ERROR_SUCCESS; }, "Can't delete atom");
 }
 } // namespace tarn

@@ -2,6 +2,7 @@
 
 #include <tarn/Exception.h>
 
+#include "../foundation/Throw.h"
 #include "../foundation/NumericCast.h"
 
 #include <string_view>
@@ -12,7 +13,7 @@ BSTR allocate(const wchar_t* text, unsigned length)
 {
     const BSTR copy = SysAllocStringLen(text, length);
     if (!copy)
-        throw BadAllocation();
+        throwError(BadAllocation());
     return copy;
 }
 

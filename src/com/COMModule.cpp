@@ -2,6 +2,7 @@
 
 #include <tarn/Window.h>
 
+#include "../foundation/Throw.h"
 #include "../windowing/HandlerScope.h"
 
 #include <algorithm>
@@ -104,7 +105,7 @@ void COMModule::lock(bool lock)
     if (lock)
         InterlockedIncrement(&lockCount_);
     else if (lockCount_ == 0)
-        throw COMError(static_cast<unsigned long>(E_UNEXPECTED));
+        throwError(COMError(static_cast<unsigned long>(E_UNEXPECTED)));
     else
         InterlockedDecrement(&lockCount_);
 }

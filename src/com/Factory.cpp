@@ -1,5 +1,6 @@
 #include <tarn/Factory.h>
 
+#include "../foundation/Throw.h"
 #include "NullIdentifier.h"
 
 #include <tarn/COMModule.h>
@@ -18,7 +19,7 @@ HRESULT Factory::CreateInstance(IUnknown* outer, REFIID iid, void** object)
     return asHRESULT([&] {
         std::unique_ptr<IUnknownImpl> created(creator_(outer));
         if (!created)
-            throw BadAllocation();
+            throwError(BadAllocation());
         const HRESULT hr = created->getUnknown().QueryInterface(iid, object);
         if (SUCCEEDED(hr))
             created.release(); // The references to it own it now.

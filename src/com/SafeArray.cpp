@@ -3,6 +3,7 @@
 #include <tarn/BStr.h>
 #include <tarn/Variant.h>
 
+#include "../foundation/Throw.h"
 #include "../foundation/NumericCast.h"
 
 #include <vector>
@@ -17,7 +18,7 @@ SAFEARRAY* create(VARTYPE type, std::initializer_list<SAFEARRAYBOUND> bounds)
     std::vector<SAFEARRAYBOUND> copy(bounds);
     SAFEARRAY* const array = SafeArrayCreate(type, numericCast<UINT>(copy.size()), copy.data());
     if (!array) // The call gives no reason.
-        throw BadAllocation();
+        throwError(BadAllocation());
     return array;
 }
 

@@ -6,11 +6,8 @@
 namespace tarn {
 LRESULT ensureSent(const Window& control, LRESULT failed, const char* what, UINT msg, WPARAM wParam, LPARAM lParam)
 {
-    SetLastError(ERROR_SUCCESS);
-    const LRESULT result = control.sendMessageA(msg, wParam, lParam);
-    if (isFailure(control, result, failed))
-        throwLastError(what);
-    return result;
+    return ensureClearing([&] { return control.sendMessageA(msg, wParam, lParam); },
+                          [&](LRESULT result) { return isFailure(control, result, failed); }, what);
 }
 
 LRESULT sendText(const Window& control, UINT msg, WPARAM wParam, const char* text)

@@ -18,19 +18,18 @@ void ImageList::load(int resource, what kind, unsigned width, unsigned long mask
 {
     constexpr int growth = 4; // Pictures that can be added before the list is enlarged.
     destroy();
-    SetLastError(ERROR_SUCCESS);
-    list_ = ensure(ImageList_LoadImageW(module, MAKEINTRESOURCEW(resource), static_cast<int>(width), growth, mask,
-                                        static_cast<UINT>(kind), flags),
-                   "Failed to load image list");
+    list_ = ensureGDI(
+        [=] {
+            return ImageList_LoadImageW(module, MAKEINTRESOURCEW(resource), static_cast<int>(width), growth, mask,
+                                        static_cast<UINT>(kind), flags);
+        },
+        "Failed to load image list");
 }
 
 void ImageList::destroy()
 {
-    const HIMAGELIST list = detach();
-    if (!list)
-        return;
-    SetLastError(ERROR_SUCCESS);
-    ensure(ImageList_Destroy(list), "Failed to destroy image list");
+    if (const HIMAGELIST list = detach())
+        ensureGDI([=] { return ImageList_Destroy(list); }, "Failed to destroy image list");
 }
 
 void ImageList::attach(HIMAGELIST list)

@@ -3,6 +3,7 @@
 #include <tarn/BasicString.h>
 #include <tarn/Exception.h>
 
+#include "../foundation/Throw.h"
 #include "ControlMessages.h"
 
 #include <algorithm>
@@ -17,9 +18,9 @@ static_assert(CB_ERR == LB_ERR && CB_ERRSPACE == LB_ERRSPACE);
 inline int ensureAdded(const Window& box, LRESULT index, const char* what)
 {
     if (index == CB_ERRSPACE)
-        throw BadAllocation();
+        throwError(BadAllocation());
     if (isFailure(box, index, CB_ERR))
-        throw std::runtime_error(what);
+        throwError(std::runtime_error(what));
     return static_cast<int>(index);
 }
 

@@ -3,6 +3,8 @@
 #include <tarn/MessageLoop.h>
 #include <tarn/Rect.h>
 
+#include "../foundation/Throw.h"
+
 #include <cstring>
 #include <utility>
 
@@ -14,7 +16,7 @@ LPOLESTR allocated(const BasicString<wchar_t>& text)
     const std::size_t bytes = (text.size() + 1) * sizeof(wchar_t);
     void* const copy = CoTaskMemAlloc(bytes);
     if (!copy)
-        throw BadAllocation();
+        throwError(BadAllocation());
     return static_cast<LPOLESTR>(std::memcpy(copy, text.c_str(), bytes));
 }
 } // namespace

@@ -65,15 +65,16 @@ void Dialog::create() { create(parent_); }
 int Dialog::showModal() const
 {
     const auto run = [this] {
-        SetLastError(ERROR_SUCCESS);
         return DialogBoxParamW(instance_, MAKEINTRESOURCEW(resource_), parent_, &Dialog::dlgProc,
                                reinterpret_cast<LPARAM>(this));
     };
-    const INT_PTR result = runningLoop(run, [this]() noexcept { EndDialog(getWindowHandle(), IDCANCEL); });
     // Both are results as good as any for a dialog that ran.
-    if ((result == 0 || result == -1) && GetLastError() != ERROR_SUCCESS)
-        throwLastError("Can't create modal dialog");
-    return static_cast<int>(result);
+    const auto isFailure = [](INT_PTR result) {
+        return (result == 0 || result == -1) && GetLastError() != ERROR_SUCCESS;
+    };
+    return static_cast<int>(
+        ensureClearing([&] { return runningLoop(run, [this]() noexcept { EndDialog(getWindowHandle(), IDCANCEL); }); },
+                       isFailure, "Can't create modal dialog"));
 }
 
 Size Dialog::getWindowSize() const { return isOpen() ? Window::getWindowSize() : sizeOfTemplate(instance_, resource_); }

@@ -51,7 +51,7 @@ Size sizeOfTemplate(HINSTANCE instance, unsigned short resource)
         const DWORD error = GetLastError();
         DestroyWindow(hwnd);
         if (!isKnown)
-            throw WindowsError(error, "Can't get window rect for dummy dialog in getSize()");
+            throwWindowsError(error, "Can't get window rect for dummy dialog in getSize()");
         return rect.getSize();
     });
 }

@@ -2,6 +2,7 @@
 
 #include <tarn/Exception.h>
 
+#include "../foundation/Throw.h"
 #include "../windowing/HandlerScope.h"
 #include "ForeignDialogs.h"
 
@@ -58,7 +59,7 @@ struct FileDialog::Data {
     void setPath(const BasicString<wchar_t>& path)
     {
         if (path.size() >= bufferSize)
-            throw CommonDialogError(FNERR_BUFFERTOOSMALL, failed);
+            throwError(CommonDialogError(FNERR_BUFFERTOOSMALL, failed));
         std::fill(std::copy(path.begin(), path.end(), file), file + bufferSize, L'\0');
     }
     // Up to the zero behind the last text.
@@ -79,7 +80,7 @@ static_assert(sizeof(OPENFILENAMEW) == 88);
 FileDialog::FileDialog(HWND owner, bool save, unsigned long flags) : data_(new (std::nothrow) Data()), save_(save)
 {
     if (!data_)
-        throw BadAllocation();
+        throwError(BadAllocation());
     OPENFILENAMEW& info = data_->info;
     info.lStructSize = sizeof info;
     info.hwndOwner = owner;
@@ -127,7 +128,7 @@ bool FileDialog::showModal()
     if (isChosen)
         return true;
     if (const DWORD error = CommDlgExtendedError())
-        throw CommonDialogError(error, failed);
+        throwError(CommonDialogError(error, failed));
     return false;
 }
 

@@ -2,6 +2,8 @@
 
 #include <tarn/Exception.h>
 
+#include "../foundation/Throw.h"
+
 namespace tarn {
 void ItemIDList::attach(ITEMIDLIST* list) noexcept
 {
@@ -15,7 +17,7 @@ void ItemIDList::copy(const ITEMIDLIST* list)
 {
     ITEMIDLIST* const clone = list ? ILClone(list) : nullptr;
     if (list && !clone)
-        throw BadAllocation();
+        throwError(BadAllocation());
     attach(clone);
 }
 

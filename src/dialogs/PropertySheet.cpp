@@ -84,8 +84,8 @@ void PropertySheet::addPage(PropertyPage* page)
         return;
     try {
         const HPROPSHEETPAGE handle = page->create();
-        SetLastError(ERROR_SUCCESS);
-        ensure(sendMessageA(PSM_ADDPAGE, 0, reinterpret_cast<LPARAM>(handle)), "Can't add property page");
+        ensureGDI([&] { return sendMessageA(PSM_ADDPAGE, 0, reinterpret_cast<LPARAM>(handle)); },
+                  "Can't add property page");
     } catch (...) {
         pages_.pop_back();
         throw;
@@ -118,7 +118,7 @@ unsigned short PropertySheet::showModal()
     for (PropertyPage* const page : pages_)
         handles.push_back(page->create());
     if (handles.empty()) // Not every system refuses a sheet that nothing could end.
-        throw WindowsError(ERROR_INVALID_PARAMETER, failed);
+        throwWindowsError(ERROR_INVALID_PARAMETER, failed);
     return static_cast<unsigned short>(run(headerFor(handles)));
 }
 
@@ -137,13 +137,13 @@ INT_PTR PropertySheet::run(const PROPSHEETHEADERW& header)
     const Unbinding unbinding{*this};
     Cancelling cancelling;
     InitializingSheet = this;
-    SetLastError(ERROR_SUCCESS);
-    const INT_PTR result =
-        runningLoop([&] { return PropertySheetW(&header); }, [&]() noexcept { cancelling(getWindowHandle()); });
-    // Not every system tells by its result that there has been no sheet at all.
-    if (result < 0 || InitializingSheet == this)
-        throwLastError(failed);
-    return result;
+    return ensureClearing(
+        [&] {
+            return runningLoop([&] { return PropertySheetW(&header); },
+                               [&]() noexcept { cancelling(getWindowHandle()); });
+        },
+        // Not every system tells by its result that there has been no sheet at all.
+        [this](INT_PTR result) { return result < 0 || InitializingSheet == this; }, failed);
 }
 
 int CALLBACK PropertySheet::propSheetProc(HWND hwnd, UINT msg, LPARAM)

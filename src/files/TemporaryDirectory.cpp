@@ -4,6 +4,7 @@
 #include <tarn/Windows.h>
 #include <tarn/WindowsFile.h>
 
+#include "../foundation/Throw.h"
 #include "../foundation/Quoted.h"
 
 #include <cerrno>
@@ -62,7 +63,7 @@ BasicString<wchar_t> TemporaryDirectory::getTemporaryName(const wchar_t* directo
 {
     const std::unique_ptr<wchar_t, FreeText> name(StringHelper<wchar_t>::tempnam(directory, prefix));
     if (!name)
-        throw CRTError(errno, "Can't create temporary name");
+        throwError(CRTError(errno, "Can't create temporary name"));
     return name.get();
 }
 
@@ -71,7 +72,7 @@ TemporaryDirectory::TemporaryDirectory(const wchar_t* directory, const wchar_t* 
 {
     if (StringHelper<wchar_t>::mkdir(path_.c_str()) != 0) {
         const int error = errno;
-        throw CRTError(error, "Can't create temporary directory " + quoted(path_.c_str()));
+        throwError(CRTError(error, "Can't create temporary directory " + quoted(path_.c_str())));
     }
 }
 

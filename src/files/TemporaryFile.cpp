@@ -15,7 +15,7 @@ template <class Ch> BasicString<Ch> createTemporaryFile()
     constexpr const char* noFolder = "Can't retrieve temporary directory";
     Ch folder[MAX_PATH + 1];
     if (ensure(getTempPath(MAX_PATH + 1, folder), noFolder) > MAX_PATH)
-        throw WindowsError(ERROR_BUFFER_OVERFLOW, noFolder);
+        throwWindowsError(ERROR_BUFFER_OVERFLOW, noFolder);
     Ch name[MAX_PATH + 1];
     ensure(getTempFileName(folder, name), [&] { return "Can't create temporary file " + quoted(folder); });
     return name;

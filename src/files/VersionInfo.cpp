@@ -59,12 +59,12 @@ VS_FIXEDFILEINFO* findFixedInfo(const Array<char>& data)
 {
     constexpr const char* failure = "Error in VerQueryValueA";
     if (!hasRootBlock(data))
-        throw WindowsError(ERROR_INVALID_DATA, failure);
+        throwWindowsError(ERROR_INVALID_DATA, failure);
     void* info = nullptr;
     UINT length = 0;
     ensure(VerQueryValueA(data.data(), "\\", &info, &length), failure);
     if (length < sizeof(VS_FIXEDFILEINFO) || !isFixedInfo(data, info))
-        throw WindowsError(ERROR_INVALID_DATA, failure);
+        throwWindowsError(ERROR_INVALID_DATA, failure);
     return static_cast<VS_FIXEDFILEINFO*>(info);
 }
 } // namespace

@@ -85,10 +85,10 @@ unsigned int WindowsFile::read(void* buffer, unsigned int size)
 unsigned long long WindowsFile::seek(long long offset, whence origin) const
 {
     LONG high = static_cast<LONG>(offset >> 32);
-    SetLastError(ERROR_SUCCESS);
-    const DWORD low = SetFilePointer(getHandle(), static_cast<LONG>(offset), &high, static_cast<DWORD>(origin));
-    if (low == INVALID_SET_FILE_POINTER)
-        ensure(GetLastError() == ERROR_SUCCESS, [&] {
+    const DWORD low = ensureClearedNot(
+        INVALID_SET_FILE_POINTER,
+        [&] { return SetFilePointer(getHandle(), static_cast<LONG>(offset), &high, static_cast<DWORD>(origin)); },
+        [&] {
             return "WindowsFile::seek: Can't seek to " + std::to_string(offset) + " relative to " + nameOf(origin);
         });
     return joined(static_cast<DWORD>(high), low);
@@ -101,10 +101,9 @@ unsigned long long WindowsFile::getFilePointer() { return seek(0, current); }
 unsigned long long WindowsFile::getSize()
 {
     DWORD high = 0;
-    SetLastError(ERROR_SUCCESS);
-    const DWORD low = GetFileSize(getHandle(), &high);
-    if (low == INVALID_FILE_SIZE)
-        ensure(GetLastError() == ERROR_SUCCESS, "Can't retrieve the file size for a windows file");
+    const DWORD low = ensureClearedNot(
+        INVALID_FILE_SIZE, [&] { return GetFileSize(getHandle(), &high); },
+        "Can't retrieve the file size for a windows file");
     return joined(high, low);
 }
 

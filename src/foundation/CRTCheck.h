@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Throw.h"
+
 #include <tarn/Exception.h>
 
 #include <cerrno>
@@ -9,13 +11,13 @@
 namespace tarn {
 /// Throws CRTError for `errno`, which is read before anything else happens. `what` is the description, or
 /// a callable that composes it.
-template <class What> [[noreturn, gnu::noinline]] void throwCRTError(What what)
+template <class What> [[noreturn, gnu::noinline, gnu::cold]] void throwCRTError(What what)
 {
     const int error = errno;
     if constexpr (std::is_invocable_v<What>)
-        throw CRTError(error, what());
+        throwError(CRTError(error, what()));
     else
-        throw CRTError(error, what);
+        throwError(CRTError(error, what));
 }
 
 /// For functions of the runtime library that set `errno`: the result `failed` is a failure; any other is

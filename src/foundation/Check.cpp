@@ -1,9 +1,7 @@
 #include "Check.h"
 
 namespace tarn {
-void throwLastError(const char* what)
-{
-    const DWORD error = GetLastError();
-    throw WindowsError(error, what);
-}
+void throwWindowsError(unsigned long error, const char* what) { throwError(WindowsError(error, what)); }
+
+void throwLastError(const char* what) { throwWindowsError(GetLastError(), what); }
 } // namespace tarn

@@ -1,5 +1,7 @@
 #include <tarn/Exception.h>
 
+#include "Throw.h"
+
 #include <cstring>
 
 namespace tarn {
@@ -35,5 +37,5 @@ SEHError::SEHError(unsigned long code) : std::runtime_error("SEH exception"), co
 SEHError::SEHError(const SEHError&) noexcept = default;
 SEHError& SEHError::operator=(const SEHError&) noexcept = default;
 SEHError::~SEHError() = default;
-void SEHError::translate(unsigned int code, _EXCEPTION_POINTERS*) { throw SEHError(code); }
+void SEHError::translate(unsigned int code, _EXCEPTION_POINTERS*) { throwError(SEHError(code)); }
 } // namespace tarn

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Throw.h"
+
 #include <tarn/Exception.h>
 
 #include <cstddef>
@@ -13,9 +15,9 @@ template <class Container> void resizeOrThrow(Container& container, std::size_t 
     try {
         container.resize(size);
     } catch (const std::bad_alloc&) {
-        throw BadAllocation();
+        throwError(BadAllocation());
     } catch (const std::length_error&) {
-        throw BadAllocation();
+        throwError(BadAllocation());
     }
 }
 } // namespace tarn

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Throw.h"
+
 #include <boost/numeric/conversion/converter.hpp>
 
 namespace tarn {
@@ -13,7 +15,7 @@ struct ThrowLossOfRange {
     void operator()(boost::numeric::range_check_result result) const
     {
         if (result != boost::numeric::cInRange)
-            throw LossOfRange();
+            throwError(LossOfRange());
     }
 };
 

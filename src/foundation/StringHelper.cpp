@@ -43,7 +43,7 @@ BasicString<char> StringHelper<char>::convert(const wchar_t* s, unsigned n, unsi
 
     // More characters than the system can count is not "up to the zero", which any negative length is to it.
     if (!whole && n > INT_MAX)
-        throw WindowsError(ERROR_INVALID_PARAMETER, noSize);
+        throwWindowsError(ERROR_INVALID_PARAMETER, noSize);
     const int length = static_cast<int>(n);
     const int size = ensure(WideCharToMultiByte(codePage, 0, s, length, nullptr, 0, nullptr, nullptr), noSize);
     BasicString<char> result;

@@ -15,11 +15,11 @@ void HRESULTHolder::throwOnError(long hr, const char* description)
     if (hr >= 0)
         return;
     if (hr == E_OUTOFMEMORY)
-        throw BadAllocation();
+        throwError(BadAllocation());
     const auto code = static_cast<unsigned long>(hr);
     if ((code & 0x1FFF0000) == 0x00070000)
-        throw WindowsError(code & 0xFFFF, description);
-    throw COMError(code, description);
+        throwWindowsError(code & 0xFFFF, description);
+    throwError(COMError(code, description));
 }
 
 void HRESULTHolder::throwOnError(long hr) { throwOnError(hr, ""); }
@@ -108,6 +108,6 @@ long COMError::getHRESULT() const { return static_cast<long>(hr_); }
 void COMError::checkPointer(void* p)
 {
     if (!p)
-        throw COMError(static_cast<unsigned long>(E_POINTER));
+        throwError(COMError(static_cast<unsigned long>(E_POINTER)));
 }
 } // namespace tarn

@@ -1,6 +1,6 @@
 #include <tarn/Bitmap.h>
 
-#include "GDICheck.h"
+#include "../foundation/Check.h"
 
 #include <cstdlib>
 #include <memory>

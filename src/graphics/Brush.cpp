@@ -1,6 +1,6 @@
 #include <tarn/Brush.h>
 
-#include "GDICheck.h"
+#include "../foundation/Check.h"
 
 namespace tarn {
 Brush::Brush(unsigned long colour)

@@ -1,6 +1,6 @@
 #include <tarn/DeviceContext.h>
 
-#include "GDICheck.h"
+#include "../foundation/Check.h"
 #include "GraphicsApi.h"
 #include "TransparentBlit.h"
 

@@ -1,6 +1,6 @@
 #include <tarn/Font.h>
 
-#include "GDICheck.h"
+#include "../foundation/Check.h"
 
 #include <type_traits>
 

@@ -1,6 +1,6 @@
 #include <tarn/GDIHandle.h>
 
-#include "GDICheck.h"
+#include "../foundation/Check.h"
 
 namespace tarn {
 GDIHandle::~GDIHandle() noexcept(false) { close(); }

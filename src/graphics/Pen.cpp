@@ -1,6 +1,6 @@
 #include <tarn/Pen.h>
 
-#include "GDICheck.h"
+#include "../foundation/Check.h"
 
 namespace tarn {
 Pen::Pen(unsigned long colour, int style, int width) { create(colour, style, width); }

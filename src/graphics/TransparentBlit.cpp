@@ -1,6 +1,6 @@
 #include "TransparentBlit.h"
 
-#include "GDICheck.h"
+#include "../foundation/Check.h"
 
 namespace tarn {
 namespace {

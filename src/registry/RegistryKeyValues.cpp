@@ -2,6 +2,7 @@
 
 #include <tarn/RegistryValue.h>
 
+#include "../foundation/Check.h"
 #include "../foundation/NumericCast.h"
 #include "ValueData.h"
 
@@ -33,7 +34,7 @@ template <class Ch> unsigned long requireDWord(HKEY key, const Ch* name)
 {
     unsigned long value = 0;
     if (!readDWord(key, name, value))
-        throw WindowsError(ERROR_FILE_NOT_FOUND);
+        throwWindowsError(ERROR_FILE_NOT_FOUND);
     return value;
 }
 
@@ -42,7 +43,7 @@ template <class Ch> BasicString<Ch> readString(HKEY key, const Ch* name)
     DWORD type = REG_NONE;
     ValueData data;
     if (!readValue(key, name, type, data, checkStringType))
-        throw WindowsError(ERROR_FILE_NOT_FOUND, "Registry value not found");
+        throwWindowsError(ERROR_FILE_NOT_FOUND, "Registry value not found");
     return stringOf<Ch>(data);
 }
 

@@ -12,7 +12,7 @@ template <class Ch> RegistryKey openForAll(HKEY parent, const Ch* subkey)
     RegistryKey key;
     HKEY opened = nullptr;
     if (regOpenKey(parent, subkey, KEY_ALL_ACCESS, &opened) != ERROR_SUCCESS)
-        throw WindowsError(ERROR_FILE_NOT_FOUND, "Registry key not found");
+        throwWindowsError(ERROR_FILE_NOT_FOUND, "Registry key not found");
     key.attach(opened, true);
     return key;
 }

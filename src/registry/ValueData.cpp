@@ -2,29 +2,31 @@
 
 #include <stdexcept>
 
+#include "../foundation/Check.h"
+
 namespace tarn {
 void checkDWordType(DWORD type)
 {
     if (type != REG_DWORD && type != REG_DWORD_BIG_ENDIAN && type != REG_BINARY)
-        throw std::runtime_error("Can't read DWORD value from registry with type other than "
-                                 "REG_DWORD_LITTLE_ENDIAN, REG_DWORD_BIG_ENDIAN or REG_BINARY");
+        throwError(std::runtime_error("Can't read DWORD value from registry with type other than "
+                                      "REG_DWORD_LITTLE_ENDIAN, REG_DWORD_BIG_ENDIAN or REG_BINARY"));
 }
 
 void checkDWordSize(std::size_t size)
 {
     if (size != sizeof(DWORD))
-        throw std::runtime_error("Can't read DWORD from registry value with size != sizeof(DWORD)");
+        throwError(std::runtime_error("Can't read DWORD from registry value with size != sizeof(DWORD)"));
 }
 
 void checkStringType(DWORD type)
 {
     if (type != REG_SZ && type != REG_EXPAND_SZ)
-        throw WindowsError(ERROR_UNSUPPORTED_TYPE, "Wrong value type. Expected REG_SZ or REG_EXPAND_SZ");
+        throwWindowsError(ERROR_UNSUPPORTED_TYPE, "Wrong value type. Expected REG_SZ or REG_EXPAND_SZ");
 }
 
 void checkStringsType(DWORD type)
 {
     if (type != REG_MULTI_SZ)
-        throw WindowsError(ERROR_UNSUPPORTED_TYPE, "Wrong value type. Expected REG_MULTI_SZ");
+        throwWindowsError(ERROR_UNSUPPORTED_TYPE, "Wrong value type. Expected REG_MULTI_SZ");
 }
 } // namespace tarn

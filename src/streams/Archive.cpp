@@ -1,5 +1,6 @@
 #include <tarn/Archive.h>
 
+#include "../foundation/Throw.h"
 #include "ClassName.h"
 #include "NestingLevel.h"
 
@@ -49,8 +50,8 @@ void Archive::writeObject(const Serializable* object, unsigned long key)
 Serializable* Archive::readObject()
 {
     if (readUInt32() != objectCookie)
-        throw tarn::Exception("In Archive::ReadObject war das eingelesene Cookie != 0.\n"
-                              "Dies deutet auf einen Fehler im Bin\xE4rstream hin!");
+        throwError(tarn::Exception("In Archive::ReadObject war das eingelesene Cookie != 0.\n"
+                                   "Dies deutet auf einen Fehler im Bin\xE4rstream hin!"));
     const NestingLevel level(depth_);
     const unsigned int key = readUInt32();
     Serializable* const object = createNamedOn(*this);
@@ -64,17 +65,18 @@ void Archive::readObject(ref_ptr<Serializable>& ptr)
     if (const unsigned int reference = readUInt32(); reference != objectCookie) {
         const auto found = sharedObjects_.find(reference);
         if (found == sharedObjects_.end())
-            throw Serializable::Exception("Der Stream enth\xE4lt eine Objektreferenz, nicht jedoch das Objekt selbst!");
+            throwError(
+                Serializable::Exception("Der Stream enth\xE4lt eine Objektreferenz, nicht jedoch das Objekt selbst!"));
         ptr = found->second;
         return;
     }
     const NestingLevel level(depth_);
     const unsigned int key = readUInt32();
     if (singleKeys_.contains(key))
-        throw tarn::Exception("Das Objekt wurde zuvor als Single-Objekt gelesen und kann daher nicht als Referenz "
-                              "zur\xFC"
-                              "ckgegeben werden.\n"
-                              "M\xF6glicherweise liegt ein Fehler im Format des Bin\xE4streams vor!");
+        throwError(tarn::Exception("Das Objekt wurde zuvor als Single-Objekt gelesen und kann daher nicht als Referenz "
+                                   "zur\xFC"
+                                   "ckgegeben werden.\n"
+                                   "M\xF6glicherweise liegt ein Fehler im Format des Bin\xE4streams vor!"));
     ref_ptr<Serializable> object(createNamedOn(*this));
     // Known before its data are read, so that references inside them find it.
     if (key != singleKey)
@@ -102,8 +104,8 @@ void Archive::refuse(const ref_ptr<Serializable>& object, const std::type_info& 
     if (object.getCount() == 1)
         strayObjects_.push_back(object);
     const Serializable& found = *object;
-    throw Serializable::Exception("An object of " + std::string(ClassName(typeid(found)).text()) +
-                                  " was read where one of " + ClassName(expected).text() + " is expected");
+    throwError(Serializable::Exception("An object of " + std::string(ClassName(typeid(found)).text()) +
+                                       " was read where one of " + ClassName(expected).text() + " is expected"));
 }
 
 std::vector<ref_ptr<Serializable>> Archive::getSharedObjects() const
@@ -123,7 +125,7 @@ template <class Stream> Archive& archiveBehind(Stream& stream)
         return static_cast<Archive&>(stream);
     if (auto* const archive = dynamic_cast<Archive*>(&stream))
         return *archive;
-    throw tarn::Exception("The stream is not an archive, which references between objects need");
+    throwError(tarn::Exception("The stream is not an archive, which references between objects need"));
 }
 } // namespace
 

@@ -1,5 +1,7 @@
 #include <tarn/MemoryStream.h>
 
+#include "../foundation/Throw.h"
+
 #include <algorithm>
 #include <cstring>
 #include <limits>
@@ -53,7 +55,7 @@ void MemoryInputStream::setFilePointer(long long offset, whence origin)
 {
     const long long target = targetOf(offset, origin, position_, size_);
     if (target < 0 || target > size_)
-        throw std::runtime_error("Bad seek position");
+        throwError(std::runtime_error("Bad seek position"));
     position_ = static_cast<unsigned int>(target);
 }
 
@@ -76,7 +78,7 @@ void MemoryOutputStream::setFilePointer(long long offset, whence origin)
 {
     const long long target = targetOf(offset, origin, position_, buffer_.size());
     if (target < 0)
-        throw std::runtime_error("Can't seek to negative offset");
+        throwError(std::runtime_error("Can't seek to negative offset"));
     if (target > buffer_.size())
         buffer_ = grown(static_cast<unsigned long long>(target));
     position_ = static_cast<unsigned int>(target);
@@ -85,7 +87,7 @@ void MemoryOutputStream::setFilePointer(long long offset, whence origin)
 Array<char> MemoryOutputStream::grown(unsigned long long newSize) const
 {
     if (newSize > largestSize)
-        throw std::runtime_error("New size too large for a size_t");
+        throwError(std::runtime_error("New size too large for a size_t"));
     Array<char> larger(static_cast<unsigned int>(newSize));
     std::copy_n(buffer_.data(), buffer_.size(), larger.data());
     return larger;

@@ -2,6 +2,8 @@
 
 #include <tarn/Archive.h>
 
+#include "../foundation/Throw.h"
+
 #include <string>
 
 namespace tarn {
@@ -12,8 +14,8 @@ public:
     explicit NestingLevel(unsigned int& depth) : depth_(depth)
     {
         if (depth == Archive::maxDepth)
-            throw Serializable::Exception("Objects are nested more than " + std::to_string(Archive::maxDepth) +
-                                          " levels deep");
+            throwError(Serializable::Exception("Objects are nested more than " + std::to_string(Archive::maxDepth) +
+                                               " levels deep"));
         ++depth;
     }
     NestingLevel(const NestingLevel&) = delete;

@@ -4,6 +4,7 @@
 #include <tarn/ConstString.h>
 #include <tarn/Stream.h>
 
+#include "../foundation/Throw.h"
 #include "ClassName.h"
 
 #include <algorithm>
@@ -65,9 +66,10 @@ Serializable* Serializable::create(const char* name)
 {
     const auto found = creators().find(measured(name));
     if (found == creators().end())
-        throw Exception(std::string("Klassendefinition nicht gefunden - ein Objekt vom Typ SerializableImpl sollte "
-                                    "f\xFCr die Klasse \"") +
-                        (name ? name : "") + "\" angelegt werden");
+        throwError(
+            Exception(std::string("Klassendefinition nicht gefunden - ein Objekt vom Typ SerializableImpl sollte "
+                                  "f\xFCr die Klasse \"") +
+                      (name ? name : "") + "\" angelegt werden"));
     return found->second();
 }
 

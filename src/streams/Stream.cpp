@@ -4,6 +4,7 @@
 #include <tarn/Exception.h>
 #include <tarn/Serializable.h>
 
+#include "../foundation/Throw.h"
 #include "ClassName.h"
 #include "NestingLevel.h"
 
@@ -16,14 +17,14 @@ static_assert(sizeof(wchar_t) == 2, "wide strings are UTF-16");
 namespace detail {
 void throwShortRead(const void* buffer, unsigned int size)
 {
-    throw EndOfFile(
-        BasicString<char>::fromFormat("EOF in readFully(%p,%lu)\n", buffer, static_cast<unsigned long>(size)));
+    throwError(EndOfFile(
+        BasicString<char>::fromFormat("EOF in readFully(%p,%lu)\n", buffer, static_cast<unsigned long>(size))));
 }
 
 void throwShortWrite(const void* buffer, unsigned int size)
 {
-    throw EndOfFile(
-        BasicString<char>::fromFormat("EOF in writeFully(%p,%lu)\n", buffer, static_cast<unsigned long>(size)));
+    throwError(EndOfFile(
+        BasicString<char>::fromFormat("EOF in writeFully(%p,%lu)\n", buffer, static_cast<unsigned long>(size))));
 }
 } // namespace detail
 

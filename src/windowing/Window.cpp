@@ -52,7 +52,7 @@ void Window::createWindow(const Ch* className, const Ch* title, unsigned long st
     const Watch watch(*this);
     destroy();
     if (!watch.isAlive())
-        throw WindowsError(ERROR_INVALID_WINDOW_HANDLE, "Can't create window");
+        throwWindowsError(ERROR_INVALID_WINDOW_HANDLE, "Can't create window");
     try {
         const HWND hwnd =
             ensure(runningHandlers([&] {
