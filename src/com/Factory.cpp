@@ -1,7 +1,7 @@
 #include <tarn/Factory.h>
 
+#include "../foundation/NullIdentifier.h"
 #include "../foundation/Throw.h"
-#include "NullIdentifier.h"
 
 #include <tarn/COMModule.h>
 

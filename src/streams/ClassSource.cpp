@@ -1,6 +1,6 @@
 #include <tarn/ClassSource.h>
 
-#include "../com/NullIdentifier.h"
+#include "../foundation/NullIdentifier.h"
 
 namespace tarn {
 const IID IID_ClassSource = {0x7BB892C4, 0xBBBF, 0x45B2, {0x89, 0xCE, 0x88, 0x80, 0x23, 0x0D, 0x58, 0x46}};
