@@ -6,7 +6,7 @@ namespace tarn {
 namespace {
 void tellDebugger(const char* what) noexcept
 {
-    OutputDebugStringA("Tarn++: a failure while another exception was on its way was dropped: ");
+    OutputDebugStringA("Tarn++: a failure that could not be thrown was dropped: ");
     OutputDebugStringA(what);
     OutputDebugStringA("\n");
 }

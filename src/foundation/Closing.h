@@ -8,6 +8,16 @@ namespace tarn {
 /// To be called in a catch block: tells the debugger what was thrown, and drops it.
 void dropCurrentException() noexcept;
 
+/// For what must not throw at all, a move assignment, say: of what `close` throws the debugger alone hears.
+template <class Close> void closeQuietly(Close close) noexcept
+{
+    try {
+        close();
+    } catch (...) {
+        dropCurrentException();
+    }
+}
+
 /// For a destructor: throws what `close` throws, unless an exception is on its way already. That one goes
 /// on then, and the debugger alone hears of the second.
 template <class Close> void closeAtEnd(Close close)
@@ -16,10 +26,6 @@ template <class Close> void closeAtEnd(Close close)
         close();
         return;
     }
-    try {
-        close();
-    } catch (...) {
-        dropCurrentException();
-    }
+    closeQuietly(close);
 }
 } // namespace tarn
