@@ -4,6 +4,8 @@
 #include <tarn/Export.h>
 #include <tarn/Stream.h>
 
+#include <utility>
+
 namespace tarn {
 /// Reads from the caller's memory, which is not copied and has to stay for as long as it is read. Copies
 /// of the stream read the same memory, each from its own position.
@@ -20,6 +22,7 @@ public:
         position_ = 0;
     }
 
+    /// `buffer` may lie in the memory that is read.
     unsigned int read(void* buffer, unsigned int count) override;
     /// Throws `std::runtime_error` "Bad seek position" for a position before the start or behind the end.
     void setFilePointer(long long offset, whence origin) override;
@@ -47,11 +50,24 @@ public:
     MemoryOutputStream(const MemoryOutputStream&) = default;
     MemoryOutputStream& operator=(const MemoryOutputStream&) = default;
     ///@}
+    /// A move takes the memory over, and leaves the other stream empty, at its start.
+    ///@{
+    MemoryOutputStream(MemoryOutputStream&& other) noexcept
+        : buffer_(std::move(other.buffer_)), position_(std::exchange(other.position_, 0))
+    {
+    }
+    MemoryOutputStream& operator=(MemoryOutputStream&& other) noexcept
+    {
+        buffer_ = std::move(other.buffer_);
+        position_ = std::exchange(other.position_, 0);
+        return *this;
+    }
+    ///@}
 
     /// The first byte, null while there is none. Valid until the stream grows.
     const void* getData() const { return buffer_.data(); }
 
-    /// All of the bytes, or an exception.
+    /// All of the bytes, or an exception. They may be bytes of the stream itself.
     unsigned int write(const void* data, unsigned int count) override;
     /// A position behind the end makes the stream that long; what lies between holds any bytes. Throws
     /// `std::runtime_error` "Can't seek to negative offset", too.

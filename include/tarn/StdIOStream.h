@@ -24,10 +24,16 @@ public:
     StdIOStream(const StdIOStream&) = default;
     /// The same; the file held before is not closed.
     StdIOStream& operator=(const StdIOStream&) = default;
+    /// A move takes the file over, and leaves the other stream without one; an assignment closes the file held
+    /// before.
+    ///@{
+    StdIOStream(StdIOStream&& other) noexcept;
+    StdIOStream& operator=(StdIOStream&& other) noexcept;
+    ///@}
 
     /// Fewer bytes than given only after a failure; see flush().
     unsigned int write(const void* buffer, unsigned int size) override;
-    void flush() override;  ///< Throws "Can't flush stdio file".
+    void flush() override;  ///< Throws "Can't flush stdio file". Does nothing while no file is open.
     void close() override;  ///< Reports no failure: flush() first to hear of data that could not be written.
     virtual ~StdIOStream(); ///< As close().
     /// Closes the file open so far, then opens another; the mode is that of `fopen`. Throws
@@ -52,7 +58,7 @@ public:
     ///@{
     FILE* getHandle() const { return file_; }
     bool isOpen() const { return file_ != nullptr; }
-    operator bool() const { return isOpen(); }
+    explicit operator bool() const { return isOpen(); }
     bool operator!() const { return !isOpen(); }
     ///@}
 

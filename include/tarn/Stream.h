@@ -6,6 +6,7 @@
 #include <concepts>
 #include <cstddef>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 // Byte streams and the encoding of values on them: little-endian numbers without padding, strings as a
@@ -116,10 +117,14 @@ protected:
 
 // ---- Values. No other types than these have an encoding: what is not listed does not compile.
 
-/// What is written as its bytes: 32- and 64-bit integers and double.
+/// What is written as its bytes: integers and characters of 8 to 64 bits, float, double, and enumerations, which
+/// are as large as their underlying type.
+///
+/// `std::size_t`, `std::ptrdiff_t` and the like are 32-bit integers in a 32-bit program and 64-bit integers in a
+/// 64-bit one: convert them to `std::uint32_t`, or whatever the data shall have, before they are written.
 template <class T>
-concept StreamNumber =
-    (std::integral<T> && !std::same_as<T, bool> && (sizeof(T) == 4 || sizeof(T) == 8)) || std::same_as<T, double>;
+concept StreamNumber = (std::integral<T> && !std::same_as<T, bool>) || std::same_as<T, float> ||
+                       std::same_as<T, double> || std::is_enum_v<T>;
 
 /// Little-endian, without padding. Throws EndOfFile "EOF in writeFully(...)".
 template <StreamNumber T> OutputStream& operator<<(OutputStream& out, T value)
@@ -203,10 +208,8 @@ inline EndianToNative operator>>(const EndianToNative& in, Endianess endianess)
     return EndianToNative(in.stream, endianess);
 }
 
-/// A 16-, 32- or 64-bit integer or a double. The byte order holds for the rest of the expression.
-template <class T>
-requires StreamNumber<T> ||(std::integral<T> && sizeof(T) == 2) const EndianToNative&
-operator>>(const EndianToNative& in, T& value)
+/// The byte order holds for the rest of the expression.
+template <StreamNumber T> const EndianToNative& operator>>(const EndianToNative& in, T& value)
 {
     static_assert(std::endian::native == std::endian::little);
     unsigned char bytes[sizeof(T)];

@@ -3,22 +3,40 @@
 #include <tarn/BasicString.h>
 
 #include "../foundation/CRTCheck.h"
+#include "../foundation/Closing.h"
+
+#include <utility>
 
 #include <io.h>
+#include <sys/stat.h>
 
 namespace tarn {
 namespace {
 using Text = BasicString<char>;
 
-template <class... Mode> int openedFile(const char* name, int flags, Mode... mode)
+// Without a mode the runtime library would take whatever lies behind the arguments for one.
+int openedFile(const char* name, int flags, int mode = _S_IREAD | _S_IWRITE)
 {
-    return ensureCRT(-1, _open(name, flags, mode...),
+    return ensureCRT(-1, _open(name, flags, mode),
                      [&] { return Text::fromFormat("Fehler in LowLevelIOStream::open(%s,%x)\n", name, flags); });
 }
 } // namespace
 
 LowLevelIOStream::LowLevelIOStream(const char* name, int flags) { open(name, flags); }
-LowLevelIOStream::~LowLevelIOStream() noexcept(false) { LowLevelIOStream::close(); }
+LowLevelIOStream::LowLevelIOStream(const char* name, int flags, int mode) { open(name, flags, mode); }
+LowLevelIOStream::LowLevelIOStream(LowLevelIOStream&& other) noexcept : fd_(other.detach()) {}
+LowLevelIOStream& LowLevelIOStream::operator=(LowLevelIOStream&& other) noexcept
+{
+    if (this != &other) {
+        closeQuietly([this] { LowLevelIOStream::close(); });
+        fd_ = other.detach();
+    }
+    return *this;
+}
+LowLevelIOStream::~LowLevelIOStream() noexcept(false)
+{
+    closeAtEnd([this] { LowLevelIOStream::close(); });
+}
 
 unsigned int LowLevelIOStream::write(const void* buffer, unsigned int size)
 {
@@ -53,6 +71,14 @@ void LowLevelIOStream::open(const char* name, int flags, int mode)
     close();
     fd_ = openedFile(name, flags, mode);
 }
+
+void LowLevelIOStream::attach(int descriptor)
+{
+    close();
+    fd_ = descriptor;
+}
+
+int LowLevelIOStream::detach() noexcept { return std::exchange(fd_, -1); }
 
 unsigned int LowLevelIOStream::read(void* buffer, unsigned int size)
 {

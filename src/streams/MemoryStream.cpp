@@ -19,12 +19,14 @@ long long targetOf(long long offset, Seekable::whence origin, unsigned int posit
                                                                  : base + offset;
 }
 
-// The first and the last bytes of a piece, which overlap unless it has twice as many.
+// The first and the last bytes of a piece, which overlap unless it has twice as many. All are read before any is
+// written, because a piece may be copied over a part of itself.
 template <unsigned int size> void copyBothEnds(char* to, const char* from, unsigned int count)
 {
-    char last[size];
+    char first[size], last[size];
+    std::memcpy(first, from, size);
     std::memcpy(last, from + count - size, size);
-    std::memcpy(to, from, size);
+    std::memcpy(to, first, size);
     std::memcpy(to + count - size, last, size);
 }
 
@@ -32,14 +34,15 @@ template <unsigned int size> void copyBothEnds(char* to, const char* from, unsig
 void copyPiece(char* to, const char* from, unsigned int count)
 {
     if (count > 16)
-        std::memcpy(to, from, count);
+        std::memmove(to, from, count);
     else if (count >= 8)
         copyBothEnds<8>(to, from, count);
     else if (count >= 4)
         copyBothEnds<4>(to, from, count);
-    else
-        for (unsigned int i = 0; i < count; ++i)
-            to[i] = from[i];
+    else if (count >= 2)
+        copyBothEnds<2>(to, from, count);
+    else if (count == 1)
+        *to = *from;
 }
 } // namespace
 

@@ -3,6 +3,8 @@
 #include "../foundation/CRTCheck.h"
 #include "../foundation/Quoted.h"
 
+#include <utility>
+
 #include <wchar.h>
 
 namespace tarn {
@@ -28,6 +30,19 @@ FILE* existing(FILE* file)
 StdIOStream::StdIOStream(const char* name, const char* mode) { StdIOStream::open(name, mode); }
 StdIOStream::StdIOStream(const wchar_t* name, const wchar_t* mode) { StdIOStream::open(name, mode); }
 StdIOStream::StdIOStream(FILE* file) { attach(file); }
+StdIOStream::StdIOStream(StdIOStream&& other) noexcept
+    : file_(std::exchange(other.file_, nullptr)), owned_(std::exchange(other.owned_, false))
+{
+}
+StdIOStream& StdIOStream::operator=(StdIOStream&& other) noexcept
+{
+    if (this != &other) {
+        StdIOStream::close();
+        file_ = std::exchange(other.file_, nullptr);
+        owned_ = std::exchange(other.owned_, false);
+    }
+    return *this;
+}
 StdIOStream::~StdIOStream() { StdIOStream::close(); }
 
 unsigned int StdIOStream::write(const void* buffer, unsigned int size)
@@ -37,7 +52,8 @@ unsigned int StdIOStream::write(const void* buffer, unsigned int size)
 
 void StdIOStream::flush()
 {
-    if (fflush(file_) != 0)
+    // Without a file the runtime library would flush all that the process has open.
+    if (file_ && fflush(file_) != 0)
         throwCRTError("Can't flush stdio file");
 }
 

@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <cstring>
 #include <string>
+#include <type_traits>
+#include <vector>
 
 #include <fcntl.h>
 #include <io.h>
@@ -94,6 +96,7 @@ TEST_CASE("StdIOStream: failures tell the operation and the cause", "[streams][s
     char buffer[4];
     CHECK(none.read(buffer, 4) == 0);
     CHECK(none.write(buffer, 4) == 0);
+    CHECK_NOTHROW(none.flush());
     expectCRTError([&] { none.setFilePointer(1, Seekable::current); }, EBADF, "fseek(1,1) failed");
     CHECK_THROWS_AS(none.getFilePointer(), CRTError);
     CHECK_NOTHROW(none.close());
@@ -119,6 +122,71 @@ TEST_CASE("StdIOStream: closes the file that it owns, and only that", "[streams]
         owner.attach(file);
     }
     CHECK_FALSE(isOpen(second));
+}
+
+TEST_CASE("StdIOStream: a flush without a file leaves the process's other files alone", "[streams][stdio]")
+{
+    const support::ScratchFolder folder;
+    StdIOStream waiting(folder.file("file").c_str(), "wb"), none;
+    waiting.write("abc", 3);
+    none.flush();
+    CHECK(folder.read("file").empty());
+}
+
+TEST_CASE("File streams: values go into the stream, whatever else it converts to", "[streams][stdio]")
+{
+    static_assert(!std::is_convertible_v<StdIOStream, bool>);
+    const support::ScratchFolder folder;
+    StdIOStream file(folder.file("file").c_str(), "w+b");
+    file << 'x' << static_cast<short>(0x6162) << Seekable::end;
+    file.flush();
+    CHECK(folder.read("file") == std::string("xba\2\0\0\0", 7));
+    file.setFilePointer(1, Seekable::begin);
+    unsigned short number = 0;
+    file >> number;
+    CHECK(number == 0x6162);
+}
+
+TEMPLATE_TEST_CASE("File streams: a move hands the file on, and closes the one that was there",
+                   "[streams][stdio][lowlevel]", StdIOStream, LowLevelFileStream)
+{
+    static_assert(std::is_nothrow_move_assignable_v<TestType>);
+    const support::ScratchFolder folder;
+    const std::string first = folder.write("first", "abc"), second = folder.write("second", "xyz");
+    const auto opened = [](const std::string& name) {
+        TestType stream;
+        if constexpr (std::is_same_v<TestType, StdIOStream>)
+            stream.open(name.c_str(), "rb");
+        else
+            stream.open(name.c_str(), _O_RDONLY);
+        return stream;
+    };
+    std::vector<TestType> streams;
+    for (const std::string& name : {first, second})
+        streams.push_back(opened(name));
+    TestType& stream = streams.front();
+    stream = std::move(stream);
+    CHECK(take(stream, 3) == "abc");
+    stream = std::move(streams.back());
+    CHECK(_unlink(first.c_str()) == 0);
+    CHECK_FALSE(streams.back().isOpen());
+    CHECK(take(stream, 3) == "xyz");
+}
+
+TEST_CASE("LowLevelIOStream: a file that it makes can be written again, unless its permission says otherwise",
+          "[streams][lowlevel]")
+{
+    const support::ScratchFolder folder;
+    const auto accessOf = [&](const char* name, auto... mode) {
+        const std::string file = folder.file(name);
+        LowLevelFileStream(file.c_str(), _O_RDWR | _O_CREAT | _O_BINARY, mode...).close();
+        const int access = _access(file.c_str(), 2);
+        _chmod(file.c_str(), _S_IREAD | _S_IWRITE);
+        return access;
+    };
+    CHECK(accessOf("usual") == 0);
+    CHECK(accessOf("permitted", _S_IREAD | _S_IWRITE) == 0);
+    CHECK(accessOf("protected", _S_IREAD) == -1);
 }
 
 TEST_CASE("LowLevelIOStream: failures tell the operation and the cause", "[streams][lowlevel]")
@@ -148,10 +216,22 @@ TEST_CASE("LowLevelIOStream: a close that fails throws, from the destructor, too
     // The lowest free descriptor is the one that the stream gets.
     const int descriptor = _open(name.c_str(), _O_RDONLY);
     _close(descriptor);
-    const auto destroy = [&] {
+    const auto destroy = [&](bool alreadyFailing = false) {
         LowLevelFileStream file(name.c_str(), _O_RDONLY);
+        CHECK(file.getHandle() == descriptor);
         _close(descriptor);
         expectCRTError([&] { file.close(); }, EBADF, "LowLevelIOStream::close()");
+        if (alreadyFailing)
+            throw std::runtime_error("first");
     };
     expectCRTError(destroy, EBADF, "LowLevelIOStream::close()");
+    support::expectError<std::runtime_error>([&] { destroy(true); }, "first");
+
+    LowLevelFileStream file(name.c_str(), _O_RDONLY);
+    CHECK(file.detach() == descriptor);
+    CHECK_FALSE(file.isOpen());
+    file.attach(descriptor);
+    _close(descriptor);
+    CHECK_NOTHROW(file = LowLevelFileStream());
+    CHECK_FALSE(file.isOpen());
 }

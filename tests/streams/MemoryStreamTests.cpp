@@ -73,15 +73,24 @@ TEST_CASE("MemoryOutputStream: writes go to the position and grow the stream exa
     CHECK(contentOf(out).substr(0, 8) == "aXYZaXYZ");
 }
 
-TEST_CASE("MemoryOutputStream: pieces of every length are copied whole, and nothing beside them", "[streams][memory]")
+TEST_CASE("Memory streams: pieces of every length are copied whole, nothing beside them, and over themselves",
+          "[streams][memory]")
 {
-    const std::string digits = "0123456789abcdefghij";
+    const std::string digits = "0123456789abcdefghijklmnopqrstuvwxyz";
+    const auto position = GENERATE(0u, 1u, 2u, 5u, 9u); // The piece is copied from 2.
     for (unsigned length = 0; length <= 20; ++length) {
+        const std::string expected = std::string(digits).replace(position, length, digits.substr(2, length));
         MemoryOutputStream out;
-        out.write("----------------------", 22);
-        out.setFilePointer(1, Seekable::begin);
-        out.write(digits.data(), length);
-        CHECK(contentOf(out) == '-' + digits.substr(0, length) + std::string(21 - length, '-'));
+        out.write(digits.data(), static_cast<unsigned>(digits.size()));
+        out.setFilePointer(position, Seekable::begin);
+        out.write(static_cast<const char*>(out.getData()) + 2, length);
+        CHECK(contentOf(out) == expected);
+
+        std::string memory = digits;
+        MemoryInputStream in = readerOf(memory);
+        in.setFilePointer(2, Seekable::begin);
+        in.read(memory.data() + position, length);
+        CHECK(memory == expected);
     }
 }
 
@@ -91,12 +100,19 @@ TEST_CASE("MemoryOutputStream: copies are deep and keep the position", "[streams
     out << "abc";
     out.setFilePointer(4, Seekable::begin);
     MemoryOutputStream copy(out), assigned;
-    assigned = std::move(out); // A copy like any other.
+    assigned = out;
     out.write("xyz", 3);
     for (MemoryOutputStream* each : {&copy, &assigned}) {
         CHECK(contentOf(*each) == std::string("\3\0\0\0abc", 7));
         CHECK(each->getFilePointer() == 4);
     }
+
+    const void* const data = copy.getData();
+    assigned = MemoryOutputStream(std::move(copy));
+    CHECK(assigned.getData() == data);
+    CHECK(assigned.getFilePointer() == 4);
+    copy << 1; // Empty, and at its start.
+    CHECK(copy.getSize() == 4);
 }
 
 TEST_CASE("MemoryOutputStream: what cannot be leaves the stream as it was", "[streams][memory]")

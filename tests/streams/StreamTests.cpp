@@ -68,6 +68,8 @@ TEST_CASE("OutputStream: values have their promised bytes", "[streams]")
     CHECK(bytesOf(0x01020304) == "\4\3\2\1");
     CHECK(bytesOf(-2L) == "\xFE\xFF\xFF\xFF");
     CHECK(bytesOf(0x0102030405060708) == "\x8\7\6\5\4\3\2\1");
+    CHECK(bytesOf('a', L'b', static_cast<short>(-2), std::byte{3}, BigEndian) == "ab\0\xFE\xFF\3\1\0\0\0"s);
+    CHECK(bytesOf(1.0f) == "\0\0\x80\x3F"s);
     CHECK(bytesOf(1.0) == "\0\0\0\0\0\0\xF0\x3F"s);
     CHECK(bytesOf(true, false) == "\1\0"s);
     CHECK(bytesOf("abc", "") == "\3\0\0\0abc\0\0\0\0"s);
@@ -79,7 +81,9 @@ TEST_CASE("OutputStream: values have their promised bytes", "[streams]")
 
 TEST_CASE("InputStream: values are read back from their bytes", "[streams]")
 {
-    Pieces in(bytesOf(-5, 0xFFFFFFFFu, 0.1, 1LL << 40, -7, 3000000000u, 2.5, "na\xEFve", L"\x4E2D", "") + "\2\0"s);
+    Pieces in(bytesOf(-5, 0xFFFFFFFFu, 0.1, 1LL << 40, -7, 3000000000u, 2.5, "na\xEFve", L"\x4E2D", "", 'x', 0.5f,
+                      Seekable::current) +
+              "\2\0"s);
     CHECK(in.readInt32() == -5);
     CHECK(in.readUInt32() == 0xFFFFFFFFu);
     CHECK(in.readDouble() == 0.1);
@@ -90,6 +94,9 @@ TEST_CASE("InputStream: values are read back from their bytes", "[streams]")
     CHECK(next<BasicString<char>>(in, "old") == "na\xEFve");
     CHECK(next<BasicString<wchar_t>>(in) == L"\x4E2D");
     CHECK(next<std::string>(in, "old").empty());
+    CHECK(next<char>(in) == 'x');
+    CHECK(next<float>(in) == 0.5f);
+    CHECK(next(in, Seekable::end) == Seekable::current);
     CHECK(next<bool>(in)); // Any byte but zero is true.
     CHECK_FALSE(next<bool>(in, true));
 }
