@@ -2,8 +2,10 @@
 
 #include <tarn/Export.h>
 
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 namespace tarn {
 /// A view of a run of bits in a buffer that somebody else owns, for picking packed data apart in place.
@@ -71,6 +73,9 @@ public:
     void set(unsigned int first, unsigned int count, bool value);
     void set(bool value) { set(0, count_, value); } ///< Needs that byte behind the range, too.
     void clear() { set(0, count_, false); }         ///< Needs that byte behind the range, too.
+    /// A number is not taken for a value of all bits: `set(3)` looks like bit 3, which is `field[3] = true`.
+    template <class T>
+    requires(std::is_scalar_v<T> && !std::same_as<T, bool>) void set(T) = delete;
 
     /// Copies bit values from `source`, as many as this view has: `source` must not be shorter.
     ///

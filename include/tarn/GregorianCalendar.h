@@ -146,6 +146,7 @@ private:
     void shiftKeepingClock(std::int64_t delta);
 
     std::int64_t getEpochDay();
+    std::int64_t shownDay() const;
     int BaseGetActualMaximum(int field);
     int greatestYear();
 

@@ -71,6 +71,12 @@ public:
     /// Receives one byte and acknowledges it, unless it is the `last` one.
     virtual unsigned char read(bool last) = 0;
 
+    /// An address is not taken for a bit: reading and writing many bytes takes their count, too.
+    ///@{
+    template <class T> void writeBit(T*) = delete;
+    template <class T> unsigned char read(T*) = delete;
+    ///@}
+
     /// Clocks the ninth bit of a byte; true when the device acknowledged it.
     virtual bool acknowledge() = 0;
     /// Waits between two line changes.
@@ -87,11 +93,12 @@ protected:
 /// the same ones.
 class TARN_API I2CBusForLines : public I2CBus {
 public:
-    /// The lines are the application's.
+    /// The lines are the application's, and not null.
     I2CBusForLines(I2CLines* lines) : lines_(lines) {}
 
     using I2CBus::read;
     using I2CBus::write;
+    using I2CBus::writeBit;
 
     void start() override;
     void stop() override;

@@ -2,12 +2,27 @@
 
 #include <tarn/Export.h>
 
+#include <concepts>
 #include <cstdint>
 
 struct _FILETIME;
 struct _SYSTEMTIME;
 
 namespace tarn {
+class InputStream;
+class OutputStream;
+
+namespace detail {
+/// An instant of std::chrono::system_clock in any unit, told without <chrono>, which takes long to compile.
+template <class T>
+concept SystemTimePoint = requires
+{
+    T::clock::from_time_t(0);
+    T::period::den;
+    requires std::integral<typename T::rep> && sizeof(typename T::rep) == 8;
+};
+} // namespace detail
+
 /// An instant: milliseconds since 1970-01-01 00:00:00 UTC, negative before.
 ///
 /// A value, converting to and from its number, so that instants are compared, subtracted and moved by
@@ -26,6 +41,12 @@ public:
     operator std::int64_t() const { return milliseconds_; }
     ///@}
 
+    /// Moves by milliseconds; beyond the ends of time it wraps round.
+    ///@{
+    Time& operator+=(std::int64_t milliseconds);
+    Time& operator-=(std::int64_t milliseconds);
+    ///@}
+
     /// Always the epoch, 0: the clock's reading is dropped. Call now() for the present instant.
     static Time current();
     /// The present instant by the system's clock.
@@ -35,6 +56,29 @@ public:
     ///@{
     int toTimeT() const { return static_cast<int>(milliseconds_ / 1000); }
     static Time fromTimeT(int seconds) { return Time(std::int64_t(seconds) * 1000); }
+    ///@}
+    /// The same in 64 bits, which do not end in 2038. fromTimeT64() throws boost::bad_numeric_cast for seconds
+    /// that Time does not reach.
+    ///@{
+    std::int64_t toTimeT64() const { return milliseconds_ / 1000; }
+    static Time fromTimeT64(std::int64_t seconds) { return Time(scaled(seconds, 1000, 1)); }
+    ///@}
+
+    /// From and to the instants of the standard library, `Time(std::chrono::system_clock::now())` and
+    /// `std::chrono::system_clock::time_point(time)`, in any unit that fits milliseconds. What the target's unit
+    /// cannot show is dropped, toward the past. Throws boost::bad_numeric_cast for instants that the target does
+    /// not reach: system_clock::time_point itself holds the years 1678 to 2261, std::chrono::sys_time of
+    /// milliseconds holds every Time.
+    ///@{
+    template <detail::SystemTimePoint T>
+    explicit Time(const T& point)
+        : Time(scaled(point.time_since_epoch().count(), T::period::num * 1000, T::period::den))
+    {
+    }
+    template <detail::SystemTimePoint T> explicit operator T() const
+    {
+        return T(typename T::duration(scaled(milliseconds_, T::period::den, T::period::num * 1000)));
+    }
     ///@}
 
     /// Whether this is midnight UTC.
@@ -58,7 +102,16 @@ public:
     /// time to file time" for fields that name no instant.
     static Time fromSystemTime(const _SYSTEMTIME& systemTime);
 
+    /// On the library's streams an instant is its number, in 64 bits. Throws as they do for numbers.
+    ///@{
+    friend TARN_API OutputStream& operator<<(OutputStream& out, const Time& time);
+    friend TARN_API InputStream& operator>>(InputStream& in, Time& time);
+    ///@}
+
 private:
+    /// `value * factor / divisor` rounded down, one of the two dividing the other.
+    static std::int64_t scaled(std::int64_t value, std::int64_t factor, std::int64_t divisor);
+
     std::int64_t milliseconds_;
 };
 static_assert(sizeof(Time) == 8);

@@ -29,6 +29,14 @@ template <std::signed_integral T> constexpr T wrappingMultiply(T a, std::type_id
     return static_cast<T>(static_cast<Unsigned>(a) * static_cast<Unsigned>(b));
 }
 
+/// The sum of an instant and an offset, or the epoch when it does not fit: instants within an offset of the
+/// ends of time read as 1970-01-01.
+inline std::int64_t addOrEpoch(std::int64_t millis, int offset)
+{
+    std::int64_t sum = 0;
+    return __builtin_add_overflow(millis, offset, &sum) ? 0 : sum;
+}
+
 /// The quotient rounded toward negative infinity, for positive divisors.
 template <std::signed_integral T> constexpr T floorQuotient(T numerator, std::type_identity_t<T> divisor)
 {

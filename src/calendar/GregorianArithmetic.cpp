@@ -46,7 +46,7 @@ void GregorianCalendar::add(unsigned field, int amount)
     complete();
     switch (field) {
     case FieldEra:
-        set(FieldEra, static_cast<int>(std::clamp<std::int64_t>(std::int64_t(fields_[FieldEra]) + amount, BC, AD)));
+        set(FieldEra, static_cast<int>(std::clamp<std::int64_t>(std::int64_t(internalGet(FieldEra)) + amount, BC, AD)));
         break;
     case FieldYear:
         addYears(amount);

@@ -10,13 +10,6 @@
 
 namespace tarn {
 namespace {
-// The sum, or the epoch when it does not fit: instants within an offset of the ends of time read as 1970.
-std::int64_t addOrEpoch(std::int64_t millis, int offset)
-{
-    std::int64_t sum = 0;
-    return __builtin_add_overflow(millis, offset, &sum) ? 0 : sum;
-}
-
 // The place of a weekday in the week, from 0.
 int placeInWeek(int dayOfWeek, int firstDayOfWeek)
 {
@@ -50,11 +43,12 @@ void GregorianCalendar::computeFields()
     setDate(values, localMillis >= normalizedGregorianCutover(), day);
     int dstOffset = 0;
     if (zone_.UseDaylightTime()) {
-        dstOffset = offsetOfDay(static_cast<Era>(values[FieldEra]), values, millisInDay) - rawOffset;
-        millisInDay += dstOffset;
-        // A daylight amount below zero is not carried into the day before.
-        if (millisInDay >= millisPerDay) {
-            millisInDay -= static_cast<int>(millisPerDay);
+        dstOffset = wrappingSubtract(offsetOfDay(static_cast<Era>(values[FieldEra]), values, millisInDay), rawOffset);
+        // A daylight amount below zero is not carried into the day before, one of days only into the next.
+        const bool carries = std::int64_t(millisInDay) + dstOffset >= millisPerDay;
+        millisInDay = wrappingAdd(millisInDay, dstOffset);
+        if (carries) {
+            millisInDay = wrappingSubtract(millisInDay, static_cast<int>(millisPerDay));
             const std::int64_t moved = addOrEpoch(localMillis, dstOffset);
             setDate(values, moved >= normalizedGregorianCutover(), floorDivide(moved, millisPerDay));
         }

@@ -102,6 +102,8 @@ std::int64_t rollWeekOfYear(const Sheet& year, std::int64_t today, int minimalDa
     const int daysInLastRow = (year.lead + year.days.count()) % 7;
     const bool lastIsNextYears = daysInLastRow != 0 && 7 - daysInLastRow >= minimalDays;
     const int weeks = year.rows - firstRow - (lastIsNextYears ? 1 : 0);
+    if (weeks < 1)
+        return today; // A cutover left the year no week of its own.
     return year.inRow(today, firstRow + stepsRound(year.rowOf(today) - firstRow, amount, weeks));
 }
 
@@ -181,7 +183,8 @@ void GregorianCalendar::rollOffset(unsigned field, int amount)
     const int number = static_cast<int>(field);
     const int minimum = getActualMinimum(number);
     const int count = getActualMaximum(number) - minimum + 1;
-    const int value = minimum + stepsRound(internalGet(field) - minimum, amount, count);
+    const auto place = static_cast<int>((std::int64_t(internalGet(field)) - minimum) % count);
+    const int value = minimum + stepsRound(place, amount, count);
     // The daylight field counts only together with a zone field that was set.
     if (field == FieldDstOffset)
         set(FieldZoneOffset, internalGet(FieldZoneOffset));
@@ -190,16 +193,13 @@ void GregorianCalendar::rollOffset(unsigned field, int amount)
 
 void GregorianCalendar::rollDays(unsigned field, int amount)
 {
-    const int year = astronomicalYear();
-    const int month = internalGet(FieldMonth);
     const std::int64_t cutover = floorQuotient(normalizedGregorianCutover(), millisPerDay);
-    int millisInDay = 0;
-    const std::int64_t offset = std::int64_t(internalGet(FieldZoneOffset)) + internalGet(FieldDstOffset);
-    const std::int64_t today = splitDay(wrappingAdd(time_, offset), millisInDay);
+    const std::int64_t today = shownDay();
+    const Date date = dateOf(today >= cutover, today);
     const bool inYear = field == FieldDayOfYear || field == FieldWeekOfYear;
-    const DaySpan days = inYear
-                             ? daysByCutover(yearIn(false, year), yearIn(true, year), cutover, today)
-                             : daysByCutover(monthIn(false, year, month), monthIn(true, year, month), cutover, today);
+    const DaySpan days = inYear ? daysByCutover(yearIn(false, date.year), yearIn(true, date.year), cutover, today)
+                                : daysByCutover(monthIn(false, date.year, date.month),
+                                                monthIn(true, date.year, date.month), cutover, today);
 
     std::int64_t target = today;
     switch (field) {
@@ -225,11 +225,28 @@ void GregorianCalendar::rollDays(unsigned field, int amount)
     shiftKeepingClock((target - today) * millisPerDay);
 }
 
+// The local day, since the epoch, that the fields show.
+std::int64_t GregorianCalendar::shownDay() const
+{
+    int millisInDay = 0;
+    const std::int64_t local = addOrEpoch(time_, internalGet(FieldZoneOffset));
+    const std::int64_t day = splitDay(local, millisInDay);
+    const int dstOffset = internalGet(FieldDstOffset);
+    const bool carries = std::int64_t(millisInDay) + dstOffset >= millisPerDay;
+    return carries ? floorQuotient(addOrEpoch(local, dstOffset), millisPerDay) : day;
+}
+
 // Moves the instant so that the clock shows the same time of day, moved by `delta`. A time of day that
 // the start of daylight time leaves out becomes the one an hour on: an hour back could be another day.
 void GregorianCalendar::shiftKeepingClock(std::int64_t delta)
 {
-    const std::int64_t moved = wrappingAdd(time_, delta);
+    // An instant that reads as the epoch, because its offset leads past the ends of time, moves on from there.
+    const int offset = internalGet(FieldZoneOffset);
+    std::int64_t moved = 0;
+    if (__builtin_add_overflow(time_, offset, &moved))
+        moved = delta - offset;
+    else
+        moved = wrappingAdd(time_, delta);
     const int before = internalGet(FieldDstOffset);
     setTimeInMillis(moved);
     const int after = internalGet(FieldDstOffset);

@@ -1,9 +1,11 @@
 #include <tarn/Time.h>
 
 #include <tarn/GregorianCalendarBase.h>
+#include <tarn/Stream.h>
 #include <tarn/Windows.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/NumericCast.h"
 #include "Arithmetic.h"
 
 #include <ctime>
@@ -16,6 +18,9 @@ constexpr std::int64_t fileTimeEpoch = -11644473600000; // 1601-01-01
 const GregorianCalendarBase defaults;
 } // namespace
 
+Time& Time::operator+=(std::int64_t milliseconds) { return *this = wrappingAdd(milliseconds_, milliseconds); }
+Time& Time::operator-=(std::int64_t milliseconds) { return *this = wrappingSubtract(milliseconds_, milliseconds); }
+
 Time Time::current()
 {
     std::time(nullptr);
@@ -27,6 +32,15 @@ Time Time::now()
     FILETIME fileTime;
     GetSystemTimeAsFileTime(&fileTime);
     return fromFileTime(fileTime);
+}
+
+std::int64_t Time::scaled(std::int64_t value, std::int64_t factor, std::int64_t divisor)
+{
+    if (divisor > factor)
+        return floorQuotient(value, divisor / factor);
+    if (__builtin_mul_overflow(value, factor / divisor, &value))
+        throw LossOfRange();
+    return value;
 }
 
 std::uint64_t Time::toXOpen() const
@@ -71,4 +85,7 @@ Time Time::fromSystemTime(const SYSTEMTIME& systemTime)
     ensure(SystemTimeToFileTime(&systemTime, &fileTime), "Can't convert system time to file time");
     return fromFileTime(fileTime);
 }
+
+OutputStream& operator<<(OutputStream& out, const Time& time) { return out << time.milliseconds_; }
+InputStream& operator>>(InputStream& in, Time& time) { return in >> time.milliseconds_; }
 } // namespace tarn

@@ -20,9 +20,10 @@ std::string formatISOTime(const Time& time, const TimeZone& zone)
 {
     GregorianCalendar calendar(zone);
     calendar.setTime(time);
-    int minutes = (calendar.get(Calendar::FieldZoneOffset) + calendar.get(Calendar::FieldDstOffset)) / millisPerMinute;
+    const std::int64_t zoneOffset = calendar.get(Calendar::FieldZoneOffset);
+    auto minutes = static_cast<int>((zoneOffset + calendar.get(Calendar::FieldDstOffset)) / millisPerMinute);
     std::int64_t local = 0;
-    if (__builtin_add_overflow(std::int64_t(time), minutes * millisPerMinute, &local)) {
+    if (__builtin_add_overflow(std::int64_t(time), std::int64_t(minutes) * millisPerMinute, &local)) {
         local = time; // Within an offset of the ends of time only UTC is left.
         minutes = 0;
     }

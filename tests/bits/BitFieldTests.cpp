@@ -12,6 +12,12 @@ using tarn::BitField;
 using Bytes = std::vector<unsigned char>;
 
 namespace {
+template <class T>
+concept SetsAllBits = requires(BitField field, T value)
+{
+    field.set(value);
+};
+
 /// Pages of memory that can be closed one by one, to see which bytes an operation touches.
 class Pages {
 public:
@@ -69,6 +75,10 @@ TEST_CASE("BitField: bits count from the lowest of the first byte, and stand-ins
     CHECK(bytes[0] == 0xC0);
     bit = false;
     CHECK(bytes[0] == 0x80);
+
+    inner.set(bit); // A bit is a value for all of them, a number is not.
+    CHECK(bytes == Bytes{0x00, 0x00, 0x00});
+    STATIC_REQUIRE_FALSE((SetsAllBits<int> || SetsAllBits<unsigned> || SetsAllBits<const char*>));
 }
 
 TEST_CASE("BitField: ranges, copies and single bits agree with a naive model", "[bits][bitfield]")

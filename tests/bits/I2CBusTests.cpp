@@ -67,12 +67,20 @@ TEST_CASE("I2CBus: write sends its bytes between start and stop, up to the first
     CHECK(written({0xA0, 0x10, 0x55}, 0x10) == "start A0 10 stop failed");
 }
 
+template <class Bus>
+concept TakesAddressForBit = requires(Bus bus, unsigned char* data)
+{
+    bus.read(data);
+}
+|| requires(Bus bus, unsigned char* data) { bus.writeBit(data); };
+
 TEST_CASE("I2CBus: read sends the sub-address, starts again and acknowledges all but the last byte", "[bits][i2c]")
 {
     CHECK(readFrom({0xA1, 0x10}, 3) == "start A0 10 start A1 more more last stop");
     CHECK(readFrom({0xA0, 0x12, 0x34}, 1) == "start A0 12 34 start A1 last stop");
     CHECK(readFrom({0xA0}, 2) == "start A1 more last stop");
     CHECK(readFrom({0xA0, 0x10}, 0).empty());
+    STATIC_REQUIRE_FALSE((TakesAddressForBit<tarn::I2CBus&> || TakesAddressForBit<tarn::I2CBusForLines&>));
 
     CHECK(readFrom({0xA0, 0x10}, 1, 0xA0) == "start A0 stop failed");
     CHECK(readFrom({0xA0, 0x12, 0x34}, 1, 0x12) == "start A0 12 stop failed");

@@ -42,6 +42,20 @@ TEST_CASE("GregorianCalendar: add moves years and months and clamps the day", "[
     CHECK(added(bc, Calendar::FieldMonth, 1) == "3-01-01 BC 00:00:00.000"); // Later months, greater numbers.
 }
 
+TEST_CASE("GregorianCalendar: add reads the era as a derived class gives it", "[calendar][add]")
+{
+    struct ManyEras : GregorianCalendar {
+        ManyEras() : GregorianCalendar(on(5, 0, 31)) {}
+        int internalGet(unsigned field) const override
+        {
+            return GregorianCalendar::internalGet(field) + (field == FieldEra ? 10 : 0);
+        }
+    } calendar;
+    const std::int64_t time = calendar.getTime();
+    calendar.add(Calendar::FieldEra, -10); // To AD.
+    CHECK(calendar.getTime() == time);
+}
+
 TEST_CASE("GregorianCalendar: add moves the other fields by fixed lengths", "[calendar][add]")
 {
     const auto start = on(2000, 1, 28, 23, 30);
@@ -147,6 +161,30 @@ TEST_CASE("GregorianCalendar: rolling steps over the days that the cutover took"
     CHECK(rolled(on(1582, 0, 1), Calendar::FieldDayOfYear, -1) == "1582-12-31 AD 00:00");
     CHECK(rolled(on(1582, 9, 4), Calendar::FieldWeekOfMonth, 1) == "1582-10-21 AD 00:00");
     CHECK(rolled(on(1582, 9, 28), Calendar::FieldDayOfWeekInMonth, 1) == "1582-10-04 AD 00:00");
+}
+
+TEST_CASE("GregorianCalendar: rolling stays in a year that a cutover cut to less than a week", "[calendar][roll]")
+{
+    GregorianCalendar calendar((tarn::TimeZone()));
+    calendar.setGregorianChange(-719163 * 86400000LL); // The Julian year 1 is left with its first day.
+    for (int weeks = 0; weeks < 49; ++weeks) {
+        calendar.setFirstDayOfWeek(1 + weeks / 7);
+        calendar.setMinimalDaysInFirstWeek(1 + weeks % 7);
+        calendar.setTime(-719164 * 86400000LL);
+        calendar.roll(Calendar::FieldWeekOfYear, 1);
+        CHECK(text(calendar) == "1-01-01 AD 00:00:00.000");
+    }
+}
+
+TEST_CASE("GregorianCalendar: what reads as the epoch at the ends of time rolls like the epoch", "[calendar][roll]")
+{
+    const auto zone = GENERATE(zones::withOffset(zones::hour), zones::withOffset(-zones::hour));
+    const auto end = zones::at(zone.GetStandardOffset() > 0 ? INT64_MAX - 5 : INT64_MIN + 5, zone);
+    const auto epoch = zones::at(-zone.GetStandardOffset(), zone);
+    for (unsigned field = 0; field < Calendar::FieldCount; ++field) {
+        INFO("field " << field);
+        CHECK(rolled(end, field, 3) == rolled(epoch, field, 3));
+    }
 }
 
 TEST_CASE("GregorianCalendar: rolling across daylight time keeps the clock, where it exists", "[calendar][roll]")

@@ -117,12 +117,14 @@ TEST_CASE("GregorianCalendar: daylight time moves the clock and may move the day
     CHECK(calendar.get(Calendar::FieldZoneOffset) == zones::hour);
     CHECK(calendar.get(Calendar::FieldDstOffset) == zones::hour);
     CHECK(calendar.InDaylightTime());
-    // A negative amount is not carried into the day before.
+    // A negative amount is not carried into the day before, and only a day of any other.
     auto zone = zones::north();
     zone.SetDSTOffset(-zones::hour);
     CHECK(zones::at(962406000000, zone).get(Calendar::FieldDayOfMonth) == 1);
     CHECK(zones::at(962406000000 - zones::hour, zone).get(Calendar::FieldMinute) == 0);
     CHECK(zones::at(962406000000 - 2 * zones::hour + 60000, zone).get(Calendar::FieldMinute) == 1);
+    zone.SetDSTOffset(INT_MAX);
+    CHECK(zones::at(962406000000 - 1, zone).get(Calendar::FieldHourOfDay) == 596);
 }
 
 TEST_CASE("GregorianCalendar: fields give the instant that gave them", "[calendar]")

@@ -1,9 +1,13 @@
 #include <catch2/catch.hpp>
 
+#include <tarn/MemoryStream.h>
 #include <tarn/Time.h>
 #include <tarn/Windows.h>
 
 #include "Expect.h"
+#include "foundation/NumericCast.h"
+
+#include <chrono>
 
 using tarn::Time;
 
@@ -16,6 +20,40 @@ TEST_CASE("Time: seconds truncate toward zero and only whole days are dates", "[
     CHECK(Time(-86400000).isDate());
     CHECK_FALSE(Time(1).isDate());
     CHECK_FALSE(Time(-86399999).isDate());
+}
+
+TEST_CASE("Time: moves by milliseconds and goes through the library's streams as its number", "[calendar][time]")
+{
+    Time time = 1000;
+    CHECK((time += 500) == 1500);
+    CHECK((time -= Time(1501)) == -1);
+    tarn::MemoryOutputStream out;
+    out << time << Time(0x0102030405060708);
+    CHECK(std::string(static_cast<const char*>(out.getData()), 16) ==
+          std::string("\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\x8\x7\x6\x5\x4\x3\x2\x1"));
+    tarn::MemoryInputStream in(out.getData(), 16);
+    Time second;
+    in >> time >> second;
+    CHECK((time == -1 && second == 0x0102030405060708));
+    CHECK((Time(INT64_MAX) += 1) == INT64_MIN);
+}
+
+TEST_CASE("Time: instants of the standard library and 64-bit seconds, as far as they reach", "[calendar][time]")
+{
+    using namespace std::chrono;
+    const Time leapDay(951782400123);
+    CHECK(system_clock::time_point(leapDay) == sys_days(2000y / February / 29) + 123ms);
+    CHECK(sys_seconds(Time(-1)) == sys_seconds(-1s));
+    CHECK(sys_time<milliseconds>(Time(INT64_MIN)).time_since_epoch().count() == INT64_MIN);
+    CHECK(Time(system_clock::time_point(leapDay) + 999us) == leapDay);
+    CHECK(Time(sys_time<microseconds>(-1us)) == -1);
+    CHECK(Time(sys_days(2000y / February / 29)) == 951782400000);
+    CHECK(Time::fromTimeT64(Time(253402300799999).toTimeT64()) == 253402300799000);
+
+    const std::string lossOfRange = "bad numeric cast: loss of range in numeric_cast";
+    support::expectError<tarn::LossOfRange>([] { system_clock::time_point(Time(INT64_MAX)); }, lossOfRange);
+    support::expectError<tarn::LossOfRange>([] { Time(sys_days(days(INT64_MAX / 1000))); }, lossOfRange);
+    support::expectError<tarn::LossOfRange>([] { Time::fromTimeT64(INT64_MIN); }, lossOfRange);
 }
 
 TEST_CASE("Time: X/Open units count from the cutover, in 64 bits without a sign", "[calendar][time]")
