@@ -61,6 +61,13 @@ TEST_CASE("WindowsError: the text is the description and the system's", "[founda
         CHECK(what(WindowsError(0x2FFFFFFF, "d")) == "d: Windows error 0x2fffffff");
         CHECK(what(WindowsError(ERROR_BAD_EXE_FORMAT)) == "Windows error 0xc1");
     }
+    SECTION("asking for the text leaves the thread's last error alone")
+    {
+        SetLastError(ERROR_NOT_READY);
+        CHECK(what(WindowsError(0x2FFFFFFF)) == "Windows error 0x2fffffff");
+        CHECK(what(WindowsError(2221)).size() > 0);
+        CHECK(GetLastError() == ERROR_NOT_READY);
+    }
     SECTION("the last error is read at construction")
     {
         SetLastError(ERROR_FILE_NOT_FOUND);
