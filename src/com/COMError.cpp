@@ -24,7 +24,8 @@ void HRESULTHolder::throwOnError(long hr) { throwOnError(hr, ""); }
 long HRESULTHolder::getHRESULTFromException(const std::exception& e)
 {
     if (const auto* holder = dynamic_cast<const HRESULTHolder*>(&e)) {
-        return holder->getHRESULT();
+        const long hr = holder->getHRESULT();
+        return hr < 0 ? hr : E_FAIL; // A caller must never take an error for success.
     }
     return dynamic_cast<const std::bad_alloc*>(&e) ? E_OUTOFMEMORY : E_FAIL;
 }

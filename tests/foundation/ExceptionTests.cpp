@@ -133,6 +133,8 @@ TEST_CASE("HRESULT: errors map to results and back", "[foundation][exception]")
     CHECK(resultOf(std::bad_alloc()) == E_OUTOFMEMORY);
     CHECK(resultOf(tarn::COMError(0x80030002)) == asResult(0x80030002));
     CHECK(resultOf(WindowsError(5)) == asResult(0x80070005));
+    CHECK(resultOf(WindowsError(ERROR_SUCCESS)) == E_FAIL); // An error is never reported as success.
+    CHECK(resultOf(tarn::COMError(S_FALSE)) == E_FAIL);
 }
 
 TEST_CASE("numericCast: a value out of range throws the promised text", "[foundation][exception]")
