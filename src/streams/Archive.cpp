@@ -43,7 +43,7 @@ void Archive::writeObject(const Serializable* object, unsigned long key)
     // The key is known before the data are written, so that a circle leads to a reference.
     if (word != singleKey)
         writtenKeys_.insert(word);
-    out << objectCookie << word << ClassName(typeid(*object)).text();
+    out << objectCookie << word << ClassName(typeid(*object)).toWrite();
     object->serialize(*this);
 }
 
