@@ -12,6 +12,12 @@
 namespace tarn {
 template <class Ch> class RegistryValue;
 
+namespace detail {
+/// What converts to bool without a word, and would be taken for a flag.
+template <class T>
+concept NotFlag = !std::same_as<T, bool> && !std::same_as<T, int>;
+} // namespace detail
+
 /// An open key of the registry: reads, writes and walks what lies below it.
 ///
 /// Closes the handle when it owns it; the predefined roots (`HKEY_CURRENT_USER`, ...) are passed as the
@@ -44,6 +50,8 @@ public:
     RegistryKey() = default;
     /// Wraps an open key.
     RegistryKey(HKEY key, bool owns) : owns_(owns), key_(key) {}
+    /// A text or an access is no `owns`: to open a subkey give its name and the access.
+    template <detail::NotFlag T> RegistryKey(HKEY key, T owns) = delete;
     /// Opens a key that has to exist. Throws "Registry key not found" when it does not.
     ///@{
     RegistryKey(HKEY parent, const char* subkey, unsigned long access);
@@ -84,8 +92,9 @@ public:
     /// Closes the key if it is owned. The handle stays readable, so isOpen() is still true: ask ownsKey(),
     /// or call detach() to forget the handle too. Does nothing the second time.
     void close();
-    void attach(HKEY key, bool owns); ///< Closes an owned key first.
-    HKEY detach();                    ///< Hands the handle to the caller, open.
+    void attach(HKEY key, bool owns);                                    ///< Closes an owned key first.
+    template <detail::NotFlag T> void attach(HKEY key, T owns) = delete; ///< As the constructor.
+    HKEY detach();                                                       ///< Hands the handle to the caller, open.
 
     /// Lent, not given; null for none.
     ///@{
