@@ -134,11 +134,18 @@ public:
     ///@}
 
     /// A `REG_SZ` or `REG_EXPAND_SZ` value up to its first zero or, stored without one, whole. Variables
-    /// are not expanded. Throws "Registry value not found", and "Wrong value type. Expected REG_SZ or
-    /// REG_EXPAND_SZ" with `ERROR_UNSUPPORTED_TYPE`.
+    /// are not expanded: getExpandedStringValue() does that. Throws "Registry value not found", and "Wrong value type.
+    /// Expected REG_SZ or REG_EXPAND_SZ" with `ERROR_UNSUPPORTED_TYPE`.
     ///@{
     BasicString<char> getStringValue(const char* name) const;
     BasicString<wchar_t> getStringValue(const wchar_t* name) const;
+    ///@}
+
+    /// The same, with the variables of a `REG_EXPAND_SZ` value replaced; one that the environment lacks stays as it
+    /// is written.
+    ///@{
+    BasicString<char> getExpandedStringValue(const char* name) const;
+    BasicString<wchar_t> getExpandedStringValue(const wchar_t* name) const;
     ///@}
 
     /// The strings of a `REG_MULTI_SZ` value, up to the first empty one; missing terminators at the end
@@ -197,7 +204,7 @@ public:
     }
     ///@}
     ///@{
-    void setValue(const char* name, const char* text) const; ///< A `REG_SZ` with its terminator.
+    void setValue(const char* name, const char* text) const; ///< A `REG_SZ`; null is the empty text.
     void setValue(const wchar_t* name, const wchar_t* text) const;
     ///@}
     /// A `REG_MULTI_SZ`, which ends where an empty string stands.
