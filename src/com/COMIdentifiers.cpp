@@ -18,7 +18,7 @@ template <class Ch> BasicString<Ch> findText(HKEY root, const Ch* path, const Ch
     try {
         RegistryKey key;
         if (key.open(root, path, KEY_QUERY_VALUE) && key.existsValue(name))
-            return key.getStringValue(name);
+            return key.getExpandedStringValue(name);
     } catch (const WindowsError&) { // It may not be read, or is no text: as good as missing.
     }
     return BasicString<Ch>();
