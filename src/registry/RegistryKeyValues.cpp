@@ -38,15 +38,6 @@ template <class Ch> unsigned long requireDWord(HKEY key, const Ch* name)
     return value;
 }
 
-template <class Ch> BasicString<Ch> readString(HKEY key, const Ch* name)
-{
-    DWORD type = REG_NONE;
-    ValueData data;
-    if (!readValue(key, name, type, data, checkStringType))
-        throwWindowsError(ERROR_FILE_NOT_FOUND, "Registry value not found");
-    return stringOf<Ch>(data);
-}
-
 // As the environment has it: a variable that it lacks stays as it is written.
 template <class Ch> BasicString<Ch> expanded(const BasicString<Ch>& text)
 {
@@ -59,14 +50,14 @@ template <class Ch> BasicString<Ch> expanded(const BasicString<Ch>& text)
     return result;
 }
 
-template <class Ch> BasicString<Ch> readExpanded(HKEY key, const Ch* name)
+template <class Ch> BasicString<Ch> readString(HKEY key, const Ch* name, bool expand)
 {
     DWORD type = REG_NONE;
     ValueData data;
     if (!readValue(key, name, type, data, checkStringType))
         throwWindowsError(ERROR_FILE_NOT_FOUND, "Registry value not found");
     const BasicString<Ch> text = stringOf<Ch>(data);
-    return type == REG_EXPAND_SZ ? expanded(text) : text;
+    return expand && type == REG_EXPAND_SZ ? expanded(text) : text;
 }
 
 template <class Ch> bool readStrings(HKEY key, const Ch* name, std::list<BasicString<Ch>>& strings)
@@ -146,11 +137,14 @@ bool RegistryKey::getValue(const wchar_t* name, unsigned long& value) const { re
 unsigned long RegistryKey::getDWordValue(const char* name) const { return requireDWord(key_, name); }
 unsigned long RegistryKey::getDWordValue(const wchar_t* name) const { return requireDWord(key_, name); }
 
-BasicString<char> RegistryKey::getStringValue(const char* name) const { return readString(key_, name); }
-BasicString<wchar_t> RegistryKey::getStringValue(const wchar_t* name) const { return readString(key_, name); }
+BasicString<char> RegistryKey::getStringValue(const char* name) const { return readString(key_, name, false); }
+BasicString<wchar_t> RegistryKey::getStringValue(const wchar_t* name) const { return readString(key_, name, false); }
 
-BasicString<char> RegistryKey::getExpandedStringValue(const char* name) const { return readExpanded(key_, name); }
-BasicString<wchar_t> RegistryKey::getExpandedStringValue(const wchar_t* name) const { return readExpanded(key_, name); }
+BasicString<char> RegistryKey::getExpandedStringValue(const char* name) const { return readString(key_, name, true); }
+BasicString<wchar_t> RegistryKey::getExpandedStringValue(const wchar_t* name) const
+{
+    return readString(key_, name, true);
+}
 
 bool RegistryKey::getValue(const char* name, std::list<BasicString<char>>& strings) const
 {
