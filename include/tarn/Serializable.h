@@ -14,7 +14,11 @@ class OutputStream;
 /// A class derives from it, writes and reads its own data, has a default constructor, and registers itself
 /// with a static SerializableImpl:
 ///
-///     class Circle final : public tarn::Serializable { ... };
+///     class Circle final : public tarn::Serializable {
+///     public:
+///         void serialize(tarn::OutputStream& out) const override;
+///         void deserialize(tarn::InputStream& in) override;
+///     };
 ///     static tarn::SerializableImpl<Circle> registration;
 ///
 /// There is no virtual destructor: destroy an object through its own class, which is best declared `final`,
