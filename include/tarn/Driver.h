@@ -13,7 +13,7 @@ public:
     Driver() = default;
     /// Loads; when that fails, a service registered on the way is removed again.
     Driver(const wchar_t* name, const wchar_t* displayName, const wchar_t* binaryPath);
-    ~Driver() noexcept(false) { unload(); }
+    ~Driver() noexcept(false);
 
     /// Starts the service `name`, which is registered with the other two arguments when it does not exist;
     /// one that runs already is fine. Throws "Can't open service manager", "Can't open service", "Can't

@@ -18,7 +18,7 @@ public:
     TemporaryFile(const char* name) { create(name); }
     TemporaryFile(const wchar_t* name) { create(name); }
     ///@}
-    ~TemporaryFile() noexcept(false) { remove(); }
+    ~TemporaryFile() noexcept(false);
 
     /// Removes the file held before and creates one. The system chooses its name, which begins with "tmp":
     /// the argument only chooses between the narrow and the wide functions of the platform. Throws "Can't

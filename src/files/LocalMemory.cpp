@@ -1,9 +1,13 @@
 #include <tarn/LocalMemory.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/Closing.h"
 
 namespace tarn {
-LocalMemory::~LocalMemory() noexcept(false) { free(); }
+LocalMemory::~LocalMemory() noexcept(false)
+{
+    closeAtEnd([this] { free(); });
+}
 
 void* LocalMemory::lock()
 {

@@ -3,6 +3,7 @@
 #include <tarn/Windows.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/Closing.h"
 #include "../foundation/Quoted.h"
 #include "FileApi.h"
 
@@ -21,6 +22,11 @@ template <class Ch> BasicString<Ch> createTemporaryFile()
     return name;
 }
 } // namespace
+
+TemporaryFile::~TemporaryFile() noexcept(false)
+{
+    closeAtEnd([this] { remove(); });
+}
 
 void TemporaryFile::create(const char*)
 {

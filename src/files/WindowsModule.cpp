@@ -3,6 +3,7 @@
 #include <tarn/LocalMemory.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/Closing.h"
 #include "../foundation/Hex.h"
 #include "../foundation/Quoted.h"
 #include "ModuleApi.h"
@@ -71,7 +72,10 @@ WindowsModule::WindowsModule(const char* name, unsigned long flags) : module_(lo
 WindowsModule::WindowsModule(const wchar_t* name, unsigned long flags) : module_(loadModule(name, flags)), owns_(true)
 {
 }
-WindowsModule::~WindowsModule() noexcept(false) { close(); }
+WindowsModule::~WindowsModule() noexcept(false)
+{
+    closeAtEnd([this] { close(); });
+}
 
 void WindowsModule::load(const char* name)
 {

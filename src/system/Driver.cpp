@@ -2,6 +2,8 @@
 
 #include <tarn/Exception.h>
 
+#include "../foundation/Closing.h"
+
 namespace tarn {
 #ifdef __i386__
 static_assert(sizeof(Driver) == 12);
@@ -18,6 +20,11 @@ Driver::Driver(const wchar_t* name, const wchar_t* displayName, const wchar_t* b
         }
         throw;
     }
+}
+
+Driver::~Driver() noexcept(false)
+{
+    closeAtEnd([this] { unload(); });
 }
 
 void Driver::openOrCreate(const wchar_t* name, const wchar_t* displayName, const wchar_t* binaryPath)
