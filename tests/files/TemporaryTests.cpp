@@ -118,6 +118,14 @@ TEST_CASE("TemporaryFile: a file that could not be removed can be removed later"
     CHECK(file.getPathW().empty());
     file.remove();
 
+    {
+        TemporaryFile taken(L"");
+        REQUIRE(DeleteFileW(taken.getPathW().c_str()));
+        CHECK_THROWS_AS(taken.remove(), WindowsError);
+        CHECK_FALSE(taken.release().empty());
+        CHECK(taken.release().empty());
+    }
+
     // A destructor that may throw, as it says.
     auto* const other = new TemporaryFile(L"");
     const Handle open = opened(*other, FILE_FLAG_DELETE_ON_CLOSE);
