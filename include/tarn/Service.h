@@ -83,5 +83,8 @@ public:
     /// Asks the service to stop and returns what it reports, which may be that it is still stopping.
     /// Throws "Can't stop service".
     SERVICE_STATUS stop();
+
+private:
+    friend class Driver; // For the service's handle.
 };
 } // namespace tarn
