@@ -7,7 +7,6 @@
 #include <tarn/WindowsModule.h>
 
 #include <cstring>
-#include <type_traits>
 
 using support::expectWindowsError;
 using tarn::LocalMemory;
@@ -34,12 +33,6 @@ TEST_CASE("WindowsModule: what it loads is freed, what it queries is not", "[fil
     }
     CHECK_FALSE(isLoaded("resources.dll"));
 }
-
-// The constants of the platform are of type int, as FALSE and TRUE are, which would be flags.
-static_assert(std::is_constructible_v<WindowsModule, tarn::BasicString<wchar_t>, unsigned long>);
-template <class Module>
-concept LoadsByBool = requires(Module module) { module.load("name", true); };
-static_assert(!LoadsByBool<WindowsModule>);
 
 TEST_CASE("WindowsModule: loads with flags, by a name that may lie in the module held before", "[files][module]")
 {
