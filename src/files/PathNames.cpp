@@ -65,7 +65,7 @@ template <class Query> Path queryLongPath(Query query, const wchar_t* name)
 // names of any length.
 Path longPath(const wchar_t* name)
 {
-    const Path path = queryPath(FullPath(), name, name);
+    Path path = queryPath(FullPath(), name, name);
     if (path.startsWith(L"\\\\.\\") || path.startsWith(longPathPrefix))
         return path;
     return path.startsWith(L"\\\\") ? Path(longSharePrefix) + path.mid(2) : Path(longPathPrefix) + path;

@@ -18,6 +18,7 @@ extern "C" void faultAtEdx() asm("tarnFaultAtEdx");
 struct dwarf_eh_bases {
     void *tbase, *dbase, *func;
 };
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the compiler's own name.
 extern "C" const void* _Unwind_Find_FDE(void* pc, dwarf_eh_bases* bases);
 } // namespace
 
