@@ -52,6 +52,7 @@ TEST_CASE("GregorianCalendar: add reads the era as a derived class gives it", "[
         }
     } calendar;
     const std::int64_t time = calendar.getTime();
+    CHECK(calendar.get(Calendar::FieldEra) == 11);
     calendar.add(Calendar::FieldEra, -10); // To AD.
     CHECK(calendar.getTime() == time);
 }

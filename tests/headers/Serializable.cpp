@@ -1,3 +1,0 @@
-#include <tarn/Serializable.h>
-
-#include "Serializable.example"
