@@ -139,10 +139,10 @@ TEST_CASE("calendar")
 
     bench::Ratios table("Gregorian calendar, 50,000 random instants");
     table.row(
-        "instant to fields, 1401 to 9990 / Boost.Date_Time", 1.0, [&] { decompose(calendar, boostTimes); },
+        "instant to fields, 1401 to 9990 / Boost.Date_Time", 0.55, [&] { decompose(calendar, boostTimes); },
         [&] { decomposeByBoost(boostTimes); });
     table.row(
-        "instant to fields, 14,000 years / FileTimeToSystemTime", 1.0, [&] { decompose(calendar, platformTimes); },
+        "instant to fields, 14,000 years / FileTimeToSystemTime", 0.85, [&] { decompose(calendar, platformTimes); },
         [&] { decomposeByPlatform(platformTimes); });
     table.row(
         "reading the week fields too / without", 1.6, [&] { decomposeWithWeeks(calendar, allTimes); },
@@ -151,6 +151,6 @@ TEST_CASE("calendar")
     const std::vector<Date> all = dates(boostTimes);
     calendar.Clear();
     table.row(
-        "fields to instant, 1401 to 9990 / Boost.Date_Time", 1.0, [&] { compose(calendar, all); },
+        "fields to instant, 1401 to 9990 / Boost.Date_Time", 0.95, [&] { compose(calendar, all); },
         [&] { composeByBoost(all); });
 }

@@ -2,8 +2,6 @@
 
 // The members of BasicString; included by BasicString.h.
 
-#include <tarn/BasicString.h>
-
 #include <cerrno>
 #include <cstdarg>
 #include <locale>

@@ -8,6 +8,20 @@
 #include <cstdint>
 
 namespace tarn {
+namespace detail {
+/// Keeps a note of an object about itself: a copy begins without.
+template <class T> struct Note {
+    Note() = default;
+    Note(const Note&) noexcept {}
+    Note& operator=(const Note&) noexcept
+    {
+        value = T();
+        return *this;
+    }
+    T value = T();
+};
+} // namespace detail
+
 /// An instant and its fields (year, month, hour and so on), each made from the other when it is asked for.
 ///
 /// Give a calendar an instant with setTime() and read fields, or set() fields and ask getTime(). Fields
@@ -68,8 +82,9 @@ public:
     /// Computes what is missing, then gives the field.
     int get(unsigned field) const
     {
-        const_cast<Calendar*>(this)->complete();
-        return internalGet(field);
+        const int* const fields = readyFields_.value;
+        const bool isPutOff = isWeekField(field) && (shortcuts_.value & weeksArePutOff) != 0;
+        return fields && !isPutOff ? fields[field] : completed(field);
     }
 
     /// The instant; getTime() computes it from the fields when they were set since. setTime() computes the fields.
@@ -127,17 +142,42 @@ protected:
     }
 
 private:
+    friend class GregorianCalendar;
+
+    static constexpr bool isWeekField(unsigned field)
+    {
+        constexpr unsigned fields = 1u << FieldWeekOfYear | 1u << FieldWeekOfMonth | 1u << FieldDayOfWeekInMonth;
+        return (fields >> field % 32 & 1) != 0; // Numbers that are no fields may take the long way.
+    }
+    int completed(unsigned field) const;
     void updateTime();
+
+    /// What GregorianCalendar puts off or takes a short way for, when the object is of just that class.
+    enum Shortcut : unsigned char {
+        stampsArePutOff = 1, ///< All fields count as computed, whatever their stamps say.
+        weeksArePutOff = 2,  ///< The week fields are out of date.
+        dateAndTimeSet = 4,  ///< Year to second were set at once, and nothing since.
+    };
 
 protected:
     // Mutable, because reading a const calendar computes what is missing.
     /// A copy of what SetTimeZone() was given.
     TimeZone zone_;
+
+private:
+    // Two members stand where the alignment leaves room.
+    /// The fields while all but those of weeks may be read without a virtual call; otherwise null.
+    mutable detail::Note<const int*> readyFields_;
+
+protected:
     /// The instant, in milliseconds since 1970-01-01 00:00:00 UTC.
     mutable std::int64_t time_ = 0;
     mutable bool isTimeSet_ = false;       ///< `time_` is valid.
     mutable bool areFieldsSet_ = false;    ///< The fields agree with `time_`.
     mutable bool areAllFieldsSet_ = false; ///< All fields come from computeFields(), not only from set().
     bool lenient_ = true;                  ///< As setLenient().
+
+private:
+    mutable detail::Note<unsigned char> shortcuts_; ///< Of Shortcut.
 };
 } // namespace tarn

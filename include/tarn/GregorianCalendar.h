@@ -26,8 +26,8 @@ public:
     GregorianCalendar(const TimeZone& zone);
     /// A copy has fields, instant, zone and cutover of its own.
     ///@{
-    GregorianCalendar(const GregorianCalendar&) = default;
-    GregorianCalendar& operator=(const GregorianCalendar&) = default;
+    GregorianCalendar(const GregorianCalendar& other);
+    GregorianCalendar& operator=(const GregorianCalendar& other);
     ///@}
 
     /// A copy to be deleted as a GregorianCalendar.
@@ -36,7 +36,12 @@ public:
 protected:
     void computeTime() override;
     void computeFields() override;
-    int internalGet(unsigned field) const override { return fields_[field]; }
+    int internalGet(unsigned field) const override
+    {
+        if (isPutOff(weeksArePutOff) && isWeekField(field))
+            finishWeeks();
+        return fields_[field];
+    }
     void internalSet(int field, int value) override { fields_[field] = value; }
 
 public:
@@ -49,9 +54,13 @@ public:
     void set(int year, int month, int date, int hour, int minute);
     void set(int year, int month, int date, int hour, int minute, int second);
     ///@}
-    bool isSet(int field) const { return stamps_[field] != 0; } ///< By set() or computed.
-    void Clear();                                               ///< Unsets every field.
-    void Clear(int field);                                      ///< Unsets one field.
+    /// By set() or computed.
+    bool isSet(int field) const { return isPutOff(stampsArePutOff) || stamps_[field] != 0; }
+    void Clear();          ///< Unsets every field.
+    void Clear(int field); ///< Unsets one field.
+
+    /// As Calendar's, with one call less.
+    Time getTime() { return Time(isTimeSet_ ? time_ : timeOfFields()); }
 
     /// Moves by years, months, or fixed lengths of time. Years and months clamp the day to the new month;
     /// in the era BC later months still go to the greater year number, so move by days there. Steps of
@@ -77,14 +86,22 @@ public:
 
     /// A DayOfWeek: Sunday unless changed.
     ///@{
-    void setFirstDayOfWeek(int dayOfWeek) { firstDayOfWeek_ = dayOfWeek; }
+    void setFirstDayOfWeek(int dayOfWeek)
+    {
+        finish();
+        firstDayOfWeek_ = dayOfWeek;
+    }
     int getFirstDayOfWeek() const { return firstDayOfWeek_; }
     ///@}
     /// How many days of a week must lie in the year or month for it to be the first: 4 with weeks from
     /// Monday gives the weeks of ISO 8601. A day of a week that two years share may be numbered one off
     /// (2000-01-01 reads 53 for 52): ask the day that decides which year has it, by ISO 8601 Thursday.
     ///@{
-    void setMinimalDaysInFirstWeek(int days) { minimalDaysInFirstWeek_ = days; }
+    void setMinimalDaysInFirstWeek(int days)
+    {
+        finish();
+        minimalDaysInFirstWeek_ = days;
+    }
     int getMinimalDaysInFirstWeek() const { return minimalDaysInFirstWeek_; }
     ///@}
 
@@ -113,17 +130,23 @@ public:
     static DayOfWeek julianDayToDayOfWeek(std::int64_t julianDay);
 
 private:
+    bool isPutOff(Shortcut shortcut) const { return (shortcuts_.value & shortcut) != 0; }
+    void finish() const;
+    void finishWeeks() const;
+    void copyFields(const GregorianCalendar& other);
+    void outdate(Shortcut shortcut);
+
     static int aggregateStamp(int a, int b);
     void renumberStamps();
     int astronomicalYear() const;
 
     void store(unsigned field, int value);
-    template <int... fields, class... Values> void setEach(Values... values);
+    template <int... fields, class... Values> void setEach(Shortcut shortcut, Values... values);
 
     void storeFields(const int* values, std::initializer_list<int> fields);
     void storeDate(const int* values);
     int offsetOfDay(Era era, const int* values, int millisInDay) const;
-    void weekFields(int* values) const;
+    void computeWeeks(int* values) const;
     bool isInFirstWeekOfNextYear(const int* values) const;
     int weekNumber(int dayOfPeriod, int dayOfWeek) const;
 
@@ -132,6 +155,9 @@ private:
     std::int64_t dateOfWeek(std::int64_t before, int weekField) const;
     std::int64_t dateOfWeekday(std::int64_t before, int year) const;
     std::int64_t millisInDayOfFields() const;
+    std::int64_t timeOfFields();
+    bool computeTimeOfDateAndTime();
+    void computeTimeOfFields();
     int localOffset(Era era, int year, int plainDay, std::int64_t midnight, std::int64_t timeOfDay);
     bool boundsCheck(int value, int field);
     bool validateFields();
@@ -156,4 +182,5 @@ private:
     mutable int fields_[FieldCount] = {};
     mutable int stamps_[FieldCount] = {}; ///< 0 unset, 1 computed, from 2 on the order of set() calls.
 };
+static_assert(sizeof(void*) != 4 || sizeof(GregorianCalendar) == 240);
 } // namespace tarn

@@ -32,6 +32,12 @@ int Calendar::getActualMinimum(int field)
     return result;
 }
 
+int Calendar::completed(unsigned field) const
+{
+    const_cast<Calendar*>(this)->complete();
+    return internalGet(field);
+}
+
 void Calendar::setTimeInMillis(std::int64_t time)
 {
     time_ = time;

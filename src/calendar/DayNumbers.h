@@ -107,6 +107,28 @@ constexpr std::int64_t julianDayBeforeYear(bool gregorian, int year)
     return gregorian ? julianDay + 2 - centuries + (centuries >> 2) : julianDay;
 }
 
+struct GregorianDay {
+    int epochDay;
+    int dayOfYear; ///< From 0.
+    int weekday;   ///< Sunday is 0.
+};
+
+/// The day of a Gregorian date, for years from 1 to the greatest whose days fit, with room for sums.
+inline constexpr int greatestShortYear = 1000000;
+inline constexpr int daysBeforeMonthFromMarch[12] = {306, 337, 0, 31, 61, 92, 122, 153, 184, 214, 245, 275};
+constexpr GregorianDay gregorianDayOf(int year, int month, int day)
+{
+    // Years from March on have their leap day last. January and February do not ask for it.
+    const auto fromMarch = static_cast<std::uint32_t>(year - (month < 2));
+    const std::uint32_t century = fromMarch / 100;
+    const bool leap = (fromMarch & (fromMarch == 100 * century ? 15 : 3)) == 0;
+    const int daysOfYears = static_cast<int>(365 * fromMarch + fromMarch / 4 - century + century / 4);
+    const int epochDay = daysOfYears + daysBeforeMonthFromMarch[month] + day - 719469;
+    constexpr std::uint32_t weeks = 7 * 102738; // Makes days since the year 1 positive.
+    return {epochDay, daysBeforeMonth[leap][month] + day - 1,
+            static_cast<int>((static_cast<std::uint32_t>(epochDay) + weeks + 4) % 7)};
+}
+
 /// The weekday, Sunday being 0, of a day since the epoch.
 constexpr int weekdayOf(std::int64_t epochDay)
 {

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <climits>
 #include <iterator>
+#include <utility>
 
 namespace tarn {
 namespace {
@@ -22,18 +23,69 @@ constexpr int computed = 1;
 GregorianCalendar::GregorianCalendar() = default;
 GregorianCalendar::GregorianCalendar(const TimeZone& zone) : Calendar(zone) {}
 
+GregorianCalendar::GregorianCalendar(const GregorianCalendar& other) : GregorianCalendarBase(other), Calendar(other)
+{
+    copyFields(other);
+}
+
+GregorianCalendar& GregorianCalendar::operator=(const GregorianCalendar& other)
+{
+    if (this == &other)
+        return *this;
+    GregorianCalendarBase::operator=(other);
+    Calendar::operator=(other);
+    copyFields(other);
+    return *this;
+}
+
+// Nothing is put off in the copy: it may be part of an object of a derived class.
+void GregorianCalendar::copyFields(const GregorianCalendar& other)
+{
+    nextStamp_ = other.nextStamp_;
+    firstDayOfWeek_ = other.firstDayOfWeek_;
+    minimalDaysInFirstWeek_ = other.minimalDaysInFirstWeek_;
+    std::ranges::copy(other.fields_, fields_);
+    std::ranges::copy(other.stamps_, stamps_);
+    shortcuts_.value = other.shortcuts_.value & (stampsArePutOff | weeksArePutOff);
+    finish();
+}
+
 Cloneable* GregorianCalendar::Clone() const { return new GregorianCalendar(*this); }
 
 void GregorianCalendar::set(unsigned field, int value) { store(field, value); }
 
+// Before any field is changed, what was put off is done from the fields as they are.
+void GregorianCalendar::finish() const
+{
+    if (isPutOff(weeksArePutOff))
+        finishWeeks();
+    if (isPutOff(stampsArePutOff))
+        std::ranges::fill(stamps_, computed);
+    shortcuts_.value = 0;
+}
+
+void GregorianCalendar::finishWeeks() const
+{
+    computeWeeks(fields_);
+    shortcuts_.value &= static_cast<unsigned char>(~weeksArePutOff);
+}
+
+inline void GregorianCalendar::outdate(Shortcut shortcut)
+{
+    if (shortcuts_.value & (stampsArePutOff | weeksArePutOff))
+        finish();
+    shortcuts_.value = shortcut;
+    readyFields_.value = nullptr;
+    isTimeSet_ = areFieldsSet_ = false;
+}
+
 inline void GregorianCalendar::store(unsigned field, int value)
 {
+    outdate(Shortcut());
     if (nextStamp_ == INT_MAX)
         renumberStamps();
-    isTimeSet_ = false;
     fields_[field] = value;
     stamps_[field] = nextStamp_++;
-    areFieldsSet_ = false;
 }
 
 // Two thousand million sets use the stamps up. The least numbers of the same order make room again.
@@ -49,32 +101,40 @@ inline void GregorianCalendar::store(unsigned field, int value)
     nextStamp_ = 2 + FieldCount;
 }
 
-template <int... fields, class... Values> inline void GregorianCalendar::setEach(Values... values)
+template <int... fields, class... Values> inline void GregorianCalendar::setEach(Shortcut shortcut, Values... values)
 {
-    if (isExactly(*this))
-        (store(fields, values), ...);
-    else
-        (set(fields, values), ...);
+    if (!isExactly(*this)) {
+        for (const auto& [field, value] : {std::pair(fields, values)...})
+            set(static_cast<unsigned>(field), value);
+        return;
+    }
+    outdate(shortcut);
+    if (nextStamp_ > INT_MAX - static_cast<int>(sizeof...(fields)))
+        renumberStamps();
+    ((fields_[fields] = values, stamps_[fields] = nextStamp_++), ...);
 }
 
 void GregorianCalendar::set(int year, int month, int date)
 {
-    setEach<FieldYear, FieldMonth, FieldDayOfMonth>(year, month, date);
+    setEach<FieldYear, FieldMonth, FieldDayOfMonth>(Shortcut(), year, month, date);
 }
 
 void GregorianCalendar::set(int year, int month, int date, int hour, int minute)
 {
-    setEach<FieldYear, FieldMonth, FieldDayOfMonth, FieldHourOfDay, FieldMinute>(year, month, date, hour, minute);
+    setEach<FieldYear, FieldMonth, FieldDayOfMonth, FieldHourOfDay, FieldMinute>(Shortcut(), year, month, date, hour,
+                                                                                 minute);
 }
 
 void GregorianCalendar::set(int year, int month, int date, int hour, int minute, int second)
 {
-    setEach<FieldYear, FieldMonth, FieldDayOfMonth, FieldHourOfDay, FieldMinute, FieldSecond>(year, month, date, hour,
-                                                                                              minute, second);
+    setEach<FieldYear, FieldMonth, FieldDayOfMonth, FieldHourOfDay, FieldMinute, FieldSecond>(
+        dateAndTimeSet, year, month, date, hour, minute, second);
 }
 
 void GregorianCalendar::Clear()
 {
+    shortcuts_.value = 0;
+    readyFields_.value = nullptr;
     std::ranges::fill(fields_, 0);
     std::ranges::fill(stamps_, unset);
     isTimeSet_ = areFieldsSet_ = areAllFieldsSet_ = false;
@@ -82,9 +142,10 @@ void GregorianCalendar::Clear()
 
 void GregorianCalendar::Clear(int field)
 {
+    outdate(Shortcut());
+    areAllFieldsSet_ = false;
     fields_[field] = 0;
     stamps_[field] = unset;
-    isTimeSet_ = areFieldsSet_ = areAllFieldsSet_ = false;
 }
 
 int GregorianCalendar::getMinimum(int field) { return minima[field]; }
@@ -95,6 +156,7 @@ int GregorianCalendar::getActualMinimum(int field) { return getMinimum(field); }
 
 void GregorianCalendar::setGregorianChange(const Time& cutover)
 {
+    finish();
     GregorianCalendarBase::setGregorianChange(cutover, zone_);
 }
 

@@ -53,14 +53,18 @@ void GregorianCalendar::computeFields()
             setDate(values, moved >= normalizedGregorianCutover(), floorDivide(moved, millisPerDay));
         }
     }
-    weekFields(values);
     setTimeOfDay(values, millisInDay);
     values[FieldZoneOffset] = rawOffset;
     values[FieldDstOffset] = dstOffset;
-    if (!exact)
-        storeFields(values, {FieldEra, FieldYear, FieldMonth, FieldDayOfMonth, FieldDayOfWeek, FieldDayOfYear,
-                             FieldWeekOfYear, FieldWeekOfMonth, FieldDayOfWeekInMonth, FieldMillisecond, FieldSecond,
-                             FieldMinute, FieldHourOfDay, FieldAmPm, FieldHour, FieldZoneOffset, FieldDstOffset});
+    if (exact) {
+        shortcuts_.value = stampsArePutOff | weeksArePutOff;
+        readyFields_.value = fields_;
+        return;
+    }
+    computeWeeks(values);
+    storeFields(values, {FieldEra, FieldYear, FieldMonth, FieldDayOfMonth, FieldDayOfWeek, FieldDayOfYear,
+                         FieldWeekOfYear, FieldWeekOfMonth, FieldDayOfWeekInMonth, FieldMillisecond, FieldSecond,
+                         FieldMinute, FieldHourOfDay, FieldAmPm, FieldHour, FieldZoneOffset, FieldDstOffset});
     std::ranges::fill(stamps_, 1);
 }
 
@@ -82,7 +86,7 @@ int GregorianCalendar::offsetOfDay(Era era, const int* values, int millisInDay) 
                            static_cast<DayOfWeek>(values[FieldDayOfWeek]), millisInDay);
 }
 
-void GregorianCalendar::weekFields(int* values) const
+void GregorianCalendar::computeWeeks(int* values) const
 {
     const int dayOfYear = values[FieldDayOfYear], dayOfWeek = values[FieldDayOfWeek];
     const int place = placeInWeek(dayOfWeek, firstDayOfWeek_);

@@ -16,7 +16,23 @@ constexpr std::int64_t neverReached = -106749550580;
 constexpr int notPlain = -1;
 } // namespace
 
+std::int64_t GregorianCalendar::timeOfFields()
+{
+    if (isPutOff(dateAndTimeSet) && computeTimeOfDateAndTime()) {
+        isTimeSet_ = true; // The fields are out of date since they were set.
+        return time_;
+    }
+    updateTime();
+    return time_;
+}
+
 void GregorianCalendar::computeTime()
+{
+    if (!isPutOff(dateAndTimeSet) || !computeTimeOfDateAndTime())
+        computeTimeOfFields();
+}
+
+void GregorianCalendar::computeTimeOfFields()
 {
     if (!lenient_)
         validateFields(); // The answer is ignored: calendars that are not lenient compute from any fields too.
@@ -44,6 +60,42 @@ void GregorianCalendar::computeTime()
         dstOffset = wrappingSubtract(localOffset(era, year, plainDay, midnight, timeOfDay), zoneOffset);
     }
     time_ = wrappingSubtract(wrappingSubtract(wrappingAdd(midnight, timeOfDay), zoneOffset), dstOffset);
+}
+
+// The short way from year, month, day, hour, minute and second that were set last, when each is in its range, the
+// year by the Gregorian rules and not BC, and the zone not set. The rest takes the long way.
+bool GregorianCalendar::computeTimeOfDateAndTime()
+{
+    const int year = fields_[FieldYear], month = fields_[FieldMonth], day = fields_[FieldDayOfMonth];
+    const int hour = fields_[FieldHourOfDay], minute = fields_[FieldMinute], second = fields_[FieldSecond];
+    const int millisecond = stamps_[FieldMillisecond] != 0 ? fields_[FieldMillisecond] : 0;
+    const auto isIn = [](int least, int value, int greatest) {
+        return static_cast<unsigned>(value) - static_cast<unsigned>(least) <= static_cast<unsigned>(greatest - least);
+    };
+    const bool inRange = isIn(1, year, greatestShortYear) && isIn(January, month, December) && isIn(1, day, 31) &&
+                         isIn(0, hour, 23) && isIn(0, minute, 59) && isIn(0, second, 59) && isIn(0, millisecond, 999);
+    if (!inRange || (day > 28 && day > daysInMonth[isLeapIn(true, year)][month]) || !isGregorian(year) ||
+        stamps_[FieldZoneOffset] > 1 || (stamps_[FieldEra] != 0 && fields_[FieldEra] == BC))
+        return false;
+
+    const GregorianDay date = gregorianDayOf(year, month, day);
+    const std::int64_t midnight = date.epochDay * millisPerDay;
+    if (midnight < normalizedGregorianCutover())
+        return false;
+    const int millisInDay = ((hour * 60 + minute) * 60 + second) * 1000 + millisecond;
+    const int dayOfWeek = date.weekday + Sunday;
+    if (lenient_) {
+        fields_[FieldEra] = AD;
+        fields_[FieldDayOfWeek] = dayOfWeek;
+        fields_[FieldDayOfYear] = date.dayOfYear + 1;
+    }
+    const int zoneOffset = zone_.GetStandardOffset();
+    time_ = midnight + millisInDay - zoneOffset;
+    if (zone_.UseDaylightTime())
+        time_ -= wrappingSubtract(
+            zone_.GetOffset(AD, year, static_cast<Month>(month), day, static_cast<DayOfWeek>(dayOfWeek), millisInDay),
+            zoneOffset);
+    return true;
 }
 
 // The zone's offset at a local time. In a lenient calendar the fields of the date are rewritten from it.

@@ -1,7 +1,6 @@
 #include <tarn/Atom.h>
 
 #include "../foundation/Check.h"
-#include "../foundation/Closing.h"
 #include "../foundation/Quoted.h"
 
 namespace tarn {
@@ -44,7 +43,10 @@ Atom::Atom(const wchar_t* text, Scope scope) : atom_(add(text, scope)), scope_(s
 
 Atom::~Atom()
 {
-    closeQuietly([this] { free(); });
+    try {
+        free();
+    } catch (...) {
+    }
 }
 
 ATOM Atom::find(const char* text, Scope scope) { return scope == global ? GlobalFindAtomA(text) : FindAtomA(text); }

@@ -2,25 +2,17 @@
 
 #include <tarn/Window.h>
 
-#include "../foundation/Closing.h"
-#include "../foundation/NullIdentifier.h"
 #include "../foundation/Throw.h"
 #include "../windowing/HandlerScope.h"
 
 #include <algorithm>
+#include <atomic>
 #include <memory>
 #include <utility>
 
 namespace tarn {
 namespace {
-COMModule* firstModule = nullptr;
-SRWLOCK modulesLock = SRWLOCK_INIT; // Ready before any static object of a server is made.
-
-class ModulesLock : private boost::noncopyable {
-public:
-    ModulesLock() { AcquireSRWLockExclusive(&modulesLock); }
-    ~ModulesLock() { ReleaseSRWLockExclusive(&modulesLock); }
-};
+std::atomic<COMModule*> firstModule;
 
 // Locks the module that made it, which matters where several servers share a process.
 class ModuleFactory final : public Factory {
@@ -70,31 +62,25 @@ void dispatchUntilIdle(const COMModule& module, unsigned idleMs)
 
 COMModule::COMModule(HINSTANCE instance, std::initializer_list<Class> classes) : instance_(instance), classes_(classes)
 {
-    const ModulesLock lock;
-    COMModule** end = &firstModule;
-    while (*end)
-        end = &(*end)->next_;
-    *end = this;
+    COMModule* none = nullptr;
+    firstModule.compare_exchange_strong(none, this);
 }
 
 COMModule::~COMModule()
 {
-    // COM may have ended before the module, and taken the class objects with it.
-    closeQuietly([this] { revokeClassFactories(); });
-    const ModulesLock lock;
-    for (COMModule** module = &firstModule; *module; module = &(*module)->next_) {
-        if (*module == this) {
-            *module = next_;
-            break;
-        }
+    try {
+        revokeClassFactories();
+    } catch (...) { // COM has ended before the module, say, and taken the class objects with it.
     }
+    COMModule* self = this;
+    firstModule.compare_exchange_strong(self, nullptr);
 }
 
 COMModule& COMModule::getModule()
 {
     static COMModule withoutClasses;
-    const ModulesLock lock;
-    return firstModule ? *firstModule : withoutClasses;
+    COMModule* const module = firstModule;
+    return module ? *module : withoutClasses;
 }
 
 HRESULT COMModule::createClassFactory(const GUID& clsid, const GUID& iid, void** object) noexcept
@@ -102,8 +88,6 @@ HRESULT COMModule::createClassFactory(const GUID& clsid, const GUID& iid, void**
     if (!object)
         return E_POINTER;
     *object = nullptr;
-    if (isNull(clsid) || isNull(iid))
-        return E_POINTER;
     return asHRESULT([&] {
         const auto found = std::ranges::find_if(classes_, [&](const Class& c) { return c.clsid == clsid; });
         if (found == classes_.end())

@@ -3,19 +3,6 @@
 #include <algorithm>
 
 namespace tarn {
-namespace {
-// A caller may look at the effect after a failure, too: nothing has happened then.
-template <class Call> HRESULT withEffect(DWORD* effect, Call call)
-{
-    if (!effect)
-        return E_POINTER;
-    const HRESULT hr = asHRESULT(call);
-    if (FAILED(hr))
-        *effect = DROPEFFECT_NONE;
-    return hr;
-}
-} // namespace
-
 HRESULT DropHandler::GetClassID(CLSID* clsid)
 {
     if (!clsid)
@@ -53,7 +40,9 @@ unsigned long DropHandler::chooseEffect(unsigned long keys, unsigned long allowe
 
 HRESULT DropHandler::DragEnter(IDataObject* data, DWORD keys, POINTL, DWORD* effect)
 {
-    return withEffect(effect, [&] {
+    if (!effect)
+        return E_POINTER;
+    return asHRESULT([&] {
         dragged_ = ShellExtension::readItems(data);
         *effect = chooseEffect(keys, *effect);
     });
@@ -61,7 +50,9 @@ HRESULT DropHandler::DragEnter(IDataObject* data, DWORD keys, POINTL, DWORD* eff
 
 HRESULT DropHandler::DragOver(DWORD keys, POINTL, DWORD* effect)
 {
-    return withEffect(effect, [&] { *effect = chooseEffect(keys, *effect); });
+    if (!effect)
+        return E_POINTER;
+    return asHRESULT([&] { *effect = chooseEffect(keys, *effect); });
 }
 
 HRESULT DropHandler::DragLeave()
@@ -72,7 +63,9 @@ HRESULT DropHandler::DragLeave()
 
 HRESULT DropHandler::Drop(IDataObject* data, DWORD keys, POINTL, DWORD* effect)
 {
-    return withEffect(effect, [&] {
+    if (!effect)
+        return E_POINTER;
+    return asHRESULT([&] {
         dragged_ = ShellExtension::readItems(data);
         *effect = chooseEffect(keys, *effect);
         const Items items = std::exchange(dragged_, {});

@@ -1,13 +1,9 @@
 #include <tarn/LocalMemory.h>
 
 #include "../foundation/Check.h"
-#include "../foundation/Closing.h"
 
 namespace tarn {
-LocalMemory::~LocalMemory() noexcept(false)
-{
-    closeAtEnd([this] { free(); });
-}
+LocalMemory::~LocalMemory() noexcept(false) { free(); }
 
 void* LocalMemory::lock()
 {
@@ -23,8 +19,7 @@ bool LocalMemory::unlock()
     if (isFixed())
         return false;
     const BOOL locked = ensureCleared([&] { return LocalUnlock(handle_); }, "Can't unlock local memory handle");
-    if (lockCount_ > 0) // Not so when it was locked before it came here.
-        --lockCount_;
+    --lockCount_;
     return locked != FALSE;
 }
 
@@ -36,7 +31,6 @@ void LocalMemory::free()
         unlock();
     ensure(LocalFree(handle_) == nullptr, "Can't free local memory handle");
     handle_ = nullptr;
-    lockCount_ = fixed;
 }
 
 LocalMemory::Flags LocalMemory::getFlags() const

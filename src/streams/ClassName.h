@@ -1,12 +1,11 @@
 #pragma once
 
-#include "ClassRegistry.h"
-
 #include <string>
 #include <typeinfo>
 
 namespace tarn {
 class InputStream;
+class Serializable;
 
 /// The name by which streams know a type: the registered one, or "class " and the type's own name.
 class ClassName {
@@ -15,15 +14,13 @@ public:
     ClassName(const ClassName&) = delete;
     ClassName& operator=(const ClassName&) = delete;
 
-    const char* text() const;
-    /// As text(). Throws Serializable::Exception for a class whose objects would come back as another's.
-    const char* toWrite() const;
+    const char* text() const { return registered_ ? registered_ : composed_.c_str(); }
 
     /// A type's qualified name as programs spell it, without "class" or "struct".
     static std::string qualifiedName(const std::type_info& type);
 
 private:
-    const ClassRegistry::Registration* registration_;
+    const char* registered_;
     std::string composed_;
 };
 

@@ -3,7 +3,6 @@
 #include <tarn/Archive.h>
 
 #include "../foundation/Throw.h"
-#include "Platform.h"
 
 #include <string>
 
@@ -11,10 +10,10 @@ namespace tarn {
 /// Counts the objects that are being written or read inside each other, in a counter of the caller's.
 class NestingLevel {
 public:
-    /// Throws Serializable::Exception beyond Archive::maxDepth, and when the stack comes to its end.
+    /// Throws Serializable::Exception beyond Archive::maxDepth.
     explicit NestingLevel(unsigned int& depth) : depth_(depth)
     {
-        if (depth == Archive::maxDepth || !stackHasRoom())
+        if (depth == Archive::maxDepth)
             throwError(Serializable::Exception("Objects are nested more than " + std::to_string(Archive::maxDepth) +
                                                " levels deep"));
         ++depth;

@@ -50,7 +50,7 @@ Serializable* InputStream::readObject()
 void OutputStream::writeObject(Serializable* object)
 {
     const NestingLevel level(depthOnThisThread);
-    *this << ClassName(typeid(*object)).toWrite();
+    *this << ClassName(typeid(*object)).text();
     object->serialize(*this);
 }
 

@@ -1,7 +1,6 @@
 #include <tarn/Service.h>
 
 #include "../foundation/Check.h"
-#include "../foundation/Closing.h"
 #include "ServiceApi.h"
 
 #include <utility>
@@ -25,11 +24,6 @@ template <class Ch> void startWith(SC_HANDLE service, const Ch** arguments, unsi
     ensure(startService(service, count, arguments), "Can't start service");
 }
 } // namespace
-
-ServiceHandle::~ServiceHandle() noexcept(false)
-{
-    closeAtEnd([this] { close(); });
-}
 
 void ServiceHandle::close()
 {
