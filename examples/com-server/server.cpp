@@ -4,6 +4,7 @@
 #include "Greeter.h"
 
 #include <tarn/COMServer.h>
+#include <tarn/Lock.h>
 #include <tarn/Variant.h>
 
 #include <oaidl.h>
@@ -32,6 +33,8 @@ protected:
 private:
     tarn::Variant call(DISPID id, WORD flags, const DISPPARAMS& arguments);
 
+    // Registered as "both", so calls may come from several threads at once.
+    tarn::CriticalSection section_;
     tarn::BasicString<wchar_t> name_ = L"world";
     int greetings_ = 0;
 };
@@ -62,9 +65,12 @@ tarn::Variant Greeter::call(DISPID id, WORD flags, const DISPPARAMS& arguments)
     if (arguments.cArgs != (isAssignment ? 1 : 0))
         throw tarn::COMError(static_cast<unsigned long>(DISP_E_BADPARAMCOUNT));
     if (isAssignment) {
-        name_ = tarn::Variant(arguments.rgvarg[0]).toString();
+        const auto name = tarn::Variant(arguments.rgvarg[0]).toString();
+        const tarn::AutoLock lock(section_);
+        name_ = name;
         return {};
     }
+    const tarn::AutoLock lock(section_);
     switch (id) {
     case Name:
         return name_;

@@ -5,68 +5,11 @@
 #include <tarn/Stream.h>
 #include <tarn/ref_ptr.h>
 
-#include <cstddef>
-#include <cstdint>
-#include <functional>
-#include <map>
 #include <memory>
-#include <memory_resource>
-#include <set>
-#include <type_traits>
 #include <typeinfo>
-#include <utility>
 #include <vector>
 
 namespace tarn {
-namespace detail {
-/// For tables that only grow: takes memory in large pieces, and gives it back when the table and its nodes
-/// are gone. A copied table has memory of its own.
-template <class T> class ArenaAllocator {
-public:
-    using value_type = T;
-
-    ArenaAllocator() = default;
-    template <class U> ArenaAllocator(const ArenaAllocator<U>& other) : arena_(other.arena_) {}
-
-    T* allocate(std::size_t count)
-    {
-        if (!arena_)
-            arena_ = std::make_shared<std::pmr::monotonic_buffer_resource>();
-        return static_cast<T*>(arena_->allocate(count * sizeof(T), alignof(T)));
-    }
-    void deallocate(T*, std::size_t) noexcept {}
-    ArenaAllocator select_on_container_copy_construction() const { return {}; }
-    bool operator==(const ArenaAllocator& other) const { return arena_ == other.arena_; }
-
-private:
-    template <class U> friend class ArenaAllocator;
-
-    std::shared_ptr<std::pmr::monotonic_buffer_resource> arena_;
-};
-using KeySet = std::set<unsigned int, std::less<unsigned int>, ArenaAllocator<unsigned int>>;
-using ObjectTable = std::map<unsigned int, ref_ptr<Serializable>, std::less<unsigned int>,
-                             ArenaAllocator<std::pair<const unsigned int, ref_ptr<Serializable>>>>;
-
-/// The key of a shared object where an address fits a key: the address of its counter.
-struct AddressKeys {
-    unsigned int of(std::uintptr_t counter, const KeySet&) { return static_cast<unsigned int>(counter); }
-};
-/// The key where it does not: the low half of the address or the next number that is neither 0 nor taken.
-struct AssignedKeys {
-    unsigned int of(std::uint64_t counter, const KeySet& taken)
-    {
-        const auto [entry, isNew] = keys.try_emplace(counter, static_cast<unsigned int>(counter));
-        if (isNew)
-            while (counter && (entry->second == 0 || taken.contains(entry->second)))
-                ++entry->second;
-        return entry->second;
-    }
-
-    std::map<std::uint64_t, unsigned int> keys;
-};
-using SharedKeys = std::conditional_t<sizeof(void*) == sizeof(unsigned int), AddressKeys, AssignedKeys>;
-} // namespace detail
-
 /// Writes and reads whole graphs of Serializable objects: what is shared through ref_ptr is written once,
 /// and is one shared object again after reading, circles included.
 ///
@@ -84,10 +27,10 @@ using SharedKeys = std::conditional_t<sizeof(void*) == sizeof(unsigned int), Add
 /// throws. What had been read by then is in getSharedObjects().
 class TARN_API Archive : public InputStream, public OutputStream {
 public:
-    /// How deep objects may lie in each other's data, in writing and in reading. Beyond,
-    /// Serializable::Exception "Objects are nested more than 2000 levels deep" is thrown, well before the
-    /// stack of a thread (2 MB by default) ends. Write a long list as its elements in turn, not each
-    /// inside the one before.
+    /// How deep objects may lie in each other's data, in writing and in reading. Beyond that, and where the
+    /// thread's stack comes to its last quarter (256 KB, when that is less) before it, Serializable::Exception
+    /// "Objects are nested more than 2000 levels deep" is thrown. Write a long list as its elements in turn, not
+    /// each inside the one before.
     static constexpr unsigned int maxDepth = 2000;
 
     /// To write only or to read only, give a MemoryInputStream or MemoryOutputStream for the other.
@@ -117,8 +60,9 @@ public:
     /// The same for a pointer to a certain class. Throws Serializable::Exception for an object of another.
     template <class T> void readObject(ref_ptr<T>& ptr);
 
-    /// Every shared object read so far, whole or not. After a failed read, take them to pointers of their
-    /// own classes (ref_ptr_cast), open their circles and let the archive go: then their destructors run.
+    /// Every shared object read so far, whole or not, in the order in which they came. After a failed read, take
+    /// them to pointers of their own classes (ref_ptr_cast), open their circles and let the archive go: then their
+    /// destructors run.
     std::vector<ref_ptr<Serializable>> getSharedObjects() const;
 
     /// The archive that an object is handed as a stream. Throws Exception "The stream is not an archive"
@@ -130,19 +74,14 @@ public:
 
 private:
     void writeObject(const Serializable* object, unsigned long key);
-    void keep(unsigned int key, const ref_ptr<Serializable>& object);
     [[noreturn]] void refuse(const ref_ptr<Serializable>& object, const std::type_info& expected);
+
+    struct Tables;
 
     InputStream& input_;
     OutputStream& output_;
-    detail::KeySet writtenKeys_;
-    detail::KeySet singleKeys_;
-    detail::ObjectTable sharedObjects_;
-    // Objects of damaged data that nobody else holds: without a pointer of their own class they are not
-    // let go before the caller had the chance to ask for them.
-    std::vector<ref_ptr<Serializable>> strayObjects_;
+    std::unique_ptr<Tables> tables_;
     unsigned int depth_ = 0;
-    [[no_unique_address]] detail::SharedKeys keys_;
 };
 
 template <class T> void Archive::readObject(ref_ptr<T>& ptr)

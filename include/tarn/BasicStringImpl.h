@@ -2,6 +2,8 @@
 
 // The members of BasicString; included by BasicString.h.
 
+#include <tarn/BasicString.h>
+
 #include <cerrno>
 #include <cstdarg>
 #include <locale>

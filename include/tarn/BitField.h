@@ -23,9 +23,9 @@ public:
     /// the value write `field[3] = bool(field[5])`.
     class TARN_API Bit {
     public:
-        /// Stands for the bits of `*byte` that `mask` has; the byte is the caller's.
+        /// Stands for the bits of `*target` that `mask` has; the byte is the caller's.
         ///@{
-        Bit(unsigned char* byte, unsigned char mask) : byte_(byte), mask_(mask) {}
+        Bit(unsigned char* target, unsigned char mask) : byte_(target), mask_(mask) {}
         Bit(const Bit&) = default;
         ///@}
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tarn/BasicString.h>
 #include <tarn/Export.h>
 #include <tarn/Factory.h>
 #include <tarn/Windows.h>
@@ -26,8 +27,8 @@ public:
     /// A line of the table. The texts are not copied: give literals.
     struct Class {
         GUID clsid;                           ///< By which programs ask for the class.
-        Factory::Creator creator;             ///< Makes an object of it.
-        const wchar_t* name;                  ///< For people; shown by tools and never looked up.
+        Factory::Creator creator;             ///< Makes an object of it; never null.
+        const wchar_t* name;                  ///< For people; shown by tools and never looked up. Never null.
         ThreadingModel threading = apartment; ///< Only in-process servers have one.
         const wchar_t* progID = nullptr;      ///< By which scripts create objects, "Company.Thing"; may be missing.
     };
@@ -67,16 +68,22 @@ public:
 
     /// Writes the entries by which the system finds the classes: below "CLSID" the name and the path of
     /// this DLL ("InprocServer32", with its threading model) or program ("LocalServer32"), and the
-    /// programmatic identifiers. A registration that fails takes back what it had written.
+    /// programmatic identifiers. A registration that fails leaves everything as it was before. Throws "Can't
+    /// register COM class without a name" with `ERROR_INVALID_PARAMETER` for a null name, and with
+    /// `ERROR_ALREADY_EXISTS` "Programmatic identifier of COM class belongs to another class"; the
+    /// description of a programmatic identifier that leads to no class yet stays as it is.
     void registerServer(Scope scope = machine) const;
-    /// Removes what registerServer writes and nothing else: a key in which others have put something
-    /// stays. Entries that are missing are no error.
+    /// Removes what registerServer writes and nothing else: values that others wrote or changed stay, with
+    /// their keys, and so does a class that another file serves now. Entries that are missing are no error.
+    /// All classes are gone through before the first failure is thrown.
     void unregisterServer(Scope scope = machine) const;
 
 private:
     COMModule() = default;
     bool isProgram() const;
+    BasicString<wchar_t> serverText() const;
 
+    COMModule* next_ = nullptr; // Of the modules that are alive, in the order of their making.
     HINSTANCE instance_ = nullptr;
     std::vector<Class> classes_;
     std::vector<unsigned long> registrations_;

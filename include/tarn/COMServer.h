@@ -20,7 +20,7 @@ extern "C" IMAGE_DOS_HEADER __ImageBase; ///< The linker's name for the beginnin
 /// Makes a DLL a COM server. Put it into one source file of the DLL, outside of namespaces, with the table
 /// of classes as its arguments:
 ///
-///     TARN_COM_SERVER({CLSID_Clock, &createClock, L"Clock", tarn::COMModule::both, L"Sample.Clock"})
+///     TARN_COM_SERVER({CLSID_Clock, &createClock, L"Clock", tarn::COMModule::both, L"Sample.Clock"});
 ///
 /// It defines and exports, under their plain names, `DllGetClassObject`, `DllCanUnloadNow`,
 /// `DllRegisterServer`, `DllUnregisterServer` and `DllInstall`. The last one, called with the text "user"

@@ -2,6 +2,7 @@
 
 #include <tarn/Export.h>
 
+#include <algorithm>
 #include <ostream>
 #include <streambuf>
 #include <string>
@@ -10,7 +11,7 @@ namespace tarn {
 /// Sends `text` to the debugger, with "[thread identifier] " before it when it begins a line.
 ///
 /// The narrow and the wide form share the memory of whether a line is begun, which is reliable while one
-/// thread traces at a time. An empty text makes the next one continue the line without a prefix.
+/// thread traces at a time. An empty text, or a null one, makes the next one continue the line without a prefix.
 ///@{
 TARN_API void trace(const char* text);
 TARN_API void trace(const wchar_t* text);
@@ -18,7 +19,7 @@ TARN_API void trace(const wchar_t* text);
 
 /// The buffer under dbg and wdbg: collects text and passes it to trace when the stream is flushed (by
 /// `std::flush` or `std::endl`) or the buffer destroyed. A flush with nothing pending traces the empty
-/// text. Takes no lock: give each thread that traces a buffer and a stream of its own.
+/// text; a zero is traced as a blank. Takes no lock: give each thread that traces a buffer and a stream of its own.
 template <class Ch, class Traits = std::char_traits<Ch>> class DebugBuf : public std::basic_streambuf<Ch, Traits> {
 public:
     DebugBuf() = default;
@@ -43,6 +44,7 @@ protected:
 
     int sync() override
     {
+        std::replace(pending_.begin(), pending_.end(), Ch(), Ch(' ')); // Which would end the text.
         trace(pending_.c_str());
         pending_.clear();
         return 0;

@@ -13,12 +13,13 @@ public:
     Driver() = default;
     /// Loads; when that fails, a service registered on the way is removed again.
     Driver(const wchar_t* name, const wchar_t* displayName, const wchar_t* binaryPath);
-    ~Driver() noexcept(false) { unload(); }
+    ~Driver() noexcept(false);
 
     /// Starts the service `name`, which is registered with the other two arguments when it does not exist;
     /// one that runs already is fine. Throws "Can't open service manager", "Can't open service", "Can't
     /// create service", "Can't start service". A service that was registered and did not start stays
-    /// until unload(). Call unload() before loading another driver, or the first one stays loaded.
+    /// until unload(), or until load() is called for another. A driver of another name that is loaded already
+    /// is unloaded first if this object has registered it, and otherwise stays loaded: call unload() before.
     void load(const wchar_t* name, const wchar_t* displayName, const wchar_t* binaryPath);
     /// Stops the driver, removes its service if load() registered it, and closes the handles. A driver
     /// that does not stop is no error. Does nothing when nothing is loaded. Throws "Can't delete service"
@@ -26,6 +27,7 @@ public:
     void unload();
 
 private:
+    bool shows(const wchar_t* displayName) const;
     void openOrCreate(const wchar_t* name, const wchar_t* displayName, const wchar_t* binaryPath);
 
     ServiceManager manager_;

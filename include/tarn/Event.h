@@ -14,6 +14,11 @@ public:
     /// An unnamed event. With `manualReset` it stays signaled until reset(); without, each wait that
     /// succeeds takes the signal away. Throws "Error in CreateEvent".
     Event(bool manualReset, bool initiallySignaled);
+    /// It has no name, and a text is no `true`.
+    ///@{
+    template <IsText Text> Event(const Text&, bool) = delete;
+    template <IsText Text> Event(bool, const Text&) = delete;
+    ///@}
 
     void set() const;   ///< Throws "Error in SetEvent".
     void reset() const; ///< Throws "Error in ResetEvent".

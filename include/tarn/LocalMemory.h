@@ -28,7 +28,7 @@ public:
     LocalMemory(void* handle, bool movable) : handle_(handle), lockCount_(movable ? 0 : fixed) {}
     ~LocalMemory() noexcept(false);
 
-    /// As the object was told; an object without memory is fixed.
+    /// As the object was told; an object without memory, also after free(), is fixed.
     ///@{
     bool isMovable() const { return lockCount_ != fixed; }
     bool isFixed() const { return lockCount_ == fixed; }

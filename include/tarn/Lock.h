@@ -45,7 +45,8 @@ private:
 /// a thread that ends without unlocking does not block the others for ever. Failures throw WindowsError.
 class TARN_API Mutex : public WindowsHandle, public Lockable {
 public:
-    explicit Mutex(bool initiallyOwned); ///< Throws "Error in CreateMutex".
+    explicit Mutex(bool initiallyOwned);                         ///< Throws "Error in CreateMutex".
+    template <IsText Text> explicit Mutex(const Text&) = delete; ///< It has no name, and a text is no `true`.
 
     /// Waits without end. A mutex that its owner's end abandoned counts as locked. Throws "Error while
     /// retrieving handle state".

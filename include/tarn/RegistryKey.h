@@ -12,6 +12,12 @@
 namespace tarn {
 template <class Ch> class RegistryValue;
 
+namespace detail {
+/// What converts to bool without a word, and would be taken for a flag.
+template <class T>
+concept NotFlag = !std::same_as<T, bool> && !std::same_as<T, int>;
+} // namespace detail
+
 /// An open key of the registry: reads, writes and walks what lies below it.
 ///
 /// Closes the handle when it owns it; the predefined roots (`HKEY_CURRENT_USER`, ...) are passed as the
@@ -44,6 +50,8 @@ public:
     RegistryKey() = default;
     /// Wraps an open key.
     RegistryKey(HKEY key, bool owns) : owns_(owns), key_(key) {}
+    /// A text or an access is no `owns`: to open a subkey give its name and the access.
+    template <detail::NotFlag T> RegistryKey(HKEY key, T owns) = delete;
     /// Opens a key that has to exist. Throws "Registry key not found" when it does not.
     ///@{
     RegistryKey(HKEY parent, const char* subkey, unsigned long access);
@@ -84,8 +92,9 @@ public:
     /// Closes the key if it is owned. The handle stays readable, so isOpen() is still true: ask ownsKey(),
     /// or call detach() to forget the handle too. Does nothing the second time.
     void close();
-    void attach(HKEY key, bool owns); ///< Closes an owned key first.
-    HKEY detach();                    ///< Hands the handle to the caller, open.
+    void attach(HKEY key, bool owns);                                    ///< Closes an owned key first.
+    template <detail::NotFlag T> void attach(HKEY key, T owns) = delete; ///< As the constructor.
+    HKEY detach();                                                       ///< Hands the handle to the caller, open.
 
     /// Lent, not given; null for none.
     ///@{
@@ -93,6 +102,9 @@ public:
     operator HKEY() const { return key_; }
     ///@}
     bool ownsKey() const { return owns_; } ///< Whether the object closes the key.
+    /// `KEY_WOW64_64KEY` or `KEY_WOW64_32KEY` if the access that the key was opened or created with says so,
+    /// else 0. What works on subkeys and whole trees stays in this view.
+    unsigned long getView() const { return static_cast<unsigned long>(view_) << 8; }
     /// Whether there is a handle; it stays after close() until detach() or another key.
     ///@{
     bool isOpen() const { return key_ != nullptr; }
@@ -122,11 +134,18 @@ public:
     ///@}
 
     /// A `REG_SZ` or `REG_EXPAND_SZ` value up to its first zero or, stored without one, whole. Variables
-    /// are not expanded. Throws "Registry value not found", and "Wrong value type. Expected REG_SZ or
-    /// REG_EXPAND_SZ" with `ERROR_UNSUPPORTED_TYPE`.
+    /// are not expanded: getExpandedStringValue() does that. Throws "Registry value not found", and "Wrong value type.
+    /// Expected REG_SZ or REG_EXPAND_SZ" with `ERROR_UNSUPPORTED_TYPE`.
     ///@{
     BasicString<char> getStringValue(const char* name) const;
     BasicString<wchar_t> getStringValue(const wchar_t* name) const;
+    ///@}
+
+    /// The same, with the variables of a `REG_EXPAND_SZ` value replaced; one that the environment lacks stays as it
+    /// is written.
+    ///@{
+    BasicString<char> getExpandedStringValue(const char* name) const;
+    BasicString<wchar_t> getExpandedStringValue(const wchar_t* name) const;
     ///@}
 
     /// The strings of a `REG_MULTI_SZ` value, up to the first empty one; missing terminators at the end
@@ -185,7 +204,7 @@ public:
     }
     ///@}
     ///@{
-    void setValue(const char* name, const char* text) const; ///< A `REG_SZ` with its terminator.
+    void setValue(const char* name, const char* text) const; ///< A `REG_SZ`; null is the empty text.
     void setValue(const wchar_t* name, const wchar_t* text) const;
     ///@}
     /// A `REG_MULTI_SZ`, which ends where an empty string stands.
@@ -220,12 +239,15 @@ public:
     static bool existsKey(HKEY parent, const wchar_t* subkey);
     ///@}
 
+    // None of the following follows a symbolic link that stands at or below a subkey: a link is deleted or copied
+    // as a link, and what it leads to stays.
+
     /// Deletes a subkey that has no subkeys itself.
     ///@{
     void deleteKey(const char* subkey) const;
     void deleteKey(const wchar_t* subkey) const;
     ///@}
-    /// Deletes a subkey with everything below it, and below what symbolic links in it lead to. Throws "Registry key not
+    /// Deletes a subkey with everything below it; an empty name is this key itself. Throws "Registry key not
     /// found" with `ERROR_FILE_NOT_FOUND` whatever the reason why it cannot be opened for all access.
     ///@{
     void deleteKeyRecursive(const char* subkey) const;
@@ -233,17 +255,20 @@ public:
     ///@}
     /// Deletes the empty keys in a subtree, leaves first, its root included. A key without subkeys is empty
     /// when it has no value, or a single one while its default value is missing or has no data. So a key
-    /// whose only value has a name is deleted with that value: give the keys that must survive a default
-    /// value. Throws as deleteKeyRecursive.
+    /// whose only value has a name, as a link is one, is deleted with that value: give the keys that must
+    /// survive a default value. Throws as deleteKeyRecursive.
     ///@{
     void cleanEmptyTree(const char* subkey) const;
     void cleanEmptyTree(const wchar_t* subkey) const;
     ///@}
 
     /// Copies the subkeys and values of `source` into this key, all types, with the class names of the
-    /// keys that it makes. Values that exist are replaced, all others stay. Access rights are not copied.
-    /// The source is read whole before the first change, so either key may lie inside the other; the copy
-    /// is of what was there at the beginning.
+    /// keys that it makes, which are volatile in a volatile key. Values that exist are replaced, and so is a
+    /// link by a key; all others stay. Access rights are not copied. The source is read whole before the
+    /// first change, so either key may lie inside the other; the copy is of what was there at the beginning.
+    /// After an error the keys and values written so far stay: of each key the values come first, then the
+    /// subkeys, in the order of their listing. Throws "Can't replace a registry key by a link" with
+    /// `ERROR_ALREADY_EXISTS`.
     void AddContentFrom(const RegistryKey& source) const;
     /// As AddContentFrom().
     RegistryKey& operator+=(const RegistryKey& source);
@@ -261,7 +286,10 @@ public:
     bool hasSubkeys() const { return getSubkeyCount() != 0; } ///< Asks the platform each time.
 
 private:
+    template <class Ch> bool openKey(HKEY parent, const Ch* subkey, unsigned long access);
+
     bool owns_ = false;
+    unsigned char view_ = 0;
     HKEY key_ = nullptr;
 };
 #ifndef _WIN64

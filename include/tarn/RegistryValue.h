@@ -16,7 +16,7 @@ template <class Ch> class RegistryValue {
 public:
     RegistryValue() = default;                             ///< `REG_NONE` without data.
     TARN_API explicit RegistryValue(unsigned long number); ///< A `REG_DWORD`.
-    /// A text with its terminator; `type` may be `REG_EXPAND_SZ`.
+    /// A text with its terminator (null is the empty text); `type` may be `REG_EXPAND_SZ`.
     TARN_API explicit RegistryValue(const Ch* text, unsigned long type = REG_SZ);
     /// A `REG_MULTI_SZ`. An empty string among them ends the list for whoever reads it.
     TARN_API explicit RegistryValue(const std::list<BasicString<Ch>>& strings);

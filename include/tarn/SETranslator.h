@@ -18,6 +18,9 @@ using SETranslator = void (*)(unsigned int code, _EXCEPTION_POINTERS* info);
 /// `-fnon-call-exceptions`; faults inside system code and the C runtime library (`strlen` of a null
 /// pointer) and what `RaiseException` raises are left to the system, which may handle them, and an overflow of the
 /// stack leaves no room to throw in. A program that uses nothing else of the library is not linked with it and so not
-/// covered: link a call of this function. On 64-bit builds the translator is kept but never called.
+/// covered: link a call of this function.
+///
+/// In 32-bit programs code counts that has registered the compiler's unwind tables; in 64-bit programs, where the
+/// system's own code has such tables, that of modules which import the compiler's run time or this library.
 TARN_API SETranslator setSETranslator(SETranslator translator) noexcept;
 } // namespace tarn

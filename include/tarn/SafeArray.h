@@ -28,7 +28,8 @@ public:
     template <class T> class Access;
 
     SafeArray() noexcept = default;
-    /// One dimension. `type` is a `VT_...` code; elements begin as zero, null or empty.
+    /// One dimension. `type` is a `VT_...` code; elements begin as zero, null or empty. Arrays of records come
+    /// from outside only (`SafeArrayCreateEx`).
     /// Throws "Can't create safe array".
     SafeArray(VARTYPE type, unsigned count, long lowerBound = 0);
     /// Several dimensions, each with its number of elements and its lower bound, leftmost index first.
@@ -61,7 +62,8 @@ public:
     unsigned getSize() const;                         ///< The number of elements of all dimensions.
 
     /// Throw "Can't get element of safe array", "Can't set element of safe array", with
-    /// `DISP_E_BADINDEX` outside of the bounds; set converts the value to the array's type first.
+    /// `DISP_E_BADINDEX` outside of the bounds; set converts the value to the array's type first. A record is
+    /// copied, with its description.
     ///@{
     Variant getElement(long index) const;
     Variant getElement(std::initializer_list<long> indices) const;

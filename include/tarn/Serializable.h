@@ -14,7 +14,11 @@ class OutputStream;
 /// A class derives from it, writes and reads its own data, has a default constructor, and registers itself
 /// with a static SerializableImpl:
 ///
-///     class Circle final : public tarn::Serializable { ... };
+///     class Circle final : public tarn::Serializable {
+///     public:
+///         void serialize(tarn::OutputStream& out) const override;
+///         void deserialize(tarn::InputStream& in) override;
+///     };
 ///     static tarn::SerializableImpl<Circle> registration;
 ///
 /// There is no virtual destructor: destroy an object through its own class, which is best declared `final`,
@@ -56,8 +60,12 @@ protected:
 
 namespace detail {
 /// Registers the creator, and the name under which objects of the type are written.
-TARN_API void registerClass(const std::type_info& type, const char* keyword, Serializable* (*creator)());
-TARN_API void registerClassAs(const std::type_info& type, const char* name, Serializable* (*creator)());
+TARN_API void registerClass(const std::type_info& type, const char* keyword, Serializable* (*creator)(),
+                            const void* owner);
+TARN_API void registerClassAs(const std::type_info& type, const char* name, Serializable* (*creator)(),
+                              const void* owner);
+/// Ends what an owner in a DLL registered, since the DLL is being unloaded.
+TARN_API void unregisterClass(const void* owner) noexcept;
 } // namespace detail
 
 /// Says that a class was declared with the word `struct`, which its run-time type does not tell.
@@ -70,14 +78,23 @@ inline constexpr DeclaredAsStruct declaredAsStruct;
 /// The name that archives carry is the word "class" and the qualified name ("class shapes::Circle"), with
 /// `declaredAsStruct` the word "struct". Where another spelling is wanted (an instance of a template, say),
 /// give the whole name. Objects of a class that is not registered are written as "class" and their name.
+///
+/// A second object with another name lets data that carry it be read, too; what is written carries the first.
+/// Two classes of unnamed namespaces may have the same qualified name: give one of them a name of its own, or
+/// writing it throws Serializable::Exception `"..." is the name of another class, too`.
+///
+/// The registration lasts as long as the program, that of a static object in a DLL as long as the DLL is loaded.
 template <class T> class SerializableImpl {
 public:
     /// Registers T under the name that is said above, or under the whole `name`, which is copied.
     ///@{
-    SerializableImpl() { detail::registerClass(typeid(T), "class ", &create); }
-    explicit SerializableImpl(DeclaredAsStruct) { detail::registerClass(typeid(T), "struct ", &create); }
-    explicit SerializableImpl(const char* name) { detail::registerClassAs(typeid(T), name, &create); }
+    SerializableImpl() { detail::registerClass(typeid(T), "class ", &create, this); }
+    explicit SerializableImpl(DeclaredAsStruct) { detail::registerClass(typeid(T), "struct ", &create, this); }
+    explicit SerializableImpl(const char* name) { detail::registerClassAs(typeid(T), name, &create, this); }
     ///@}
+    SerializableImpl(const SerializableImpl&) = delete;
+    SerializableImpl& operator=(const SerializableImpl&) = delete;
+    ~SerializableImpl() { detail::unregisterClass(this); }
 
 private:
     static Serializable* create() { return new T; }

@@ -10,7 +10,7 @@ namespace tarn {
 /// WindowsError, also out of the destructor.
 class TARN_API ServiceHandle : private boost::noncopyable {
 public:
-    ~ServiceHandle() noexcept(false) { close(); }
+    ~ServiceHandle() noexcept(false);
 
     void close();                                      ///< Throws "Can't close service handle".
     bool isOpen() const { return handle_ != nullptr; } ///< False before opening and after close().
@@ -83,5 +83,8 @@ public:
     /// Asks the service to stop and returns what it reports, which may be that it is still stopping.
     /// Throws "Can't stop service".
     SERVICE_STATUS stop();
+
+private:
+    friend class Driver; // For the service's handle.
 };
 } // namespace tarn

@@ -60,7 +60,8 @@ public:
     explicit ContextMenuHandler(IUnknown* outer) : ShellExtension(outer) {}
 
     TARN_IUNKNOWN_METHODS
-    /// Called by Explorer, to fill the menu, to run a command and to learn its help and verb. Failures are results.
+    /// Called by Explorer, to fill the menu, to run a command and to learn its help and verb. Failures are results;
+    /// the menu is as it was then.
     ///@{
     HRESULT STDMETHODCALLTYPE QueryContextMenu(HMENU menu, UINT position, UINT firstID, UINT lastID,
                                                UINT flags) override;
@@ -120,8 +121,8 @@ public:
     HRESULT STDMETHODCALLTYPE SaveCompleted(LPCOLESTR file) override;
     HRESULT STDMETHODCALLTYPE GetCurFile(LPOLESTR* file) override;
     ///@}
-    /// The methods of `IDropTarget`, which ask getEffect() and at the end call drop(). Failures are results, and
-    /// `E_POINTER` for a null `effect`.
+    /// The methods of `IDropTarget`, which ask getEffect() and at the end call drop(). Failures are results, with
+    /// the effect `DROPEFFECT_NONE`, and `E_POINTER` for a null `effect`.
     ///@{
     HRESULT STDMETHODCALLTYPE DragEnter(IDataObject* data, DWORD keys, POINTL point, DWORD* effect) override;
     HRESULT STDMETHODCALLTYPE DragOver(DWORD keys, POINTL point, DWORD* effect) override;

@@ -4,9 +4,9 @@
 #include <tarn/Export.h>
 
 namespace tarn {
-/// A new folder that is deleted with everything in it when the object is destroyed, without questions and
-/// without an error when something could not be deleted. A link in it is deleted, not what it leads to; when
-/// a link to a folder cannot be deleted, everything stays.
+/// A new folder that is deleted with everything in it when the object is destroyed, at any depth, without
+/// questions and without an error when something could not be deleted: that stays, with the folders above it.
+/// A link in it is deleted, never what it leads to.
 ///
 /// Copies share the folder, and the first of them to be destroyed deletes it: pass references instead.
 /// Assigning to an object forgets the folder that it had, which then stays.
@@ -14,8 +14,9 @@ class TARN_API TemporaryDirectory {
 public:
     /// Makes a folder whose name begins with `prefix`, of which the platform may use only the first three
     /// characters. It lies where the environment variable TMP points, and only when that is not set or
-    /// names no folder in `directory` (null: the runtime library's default). Throws CRTError "Can't create
-    /// temporary name", "Can't create temporary directory "PATH"".
+    /// names no folder in `directory` (null: the runtime library's default). A folder whose path has more
+    /// than 246 characters is refused, as the platform refuses it for temporary files. Throws CRTError "Can't
+    /// create temporary name", "Can't create temporary directory "PATH"".
     TemporaryDirectory(const wchar_t* directory, const wchar_t* prefix);
     /// Copy the path: see above.
     ///@{

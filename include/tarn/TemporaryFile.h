@@ -18,7 +18,7 @@ public:
     TemporaryFile(const char* name) { create(name); }
     TemporaryFile(const wchar_t* name) { create(name); }
     ///@}
-    ~TemporaryFile() noexcept(false) { remove(); }
+    ~TemporaryFile() noexcept(false);
 
     /// Removes the file held before and creates one. The system chooses its name, which begins with "tmp":
     /// the argument only chooses between the narrow and the wide functions of the platform. Throws "Can't
@@ -38,6 +38,13 @@ public:
     /// Does nothing when there is no file. Throws "Can't delete temporary file "PATH"" and keeps the path
     /// then, so that it can be called again.
     void remove();
+    /// Lets go of the file, which stays if it is still there, and gives its path; empty when there was none.
+    BasicString<wchar_t> release() noexcept
+    {
+        BasicString<wchar_t> path;
+        path.swap(path_);
+        return path;
+    }
 
 private:
     BasicString<wchar_t> path_;

@@ -16,9 +16,10 @@ namespace tarn {
 /// getID(), isCurrent() and join() on its own object while another thread may be joining it. Failures
 /// throw WindowsError.
 ///
-/// The destructor waits for the thread. By then the members of the derived class are gone already: a class
-/// whose run() uses them calls join() in its own destructor. A thread that is suspended has to be resumed
-/// first, and run() must not destroy its own object, or the wait never ends.
+/// Every derived class calls join() in its destructor. The one here waits too, but by then the members of the
+/// derived class are gone already, and so is its run(): a thread that has not come so far as to begin with it
+/// ends the program, with a message on standard error and to the debugger. A thread that is suspended has to
+/// be resumed first, and run() must not destroy its own object, or the wait never ends.
 class TARN_API Thread : public WindowsHandle {
 public:
     Thread(); ///< Throws "Error in CreateMutex".
@@ -58,9 +59,10 @@ protected:
 
 private:
     static DWORD WINAPI proc(void* object);
+    void noteEnd(); // Of the calling thread, which another may have followed by now.
 
     DWORD id_ = 0;
-    std::atomic<bool> running_ = false;
+    std::atomic<DWORD> running_ = 0; // The identifier of the thread that runs, or 0.
     mutable Mutex mutex_;
 };
 } // namespace tarn

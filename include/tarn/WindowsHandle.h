@@ -5,9 +5,14 @@
 
 #include <boost/noncopyable.hpp>
 
+#include <concepts>
 #include <utility>
 
 namespace tarn {
+/// What would be taken for `true` where a bool is expected: a name, given where there are no names.
+template <class T>
+concept IsText = std::convertible_to<T, const char*> || std::convertible_to<T, const wchar_t*>;
+
 /// Owns the handle of a kernel object and closes it: on destruction, on close() and before it takes
 /// another one. Cannot be copied. Failures throw WindowsError, also out of the destructor.
 ///

@@ -16,20 +16,39 @@ namespace tarn {
 class TARN_API WindowsModule : private boost::noncopyable {
 public:
     WindowsModule(HINSTANCE module) : module_(module) {} ///< Borrows the module.
-    /// Loads the module, or only looks it up among the loaded ones; throws as load and query do.
+    /// How a constructor gets at the module, made of its second argument: `true` loads it, `false` looks it
+    /// up among those loaded, and a number is the flags of `LoadLibraryEx`. Of type int are the platform's
+    /// constants for these; 0 and 1 do not compile as such, because they may be FALSE and TRUE as well: write
+    /// `false`, `true`, `0ul` or `1ul`.
+    class Access {
+    public:
+        /// See above.
+        ///@{
+        template <std::same_as<bool> Bool> Access(Bool load) : load_(load), withFlags_(false), flags_(0) {}
+        template <std::same_as<unsigned long> Flags> Access(Flags flags) : load_(true), withFlags_(true), flags_(flags)
+        {
+        }
+        template <std::same_as<int> Flags>
+        consteval Access(Flags flags) : load_(true), withFlags_(true), flags_(static_cast<unsigned long>(flags))
+        {
+            if (flags == FALSE || flags == TRUE)
+                writeBoolOrUnsignedLong();
+        }
+        ///@}
+
+    private:
+        friend class WindowsModule;
+        static void writeBoolOrUnsignedLong(); // Exists nowhere: its name is for the compiler's message.
+
+        bool load_;
+        bool withFlags_;
+        unsigned long flags_;
+    };
+
+    /// Load the module or look it up; throw as load() and query() do.
     ///@{
-    WindowsModule(const char* name, bool load);
-    WindowsModule(const wchar_t* name, bool load);
-    ///@}
-    /// Loads the module with flags, as load() does; throws as it does.
-    ///@{
-    WindowsModule(const char* name, unsigned long flags);
-    WindowsModule(const wchar_t* name, unsigned long flags);
-    // The platform's constants for the flags are of type int, which would fit both forms above.
-    template <class Ch, std::same_as<int> Flags>
-    WindowsModule(const Ch* name, Flags flags) : WindowsModule(name, static_cast<unsigned long>(flags))
-    {
-    }
+    WindowsModule(const char* name, Access access);
+    WindowsModule(const wchar_t* name, Access access);
     ///@}
     ~WindowsModule() noexcept(false);
 
@@ -37,7 +56,7 @@ public:
     HINSTANCE getHandle() const { return module_; }
     bool isOwner() const { return owns_; } ///< Whether it was loaded by this object, which frees it.
 
-    /// Throws "Can't load library "NAME"".
+    /// The module held before is let go of first. Throws "Can't load library "NAME"".
     ///@{
     void load(const char* name);
     void load(const wchar_t* name);
@@ -46,6 +65,8 @@ public:
     ///@{
     void load(const char* name, unsigned long flags);
     void load(const wchar_t* name, unsigned long flags);
+    void load(const char* name, std::same_as<bool> auto) = delete; ///< Not flags, nor the constructor's `load`.
+    void load(const wchar_t* name, std::same_as<bool> auto) = delete;
     ///@}
     /// Throws "Can't get module handle for "NAME"".
     ///@{
@@ -67,7 +88,8 @@ public:
     ///@}
 
     /// Resource `id` of the type "BINARY", whatever `type` says: that name only appears in the failure
-    /// "Unable to find resource with type TYPE and id ID". Store data as "BINARY" resources.
+    /// "Unable to find resource with type TYPE and id ID". Store data as "BINARY" resources. An `id` that is
+    /// no number of 16 bits fails with `ERROR_INVALID_PARAMETER`.
     HRSRC findResource(const char* type, int id) const;
     /// Valid as long as the module is loaded. Throws "Can't load resource", "Can't lock resource".
     void* getResourcePointer(HRSRC resource) const;

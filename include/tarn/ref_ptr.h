@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tarn/Exception.h>
+#include <tarn/Export.h>
 
 #include <concepts>
 #include <cstddef>
@@ -9,6 +10,20 @@
 #include <utility>
 
 namespace tarn {
+class Archive;
+
+namespace detail {
+/// An object that nobody shares any more, its count, and what destroys both.
+struct LastShare {
+    void* object;
+    unsigned int* count;
+    void (*destroy)(const LastShare&);
+};
+/// Destroys it, now or, where many are being destroyed inside each other, when the innermost has ended. What its
+/// destructor throws the debugger alone hears of.
+TARN_API void letGo(const LastShare& last) noexcept;
+} // namespace detail
+
 /// Shared ownership of an object: the last pointer to it destroys it. Archive keeps what is shared in this
 /// way shared.
 ///
@@ -18,7 +33,12 @@ namespace tarn {
 /// The last pointer destroys the object as a T, whatever its class. A `ref_ptr<Serializable>`, whose T has
 /// no virtual destructor, therefore frees the object's own memory without running its destructor, and what
 /// its members own is lost: see to it that a pointer of the object's own class, or of a base with a
-/// virtual destructor, is the last one.
+/// virtual destructor, is the last one. Where that class has an `operator delete` of its own, or alignas(16) and
+/// more, it has to be.
+///
+/// Objects that hold each other in a long chain are destroyed one after the other from the hundredth on, not inside
+/// each other, so that no chain is too long for the stack. A destructor that throws does not end the program: what it
+/// throws is told to the debugger and dropped.
 template <class T> class ref_ptr {
 public:
     /// Empty.
@@ -51,10 +71,8 @@ public:
     {
         T* const object = std::exchange(object_, nullptr);
         unsigned int* const count = std::exchange(count_, nullptr);
-        if (object && --*count == 0) {
-            destroy(object);
-            delete count;
-        }
+        if (object && --*count == 0)
+            detail::letGo({const_cast<std::remove_cv_t<T>*>(object), count, &destroyLast});
     }
     /// Exchanges the objects; no count changes.
     void swap(ref_ptr& other) noexcept
@@ -82,6 +100,7 @@ public:
 private:
     template <class U> friend class ref_ptr;
     template <class To, class From> friend ref_ptr<To> ref_ptr_cast(const ref_ptr<From>& from) noexcept;
+    friend class Archive;
 
     ref_ptr(unsigned int* count, T* object) noexcept : count_(count), object_(object) { addReference(); }
 
@@ -101,20 +120,45 @@ private:
         throw BadAllocation();
     }
 
+    static void destroyLast(const detail::LastShare& last)
+    {
+        const struct Count {
+            ~Count() { delete count; }
+            unsigned int* count;
+        } count{last.count};
+        destroy(static_cast<std::remove_cv_t<T>*>(last.object));
+    }
+
     // Without a virtual destructor the object's memory need not begin where its T does.
-    static void destroy(T* object) noexcept
+    static void destroy(T* object)
     {
         if constexpr (!std::is_polymorphic_v<T> || std::has_virtual_destructor_v<T>) {
             delete object;
         } else {
-            void* const storage = const_cast<void*>(dynamic_cast<const volatile void*>(object));
+            const struct Storage {
+                ~Storage() { free(start); }
+                void* start;
+            } storage{const_cast<void*>(dynamic_cast<const volatile void*>(object))};
             if constexpr (std::is_destructible_v<T>)
                 object->T::~T();
-            if constexpr (requires { T::operator delete(storage); })
-                T::operator delete(storage);
-            else
-                ::operator delete(storage);
         }
+    }
+
+    // Through the operator that fits the one that `new` took.
+    static void free(void* storage) noexcept
+    {
+        constexpr std::align_val_t alignment{alignof(T)};
+        constexpr bool isOverAligned = alignof(T) > __STDCPP_DEFAULT_NEW_ALIGNMENT__;
+        if constexpr (isOverAligned && requires { T::operator delete(storage, alignment); })
+            T::operator delete(storage, alignment);
+        else if constexpr (requires { T::operator delete(storage); })
+            T::operator delete(storage);
+        else if constexpr (requires { T::operator delete(storage, sizeof(T)); })
+            T::operator delete(storage, sizeof(T));
+        else if constexpr (isOverAligned)
+            ::operator delete(storage, alignment);
+        else
+            ::operator delete(storage);
     }
 
     unsigned int* count_ = nullptr;

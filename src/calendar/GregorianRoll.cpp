@@ -87,7 +87,7 @@ struct Sheet {
     /// The same weekday in another row, or the row's day that is nearest to it.
     std::int64_t inRow(std::int64_t day, int row) const
     {
-        return std::clamp(day + 7 * (row - rowOf(day)), days.first, days.last);
+        return std::clamp(day + std::int64_t{7} * (row - rowOf(day)), days.first, days.last);
     }
 
     DaySpan days;
@@ -125,7 +125,7 @@ std::int64_t rollWeekdayInMonth(const DaySpan& month, std::int64_t today, int am
 {
     const int index = static_cast<int>(today - month.first);
     const int occurrences = (month.count() - index % 7 + 6) / 7;
-    return month.first + index % 7 + 7 * stepsRound(index / 7, amount, occurrences);
+    return month.first + index % 7 + std::int64_t{7} * stepsRound(index / 7, amount, occurrences);
 }
 } // namespace
 

@@ -1,6 +1,7 @@
 #include <tarn/Atom.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/Closing.h"
 #include "../foundation/Quoted.h"
 
 namespace tarn {
@@ -43,10 +44,7 @@ Atom::Atom(const wchar_t* text, Scope scope) : atom_(add(text, scope)), scope_(s
 
 Atom::~Atom()
 {
-    try {
-        free();
-    } catch (...) {
-    }
+    closeQuietly([this] { free(); });
 }
 
 ATOM Atom::find(const char* text, Scope scope) { return scope == global ? GlobalFindAtomA(text) : FindAtomA(text); }

@@ -18,7 +18,7 @@ template <class Ch> BasicString<Ch> findText(HKEY root, const Ch* path, const Ch
     try {
         RegistryKey key;
         if (key.open(root, path, KEY_QUERY_VALUE) && key.existsValue(name))
-            return key.getStringValue(name);
+            return key.getExpandedStringValue(name);
     } catch (const WindowsError&) { // It may not be read, or is no text: as good as missing.
     }
     return BasicString<Ch>();
@@ -103,12 +103,12 @@ BasicString<char> nameOf(const GUID& guid)
     static const GUIDNames names = loadGUIDNames();
     if (const std::string_view name = names.find(guid); !name.empty())
         return BasicString<char>(name);
-    if (const BasicString<char> name = mediaFormatName(guid); !name.empty())
+    if (BasicString<char> name = mediaFormatName(guid); !name.empty())
         return name;
-    const BasicString<char> text(toWString(guid).c_str());
-    if (const BasicString<char> name = registeredName("Interface\\", "IID_", text); !name.empty())
+    BasicString<char> text(toWString(guid).c_str());
+    if (BasicString<char> name = registeredName("Interface\\", "IID_", text); !name.empty())
         return name;
-    if (const BasicString<char> name = registeredName("CLSID\\", "CLSID_", text); !name.empty())
+    if (BasicString<char> name = registeredName("CLSID\\", "CLSID_", text); !name.empty())
         return name;
     return text;
 }

@@ -2,17 +2,25 @@
 
 #include <tarn/Window.h>
 
+#include "../foundation/Closing.h"
+#include "../foundation/NullIdentifier.h"
 #include "../foundation/Throw.h"
 #include "../windowing/HandlerScope.h"
 
 #include <algorithm>
-#include <atomic>
 #include <memory>
 #include <utility>
 
 namespace tarn {
 namespace {
-std::atomic<COMModule*> firstModule;
+COMModule* firstModule = nullptr;
+SRWLOCK modulesLock = SRWLOCK_INIT; // Ready before any static object of a server is made.
+
+class ModulesLock : private boost::noncopyable {
+public:
+    ModulesLock() { AcquireSRWLockExclusive(&modulesLock); }
+    ~ModulesLock() { ReleaseSRWLockExclusive(&modulesLock); }
+};
 
 // Locks the module that made it, which matters where several servers share a process.
 class ModuleFactory final : public Factory {
@@ -62,25 +70,31 @@ void dispatchUntilIdle(const COMModule& module, unsigned idleMs)
 
 COMModule::COMModule(HINSTANCE instance, std::initializer_list<Class> classes) : instance_(instance), classes_(classes)
 {
-    COMModule* none = nullptr;
-    firstModule.compare_exchange_strong(none, this);
+    const ModulesLock lock;
+    COMModule** end = &firstModule;
+    while (*end)
+        end = &(*end)->next_;
+    *end = this;
 }
 
 COMModule::~COMModule()
 {
-    try {
-        revokeClassFactories();
-    } catch (...) { // COM has ended before the module, say, and taken the class objects with it.
+    // COM may have ended before the module, and taken the class objects with it.
+    closeQuietly([this] { revokeClassFactories(); });
+    const ModulesLock lock;
+    for (COMModule** module = &firstModule; *module; module = &(*module)->next_) {
+        if (*module == this) {
+            *module = next_;
+            break;
+        }
     }
-    COMModule* self = this;
-    firstModule.compare_exchange_strong(self, nullptr);
 }
 
 COMModule& COMModule::getModule()
 {
     static COMModule withoutClasses;
-    COMModule* const module = firstModule;
-    return module ? *module : withoutClasses;
+    const ModulesLock lock;
+    return firstModule ? *firstModule : withoutClasses;
 }
 
 HRESULT COMModule::createClassFactory(const GUID& clsid, const GUID& iid, void** object) noexcept
@@ -88,6 +102,8 @@ HRESULT COMModule::createClassFactory(const GUID& clsid, const GUID& iid, void**
     if (!object)
         return E_POINTER;
     *object = nullptr;
+    if (isNull(clsid) || isNull(iid))
+        return E_POINTER;
     return asHRESULT([&] {
         const auto found = std::ranges::find_if(classes_, [&](const Class& c) { return c.clsid == clsid; });
         if (found == classes_.end())

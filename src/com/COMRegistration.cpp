@@ -2,7 +2,13 @@
 #include <tarn/COMServer.h>
 #include <tarn/GUID.h>
 #include <tarn/RegistryKey.h>
+#include <tarn/RegistryValue.h>
 #include <tarn/WindowsModule.h>
+
+#include "../foundation/Check.h"
+#include "RegistryChanges.h"
+
+#include <exception>
 
 namespace tarn {
 namespace {
@@ -11,18 +17,8 @@ using Text = BasicString<wchar_t>;
 constexpr const wchar_t* inProcessServerKey = L"InprocServer32";
 constexpr const wchar_t* localServerKey = L"LocalServer32";
 
-RegistryKey createKey(HKEY parent, const wchar_t* path)
-{
-    RegistryKey key;
-    key.create(parent, path, KEY_READ | KEY_WRITE);
-    key.attach(key.detach(), true);
-    return key;
-}
-
-RegistryKey classesOf(COMModule::Scope scope)
-{
-    return createKey(scope == COMModule::user ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE, L"Software\\Classes");
-}
+constexpr const wchar_t* classesPath = L"Software\\Classes";
+HKEY rootOf(COMModule::Scope scope) { return scope == COMModule::user ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE; }
 
 // Null for the model that is expressed by having none.
 const wchar_t* threadingName(COMModule::ThreadingModel model)
@@ -42,89 +38,138 @@ const wchar_t* threadingName(COMModule::ThreadingModel model)
 }
 
 Text classPath(const COMModule::Class& c) { return L"CLSID\\" + toWString(c.clsid); }
+bool hasProgID(const COMModule::Class& c) { return c.progID && *c.progID; }
 
-void write(const RegistryKey& classes, const COMModule::Class& c, const wchar_t* serverKey, const Text& server)
-{
-    const RegistryKey key = createKey(classes, classPath(c));
-    key.setValue(L"", c.name);
-    const RegistryKey serverEntry = createKey(key, serverKey);
-    serverEntry.setValue(L"", server.c_str());
-    if (const wchar_t* threading = threadingName(c.threading))
-        serverEntry.setValue(L"ThreadingModel", threading);
-    if (!c.progID)
-        return;
-    createKey(key, L"ProgID").setValue(L"", c.progID);
-    const RegistryKey program = createKey(classes, c.progID);
-    program.setValue(L"", c.name);
-    createKey(program, L"CLSID").setValue(L"", toWString(c.clsid).c_str());
-}
+bool isSame(const Text& a, const Text& b) { return StringHelper<wchar_t>::icmp(a.c_str(), b.c_str()) == 0; }
 
-// Deletes the subkeys that exist, then the key itself unless something else is left in it.
-void remove(const RegistryKey& classes, const wchar_t* path, std::initializer_list<const wchar_t*> subkeys)
+// False without such a key or value, or when it is no text.
+bool readText(HKEY parent, const Text& path, const wchar_t* name, Text& text)
 {
     RegistryKey key;
-    if (!key.open(classes, path, KEY_READ | KEY_WRITE))
+    RegistryValue<wchar_t> value;
+    if (!key.open(parent, path.c_str(), KEY_READ) || !key.getValue(name, value) ||
+        (value.getType() != REG_SZ && value.getType() != REG_EXPAND_SZ))
+        return false;
+    text = value.getString();
+    return true;
+}
+
+// Whether the programmatic identifier leads to this class or, as `otherwise` says, to none.
+bool standsFor(HKEY classes, const COMModule::Class& c, bool otherwise)
+{
+    Text clsid;
+    return readText(classes, Text(c.progID) + L"\\CLSID", L"", clsid) && !clsid.empty()
+               ? isSame(clsid, toWString(c.clsid))
+               : otherwise;
+}
+
+void write(RegistryChanges& changes, const RegistryKey& classes, const COMModule::Class& c, const wchar_t* serverKey,
+           const Text& server, const wchar_t* threading)
+{
+    if (!c.name)
+        throwWindowsError(ERROR_INVALID_PARAMETER, "Can't register COM class without a name");
+    const RegistryKey key = changes.createKey(classes, classPath(c));
+    changes.setText(key, L"", c.name);
+    const RegistryKey serverEntry = changes.createKey(key, serverKey);
+    changes.setText(serverEntry, L"", server);
+    if (threading)
+        changes.setText(serverEntry, L"ThreadingModel", threading);
+    else
+        changes.deleteValue(serverEntry, L"ThreadingModel");
+    if (!hasProgID(c))
         return;
-    for (const wchar_t* subkey : subkeys) {
-        if (key.existsKey(subkey))
-            key.deleteKey(subkey);
-    }
-    const bool isOthers = key.hasSubkeys() || key.getValueCount() > (key.existsValue(L"") ? 1u : 0u);
+    if (!standsFor(classes, c, true))
+        throwWindowsError(ERROR_ALREADY_EXISTS, "Programmatic identifier of COM class belongs to another class");
+    changes.setText(changes.createKey(key, L"ProgID"), L"", c.progID);
+    const RegistryKey program = changes.createKey(classes, c.progID);
+    if (standsFor(classes, c, false) || !program.existsValue(L"")) // The text of a type of files stays.
+        changes.setText(program, L"", c.name);
+    changes.setText(changes.createKey(program, L"CLSID"), L"", toWString(c.clsid));
+}
+
+// Deletes the default text of a key, if it is this one, and the key if nothing else is left in it.
+void removeText(const RegistryKey& parent, const Text& path, const Text& text)
+{
+    RegistryKey key;
+    if (!key.open(parent, path.c_str(), KEY_READ | KEY_WRITE))
+        return;
+    if (Text found; readText(key, L"", L"", found) && isSame(found, text))
+        key.deleteValue(L"");
+    const bool isEmpty = !key.hasSubkeys() && key.getValueCount() == 0;
     key.close();
-    if (!isOthers)
-        classes.deleteKey(path);
+    if (isEmpty)
+        parent.deleteKey(path.c_str());
 }
 
-bool standsFor(const RegistryKey& classes, const wchar_t* progID, const GUID& clsid)
+// False when another file serves the class.
+bool removeServer(const RegistryKey& key, const wchar_t* serverKey, const Text& server)
 {
-    RegistryKey key;
-    return key.open(classes, (Text(progID) + L"\\CLSID").c_str(), KEY_READ) && key.existsValue(L"") &&
-           key.getStringValue(L"") == toWString(clsid);
-}
-
-void remove(const RegistryKey& classes, const COMModule::Class& c, const wchar_t* serverKey)
-{
-    const Text path = classPath(c);
-    RegistryKey key;
-    if (key.open(classes, path.c_str(), KEY_READ | KEY_WRITE)) {
-        if (key.existsKey(serverKey))
-            key.deleteKey(serverKey);
-        const bool hasOtherServer = key.existsKey(inProcessServerKey) || key.existsKey(localServerKey);
-        key.close();
-        if (hasOtherServer)
-            return;
+    if (Text registered; readText(key, serverKey, L"", registered)) {
+        if (!isSame(registered, server))
+            return false;
+        const RegistryKey entry(key, serverKey, KEY_READ | KEY_WRITE);
+        if (entry.existsValue(L"ThreadingModel"))
+            entry.deleteValue(L"ThreadingModel");
+        removeText(key, serverKey, server);
     }
-    if (c.progID && standsFor(classes, c.progID, c.clsid))
-        remove(classes, c.progID, {L"CLSID"});
-    remove(classes, path.c_str(), {L"ProgID"});
+    Text other;
+    return !readText(key, inProcessServerKey, L"", other) && !readText(key, localServerKey, L"", other);
+}
+
+void remove(const RegistryKey& classes, const COMModule::Class& c, const wchar_t* serverKey, const Text& server)
+{
+    const Text path = classPath(c), name = c.name;
+    RegistryKey key;
+    if (key.open(classes, path.c_str(), KEY_READ | KEY_WRITE) && !removeServer(key, serverKey, server))
+        return;
+    if (hasProgID(c) && standsFor(classes, c, false)) {
+        removeText(classes, Text(c.progID) + L"\\CLSID", toWString(c.clsid));
+        removeText(classes, c.progID, name);
+    }
+    if (!key.isOpen())
+        return;
+    if (hasProgID(c))
+        removeText(key, L"ProgID", c.progID);
+    key.close();
+    removeText(classes, path, name);
 }
 } // namespace
 
 bool COMModule::isProgram() const { return instance_ == GetModuleHandleW(nullptr); }
 
+BasicString<wchar_t> COMModule::serverText() const
+{
+    const Text file = WindowsModule(instance_).getFilenameW();
+    return isProgram() ? Text(L"\"" + file + L"\"") : file;
+}
+
 void COMModule::registerServer(Scope scope) const
 {
-    Text server = WindowsModule(instance_).getFilenameW();
-    if (isProgram())
-        server = L"\"" + server + L"\"";
-    const RegistryKey classes = classesOf(scope);
-    try {
-        for (const Class& c : classes_)
-            write(classes, c, isProgram() ? localServerKey : inProcessServerKey, server);
-    } catch (...) {
-        try {
-            unregisterServer(scope);
-        } catch (...) { // The first failure is the one to report.
-        }
-        throw;
-    }
+    const Text server = serverText();
+    RegistryChanges changes;
+    const RegistryKey classes = changes.createKey(RegistryKey(rootOf(scope), false), classesPath);
+    for (const Class& c : classes_)
+        write(changes, classes, c, isProgram() ? localServerKey : inProcessServerKey, server,
+              isProgram() ? nullptr : threadingName(c.threading));
+    changes.keep();
 }
 
 void COMModule::unregisterServer(Scope scope) const
 {
-    const RegistryKey classes = classesOf(scope);
-    for (const Class& c : classes_)
-        remove(classes, c, isProgram() ? localServerKey : inProcessServerKey);
+    const Text server = serverText();
+    RegistryKey classes;
+    if (!classes.open(rootOf(scope), classesPath, KEY_READ | KEY_WRITE))
+        return;
+    std::exception_ptr failure;
+    for (const Class& c : classes_) {
+        try {
+            remove(classes, c, isProgram() ? localServerKey : inProcessServerKey, server);
+        } catch (...) {
+            failure = failure ? failure : std::current_exception();
+        }
+    }
+    if (failure)
+        std::rethrow_exception(failure);
 }
 
 HRESULT registerCOMServer(const COMModule& module, bool install, const wchar_t* scope) noexcept

@@ -63,8 +63,11 @@ HRESULT ContextMenuHandler::QueryContextMenu(HMENU menu, UINT position, UINT fir
             ++count;
         }
     });
-    // The caller skips as many identifiers as the result says.
-    return FAILED(hr) ? hr : MAKE_HRESULT(SEVERITY_SUCCESS, FACILITY_NULL, count);
+    if (SUCCEEDED(hr)) // The caller skips as many identifiers as the result says.
+        return MAKE_HRESULT(SEVERITY_SUCCESS, FACILITY_NULL, count);
+    while (count > 0)
+        DeleteMenu(menu, position + --count, MF_BYPOSITION);
+    return hr;
 }
 
 const ContextMenuHandler::Command* ContextMenuHandler::findCommand(const CMINVOKECOMMANDINFO& info)

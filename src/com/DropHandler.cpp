@@ -3,6 +3,19 @@
 #include <algorithm>
 
 namespace tarn {
+namespace {
+// A caller may look at the effect after a failure, too: nothing has happened then.
+template <class Call> HRESULT withEffect(DWORD* effect, Call call)
+{
+    if (!effect)
+        return E_POINTER;
+    const HRESULT hr = asHRESULT(call);
+    if (FAILED(hr))
+        *effect = DROPEFFECT_NONE;
+    return hr;
+}
+} // namespace
+
 HRESULT DropHandler::GetClassID(CLSID* clsid)
 {
     if (!clsid)
@@ -40,9 +53,7 @@ unsigned long DropHandler::chooseEffect(unsigned long keys, unsigned long allowe
 
 HRESULT DropHandler::DragEnter(IDataObject* data, DWORD keys, POINTL, DWORD* effect)
 {
-    if (!effect)
-        return E_POINTER;
-    return asHRESULT([&] {
+    return withEffect(effect, [&] {
         dragged_ = ShellExtension::readItems(data);
         *effect = chooseEffect(keys, *effect);
     });
@@ -50,9 +61,7 @@ HRESULT DropHandler::DragEnter(IDataObject* data, DWORD keys, POINTL, DWORD* eff
 
 HRESULT DropHandler::DragOver(DWORD keys, POINTL, DWORD* effect)
 {
-    if (!effect)
-        return E_POINTER;
-    return asHRESULT([&] { *effect = chooseEffect(keys, *effect); });
+    return withEffect(effect, [&] { *effect = chooseEffect(keys, *effect); });
 }
 
 HRESULT DropHandler::DragLeave()
@@ -63,9 +72,7 @@ HRESULT DropHandler::DragLeave()
 
 HRESULT DropHandler::Drop(IDataObject* data, DWORD keys, POINTL, DWORD* effect)
 {
-    if (!effect)
-        return E_POINTER;
-    return asHRESULT([&] {
+    return withEffect(effect, [&] {
         dragged_ = ShellExtension::readItems(data);
         *effect = chooseEffect(keys, *effect);
         const Items items = std::exchange(dragged_, {});

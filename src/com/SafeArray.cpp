@@ -13,7 +13,7 @@ namespace {
 SAFEARRAY* create(VARTYPE type, std::initializer_list<SAFEARRAYBOUND> bounds)
 {
     constexpr const char* failure = "Can't create safe array";
-    if (bounds.size() == 0 || type == VT_EMPTY || type == VT_NULL)
+    if (bounds.size() == 0 || type == VT_EMPTY || type == VT_NULL || type == VT_RECORD)
         HRESULTHolder::throwOnError(E_INVALIDARG, failure);
     std::vector<SAFEARRAYBOUND> copy(bounds);
     SAFEARRAY* const array = SafeArrayCreate(type, numericCast<UINT>(copy.size()), copy.data());
@@ -40,6 +40,40 @@ LONG* checked(const SafeArray& array, std::vector<LONG>& indices, const char* fa
 
 // Where the data of a variant of any type but VT_VARIANT and VT_DECIMAL lies.
 void* dataOf(VARIANT& value) { return &value.byref; }
+
+COMInterfacePointer<IRecordInfo> recordInfoOf(SAFEARRAY* array, const char* failure)
+{
+    COMInterfacePointer<IRecordInfo> info;
+    HRESULTHolder::throwOnError(SafeArrayGetRecordInfo(array, info.put()), failure);
+    return info;
+}
+
+// A record is copied whole to where the call is told, and no variant is as large.
+Variant getRecord(SAFEARRAY* array, LONG* where, const char* failure)
+{
+    COMInterfacePointer<IRecordInfo> info = recordInfoOf(array, failure);
+    void* const record = info->RecordCreate();
+    if (!record)
+        throwError(BadAllocation());
+    const HRESULT hr = SafeArrayGetElement(array, where, record);
+    if (FAILED(hr)) {
+        info->RecordDestroy(record);
+        HRESULTHolder::throwOnError(hr, failure);
+    }
+    Variant element;
+    element.pvRecord = record;
+    element.pRecInfo = info.detach();
+    element.vt = VT_RECORD;
+    return element;
+}
+
+void putRecord(SAFEARRAY* array, LONG* where, const VARIANT& value, const char* failure)
+{
+    if (value.vt != VT_RECORD || !value.pRecInfo || !value.pvRecord ||
+        !value.pRecInfo->IsMatchingType(recordInfoOf(array, failure)))
+        HRESULTHolder::throwOnError(DISP_E_TYPEMISMATCH, failure);
+    HRESULTHolder::throwOnError(SafeArrayPutElement(array, where, value.pvRecord), failure);
+}
 
 // The call takes the addresses of elements, except that it takes those which are pointers themselves.
 void* elementOf(VARIANT& value)
@@ -106,6 +140,8 @@ Variant SafeArray::getElement(std::initializer_list<long> indices) const
         HRESULTHolder::throwOnError(SafeArrayGetElement(array_, where, &element), failure);
         return element;
     }
+    if (type == VT_RECORD)
+        return getRecord(array_, where, failure);
     void* const data = type == VT_DECIMAL ? static_cast<void*>(&element) : dataOf(element);
     HRESULTHolder::throwOnError(SafeArrayGetElement(array_, where, data), failure);
     element.vt = type; // Not before: a failing call leaves no element to be freed.
@@ -122,6 +158,10 @@ void SafeArray::setElement(std::initializer_list<long> indices, const VARIANT& v
     const VARTYPE type = getType();
     if (type == VT_VARIANT) {
         HRESULTHolder::throwOnError(SafeArrayPutElement(array_, where, const_cast<VARIANT*>(&value)), failure);
+        return;
+    }
+    if (type == VT_RECORD) {
+        putRecord(array_, where, value, failure);
         return;
     }
     Variant converted;

@@ -46,6 +46,9 @@ inline DWORD getFullPathName(const wchar_t* name, wchar_t* path, DWORD size)
 inline DWORD getTempPath(DWORD size, char* path) { return GetTempPathA(size, path); }
 inline DWORD getTempPath(DWORD size, wchar_t* path) { return GetTempPathW(size, path); }
 
+inline BOOL deleteFile(const char* name) { return DeleteFileA(name); }
+inline BOOL deleteFile(const wchar_t* name) { return DeleteFileW(name); }
+
 // `name` has room for MAX_PATH characters.
 inline UINT getTempFileName(const char* folder, char* name) { return GetTempFileNameA(folder, "tmp", 0, name); }
 inline UINT getTempFileName(const wchar_t* folder, wchar_t* name) { return GetTempFileNameW(folder, L"tmp", 0, name); }

@@ -1,9 +1,13 @@
 #include <tarn/LocalMemory.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/Closing.h"
 
 namespace tarn {
-LocalMemory::~LocalMemory() noexcept(false) { free(); }
+LocalMemory::~LocalMemory() noexcept(false)
+{
+    closeAtEnd([this] { free(); });
+}
 
 void* LocalMemory::lock()
 {
@@ -19,7 +23,8 @@ bool LocalMemory::unlock()
     if (isFixed())
         return false;
     const BOOL locked = ensureCleared([&] { return LocalUnlock(handle_); }, "Can't unlock local memory handle");
-    --lockCount_;
+    if (lockCount_ > 0) // Not so when it was locked before it came here.
+        --lockCount_;
     return locked != FALSE;
 }
 
@@ -31,6 +36,7 @@ void LocalMemory::free()
         unlock();
     ensure(LocalFree(handle_) == nullptr, "Can't free local memory handle");
     handle_ = nullptr;
+    lockCount_ = fixed;
 }
 
 LocalMemory::Flags LocalMemory::getFlags() const

@@ -4,15 +4,13 @@
 #include "../foundation/Memory.h"
 #include "../foundation/Quoted.h"
 #include "FileApi.h"
+#include "LongPath.h"
 
 // The path queries of WindowsFile.
 
 namespace tarn {
 namespace {
 using Path = BasicString<wchar_t>;
-
-constexpr const wchar_t* prefix = L"\\\\?\\";
-constexpr const wchar_t* uncPrefix = L"\\\\?\\UNC\\";
 
 struct ShortPath {
     template <class Ch> DWORD operator()(const Ch* name, Ch* path, DWORD size) const
@@ -45,33 +43,33 @@ template <class Query, class Ch> BasicString<Ch> queryPath(Query query, const Ch
     return path;
 }
 
-// The prefix takes a name literally, so it goes before the absolute path, which GetFullPathName finds for
-// names of any length.
-Path prefixed(const wchar_t* name)
-{
-    const Path path = queryPath(FullPath(), name, name);
-    if (path.startsWith(L"\\\\.\\") || path.startsWith(prefix))
-        return path;
-    return path.startsWith(L"\\\\") ? Path(uncPrefix) + path.mid(2) : Path(prefix) + path;
-}
-
 // Without the prefix again if the path can be used so.
 Path withoutNeedlessPrefix(const Path& path)
 {
-    const Path bare = path.startsWith(uncPrefix) ? Path(L"\\\\") + path.mid(8)
-                      : path.startsWith(prefix)  ? path.mid(4)
-                                                 : path;
+    const Path bare = path.startsWith(longSharePrefix)  ? Path(L"\\\\") + path.mid(8)
+                      : path.startsWith(longPathPrefix) ? path.mid(4)
+                                                        : path;
     return bare.size() < MAX_PATH ? bare : path;
 }
 
 template <class Query> Path queryLongPath(Query query, const wchar_t* name)
 {
     const ConstString<wchar_t> text(name);
-    if (text.length() <= MAX_PATH || Path(text).startsWith(prefix))
+    if (text.length() <= MAX_PATH || Path(text).startsWith(longPathPrefix))
         return queryPath(query, name, name);
-    return withoutNeedlessPrefix(queryPath(query, prefixed(name).c_str(), name));
+    return withoutNeedlessPrefix(queryPath(query, longPath(name).c_str(), name));
 }
 } // namespace
+
+// The prefix takes a name literally, so it goes before the absolute path, which GetFullPathName finds for
+// names of any length.
+Path longPath(const wchar_t* name)
+{
+    Path path = queryPath(FullPath(), name, name);
+    if (path.startsWith(L"\\\\.\\") || path.startsWith(longPathPrefix))
+        return path;
+    return path.startsWith(L"\\\\") ? Path(longSharePrefix) + path.mid(2) : Path(longPathPrefix) + path;
+}
 
 BasicString<char> WindowsFile::getShortPath(const char* name) { return queryPath(ShortPath(), name, name); }
 BasicString<wchar_t> WindowsFile::getShortPath(const wchar_t* name) { return queryLongPath(ShortPath(), name); }

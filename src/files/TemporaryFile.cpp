@@ -3,6 +3,7 @@
 #include <tarn/Windows.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/Closing.h"
 #include "../foundation/Quoted.h"
 #include "FileApi.h"
 
@@ -10,7 +11,10 @@ namespace tarn {
 static_assert(sizeof(TemporaryFile) == sizeof(BasicString<wchar_t>));
 
 namespace {
-template <class Ch> BasicString<Ch> createTemporaryFile()
+BasicString<wchar_t> widened(const char* name) { return a2w(name, CP_ACP); }
+BasicString<wchar_t> widened(const wchar_t* name) { return name; }
+
+template <class Ch> BasicString<wchar_t> createTemporaryFile()
 {
     constexpr const char* noFolder = "Can't retrieve temporary directory";
     Ch folder[MAX_PATH + 1];
@@ -18,14 +22,24 @@ template <class Ch> BasicString<Ch> createTemporaryFile()
         throwWindowsError(ERROR_BUFFER_OVERFLOW, noFolder);
     Ch name[MAX_PATH + 1];
     ensure(getTempFileName(folder, name), [&] { return "Can't create temporary file " + quoted(folder); });
-    return name;
+    try {
+        return widened(name);
+    } catch (...) { // Nobody would know of the file.
+        deleteFile(name);
+        throw;
+    }
 }
 } // namespace
+
+TemporaryFile::~TemporaryFile() noexcept(false)
+{
+    closeAtEnd([this] { remove(); });
+}
 
 void TemporaryFile::create(const char*)
 {
     remove();
-    path_ = a2w(createTemporaryFile<char>().c_str(), CP_ACP);
+    path_ = createTemporaryFile<char>();
 }
 void TemporaryFile::create(const wchar_t*)
 {

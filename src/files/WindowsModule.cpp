@@ -3,6 +3,7 @@
 #include <tarn/LocalMemory.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/Closing.h"
 #include "../foundation/Hex.h"
 #include "../foundation/Quoted.h"
 #include "ModuleApi.h"
@@ -24,6 +25,17 @@ template <class Ch> HMODULE queryModule(const Ch* name)
 {
     return ensure(getModuleHandle(name), [&] { return "Can't get module handle for " + quoted(name); });
 }
+
+// A copy of a name that may lie in the module that is closed before the name is used. Null stays null.
+template <class Ch> class KeptName {
+public:
+    explicit KeptName(const Ch* name) : text_(name), isNull_(!name) {}
+    const Ch* get() const { return isNull_ ? nullptr : text_.c_str(); }
+
+private:
+    BasicString<Ch> text_;
+    bool isNull_;
+};
 
 // The system tells that a buffer was too small only by filling it.
 template <class Ch> BasicString<Ch> fileNameOf(HMODULE module)
@@ -59,53 +71,58 @@ template <class Ch> BasicString<Ch> messageOf(HMODULE module, unsigned long id, 
 }
 } // namespace
 
-WindowsModule::WindowsModule(const char* name, bool load)
-    : module_(load ? loadModule(name) : queryModule(name)), owns_(load)
+WindowsModule::WindowsModule(const char* name, Access access) : owns_(access.load_)
 {
+    module_ = access.withFlags_ ? loadModule(name, access.flags_) : access.load_ ? loadModule(name) : queryModule(name);
 }
-WindowsModule::WindowsModule(const wchar_t* name, bool load)
-    : module_(load ? loadModule(name) : queryModule(name)), owns_(load)
+WindowsModule::WindowsModule(const wchar_t* name, Access access) : owns_(access.load_)
 {
+    module_ = access.withFlags_ ? loadModule(name, access.flags_) : access.load_ ? loadModule(name) : queryModule(name);
 }
-WindowsModule::WindowsModule(const char* name, unsigned long flags) : module_(loadModule(name, flags)), owns_(true) {}
-WindowsModule::WindowsModule(const wchar_t* name, unsigned long flags) : module_(loadModule(name, flags)), owns_(true)
+WindowsModule::~WindowsModule() noexcept(false)
 {
+    closeAtEnd([this] { close(); });
 }
-WindowsModule::~WindowsModule() noexcept(false) { close(); }
 
 void WindowsModule::load(const char* name)
 {
+    const KeptName kept(name);
     close();
-    module_ = loadModule(name);
+    module_ = loadModule(kept.get());
     owns_ = true;
 }
 void WindowsModule::load(const wchar_t* name)
 {
+    const KeptName kept(name);
     close();
-    module_ = loadModule(name);
+    module_ = loadModule(kept.get());
     owns_ = true;
 }
 void WindowsModule::load(const char* name, unsigned long flags)
 {
+    const KeptName kept(name);
     close();
-    module_ = loadModule(name, flags);
+    module_ = loadModule(kept.get(), flags);
     owns_ = true;
 }
 void WindowsModule::load(const wchar_t* name, unsigned long flags)
 {
+    const KeptName kept(name);
     close();
-    module_ = loadModule(name, flags);
+    module_ = loadModule(kept.get(), flags);
     owns_ = true;
 }
 void WindowsModule::query(const char* name)
 {
+    const KeptName kept(name);
     close();
-    module_ = queryModule(name);
+    module_ = queryModule(kept.get());
 }
 void WindowsModule::query(const wchar_t* name)
 {
+    const KeptName kept(name);
     close();
-    module_ = queryModule(name);
+    module_ = queryModule(kept.get());
 }
 
 void WindowsModule::close()
@@ -135,9 +152,12 @@ BasicString<wchar_t> WindowsModule::getFilenameW() const { return fileNameOf<wch
 
 HRSRC WindowsModule::findResource(const char* type, int id) const
 {
-    return ensure(FindResourceA(module_, MAKEINTRESOURCEA(id), "BINARY"), [&] {
+    const auto failure = [&] {
         return "Unable to find resource with type " + nameOrNumber(type) + " and id " + std::to_string(id);
-    });
+    };
+    if (id < 0 || id > 0xFFFF) // The platform would look for the lower 16 bits.
+        throwWindowsError(ERROR_INVALID_PARAMETER, failure().c_str());
+    return ensure(FindResourceA(module_, MAKEINTRESOURCEA(id), "BINARY"), failure);
 }
 
 void* WindowsModule::getResourcePointer(HRSRC resource) const

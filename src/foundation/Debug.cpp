@@ -16,6 +16,9 @@ void outputDebugString(const wchar_t* text) { OutputDebugStringW(text); }
 
 template <class Ch> void traceText(const Ch* text)
 {
+    const Ch empty[] = {Ch()};
+    if (!text)
+        text = empty;
     if (atLineStart) {
         Ch prefix[16];
         formatPrefix(prefix);

@@ -85,4 +85,13 @@ inline LSTATUS regEnumValue(HKEY key, DWORD index, wchar_t* name, DWORD* nameLen
 {
     return RegEnumValueW(key, index, name, nameLength, nullptr, type, nullptr, size);
 }
+
+inline DWORD expandEnvironmentStrings(const char* text, char* buffer, DWORD size)
+{
+    return ExpandEnvironmentStringsA(text, buffer, size);
+}
+inline DWORD expandEnvironmentStrings(const wchar_t* text, wchar_t* buffer, DWORD size)
+{
+    return ExpandEnvironmentStringsW(text, buffer, size);
+}
 } // namespace tarn

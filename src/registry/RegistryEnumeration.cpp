@@ -9,13 +9,15 @@
 
 namespace tarn {
 namespace {
-constexpr DWORD bufferLength = 300;
+// The platform counts characters of UTF-16, each of which may become up to three bytes in a code page.
+template <class Ch> constexpr DWORD unitsOfCharacter = sizeof(Ch) == 1 ? 3 : 1;
+template <class Ch> constexpr DWORD bufferLength = 300 * unitsOfCharacter<Ch>;
 
 template <class Ch> void queryInfo(HKEY key, RegistryKey::Info<Ch>& info, unsigned short what)
 {
     const auto wanted = [what](unsigned short bit, auto& field) { return what & bit ? &field : nullptr; };
-    Ch className[bufferLength];
-    DWORD classLength = bufferLength;
+    Ch className[300];
+    DWORD classLength = std::size(className);
     const bool withClass = what & RegistryKey::infoClassName;
     ensureCode(regQueryInfoKey(key, withClass ? className : nullptr, withClass ? &classLength : nullptr,
                                wanted(RegistryKey::infoSubkeyCount, info.subkeyCount),
@@ -53,11 +55,11 @@ FILETIME RegistryKey::GetLastWriteTime() const
 
 template <class Ch> RegistryKey::KeyEnumeration<Ch>::KeyEnumeration(HKEY key)
 {
-    Ch name[bufferLength];
-    Ch className[bufferLength];
+    Ch name[bufferLength<Ch>];
+    Ch className[bufferLength<Ch>];
     for (DWORD index = 0;; ++index) {
-        DWORD nameLength = bufferLength;
-        DWORD classLength = bufferLength;
+        DWORD nameLength = bufferLength<Ch>;
+        DWORD classLength = bufferLength<Ch>;
         FILETIME lastWrite = {};
         const LSTATUS code = regEnumKey(key, index, name, &nameLength, className, &classLength, &lastWrite);
         if (code == ERROR_NO_MORE_ITEMS)
@@ -73,7 +75,7 @@ template <class Ch> RegistryKey::ValueEnumeration<Ch>::ValueEnumeration(HKEY key
     Info<Ch> info;
     RegistryKey(key, false).getInfo(info, infoMaxValueNameLength);
     std::vector<Ch> name;
-    resizeOrThrow(name, info.maxValueNameLength + std::size_t(1));
+    resizeOrThrow(name, info.maxValueNameLength * std::size_t(unitsOfCharacter<Ch>) + 1);
     for (DWORD index = 0;; ++index) {
         DWORD nameLength = numericCast<DWORD>(name.size());
         ValueEntry<Ch> entry = {};

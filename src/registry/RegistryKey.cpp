@@ -1,6 +1,7 @@
 #include <tarn/RegistryKey.h>
 
 #include "../foundation/Check.h"
+#include "NativeRegistry.h"
 #include "RegistryApi.h"
 
 #include <utility>
@@ -45,35 +46,53 @@ template <class Ch> bool opens(HKEY parent, const Ch* subkey)
 
 // The predefined roots are constants and no handles of the kernel's: they cannot be duplicated, and
 // closing one does nothing.
-bool isRoot(HKEY key) { return (reinterpret_cast<ULONG_PTR>(key) & 0x80000000) != 0; }
+bool isRoot(HKEY key)
+{
+    const auto value = reinterpret_cast<LONG_PTR>(key);
+    return value == static_cast<LONG>(value) && (static_cast<ULONG>(value) & 0xFFFFFF00) == 0x80000000;
+}
 
-HKEY duplicate(HKEY key)
+// The kernel's handles are divisible by four. Others stand for a key of another machine, or for the merged view of
+// the classes: a duplicate would be another thing.
+bool isKernelHandle(HKEY key) { return (reinterpret_cast<ULONG_PTR>(key) & 3) == 0; }
+
+HKEY duplicate(HKEY key, REGSAM view)
 {
     if (!key || isRoot(key))
         return key;
+    if (!isKernelHandle(key)) {
+        HKEY copy = nullptr;
+        ensureCode(RegOpenKeyExW(key, L"", REG_OPTION_OPEN_LINK, MAXIMUM_ALLOWED | view, &copy),
+                   "Can't duplicate registry key handle");
+        return copy;
+    }
     HANDLE copy = nullptr;
     ensure(DuplicateHandle(GetCurrentProcess(), key, GetCurrentProcess(), &copy, 0, FALSE, DUPLICATE_SAME_ACCESS),
            "Can't duplicate registry key handle");
     return static_cast<HKEY>(copy);
 }
+
+// What a key keeps of the access that it was opened with, in a byte.
+unsigned char packedView(unsigned long access) { return static_cast<unsigned char>(viewOf(access) >> 8); }
 } // namespace
 
 RegistryKey::RegistryKey(HKEY parent, const char* subkey, unsigned long access)
-    : owns_(true), key_(openExisting(parent, subkey, access))
+    : owns_(true), view_(packedView(access)), key_(openExisting(parent, subkey, access))
 {
 }
 RegistryKey::RegistryKey(HKEY parent, const wchar_t* subkey, unsigned long access)
-    : owns_(true), key_(openExisting(parent, subkey, access))
+    : owns_(true), view_(packedView(access)), key_(openExisting(parent, subkey, access))
 {
 }
 
 RegistryKey::RegistryKey(const RegistryKey& other)
-    : owns_(other.owns_), key_(other.owns_ ? duplicate(other.key_) : other.key_)
+    : owns_(other.owns_), view_(other.view_), key_(other.owns_ ? duplicate(other.key_, other.getView()) : other.key_)
 {
 }
 
 RegistryKey::RegistryKey(RegistryKey&& other) noexcept
-    : owns_(std::exchange(other.owns_, false)), key_(std::exchange(other.key_, nullptr))
+    : owns_(std::exchange(other.owns_, false)), view_(std::exchange(other.view_, 0)),
+      key_(std::exchange(other.key_, nullptr))
 {
 }
 
@@ -89,6 +108,7 @@ RegistryKey& RegistryKey::operator=(RegistryKey&& other)
     if (this != &other) {
         close();
         owns_ = std::exchange(other.owns_, false);
+        view_ = std::exchange(other.view_, 0);
         key_ = std::exchange(other.key_, nullptr);
     }
     return *this;
@@ -100,19 +120,22 @@ RegistryKey::~RegistryKey()
         RegCloseKey(key_);
 }
 
-bool RegistryKey::open(HKEY parent, const char* subkey, unsigned long access)
+template <class Ch> bool RegistryKey::openKey(HKEY parent, const Ch* subkey, unsigned long access)
 {
     attach(nullptr, false);
     key_ = openOrNull(parent, subkey, access);
     owns_ = isOpen();
+    view_ = packedView(owns_ ? access : 0);
     return owns_;
+}
+
+bool RegistryKey::open(HKEY parent, const char* subkey, unsigned long access)
+{
+    return openKey(parent, subkey, access);
 }
 bool RegistryKey::open(HKEY parent, const wchar_t* subkey, unsigned long access)
 {
-    attach(nullptr, false);
-    key_ = openOrNull(parent, subkey, access);
-    owns_ = isOpen();
-    return owns_;
+    return openKey(parent, subkey, access);
 }
 
 void RegistryKey::create(HKEY parent, const char* subkey, unsigned long access)
@@ -128,12 +151,14 @@ void RegistryKey::create(HKEY parent, const char* subkey, const char* className,
 {
     attach(nullptr, false);
     key_ = createKey(parent, subkey, className, options, access, security, disposition);
+    view_ = packedView(access);
 }
 void RegistryKey::create(HKEY parent, const wchar_t* subkey, const wchar_t* className, unsigned long options,
                          unsigned long access, SECURITY_ATTRIBUTES* security, unsigned long* disposition)
 {
     attach(nullptr, false);
     key_ = createKey(parent, subkey, className, options, access, security, disposition);
+    view_ = packedView(access);
 }
 
 void RegistryKey::close()
@@ -148,11 +173,13 @@ void RegistryKey::attach(HKEY key, bool owns)
     close();
     key_ = key;
     owns_ = owns;
+    view_ = 0;
 }
 
 HKEY RegistryKey::detach()
 {
     owns_ = false;
+    view_ = 0;
     return std::exchange(key_, nullptr);
 }
 
@@ -162,7 +189,4 @@ bool RegistryKey::existsKey(const char* subkey) const { return opens(key_, subke
 bool RegistryKey::existsKey(const wchar_t* subkey) const { return opens(key_, subkey); }
 bool RegistryKey::existsKey(HKEY parent, const char* subkey) { return opens(parent, subkey); }
 bool RegistryKey::existsKey(HKEY parent, const wchar_t* subkey) { return opens(parent, subkey); }
-
-void RegistryKey::deleteKey(const char* subkey) const { ensureCode(regDeleteKey(key_, subkey)); }
-void RegistryKey::deleteKey(const wchar_t* subkey) const { ensureCode(regDeleteKey(key_, subkey)); }
 } // namespace tarn

@@ -38,13 +38,26 @@ template <class Ch> unsigned long requireDWord(HKEY key, const Ch* name)
     return value;
 }
 
-template <class Ch> BasicString<Ch> readString(HKEY key, const Ch* name)
+// As the environment has it: a variable that it lacks stays as it is written.
+template <class Ch> BasicString<Ch> expanded(const BasicString<Ch>& text)
+{
+    BasicString<Ch> result;
+    for (DWORD size = 0, needed = numericCast<DWORD>(text.size() + 1); size < needed;) {
+        resizeOrThrow(result, size = needed);
+        needed = ensure(expandEnvironmentStrings(text.c_str(), result.data(), size), "Can't expand registry value");
+    }
+    result.resize(std::min(result.find(Ch()), result.size()));
+    return result;
+}
+
+template <class Ch> BasicString<Ch> readString(HKEY key, const Ch* name, bool expand)
 {
     DWORD type = REG_NONE;
     ValueData data;
     if (!readValue(key, name, type, data, checkStringType))
         throwWindowsError(ERROR_FILE_NOT_FOUND, "Registry value not found");
-    return stringOf<Ch>(data);
+    const BasicString<Ch> text = stringOf<Ch>(data);
+    return expand && type == REG_EXPAND_SZ ? expanded(text) : text;
 }
 
 template <class Ch> bool readStrings(HKEY key, const Ch* name, std::list<BasicString<Ch>>& strings)
@@ -99,7 +112,8 @@ template <class Ch> void writeText(HKEY key, const Ch* name, const Ch* text, std
 
 template <class Ch> void writeString(HKEY key, const Ch* name, const Ch* text)
 {
-    writeText(key, name, text, std::char_traits<Ch>::length(text) + 1, REG_SZ);
+    const Ch* const written = textOrEmpty(text);
+    writeText(key, name, written, std::char_traits<Ch>::length(written) + 1, REG_SZ);
 }
 
 template <class Ch> void writeStrings(HKEY key, const Ch* name, const std::list<BasicString<Ch>>& strings)
@@ -123,8 +137,14 @@ bool RegistryKey::getValue(const wchar_t* name, unsigned long& value) const { re
 unsigned long RegistryKey::getDWordValue(const char* name) const { return requireDWord(key_, name); }
 unsigned long RegistryKey::getDWordValue(const wchar_t* name) const { return requireDWord(key_, name); }
 
-BasicString<char> RegistryKey::getStringValue(const char* name) const { return readString(key_, name); }
-BasicString<wchar_t> RegistryKey::getStringValue(const wchar_t* name) const { return readString(key_, name); }
+BasicString<char> RegistryKey::getStringValue(const char* name) const { return readString(key_, name, false); }
+BasicString<wchar_t> RegistryKey::getStringValue(const wchar_t* name) const { return readString(key_, name, false); }
+
+BasicString<char> RegistryKey::getExpandedStringValue(const char* name) const { return readString(key_, name, true); }
+BasicString<wchar_t> RegistryKey::getExpandedStringValue(const wchar_t* name) const
+{
+    return readString(key_, name, true);
+}
 
 bool RegistryKey::getValue(const char* name, std::list<BasicString<char>>& strings) const
 {

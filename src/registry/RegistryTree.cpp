@@ -1,69 +1,98 @@
 #include <tarn/RegistryKey.h>
 
 #include "../foundation/Check.h"
+#include "NativeRegistry.h"
 #include "RegistryApi.h"
+
+// All keys below the first are opened by their wide names, because not every name can be written in the ANSI
+// code page, and none through a link, which may lead back to a key above or out of the tree.
 
 namespace tarn {
 namespace {
-template <class Ch> constexpr Ch defaultValueName[] = {0};
+/// A subkey, or the link that stands there, open until it goes.
+template <class Name> class Subkey {
+public:
+    Subkey(HKEY parent, const Name& name, REGSAM view) : parent_(parent), name_(name), view_(view)
+    {
+        HKEY opened = nullptr;
+        if (openItself(parent, name, KEY_ALL_ACCESS | view, &opened) != ERROR_SUCCESS)
+            throwWindowsError(ERROR_FILE_NOT_FOUND, "Registry key not found");
+        key_.attach(opened, true);
+    }
 
-template <class Ch> RegistryKey openForAll(HKEY parent, const Ch* subkey)
+    HKEY key() const { return key_; }
+    void remove()
+    {
+        ensureCode(deleteItself(parent_, name_, view_, key_));
+        key_.close();
+    }
+
+private:
+    HKEY parent_;
+    const Name& name_;
+    REGSAM view_;
+    RegistryKey key_;
+};
+
+template <class Name> void deleteTree(HKEY parent, const Name& name, REGSAM view)
 {
-    RegistryKey key;
-    HKEY opened = nullptr;
-    if (regOpenKey(parent, subkey, KEY_ALL_ACCESS, &opened) != ERROR_SUCCESS)
-        throwWindowsError(ERROR_FILE_NOT_FOUND, "Registry key not found");
-    key.attach(opened, true);
-    return key;
+    Subkey<Name> subkey(parent, name, view);
+    for (const auto& inner : subkeyNames(subkey.key()))
+        deleteTree(subkey.key(), inner, view);
+    subkey.remove();
 }
 
-template <class Ch> void deleteTree(HKEY parent, const Ch* subkey)
+bool hasDefaultData(HKEY key)
 {
-    RegistryKey key = openForAll(parent, subkey);
-    for (const auto& entry : RegistryKey::KeyEnumeration<Ch>(key))
-        key.deleteKeyRecursive(entry.name);
-    key.close();
-    ensureCode(regDeleteKey(parent, subkey));
-}
-
-template <class Ch> bool hasDefaultData(HKEY key)
-{
-    const LSTATUS code = regQueryValue(key, defaultValueName<Ch>, nullptr, nullptr, nullptr);
+    const LSTATUS code = regQueryValue(key, L"", nullptr, nullptr, nullptr);
     if (code == ERROR_FILE_NOT_FOUND)
         return false;
     ensureCode(code);
     DWORD size = 0;
-    ensureCode(regQueryValue(key, defaultValueName<Ch>, nullptr, nullptr, &size));
+    ensureCode(regQueryValue(key, L"", nullptr, nullptr, &size));
     return size > 0;
 }
 
-template <class Ch> bool isEmpty(const RegistryKey& key)
+bool isEmpty(const RegistryKey& key) { return !key.hasSubkeys() && key.getValueCount() <= 1 && !hasDefaultData(key); }
+
+template <class Name> void cleanTree(HKEY parent, const Name& name, REGSAM view)
 {
-    return !key.hasSubkeys() && key.getValueCount() <= 1 && !hasDefaultData<Ch>(key);
+    Subkey<Name> subkey(parent, name, view);
+    for (const auto& inner : subkeyNames(subkey.key()))
+        cleanTree(subkey.key(), inner, view);
+    if (isEmpty(RegistryKey(subkey.key(), false)))
+        subkey.remove();
 }
 
-template <class Ch> void cleanTree(HKEY parent, const Ch* subkey)
+// The platform takes no name for the key itself, which would be emptied before its deletion fails.
+template <class Ch> const Ch* named(const Ch* subkey)
 {
-    RegistryKey key = openForAll(parent, subkey);
-    for (const auto& entry : RegistryKey::KeyEnumeration<Ch>(key))
-        key.cleanEmptyTree(entry.name);
-    if (!isEmpty<Ch>(key))
-        return;
+    if (!subkey)
+        throwWindowsError(ERROR_INVALID_PARAMETER);
+    return subkey;
+}
+
+template <class Ch> void deleteOne(HKEY parent, const Ch* subkey, REGSAM view)
+{
+    HKEY opened = nullptr;
+    ensureCode(openItself(parent, named(subkey), DELETE | view, &opened));
+    RegistryKey key(opened, true);
+    ensureCode(deleteItself(parent, subkey, view, key));
     key.close();
-    ensureCode(regDeleteKey(parent, subkey));
 }
 } // namespace
 
 void RegistryKey::deleteAllValues() const
 {
-    // Collected first: deleting while enumerating shifts the indices. By their wide names, because not
-    // every name can be written in the ANSI code page.
+    // Collected first: deleting while enumerating shifts the indices.
     for (const auto& entry : ValueEnumeration<wchar_t>(key_))
-        deleteValue(entry.name);
+        ensureCode(tarn::deleteValue(key_, entry.name), "Can't delete registry value");
 }
 
-void RegistryKey::deleteKeyRecursive(const char* subkey) const { deleteTree(key_, subkey); }
-void RegistryKey::deleteKeyRecursive(const wchar_t* subkey) const { deleteTree(key_, subkey); }
-void RegistryKey::cleanEmptyTree(const char* subkey) const { cleanTree(key_, subkey); }
-void RegistryKey::cleanEmptyTree(const wchar_t* subkey) const { cleanTree(key_, subkey); }
+void RegistryKey::deleteKey(const char* subkey) const { deleteOne(key_, subkey, getView()); }
+void RegistryKey::deleteKey(const wchar_t* subkey) const { deleteOne(key_, subkey, getView()); }
+void RegistryKey::deleteKeyRecursive(const char* subkey) const { deleteTree(key_, named(subkey), getView()); }
+void RegistryKey::deleteKeyRecursive(const wchar_t* subkey) const { deleteTree(key_, named(subkey), getView()); }
+void RegistryKey::cleanEmptyTree(const char* subkey) const { cleanTree(key_, named(subkey), getView()); }
+void RegistryKey::cleanEmptyTree(const wchar_t* subkey) const { cleanTree(key_, named(subkey), getView()); }
 } // namespace tarn

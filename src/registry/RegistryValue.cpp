@@ -20,7 +20,7 @@ template <class Ch> RegistryValue<Ch>::RegistryValue(unsigned long number) : typ
 
 template <class Ch>
 RegistryValue<Ch>::RegistryValue(const Ch* text, unsigned long type)
-    : type_(type), data_(bytesOf(text, std::char_traits<Ch>::length(text) + 1))
+    : type_(type), data_(bytesOf(textOrEmpty(text), std::char_traits<Ch>::length(textOrEmpty(text)) + 1))
 {
 }
 

@@ -52,6 +52,13 @@ bool readValue(HKEY key, const Ch* name, DWORD& type, ValueData& data, CheckType
     }
 }
 
+/// A null text is the empty one.
+template <class Ch> const Ch* textOrEmpty(const Ch* text)
+{
+    static constexpr Ch empty[] = {0};
+    return text ? text : empty;
+}
+
 template <class Ch> BasicString<Ch> textOf(const ValueData& data)
 {
     BasicString<Ch> text(data.size() / sizeof(Ch), Ch());

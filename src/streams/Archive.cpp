@@ -1,6 +1,7 @@
 #include <tarn/Archive.h>
 
 #include "../foundation/Throw.h"
+#include "ArchiveTables.h"
 #include "ClassName.h"
 #include "NestingLevel.h"
 
@@ -11,11 +12,13 @@ constexpr unsigned int objectCookie = 0;
 constexpr unsigned int singleKey = 0;
 } // namespace
 
-Archive::Archive(InputStream& input, OutputStream& output) : input_(input), output_(output) {}
+Archive::Archive(InputStream& input, OutputStream& output)
+    : input_(input), output_(output), tables_(std::make_unique<Tables>())
+{
+}
 Archive::Archive(const Archive& other)
     : InputStream(other), OutputStream(other), input_(other.input_), output_(other.output_),
-      writtenKeys_(other.writtenKeys_), singleKeys_(other.singleKeys_), sharedObjects_(other.sharedObjects_),
-      strayObjects_(other.strayObjects_), keys_(other.keys_) // It begins on the outside, wherever it is made.
+      tables_(std::make_unique<Tables>(*other.tables_)) // It begins on the outside, wherever it is made.
 {
 }
 Archive::~Archive() = default;
@@ -28,22 +31,22 @@ void Archive::writeObject(const Serializable* object) { writeObject(object, sing
 void Archive::writeObject(const ref_ptr<Serializable>& ptr)
 {
     const auto counter = reinterpret_cast<std::uintptr_t>(ptr.getIdentity());
-    writeObject(ptr.get(), keys_.of(counter, writtenKeys_));
+    writeObject(ptr.get(), tables_->keys.of(counter, tables_->written));
 }
 
 void Archive::writeObject(const Serializable* object, unsigned long key)
 {
     const auto word = static_cast<unsigned int>(key);
     OutputStream& out = *this;
-    if (word != singleKey && writtenKeys_.contains(word)) {
+    if (word != singleKey && tables_->written.contains(word)) {
         out << word;
         return;
     }
     const NestingLevel level(depth_);
     // The key is known before the data are written, so that a circle leads to a reference.
     if (word != singleKey)
-        writtenKeys_.insert(word);
-    out << objectCookie << word << ClassName(typeid(*object)).text();
+        tables_->written.insert(word);
+    out << objectCookie << word << ClassName(typeid(*object)).toWrite();
     object->serialize(*this);
 }
 
@@ -54,55 +57,46 @@ Serializable* Archive::readObject()
                                    "Dies deutet auf einen Fehler im Bin\xE4rstream hin!"));
     const NestingLevel level(depth_);
     const unsigned int key = readUInt32();
+    tables_->single.makeRoom(depth_); // For the objects around it, too: none is lost later for want of memory.
     Serializable* const object = createNamedOn(*this);
     object->deserialize(*this);
-    singleKeys_.insert(key);
+    tables_->addSingle(key);
     return object;
 }
 
 void Archive::readObject(ref_ptr<Serializable>& ptr)
 {
     if (const unsigned int reference = readUInt32(); reference != objectCookie) {
-        const auto found = sharedObjects_.find(reference);
-        if (found == sharedObjects_.end())
+        const unsigned int* const place = tables_->shared.find(reference);
+        if (!place)
             throwError(
                 Serializable::Exception("Der Stream enth\xE4lt eine Objektreferenz, nicht jedoch das Objekt selbst!"));
-        ptr = found->second;
+        ptr = tables_->objects[*place];
         return;
     }
     const NestingLevel level(depth_);
     const unsigned int key = readUInt32();
-    if (singleKeys_.contains(key))
+    if (tables_->isSingle(key))
         throwError(tarn::Exception("Das Objekt wurde zuvor als Single-Objekt gelesen und kann daher nicht als Referenz "
                                    "zur\xFC"
                                    "ckgegeben werden.\n"
                                    "M\xF6glicherweise liegt ein Fehler im Format des Bin\xE4streams vor!"));
-    ref_ptr<Serializable> object(createNamedOn(*this));
-    // Known before its data are read, so that references inside them find it.
-    if (key != singleKey)
-        keep(key, object);
-    try {
-        object->deserialize(*this);
-    } catch (...) {
-        if (object.getCount() == 1)
-            strayObjects_.push_back(object);
-        throw;
-    }
+    auto count = std::make_unique<unsigned int>(0);
+    tables_->makeRoom();
+    Serializable* const made = createNamedOn(*this);
+    ref_ptr<Serializable> object(count.release(), made);
+    // Known before its data are read, so that references inside them find it, and it is not lost when they fail.
+    const unsigned int place = tables_->add(key, object);
+    object->deserialize(*this);
+    if (key == singleKey)
+        tables_->drop(place);
     ptr.swap(object);
-}
-
-void Archive::keep(unsigned int key, const ref_ptr<Serializable>& object)
-{
-    ref_ptr<Serializable>& kept = sharedObjects_[key];
-    if (kept.getCount() == 1)
-        strayObjects_.push_back(kept);
-    kept = object;
 }
 
 void Archive::refuse(const ref_ptr<Serializable>& object, const std::type_info& expected)
 {
     if (object.getCount() == 1)
-        strayObjects_.push_back(object);
+        tables_->objects.push_back(object);
     const Serializable& found = *object;
     throwError(Serializable::Exception("An object of " + std::string(ClassName(typeid(found)).text()) +
                                        " was read where one of " + ClassName(expected).text() + " is expected"));
@@ -110,10 +104,8 @@ void Archive::refuse(const ref_ptr<Serializable>& object, const std::type_info& 
 
 std::vector<ref_ptr<Serializable>> Archive::getSharedObjects() const
 {
-    std::vector<ref_ptr<Serializable>> objects = strayObjects_;
-    objects.reserve(objects.size() + sharedObjects_.size());
-    for (const auto& [key, object] : sharedObjects_)
-        objects.push_back(object);
+    std::vector<ref_ptr<Serializable>> objects = tables_->objects;
+    std::erase(objects, nullptr);
     return objects;
 }
 

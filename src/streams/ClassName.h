@@ -1,11 +1,12 @@
 #pragma once
 
+#include "ClassRegistry.h"
+
 #include <string>
 #include <typeinfo>
 
 namespace tarn {
 class InputStream;
-class Serializable;
 
 /// The name by which streams know a type: the registered one, or "class " and the type's own name.
 class ClassName {
@@ -14,13 +15,15 @@ public:
     ClassName(const ClassName&) = delete;
     ClassName& operator=(const ClassName&) = delete;
 
-    const char* text() const { return registered_ ? registered_ : composed_.c_str(); }
+    const char* text() const;
+    /// As text(). Throws Serializable::Exception for a class whose objects would come back as another's.
+    const char* toWrite() const;
 
     /// A type's qualified name as programs spell it, without "class" or "struct".
     static std::string qualifiedName(const std::type_info& type);
 
 private:
-    const char* registered_;
+    const ClassRegistry::Registration* registration_;
     std::string composed_;
 };
 

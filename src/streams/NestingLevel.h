@@ -3,6 +3,7 @@
 #include <tarn/Archive.h>
 
 #include "../foundation/Throw.h"
+#include "Platform.h"
 
 #include <string>
 
@@ -10,10 +11,10 @@ namespace tarn {
 /// Counts the objects that are being written or read inside each other, in a counter of the caller's.
 class NestingLevel {
 public:
-    /// Throws Serializable::Exception beyond Archive::maxDepth.
+    /// Throws Serializable::Exception beyond Archive::maxDepth, and when the stack comes to its end.
     explicit NestingLevel(unsigned int& depth) : depth_(depth)
     {
-        if (depth == Archive::maxDepth)
+        if (depth == Archive::maxDepth || !stackHasRoom())
             throwError(Serializable::Exception("Objects are nested more than " + std::to_string(Archive::maxDepth) +
                                                " levels deep"));
         ++depth;

@@ -1,108 +1,67 @@
 #include <tarn/Serializable.h>
 
 #include <tarn/BasicString.h>
-#include <tarn/ConstString.h>
 #include <tarn/Stream.h>
 
 #include "../foundation/Throw.h"
 #include "ClassName.h"
+#include "ClassRegistry.h"
+#include "Platform.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <cxxabi.h>
-#include <map>
 #include <memory>
-#include <typeindex>
-#include <unordered_map>
 
 namespace tarn {
-namespace {
-// Over the length of the shorter name only: a name equals each one that continues it. Among registered
-// names no two are equal in this way, which is what keeps them in order.
-struct ShorterFirst {
-    bool operator()(const ConstString<char>& a, const ConstString<char>& b) const
-    {
-        return std::char_traits<char>::compare(a.data(), b.data(), std::min(a.length(), b.length())) < 0;
-    }
-};
-
-using Creator = Serializable* (*)();
-
-// The tables are never destroyed: objects are written and read in the destructors of static objects, too.
-std::map<ConstString<char>, Creator, ShorterFirst>& creators()
-{
-    static auto& all = *new std::map<ConstString<char>, Creator, ShorterFirst>;
-    return all;
-}
-
-/// The registered types, by their identity and, since each module may have a copy of it, by where it lies.
-struct RegisteredTypes {
-    std::unordered_map<std::type_index, std::string> names;
-    std::unordered_map<const std::type_info*, const char*> namesByAddress;
-};
-
-RegisteredTypes& registeredTypes()
-{
-    static auto& all = *new RegisteredTypes;
-    return all;
-}
-
-// The length is counted once, not at every comparison.
-ConstString<char> measured(const char* name)
-{
-    const ConstString<char> text(name ? name : "");
-    return ConstString<char>(text.data(), text.length());
-}
-} // namespace
-
 Serializable::Exception::Exception(const std::string& description) : tarn::Exception(description) {}
 Serializable::Exception::Exception(const Exception&) = default;
 Serializable::Exception& Serializable::Exception::operator=(const Exception&) = default;
 Serializable::Exception::~Exception() = default;
 
-void Serializable::addCreator(const char* name, Creator creator) { creators().try_emplace(measured(name), creator); }
+void Serializable::addCreator(const char* name, Serializable* (*creator)()) { ClassRegistry::get().add(name, creator); }
 
 Serializable* Serializable::create(const char* name)
 {
-    const auto found = creators().find(measured(name));
-    if (found == creators().end())
-        throwError(
-            Exception(std::string("Klassendefinition nicht gefunden - ein Objekt vom Typ SerializableImpl sollte "
-                                  "f\xFCr die Klasse \"") +
-                      (name ? name : "") + "\" angelegt werden"));
-    return found->second();
+    if (const auto creator = ClassRegistry::get().creatorOf(name))
+        return creator();
+    throwError(Exception(std::string("Klassendefinition nicht gefunden - ein Objekt vom Typ SerializableImpl sollte "
+                                     "f\xFCr die Klasse \"") +
+                         (name ? name : "") + "\" angelegt werden"));
 }
-
-namespace {
-const char* registeredName(const std::type_info& type)
-{
-    const RegisteredTypes& types = registeredTypes();
-    if (const auto found = types.namesByAddress.find(&type); found != types.namesByAddress.end())
-        return found->second;
-    const auto found = types.names.find(type);
-    return found != types.names.end() ? found->second.c_str() : nullptr;
-}
-} // namespace
 
 namespace detail {
-void registerClassAs(const std::type_info& type, const char* name, Creator creator)
+void registerClassAs(const std::type_info& type, const char* name, Serializable* (*creator)(), const void* owner)
 {
-    const auto [entry, isNew] = registeredTypes().names.try_emplace(type, name);
-    registeredTypes().namesByAddress.try_emplace(&type, entry->second.c_str());
-    if (isNew)
-        Serializable::addCreator(entry->second.c_str(), creator);
+    ClassRegistry::get().add(name, creator, type, owner);
 }
 
-void registerClass(const std::type_info& type, const char* keyword, Creator creator)
+void registerClass(const std::type_info& type, const char* keyword, Serializable* (*creator)(), const void* owner)
 {
-    registerClassAs(type, (keyword + ClassName::qualifiedName(type)).c_str(), creator);
+    registerClassAs(type, (keyword + ClassName::qualifiedName(type)).c_str(), creator, owner);
+}
+
+void unregisterClass(const void* owner) noexcept
+{
+    // The program's own classes stay to its very end, whatever the order in which its static objects die.
+    if (liesInLibrary(owner))
+        ClassRegistry::get().remove(owner);
 }
 } // namespace detail
 
-ClassName::ClassName(const std::type_info& type) : registered_(registeredName(type))
+ClassName::ClassName(const std::type_info& type) : registration_(ClassRegistry::get().firstOf(type))
 {
-    if (!registered_)
+    if (!registration_)
         composed_ = "class " + qualifiedName(type);
+}
+
+const char* ClassName::text() const { return registration_ ? registration_->name.data() : composed_.c_str(); }
+
+const char* ClassName::toWrite() const
+{
+    if (registration_ && registration_->isShadowed)
+        throwError(Serializable::Exception('"' + std::string(text()) + "\" is the name of another class, too"));
+    return text();
 }
 
 std::string ClassName::qualifiedName(const std::type_info& type)

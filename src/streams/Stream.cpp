@@ -50,7 +50,7 @@ Serializable* InputStream::readObject()
 void OutputStream::writeObject(Serializable* object)
 {
     const NestingLevel level(depthOnThisThread);
-    *this << ClassName(typeid(*object)).text();
+    *this << ClassName(typeid(*object)).toWrite();
     object->serialize(*this);
 }
 

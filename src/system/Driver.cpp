@@ -2,6 +2,8 @@
 
 #include <tarn/Exception.h>
 
+#include "../foundation/Closing.h"
+
 namespace tarn {
 #ifdef __i386__
 static_assert(sizeof(Driver) == 12);
@@ -20,6 +22,11 @@ Driver::Driver(const wchar_t* name, const wchar_t* displayName, const wchar_t* b
     }
 }
 
+Driver::~Driver() noexcept(false)
+{
+    closeAtEnd([this] { unload(); });
+}
+
 void Driver::openOrCreate(const wchar_t* name, const wchar_t* displayName, const wchar_t* binaryPath)
 {
     try {
@@ -34,11 +41,27 @@ void Driver::openOrCreate(const wchar_t* name, const wchar_t* displayName, const
     }
 }
 
+// No two services have the same display name.
+bool Driver::shows(const wchar_t* displayName) const
+{
+    constexpr DWORD longest = 8192;
+    alignas(QUERY_SERVICE_CONFIGW) char buffer[longest];
+    auto* const config = reinterpret_cast<QUERY_SERVICE_CONFIGW*>(buffer);
+    DWORD needed = 0;
+    return QueryServiceConfigW(service_.getHandle(), config, longest, &needed) &&
+           lstrcmpiW(config->lpDisplayName, displayName) == 0;
+}
+
 void Driver::load(const wchar_t* name, const wchar_t* displayName, const wchar_t* binaryPath)
 {
-    created_ = false;
-    manager_.open(READ_CONTROL);
-    openOrCreate(name, displayName, binaryPath);
+    // Its handle is kept, since it alone may delete the service.
+    const bool again = created_ && shows(displayName && *displayName ? displayName : name);
+    if (!again) {
+        if (created_)
+            unload();
+        manager_.open(READ_CONTROL);
+        openOrCreate(name, displayName, binaryPath);
+    }
     try {
         service_.start();
     } catch (const WindowsError& e) {

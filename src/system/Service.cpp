@@ -1,6 +1,7 @@
 #include <tarn/Service.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/Closing.h"
 #include "ServiceApi.h"
 
 #include <utility>
@@ -24,6 +25,11 @@ template <class Ch> void startWith(SC_HANDLE service, const Ch** arguments, unsi
     ensure(startService(service, count, arguments), "Can't start service");
 }
 } // namespace
+
+ServiceHandle::~ServiceHandle() noexcept(false)
+{
+    closeAtEnd([this] { close(); });
+}
 
 void ServiceHandle::close()
 {

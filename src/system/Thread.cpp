@@ -2,10 +2,28 @@
 
 #include "../foundation/Check.h"
 
+#include <cstdio>
+#include <exception>
+#include <typeinfo>
+
 namespace tarn {
 #ifdef __i386__
 static_assert(sizeof(Thread) == sizeof(WindowsHandle) + 4 + 4 + sizeof(Mutex));
 #endif
+
+namespace {
+constexpr const char* failedStart = "Can't create thread";
+constexpr auto failedCount = static_cast<DWORD>(-1); // Of SuspendThread and ResumeThread.
+
+[[noreturn]] void endProgram()
+{
+    constexpr const char* text = "tarn::Thread: the object was destroyed before its thread came to run(). "
+                                 "Call join() in the destructor of the derived class.\n";
+    OutputDebugStringA(text);
+    std::fputs(text, stderr);
+    std::terminate();
+}
+} // namespace
 
 Thread::Thread() : mutex_(false) {}
 
@@ -22,15 +40,16 @@ void Thread::start(bool suspended)
 {
     const AutoLock lock(mutex_);
     close();
-    // Set before there is a thread: a short run() may have cleared it when CreateThread returns.
-    const bool before = running_;
-    running_ = true;
-    void* const thread = CreateThread(nullptr, 0, &Thread::proc, this, suspended ? CREATE_SUSPENDED : 0, &id_);
-    if (!thread) {
-        running_ = before;
-        throwLastError("Can't create thread");
+    // It waits until the object knows of it: run() may be short. A start that fails changes nothing.
+    DWORD id = 0;
+    attach(ensure(CreateThread(nullptr, 0, &Thread::proc, this, CREATE_SUSPENDED, &id), failedStart));
+    running_ = id_ = id;
+    if (!suspended && ResumeThread(getHandle()) == failedCount) {
+        const DWORD error = GetLastError();
+        TerminateThread(getHandle(), 0); // It has not begun.
+        running_ = 0;
+        throwWindowsError(error, failedStart);
     }
-    attach(thread);
 }
 
 unsigned long Thread::join()
@@ -44,13 +63,13 @@ unsigned long Thread::join()
     return code;
 }
 
-void Thread::suspend() const { ensureNot(static_cast<DWORD>(-1), SuspendThread(getHandle()), "Can't suspend thread"); }
-void Thread::resume() const { ensureNot(static_cast<DWORD>(-1), ResumeThread(getHandle()), "Can't resume thread"); }
+void Thread::suspend() const { ensureNot(failedCount, SuspendThread(getHandle()), "Can't suspend thread"); }
+void Thread::resume() const { ensureNot(failedCount, ResumeThread(getHandle()), "Can't resume thread"); }
 
 bool Thread::isRunning() const
 {
     const AutoLock lock(mutex_);
-    return running_;
+    return running_ != 0;
 }
 
 unsigned long Thread::getID() const
@@ -62,27 +81,35 @@ unsigned long Thread::getID() const
 bool Thread::isCurrent() const
 {
     const AutoLock lock(mutex_);
-    return running_ && id_ == GetCurrentThreadId();
+    return running_ == GetCurrentThreadId();
 }
 
 unsigned long Thread::getCurrentID() { return GetCurrentThreadId(); }
 
 void Thread::exit(unsigned long code)
 {
-    running_ = false;
+    noteEnd();
     ExitThread(code);
+}
+
+void Thread::noteEnd()
+{
+    DWORD self = GetCurrentThreadId();
+    running_.compare_exchange_strong(self, 0);
 }
 
 // Takes no lock: the thread that joins this one holds it.
 DWORD WINAPI Thread::proc(void* object)
 {
     auto* const thread = static_cast<Thread*>(object);
+    if (typeid(*thread) == typeid(Thread))
+        endProgram();
     DWORD code = 0;
     try {
         code = thread->run();
     } catch (...) {
     }
-    thread->running_ = false;
+    thread->noteEnd();
     return code;
 }
 } // namespace tarn

@@ -88,6 +88,8 @@ TEST_CASE("Factory: a new object has one reference, and every failure is a resul
         {[](IUnknown*) -> IUnknownImpl* { throw tarn::COMError(0x80040110); }, CLASS_E_NOAGGREGATION},
         {[](IUnknown*) -> IUnknownImpl* { throw std::runtime_error("no"); }, E_FAIL},
         {[](IUnknown*) -> IUnknownImpl* { throw 1; }, E_FAIL},
+        {[](IUnknown*) -> IUnknownImpl* { throw tarn::WindowsError(ERROR_SUCCESS); }, E_FAIL},
+        {[](IUnknown*) -> IUnknownImpl* { throw tarn::COMError(S_FALSE); }, E_FAIL},
     }));
     void* object = nullptr;
     CHECK(create(creator, IID_IDispatch, &object) == expected);

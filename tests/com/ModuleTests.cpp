@@ -11,6 +11,7 @@
 #include <tarn/WindowClass.h>
 #include <tarn/WindowsModule.h>
 
+#include <memory>
 #include <stdexcept>
 #include <thread>
 
@@ -24,10 +25,25 @@ using Text = tarn::BasicString<wchar_t>;
 namespace {
 const Text classPath = L"CLSID\\" + tarn::toWString(CLSID_Persistent);
 const Text userClassPath = L"Software\\Classes\\" + classPath;
+const Text program = Text(L"Software\\Classes\\") + support::persistentProgID;
+constexpr const wchar_t* otherProgID = L"Tarn.Other";
+const COMModule::Class otherClass = {
+    {0x2b1c7a04, 0x51de, 0x4a6b, {0x8f, 0x10, 0x3c, 0x92, 0x6e, 0x55, 0x01, 0xd8}}, nullptr, L"Other test object"};
+const Text otherClassPath = L"Software\\Classes\\CLSID\\" + tarn::toWString(otherClass.clsid);
 
 Text userText(const Text& path, const wchar_t* name = L"")
 {
     return RegistryKey(HKEY_CURRENT_USER, path.c_str(), KEY_READ).getStringValue(name);
+}
+
+RegistryKey userKey(const Text& path) { return RegistryKey(HKEY_CURRENT_USER, path.c_str(), KEY_ALL_ACCESS); }
+
+void setUserText(const Text& path, const wchar_t* name, const wchar_t* text)
+{
+    RegistryKey key;
+    key.create(HKEY_CURRENT_USER, path.c_str(), KEY_WRITE);
+    key.attach(key.detach(), true);
+    key.setValue(name, text);
 }
 
 Text folder() { return tarn::WindowsModule(static_cast<HINSTANCE>(nullptr)).getFilenameW().getDirectory(); }
@@ -41,6 +57,19 @@ COMModule::Class persistentClass(COMModule::ThreadingModel threading)
 HINSTANCE someDll() { return GetModuleHandleW(L"Tarn++U.dll"); }
 
 bool userHas(const Text& path) { return RegistryKey::existsKey(HKEY_CURRENT_USER, path.c_str()); }
+
+// The classes of the current user, which are as they were afterwards.
+struct UserClasses {
+    UserClasses() { clear(); }
+    ~UserClasses() { clear(); }
+    static void clear()
+    {
+        for (const Text& path : {userClassPath, program, otherClassPath, Text(L"Software\\Classes\\Tarn.Other")}) {
+            if (userHas(path))
+                RegistryKey(HKEY_CURRENT_USER, false).deleteKeyRecursive(path.c_str());
+        }
+    }
+};
 
 void run(const Text& commandLine)
 {
@@ -69,8 +98,8 @@ TEST_CASE("COMModule: hands out factories for the classes of its table", "[com][
 
 TEST_CASE("COMModule: registration writes its keys and unregistration removes just them", "[com][module]")
 {
-    const COMModule module(someDll(), {persistentClass(COMModule::both)});
-    const Text program = Text(L"Software\\Classes\\") + support::persistentProgID;
+    const UserClasses classes;
+    const COMModule module(someDll(), {otherClass, persistentClass(COMModule::both)});
     module.registerServer(COMModule::user);
     CHECK(userText(userClassPath) == L"Persistent test object");
     CHECK(userText(userClassPath + L"\\InprocServer32") == tarn::WindowsModule(someDll()).getFilenameW());
@@ -82,32 +111,80 @@ TEST_CASE("COMModule: registration writes its keys and unregistration removes ju
     SECTION("nothing is left")
     {
         module.unregisterServer(COMModule::user);
-        CHECK_FALSE((userHas(userClassPath) || userHas(program)));
+        CHECK_FALSE((userHas(userClassPath) || userHas(program) || userHas(otherClassPath)));
         CHECK_NOTHROW(module.unregisterServer(COMModule::user));
     }
-    SECTION("what others put there stays")
+    SECTION("what others put there stays, and stops no other class")
     {
-        RegistryKey(HKEY_CURRENT_USER, userClassPath.c_str(), KEY_WRITE).setValue(L"AppID", L"other");
-        RegistryKey(HKEY_CURRENT_USER, (program + L"\\CLSID").c_str(), KEY_WRITE).setValue(L"", L"{other}");
+        setUserText(userClassPath + L"\\InprocServer32", L"CodeBase", L"other");
+        setUserText(userClassPath + L"\\InprocServer32\\sub", L"", L"other");
+        setUserText(otherClassPath + L"\\InprocServer32", L"", L"other.dll");
+        setUserText(program + L"\\CLSID", L"", L"{other}");
         module.unregisterServer(COMModule::user);
-        CHECK(userText(userClassPath, L"AppID") == L"other");
-        CHECK_FALSE((userHas(userClassPath + L"\\InprocServer32") || userHas(userClassPath + L"\\ProgID")));
-        CHECK(userText(program + L"\\CLSID") == L"{other}");
-        const RegistryKey classes(HKEY_CURRENT_USER, L"Software\\Classes", KEY_ALL_ACCESS);
-        classes.deleteKeyRecursive(classPath.c_str());
-        classes.deleteKeyRecursive(support::persistentProgID);
+        const RegistryKey server(HKEY_CURRENT_USER, (userClassPath + L"\\InprocServer32").c_str(), KEY_READ);
+        CHECK((server.getValueCount() == 1 && server.existsKey(L"sub")));
+        CHECK_FALSE(userHas(userClassPath + L"\\ProgID"));
+        CHECK(userText(otherClassPath) == L"Other test object");
+        CHECK(userText(program) == L"Persistent test object");
     }
     SECTION("a program's entry and a DLL's live side by side")
     {
-        const COMModule local(GetModuleHandleW(nullptr), {persistentClass(COMModule::single)});
+        const COMModule local(GetModuleHandleW(nullptr), {persistentClass(COMModule::both)});
         local.registerServer(COMModule::user);
         CHECK(userText(userClassPath + L"\\LocalServer32").startsWith(L"\""));
+        CHECK(userKey(userClassPath + L"\\LocalServer32").getValueCount() == 1);
         module.unregisterServer(COMModule::user);
         CHECK_FALSE(userHas(userClassPath + L"\\InprocServer32"));
         CHECK(userText(program + L"\\CLSID") == tarn::toWString(CLSID_Persistent));
         local.unregisterServer(COMModule::user);
         CHECK_FALSE((userHas(userClassPath) || userHas(program)));
     }
+    SECTION("a model that is written by none takes the former one away")
+    {
+        COMModule(someDll(), {persistentClass(COMModule::single)}).registerServer(COMModule::user);
+        CHECK(userKey(userClassPath + L"\\InprocServer32").getValueCount() == 1);
+    }
+}
+
+TEST_CASE("COMModule: a registration that fails leaves everything as it was", "[com][module]")
+{
+    const UserClasses classes;
+    const bool wasRegistered = GENERATE(false, true);
+    if (wasRegistered)
+        COMModule(someDll(), {persistentClass(COMModule::both)}).registerServer(COMModule::user);
+    COMModule::Class renamed = persistentClass(COMModule::single), failing = otherClass;
+    renamed.name = L"Renamed";
+    const auto registering = [&] { COMModule(someDll(), {renamed, failing}).registerServer(COMModule::user); };
+    SECTION("for a name that is missing")
+    {
+        failing.name = nullptr;
+        support::expectWindowsError(registering, ERROR_INVALID_PARAMETER, "Can't register COM class without a name");
+    }
+    SECTION("for another's programmatic identifier")
+    {
+        failing.progID = otherProgID;
+        setUserText(L"Software\\Classes\\Tarn.Other", L"", L"Other's");
+        setUserText(L"Software\\Classes\\Tarn.Other\\CLSID", L"", tarn::toWString(IID_IDispatch).c_str());
+        support::expectWindowsError(registering, ERROR_ALREADY_EXISTS,
+                                    "Programmatic identifier of COM class belongs to another class");
+        CHECK(userText(L"Software\\Classes\\Tarn.Other") == L"Other's");
+        CHECK(userText(L"Software\\Classes\\Tarn.Other\\CLSID") == tarn::toWString(IID_IDispatch));
+    }
+    CHECK((userHas(userClassPath) == wasRegistered && userHas(program) == wasRegistered));
+    CHECK_FALSE(userHas(otherClassPath));
+    if (wasRegistered) {
+        CHECK(userText(userClassPath) == L"Persistent test object");
+        CHECK(userText(userClassPath + L"\\InprocServer32", L"ThreadingModel") == L"Both");
+    }
+}
+
+TEST_CASE("COMModule: getModule is the first that is alive", "[com][module]")
+{
+    auto first = std::make_unique<COMModule>(someDll(), std::initializer_list<COMModule::Class>());
+    const COMModule second(someDll(), {});
+    CHECK(&COMModule::getModule() == first.get());
+    first.reset();
+    CHECK(&COMModule::getModule() == &second);
 }
 
 TEST_CASE("COMModule: registered class factories can be had until they are revoked", "[com][module]")

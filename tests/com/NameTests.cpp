@@ -4,6 +4,7 @@
 #include <tarn/COMIdentifiers.h>
 #include <tarn/GUID.h>
 #include <tarn/RegistryKey.h>
+#include <tarn/RegistryValue.h>
 #include <tarn/WindowsModule.h>
 
 #include <com/NameLists.h>
@@ -36,7 +37,9 @@ const bool listsAreRead = [] {
     machine.create(HKEY_CURRENT_USER, path.c_str(), KEY_ALL_ACCESS);
     files.create(machine, "Software\\{8900105B-76C1-46DE-ACE4-F9A052866F80}\\Files", KEY_ALL_ACCESS);
     files.setValue("HRESULTs.txt", folder.write("HRESULTs.txt", hresultList).c_str());
-    files.setValue("GUIDs.txt", folder.write("GUIDs.txt", guidList).c_str());
+    folder.write("GUIDs.txt", guidList);
+    SetEnvironmentVariableA("tarn-test-names", folder.path().string().c_str());
+    files.setValue("GUIDs.txt", tarn::RegistryValue<char>("%tarn-test-names%\\GUIDs.txt", REG_EXPAND_SZ));
     RegOverridePredefKey(HKEY_LOCAL_MACHINE, machine);
     getHRESULTIdentifier(0);
     toAString(IID_NULL, true);

@@ -62,7 +62,18 @@ struct Commands : ContextMenuHandler {
 
 struct Drops : tarn::DropHandler {
     Drops() : DropHandler(nullptr, IID_IDropTarget) {}
-    void drop(const Items& items, unsigned long) override { dropped = items; }
+    unsigned long getEffect(const Items& items, unsigned long keys, unsigned long allowed) const override
+    {
+        if (keys == MK_CONTROL)
+            throw std::bad_alloc();
+        return DropHandler::getEffect(items, keys, allowed);
+    }
+    void drop(const Items& items, unsigned long) override
+    {
+        if (!dropped.empty())
+            throw tarn::WindowsError(ERROR_ACCESS_DENIED);
+        dropped = items;
+    }
     Items dropped;
 };
 
@@ -160,6 +171,12 @@ TEST_CASE("DropHandler: takes files onto its file and refuses the rest", "[com][
     CHECK((target->Drop(twoFiles(), 0, {}, &effect) == S_OK && drops->dropped.size() == 2));
     CHECK((target->Drop(nullptr, 0, {}, &effect) == S_OK && effect == DROPEFFECT_NONE));
     CHECK(drops->dropped.size() == 2); // The handler was not called.
+
+    effect = DROPEFFECT_COPY;
+    CHECK(target->Drop(twoFiles(), 0, {}, &effect) == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+    CHECK(effect == DROPEFFECT_NONE);
+    effect = DROPEFFECT_COPY;
+    CHECK((target->DragEnter(twoFiles(), MK_CONTROL, {}, &effect) == E_OUTOFMEMORY && effect == DROPEFFECT_NONE));
 }
 
 TEST_CASE("PropertySheetHandler: what its pages throw is the result", "[com][shell]")

@@ -3,10 +3,13 @@
 
 #include <tarn/Atom.h>
 #include <tarn/BStr.h>
+#include <tarn/COMInterfacePointer.h>
 #include <tarn/SafeArray.h>
 #include <tarn/Variant.h>
 
+#include <array>
 #include <numeric>
+#include <span>
 #include <utility>
 
 using tarn::Atom;
@@ -19,6 +22,39 @@ using namespace std::string_literals;
 namespace {
 // The failing call's HRESULT.
 template <class Call> HRESULT failureOf(Call call) { return support::thrownBy<tarn::COMError>(call).getHRESULT(); }
+
+// Larger than what a variant holds.
+using Record = std::array<long, 5>;
+
+// What the system asks of a type of records.
+class Records : public IRecordInfo, public tarn::IUnknownImpl {
+public:
+    Records() : IUnknownImpl(nullptr) {}
+
+    TARN_IUNKNOWN_METHODS
+    HRESULT STDMETHODCALLTYPE RecordInit(void* record) override { return RecordClear(record); }
+    HRESULT STDMETHODCALLTYPE RecordClear(void* record) override { return *static_cast<Record*>(record) = {}, S_OK; }
+    HRESULT STDMETHODCALLTYPE RecordCopy(void* from, void* to) override
+    {
+        return *static_cast<Record*>(to) = *static_cast<Record*>(from), S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetGuid(GUID*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetName(BSTR*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetSize(ULONG* size) override { return *size = sizeof(Record), S_OK; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetField(void*, LPCOLESTR, VARIANT*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetFieldNoCopy(void*, LPCOLESTR, VARIANT*, void**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE PutField(ULONG, void*, LPCOLESTR, VARIANT*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE PutFieldNoCopy(ULONG, void*, LPCOLESTR, VARIANT*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetFieldNames(ULONG*, BSTR*) override { return E_NOTIMPL; }
+    BOOL STDMETHODCALLTYPE IsMatchingType(IRecordInfo* other) override { return other == this; }
+    void* STDMETHODCALLTYPE RecordCreate() override { return new Record{}; }
+    HRESULT STDMETHODCALLTYPE RecordCreateCopy(void* from, void** to) override
+    {
+        return *to = new Record(*static_cast<Record*>(from)), S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE RecordDestroy(void* record) override { return delete static_cast<Record*>(record), S_OK; }
+};
 
 constexpr LCID english = MAKELCID(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), SORT_DEFAULT);
 } // namespace
@@ -118,6 +154,27 @@ TEST_CASE("SafeArray: elements in place, of the right type only, and locked mean
     CHECK(failureOf([&] { SafeArray::Access<long long> wrong(matrix); }) == DISP_E_TYPEMISMATCH);
     matrix.resize(4);
     CHECK((matrix.getUpperBound(2) == 4 && matrix.getElement({0, 2}).dblVal == 2));
+}
+
+TEST_CASE("SafeArray: records come and go whole", "[com][safearray]")
+{
+    const tarn::COMInterfacePointer<IRecordInfo> info(new Records);
+    SAFEARRAYBOUND bound = {2, 0};
+    SafeArray records;
+    records.attach(SafeArrayCreateEx(VT_RECORD, 1, &bound, info.get()));
+    for (Record& record : std::span(static_cast<Record*>(records.get()->pvData), 2))
+        record = {1, 2, 3, 4, 5};
+    Variant element = records.getElement(1);
+    REQUIRE((element.getType() == VT_RECORD && element.pRecInfo == info));
+    CHECK(static_cast<Record*>(element.pvRecord)->at(4) == 5);
+    static_cast<Record*>(element.pvRecord)->at(4) = 6;
+    records.setElement(0, element);
+    CHECK(static_cast<Record*>(records.get()->pvData)->at(4) == 6);
+    CHECK(failureOf([&] { records.setElement(0, Variant(1)); }) == DISP_E_TYPEMISMATCH);
+    // Taken apart by hand, whatever the system does with the memory of a record that it clears.
+    const tarn::COMInterfacePointer<IRecordInfo> owner(element.pRecInfo);
+    owner->RecordDestroy(element.detach().pvRecord);
+    owner->Release();
 }
 
 TEST_CASE("SafeArray: copies are deep, also inside variants", "[com][safearray]")

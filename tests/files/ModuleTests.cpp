@@ -32,7 +32,22 @@ TEST_CASE("WindowsModule: what it loads is freed, what it queries is not", "[fil
         CHECK_FALSE(queried.isOwner());
     }
     CHECK_FALSE(isLoaded("resources.dll"));
-    CHECK(WindowsModule(L"resources.dll", LOAD_LIBRARY_AS_DATAFILE).isOwner());
+}
+
+TEST_CASE("WindowsModule: loads with flags, by a name that may lie in the module held before", "[files][module]")
+{
+    const tarn::BasicString<wchar_t> name(L"resources.dll");
+    WindowsModule module(name, LOAD_LIBRARY_AS_DATAFILE);
+    CHECK(module.isOwner());
+    module.load("resources.dll");
+    char* const inside = reinterpret_cast<char*>(module.getHandle()) + 2; // In the header, behind its mark.
+    DWORD protection = 0;
+    REQUIRE(VirtualProtect(inside, 16, PAGE_READWRITE, &protection));
+    std::strcpy(inside, "resources.dll");
+    module.load(inside);
+    CHECK(module.isOwner());
+    module.query(static_cast<const char*>(nullptr));
+    CHECK(module.getHandle() == GetModuleHandleA(nullptr));
 }
 
 TEMPLATE_TEST_CASE("WindowsModule: a missing module has the text of its call", "[files][module]", char, wchar_t)
@@ -83,6 +98,9 @@ TEST_CASE("WindowsModule: resources are looked for as BINARY whatever type is na
     expectWindowsError([&] { module.findResource("OTHER", 8); }, "Unable to find resource with type OTHER and id 8");
     expectWindowsError([&] { module.findResource(MAKEINTRESOURCEA(10), 8); },
                        "Unable to find resource with type 10 and id 8");
+    for (const int id : {65536 + 7, 7 - 65536})
+        expectWindowsError([&] { module.findResource("OTHER", id); }, ERROR_INVALID_PARAMETER,
+                           "Unable to find resource with type OTHER and id " + std::to_string(id));
 }
 
 TEST_CASE("WindowsModule: message texts keep their inserts and their line break", "[files][module]")
@@ -138,6 +156,19 @@ TEST_CASE("LocalMemory: movable memory is unlocked as often as it was locked, fi
         fixed.free();
     }
     CHECK(LocalFlags(block) == LMEM_INVALID_HANDLE);
+}
+
+TEST_CASE("LocalMemory: a block that came here locked stays movable, and freed it is fixed", "[files][memory]")
+{
+    const HLOCAL block = LocalAlloc(LMEM_MOVEABLE, 16);
+    void* const address = LocalLock(block);
+    LocalMemory memory(block, true);
+    CHECK_FALSE(memory.unlock());
+    CHECK(memory.isMovable());
+    CHECK(memory.lock() == address);
+    memory.free();
+    CHECK(memory.isFixed());
+    CHECK(memory.lock() == nullptr);
 }
 
 TEST_CASE("LocalMemory: each failing call has its text", "[files][memory]")

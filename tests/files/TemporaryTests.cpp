@@ -4,12 +4,17 @@
 #include <tarn/TemporaryDirectory.h>
 #include <tarn/TemporaryFile.h>
 #include <tarn/Windows.h>
+#include <tarn/WindowsFile.h>
 
+#include <atomic>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include "Expect.h"
 #include "ScratchFolder.h"
@@ -36,10 +41,23 @@ private:
     std::wstring old_;
 };
 
-/// Makes a link to a folder in any way that the platform has; false when there is none.
+/// Another current folder, for a scope.
+class CurrentFolder {
+public:
+    explicit CurrentFolder(const std::filesystem::path& folder) : old_(std::filesystem::current_path())
+    {
+        std::filesystem::current_path(folder);
+    }
+    ~CurrentFolder() { std::filesystem::current_path(old_); }
+
+private:
+    std::filesystem::path old_;
+};
+
+/// Makes a link in any way that the platform has; false when there is none.
 bool makeLink(const std::wstring& link, const std::wstring& target)
 {
-    constexpr DWORD toFolder = 1, unprivileged = 2;
+    const DWORD toFolder = std::filesystem::is_directory(target) ? 1 : 0, unprivileged = 2;
     CreateSymbolicLinkW(link.c_str(), target.c_str(), toFolder | unprivileged);
     if (exists(link))
         return true;
@@ -100,6 +118,14 @@ TEST_CASE("TemporaryFile: a file that could not be removed can be removed later"
     CHECK(file.getPathW().empty());
     file.remove();
 
+    {
+        TemporaryFile taken(L"");
+        REQUIRE(DeleteFileW(taken.getPathW().c_str()));
+        CHECK_THROWS_AS(taken.remove(), WindowsError);
+        CHECK_FALSE(taken.release().empty());
+        CHECK(taken.release().empty());
+    }
+
     // A destructor that may throw, as it says.
     auto* const other = new TemporaryFile(L"");
     const Handle open = opened(*other, FILE_FLAG_DELETE_ON_CLOSE);
@@ -117,41 +143,71 @@ TEST_CASE("TemporaryFile: where no file can be created there is none", "[files][
     CHECK(std::string(noFolder.getDescription()).starts_with("Can't "));
 }
 
-TEST_CASE("TemporaryDirectory: it takes everything in it along, and goes with the first of its copies",
+TEST_CASE("TemporaryDirectory: it takes everything in it along and nothing else, and goes with the first of its copies",
           "[files][temporary]")
 {
+    const support::ScratchFolder outside;
+    const CurrentFolder current(outside.path());
+    outside.write("keep", "this");
     const TemporaryDirectory folder(nullptr, L"tar"), other(nullptr, L"tar");
-    const BasicString<wchar_t> path = static_cast<const wchar_t*>(folder);
+    const std::wstring path = static_cast<const wchar_t*>(folder);
     CHECK((GetFileAttributesW(folder) & FILE_ATTRIBUTE_DIRECTORY) != 0);
     CHECK(path != static_cast<const wchar_t*>(other));
-    REQUIRE(CreateDirectoryW((path + L"\\with blanks").c_str(), nullptr));
-    REQUIRE(CreateDirectoryW((path + L"\\with blanks\\empty").c_str(), nullptr));
-    std::ofstream(path + L"\\with blanks\\read only.txt") << "x";
-    REQUIRE(SetFileAttributesW((path + L"\\with blanks\\read only.txt").c_str(), FILE_ATTRIBUTE_READONLY));
+    std::ofstream(std::filesystem::path(path) / "read only.txt") << "x";
+    REQUIRE(CreateHardLinkW(outside.file(L"other name").c_str(), (path + L"\\read only.txt").c_str(), nullptr));
+    REQUIRE(SetFileAttributesW((path + L"\\read only.txt").c_str(), FILE_ATTRIBUTE_READONLY));
+    std::wstring deep = L"\\\\?\\" + path + L"\\with blanks";
+    for (int level = 0; level < 20; ++level, deep += L"\\" + std::wstring(20, L'd'))
+        REQUIRE(CreateDirectoryW(deep.c_str(), nullptr));
+    WindowsFile(deep.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
     {
         const TemporaryDirectory copy(folder);
         CHECK(std::wstring(copy) == path);
     }
-    CHECK_FALSE(exists(path));
+    CHECK_FALSE(exists(path.c_str()));
+    CHECK(outside.read("keep") == "this");
+    CHECK((GetFileAttributesW(L"other name") & FILE_ATTRIBUTE_READONLY) != 0);
+    SetFileAttributesW(L"other name", FILE_ATTRIBUTE_NORMAL);
 }
 
 TEST_CASE("TemporaryDirectory: it follows no link out of the tree", "[files][temporary]")
 {
     const support::ScratchFolder outside;
     outside.write("keep", "this");
-    BasicString<wchar_t> path;
+    const std::wstring empty = outside.file(L"empty");
+    REQUIRE(CreateDirectoryW(empty.c_str(), nullptr));
+    std::wstring path;
     {
         const TemporaryDirectory folder(nullptr, L"tar");
         path = static_cast<const wchar_t*>(folder);
-        std::ofstream(path + L"\\inside") << "x";
-        if (!makeLink(path + L"\\link", outside.path().wstring()))
-            WARN("No way to make a link to a folder");
-        else
-            CHECK(exists(path + L"\\link\\keep"));
+        std::ofstream(std::filesystem::path(path) / "inside") << "x";
+        for (const std::wstring& target : {outside.path().wstring(), empty, outside.file(L"keep")})
+            if (!makeLink(path + L"\\link-" + std::filesystem::path(target).filename().wstring(), target))
+                WARN("No way to make a link");
     }
     CHECK(outside.read("keep") == "this");
-    if (exists(path))
-        WARN("The platform cannot delete a link to a folder, as Wine cannot, and so the folder stays");
+    CHECK(exists(empty.c_str()));
+    CHECK_FALSE(exists((path + L"\\inside").c_str()));
+    if (exists(path.c_str()))
+        WARN("The platform cannot delete links, as Wine cannot, and so the folder stays");
+}
+
+TEST_CASE("TemporaryDirectory: a name that a rival has taken is no failure", "[files][temporary]")
+{
+    std::atomic<int> made = 0;
+    std::vector<std::thread> rivals;
+    for (int i = 0; i < 100; ++i)
+        rivals.emplace_back([&] {
+            for (int turn = 0; turn < 5; ++turn)
+                try {
+                    const TemporaryDirectory folder(nullptr, L"tar");
+                    ++made;
+                } catch (const CRTError&) {
+                }
+        });
+    for (std::thread& rival : rivals)
+        rival.join();
+    CHECK(made == 500);
 }
 
 TEST_CASE("TemporaryDirectory: what stands in its way is named", "[files][temporary]")
@@ -170,6 +226,14 @@ TEST_CASE("TemporaryDirectory: what stands in its way is named", "[files][tempor
     const Variable nowhere(L"TMP", L"C:\\no such folder");
     const std::string noName = failureIn(L"C:\\no such folder either"); // Wine's runtime library has no default.
     CHECK((noName.empty() || noName.starts_with("Can't create temporary name: ")));
+
+    // Too long for any name in it, although there is such a folder.
+    const std::wstring deep = scratch.path().wstring() + L"\\" + std::wstring(250, L'y');
+    CreateDirectoryW((L"\\\\?\\" + deep).c_str(), nullptr);
+    {
+        const Variable tmp(L"TMP", deep.c_str());
+        CHECK(failureIn(nullptr).starts_with("Can't create temporary name: "));
+    }
 
     // Long enough for the names of files, and too long for those of folders.
     std::wstring path = scratch.path().wstring();

@@ -17,10 +17,10 @@ TEST_CASE("trace: each new line begins with the thread's identifier", "[foundati
 {
     tarn::trace("\n");
     const DebuggerOutput output;
-    for (const char* text : {"x", "y\n", ""})
+    for (const char* text : {"x", "y\n", "", static_cast<const char*>(nullptr)})
         tarn::trace(text);
     tarn::trace(L"z"); // The empty text has begun the line already.
-    CHECK(output.calls() == Calls{prefix, "x", "y\n", prefix, "", "z"});
+    CHECK(output.calls() == Calls{prefix, "x", "y\n", prefix, "", "", "z"});
 }
 
 TEST_CASE("dbg: text reaches the debugger when the stream is flushed or ends, and only then", "[foundation][debug]")
@@ -30,8 +30,8 @@ TEST_CASE("dbg: text reaches the debugger when the stream is flushed or ends, an
     tarn::dbg << 'a' << 'b';
     CHECK(output.calls().empty());
     tarn::dbg << std::endl;
-    tarn::wdbg << L"wide" << std::endl;
-    Calls expected{prefix, "ab\n", prefix, "wide\n"};
+    tarn::wdbg << L"wide" << L'\0' << L"r" << std::endl; // A zero does not end the line.
+    Calls expected{prefix, "ab\n", prefix, "wide r\n"};
     CHECK(output.calls() == expected);
     {
         tarn::DebugBuf<char> buffer;

@@ -7,6 +7,7 @@
 #include <tarn/Exception.h>
 #include <tarn/WindowsModule.h>
 
+#include <array>
 #include <cstring>
 
 using support::systemText;
@@ -59,6 +60,13 @@ TEST_CASE("WindowsError: the text is the description and the system's", "[founda
     {
         CHECK(what(WindowsError(0x2FFFFFFF, "d")) == "d: Windows error 0x2fffffff");
         CHECK(what(WindowsError(ERROR_BAD_EXE_FORMAT)) == "Windows error 0xc1");
+    }
+    SECTION("asking for the text leaves the thread's last error alone")
+    {
+        SetLastError(ERROR_NOT_READY);
+        CHECK(what(WindowsError(0x2FFFFFFF)) == "Windows error 0x2fffffff");
+        CHECK(what(WindowsError(2221)).size() > 0);
+        CHECK(GetLastError() == ERROR_NOT_READY);
     }
     SECTION("the last error is read at construction")
     {
@@ -125,6 +133,8 @@ TEST_CASE("HRESULT: errors map to results and back", "[foundation][exception]")
     CHECK(resultOf(std::bad_alloc()) == E_OUTOFMEMORY);
     CHECK(resultOf(tarn::COMError(0x80030002)) == asResult(0x80030002));
     CHECK(resultOf(WindowsError(5)) == asResult(0x80070005));
+    CHECK(resultOf(WindowsError(ERROR_SUCCESS)) == E_FAIL); // An error is never reported as success.
+    CHECK(resultOf(tarn::COMError(S_FALSE)) == E_FAIL);
 }
 
 TEST_CASE("numericCast: a value out of range throws the promised text", "[foundation][exception]")
@@ -144,6 +154,7 @@ TEST_CASE("Array: owns a deep copy and reports exhausted memory", "[foundation][
     CHECK(a[2] == 'x');
     a = b;
     CHECK(a[2] == 'y');
-    support::expectError<tarn::BadAllocation>([] { allocateAll<char>(); }, "bad allocation");
-    support::expectError<tarn::BadAllocation>([] { allocateAll<long long>(); }, "bad allocation");
+    support::expectError<tarn::BadAllocation>([] { allocateAll<std::array<char, 0x10000>>(); }, "bad allocation");
+    if constexpr (sizeof(void*) == 4) // In 64 bits there is room for four gigabytes.
+        support::expectError<tarn::BadAllocation>([] { allocateAll<char>(); }, "bad allocation");
 }

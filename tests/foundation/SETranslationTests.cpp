@@ -1,5 +1,6 @@
 #include <catch2/catch.hpp>
 
+#include "Counts.h"
 #include "Expect.h"
 
 #include <tarn/Exception.h>
@@ -16,14 +17,50 @@ volatile int sink = 0;
 
 void touchNothing() { sink = *nowhere; }
 void divideByZero() { sink = 1 / zero; }
-void callNothing()
+void callAddress(ULONG_PTR address)
 {
-    void (*volatile function)() = nullptr;
+    void (*volatile function)() = reinterpret_cast<void (*)()>(address);
     function();
+    sink = 0; // So that the call is not the jump that ends this function.
 }
 
+#ifdef __x86_64__
+// What compilers may write: a jump through a pointer that is none, which ends its function when the stack is
+// the caller's again; and an instruction whose bytes from the second on look like the end of a function.
+asm(R"(
+    .seh_proc jumpAtEnd
+jumpAtEnd:
+    pushq %rbx
+    .seh_pushreg %rbx
+    subq $32, %rsp
+    .seh_stackalloc 32
+    .seh_endprologue
+    movl $8, %eax
+    movl %eax, %ebx
+    addq $32, %rsp
+    popq %rbx
+    rex.W jmp *(%rax)
+    .seh_endproc
+    .seh_proc looksLikeAnEnd
+looksLikeAnEnd:
+    pushq %rbx
+    .seh_pushreg %rbx
+    subq $32, %rsp
+    .seh_stackalloc 32
+    .seh_endprologue
+    xorl %ebx, %ebx
+    .byte 0x8b, 0x5b, 0xc3 # movl -0x3d(%rbx), %ebx; without the first: popq %rbx; ret
+    addq $32, %rsp
+    popq %rbx
+    ret
+    .seh_endproc
+)");
+extern "C" void jumpAtEnd() asm("jumpAtEnd");
+extern "C" void looksLikeAnEnd() asm("looksLikeAnEnd");
+#endif
+
 // The code of the SEHError that a fault becomes, behind a frame whose destructor has to run.
-unsigned long codeOf(void (*fault)())
+template <class Call> unsigned long codeOf(Call fault)
 {
     const auto alive = std::make_shared<int>();
     const auto error = support::thrownBy<tarn::SEHError>([&] {
@@ -33,28 +70,44 @@ unsigned long codeOf(void (*fault)())
     CHECK(alive.use_count() == 1);
     return error.getCode();
 }
+
+struct Translator {
+    explicit Translator(tarn::SETranslator own) : previous(tarn::setSETranslator(own)) {}
+    Translator(const Translator&) = delete;
+    Translator& operator=(const Translator&) = delete;
+    ~Translator() { tarn::setSETranslator(previous); }
+    const tarn::SETranslator previous;
+};
 } // namespace
 
 TEST_CASE("SEHError: faults arrive as exceptions, destructors run, the last error stays", "[foundation][seh]")
 {
+    CHECK(codeOf(divideByZero) == EXCEPTION_INT_DIVIDE_BY_ZERO); // The compiler's first throw changes the last error.
     SetLastError(1234);
     CHECK(codeOf(touchNothing) == EXCEPTION_ACCESS_VIOLATION);
     CHECK(GetLastError() == 1234);
-    CHECK(codeOf(divideByZero) == EXCEPTION_INT_DIVIDE_BY_ZERO);
-    CHECK(codeOf(callNothing) == EXCEPTION_ACCESS_VIOLATION);
+    CHECK(codeOf([] { callAddress(0); }) == EXCEPTION_ACCESS_VIOLATION);
+    CHECK(codeOf([] { callAddress(~ULONG_PTR{0} / 3); }) == EXCEPTION_ACCESS_VIOLATION);
     CHECK(codeOf([] { asm volatile("ud2"); }) == EXCEPTION_ILLEGAL_INSTRUCTION);
+#ifdef __x86_64__
+    CHECK(codeOf(jumpAtEnd) == EXCEPTION_ACCESS_VIOLATION);
+    CHECK(codeOf(looksLikeAnEnd) == EXCEPTION_ACCESS_VIOLATION);
+#endif
 }
 
-TEST_CASE("SEHError: a try in the function that faults catches it", "[foundation][seh]")
+TEST_CASE("SEHError: a try in the function that faults catches it, and nothing is left over", "[foundation][seh]")
 {
-    for (int i = 0; i < 1000; ++i) {
+    const std::size_t bytes = support::usedBytes();
+    for (int i = 0; i < 100000; ++i) {
         try {
             *nowhere = i;
             FAIL("the write went through");
         } catch (const tarn::SEHError& error) {
-            REQUIRE(error.getCode() == EXCEPTION_ACCESS_VIOLATION);
+            if (error.getCode() != EXCEPTION_ACCESS_VIOLATION)
+                FAIL(error.getCode());
         }
     }
+    CHECK(support::usedBytes() < bytes + 10000);
 }
 
 TEST_CASE("SEHError: faults that the system handles itself stay undisturbed", "[foundation][seh]")
@@ -69,11 +122,10 @@ TEST_CASE("setSETranslator: a thread's own translator gets the fault as it was",
         unsigned int code;
         ULONG_PTR address;
     };
-    const tarn::SETranslator own = [](unsigned int code, EXCEPTION_POINTERS* info) {
+    const Translator own([](unsigned int code, EXCEPTION_POINTERS* info) {
         throw Fault{code, info->ExceptionRecord->ExceptionInformation[1]};
-    };
-    const tarn::SETranslator previous = tarn::setSETranslator(own);
-    CHECK(previous == &tarn::SEHError::translate);
+    });
+    CHECK(own.previous == &tarn::SEHError::translate);
     int* volatile odd = reinterpret_cast<int*>(8);
     try {
         sink = *odd;
@@ -85,5 +137,24 @@ TEST_CASE("setSETranslator: a thread's own translator gets the fault as it was",
     unsigned long elsewhere = 0;
     std::thread([&] { elsewhere = codeOf(divideByZero); }).join(); // Another thread has the library's.
     CHECK(elsewhere == EXCEPTION_INT_DIVIDE_BY_ZERO);
-    CHECK(tarn::setSETranslator(previous) == own);
+}
+
+TEST_CASE("setSETranslator: one fault needs no memory, and a translator may fault itself", "[foundation][seh]")
+{
+    static int more;
+    static bool keptInModule;
+    const Translator own([](unsigned int code, EXCEPTION_POINTERS* info) {
+        HMODULE module = nullptr;
+        keptInModule =
+            GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                               reinterpret_cast<const char*>(info->ContextRecord), &module);
+        if (more-- > 0)
+            CHECK(codeOf(touchNothing) == EXCEPTION_ACCESS_VIOLATION);
+        tarn::SEHError::translate(code, info);
+    });
+    more = 40;
+    CHECK(codeOf(divideByZero) == EXCEPTION_INT_DIVIDE_BY_ZERO);
+    for (int i = 0; i < 40; ++i)
+        CHECK(codeOf(divideByZero) == EXCEPTION_INT_DIVIDE_BY_ZERO);
+    CHECK(keptInModule);
 }

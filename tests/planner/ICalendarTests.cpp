@@ -9,14 +9,6 @@
 
 using namespace planner;
 
-namespace {
-void expectRefused(const std::string& text, const std::string& error)
-{
-    INFO(text);
-    support::expectError<tarn::Exception>([&] { readICalendar(text, Zone("UTC")); }, error);
-}
-} // namespace
-
 TEST_CASE("iCalendar: texts are unfolded, unescaped and read as UTF-8", "[planner]")
 {
     const Event event =
@@ -59,24 +51,37 @@ TEST_CASE("iCalendar: what is not understood is counted and told", "[planner]")
           L"The time zone \"Mars/Olympus\" is not known: its times are taken as those of your zone.\n");
 }
 
-TEST_CASE("iCalendar: a malformed file is refused with the number of the line", "[planner]")
+TEST_CASE("iCalendar: what is no calendar is refused, an event that breaks the rules is left out", "[planner]")
 {
-    const std::string begin = "BEGIN:VCALENDAR\n", event = begin + "BEGIN:VEVENT\nUID:1\n";
+    const auto expectRefused = [](const char* text, const char* error) {
+        support::expectError<tarn::Exception>([&] { readICalendar(text, Zone("UTC")); }, error);
+    };
     expectRefused("", "Line 1: the file is empty");
     expectRefused("VERSION:2.0\n", "Line 1: BEGIN:VCALENDAR is missing");
-    expectRefused(event, "Line 3: the file ends inside of VEVENT");
-    expectRefused(event + "END:VEVENT\n", "Line 2: the event that begins here has no DTSTART");
-    expectRefused(event + "X;Y=\"a:b\n", "Line 4: a quotation mark is missing");
-    expectRefused(event + "SUMMARY:\xC3(\n", "Line 4: not UTF-8");
-    const auto refused = [&](const std::string& lines, const std::string& error) {
-        expectRefused(event + lines + "END:VEVENT\nEND:VCALENDAR\n", error);
+
+    const auto expectLeftOut = [](const std::string& lines, const std::string& reason) {
+        INFO(lines);
+        const std::string whole = "BEGIN:VEVENT\nUID:whole\nDTSTART:20260101T000000\nEND:VEVENT\n";
+        const std::string bad = lines.empty() ? "" : lines + whole + "END:VCALENDAR\n";
+        const auto calendar = readICalendar("BEGIN:VCALENDAR\n" + whole + "BEGIN:VEVENT\nUID:1\n" + bad, Zone("UTC"));
+        CHECK(calendar.leftOut == std::vector<std::string>{reason});
+        CHECK(calendar.events.size() == (lines.empty() ? 1 : 2));
     };
-    refused("SUMMARY:a\\x\nDTSTART:20260101T000000\n", "Line 4: a backslash without a meaning");
-    refused("DTSTART:20260230T000000\n", "Line 4: Not an ISO 8601 time: \"2026-02-30T00:00:00\"");
-    refused("DTSTART:\xC3\x84xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx\n",
-            "Line 4: \"\xC4xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx...\" is not a date or a time");
-    refused("DTSTART:99991231T000000\nDURATION:P2D\n", "Line 4: It lies outside of the years that can be shown.");
-    refused("DTSTART:20260102T000000\nRRULE:FREQ=DAILY;COUNT=0\n", "Line 5: \"0\" is not a number from 1");
+    expectLeftOut("", "Line 7: the file ends inside of VEVENT");
+    expectLeftOut("BEGIN:VALARM\nEND:VEVENT\n", "Line 9: END:VEVENT inside of VALARM");
+    const auto expectBad = [&](const std::string& lines, const std::string& reason) {
+        expectLeftOut(lines + "END:VEVENT\n", reason);
+    };
+    expectBad("", "Line 6: the event that begins here has no DTSTART");
+    expectBad("X;Y=\"a:b\n", "Line 8: a quotation mark is missing");
+    expectBad("SUMMARY:\xC3(\n", "Line 8: not UTF-8");
+    expectBad("END:VTODO\n", "Line 8: END:VTODO without its BEGIN");
+    expectBad("SUMMARY:a\\x\nDTSTART:20260101T000000\n", "Line 8: a backslash without a meaning");
+    expectBad("DTSTART:20260230T000000\n", "Line 8: Not an ISO 8601 time: \"2026-02-30T00:00:00\"");
+    expectBad("DTSTART:\xC3\x84xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx\n",
+              "Line 8: \"\xC4xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx...\" is not a date or a time");
+    expectBad("DTSTART:99991231T000000\nDURATION:P2D\n", "Line 8: It lies outside of the years that can be shown.");
+    expectBad("DTSTART:20260102T000000\nRRULE:FREQ=DAILY;COUNT=0\n", "Line 9: \"0\" is not a number from 1");
 }
 
 TEST_CASE("iCalendar: remarks fit on a screen", "[planner]")
@@ -95,9 +100,10 @@ TEST_CASE("iCalendar: every truncation and every changed byte is read or refused
                                           "SUMMARY:\xC3\x84\\, b\r\n c\r\nRRULE:FREQ=WEEKLY;BYDAY=MO,TU;COUNT=3\r\n");
     const auto read = [](const std::string& damaged) {
         try {
-            for (const Event& event : readICalendar(damaged, Zone("UTC")).events)
+            const ImportedCalendar calendar = readICalendar(damaged, Zone("UTC"));
+            for (const Event& event : calendar.events)
                 event.validate();
-            return true;
+            return calendar.leftOut.empty();
         } catch (const tarn::Exception& e) {
             CHECK(std::string(e.what()).starts_with("Line "));
             return false;

@@ -114,6 +114,19 @@ TEST_CASE("RegistryKey: a copy of an owned key stands alone, a copy of a borrowe
     CHECK(RegistryKey(RegistryKey(HKEY_CURRENT_USER, true)).existsKey(L"Software"));
 }
 
+TEST_CASE("RegistryKey: keeps the view that it was opened in, as long as it has the key", "[registry]")
+{
+    const ScratchKey scratch;
+    RegistryKey key(scratch, L"", KEY_READ | KEY_WOW64_64KEY);
+    CHECK((key.getView() == KEY_WOW64_64KEY && RegistryKey(key).getView() == KEY_WOW64_64KEY));
+    const RegistryKey moved(std::move(key));
+    CHECK((moved.getView() == KEY_WOW64_64KEY && key.getView() == 0));
+    key.open(scratch, "", KEY_READ | KEY_WOW64_32KEY);
+    CHECK(key.getView() == KEY_WOW64_32KEY);
+    key.attach(key.detach(), true);
+    CHECK(key.getView() == 0);
+}
+
 TEMPLATE_TEST_CASE("RegistryKey: a key is there until it is deleted", "[registry]", char, wchar_t)
 {
     const ScratchKey scratch;

@@ -33,7 +33,8 @@ TEMPLATE_TEST_CASE("RegistryKey: deleteKeyRecursive deletes a subtree only", "[r
 {
     const ScratchKey scratch;
     scratch.makeKey(L"a\\b\\c");
-    scratch.makeKey(L"a\\d");
+    scratch.makeKey(L"a\\\x4E2D\\no code page has this name");
+    scratch.makeKey(L"a\\d", std::wstring(900, L'c').c_str());
     scratch.storeText(L"a\\b", L"v", L"text");
     scratch.makeKey(L"ab");
     const RegistryKey key(scratch, false);
@@ -43,6 +44,9 @@ TEMPLATE_TEST_CASE("RegistryKey: deleteKeyRecursive deletes a subtree only", "[r
     CHECK(scratch.hasKey(L"ab"));
     CHECK(support::openHandles() == before);
     expectWindowsError([&] { key.deleteKeyRecursive(TEXT_OF("a")); }, ERROR_FILE_NOT_FOUND, "Registry key not found");
+    const TestType* const none = nullptr;
+    expectWindowsError([&] { key.deleteKeyRecursive(none); }, ERROR_INVALID_PARAMETER, "");
+    CHECK(scratch.hasKey(L"ab"));
 }
 
 TEMPLATE_TEST_CASE("RegistryKey: cleanEmptyTree judges a key by what is in it", "[registry]", char, wchar_t)
@@ -86,7 +90,8 @@ TEST_CASE("RegistryKey: AddContentFrom copies all types, class names and subkeys
     scratch.store(L"from", L"none", REG_NONE, {});
     scratch.store(L"from", L"\x4E2D", REG_MULTI_SZ, {'a', 0});
     scratch.store(L"from", L"same", REG_DWORD, {1, 2, 3, 4});
-    scratch.makeKey(L"from\\sub\\\x0441\\deeper", L"a class");
+    const std::wstring className(900, L'c');
+    scratch.makeKey(L"from\\sub\\\x0441\\deeper", className.c_str());
     scratch.storeText(L"to", L"same", L"replaced");
     scratch.storeText(L"to\\sub", L"other", L"stays");
     scratch.makeKey(L"from\\kept", L"new class");
@@ -100,7 +105,7 @@ TEST_CASE("RegistryKey: AddContentFrom copies all types, class names and subkeys
         CHECK(scratch.hasValue(L"to", name));
         CHECK(scratch.stored(L"to", name) == scratch.stored(L"from", name));
     }
-    CHECK(scratch.classOf(L"to\\sub\\\x0441\\deeper") == L"a class");
+    CHECK(scratch.classOf(L"to\\sub\\\x0441\\deeper") == className);
     CHECK(scratch.classOf(L"to\\kept") == L"old class");
     CHECK(scratch.stored(L"to\\sub", L"other") == StoredValue{REG_SZ, bytesOf(L"stays")});
 }
@@ -125,6 +130,34 @@ TEST_CASE("RegistryKey: a key copied into its own subtree, or out of it, gives w
     for (const auto& [subkey, text] : row.texts)
         CHECK(RegistryKey(scratch, subkey, KEY_READ).getStringValue(L"v") == text);
     CHECK_FALSE(scratch.hasKey(L"t\\t\\t"));
+}
+
+TEST_CASE("RegistryKey: AddContentFrom into a volatile key makes volatile subkeys", "[registry]")
+{
+    const ScratchKey scratch;
+    scratch.storeText(L"from\\sub\\deeper", L"v", L"text");
+    RegistryKey to;
+    to.create(scratch, L"to", nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS, nullptr, nullptr);
+    to.attach(to.detach(), true);
+    to.AddContentFrom(RegistryKey(scratch, L"from", KEY_READ));
+    CHECK(scratch.hasValue(L"to\\sub\\deeper", L"v"));
+}
+
+TEST_CASE("RegistryKey: trees as deep as the registry allows are copied and deleted", "[registry]")
+{
+    const ScratchKey scratch;
+    RegistryKey inner(scratch, L"", KEY_ALL_ACCESS);
+    for (int level = 0; level < 500; ++level) {
+        RegistryKey next;
+        next.create(inner, L"k", KEY_ALL_ACCESS);
+        inner.attach(next.detach(), true);
+    }
+    const RegistryKey key(scratch, false);
+    scratch.makeKey(L"copy");
+    RegistryKey(scratch, L"copy", KEY_ALL_ACCESS).AddContentFrom(RegistryKey(scratch, L"k", KEY_READ));
+    key.deleteKeyRecursive(L"k");
+    key.cleanEmptyTree(L"copy");
+    CHECK_FALSE(key.hasSubkeys());
 }
 
 TEST_CASE("RegistryKey: AddContentFrom reports a source or target that does not allow it", "[registry]")

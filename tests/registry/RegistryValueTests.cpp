@@ -84,6 +84,23 @@ TEMPLATE_TEST_CASE("RegistryKey: texts are read up to a zero or their end", "[re
     expectWindowsError([&] { RegistryKey().getStringValue(TEXT_OF("v")); }, ERROR_INVALID_HANDLE, "");
 }
 
+TEMPLATE_TEST_CASE("RegistryKey: expanded texts have the variables of REG_EXPAND_SZ replaced", "[registry]", char,
+                   wchar_t)
+{
+    const ScratchKey scratch;
+    const RegistryKey key(scratch, false);
+    const std::wstring longValue(3000, L'v');
+    SetEnvironmentVariableW(L"tarn-test", longValue.c_str());
+    scratch.store(L"", L"v", REG_EXPAND_SZ, bytesOf(L"<%tarn-test%> %tarn-none%"));
+    scratch.storeText(L"", L"plain", L"%tarn-test%");
+    CHECK(key.getExpandedStringValue(TEXT_OF("v")) ==
+          BasicString<TestType>((L"<" + longValue + L"> %tarn-none%").c_str()));
+    CHECK(key.getExpandedStringValue(TEXT_OF("plain")) == TEXT_OF("%tarn-test%"));
+    SetEnvironmentVariableW(L"tarn-test", nullptr);
+    expectWindowsError([&] { key.getExpandedStringValue(TEXT_OF("none")); }, ERROR_FILE_NOT_FOUND,
+                       "Registry value not found");
+}
+
 TEST_CASE("RegistryKey: a text that grows while it is read comes whole", "[registry]")
 {
     const ScratchKey scratch;
@@ -142,8 +159,12 @@ TEMPLATE_TEST_CASE("RegistryKey: what is written is what the platform finds", "[
     CHECK(stored() == StoredValue{REG_DWORD, {1, 2, 3, 4}});
     key.setValue(TEXT_OF("v"), 0);
     CHECK(stored() == StoredValue{REG_DWORD, {0, 0, 0, 0}});
-    key.setValue(TEXT_OF("v"), TEXT_OF(""));
-    CHECK(stored() == StoredValue{REG_SZ, {0, 0}});
+    const TestType* const null = nullptr;
+    for (const TestType* empty : {TEXT_OF(""), null}) {
+        key.setValue(TEXT_OF("v"), empty);
+        CHECK(stored() == StoredValue{REG_SZ, {0, 0}});
+        CHECK(RegistryValue<TestType>(empty).getSize() == sizeof(TestType));
+    }
     CHECK(key.getValueSize(TEXT_OF("v")) == sizeof(TestType));
     key.setValue(TEXT_OF("v"), listOf<TestType>({"a", "b"}));
     CHECK(stored() == StoredValue{REG_MULTI_SZ, {'a', 0, 0, 0, 'b', 0, 0, 0, 0, 0}});

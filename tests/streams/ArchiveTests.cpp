@@ -1,8 +1,12 @@
+#include "Counts.h"
 #include "Expect.h"
 #include "Graph.h"
+#include "streams/ArchiveTables.h"
 
 #include <cstdint>
+#include <cstdlib>
 #include <optional>
+#include <stdexcept>
 
 using namespace tarn;
 using namespace std::string_literals;
@@ -156,8 +160,7 @@ TEST_CASE("Archive: records that cannot be are errors, and the caller's pointer 
     CHECK(xOf(read[0]) == 1);
 }
 
-TEST_CASE("Archive: a key that comes up again does not lose the object that only the archive still holds",
-          "[streams][archive]")
+TEST_CASE("Archive: a key that comes up again does not lose the object that had it", "[streams][archive]")
 {
     Memory reader(pointRecord(word(9), 1, 0) + pointRecord(word(9), 2, 0));
     ref_ptr<Serializable> ptr;
@@ -168,6 +171,13 @@ TEST_CASE("Archive: a key that comes up again does not lose the object that only
     const auto read = reader.archive.getSharedObjects();
     REQUIRE(read.size() == 2);
     CHECK(xOf(read[0]) == 1);
+
+    // The first refers to itself, and its data end early, behind another one of its key.
+    const std::string start = zero + word(9) + text("struct graph::Node") + text("") + zero + '\0';
+    const int before = graph::Counted::alive;
+    const std::string cut = start + '\1' + word(9) + '\1' + start;
+    CHECK(graph::readAndDiscard(cut.data(), static_cast<unsigned>(cut.size())) == "EndOfFile");
+    CHECK(graph::Counted::alive == before);
 }
 
 TEST_CASE("Archive: references need an archive behind the stream", "[streams][archive]")
@@ -199,34 +209,64 @@ TEST_CASE("Archive: a copy goes on with tables of its own", "[streams][archive]"
           pointRecord(keyOf(before), 1, 0) + keyOf(before) + afterRecord + afterRecord + keyOf(before));
 }
 
+namespace {
+/// Needs much of the stack to be read and written, and may lie in itself through archives of its own.
+struct Deep final : Serializable {
+    void serialize(OutputStream&) const override {}
+    void deserialize(InputStream& in) override
+    {
+        char locals[1000];
+        in.readFully(locals, 1);
+        ref_ptr<Serializable> inner;
+        MemoryOutputStream nowhere;
+        Archive own(in, nowhere);
+        (locals[0] == 'a' ? own : Archive::behind(in)) >> inner;
+    }
+};
+const SerializableImpl<Deep> deepRegistration("struct test::Deep");
+} // namespace
+
 TEST_CASE("Archive: nesting is limited in writing and in reading", "[streams][archive]")
 {
-    const auto chain = [](unsigned length) {
-        NodePtr first;
-        for (unsigned i = 0; i < length; ++i)
-            first = graph::makeNode("x", first);
-        return graph::archived(first);
-    };
     const std::string message = "Objects are nested more than 2000 levels deep";
+    NodePtr first;
+    for (unsigned i = 0; i < Archive::maxDepth; ++i)
+        first = graph::makeNode("x", first);
+    Memory deep(graph::archived(first));
+    NodePtr copy;
+    deep.archive >> copy;
+    CHECK(copy->left->left->name == "x");
+    expectError<Serializable::Exception>([&] { graph::archived(graph::makeNode("x", first)); }, message);
+
     std::string tooDeep;
     for (unsigned key = 1; key <= Archive::maxDepth + 1; ++key)
         tooDeep += zero + word(key) + text("struct graph::Node") + text("") + zero + "\0\1"s;
     Memory hostile(tooDeep);
-    NodePtr copy;
     expectError<Serializable::Exception>([&] { hostile.archive >> copy; }, message);
-    expectError<Serializable::Exception>([&] { chain(Archive::maxDepth + 1); }, message);
-    Memory deep(chain(Archive::maxDepth));
-    deep.archive >> copy;
-    CHECK(copy->left->left->name == "x");
+
+    SECTION("by the stack that is left, whatever the objects need of it and however many archives there are")
+    {
+        const char kind = GENERATE('a', 'b');
+        std::string data;
+        for (unsigned key = 1; key <= 10000; ++key)
+            data += zero + word(key) + text("struct test::Deep") + kind;
+        Memory reader(data);
+        ref_ptr<Serializable> ptr;
+        expectError<Serializable::Exception>([&] { reader.archive >> ptr; }, message);
+        CHECK(reader.archive.getSharedObjects().size() > (kind == 'a' ? 0 : 500));
+    }
 }
 
 TEST_CASE("AssignedKeys: counters whose addresses agree in their low half get keys of their own", "[streams][archive]")
 {
-    detail::AssignedKeys keys;
-    detail::KeySet taken;
-    for (const std::uint64_t counter : {0x100001000ull, 0x200001000ull, 0x300000000ull, 0x4FFFFFFFFull, 0x5FFFFFFFFull})
-        CHECK(taken.insert(keys.of(counter, taken)).second);
-    CHECK(taken == detail::KeySet{1, 2, 0x1000, 0x1001, 0xFFFFFFFF});
+    AssignedKeys keys;
+    KeySet taken;
+    const std::pair<std::uint64_t, unsigned> rows[] = {
+        {0x100001000, 0x1000}, {0x200001000, 0x1001}, {0x300000000, 1}, {0x4FFFFFFFF, 0xFFFFFFFF}, {0x5FFFFFFFF, 2}};
+    for (const auto& [counter, key] : rows) {
+        CHECK(keys.of(counter, taken) == key);
+        taken.insert(key);
+    }
     CHECK(keys.of(0x200001000, taken) == 0x1001);
     CHECK(keys.of(0, taken) == 0);
 }
@@ -256,4 +296,46 @@ TEST_CASE("ref_ptr: the last pointer destroys the object as its T", "[streams][r
     ref_ptr<Serializable>(new graph::Style).release();
     CHECK(Counted::alive == before + 1);
     --Counted::alive;
+}
+
+TEST_CASE("ref_ptr: the longest chain is let go without the stack's end", "[streams][ref_ptr]")
+{
+    const int before = graph::Counted::alive;
+    NodePtr first;
+    for (int i = 0; i < 300000; ++i) {
+        NodePtr node(new Node);
+        node->left.swap(first);
+        node->right = node->left; // In the middle of a pair, too.
+        first.swap(node);
+    }
+    first.release();
+    CHECK(graph::Counted::alive == before);
+}
+
+namespace {
+struct Failing {
+    ~Failing() noexcept(false) { throw std::runtime_error("in a destructor"); }
+    NodePtr node = graph::makeNode("n");
+};
+struct alignas(64) Aligned : Serializable {
+    void serialize(OutputStream&) const override {}
+    void deserialize(InputStream&) override {}
+};
+struct Pooled final : Aligned {
+    static void* operator new(std::size_t size, std::align_val_t) { return ++pooled, std::malloc(size); }
+    static void operator delete(void* storage, std::align_val_t) { --pooled, std::free(storage); }
+    inline static int pooled = 0;
+};
+} // namespace
+
+TEMPLATE_TEST_CASE("ref_ptr: memory goes back the way it came, also when the destructor throws", "[streams][ref_ptr]",
+                   Failing, Aligned, Pooled)
+{
+    const int before = graph::Counted::alive;
+    const std::size_t bytes = support::usedBytes();
+    for (int i = 0; i < 1000; ++i)
+        ref_ptr<TestType>(new TestType).release();
+    CHECK(graph::Counted::alive == before);
+    CHECK(Pooled::pooled == 0);
+    CHECK(support::usedBytes() < bytes + 2000);
 }

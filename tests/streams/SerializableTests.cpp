@@ -3,6 +3,7 @@
 
 #include <tarn/ClassSource.h>
 #include <tarn/Serializable.h>
+#include <tarn/Windows.h>
 
 #include <memory>
 #include <string>
@@ -90,6 +91,43 @@ TEST_CASE("OutputStream: an object is its class's readable name and its data", "
     MemoryOutputStream out;
     CHECK_THROWS_AS(out.writeObject(nullptr), std::bad_typeid);
     CHECK(out.getSize() == 0);
+}
+
+TEST_CASE("SerializableImpl: each name of a class makes it, and the first is written", "[streams][registry]")
+{
+    const SerializableImpl<shapes::Circle> older("class geometry::Round");
+    CHECK(typeid(*std::unique_ptr<Marked>(static_cast<Marked*>(Serializable::create("class geometry::Round")))) ==
+          typeid(shapes::Circle));
+    CHECK(written(shapes::Circle()).substr(4, 20) == "class shapes::Circle");
+}
+
+TEST_CASE("SerializableImpl: a class that has another's name is not written, since it would come back as that one",
+          "[streams][registry]")
+{
+    struct First final : Marked {};
+    struct Second final : Marked {};
+    const SerializableImpl<First> first("class twin");
+    const SerializableImpl<Second> second("class twin");
+    CHECK(written(First()) == "\x0A\0\0\0class twin\0\0\0\0"s);
+    support::expectError<Serializable::Exception>([] { written(Second()); },
+                                                  "\"class twin\" is the name of another class, too");
+}
+
+TEST_CASE("SerializableImpl: the classes of a DLL are registered as long as it is loaded", "[streams][registry]")
+{
+    // The DLL's comes first under this name, and this program's stands back as long as it is there.
+    std::unique_ptr<SerializableImpl<shapes::Circle>> own;
+    for (int i = 0; i < 3; ++i) {
+        const HMODULE plugin = LoadLibraryW(L"streams_plugin.dll");
+        REQUIRE(plugin);
+        if (!own)
+            own = std::make_unique<SerializableImpl<shapes::Circle>>("class plugin::Part");
+        CHECK(failureFor("struct plugin::Other").empty());
+        CHECK(FreeLibrary(plugin));
+        CHECK(failureFor("struct plugin::Other") == notFound("struct plugin::Other"));
+        CHECK(markOf("class plugin::Part") == 0);
+        CHECK(written(shapes::Circle()).substr(4, 20) == "class shapes::Circle");
+    }
 }
 
 TEST_CASE("InputStream: an object is made by its class's name and reads its data", "[streams][registry]")

@@ -140,8 +140,16 @@ TEST_CASE("Driver: a service that load had to create is deleted by unload, also 
     expectWindowsError([&] { driver.load(L"TarnTestMissing", L"Missing", L"C:\\missing\\missing.sys"); },
                        "Can't start service");
     CHECK(stateOf("TarnTestMissing") == SERVICE_STOPPED);
+    expectWindowsError([&] { driver.load(L"TarnTestMissing", L"Missing", L"C:\\missing\\missing.sys"); },
+                       "Can't start service");
     driver.unload();
     CHECK(reaches("TarnTestMissing", 0));
+
+    CHECK_THROWS_AS(driver.load(L"TarnTestMissing", nullptr, L"C:\\missing\\missing.sys"), WindowsError);
+    CHECK_THROWS_AS(driver.load(L"TarnTestOther", nullptr, L"C:\\missing\\other.sys"), WindowsError);
+    CHECK(reaches("TarnTestMissing", 0));
+    driver.unload();
+    CHECK(reaches("TarnTestOther", 0));
 
     CHECK_THROWS_AS(Driver(L"TarnTestMissing", L"Missing", L"C:\\missing\\missing.sys"), WindowsError);
     CHECK(reaches("TarnTestMissing", 0));

@@ -1,8 +1,11 @@
 #include <catch2/catch.hpp>
 
 #include <tarn/Event.h>
+#include <tarn/Pipe.h>
+#include <tarn/Process.h>
 #include <tarn/Thread.h>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <stdexcept>
@@ -10,6 +13,7 @@
 
 #include "Expect.h"
 #include "Handles.h"
+#include "Streams.h"
 
 using namespace tarn;
 using support::expectWindowsError;
@@ -81,6 +85,54 @@ TEST_CASE("Thread: suspended it does nothing until it is resumed as often, and i
     CHECK(thread.join() == thread.getID());
     CHECK(current);
     CHECK_FALSE(thread.isCurrent());
+}
+
+TEST_CASE("Thread: the end of a thread that another has followed leaves the object running", "[system][thread]")
+{
+    Event ends[] = {{true, false}, {true, false}};
+    std::atomic<int> started = 0;
+    Worker thread([&](Worker& self) {
+        ends[started++].wait(INFINITE);
+        self.exit(5);
+        return 0ul;
+    });
+    WindowsHandle first, second;
+    for (WindowsHandle* const handle : {&first, &second}) {
+        thread.start(false);
+        HANDLE duplicate = nullptr;
+        REQUIRE(DuplicateHandle(GetCurrentProcess(), thread, GetCurrentProcess(), &duplicate, SYNCHRONIZE, FALSE, 0));
+        handle->attach(duplicate);
+        while (started == (handle == &first ? 0 : 1))
+            Sleep(1);
+    }
+    ends[0].set();
+    CHECK(first.wait(10000) == WindowsHandle::signaled);
+    CHECK(thread.isRunning());
+    ends[1].set();
+    thread.join();
+    CHECK_FALSE(thread.isRunning());
+}
+
+TEST_CASE("Thread: a class that does not join ends the program with a message", "[system][thread]")
+{
+    SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
+    Pipe errors(0, &inheritable);
+    errors.keepReadEnd();
+    Process child;
+    child.create("test_system.exe \"a thread without its class\"", nullptr, nullptr, errors.getWriteEnd(), 0);
+    errors.getWriteEnd().close();
+    CHECK(readAll(errors.getReadEnd()).find("Call join() in the destructor") != std::string::npos);
+    CHECK(child.wait(20'000) == WindowsHandle::signaled);
+    CHECK(child.getExitCode() == 3);
+}
+
+TEST_CASE("a thread without its class", "[.]")
+{
+    struct Careless : Thread {
+        unsigned long run() override { return 0; }
+    };
+    for (int i = 0; i < 100; ++i)
+        Careless().start(false);
 }
 
 TEST_CASE("Thread: its mutex keeps other threads from starting it", "[system][thread]")

@@ -17,7 +17,9 @@ using Progress = std::function<void(std::size_t done, std::size_t total)>;
 
 struct ImportedCalendar {
     std::vector<Event> events;
-    /// What was left out, and how often: "the property ATTENDEE", "the component VALARM".
+    /// The events and lines that break the format's rules: "Line N: why".
+    std::vector<std::string> leftOut;
+    /// What was passed over, and how often: "the property ATTENDEE", "the component VALARM".
     std::map<std::string, int> notUnderstood;
     /// Zones whose times were taken as those of the planner's zone.
     std::set<std::string> unknownZones;
@@ -28,7 +30,7 @@ struct ImportedCalendar {
 };
 
 /// Reads the events of a file's text. `zone` is the planner's own, for an UNTIL in UTC.
-/// Throws Exception "Line N: ..." for a file that breaks the format's rules.
+/// An event that breaks the format's rules is left out. Throws Exception "Line N: ..." for what is no calendar.
 ImportedCalendar readICalendar(std::string_view text, const Zone& zone, const Progress& progress = {});
 
 /// The events as a file's text, with the rules of their zones. `zone` is as above. Throws Exception for an

@@ -198,22 +198,48 @@ public:
 
     ImportedCalendar read(const Progress& progress)
     {
-        ContentLine line;
-        bool isEmpty = true;
-        for (; lines_.next(line); isEmpty = false) {
+        while (readLine())
             if (progress)
                 progress(lines_.position(), size_);
-            take(line);
-        }
-        line.number = std::max(lines_.lineNumber(), 1);
-        if (isEmpty)
-            line.refuse("the file is empty");
+        ContentLine end;
+        end.number = std::max(lines_.lineNumber(), 1);
+        if (!hasBegun_)
+            end.refuse("the file is empty");
         if (!open_.empty())
-            line.refuse("the file ends inside of " + open_.back());
+            leaveOut([&] { end.refuse("the file ends inside of " + open_.back()); });
         return std::move(calendar_);
     }
 
 private:
+    // A line that cannot be read takes the event with it that it is in, and nothing else. What does not begin as a
+    // calendar is none.
+    bool readLine()
+    {
+        bool isThere = true;
+        const auto readNext = [&] {
+            ContentLine line;
+            isThere = lines_.next(line);
+            if (isThere)
+                take(line);
+        };
+        if (hasBegun_)
+            leaveOut(readNext);
+        else
+            readNext();
+        hasBegun_ = hasBegun_ || isThere;
+        return isThere;
+    }
+
+    template <class Read> void leaveOut(Read read)
+    {
+        try {
+            read();
+        } catch (const tarn::Exception& e) {
+            calendar_.leftOut.push_back(e.what());
+            isSpoiled_ = true;
+        }
+    }
+
     void take(ContentLine& line)
     {
         if (line.name == "BEGIN" || line.name == "END")
@@ -235,22 +261,31 @@ private:
         if (open_.empty() != (line.value == "VCALENDAR"))
             line.refuse(open_.empty() ? "BEGIN:VCALENDAR is missing" : "a calendar inside of " + open_.back());
         const bool isInCalendar = open_.size() == 1;
-        if (isInCalendar && line.value == "VEVENT")
+        if (isInCalendar && line.value == "VEVENT") {
             event_.emplace(line.number, zone_, calendar_);
-        else if (line.value != "VCALENDAR" && (event_ || isInCalendar) && line.value != "VTIMEZONE")
+            isSpoiled_ = false;
+        } else if (line.value != "VCALENDAR" && (event_ || isInCalendar) && line.value != "VTIMEZONE") {
             ++calendar_.notUnderstood["the component " + line.value];
+        }
         open_.push_back(line.value);
     }
 
     void end(const ContentLine& line)
     {
-        if (open_.back() != line.value)
-            line.refuse("END:" + line.value + " inside of " + open_.back());
-        open_.pop_back();
-        if (event_ && open_.size() == 1) {
-            event_->finish();
+        const auto opened = std::find(open_.rbegin(), open_.rend(), line.value);
+        if (opened == open_.rend())
+            line.refuse("END:" + line.value + " without its BEGIN");
+        const bool isMissing = opened != open_.rbegin();
+        const std::string innermost = open_.back();
+        open_.erase(opened.base() - 1, open_.end());
+        if (event_ && open_.size() <= 1) {
+            EventLines event = std::move(*event_);
             event_.reset();
+            if (!isMissing && !isSpoiled_)
+                event.finish();
         }
+        if (isMissing)
+            line.refuse("END:" + line.value + " inside of " + innermost);
     }
 
     ContentLineReader lines_;
@@ -259,12 +294,16 @@ private:
     ImportedCalendar calendar_;
     std::vector<std::string> open_;
     std::optional<EventLines> event_;
+    bool isSpoiled_ = false; // The event has a line that could not be read.
+    bool hasBegun_ = false;
 };
 } // namespace
 
 std::wstring ImportedCalendar::remarks() const
 {
     std::vector<std::wstring> all;
+    for (const std::string& reason : leftOut)
+        all.push_back(L"Left out: " + widened(reason) + L'\n');
     for (const auto& [what, count] : notUnderstood) {
         std::wstring remark = L"Not understood: " + shortened(fromUTF8(what), 60);
         if (count != 1)

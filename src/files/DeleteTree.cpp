@@ -1,0 +1,167 @@
+#include "DeleteTree.h"
+
+#include <tarn/Windows.h>
+
+#include "../system/FreshHandle.h"
+#include "LongPath.h"
+
+#include <cstddef>
+#include <memory>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace tarn {
+namespace {
+using Path = BasicString<wchar_t>;
+
+constexpr DWORD linkItself = FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_BACKUP_SEMANTICS;
+
+struct CloseSearch {
+    void operator()(void* search) const { FindClose(search); }
+};
+
+FreshHandle openEntry(const Path& path, DWORD access, DWORD share)
+{
+    void* const handle = CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, linkItself, nullptr);
+    return FreshHandle(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
+}
+
+bool isRealFolder(const FreshHandle& folder)
+{
+    BY_HANDLE_FILE_INFORMATION info{};
+    return GetFileInformationByHandle(folder.get(), &info) && !(info.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT);
+}
+
+// Wine shows a link to a file as that file, and in place of a link it deletes what the link leads to.
+bool linksAreHidden()
+{
+    static const bool hidden = GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr;
+    return hidden;
+}
+
+// A read-only file has to be writable for it, and may have another name outside of the tree.
+void deleteOpen(const FreshHandle& entry)
+{
+    FILE_BASIC_INFO basic{};
+    GetFileInformationByHandleEx(entry.get(), FileBasicInfo, &basic, sizeof basic);
+    FILE_BASIC_INFO writable{};
+    writable.FileAttributes = FILE_ATTRIBUTE_NORMAL;
+    const bool readOnly = (basic.FileAttributes & FILE_ATTRIBUTE_READONLY) != 0;
+    if (readOnly)
+        SetFileInformationByHandle(entry.get(), FileBasicInfo, &writable, sizeof writable);
+    FILE_DISPOSITION_INFO deleted{TRUE};
+    SetFileInformationByHandle(entry.get(), FileDispositionInfo, &deleted, sizeof deleted);
+    if (readOnly)
+        SetFileInformationByHandle(entry.get(), FileBasicInfo, &basic, sizeof basic);
+}
+
+// Keeps no frame of the stack for a level, since a tree may have 16,000 of them.
+class TreeDeletion {
+public:
+    explicit TreeDeletion(Path folder) : path_(std::move(folder)) {}
+
+    void run()
+    {
+        enter();
+        while (!levels_.empty()) {
+            path_.resize(levels_.back().pathLength);
+            if (levels_.back().folders.empty())
+                leave();
+            else {
+                path_ += L'\\' + levels_.back().folders.back();
+                levels_.back().folders.pop_back();
+                enter();
+            }
+        }
+    }
+
+private:
+    struct Level {
+        FreshHandle folder;
+        std::wstring name; // As the platform tells it for the handle, and only where links are hidden.
+        std::size_t pathLength;
+        std::vector<Path> folders; // Inside, to be visited.
+    };
+
+    // Deletes the files of the folder and notes its folders.
+    void enter()
+    {
+        // Open without FILE_SHARE_DELETE, so that nobody can put a link in its place meanwhile.
+        FreshHandle folder = openEntry(path_, FILE_LIST_DIRECTORY, FILE_SHARE_READ | FILE_SHARE_WRITE);
+        if (!folder || !isRealFolder(folder))
+            return;
+        std::wstring name = linksAreHidden() ? std::wstring(nameOf(folder)) : std::wstring();
+        levels_.push_back({std::move(folder), std::move(name), path_.size(), {}});
+
+        WIN32_FIND_DATAW entry;
+        void* const first = FindFirstFileExW((path_ + L"\\*").c_str(), FindExInfoBasic, &entry, FindExSearchNameMatch,
+                                             nullptr, FIND_FIRST_EX_LARGE_FETCH);
+        if (first == INVALID_HANDLE_VALUE)
+            return;
+        const std::unique_ptr<void, CloseSearch> search(first);
+        do {
+            visit(entry);
+        } while (FindNextFileW(first, &entry));
+    }
+
+    void visit(const WIN32_FIND_DATAW& entry)
+    {
+        const std::wstring_view name = entry.cFileName;
+        const bool isFolder = (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        const bool isLink = (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+        if (isFolder && !isLink) {
+            if (name != L"." && name != L"..")
+                levels_.back().folders.emplace_back(entry.cFileName);
+            return;
+        }
+        path_.resize(levels_.back().pathLength);
+        (path_ += L'\\') += name;
+        if (linksAreHidden() || !(isFolder ? RemoveDirectoryW(path_.c_str()) : DeleteFileW(path_.c_str())))
+            deleteByHandle(name);
+    }
+
+    void deleteByHandle(std::wstring_view name)
+    {
+        const FreshHandle entry = openEntry(path_, DELETE | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES,
+                                            FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
+        if (entry && !(linksAreHidden() && leadsElsewhere(entry, name)))
+            deleteOpen(entry);
+    }
+
+    // A link that is hidden has opened what it leads to.
+    bool leadsElsewhere(const FreshHandle& entry, std::wstring_view name)
+    {
+        const std::wstring& folder = levels_.back().name;
+        const std::wstring_view opened = nameOf(entry);
+        return opened.size() != folder.size() + 1 + name.size() || !opened.starts_with(folder) ||
+               !opened.ends_with(name);
+    }
+
+    std::wstring_view nameOf(const FreshHandle& entry)
+    {
+        auto* const info = reinterpret_cast<FILE_NAME_INFO*>(nameBuffer_.data());
+        if (!GetFileInformationByHandleEx(entry.get(), FileNameInfo, info, static_cast<DWORD>(nameBuffer_.size())))
+            return {};
+        return {info->FileName, info->FileNameLength / sizeof(wchar_t)};
+    }
+
+    void leave()
+    {
+        levels_.pop_back();
+        if (!RemoveDirectoryW(path_.c_str()))
+            if (const FreshHandle folder = openEntry(path_, DELETE | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES,
+                                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE))
+                deleteOpen(folder);
+    }
+
+    static constexpr std::size_t longestName = 32'768;
+
+    Path path_;
+    std::vector<Level> levels_;
+    std::vector<char> nameBuffer_ = std::vector<char>(sizeof(FILE_NAME_INFO) + longestName * sizeof(wchar_t));
+};
+} // namespace
+
+void deleteTree(const wchar_t* folder) { TreeDeletion(longPath(folder)).run(); }
+} // namespace tarn

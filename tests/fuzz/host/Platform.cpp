@@ -1,0 +1,24 @@
+// What streams ask of the platform, answered by the host.
+
+#include "streams/Platform.h"
+
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <cstdint>
+
+namespace tarn {
+bool stackHasRoom() noexcept
+{
+    // The main thread's stack grows from here to its limit.
+    static const auto start = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+    static const std::uintptr_t size = [] {
+        rlimit limit{};
+        getrlimit(RLIMIT_STACK, &limit);
+        return std::min<std::uintptr_t>(limit.rlim_cur, 8 << 20);
+    }();
+    return start - reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)) + (256 << 10) < size;
+}
+
+bool liesInLibrary(const void*) noexcept { return false; }
+} // namespace tarn

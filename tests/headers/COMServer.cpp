@@ -1,0 +1,6 @@
+#include <tarn/COMServer.h>
+
+constexpr GUID CLSID_Clock = {};
+tarn::IUnknownImpl* createClock(IUnknown* outer);
+
+#include "COMServer.example"

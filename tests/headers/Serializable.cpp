@@ -1,0 +1,3 @@
+#include <tarn/Serializable.h>
+
+#include "Serializable.example"
