@@ -3,6 +3,8 @@
 #include <tarn/Export.h>
 #include <tarn/Service.h>
 
+#include <utility>
+
 namespace tarn {
 /// Loads a kernel driver for the life of the object: registers it as a service when there is none of its
 /// name, starts it, and undoes both. WindowsFile::ioControl talks to the loaded driver.
@@ -13,6 +15,16 @@ public:
     Driver() = default;
     /// Loads; when that fails, a service registered on the way is removed again.
     Driver(const wchar_t* name, const wchar_t* displayName, const wchar_t* binaryPath);
+    /// Take the driver over; the source has none then. What the target had is unloaded, of a failure of which
+    /// the debugger alone hears.
+    ///@{
+    Driver(Driver&& other) noexcept
+        : manager_(std::move(other.manager_)), service_(std::move(other.service_)),
+          created_(std::exchange(other.created_, false))
+    {
+    }
+    Driver& operator=(Driver&& other) noexcept;
+    ///@}
     ~Driver() noexcept(false);
 
     /// Starts the service `name`, which is registered with the other two arguments when it does not exist;
@@ -25,6 +37,8 @@ public:
     /// that does not stop is no error. Does nothing when nothing is loaded. Throws "Can't delete service"
     /// (the handles are then kept, to try again) and "Can't close service handle".
     void unload();
+    /// Closes the handles and leaves driver and service as they are. Throws "Can't close service handle".
+    void detach();
 
 private:
     bool shows(const wchar_t* displayName) const;

@@ -7,7 +7,7 @@
 
 namespace tarn {
 /// Owns a block of the local heap, such as a buffer that the platform allocated for its caller, and
-/// frees it with `LocalFree`. Failures throw WindowsError, also out of the destructor.
+/// frees it with `LocalFree`. Can be moved and not copied. Failures throw WindowsError, also out of the destructor.
 class TARN_API LocalMemory : private boost::noncopyable {
 public:
     /// What `LocalFlags` tells of a block.
@@ -26,6 +26,9 @@ public:
     /// Takes ownership of `handle`. The handle of fixed memory is the pointer to it; a movable block has
     /// to be locked to be used.
     LocalMemory(void* handle, bool movable) : handle_(handle), lockCount_(movable ? 0 : fixed) {}
+    LocalMemory(LocalMemory&& other) noexcept; ///< Takes the block over with its locks.
+    /// Frees the block held so far; of a failure of that the debugger alone hears.
+    LocalMemory& operator=(LocalMemory&& other) noexcept;
     ~LocalMemory() noexcept(false);
 
     /// As the object was told; an object without memory, also after free(), is fixed.
@@ -34,11 +37,14 @@ public:
     bool isFixed() const { return lockCount_ == fixed; }
     ///@}
 
-    void* lock(); ///< Throws "Can't lock local memory handle".
+    class Access;
+    void* lock(); ///< Throws "Can't lock local memory handle". Access unlocks by itself.
     /// True while other locks are left; false for fixed memory. Throws "Can't unlock local memory handle".
     bool unlock();
     /// Unlocks and frees the block. Throws "Can't unlock local memory handle", "Can't free local memory handle".
     void free();
+    /// Gives the block to the caller, locked as often as it is; null when there was none.
+    void* detach() noexcept;
     Flags getFlags() const; ///< Throws "Can't query flags for local memory handle".
 
 private:
@@ -46,5 +52,19 @@ private:
 
     HLOCAL handle_ = nullptr;
     int lockCount_ = fixed;
+};
+
+/// The memory of a block in place, locked while this object lives. The block stays where it is meanwhile: do
+/// not move or free its owner.
+class [[nodiscard]] LocalMemory::Access : private boost::noncopyable {
+public:
+    explicit Access(LocalMemory& memory) : memory_(memory), data_(memory.lock()) {} ///< Throws as lock().
+    TARN_API ~Access(); ///< Of a failure to unlock the debugger alone hears.
+
+    void* data() const noexcept { return data_; } ///< Valid as long as this object.
+
+private:
+    LocalMemory& memory_;
+    void* data_;
 };
 } // namespace tarn

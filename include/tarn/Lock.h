@@ -5,7 +5,8 @@
 #include <tarn/WindowsHandle.h>
 
 namespace tarn {
-/// What AutoLock locks: CriticalSection within one process, Mutex where a handle is needed.
+/// What AutoLock locks: CriticalSection within one process, Mutex where a handle is needed. Both work with
+/// `std::unique_lock` and `std::scoped_lock`, too, which takes two without a deadlock.
 class TARN_API Lockable {
 public:
     Lockable() = default;
@@ -34,8 +35,11 @@ public:
 
     void lock() final { EnterCriticalSection(&section_); }
     void unlock() final { LeaveCriticalSection(&section_); }
-    /// False when another thread holds the lock; does not wait.
+    /// False when another thread holds the lock; do not wait. The second is for the standard library's locks.
+    ///@{
     bool tryLock() { return TryEnterCriticalSection(&section_) != FALSE; }
+    bool try_lock() { return tryLock(); }
+    ///@}
 
 private:
     CRITICAL_SECTION section_;
@@ -52,16 +56,23 @@ public:
     /// retrieving handle state".
     void lock() override;
     void unlock() override; ///< Throws "Error in ReleaseMutex", for a mutex of another thread for instance.
+    /// False when another thread holds the mutex; do not wait. The second is for the standard library's locks.
+    /// Throw as lock().
+    ///@{
+    bool tryLock() { return wait(0) != timeout; }
+    bool try_lock() { return tryLock(); }
+    ///@}
 };
 
-/// Holds a lock for the length of a scope.
+/// Holds a lock for the length of a scope. Give it a name, as in `AutoLock lock(section);`: without one,
+/// `AutoLock(section);` declares a variable called `section` that holds nothing.
 ///
 /// A copy holds the same lock and unlocks it too: copy only holders that hold nothing.
 class TARN_API AutoLock {
 public:
     AutoLock() = default;
     /// As lock().
-    AutoLock(Lockable& lockable)
+    [[nodiscard]] AutoLock(Lockable& lockable)
     {
         lockable.lock();
         held_ = &lockable;

@@ -11,6 +11,15 @@ namespace tarn {
 class TARN_API Process : public WindowsHandle {
 public:
     Process() = default;
+    /// Take the child over; the source then knows of none.
+    ///@{
+    Process(Process&& other) noexcept
+        : WindowsHandle(std::move(other)), id_(std::exchange(other.id_, 0)),
+          threadID_(std::exchange(other.threadID_, 0))
+    {
+    }
+    Process& operator=(Process&& other) noexcept;
+    ///@}
     /// Starts as create() does.
     Process(const char* commandLine, unsigned long creationFlags) { create(commandLine, creationFlags); }
 
@@ -24,7 +33,9 @@ public:
     /// have uninheritable before (Pipe::keepReadEnd(), Pipe::keepWriteEnd()).
     void create(const char* commandLine, void* stdIn, void* stdOut, void* stdErr, unsigned long creationFlags);
 
-    /// 259 (`STILL_ACTIVE`) while the child runs. Throws "Can't retrieve process exit code".
+    /// 259 (`STILL_ACTIVE`) while the child runs. An object without a child answers 259, too, and its wait()
+    /// never ends, because to the system `INVALID_HANDLE_VALUE` is the calling process: ask isOpen() first.
+    /// Throws "Can't retrieve process exit code".
     unsigned long getExitCode() const;
 
     /// 0 before create(); the system may give the number to another process after the end.

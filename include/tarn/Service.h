@@ -5,18 +5,26 @@
 
 #include <boost/noncopyable.hpp>
 
+#include <utility>
+
 namespace tarn {
-/// Owns one handle of the service manager; the base of ServiceManager and Service. Failures throw
-/// WindowsError, also out of the destructor.
+/// Owns one handle of the service manager; the base of ServiceManager and Service, which can be moved and not
+/// copied. Failures throw WindowsError, also out of the destructor.
 class TARN_API ServiceHandle : private boost::noncopyable {
 public:
     ~ServiceHandle() noexcept(false);
 
-    void close();                                      ///< Throws "Can't close service handle".
+    void close(); ///< Throws "Can't close service handle".
+    /// Gives the handle to the caller, open; null when there was none.
+    SC_HANDLE detach() noexcept { return std::exchange(handle_, nullptr); }
     bool isOpen() const { return handle_ != nullptr; } ///< False before opening and after close().
 
 protected:
     ServiceHandle() = default;
+    /// Takes the handle over.
+    ServiceHandle(ServiceHandle&& other) noexcept : handle_(other.detach()) {}
+    /// Closes the handle held so far; of a failure of that the debugger alone hears.
+    ServiceHandle& operator=(ServiceHandle&& other) noexcept;
     SC_HANDLE getHandle() const { return handle_; } ///< Null while closed. Lent, not given.
     /// Takes ownership; the object must not hold another handle.
     void setHandle(SC_HANDLE handle) { handle_ = handle; }

@@ -8,7 +8,8 @@
 namespace tarn {
 /// A new, empty file in the user's folder for temporary files, deleted by remove() or with the object.
 ///
-/// Open it by its path with whatever reads or writes files, and close it before it is to be deleted.
+/// Open it by its path with whatever reads or writes files, and close it before it is to be deleted. Can be
+/// moved and not copied.
 /// Failures throw WindowsError, also out of the destructor: call remove() first to deal with them.
 class TARN_API TemporaryFile : private boost::noncopyable {
 public:
@@ -18,6 +19,9 @@ public:
     TemporaryFile(const char* name) { create(name); }
     TemporaryFile(const wchar_t* name) { create(name); }
     ///@}
+    TemporaryFile(TemporaryFile&& other) noexcept { path_.swap(other.path_); } ///< The source then has no file.
+    /// Removes the file held so far; of a failure of that the debugger alone hears.
+    TemporaryFile& operator=(TemporaryFile&& other) noexcept;
     ~TemporaryFile() noexcept(false);
 
     /// Removes the file held before and creates one. The system chooses its name, which begins with "tmp":
@@ -38,13 +42,16 @@ public:
     /// Does nothing when there is no file. Throws "Can't delete temporary file "PATH"" and keeps the path
     /// then, so that it can be called again.
     void remove();
-    /// Lets go of the file, which stays if it is still there, and gives its path; empty when there was none.
+    /// Let go of the file, which stays if it is still there, and give its path; empty when there was none.
+    ///@{
     BasicString<wchar_t> release() noexcept
     {
         BasicString<wchar_t> path;
         path.swap(path_);
         return path;
     }
+    BasicString<wchar_t> detach() noexcept { return release(); }
+    ///@}
 
 private:
     BasicString<wchar_t> path_;

@@ -23,6 +23,11 @@ namespace tarn {
 class TARN_API Thread : public WindowsHandle {
 public:
     Thread(); ///< Throws "Error in CreateMutex".
+    /// It stays where it is, since its thread knows it by its address.
+    ///@{
+    Thread(const Thread&) = delete;
+    Thread& operator=(const Thread&) = delete;
+    ///@}
     /// A failure to join is dropped.
     ~Thread() noexcept(false) override;
 

@@ -6,6 +6,8 @@
 #include <tarn/Windows.h>
 #include <tarn/WindowsHandle.h>
 
+#include <utility>
+
 namespace tarn {
 /// A file of the platform as a stream to read, write and seek in; also the ends of a Pipe and devices.
 ///
@@ -15,6 +17,15 @@ namespace tarn {
 class TARN_API WindowsFile : public BufferedOutputStream, public WindowsHandle, public SeekableInputStream {
 public:
     WindowsFile() = default;
+    /// Take the file over, as WindowsHandle does.
+    ///@{
+    WindowsFile(WindowsFile&& other) noexcept : WindowsHandle(std::move(other)) {}
+    WindowsFile& operator=(WindowsFile&& other) noexcept
+    {
+        WindowsHandle::operator=(std::move(other));
+        return *this;
+    }
+    ///@}
     /// Opens as open() does.
     ///@{
     WindowsFile(const char* name, unsigned long access, unsigned long share, SECURITY_ATTRIBUTES* security,

@@ -14,7 +14,7 @@ template <class T>
 concept IsText = std::convertible_to<T, const char*> || std::convertible_to<T, const wchar_t*>;
 
 /// Owns the handle of a kernel object and closes it: on destruction, on close() and before it takes
-/// another one. Cannot be copied. Failures throw WindowsError, also out of the destructor.
+/// another one. Can be moved and not copied. Failures throw WindowsError, also out of the destructor.
 ///
 /// One object is not changed from two threads at once; waiting is allowed from any thread.
 class TARN_API WindowsHandle : private boost::noncopyable {
@@ -23,13 +23,18 @@ public:
     enum wait_result { timeout = 0, abandoned = 1, signaled = 2 };
 
     WindowsHandle() : handle_(INVALID_HANDLE_VALUE) {}
-    WindowsHandle(void* handle) : handle_(handle) {} ///< Takes ownership of `handle`.
+    WindowsHandle(void* handle) : handle_(handle) {}                           ///< Takes ownership of `handle`.
+    WindowsHandle(WindowsHandle&& other) noexcept : handle_(other.detach()) {} ///< The source then holds none.
+    /// Closes the handle held so far; of a failure of that the debugger alone hears.
+    WindowsHandle& operator=(WindowsHandle&& other) noexcept;
     virtual ~WindowsHandle() noexcept(false);
 
     /// Closes the handle held so far, as close() does, and takes this one.
     WindowsHandle& operator=(void* handle);
     void attach(void* handle); ///< The same.
     void close();              ///< Throws "Error while closing handle" and keeps the handle.
+    /// Gives the handle to the caller, open, and holds none.
+    void* detach() noexcept { return std::exchange(handle_, INVALID_HANDLE_VALUE); }
 
     /// Lent, not given: do not close it.
     ///@{
@@ -39,7 +44,7 @@ public:
     /// Neither `INVALID_HANDLE_VALUE` nor null.
     ///@{
     bool isOpen() const { return handle_ != INVALID_HANDLE_VALUE && handle_; }
-    operator bool() const { return isOpen(); }
+    template <std::same_as<bool> Bool> operator Bool() const { return isOpen(); } // Never for other numbers.
     bool operator!() const { return !isOpen(); }
     ///@}
 

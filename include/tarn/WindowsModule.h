@@ -11,8 +11,8 @@
 namespace tarn {
 /// A loaded program or DLL: its procedures, resources, messages and file name.
 ///
-/// It frees what it loaded itself (load) and only borrows what it looked up (query) or was given.
-/// Failures throw WindowsError, also out of the destructor.
+/// It frees what it loaded itself (load) and only borrows what it looked up (query) or was given. Can be moved
+/// and not copied. Failures throw WindowsError, also out of the destructor.
 class TARN_API WindowsModule : private boost::noncopyable {
 public:
     WindowsModule(HINSTANCE module) : module_(module) {} ///< Borrows the module.
@@ -50,6 +50,9 @@ public:
     WindowsModule(const char* name, Access access);
     WindowsModule(const wchar_t* name, Access access);
     ///@}
+    WindowsModule(WindowsModule&& other) noexcept; ///< The source then has no module.
+    /// Closes the module held so far; of a failure of that the debugger alone hears.
+    WindowsModule& operator=(WindowsModule&& other) noexcept;
     ~WindowsModule() noexcept(false);
 
     /// Null after close(). Lent, not given.
@@ -74,6 +77,8 @@ public:
     void query(const wchar_t* name);
     ///@}
     void close(); ///< Throws "Can't free library".
+    /// Gives the module to the caller, who has to free what was loaded; null when there was none.
+    HINSTANCE detach() noexcept;
 
     /// No more thread notifications for the module. Throws "Can't disable thread calls for library".
     void disableThreadCalls();

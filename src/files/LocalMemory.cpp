@@ -3,7 +3,19 @@
 #include "../foundation/Check.h"
 #include "../foundation/Closing.h"
 
+#include <utility>
+
 namespace tarn {
+LocalMemory::LocalMemory(LocalMemory&& other) noexcept : lockCount_(other.lockCount_) { handle_ = other.detach(); }
+LocalMemory& LocalMemory::operator=(LocalMemory&& other) noexcept
+{
+    if (this != &other) {
+        closeQuietly([this] { free(); });
+        lockCount_ = other.lockCount_;
+        handle_ = other.detach();
+    }
+    return *this;
+}
 LocalMemory::~LocalMemory() noexcept(false)
 {
     closeAtEnd([this] { free(); });
@@ -39,8 +51,19 @@ void LocalMemory::free()
     lockCount_ = fixed;
 }
 
+void* LocalMemory::detach() noexcept
+{
+    lockCount_ = fixed;
+    return std::exchange(handle_, nullptr);
+}
+
 LocalMemory::Flags LocalMemory::getFlags() const
 {
     return Flags{ensureNot(LMEM_INVALID_HANDLE, LocalFlags(handle_), "Can't query flags for local memory handle")};
+}
+
+LocalMemory::Access::~Access()
+{
+    closeQuietly([this] { memory_.unlock(); });
 }
 } // namespace tarn

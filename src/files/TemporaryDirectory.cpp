@@ -53,7 +53,25 @@ TemporaryDirectory::TemporaryDirectory(const wchar_t* directory, const wchar_t* 
     }
 }
 
-TemporaryDirectory::~TemporaryDirectory()
+TemporaryDirectory& TemporaryDirectory::operator=(TemporaryDirectory&& other) noexcept
+{
+    if (this != &other) {
+        removeTree();
+        path_ = other.detach();
+    }
+    return *this;
+}
+
+TemporaryDirectory::~TemporaryDirectory() { removeTree(); }
+
+BasicString<wchar_t> TemporaryDirectory::detach() noexcept
+{
+    BasicString<wchar_t> path;
+    path.swap(path_);
+    return path;
+}
+
+void TemporaryDirectory::removeTree() noexcept
 {
     if (path_.empty())
         return;

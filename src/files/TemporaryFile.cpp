@@ -31,6 +31,15 @@ template <class Ch> BasicString<wchar_t> createTemporaryFile()
 }
 } // namespace
 
+TemporaryFile& TemporaryFile::operator=(TemporaryFile&& other) noexcept
+{
+    if (this != &other) {
+        closeQuietly([this] { remove(); });
+        path_ = other.release();
+    }
+    return *this;
+}
+
 TemporaryFile::~TemporaryFile() noexcept(false)
 {
     closeAtEnd([this] { remove(); });

@@ -8,6 +8,8 @@
 #include "../foundation/Quoted.h"
 #include "ModuleApi.h"
 
+#include <utility>
+
 namespace tarn {
 namespace {
 template <class Ch> HMODULE loadModule(const Ch* name)
@@ -79,6 +81,16 @@ WindowsModule::WindowsModule(const wchar_t* name, Access access) : owns_(access.
 {
     module_ = access.withFlags_ ? loadModule(name, access.flags_) : access.load_ ? loadModule(name) : queryModule(name);
 }
+WindowsModule::WindowsModule(WindowsModule&& other) noexcept : owns_(other.owns_) { module_ = other.detach(); }
+WindowsModule& WindowsModule::operator=(WindowsModule&& other) noexcept
+{
+    if (this != &other) {
+        closeQuietly([this] { close(); });
+        owns_ = other.owns_;
+        module_ = other.detach();
+    }
+    return *this;
+}
 WindowsModule::~WindowsModule() noexcept(false)
 {
     closeAtEnd([this] { close(); });
@@ -132,6 +144,12 @@ void WindowsModule::close()
         owns_ = false;
     }
     module_ = nullptr;
+}
+
+HINSTANCE WindowsModule::detach() noexcept
+{
+    owns_ = false;
+    return std::exchange(module_, nullptr);
 }
 
 void WindowsModule::disableThreadCalls()

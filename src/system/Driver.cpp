@@ -27,6 +27,17 @@ Driver::~Driver() noexcept(false)
     closeAtEnd([this] { unload(); });
 }
 
+Driver& Driver::operator=(Driver&& other) noexcept
+{
+    if (this != &other) {
+        closeQuietly([this] { unload(); });
+        manager_ = std::move(other.manager_);
+        service_ = std::move(other.service_);
+        created_ = std::exchange(other.created_, false);
+    }
+    return *this;
+}
+
 void Driver::openOrCreate(const wchar_t* name, const wchar_t* displayName, const wchar_t* binaryPath)
 {
     try {
@@ -79,8 +90,13 @@ void Driver::unload()
         }
         if (created_)
             service_.remove();
-        created_ = false;
     }
+    detach();
+}
+
+void Driver::detach()
+{
+    created_ = false;
     service_.close();
     manager_.close();
 }

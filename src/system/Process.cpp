@@ -19,6 +19,16 @@ STARTUPINFOA emptyStartup()
 }
 } // namespace
 
+Process& Process::operator=(Process&& other) noexcept
+{
+    if (this != &other) {
+        WindowsHandle::operator=(std::move(other));
+        id_ = std::exchange(other.id_, 0);
+        threadID_ = std::exchange(other.threadID_, 0);
+    }
+    return *this;
+}
+
 void Process::create(const char* commandLine, unsigned long creationFlags)
 {
     STARTUPINFOA startup = emptyStartup();

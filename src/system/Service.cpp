@@ -31,6 +31,15 @@ ServiceHandle::~ServiceHandle() noexcept(false)
     closeAtEnd([this] { close(); });
 }
 
+ServiceHandle& ServiceHandle::operator=(ServiceHandle&& other) noexcept
+{
+    if (this != &other) {
+        closeQuietly([this] { close(); });
+        handle_ = other.detach();
+    }
+    return *this;
+}
+
 void ServiceHandle::close()
 {
     // Given up also when closing fails, so that the destructor does not fail a second time over it.

@@ -9,6 +9,15 @@ WindowsHandle::~WindowsHandle() noexcept(false)
     closeAtEnd([this] { close(); });
 }
 
+WindowsHandle& WindowsHandle::operator=(WindowsHandle&& other) noexcept
+{
+    if (this != &other) {
+        closeQuietly([this] { close(); });
+        handle_ = other.detach();
+    }
+    return *this;
+}
+
 WindowsHandle& WindowsHandle::operator=(void* handle)
 {
     attach(handle);

@@ -166,6 +166,13 @@ TEST_CASE("LocalMemory: a block that came here locked stays movable, and freed i
     CHECK_FALSE(memory.unlock());
     CHECK(memory.isMovable());
     CHECK(memory.lock() == address);
+    {
+        const LocalMemory::Access access(memory);
+        CHECK(access.data() == memory.lock());
+        memory.unlock();
+        CHECK(memory.getFlags().lockCount() == 2);
+    }
+    CHECK(memory.getFlags().lockCount() == 1);
     memory.free();
     CHECK(memory.isFixed());
     CHECK(memory.lock() == nullptr);

@@ -1,3 +1,4 @@
+#include <tarn/TemporaryDirectory.h>
 #include <tarn/WindowsModule.h>
 
 using tarn::WindowsModule;
@@ -11,4 +12,13 @@ void theFlagsOfAModuleAreNoBool(const tarn::BasicString<char>& name)
     WindowsModule fine(name, LOAD_LIBRARY_AS_DATAFILE);
     // forbidden: use of deleted function .*WindowsModule::load
     fine.load("kernel32.dll", true);
+}
+
+void theAddressOfATextIsNotAsked(const tarn::TemporaryDirectory& folder)
+{
+    // forbidden: use of deleted function .*TemporaryDirectory::operator bool
+    if (folder)
+        return;
+    // forbidden: use of deleted function .*TemporaryDirectory::operator==
+    folder == L"C:\\";
 }

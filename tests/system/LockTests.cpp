@@ -10,6 +10,7 @@
 #include <system/ThreadLocalSlot.cpp>
 
 #include <functional>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -67,6 +68,21 @@ TEST_CASE("Mutex: only its thread unlocks it, and an abandoned one counts as loc
     CHECK_NOTHROW(mutex.unlock());
     onAnotherThread([&] { mutex.lock(); });
     CHECK(mutex.wait(0) == tarn::WindowsHandle::abandoned);
+}
+
+TEST_CASE("Lock: the locks of the standard library take two at once, and try", "[system][lock]")
+{
+    CriticalSection section;
+    Mutex mutex(false);
+    {
+        const std::scoped_lock both(section, mutex);
+        onAnotherThread([&] {
+            CHECK_FALSE(std::unique_lock(section, std::try_to_lock).owns_lock());
+            CHECK_FALSE(std::unique_lock(mutex, std::try_to_lock).owns_lock());
+        });
+    }
+    onAnotherThread([&] { CHECK((section.try_lock() && mutex.try_lock())); });
+    CHECK(mutex.tryLock()); // Abandoned.
 }
 
 TEST_CASE("AutoLock: unlocks the old lock before it takes a new one, and a copy unlocks again", "[system][lock]")

@@ -6,13 +6,19 @@
 #include <tarn/Lock.h>
 #include <tarn/Pipe.h>
 #include <tarn/Process.h>
+#include <tarn/TemporaryDirectory.h>
 #include <tarn/TemporaryFile.h>
 #include <tarn/Thread.h>
 #include <tarn/WindowsModule.h>
 
+#include <optional>
 #include <stdexcept>
+#include <type_traits>
+#include <utility>
+#include <vector>
 
 #include "DebuggerOutput.h"
+#include "Handles.h"
 
 // What all owners of handles, memory and files have in common.
 
@@ -103,4 +109,99 @@ TEST_CASE("Owners: a failure to close does not end a program in which an excepti
     expectFirstException(
         "TemporaryFile", [] { return TemporaryFile(L""); },
         [](TemporaryFile& file) { DeleteFileW(file.getPathW().c_str()); });
+}
+
+namespace {
+/// `one` and `two` change places through moves; `what` tells what an owner has, and `end` takes back what it
+/// gives away.
+template <class Owner, class What, class End>
+void expectMoves(const char* name, Owner one, Owner two, What what, End end)
+{
+    static_assert(noexcept(new (nullptr) Owner(std::declval<Owner>())) && std::is_nothrow_move_assignable_v<Owner>);
+    INFO(name);
+    const auto first = what(one), second = what(two);
+    REQUIRE(first != second);
+    std::swap(one, two);
+    CHECK(what(one) == second);
+    CHECK(what(two) == first);
+    std::optional<Owner> kept(std::move(one));
+    CHECK(what(*kept) == second);
+    CHECK(what(one) != second);
+    kept = std::move(two); // Ends what was second.
+    Owner& itself = *kept;
+    itself = std::move(*kept);
+    CHECK(what(*kept) == first);
+    CHECK(end(kept->detach()));
+    CHECK(what(*kept) == what(one));
+}
+
+struct Manager : ServiceManager {
+    Manager() : ServiceManager(nullptr, SC_MANAGER_CONNECT) {}
+    using ServiceManager::getHandle;
+};
+
+WindowsFile moduleFile(const char* name)
+{
+    WindowsFile file;
+    file.open(WindowsModule(name, true).getFilenameW().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+              0, nullptr);
+    return file;
+}
+
+bool isLoaded(const char* name) { return GetModuleHandleA(name) != nullptr; }
+} // namespace
+
+TEST_CASE("Owners: each can be moved, and gives back what it was given", "[system][owner]")
+{
+    const unsigned long handles = support::openHandles();
+    const auto handle = [](const auto& owner) { return static_cast<void*>(owner.getHandle()); };
+    const auto fixedBlock = [] { return LocalMemory(LocalAlloc(LMEM_FIXED, 1), false); };
+    expectMoves("Event", Event(true, false), Event(true, false), handle, CloseHandle);
+    expectMoves("Mutex", Mutex(false), Mutex(false), handle, CloseHandle);
+    expectMoves("WindowsFile", moduleFile("resources.dll"), moduleFile("Tarn++U.dll"), handle, CloseHandle);
+    expectMoves("ServiceManager", Manager(), Manager(), handle, CloseServiceHandle);
+    expectMoves("WindowsModule", WindowsModule("resources.dll", true), WindowsModule("messages\\netmsg.dll", true),
+                handle, FreeLibrary);
+    expectMoves(
+        "LocalMemory", fixedBlock(), fixedBlock(), [](LocalMemory& memory) { return memory.lock(); },
+        [](void* block) { return !LocalFree(block); });
+    expectMoves(
+        "TemporaryFile", TemporaryFile(L""), TemporaryFile(L""),
+        [](const TemporaryFile& file) { return file.getPathW(); },
+        [](const std::wstring& path) { return DeleteFileW(path.c_str()); });
+    expectMoves(
+        "TemporaryDirectory", TemporaryDirectory(nullptr, L"tar"), TemporaryDirectory(nullptr, L"tar"),
+        [](const TemporaryDirectory& folder) { return std::wstring(folder); },
+        [](const std::wstring& path) { return RemoveDirectoryW(path.c_str()); });
+
+    Process child("cmd /c exit 3", 0);
+    const Process kept(std::move(child));
+    CHECK(kept.getID() == GetProcessId(kept));
+    CHECK(child.getID() == 0);
+    Pipe pipe(0, nullptr), other;
+    other = std::move(pipe);
+    other.getWriteEnd().write("x", 1);
+    std::vector<WindowsFile> files;
+    for (const char* const name : {"resources.dll", "Tarn++U.dll", "resources.dll"})
+        files.push_back(moduleFile(name));
+    const unsigned long long size = files[1].getSize();
+    files.erase(files.begin());
+    CHECK(files.front().getSize() == size);
+
+    files.clear();
+    other.close();
+    CHECK(support::openHandles() == handles + 1); // The child's.
+    CHECK_FALSE(isLoaded("resources.dll"));
+    CHECK_FALSE(isLoaded("netmsg.dll"));
+}
+
+TEST_CASE("WindowsHandle: as a truth value it is whether it is open, and no number", "[system][handle]")
+{
+    const Event open(true, false);
+    const WindowsHandle none;
+    const bool isOpen = open, isNone = none;
+    CHECK(isOpen);
+    CHECK_FALSE(isNone);
+    CHECK((none ? 1 : 2) == 2);
+    static_assert(!std::is_convertible_v<WindowsHandle, int> && std::is_convertible_v<WindowsHandle, void*>);
 }

@@ -148,6 +148,10 @@ TEST_CASE("Driver: a service that load had to create is deleted by unload, also 
     CHECK_THROWS_AS(driver.load(L"TarnTestMissing", nullptr, L"C:\\missing\\missing.sys"), WindowsError);
     CHECK_THROWS_AS(driver.load(L"TarnTestOther", nullptr, L"C:\\missing\\other.sys"), WindowsError);
     CHECK(reaches("TarnTestMissing", 0));
+    Driver moved(std::move(driver));
+    driver.unload();
+    CHECK(stateOf("TarnTestOther") == SERVICE_STOPPED);
+    driver = std::move(moved);
     driver.unload();
     CHECK(reaches("TarnTestOther", 0));
 
