@@ -156,7 +156,8 @@ private:
     enum Shortcut : unsigned char {
         stampsArePutOff = 1, ///< All fields count as computed, whatever their stamps say.
         weeksArePutOff = 2,  ///< The week fields are out of date.
-        dateAndTimeSet = 4,  ///< Year to second were set at once, and nothing since.
+        daysArePutOff = 4,   ///< FieldDayOfWeek holds the day since the epoch that it and FieldDayOfYear come from.
+        dateAndTimeSet = 8,  ///< Year to second were set at once, and nothing since.
     };
 
 protected:

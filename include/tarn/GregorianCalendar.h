@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <utility>
 
 namespace tarn {
 /// The calendar in use: Julian before the cutover (1582-10-15 unless changed), Gregorian from it on.
@@ -59,8 +60,11 @@ public:
     void Clear();          ///< Unsets every field.
     void Clear(int field); ///< Unsets one field.
 
-    /// As Calendar's, with one call less.
+    /// As Calendar's, with fewer calls.
+    ///@{
     Time getTime() { return Time(isTimeSet_ ? time_ : timeOfFields()); }
+    void setTime(const Time& time);
+    ///@}
 
     /// Moves by years, months, or fixed lengths of time. Years and months clamp the day to the new month;
     /// in the era BC later months still go to the greater year number, so move by days there. Steps of
@@ -142,7 +146,11 @@ private:
 
     void store(unsigned field, int value);
     template <int... fields, class... Values> void setEach(Shortcut shortcut, Values... values);
+    void setEachOfDerived(std::initializer_list<std::pair<int, int>> settings);
 
+    void computeOwnFields();
+    void computeFieldsInto(int* values) const;
+    void computeFieldsOfDerived();
     void storeFields(const int* values, std::initializer_list<int> fields);
     void storeDate(const int* values);
     int offsetOfDay(Era era, const int* values, int millisInDay) const;
@@ -157,6 +165,7 @@ private:
     std::int64_t millisInDayOfFields() const;
     std::int64_t timeOfFields();
     bool computeTimeOfDateAndTime();
+    void subtractDaylightTime(int epochDay, int millisInDay);
     void computeTimeOfFields();
     int localOffset(Era era, int year, int plainDay, std::int64_t midnight, std::int64_t timeOfDay);
     bool boundsCheck(int value, int field);

@@ -67,20 +67,48 @@ constexpr int floorRemainder(int numerator, int divisor)
     return remainder < 0 ? remainder + divisor : remainder;
 }
 
-/// The day since the epoch that an instant lies in, and the milliseconds since that day's midnight.
-inline std::int64_t splitDay(std::int64_t millis, int& millisInDay)
+/// Instants are near within this many days of the epoch, whole cycles of 400 years and of weeks: 1.1 million years.
+/// Their days fit 32 bits, counted from the first near one.
+constexpr int nearCycles = 2800;
+constexpr int nearDays = nearCycles * 146097;
+static_assert(nearDays % 7 == 0);
+
+constexpr bool isNear(std::int64_t epochDay) { return epochDay >= -nearDays && epochDay < nearDays; }
+
+struct NearDay {
+    std::uint32_t day; ///< Since the first near one.
+    std::uint32_t millisInDay;
+};
+
+/// Splits an instant that is near; `false` for others.
+inline bool splitNear(std::int64_t millis, NearDay& result)
 {
-    constexpr std::int64_t range = std::int64_t(1) << 55;
-    if (sizeof(void*) == 4 && millis > -range && millis < range) {
+    constexpr std::int64_t range = nearDays * millisPerDay;
+    if (millis < -range || millis >= range)
+        return false;
+    constexpr auto day = static_cast<std::uint32_t>(millisPerDay);
+    if (sizeof(void*) == 4) {
         // A 64-bit division costs a 32-bit processor more than the rest of a date. The upper 29 bits times
         // a reciprocal are at most two days too early once one is taken off.
         constexpr std::int64_t reciprocal = (std::int64_t(1) << 57) / millisPerDay;
         const auto estimate =
             static_cast<std::int32_t>((static_cast<std::int32_t>(millis >> 26) * reciprocal) >> 31) - 1;
-        const auto rest = static_cast<std::uint32_t>(millis) -
-                          static_cast<std::uint32_t>(estimate) * static_cast<std::uint32_t>(millisPerDay);
-        millisInDay = static_cast<int>(rest % static_cast<std::uint32_t>(millisPerDay));
-        return estimate + static_cast<int>(rest / static_cast<std::uint32_t>(millisPerDay));
+        const std::uint32_t rest = static_cast<std::uint32_t>(millis) - static_cast<std::uint32_t>(estimate) * day;
+        result = {static_cast<std::uint32_t>(estimate) + nearDays + rest / day, rest % day};
+    } else {
+        const auto sinceFirst = static_cast<std::uint64_t>(millis + range);
+        result.day = static_cast<std::uint32_t>(sinceFirst / day);
+        result.millisInDay = static_cast<std::uint32_t>(sinceFirst) - result.day * day;
+    }
+    return true;
+}
+
+/// The day since the epoch that an instant lies in, and the milliseconds since that day's midnight.
+inline std::int64_t splitDay(std::int64_t millis, int& millisInDay)
+{
+    if (NearDay nearDay; splitNear(millis, nearDay)) {
+        millisInDay = static_cast<int>(nearDay.millisInDay);
+        return static_cast<int>(nearDay.day - nearDays);
     }
     const std::int64_t day = floorQuotient(millis, millisPerDay);
     millisInDay = static_cast<int>(wrappingSubtract(millis, wrappingMultiply(day, millisPerDay)));

@@ -70,28 +70,34 @@ constexpr int monthOfDay(int dayOfYear, bool leap)
     return (12 * (dayOfYear + correction) + 6) / 367;
 }
 
+/// The Gregorian date of a day that `isNear`, counted from the first near one.
+constexpr Date nearDateOf(std::uint32_t nearDay)
+{
+    // Years from March on have their leap day last, so that months follow from one multiplication: 2141 / 65536 is
+    // near enough to 5 / 153.
+    const std::uint32_t quarters = 4 * (nearDay + 719468) + 3;
+    const std::uint32_t century = quarters / 146097;
+    const std::uint32_t quartersOfCentury = quarters % 146097 | 3;
+    const std::uint32_t yearOfCentury = quartersOfCentury / 1461;
+    const std::uint32_t dayOfYear = quartersOfCentury % 1461 / 4; // From the first of March on.
+    const std::uint32_t monthAndDay = 2141 * dayOfYear + 197913;  // March is 3, February 14.
+    const int year = static_cast<int>(100 * century + yearOfCentury) - 400 * nearCycles;
+    const int month = static_cast<int>(monthAndDay >> 16), day = static_cast<int>((monthAndDay & 0xFFFF) / 2141) + 1;
+    const int fromMarch = static_cast<int>(dayOfYear);
+    if (dayOfYear >= 306)
+        return {year + 1, month - 13, day, fromMarch - 306};
+    const bool leap = (year & (yearOfCentury == 0 ? 15 : 3)) == 0;
+    return {year, month - 1, day, fromMarch + 59 + leap};
+}
+
+/// The weekday, Sunday being 0, of a day that `isNear`, counted from the first near one.
+constexpr int nearWeekdayOf(std::uint32_t nearDay) { return static_cast<int>((nearDay + 4) % 7); }
+
 /// The date of a day since the epoch.
 constexpr Date dateOf(bool gregorian, std::int64_t epochDay)
 {
-    constexpr int cycle = 146097, cyclesBefore = 3600;
-    constexpr int range = cycle * cyclesBefore;
-    if (gregorian && epochDay > -range && epochDay < range) {
-        // Years from March on have their leap day last, so that months follow from one multiplication.
-        const auto quarters = 4 * static_cast<std::uint32_t>(static_cast<int>(epochDay) + 719468 + range) + 3;
-        const std::uint32_t century = quarters / cycle;
-        const std::uint32_t quartersOfCentury = quarters % cycle | 3;
-        const std::uint32_t yearOfCentury = quartersOfCentury / 1461;
-        const std::uint32_t dayOfYear = quartersOfCentury % 1461 / 4; // From the first of March on.
-        const std::uint32_t month = (5 * dayOfYear + 461) / 153;      // March is 3, February 14.
-        const bool nextYear = month > 12;
-        const int year = static_cast<int>(100 * century + yearOfCentury) - 400 * cyclesBefore + nextYear;
-        const bool isCentury = yearOfCentury + nextYear == (nextYear ? 100 : 0);
-        const bool leap = (year & (isCentury ? 15 : 3)) == 0;
-        const int fromMarch = static_cast<int>(dayOfYear);
-        const int day = fromMarch - static_cast<int>((153 * month - 457) / 5) + 1;
-        return {year, static_cast<int>(nextYear ? month - 13 : month - 1), day,
-                nextYear ? fromMarch - 306 : fromMarch + 59 + leap};
-    }
+    if (gregorian && isNear(epochDay))
+        return nearDateOf(static_cast<std::uint32_t>(epochDay) + nearDays);
     const YearDay date = yearDay(gregorian, epochDay);
     const int month = monthOfDay(date.day, date.leap);
     return {date.year, month, date.day - daysBeforeMonth[date.leap][month] + 1, date.day};
@@ -107,34 +113,22 @@ constexpr std::int64_t julianDayBeforeYear(bool gregorian, int year)
     return gregorian ? julianDay + 2 - centuries + (centuries >> 2) : julianDay;
 }
 
-struct GregorianDay {
-    int epochDay;
-    int dayOfYear; ///< From 0.
-    int weekday;   ///< Sunday is 0.
-};
-
-/// The day of a Gregorian date, for years from 1 to the greatest whose days fit, with room for sums.
-inline constexpr int greatestShortYear = 1000000;
+/// The day since the epoch of a Gregorian date in a year from 1 to `greatestNearYear`.
+inline constexpr int greatestNearYear = 400 * nearCycles;
 inline constexpr int daysBeforeMonthFromMarch[12] = {306, 337, 0, 31, 61, 92, 122, 153, 184, 214, 245, 275};
-constexpr GregorianDay gregorianDayOf(int year, int month, int day)
+constexpr int nearDayOf(int year, int month, int day)
 {
-    // Years from March on have their leap day last. January and February do not ask for it.
-    const auto fromMarch = static_cast<std::uint32_t>(year - (month < 2));
+    const auto fromMarch = static_cast<std::uint32_t>(year - (month < 2)); // Has its leap day last.
     const std::uint32_t century = fromMarch / 100;
-    const bool leap = (fromMarch & (fromMarch == 100 * century ? 15 : 3)) == 0;
-    const int daysOfYears = static_cast<int>(365 * fromMarch + fromMarch / 4 - century + century / 4);
-    const int epochDay = daysOfYears + daysBeforeMonthFromMarch[month] + day - 719469;
-    constexpr std::uint32_t weeks = 7 * 102738; // Makes days since the year 1 positive.
-    return {epochDay, daysBeforeMonth[leap][month] + day - 1,
-            static_cast<int>((static_cast<std::uint32_t>(epochDay) + weeks + 4) % 7)};
+    const auto daysOfYears = static_cast<int>(365 * fromMarch + fromMarch / 4 - century + century / 4);
+    return daysOfYears + daysBeforeMonthFromMarch[month] + day - 719469;
 }
 
 /// The weekday, Sunday being 0, of a day since the epoch.
 constexpr int weekdayOf(std::int64_t epochDay)
 {
-    constexpr int range = 7 * 140000000;
-    if (epochDay > -range && epochDay < range)
-        return static_cast<int>((static_cast<std::uint32_t>(static_cast<int>(epochDay)) + range + 4) % 7);
+    if (isNear(epochDay))
+        return nearWeekdayOf(static_cast<std::uint32_t>(epochDay) + nearDays);
     int weekday = 0;
     floorQuotient(epochDay + 4, 7, weekday);
     return weekday;

@@ -3,6 +3,7 @@
 #include "Arithmetic.h"
 #include "DayNumbers.h"
 #include "Exactly.h"
+#include "FieldValues.h"
 
 #include <algorithm>
 #include <climits>
@@ -46,7 +47,7 @@ void GregorianCalendar::copyFields(const GregorianCalendar& other)
     minimalDaysInFirstWeek_ = other.minimalDaysInFirstWeek_;
     std::ranges::copy(other.fields_, fields_);
     std::ranges::copy(other.stamps_, stamps_);
-    shortcuts_.value = other.shortcuts_.value & (stampsArePutOff | weeksArePutOff);
+    shortcuts_.value = other.shortcuts_.value;
     finish();
 }
 
@@ -55,8 +56,10 @@ Cloneable* GregorianCalendar::Clone() const { return new GregorianCalendar(*this
 void GregorianCalendar::set(unsigned field, int value) { store(field, value); }
 
 // Before any field is changed, what was put off is done from the fields as they are.
-void GregorianCalendar::finish() const
+[[gnu::noinline]] void GregorianCalendar::finish() const
 {
+    if (isPutOff(daysArePutOff))
+        setDays(fields_, fields_[FieldDayOfWeek]);
     if (isPutOff(weeksArePutOff))
         finishWeeks();
     if (isPutOff(stampsArePutOff))
@@ -72,9 +75,11 @@ void GregorianCalendar::finishWeeks() const
 
 inline void GregorianCalendar::outdate(Shortcut shortcut)
 {
-    if (shortcuts_.value & (stampsArePutOff | weeksArePutOff))
+    // The instant of a date and time set at once has new days, mostly before anybody asks for the old ones.
+    const unsigned char kept = shortcut == dateAndTimeSet ? daysArePutOff : 0;
+    if (shortcuts_.value & ~(kept | dateAndTimeSet)) [[unlikely]]
         finish();
-    shortcuts_.value = shortcut;
+    shortcuts_.value = static_cast<unsigned char>(shortcut | (shortcuts_.value & kept));
     readyFields_.value = nullptr;
     isTimeSet_ = areFieldsSet_ = false;
 }
@@ -101,11 +106,16 @@ inline void GregorianCalendar::store(unsigned field, int value)
     nextStamp_ = 2 + FieldCount;
 }
 
+[[gnu::noinline]] void GregorianCalendar::setEachOfDerived(std::initializer_list<std::pair<int, int>> settings)
+{
+    for (const auto& [field, value] : settings)
+        set(static_cast<unsigned>(field), value);
+}
+
 template <int... fields, class... Values> inline void GregorianCalendar::setEach(Shortcut shortcut, Values... values)
 {
     if (!isExactly(*this)) {
-        for (const auto& [field, value] : {std::pair(fields, values)...})
-            set(static_cast<unsigned>(field), value);
+        setEachOfDerived({std::pair(fields, values)...});
         return;
     }
     outdate(shortcut);

@@ -30,12 +30,57 @@ int weekOf(int day, int place, int minimalDays)
 }
 } // namespace
 
+void GregorianCalendar::setTime(const Time& time)
+{
+    if (!isExactly(*this)) {
+        setTimeInMillis(time);
+        return;
+    }
+    time_ = time;
+    isTimeSet_ = areFieldsSet_ = areAllFieldsSet_ = true;
+    computeOwnFields();
+}
+
 void GregorianCalendar::computeFields()
 {
-    int ofDerived[FieldCount];
-    const bool exact = isExactly(*this);
-    int* const values = exact ? fields_ : ofDerived;
+    if (isExactly(*this))
+        computeOwnFields();
+    else
+        computeFieldsOfDerived();
+}
 
+// For objects of no derived class: nobody sees in which order, and what nobody asks for is put off.
+void GregorianCalendar::computeOwnFields()
+{
+    shortcuts_.value = stampsArePutOff | weeksArePutOff;
+    readyFields_.value = fields_;
+    const int offset = zone_.GetStandardOffset();
+    const std::int64_t local = wrappingAdd(time_, offset); // Far when it does not fit.
+    NearDay nearDay;
+    if (zone_.UseDaylightTime() || local < normalizedGregorianCutover() || !splitNear(local, nearDay)) {
+        computeFieldsInto(fields_);
+        return;
+    }
+    setDate(fields_, nearDateOf(nearDay.day), nearWeekdayOf(nearDay.day) + Sunday);
+    setTimeOfDay(fields_, nearDay.millisInDay);
+    fields_[FieldZoneOffset] = offset;
+    fields_[FieldDstOffset] = 0;
+}
+
+void GregorianCalendar::computeFieldsOfDerived()
+{
+    int values[FieldCount];
+    computeFieldsInto(values);
+    computeWeeks(values);
+    storeFields(values, {FieldEra, FieldYear, FieldMonth, FieldDayOfMonth, FieldDayOfWeek, FieldDayOfYear,
+                         FieldWeekOfYear, FieldWeekOfMonth, FieldDayOfWeekInMonth, FieldMillisecond, FieldSecond,
+                         FieldMinute, FieldHourOfDay, FieldAmPm, FieldHour, FieldZoneOffset, FieldDstOffset});
+    std::ranges::fill(stamps_, 1);
+}
+
+// All but the week fields.
+void GregorianCalendar::computeFieldsInto(int* values) const
+{
     const int rawOffset = zone_.GetStandardOffset();
     const std::int64_t localMillis = addOrEpoch(time_, rawOffset);
     int millisInDay = 0;
@@ -56,16 +101,6 @@ void GregorianCalendar::computeFields()
     setTimeOfDay(values, millisInDay);
     values[FieldZoneOffset] = rawOffset;
     values[FieldDstOffset] = dstOffset;
-    if (exact) {
-        shortcuts_.value = stampsArePutOff | weeksArePutOff;
-        readyFields_.value = fields_;
-        return;
-    }
-    computeWeeks(values);
-    storeFields(values, {FieldEra, FieldYear, FieldMonth, FieldDayOfMonth, FieldDayOfWeek, FieldDayOfYear,
-                         FieldWeekOfYear, FieldWeekOfMonth, FieldDayOfWeekInMonth, FieldMillisecond, FieldSecond,
-                         FieldMinute, FieldHourOfDay, FieldAmPm, FieldHour, FieldZoneOffset, FieldDstOffset});
-    std::ranges::fill(stamps_, 1);
 }
 
 void GregorianCalendar::storeFields(const int* values, std::initializer_list<int> fields)

@@ -34,6 +34,8 @@ void GregorianCalendar::computeTime()
 
 void GregorianCalendar::computeTimeOfFields()
 {
+    if (isPutOff(daysArePutOff))
+        finish();
     if (!lenient_)
         validateFields(); // The answer is ignored: calendars that are not lenient compute from any fields too.
 
@@ -72,30 +74,34 @@ bool GregorianCalendar::computeTimeOfDateAndTime()
     const auto isIn = [](int least, int value, int greatest) {
         return static_cast<unsigned>(value) - static_cast<unsigned>(least) <= static_cast<unsigned>(greatest - least);
     };
-    const bool inRange = isIn(1, year, greatestShortYear) && isIn(January, month, December) && isIn(1, day, 31) &&
+    const bool inRange = isIn(1, year, greatestNearYear) && isIn(January, month, December) && isIn(1, day, 31) &&
                          isIn(0, hour, 23) && isIn(0, minute, 59) && isIn(0, second, 59) && isIn(0, millisecond, 999);
     if (!inRange || (day > 28 && day > daysInMonth[isLeapIn(true, year)][month]) || !isGregorian(year) ||
         stamps_[FieldZoneOffset] > 1 || (stamps_[FieldEra] != 0 && fields_[FieldEra] == BC))
         return false;
 
-    const GregorianDay date = gregorianDayOf(year, month, day);
-    const std::int64_t midnight = date.epochDay * millisPerDay;
+    const int epochDay = nearDayOf(year, month, day);
+    const std::int64_t midnight = epochDay * millisPerDay;
     if (midnight < normalizedGregorianCutover())
         return false;
-    const int millisInDay = ((hour * 60 + minute) * 60 + second) * 1000 + millisecond;
-    const int dayOfWeek = date.weekday + Sunday;
     if (lenient_) {
         fields_[FieldEra] = AD;
-        fields_[FieldDayOfWeek] = dayOfWeek;
-        fields_[FieldDayOfYear] = date.dayOfYear + 1;
+        fields_[FieldDayOfWeek] = epochDay;
+        shortcuts_.value |= daysArePutOff;
     }
-    const int zoneOffset = zone_.GetStandardOffset();
-    time_ = midnight + millisInDay - zoneOffset;
+    const int millisInDay = ((hour * 60 + minute) * 60 + second) * 1000 + millisecond;
+    time_ = midnight + millisInDay - zone_.GetStandardOffset();
     if (zone_.UseDaylightTime())
-        time_ -= wrappingSubtract(
-            zone_.GetOffset(AD, year, static_cast<Month>(month), day, static_cast<DayOfWeek>(dayOfWeek), millisInDay),
-            zoneOffset);
+        subtractDaylightTime(epochDay, millisInDay);
     return true;
+}
+
+void GregorianCalendar::subtractDaylightTime(int epochDay, int millisInDay)
+{
+    const int offset =
+        zone_.GetOffset(AD, fields_[FieldYear], static_cast<Month>(fields_[FieldMonth]), fields_[FieldDayOfMonth],
+                        static_cast<DayOfWeek>(weekdayOf(epochDay) + Sunday), millisInDay);
+    time_ -= wrappingSubtract(offset, zone_.GetStandardOffset());
 }
 
 // The zone's offset at a local time. In a lenient calendar the fields of the date are rewritten from it.
