@@ -9,7 +9,7 @@ if(TARN_CCACHE AND PROJECT_IS_TOP_LEVEL)
     set(CMAKE_CXX_COMPILER_LAUNCHER
         ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
         CCACHE_BASEDIR=${PROJECT_SOURCE_DIR} ${TARN_CCACHE})
-    add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fpch-preprocess>)
+    add_compile_options($<$<COMPILE_LANG_AND_ID:CXX,GNU>:-fpch-preprocess>)
 endif()
 
 # No path of the machine that builds goes into what is built.
@@ -18,4 +18,5 @@ add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-ffile-prefix-map=${PROJECT_SOURCE
 add_library(tarn_warnings INTERFACE)
 target_compile_options(tarn_warnings INTERFACE
     $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wpedantic -Wshadow -Wconversion>
+    $<$<COMPILE_LANG_AND_ID:CXX,Clang>:-Wno-unknown-warning-option>
     $<$<AND:$<BOOL:${TARN_WARNINGS_AS_ERRORS}>,$<COMPILE_LANGUAGE:CXX>>:-Werror>)

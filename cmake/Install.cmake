@@ -10,7 +10,7 @@ install(DIRECTORY include/tarn DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MAT
 file(GLOB public_headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/include/tarn/*.h")
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${public_headers})
 execute_process(
-    COMMAND ${CMAKE_CXX_COMPILER} -std=c++20 -M -fno-canonical-system-headers "-I${PROJECT_SOURCE_DIR}/include" -isystem "${TARN_BOOST_VIEW}"
+    COMMAND ${TARN_GCC} -std=c++20 -M -fno-canonical-system-headers "-I${PROJECT_SOURCE_DIR}/include" -isystem "${TARN_BOOST_VIEW}"
         "${PROJECT_SOURCE_DIR}/include/tarn/tarn.h"
     OUTPUT_VARIABLE dependencies COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX MATCHALL "boost-include/boost/[^ \n\\]+" boost_headers "${dependencies}")

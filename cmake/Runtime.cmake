@@ -8,11 +8,16 @@ else()
     list(APPEND TARN_RUNTIME_DLLS libgcc_s_seh-1.dll)
 endif()
 
+# The compiler that they belong to.
+if(NOT TARN_GCC)
+    set(TARN_GCC ${CMAKE_CXX_COMPILER})
+endif()
+
 # Puts stripped copies beside the programs (libstdc++ is 21 MB before stripping).
 function(tarn_copy_runtime target)
     set(copies "")
     foreach(dll IN LISTS TARN_RUNTIME_DLLS)
-        execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${dll}
+        execute_process(COMMAND ${TARN_GCC} -print-file-name=${dll}
             OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE)
         if(NOT IS_ABSOLUTE "${path}")
             find_file(found_${dll} ${dll} PATHS "/usr/${TARN_TRIPLET}/lib" "/usr/${TARN_TRIPLET}/bin"

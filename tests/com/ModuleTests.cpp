@@ -54,7 +54,7 @@ COMModule::Class persistentClass(COMModule::ThreadingModel threading)
 }
 
 // The module of a DLL; any that is loaded will do.
-HINSTANCE someDll() { return GetModuleHandleW(L"Tarn++U.dll"); }
+HINSTANCE someDll() { return GetModuleHandleW(L"libstdc++-6.dll"); }
 
 bool userHas(const Text& path) { return RegistryKey::existsKey(HKEY_CURRENT_USER, path.c_str()); }
 

@@ -12,6 +12,7 @@
 
 namespace {
 int* volatile nowhere = nullptr;
+int* volatile odd = reinterpret_cast<int*>(8);
 volatile int zero = 0;
 volatile int sink = 0;
 
@@ -60,12 +61,13 @@ extern "C" void looksLikeAnEnd() asm("looksLikeAnEnd");
 #endif
 
 // The code of the SEHError that a fault becomes, behind a frame whose destructor has to run.
-template <class Call> unsigned long codeOf(Call fault)
+unsigned long codeOf(void (*fault)())
 {
+    void (*volatile hidden)() = fault; // Clang forgets destructors and handlers where it sees that no call throws.
     const auto alive = std::make_shared<int>();
     const auto error = support::thrownBy<tarn::SEHError>([&] {
         const std::shared_ptr<int> local = alive;
-        fault();
+        hidden();
     });
     CHECK(alive.use_count() == 1);
     return error.getCode();
@@ -95,6 +97,7 @@ TEST_CASE("SEHError: faults arrive as exceptions, destructors run, the last erro
 #endif
 }
 
+#ifndef __clang__ // Which cannot.
 TEST_CASE("SEHError: a try in the function that faults catches it, and nothing is left over", "[foundation][seh]")
 {
     const std::size_t bytes = support::usedBytes();
@@ -109,6 +112,7 @@ TEST_CASE("SEHError: a try in the function that faults catches it, and nothing i
     }
     CHECK(support::usedBytes() < bytes + 10000);
 }
+#endif
 
 TEST_CASE("SEHError: faults that the system handles itself stay undisturbed", "[foundation][seh]")
 {
@@ -126,9 +130,9 @@ TEST_CASE("setSETranslator: a thread's own translator gets the fault as it was",
         throw Fault{code, info->ExceptionRecord->ExceptionInformation[1]};
     });
     CHECK(own.previous == &tarn::SEHError::translate);
-    int* volatile odd = reinterpret_cast<int*>(8);
+    void (*volatile readOdd)() = [] { sink = *odd; };
     try {
-        sink = *odd;
+        readOdd();
         FAIL("the read went through");
     } catch (const Fault& fault) {
         CHECK(fault.code == EXCEPTION_ACCESS_VIOLATION);

@@ -1,0 +1,11 @@
+# What the tests talk to comes from the build tree of the other edition, when the preset names one.
+add_executable(editions_peer "${CMAKE_CURRENT_SOURCE_DIR}/editions/programs/peer.cpp")
+target_link_libraries(editions_peer PRIVATE tarn::tarn tarn_warnings)
+add_dependencies(${test} editions_peer com_test_local)
+set(other_bin "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+math(EXPR other_bits "8 * ${CMAKE_SIZEOF_VOID_P}")
+if(TARN_OTHER_EDITION)
+    set(other_bin "${TARN_OTHER_EDITION}/bin")
+    math(EXPR other_bits "96 - ${other_bits}")
+endif()
+target_compile_definitions(${test} PRIVATE OTHER_BIN="${other_bin}" OTHER_BITS=${other_bits})

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "../streams/Graph.h"
+
+#include <tarn/WindowsFile.h>
+
+#include <cstdint>
+#include <string>
+#include <tuple>
+#include <type_traits>
+
+// What one edition writes and the other reads.
+
+namespace support {
+inline const auto sampleValues =
+    std::tuple(std::int8_t{-1}, std::uint16_t{2}, -3, 4u, -5L, 6uL, -7LL, 8uLL, 'x', L'\x20AC', true, 0.5f, 0.25,
+               std::string("narrow"), std::wstring(L"wide"), std::string());
+
+inline void writeSample(const char* file)
+{
+    tarn::WindowsFile out(file, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    std::apply([&](const auto&... values) { (out << ... << values); }, sampleValues);
+    tarn::MemoryInputStream nothing;
+    tarn::Archive archive(nothing, out);
+    const graph::NodePtr root = graph::makeGraph();
+    archive << root;
+    graph::dismantle(root);
+}
+
+/// Whether the file holds what writeSample writes.
+inline bool isSample(const char* file)
+{
+    tarn::WindowsFile in(file, GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    std::remove_const_t<decltype(sampleValues)> read;
+    std::apply([&](auto&... values) { (in >> ... >> values); }, read);
+    tarn::MemoryOutputStream nowhere;
+    tarn::Archive archive(in, nowhere);
+    graph::NodePtr root;
+    archive >> root;
+    const graph::NodePtr branch = root->right, leaf = branch->left;
+    const bool same = read == sampleValues && root->name == "root" && root->left->left == branch &&
+                      branch->right == leaf && leaf->left == root && leaf->style == branch->style &&
+                      root->style != branch->style && root->style->colour == "red";
+    graph::dismantle(root);
+    return same;
+}
+} // namespace support
