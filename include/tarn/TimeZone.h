@@ -50,8 +50,7 @@ public:
 
     /// A rule by weekday: with -1 the last one of the month, with -2 the one before (February counts 28
     /// days in every year). A positive `dayOfWeekInMonth` is meant to count from the month's start, but the
-    /// rule's day comes out right for few of the dates that it is compared with: give a date, or count
-    /// from the end.
+    /// rule's day comes out right for few of the dates that it is compared with: call SetStartRuleByWeekday().
     ///
     /// `time` is compared with standard time when an instant is turned into fields and with the clock's
     /// time in the other direction: give the end rule in standard time. Nothing is validated.
@@ -63,12 +62,37 @@ public:
     void SetEndRule(Month month, int dayOfMonth, int time);
     ///@}
 
+    /// A rule by weekday that is right in every month and year: `nth` 1 is the first one of the month, 5 the fifth
+    /// or, where there are four, the last; -1 is the last, -2 the one before. The rule takes effect at `time`
+    /// itself, which is standard time for the end rule, too.
+    ///@{
+    void SetStartRuleByWeekday(Month month, int nth, DayOfWeek dayOfWeek, int time);
+    void SetEndRuleByWeekday(Month month, int nth, DayOfWeek dayOfWeek, int time);
+    ///@}
+
     /// What to add to UTC at this local date and time of day: the standard offset, in daylight time with
-    /// the daylight amount on top. There is no daylight time in the era BC; `year` is not used.
+    /// the daylight amount on top. There is no daylight time in the era BC; `year` only tells SetStartRuleByWeekday()
+    /// how long February is.
     int GetOffset(Era era, int year, Month month, int day, DayOfWeek dayOfWeek, int millis) const;
 
     /// Whether daylight time is in force at the instant.
     bool InDaylightTime(const Time& time) const;
+
+    /// What a local time stands for.
+    struct Instants {
+        /// How often clocks show it: 0 in the hour that the start of daylight time leaves out, 2 in the hour
+        /// that its end repeats.
+        int count;
+        /// The instant in daylight time and the one in standard time, the same when there is but one. Of a time
+        /// that is left out they are shown as just as long before the gap, and after it.
+        ///@{
+        Time earlier;
+        Time later;
+        ///@}
+    };
+    /// The instants at which clocks in this zone show a local time, given as a UTC clock shows it:
+    /// `zone.instantsOf(parseISOTime("2026-10-25T02:30"))`.
+    Instants instantsOf(const Time& local) const;
 
 private:
     struct Rule {
@@ -78,7 +102,8 @@ private:
         int dayOfWeek;
         int day;
 
-        int compare(Month dateMonth, int dateDay, DayOfWeek dateDayOfWeek, int millis) const;
+        int compare(int year, Month dateMonth, int dateDay, DayOfWeek dateDayOfWeek, int millis) const;
+        int dayByWeekday(int monthLength, int dateDay, DayOfWeek dateDayOfWeek) const;
     };
 
     explicit TimeZone(const _TIME_ZONE_INFORMATION& information);

@@ -11,7 +11,7 @@
 
 namespace tarn {
 namespace {
-enum RuleMode { fixedDay, weekdayInMonth };
+enum RuleMode { fixedDay, weekdayInMonth, nthWeekday };
 
 constexpr int millisPerMinute = 60000;
 
@@ -114,8 +114,18 @@ void TimeZone::SetEndRule(Month month, int dayOfWeekInMonth, DayOfWeek dayOfWeek
 }
 void TimeZone::SetEndRule(Month month, int dayOfMonth, int time) { end_ = {fixedDay, month, time, 0, dayOfMonth}; }
 
+// What is compared with a rule's time counts as after it from the next millisecond on.
+void TimeZone::SetStartRuleByWeekday(Month month, int nth, DayOfWeek dayOfWeek, int time)
+{
+    start_ = {nthWeekday, month, wrappingSubtract(time, 1), dayOfWeek, nth};
+}
+void TimeZone::SetEndRuleByWeekday(Month month, int nth, DayOfWeek dayOfWeek, int time)
+{
+    end_ = {nthWeekday, month, wrappingSubtract(time, 1), dayOfWeek, nth};
+}
+
 // 1 before the transition, -1 after it, 0 exactly at it.
-int TimeZone::Rule::compare(Month dateMonth, int dateDay, DayOfWeek dateDayOfWeek, int millis) const
+int TimeZone::Rule::compare(int year, Month dateMonth, int dateDay, DayOfWeek dateDayOfWeek, int millis) const
 {
     if (dateMonth != month)
         return dateMonth < month ? 1 : -1;
@@ -131,17 +141,30 @@ int TimeZone::Rule::compare(Month dateMonth, int dateDay, DayOfWeek dateDayOfWee
         ruleDay =
             length + 7 * (std::int64_t(day) + 1) - (std::int64_t(length) - dayOfWeek - dateDay + dateDayOfWeek + 7) % 7;
     }
+    if (mode == nthWeekday)
+        ruleDay = dayByWeekday(daysInMonth[isLeapIn(year > 1582, year)][floorRemainder(dateMonth, 12)], dateDay,
+                               dateDayOfWeek);
     if (dateDay != ruleDay)
         return dateDay < ruleDay ? 1 : -1;
     return millis < time ? 1 : millis > time ? -1 : 0;
 }
 
-int TimeZone::GetOffset(Era era, int, Month month, int day, DayOfWeek dayOfWeek, int millis) const
+// The day of the month with the rule's weekday, from the weekday of any day.
+int TimeZone::Rule::dayByWeekday(int monthLength, int dateDay, DayOfWeek dateDayOfWeek) const
+{
+    const std::int64_t distance = std::int64_t(dayOfWeek) - dateDayOfWeek + dateDay - 1;
+    const int first = 1 + static_cast<int>((distance % 7 + 7) % 7);
+    const int last = first + (monthLength - first) / 7 * 7;
+    const std::int64_t counted = day > 0 ? first + 7 * (std::int64_t(day) - 1) : last + 7 * (std::int64_t(day) + 1);
+    return static_cast<int>(std::clamp<std::int64_t>(counted, first, last));
+}
+
+int TimeZone::GetOffset(Era era, int year, Month month, int day, DayOfWeek dayOfWeek, int millis) const
 {
     if (dstOffset_ == 0 || era != GregorianCalendarBase::AD)
         return rawOffset_;
-    const int start = start_.compare(month, day, dayOfWeek, millis);
-    const int end = end_.compare(month, day, dayOfWeek, millis);
+    const int start = start_.compare(year, month, day, dayOfWeek, millis);
+    const int end = end_.compare(year, month, day, dayOfWeek, millis);
     const bool northern = start_.month <= end_.month;
     const bool standard = northern ? start >= 0 || end < 0 : start >= 0 && end < 0;
     return standard ? rawOffset_ : wrappingAdd(rawOffset_, dstOffset_);
@@ -152,5 +175,17 @@ bool TimeZone::InDaylightTime(const Time& time) const
     GregorianCalendar calendar(*this);
     calendar.setTime(time);
     return calendar.InDaylightTime();
+}
+
+TimeZone::Instants TimeZone::instantsOf(const Time& local) const
+{
+    const std::int64_t standard = wrappingSubtract(std::int64_t(local), rawOffset_);
+    const std::int64_t daylight = wrappingSubtract(standard, dstOffset_);
+    const bool isStandard = !InDaylightTime(standard), isDaylight = InDaylightTime(daylight);
+    if (isStandard != isDaylight) {
+        const Time only = isStandard ? standard : daylight;
+        return {1, only, only};
+    }
+    return {isStandard ? 2 : 0, std::min(standard, daylight), std::max(standard, daylight)};
 }
 } // namespace tarn

@@ -1,5 +1,6 @@
 #include <catch2/catch.hpp>
 
+#include <tarn/TimeText.h>
 #include <tarn/TimeZone.h>
 #include <tarn/Windows.h>
 
@@ -77,6 +78,54 @@ TEST_CASE("TimeZone: a weekday counted from the month's start follows the formul
         INFO("day " << day);
         CHECK((daylightAt(zone, Base::March, day, 1, (day + 2) % 7 + 1) != 0) == (day >= ruleDays[day - 1]));
     }
+}
+
+TEST_CASE("TimeZone: the n-th weekday of a month is found from any day of any year", "[calendar][zone]")
+{
+    TimeZone zone = zones::withOffset(0, hour);
+    zone.SetEndRuleByWeekday(Base::December, -1, Base::Sunday, 24 * hour);
+    const auto& [year, month, nth, weekday, expected] = GENERATE(table<int, int, int, int, int>({
+        {2000, Base::March, 1, Base::Wednesday, 1},
+        {2000, Base::March, 2, Base::Sunday, 12},
+        {2000, Base::March, 5, Base::Sunday, 26},
+        {2000, Base::March, 5, Base::Friday, 31},
+        {2000, Base::March, -2, Base::Friday, 24},
+        {2000, Base::February, -1, Base::Tuesday, 29},
+        {2001, Base::February, 5, Base::Wednesday, 28},
+        {2004, Base::November, 1, Base::Sunday, 7},
+    }));
+    zone.SetStartRuleByWeekday(static_cast<Base::Month>(month), nth, static_cast<Base::DayOfWeek>(weekday), 2 * hour);
+    auto calendar = zones::on(year, month, 1);
+    for (; calendar.get(tarn::Calendar::FieldMonth) == month; calendar.add(tarn::Calendar::FieldHour, 1)) {
+        const int day = calendar.get(tarn::Calendar::FieldDayOfMonth), clock = calendar.get(tarn::Calendar::FieldHour);
+        INFO(year << ": " << zones::text(calendar));
+        CHECK(zone.InDaylightTime(calendar.getTime()) ==
+              (day > expected || (day == expected && (clock >= 2 || calendar.get(tarn::Calendar::FieldAmPm) == 1))));
+    }
+}
+
+TEST_CASE("TimeZone: local times that are left out or repeated are told apart", "[calendar][zone]")
+{
+    TimeZone zone = zones::withOffset(hour, hour);
+    zone.SetStartRuleByWeekday(Base::March, -1, Base::Sunday, 2 * hour);
+    zone.SetEndRuleByWeekday(Base::October, -1, Base::Sunday, 2 * hour);
+    const auto& [local, count, earlier, later] = GENERATE(table<const char*, int, const char*, const char*>({
+        {"2026-03-29T01:59:59.999", 1, "2026-03-29T00:59:59.999", "2026-03-29T00:59:59.999"},
+        {"2026-03-29T02:00", 0, "2026-03-29T00:00", "2026-03-29T01:00"},
+        {"2026-03-29T02:59:59.999", 0, "2026-03-29T00:59:59.999", "2026-03-29T01:59:59.999"},
+        {"2026-03-29T03:00", 1, "2026-03-29T01:00", "2026-03-29T01:00"},
+        {"2026-10-25T01:59:59.999", 1, "2026-10-24T23:59:59.999", "2026-10-24T23:59:59.999"},
+        {"2026-10-25T02:00", 2, "2026-10-25T00:00", "2026-10-25T01:00"},
+        {"2026-10-25T02:59:59.999", 2, "2026-10-25T00:59:59.999", "2026-10-25T01:59:59.999"},
+        {"2026-10-25T03:00", 1, "2026-10-25T02:00", "2026-10-25T02:00"},
+    }));
+    const TimeZone::Instants instants = zone.instantsOf(tarn::parseISOTime(local));
+    CHECK(instants.count == count);
+    CHECK(instants.earlier == tarn::parseISOTime(earlier));
+    CHECK(instants.later == tarn::parseISOTime(later));
+    CHECK(zones::withOffset(hour).instantsOf(0).count == 1);
+    if (count == 1) // What is shown is what was asked for, to the millisecond.
+        CHECK_THAT(tarn::formatISOTimeA(instants.earlier, zone), Catch::StartsWith(local));
 }
 
 TEST_CASE("TimeZone: tells whether an instant lies in daylight time, which the era BC has not", "[calendar][zone]")
