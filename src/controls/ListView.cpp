@@ -82,7 +82,8 @@ template <class Ch> BasicString<Ch> textOfItem(const ListView& view, unsigned it
         attributes.iSubItem = static_cast<int>(subitem);
         attributes.pszText = buffer;
         attributes.cchTextMax = size;
-        return static_cast<int>(view.sendMessageA(ItemApi<Ch>::getListText, item, toLParam(&attributes)));
+        view.sendMessageA(ItemApi<Ch>::getListText, item, toLParam(&attributes));
+        return attributes.pszText;
     });
 }
 } // namespace

@@ -4,8 +4,6 @@
 #include "ItemApi.h"
 #include "ItemText.h"
 
-#include <string>
-
 namespace tarn {
 namespace {
 /// The pictures of an item to be inserted.
@@ -55,7 +53,7 @@ template <class Ch, class GetItem> BasicString<Ch> textOfItem(HTREEITEM item, Ge
         attributes.pszText = buffer;
         attributes.cchTextMax = size;
         getItem(attributes);
-        return static_cast<int>(std::char_traits<Ch>::length(buffer));
+        return attributes.pszText;
     });
 }
 

@@ -145,6 +145,37 @@ TEMPLATE_TEST_CASE("TreeView: items of both widths are inserted at their places"
     CHECK(tree.sendMessageA(TVM_GETCOUNT) == 0);
 }
 
+TEMPLATE_TEST_CASE("Views: a text that the control keeps elsewhere is read there", "[controls]", ListView, TreeView)
+{
+    /// Redirects the reader of an item's text.
+    struct Redirecting : Window {
+        Redirecting() { support::open(*this); }
+        LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
+        {
+            if (msg == LVM_GETITEMTEXTW)
+                return reinterpret_cast<LVITEMW*>(lParam)->pszText = text, 4;
+            if (msg == TVM_GETITEMW)
+                return reinterpret_cast<TVITEMEXW*>(lParam)->pszText = text, TRUE;
+            return Window::onMessage(msg, wParam, lParam);
+        }
+        wchar_t* text = nullptr;
+    } control;
+    const TestType view(control.getWindowHandle());
+    const auto read = [&] {
+        if constexpr (std::is_same_v<TestType, ListView>)
+            return view.getItemTextW(0, 0);
+        else
+            return view.getItemTextW(nullptr);
+    };
+    std::wstring kept(300, L'x');
+    control.text = kept.data();
+    CHECK(read() == kept);
+    for (wchar_t* const none : {static_cast<wchar_t*>(nullptr), LPSTR_TEXTCALLBACKW}) {
+        control.text = none;
+        CHECK(read().empty());
+    }
+}
+
 TEST_CASE("TreeView: sorting reaches the levels below when it is told to", "[controls]")
 {
     const TreeHost host(WC_TREEVIEWW);
