@@ -56,14 +56,20 @@ protected:
     virtual void apply();
     /// False when the page has no help of its own.
     virtual bool help(const wchar_t* folder);
-    /// By default a message box tells the text.
+    /// Gets what a handler threw, and a `std::runtime_error` "Unknown exception" for what is no
+    /// `std::exception`. By default a message box tells the text. What this function throws itself is dropped, and
+    /// the debugger hears of it.
     virtual void onError(const std::exception& error);
-    /// Tells the frame too, which enables its Apply button.
+    /// Tells the frame too, which enables its Apply button. Called by onInitDialog() it counts; called by a handler
+    /// of what the controls tell while onInitDialog() fills them it does nothing.
     void setDirty(bool dirty);
 
 private:
+    LRESULT handleAndTell(UINT msg, WPARAM wParam, LPARAM lParam) noexcept;
+
     unsigned short title_;
     bool dirty_ = false;
+    bool isActivating_ = false;
     COMInterfacePointer<IPropertyPageSite> site_;
     Objects objects_;
 };

@@ -3,9 +3,11 @@
 #include <tarn/MessageLoop.h>
 #include <tarn/Rect.h>
 
+#include "../foundation/Closing.h"
 #include "../foundation/Throw.h"
 
 #include <cstring>
+#include <stdexcept>
 #include <utility>
 
 namespace tarn {
@@ -44,9 +46,18 @@ HRESULT COMPropertyPage::Activate(HWND parent, LPCRECT rect, BOOL)
     if (!rect)
         return E_POINTER;
     return asHRESULT([&] {
-        create(parent);
-        move(*rect, true);
         dirty_ = false;
+        isActivating_ = true;
+        try {
+            create(parent);
+            move(*rect, true);
+        } catch (...) {
+            isActivating_ = false;
+            throw;
+        }
+        isActivating_ = false;
+        if (dirty_)
+            setDirty(true);
     });
 }
 
@@ -54,6 +65,7 @@ HRESULT COMPropertyPage::Deactivate()
 {
     if (!isOpen())
         return E_UNEXPECTED;
+    dirty_ = false;
     return asHRESULT([&] { destroy(); });
 }
 
@@ -97,6 +109,8 @@ HRESULT COMPropertyPage::IsPageDirty() { return dirty_ ? S_OK : S_FALSE; }
 
 HRESULT COMPropertyPage::Apply()
 {
+    if (!isOpen())
+        return E_UNEXPECTED;
     return asHRESULT([&] {
         apply();
         dirty_ = false;
@@ -128,12 +142,27 @@ void COMPropertyPage::onCommand(Window* sender, unsigned short code, unsigned sh
 
 LRESULT COMPropertyPage::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
 {
+    const bool isActivating = isActivating_, wasDirty = dirty_;
+    const LRESULT result = handleAndTell(msg, wParam, lParam);
+    if (isActivating) // What controls tell while onInitDialog() fills them is no change of the user's.
+        dirty_ = wasDirty;
+    return result;
+}
+
+LRESULT COMPropertyPage::handleAndTell(UINT msg, WPARAM wParam, LPARAM lParam) noexcept
+{
     try {
-        return Dialog::onMessage(msg, wParam, lParam);
-    } catch (const std::exception& e) {
-        onError(e);
-        return 0;
+        try {
+            return Dialog::onMessage(msg, wParam, lParam);
+        } catch (const std::exception& e) {
+            onError(e);
+        } catch (...) {
+            onError(std::runtime_error("Unknown exception"));
+        }
+    } catch (...) {
+        dropCurrentException();
     }
+    return 0;
 }
 
 void COMPropertyPage::apply() {}
@@ -143,7 +172,7 @@ void COMPropertyPage::onError(const std::exception& error) { messageBox(error.wh
 void COMPropertyPage::setDirty(bool dirty)
 {
     dirty_ = dirty;
-    if (site_)
+    if (site_ && !isActivating_)
         HRESULTHolder::throwOnError(site_->OnStatusChange(dirty ? PROPPAGESTATUS_DIRTY : PROPPAGESTATUS_CLEAN));
 }
 } // namespace tarn

@@ -34,16 +34,29 @@ class Page : public COMPropertyPage {
 public:
     explicit Page(IUnknown* outer) : COMPropertyPage(outer, 11, 2, GetModuleHandleW(nullptr)) { current = this; }
     ~Page() override { current = nullptr; }
-    bool onInitDialog(Window&) override { return setText(10, "value"), true; }
+    bool onInitDialog(Window&) override
+    {
+        setText(10, "value");
+        if (isDirtyFromTheStart)
+            setDirty(true);
+        return true;
+    }
     void onCommand(Window* sender, unsigned short code, unsigned short id) override
     {
         COMPropertyPage::onCommand(sender, code, id);
         if (code == EN_CHANGE && isOpen())
             setDirty(true);
-        if (code == EN_KILLFOCUS + 1000)
+        if (code == throwsError)
             throw std::runtime_error("in a handler");
+        if (code == throwsNumber)
+            throw 5;
     }
-    void onError(const std::exception& error) override { heard = error.what(); }
+    void onError(const std::exception& error) override
+    {
+        heard = error.what();
+        if (failing)
+            throw std::runtime_error("in onError");
+    }
     void apply() override
     {
         if (failing)
@@ -51,7 +64,8 @@ public:
         ++applied;
     }
 
-    bool failing = false;
+    static constexpr unsigned short throwsError = 5001, throwsNumber = 5002; // Codes of commands.
+    bool failing = false, isDirtyFromTheStart = false;
     std::string heard;
     static inline Page* current = nullptr;
     static inline int applied = 0;
@@ -87,8 +101,19 @@ TEST_CASE("COMPropertyPage: serves its size, its window and its values", "[compa
     CHECK((page->Apply() == E_OUTOFMEMORY && page->IsPageDirty() == S_OK));
     Page::current->failing = false;
     CHECK((page->Apply() == S_OK && page->IsPageDirty() == S_FALSE));
-    SendMessageW(*Page::current, WM_COMMAND, MAKEWPARAM(10, EN_KILLFOCUS + 1000), 0);
-    CHECK(Page::current->heard == "in a handler");
+}
+
+TEST_CASE("COMPropertyPage: nothing that a handler throws reaches the host", "[compage]")
+{
+    Frame frame;
+    REQUIRE(frame.page->Activate(frame.parent, &frame.place, FALSE) == S_OK);
+    Page::current->failing = GENERATE(false, true);
+    const auto heardAfter = [](unsigned short code) {
+        SendMessageW(*Page::current, WM_COMMAND, MAKEWPARAM(10, code), 0); // As the host's message loop does.
+        return Page::current->heard;
+    };
+    CHECK(heardAfter(Page::throwsError) == "in a handler");
+    CHECK(heardAfter(Page::throwsNumber) == "Unknown exception");
 }
 
 TEST_CASE("COMPropertyPage: takes its own keys and leaves the frame its own", "[compage]")
@@ -117,13 +142,18 @@ TEST_CASE("COMPropertyPage: tells a wrong order of calls, and its site what chan
     CHECK((page->SetPageSite(&site) == S_OK && page->SetPageSite(&site) == E_UNEXPECTED && site.references == 1));
     CHECK((page->Show(SW_SHOW) == E_UNEXPECTED && page->Move(&frame.place) == E_UNEXPECTED));
     CHECK((page->Deactivate() == E_UNEXPECTED && page->Activate(nullptr, nullptr, FALSE) == E_POINTER));
+    CHECK(page->Apply() == E_UNEXPECTED);
+    Page::current->isDirtyFromTheStart = true;
     REQUIRE(page->Activate(frame.parent, &frame.place, FALSE) == S_OK);
+    CHECK((page->IsPageDirty() == S_OK && site.status == PROPPAGESTATUS_DIRTY));
+    CHECK((page->Apply() == S_OK && page->IsPageDirty() == S_FALSE));
+    site.status = 0;
     CHECK(page->Show(SW_MINIMIZE) == E_INVALIDARG);
     SetWindowTextW(GetDlgItem(*Page::current, 10), L"other");
     CHECK(site.status == PROPPAGESTATUS_DIRTY);
     frame.place.right = 150;
     CHECK((page->Move(&frame.place) == S_OK && Page::current->getWindowSize() == Size(145, 100)));
-    CHECK((page->Deactivate() == S_OK && !Page::current->isOpen()));
+    CHECK((page->Deactivate() == S_OK && !Page::current->isOpen() && page->IsPageDirty() == S_FALSE));
     CHECK((page->SetPageSite(nullptr) == S_OK && site.references == 0));
 }
 
