@@ -47,7 +47,7 @@ public:
     bool showModal(); ///< False when cancelled.
     /// The folder chosen last; null after a cancelled dialog.
     const ItemIDList& getSelection() const { return selection_; }
-    /// As the shell shows the folder; empty before the dialog.
+    /// As the shell shows the folder; empty before the dialog and after a cancelled one.
     BasicString<wchar_t> getDisplayName() const { return displayName_; }
 
 protected:

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <new>
 #include <string>
+#include <string_view>
 
 namespace tarn {
 namespace {
@@ -61,6 +62,17 @@ struct FileDialog::Data {
         if (path.size() >= bufferSize)
             throwError(CommonDialogError(FNERR_BUFFERTOOSMALL, failed));
         std::fill(std::copy(path.begin(), path.end(), file), file + bufferSize, L'\0');
+        locateParts();
+    }
+    // What the system does for a path that was chosen.
+    void locateParts()
+    {
+        const std::wstring_view path(file); // The folder when there are several names.
+        const std::size_t offset = length() == path.size() ? path.find_last_of(L"\\/:") + 1 : path.size() + 1;
+        const std::wstring_view name(file + offset);
+        const std::size_t dot = name.rfind(L'.');
+        info.nFileOffset = static_cast<WORD>(offset);
+        info.nFileExtension = dot == name.npos ? WORD() : static_cast<WORD>(offset + dot + 1);
     }
     // Up to the zero behind the last text.
     std::size_t length() const
@@ -110,7 +122,7 @@ void FileDialog::setFilter(const wchar_t* filter)
         data_->info.lpstrFilter = nullptr;
 }
 
-void FileDialog::setTitle(const char* title) { setTitle(BasicString<wchar_t>(title).c_str()); }
+void FileDialog::setTitle(const char* title) { setTitle(title ? BasicString<wchar_t>(title).c_str() : nullptr); }
 void FileDialog::setTitle(const wchar_t* title)
 {
     data_->title = BasicString<wchar_t>(title);
@@ -127,7 +139,11 @@ bool FileDialog::showModal()
                                       [&]() noexcept { cancelForeignDialogs(info.hwndOwner); });
     if (isChosen)
         return true;
-    if (const DWORD error = CommDlgExtendedError())
+    const DWORD error = CommDlgExtendedError();
+    if (error == FNERR_BUFFERTOOSMALL) // The system put the size there that it needs.
+        data_->setPath(BasicString<wchar_t>());
+    data_->locateParts();
+    if (error)
         throwError(CommonDialogError(error, failed));
     return false;
 }

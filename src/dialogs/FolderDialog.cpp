@@ -76,8 +76,12 @@ bool FolderDialog::showModal()
     };
     const Unbinding unbinding{*this};
     // Taken over inside, so that it is not lost when an exception comes back with it.
-    runningLoop([&] { selection_.attach(SHBrowseForFolderW(&info_)); },
-                [&]() noexcept { PostMessageW(*this, WM_COMMAND, IDCANCEL, 0); });
+    const auto run = [&] {
+        selection_.attach(SHBrowseForFolderW(&info_));
+        if (!selection_)
+            displayName_[0] = 0; // The system writes the name of what is selected, and of what was.
+    };
+    runningLoop(run, [&]() noexcept { PostMessageW(*this, WM_COMMAND, IDCANCEL, 0); });
     return static_cast<bool>(selection_);
 }
 

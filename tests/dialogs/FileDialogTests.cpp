@@ -60,6 +60,25 @@ TEST_CASE("FileDialog: a cancelled dialog is no error, and a chosen file has its
         CHECK(dialog.getPathA() == path);
         CHECK((dialog.getFilenameW() == L"chosen.txt" && dialog.getExtensionA() == "txt"));
     }
+    dialog.setPath("C:\\a.b\\name"); // The parts are those of the present path.
+    CHECK((dialog.getFilenameA() == "name" && dialog.getExtensionW().empty()));
+    dialog.setPath(L"other.c.d");
+    CHECK((dialog.getFilenameA() == "other.c.d" && dialog.getExtensionA() == "d"));
+}
+
+TEST_CASE("FileDialog: a null title of either width is the system's", "[filedialog]")
+{
+    FileDialog dialog(static_cast<HWND>(nullptr), false, OFN_EXPLORER | OFN_NOCHANGEDIR);
+    dialog.setTitle("Choose");
+    GENERATE(false, true) ? dialog.setTitle(static_cast<const char*>(nullptr))
+                          : dialog.setTitle(static_cast<const wchar_t*>(nullptr));
+    wchar_t title[100] = L"";
+    const support::Driver driver([&] {
+        GetWindowTextW(support::visibleDialog(), title, 100);
+        return press(IDCANCEL)();
+    });
+    dialog.showModal();
+    CHECK((title[0] && title != std::wstring(L"Choose")));
 }
 
 TEST_CASE("FileDialog: several files are the folder and their names", "[filedialog]")
@@ -158,6 +177,8 @@ TEST_CASE("FolderDialog: the folder preselected is chosen, or the dialog cancell
     CHECK(dialog.showModal());
     CHECK(dialog.getSelection().getPathW() == wanted);
     CHECK(dialog.getDisplayName().endsWith(folder.path().filename().wstring().c_str())); // Or the whole path.
+    dialog.button = IDCANCEL;
+    CHECK((!dialog.showModal() && !dialog.getSelection() && dialog.getDisplayName().empty()));
 }
 
 TEST_CASE("FolderDialog: what a handler throws closes it and comes out of it", "[folderdialog]")
