@@ -43,7 +43,7 @@ void showMenu()
     bar.insert("Save", static_cast<unsigned>(-1), MF_BYPOSITION, 11);
     bar.insertSeparator();
     bar.insert("Zoom", static_cast<unsigned>(-1), MF_BYPOSITION | MF_POPUP, reinterpret_cast<UINT_PTR>(zoomHandle));
-    zoom = tarn::Menu(); // It is the bar's now.
+    zoom.detach(); // It is the bar's now.
     bar.setItemState(tarn::Menu::grayed, 11, false);
     bar.setItemCheck(tarn::Menu::checked, 22, false);
     std::cout << "A menu:\n";

@@ -6,7 +6,7 @@
 
 namespace tarn {
 /// A mouse pointer, loaded from a module and owned, or a handle that is owned only when told so. Follows the
-/// rule of OwnedHandle: copy construction moves, assignment makes a second owner.
+/// rule of OwnedHandle: copy construction moves, assignment of a variable makes a second owner.
 ///
 /// The pointer that is being shown must not be destroyed: set another one first. Failures throw
 /// WindowsError, also out of the destructor.
@@ -26,6 +26,7 @@ public:
     Cursor(Cursor& other) noexcept = default;
     Cursor(Cursor&& other) noexcept = default;
     Cursor& operator=(const Cursor&) noexcept = default;
+    Cursor& operator=(Cursor&& other) noexcept;
     ///@}
     ~Cursor() noexcept(false);
 

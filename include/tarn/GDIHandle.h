@@ -6,7 +6,7 @@
 
 namespace tarn {
 /// Any drawing object of the system: the base of Bitmap, Brush, Pen, Font and Palette. Owns it or borrows
-/// it, and follows the rule of OwnedHandle: copy construction moves, assignment makes a second owner.
+/// it, and follows the rule of OwnedHandle: copy construction moves, assignment of a variable makes a second owner.
 ///
 /// An object must not be selected into a device context when its owner deletes it: select the previous one
 /// back first. Failures throw WindowsError, also out of the destructor.
@@ -20,6 +20,7 @@ public:
     GDIHandle(GDIHandle& other) noexcept = default;
     GDIHandle(GDIHandle&& other) noexcept = default;
     GDIHandle& operator=(const GDIHandle&) noexcept = default;
+    GDIHandle& operator=(GDIHandle&& other) noexcept;
     ///@}
     ~GDIHandle() noexcept(false);
 
@@ -37,6 +38,8 @@ public:
 
     /// Null for none. Lent, not given.
     Handle getHandle() const noexcept { return static_cast<Handle>(GDIHandle::getHandle()); }
+    /// Becomes null and releases nothing: an owned object is the caller's from now on.
+    Handle detach() noexcept { return static_cast<Handle>(GDIHandle::detach()); }
     /// As getHandle().
     operator Handle() const noexcept { return getHandle(); }
 };

@@ -6,7 +6,7 @@
 
 namespace tarn {
 /// An icon, loaded from a module and owned, or a handle that is owned only when told so. Follows the rule
-/// of OwnedHandle: copy construction moves, assignment makes a second owner.
+/// of OwnedHandle: copy construction moves, assignment of a variable makes a second owner.
 ///
 /// Failures throw WindowsError, also out of the destructor.
 class TARN_API Icon : public OwnedHandle<HICON> {
@@ -25,6 +25,7 @@ public:
     Icon(Icon& other) noexcept = default;
     Icon(Icon&& other) noexcept = default;
     Icon& operator=(const Icon&) noexcept = default;
+    Icon& operator=(Icon&& other) noexcept;
     ///@}
     ~Icon() noexcept(false);
 

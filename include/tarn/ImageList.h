@@ -17,9 +17,13 @@ public:
     /// As load() does.
     ImageList(int resource, what kind, unsigned width, unsigned long mask, unsigned flags, HINSTANCE module);
     ImageList(const ImageList&) = delete;
+    ImageList(ImageList&& other) noexcept : list_(other.detach()) {} ///< Takes the list over.
     /// Copies the handle without destroying the one before, and leaves two owners of one list: detach() one
     /// of them before both die, otherwise the second one's end throws or worse.
     ImageList& operator=(const ImageList&) = default;
+    /// Takes the list over, and destroys what was held before. A failure of that is told to the debugger only; call
+    /// destroy() first to hear of it.
+    ImageList& operator=(ImageList&& other) noexcept;
     ~ImageList() noexcept(false);
 
     /// Destroys a held list first. A bitmap is cut into pictures of this width; an icon or cursor is one
@@ -29,7 +33,7 @@ public:
     void load(int resource, what kind, unsigned width, unsigned long mask, unsigned flags, HINSTANCE module);
     void destroy();               ///< Does nothing when empty. Throws "Failed to destroy image list".
     void attach(HIMAGELIST list); ///< Takes it over, and destroys what was held before.
-    HIMAGELIST detach();          ///< The caller destroys it from now on.
+    HIMAGELIST detach() noexcept; ///< The caller destroys it from now on.
 
     /// Null for none. The handle is lent, not given.
     ///@{

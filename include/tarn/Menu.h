@@ -8,9 +8,9 @@
 namespace tarn {
 /// A menu, owned or borrowed; its items are named by position or by command id.
 ///
-/// Follows the rule of OwnedHandle: copy construction moves, assignment makes a second owner. A menu bar
-/// belongs to its window and a submenu to its menu as soon as it is there: assign `menu = Menu()` then, so
-/// that the object does not destroy it too.
+/// Follows the rule of OwnedHandle: copy construction moves, assignment of a variable makes a second owner. A menu
+/// bar belongs to its window and a submenu to its menu as soon as it is there: call detach() then, so that the object
+/// does not destroy it too.
 ///
 /// Failures throw WindowsError, also out of the destructor.
 class TARN_API Menu : public OwnedHandle<HMENU> {
@@ -50,6 +50,7 @@ public:
     Menu(Menu& other) noexcept = default;
     Menu(Menu&& other) noexcept = default;
     Menu& operator=(const Menu&) noexcept = default;
+    Menu& operator=(Menu&& other) noexcept;
     ///@}
     ~Menu() noexcept(false);
 
@@ -78,7 +79,7 @@ public:
     void remove(unsigned item, bool byPosition) const;
 
     unsigned getItemCount() const; ///< Throws "Can't retrieve item count for menu MENU".
-    /// Throws "Can't retrieve item POSITION of menu MENU", also for an item with a submenu.
+    /// Throws "Can't retrieve item POSITION of menu MENU", also, with the code 0, for an item with a submenu.
     unsigned getItemID(unsigned position) const;
     void getItemInfo(ItemInfo& info, unsigned item, bool byPosition) const; ///< Throws "Can't retrieve menu item info".
     /// What it was before; -1 when there is no such item.

@@ -1,6 +1,7 @@
 #include <tarn/ImageList.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/Closing.h"
 
 #include <utility>
 
@@ -12,7 +13,19 @@ ImageList::ImageList(int resource, what kind, unsigned width, unsigned long mask
     load(resource, kind, width, mask, flags, module);
 }
 
-ImageList::~ImageList() noexcept(false) { destroy(); }
+ImageList::~ImageList() noexcept(false)
+{
+    closeAtEnd([this] { destroy(); });
+}
+
+ImageList& ImageList::operator=(ImageList&& other) noexcept
+{
+    const HIMAGELIST taken = other.detach(); // First, because it may be this object.
+    if (taken != list_)
+        closeQuietly([this] { destroy(); });
+    list_ = taken;
+    return *this;
+}
 
 void ImageList::load(int resource, what kind, unsigned width, unsigned long mask, unsigned flags, HINSTANCE module)
 {
@@ -39,5 +52,5 @@ void ImageList::attach(HIMAGELIST list)
     list_ = list;
 }
 
-HIMAGELIST ImageList::detach() { return std::exchange(list_, nullptr); }
+HIMAGELIST ImageList::detach() noexcept { return std::exchange(list_, nullptr); }
 } // namespace tarn

@@ -4,7 +4,21 @@
 
 #include "../foundation/Throw.h"
 
+#include <utility>
+
 namespace tarn {
+ItemIDList::ItemIDList(ItemIDList&& other) noexcept : list_(other.list_), owns_(other.owns_) { other.detach(); }
+
+ItemIDList& ItemIDList::operator=(ItemIDList&& other) noexcept
+{
+    const bool owns = other.owns_;
+    ITEMIDLIST* const taken = other.detach(); // First, because it may be this object.
+    close();
+    list_ = taken;
+    owns_ = owns;
+    return *this;
+}
+
 void ItemIDList::attach(ITEMIDLIST* list) noexcept
 {
     if (list != list_)
@@ -30,6 +44,12 @@ void ItemIDList::close() noexcept
     }
     list_ = nullptr;
     owns_ = false;
+}
+
+ITEMIDLIST* ItemIDList::detach() noexcept
+{
+    owns_ = false;
+    return std::exchange(list_, nullptr);
 }
 
 BasicString<char> ItemIDList::getPathA() const { return getPathW().c_str(); }

@@ -3,6 +3,7 @@
 #include <tarn/Window.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/Closing.h"
 #include "MenuApi.h"
 
 namespace tarn {
@@ -15,7 +16,16 @@ template <class Ch> void insertItem(HMENU menu, const Ch* text, unsigned positio
 }
 } // namespace
 
-Menu::~Menu() noexcept(false) { close(); }
+Menu::~Menu() noexcept(false)
+{
+    closeAtEnd([this] { close(); });
+}
+Menu& Menu::operator=(Menu&& other) noexcept
+{
+    Menu former(moveFrom(other), true);
+    closeQuietly([&] { former.close(); });
+    return *this;
+}
 
 void Menu::create(bool popup)
 {
@@ -68,9 +78,10 @@ unsigned Menu::getItemCount() const
 
 unsigned Menu::getItemID(unsigned position) const
 {
-    return ensureNot(static_cast<UINT>(-1), GetMenuItemID(getHandle(), static_cast<int>(position)), [&] {
-        return BasicString<char>::fromFormat("Can't retrieve item %u of menu %p", position, getHandle());
-    });
+    // An item with a submenu is refused without an error code.
+    return ensureGDINot(
+        static_cast<UINT>(-1), [&] { return GetMenuItemID(getHandle(), static_cast<int>(position)); },
+        [&] { return BasicString<char>::fromFormat("Can't retrieve item %u of menu %p", position, getHandle()); });
 }
 
 void Menu::getItemInfo(ItemInfo& info, unsigned item, bool byPosition) const

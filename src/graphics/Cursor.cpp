@@ -1,10 +1,20 @@
 #include <tarn/Cursor.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/Closing.h"
 #include "GraphicsApi.h"
 
 namespace tarn {
-Cursor::~Cursor() noexcept(false) { close(); }
+Cursor::~Cursor() noexcept(false)
+{
+    closeAtEnd([this] { close(); });
+}
+Cursor& Cursor::operator=(Cursor&& other) noexcept
+{
+    Cursor former(moveFrom(other), true);
+    closeQuietly([&] { former.close(); });
+    return *this;
+}
 
 void Cursor::load(int id, HINSTANCE module) { load(MAKEINTRESOURCEW(id), module); }
 void Cursor::load(const char* name, HINSTANCE module)
@@ -21,6 +31,6 @@ void Cursor::load(const wchar_t* name, HINSTANCE module)
 void Cursor::close()
 {
     if (const HCURSOR handle = takeOwned())
-        ensure(DestroyCursor(handle), "Can't destroy cursor");
+        ensureGDI([=] { return DestroyCursor(handle); }, "Can't destroy cursor");
 }
 } // namespace tarn

@@ -1,9 +1,19 @@
 #include <tarn/GDIHandle.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/Closing.h"
 
 namespace tarn {
-GDIHandle::~GDIHandle() noexcept(false) { close(); }
+GDIHandle::~GDIHandle() noexcept(false)
+{
+    closeAtEnd([this] { close(); });
+}
+GDIHandle& GDIHandle::operator=(GDIHandle&& other) noexcept
+{
+    GDIHandle former(moveFrom(other), true);
+    closeQuietly([&] { former.close(); });
+    return *this;
+}
 
 void GDIHandle::close()
 {

@@ -30,6 +30,10 @@ TEST_CASE("ImageList: loads strips, icons and cursors and owns them", "[controls
     list.attach(detached);
     list.attach(detached); // Again.
     CHECK(ImageList_GetImageCount(detached) == 1);
+    ImageList taker;
+    loadStrip(taker);
+    taker = std::move(list);
+    CHECK((!list.isOpen() && taker.getHandle() == detached && ImageList(std::move(taker)).isOpen()));
     support::expectWindowsError([&] { list.load(99, ImageList::bitmap, 2, CLR_NONE, 0, program); },
                                 "Failed to load image list");
     CHECK_FALSE(list.isOpen());

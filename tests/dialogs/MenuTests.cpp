@@ -1,7 +1,10 @@
 #include "Expect.h"
 
+#include <tarn/ImageList.h>
 #include <tarn/Menu.h>
 #include <tarn/Window.h>
+
+#include <stdexcept>
 
 using support::expectWindowsError;
 using tarn::BasicString;
@@ -32,11 +35,27 @@ TEST_CASE("Menu: items are inserted in both widths, told of, changed and removed
     expectWindowsError([&] { menu.getItemInfo(info, 99, true); }, "Can't retrieve menu item info");
     expectWindowsError([&] { menu.getItemID(99); },
                        BasicString<char>::fromFormat("Can't retrieve item 99 of menu %p", menu.getHandle()));
+    Menu sub(true);
+    menu.insert("sub", 0, MF_BYPOSITION | MF_POPUP, reinterpret_cast<UINT_PTR>(sub.detach()));
+    SetLastError(ERROR_FILE_NOT_FOUND);
+    expectWindowsError([&] { menu.getItemID(0); }, ERROR_SUCCESS,
+                       BasicString<char>::fromFormat("Can't retrieve item 0 of menu %p", menu.getHandle()));
     const Menu none(HMENU(0x7001), false);
     expectWindowsError([&] { none.insert("x", 0, MF_BYPOSITION, 1); }, "Can't insert menu item");
     expectWindowsError([&] { none.insertSeparator(); }, "Can't insert menu separator");
     expectWindowsError([&] { none.getItemCount(); },
                        BasicString<char>::fromFormat("Can't retrieve item count for menu %p", none.getHandle()));
+}
+
+TEST_CASE("Menu, ImageList: a failing end lets an exception that is on its way go on", "[menu]")
+{
+    const auto fail = [] {
+        const Menu menu(HMENU(0x7001), true);
+        tarn::ImageList list;
+        list.attach(HIMAGELIST(0x7001));
+        throw std::runtime_error("first");
+    };
+    support::expectError<std::runtime_error>(fail, "first");
 }
 
 TEST_CASE("Menu: the menu that has an item is found at any depth", "[menu]")
@@ -51,7 +70,7 @@ TEST_CASE("Menu: the menu that has an item is found at any depth", "[menu]")
     {
         Menu found = menu.findParentOfItem(101);
         CHECK((found.getHandle() == menu.getHandle() && found.isOwner()));
-        found = Menu(); // Or both would destroy it.
+        found = Menu(); // Or both would destroy it: as detach() it destroys nothing.
     }
     expectWindowsError([&] { menu.load(99, module); },
                        BasicString<char>::fromFormat("Can't load menu 99 from module %p", module));
@@ -70,6 +89,9 @@ TEST_CASE("Menu: the owner destroys its menu, and tells when that fails", "[menu
     }
     CHECK(!IsMenu(handle));
     Menu menu(true);
+    handle = menu;
+    menu = Menu(true);
+    CHECK((!IsMenu(handle) && IsMenu(menu)));
     DestroyMenu(menu);
     expectWindowsError([&] { menu.close(); }, "Can't destroy menu");
     CHECK(menu.isNull());

@@ -8,6 +8,8 @@
 #include <tarn/Rect.h>
 
 #include <type_traits>
+#include <utility>
+#include <vector>
 
 using namespace tarn;
 using namespace support;
@@ -53,6 +55,29 @@ TEST_CASE("GDIHandle: assignment copies handle and flag and releases nothing", "
     DeleteObject(former);
     target = Pen(); // Leaves one owner.
     CHECK(isAlive(source));
+}
+
+TEST_CASE("GDIHandle: moving hands on what is owned and releases what was held", "[graphics][ownership]")
+{
+    Pen pen;
+    pen = Pen(red, PS_DASH, 1);
+    const HPEN first = pen;
+    pen = Pen(blue, PS_DASH, 1);
+    CHECK((pen.isOwner() && isAlive(pen) && !isAlive(first)));
+    std::vector<Pen> pens;
+    for (const unsigned long colour : {red, green, blue})
+        pens.emplace_back(colour, PS_DASH, 2);
+    const HPEN green = pens[1], last = pens[2];
+    std::swap(pens[0], pens[2]);
+    pens.erase(pens.begin() + 1);
+    CHECK((pens.size() == 2 && pens[0].getHandle() == last && isAlive(last) && isAlive(pens[1]) && !isAlive(green)));
+    const Pen borrower(pens[0].getHandle(), false);
+    Pen& same = pens[0];
+    same = std::move(pens[0]);
+    CHECK((same.isOwner() && isAlive(borrower)));
+    const HPEN given = same.detach();
+    CHECK((same.isNull() && isAlive(given)));
+    DeleteObject(given);
 }
 
 TEST_CASE("GDIHandle: a failing release is reported once, by close and by the destructor", "[graphics][ownership]")

@@ -51,6 +51,10 @@ TEMPLATE_TEST_CASE("Icon, Cursor: only the owner destroys", "[graphics][icon][ow
         CHECK((borrower.isNull() && isAlive(handle)));
     }
     CHECK_FALSE(isAlive(handle));
+    const HICON first = CreateIcon(nullptr, 8, 1, 1, 1, mask, mask);
+    TestType moved(first, true);
+    moved = TestType(CreateIcon(nullptr, 8, 1, 1, 1, mask, mask), true);
+    CHECK((!isAlive(first) && isAlive(moved)));
     TestType twice(handle, true);
     expectWindowsError([&] { twice.close(); }, "Can't destroy " + nameOf<TestType>);
     CHECK(!twice);
