@@ -68,8 +68,6 @@ protected:
     ///@}
 
 private:
-    friend class PropertySheet;
-
     void initialize(unsigned short resource, HINSTANCE instance);
 
     PROPSHEETPAGEW data_{};

@@ -68,6 +68,15 @@ public:
     void restartWindows(); ///< showModal() returns `ID_PSRESTARTWINDOWS` when it is not cancelled.
 
 private:
+    friend class PropertyPage;
+    struct Showing;
+
+    /// The open sheet of the calling thread that has the page, or null.
+    static PropertySheet* findShowing(const PropertyPage* page) noexcept;
+    /// Whether the window is a sheet that ends because of an exception: its pages are not asked then.
+    static bool isCancelled(HWND sheet) noexcept;
+    void removeDying(PropertyPage* page, HPROPSHEETPAGE handle) noexcept;
+    void showIcon();
     static int CALLBACK propSheetProc(HWND hwnd, UINT msg, LPARAM lParam);
     PROPSHEETHEADERW headerFor(std::vector<HPROPSHEETPAGE>& pages) const;
     INT_PTR run(const PROPSHEETHEADERW& header);

@@ -1,8 +1,9 @@
 #include <tarn/PropertyPage.h>
 
+#include <tarn/PropertySheet.h>
+
 #include "../foundation/Check.h"
 #include "../windowing/HandlerScope.h"
-#include "SheetCancelling.h"
 
 namespace tarn {
 PropertyPage::PropertyPage(unsigned short resource, HINSTANCE instance) : Dialog(resource, instance)
@@ -28,11 +29,18 @@ void PropertyPage::initialize(unsigned short resource, HINSTANCE instance)
     data_.lParam = reinterpret_cast<LPARAM>(this);
 }
 
-// The handle of an open page is the sheet's.
+// The handle of a page that a sheet has is the sheet's.
 PropertyPage::~PropertyPage()
 {
-    if (page_ && !isOpen())
+    if (!page_)
+        return;
+    PropertySheet* const sheet = PropertySheet::findShowing(this);
+    if (sheet) {
+        attach(nullptr, false); // No handler may run any more.
+        sheet->removeDying(this, page_);
+    } else if (!isOpen()) {
         DestroyPropertySheetPage(page_);
+    }
 }
 
 HPROPSHEETPAGE PropertyPage::create()
@@ -42,7 +50,7 @@ HPROPSHEETPAGE PropertyPage::create()
     constexpr const char* failed = "Can't create property page";
     // A missing template would show only when the page has to appear, and not everywhere as a failure.
     ensure(FindResourceW(data_.hInstance, data_.pszTemplate, RT_DIALOG), failed);
-    page_ = ensure(CreatePropertySheetPageW(&data_), failed);
+    page_ = ensureGDI([this] { return CreatePropertySheetPageW(&data_); }, failed);
     return page_;
 }
 
@@ -114,8 +122,11 @@ bool PropertyPage::onCancel() { return false; }
 
 INT_PTR CALLBACK PropertyPage::dlgProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
 {
-    if (msg == WM_NOTIFY && isCancellingSheet() && reinterpret_cast<const NMHDR*>(lParam)->code == PSN_QUERYCANCEL)
-        return FALSE;
+    if (msg == WM_NOTIFY) {
+        const auto* const header = reinterpret_cast<const NMHDR*>(lParam);
+        if (header->code == PSN_QUERYCANCEL && PropertySheet::isCancelled(header->hwndFrom))
+            return FALSE;
+    }
     if (msg != WM_INITDIALOG)
         return Dialog::dlgProc(hwnd, msg, wParam, lParam);
     return guardedCallback<INT_PTR>(FALSE, [&] {

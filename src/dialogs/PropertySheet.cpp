@@ -1,8 +1,8 @@
 #include <tarn/PropertySheet.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/Closing.h"
 #include "../windowing/HandlerScope.h"
-#include "SheetCancelling.h"
 
 #include <algorithm>
 #include <utility>
@@ -13,36 +13,87 @@ constexpr int backButton = 0x3023;
 constexpr const char* failed = "Error in showing property sheet";
 constexpr WORD white = 0xFFFF;
 constexpr DWORD wizardFlags = PSH_WIZARD97 | PSH_HEADER | PSH_USEHBMHEADER;
-
-thread_local unsigned cancellingSheets = 0;
-
-/// Cancels the sheet without its pages having a say, until it has gone.
-class Cancelling {
-public:
-    Cancelling() = default;
-    Cancelling(const Cancelling&) = delete;
-    Cancelling& operator=(const Cancelling&) = delete;
-    ~Cancelling()
-    {
-        if (isActive_)
-            --cancellingSheets;
-    }
-
-    void operator()(HWND sheet) noexcept
-    {
-        if (!std::exchange(isActive_, true))
-            ++cancellingSheets;
-        PostMessageW(sheet, PSM_PRESSBUTTON, PSBTN_CANCEL, 0); // Not sent: a page's handler may be on its way out.
-    }
-
-private:
-    bool isActive_ = false;
-};
 } // namespace
 
-bool isCancellingSheet() noexcept { return cancellingSheets != 0; }
-
 PropertySheet* PropertySheet::InitializingSheet = nullptr;
+
+/// A sheet while it is shown: one of the calling thread's, the latest first.
+struct PropertySheet::Showing {
+    explicit Showing(PropertySheet& shown) : sheet(shown), outer(std::exchange(innermost, this))
+    {
+        InitializingSheet = &sheet;
+    }
+    Showing(const Showing&) = delete;
+    Showing& operator=(const Showing&) = delete;
+    // However it ends: the window has gone, and no other sheet must be taken for this one.
+    ~Showing()
+    {
+        innermost = outer;
+        if (InitializingSheet == &sheet)
+            InitializingSheet = nullptr;
+        sheet.attach(nullptr, false);
+    }
+
+    void begin(HWND hwnd)
+    {
+        sheet.attach(hwnd, false);
+        SetWindowSubclass(hwnd, onMessage, 0, reinterpret_cast<DWORD_PTR>(this));
+        sheet.showIcon();
+    }
+
+    /// Cancels the sheet without its pages having a say.
+    void cancel() noexcept
+    {
+        if (!sheet.isOpen() || isEnding)
+            return;
+        cancelled = sheet.getWindowHandle();
+        PostMessageW(cancelled, PSM_PRESSBUTTON, PSBTN_CANCEL, 0); // Not sent: a page's handler may be on its way out.
+    }
+
+    // A handler of a page that is destroyed may still run messages. The system's sheet frees what it works with
+    // before it destroys its pages, and then has to be spared its own messages, a pressed button that waited say.
+    static LRESULT CALLBACK onMessage(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR data)
+    {
+        auto* const showing = reinterpret_cast<Showing*>(data);
+        if (msg == WM_DESTROY)
+            showing->isEnding = true;
+        if (msg == WM_NCDESTROY)
+            RemoveWindowSubclass(hwnd, onMessage, 0);
+        return showing->isEnding && msg >= WM_USER && msg < WM_APP ? 0 : DefSubclassProc(hwnd, msg, wParam, lParam);
+    }
+
+    PropertySheet& sheet;
+    Showing* outer;
+    HWND cancelled = nullptr;
+    bool isEnding = false;
+
+    static thread_local Showing* innermost;
+};
+thread_local PropertySheet::Showing* PropertySheet::Showing::innermost = nullptr;
+
+PropertySheet* PropertySheet::findShowing(const PropertyPage* page) noexcept
+{
+    for (const Showing* showing = Showing::innermost; showing; showing = showing->outer) {
+        if (std::ranges::find(showing->sheet.pages_, page) != showing->sheet.pages_.end())
+            return &showing->sheet;
+    }
+    return nullptr;
+}
+
+bool PropertySheet::isCancelled(HWND sheet) noexcept
+{
+    const Showing* showing = Showing::innermost;
+    while (showing && showing->cancelled != sheet)
+        showing = showing->outer;
+    return showing && sheet;
+}
+
+// The sheet would call the page when the user comes to it, and at its own end.
+void PropertySheet::removeDying(PropertyPage* page, HPROPSHEETPAGE handle) noexcept
+{
+    std::erase(pages_, page);
+    closeQuietly([&] { sendMessageA(PSM_REMOVEPAGE, 0, reinterpret_cast<LPARAM>(handle)); });
+}
 
 // Where a wizard's header has no picture at all, not every system draws nothing.
 PropertySheet::PropertySheet(HWND parent) : headerPicture_(1, 1, 1, 1, &white)
@@ -64,28 +115,24 @@ PropertySheet::PropertySheet(HWND parent, unsigned short caption, unsigned short
         setIcon(icon, instance);
 }
 
-// A failure to destroy the pictures is dropped.
+// A failure to destroy the pictures is told to the debugger only.
 PropertySheet::~PropertySheet() noexcept
 {
-    const auto closeQuietly = [](auto& handle) {
-        try {
-            handle.close();
-        } catch (const WindowsError&) {
-        }
-    };
-    closeQuietly(icon_);
-    closeQuietly(headerPicture_);
+    closeQuietly([this] { icon_.close(); });
+    closeQuietly([this] { headerPicture_.close(); });
 }
 
 void PropertySheet::addPage(PropertyPage* page)
 {
+    constexpr const char* cannotAdd = "Can't add property page";
+    if (isOpen() && findShowing(page))
+        throwWindowsError(ERROR_BUSY, cannotAdd);
     pages_.push_back(page);
     if (!isOpen())
         return;
     try {
         const HPROPSHEETPAGE handle = page->create();
-        ensureGDI([&] { return sendMessageA(PSM_ADDPAGE, 0, reinterpret_cast<LPARAM>(handle)); },
-                  "Can't add property page");
+        ensureGDI([&] { return sendMessageA(PSM_ADDPAGE, 0, reinterpret_cast<LPARAM>(handle)); }, cannotAdd);
     } catch (...) {
         pages_.pop_back();
         throw;
@@ -114,9 +161,15 @@ PROPSHEETHEADERW PropertySheet::headerFor(std::vector<HPROPSHEETPAGE>& pages) co
 
 unsigned short PropertySheet::showModal()
 {
+    // An open sheet has the handles of its pages, and destroys them when it ends.
+    if (std::ranges::any_of(pages_, findShowing))
+        throwWindowsError(ERROR_BUSY, failed);
     std::vector<HPROPSHEETPAGE> handles;
-    for (PropertyPage* const page : pages_)
+    for (PropertyPage* const page : pages_) {
+        if (std::ranges::find(handles, page->create()) != handles.end()) // Added twice.
+            throwWindowsError(ERROR_INVALID_PARAMETER, failed);
         handles.push_back(page->create());
+    }
     if (handles.empty()) // Not every system refuses a sheet that nothing could end.
         throwWindowsError(ERROR_INVALID_PARAMETER, failed);
     return static_cast<unsigned short>(run(headerFor(handles)));
@@ -124,24 +177,9 @@ unsigned short PropertySheet::showModal()
 
 INT_PTR PropertySheet::run(const PROPSHEETHEADERW& header)
 {
-    // However it ends: the window has gone, and no other sheet must be taken for this one.
-    struct Unbinding {
-        ~Unbinding()
-        {
-            if (InitializingSheet == &sheet)
-                InitializingSheet = nullptr;
-            sheet.attach(nullptr, false);
-        }
-        PropertySheet& sheet;
-    };
-    const Unbinding unbinding{*this};
-    Cancelling cancelling;
-    InitializingSheet = this;
+    Showing showing(*this);
     return ensureClearing(
-        [&] {
-            return runningLoop([&] { return PropertySheetW(&header); },
-                               [&]() noexcept { cancelling(getWindowHandle()); });
-        },
+        [&] { return runningLoop([&] { return PropertySheetW(&header); }, [&]() noexcept { showing.cancel(); }); },
         // Not every system tells by its result that there has been no sheet at all.
         [this](INT_PTR result) { return result < 0 || InitializingSheet == this; }, failed);
 }
@@ -150,7 +188,12 @@ int CALLBACK PropertySheet::propSheetProc(HWND hwnd, UINT msg, LPARAM)
 {
     if (msg == PSCB_INITIALIZED && InitializingSheet)
         guardedCallback(0, [&] {
-            std::exchange(InitializingSheet, nullptr)->attach(hwnd, false);
+            Showing* showing = Showing::innermost;
+            while (showing && &showing->sheet != InitializingSheet)
+                showing = showing->outer;
+            InitializingSheet = nullptr;
+            if (showing)
+                showing->begin(hwnd);
             return 0;
         });
     return 0;
@@ -168,12 +211,20 @@ void PropertySheet::setCaption(BasicString<wchar_t> title)
 
 void PropertySheet::setIcon(int resource, HINSTANCE instance)
 {
-    header_.dwFlags &= ~static_cast<DWORD>(PSH_USEHICON);
-    icon_.load(static_cast<unsigned>(resource), instance);
+    Icon icon(static_cast<unsigned>(resource), instance);
+    std::swap(icon_, icon); // The former one lives until the window does not show it any more.
     header_.dwFlags |= PSH_USEHICON;
     header_.hIcon = icon_;
-    if (isOpen())
-        setIcon(icon_.getHandle(), false);
+    showIcon();
+}
+
+// The system's sheet itself gives its window a small icon only.
+void PropertySheet::showIcon()
+{
+    if (!isOpen() || icon_.isNull())
+        return;
+    setIcon(icon_.getHandle(), false);
+    setIcon(icon_.getHandle(), true);
 }
 
 void PropertySheet::setWizardMode(bool isWizard)

@@ -5,6 +5,7 @@
 #include <tarn/PropertySheet.h>
 
 #include <functional>
+#include <memory>
 #include <stdexcept>
 #include <string>
 
@@ -125,6 +126,92 @@ TEST_CASE("PropertySheet: Apply waits until a page tells of a change; an open sh
     };
     CHECK(t.showAnd(step) == 0);
     CHECK(!third.isCreated());
+}
+
+TEST_CASE("PropertySheet: a page that dies while the sheet is up takes its tab along", "[sheet]")
+{
+    Sheet t;
+    auto dying = std::make_unique<Page>(12, t.log);
+    t.sheet.addPage(dying.get());
+    const bool wasShown = GENERATE(false, true);
+    const auto step = [&] {
+        const auto tabs = [&] { return SendMessageW(PropSheet_GetTabControl(HWND(t.sheet)), TCM_GETITEMCOUNT, 0, 0); };
+        if (wasShown)
+            t.sheet.activate(dying.get(), 2);
+        CHECK((dying->isOpen() == wasShown && tabs() == 3));
+        dying.reset();
+        CHECK(tabs() == 2);
+        t.sheet.activate(&t.second, 1);
+        CHECK(t.second.isOpen());
+        t.sheet.pressButton(PSBTN_OK);
+    };
+    t.showAnd(step);
+    t.showAnd([&] { t.sheet.pressButton(PSBTN_CANCEL); }); // Without it.
+}
+
+TEST_CASE("PropertySheet: a page belongs to one sheet at a time, and only once", "[sheet]")
+{
+    Sheet t;
+    PropertySheet other(nullptr);
+    other.addPage(&t.second);
+    const auto step = [&] {
+        expectWindowsError([&] { t.sheet.showModal(); }, ERROR_BUSY, "Error in showing property sheet");
+        expectWindowsError([&] { other.showModal(); }, ERROR_BUSY, "Error in showing property sheet");
+        expectWindowsError([&] { t.sheet.addPage(&t.first); }, ERROR_BUSY, "Can't add property page");
+        t.sheet.pressButton(PSBTN_CANCEL);
+    };
+    t.showAnd(step);
+    other.addPage(&t.second);
+    expectWindowsError([&] { other.showModal(); }, ERROR_INVALID_PARAMETER, "Error in showing property sheet");
+}
+
+TEST_CASE("PropertySheet: a page's end can show another sheet, but not one with a page that is still in use", "[sheet]")
+{
+    Sheet t, later;
+    int answer = -1;
+    struct Ending : Page {
+        using Page::Page;
+        void onDestroy() override { atEnd(); }
+        std::function<void()> atEnd;
+    } ending(12, t.log);
+    t.sheet.addPage(&ending);
+    t.sheet.setStartPageByIndex(2);
+    later.first.stay = true;
+    ending.atEnd = [&] {
+        expectWindowsError([&] { t.sheet.showModal(); }, ERROR_BUSY, "Error in showing property sheet");
+        answer = later.showAnd([&] {
+            later.sheet.pressButton(PSBTN_CANCEL); // The page refuses, whatever ended the other sheet.
+            later.first.stay = false;
+            later.sheet.pressButton(PSBTN_CANCEL);
+        });
+    };
+    const bool fails = GENERATE(false, true);
+    ending.throwing = fails ? "deactivate" : "";
+    const auto show = [&] { t.showAnd([&] { t.sheet.postMessageW(PSM_PRESSBUTTON, PSBTN_OK); }); };
+    if (fails)
+        support::expectError<std::runtime_error>(show, "deactivate");
+    else
+        show();
+    CHECK((answer == 0 && later.log.find("cancel11 cancel11") != std::string::npos));
+    CHECK((!t.first.isCreated() && !ending.isCreated() && !later.first.isCreated()));
+}
+
+TEST_CASE("PropertySheet: the icon is the title bar's and the task list's, before and after the start", "[sheet]")
+{
+    Sheet t;
+    t.sheet.setIcon(32512, nullptr);
+    const auto icon = [&](WPARAM which) {
+        return reinterpret_cast<HICON>(SendMessageW(t.sheet, WM_GETICON, which, 0));
+    };
+    t.showAnd([&] {
+        const HICON first = icon(ICON_BIG);
+        CHECK((first && icon(ICON_SMALL) == first));
+        t.sheet.setIcon(32514, nullptr);
+        CHECK((icon(ICON_BIG) != first && icon(ICON_SMALL) == icon(ICON_BIG)));
+        expectWindowsError([&] { t.sheet.setIcon(99, module); }, "Can't load icon");
+        CHECK((icon(ICON_BIG) && icon(ICON_SMALL) == icon(ICON_BIG))); // As it was.
+        t.sheet.pressButton(PSBTN_CANCEL);
+    });
 }
 
 TEST_CASE("PropertySheet: a page can refuse Cancel, and pages can ask for a restart", "[sheet]")
