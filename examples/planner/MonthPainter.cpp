@@ -1,5 +1,6 @@
 #include "MonthPainter.h"
 
+#include <tarn/AutoSelect.h>
 #include <tarn/Brush.h>
 #include <tarn/Pen.h>
 
@@ -20,22 +21,6 @@ constexpr unsigned long categoryColours[] = {RGB(46, 125, 90), RGB(176, 82, 30),
                                              RGB(168, 50, 90), RGB(120, 110, 30), RGB(70, 90, 110)};
 constexpr unsigned long withoutCategory = RGB(70, 100, 170);
 constexpr int numberHeight = 20, lineHeight = 17, widthOfLongNames = 92;
-
-/// Selects a font for as long as it lives.
-class SelectedFont {
-public:
-    SelectedFont(tarn::DeviceContext& context, const tarn::Font& font)
-        : context_(context), previous_(context.select(font.getHandle()))
-    {
-    }
-    SelectedFont(const SelectedFont&) = delete;
-    SelectedFont& operator=(const SelectedFont&) = delete;
-    ~SelectedFont() { context_.select(previous_.getHandle()); }
-
-private:
-    tarn::DeviceContext& context_;
-    tarn::Font previous_;
-};
 
 Rect inset(const Rect& rect, int x, int y)
 {
@@ -88,8 +73,7 @@ void MonthPainter::paintTitle() const
 void MonthPainter::paintButton(const Rect& button, bool pointsLeft) const
 {
     context_.fillRectangle(RGB(74, 104, 154), button);
-    const tarn::Brush brush(white);
-    const tarn::Brush previous = context_.select(brush.getHandle());
+    const tarn::AutoSelect use(context_, tarn::Brush(white));
     const tarn::Point middle = button.getCenter();
     const int way = pointsLeft ? -1 : 1;
     context_.beginPath();
@@ -99,7 +83,6 @@ void MonthPainter::paintButton(const Rect& button, bool pointsLeft) const
     context_.closeFigure();
     context_.endPath();
     context_.fillPath();
-    context_.select(previous.getHandle());
 }
 
 void MonthPainter::paintHeads() const
@@ -217,7 +200,7 @@ void MonthPainter::frame(const Rect& rect, unsigned long colour) const
 void MonthPainter::write(const std::wstring& text, const Rect& rect, const tarn::Font& font, unsigned long colour,
                          unsigned format) const
 {
-    const SelectedFont selected(context_, font);
+    const tarn::AutoSelect selected(context_, font);
     context_.setTextColour(colour);
     SetBkMode(context_, TRANSPARENT);
     Rect place = rect;

@@ -1,6 +1,7 @@
 #include "MonthSheet.h"
 
 #include <tarn/Bitmap.h>
+#include <tarn/AutoSelect.h>
 #include <tarn/PaintDeviceContext.h>
 
 using tarn::Point;
@@ -46,11 +47,10 @@ void MonthSheet::onPaint()
     if (size.cx == 0 || size.cy == 0 || content_.weeks() == 0)
         return;
     const tarn::Bitmap picture(window, size.cx, size.cy);
-    tarn::DeviceContext memory(window);
-    const tarn::Bitmap previous = memory.select(picture);
+    tarn::DeviceContext memory = tarn::DeviceContext::createCompatible(window);
+    const tarn::AutoSelect use(memory, picture);
     MonthPainter(memory, fonts_, layout(), content_, GetFocus() == getWindowHandle()).paint(size);
     window.blit(memory, 0, 0, size.cx, size.cy, 0, 0, SRCCOPY);
-    memory.select(previous);
 }
 
 void MonthSheet::onLeftButtonDown(unsigned short, const Point& position)

@@ -1,6 +1,6 @@
 #include "Sketch.h"
 
-#include <tarn/Pen.h>
+#include <tarn/AutoSelect.h>
 
 void Sketch::begin(const tarn::Point& at, unsigned long colour, int width)
 {
@@ -24,13 +24,11 @@ bool Sketch::undo()
 void Sketch::draw(tarn::DeviceContext& context) const
 {
     for (const Stroke& stroke : strokes_) {
-        const tarn::Pen pen(stroke.colour, PS_SOLID, stroke.width);
-        const tarn::Pen previous = context.select(pen.getHandle());
+        const tarn::AutoSelect use(context, tarn::Pen(stroke.colour, PS_SOLID, stroke.width));
         context.moveTo(stroke.points.front());
         for (const tarn::Point& point : stroke.points)
             context.lineTo(point);
         // A line of no length leaves no mark, and lines end before their last pixel.
         context.lineTo(stroke.points.back().x + 1, stroke.points.back().y);
-        context.select(previous.getHandle());
     }
 }

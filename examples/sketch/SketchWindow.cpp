@@ -1,6 +1,8 @@
 #include "SketchWindow.h"
 
 #include <tarn/Brush.h>
+#include <tarn/AutoColour.h>
+#include <tarn/AutoSelect.h>
 #include <tarn/PaintDeviceContext.h>
 
 #include <iterator>
@@ -308,11 +310,10 @@ void SketchWindow::onPaint()
     if (client.getWidth() == 0 || client.getHeight() == 0)
         return;
     const tarn::Bitmap picture(window, client.getWidth(), client.getHeight());
-    tarn::DeviceContext memory(window);
-    const tarn::Bitmap previous = memory.select(picture);
+    tarn::DeviceContext memory = tarn::DeviceContext::createCompatible(window);
+    const tarn::AutoSelect use(memory, picture);
     drawAll(memory, client);
     window.blit(memory, 0, 0, client.getWidth(), client.getHeight(), 0, 0, SRCCOPY);
-    memory.select(previous);
 }
 
 void SketchWindow::drawAll(tarn::DeviceContext& context, const Rect& client) const
@@ -333,9 +334,9 @@ void SketchWindow::drawPanel(tarn::DeviceContext& context, const Rect& client) c
     const Rect area(client.left, client.bottom - height, client.right, client.bottom);
     context.fillRectangle(panel, area);
     context.drawRectangle3D(area, true);
-    const tarn::Font previous = context.select(font_.getHandle());
-    context.setTextColour(ink);
-    context.setBackgroundColour(panel);
+    const tarn::AutoSelect use(context, font_);
+    const tarn::AutoTextColour text(context, ink);
+    const tarn::AutoBackgroundColour background(context, panel);
     int y = area.top + 4;
     for (const auto& file : files_) {
         context.drawText(8, y, file);
@@ -346,5 +347,4 @@ void SketchWindow::drawPanel(tarn::DeviceContext& context, const Rect& client) c
     context.drawText(48, y,
                      std::to_wstring(sketch_.strokeCount()) +
                          (sketch_.strokeCount() == 1 ? L" stroke   " : L" strokes   ") + notice_);
-    context.select(previous.getHandle());
 }

@@ -1,5 +1,6 @@
 #include "Picture.h"
 
+#include <tarn/AutoSelect.h>
 #include <tarn/Bitmap.h>
 #include <tarn/DeviceContext.h>
 #include <tarn/Rect.h>
@@ -51,8 +52,8 @@ void savePicture(HDC context, const RECT& part, const wchar_t* file)
     tarn::Bitmap copy(context, area.getWidth(), area.getHeight());
     {
         const tarn::DeviceContext source(context);
-        tarn::DeviceContext memory(source);
-        memory.select(copy);
+        tarn::DeviceContext memory = tarn::DeviceContext::createCompatible(source);
+        const tarn::AutoSelect use(memory, copy);
         memory.blit(source, 0, 0, area.getWidth(), area.getHeight(), area.left, area.top, SRCCOPY);
     }
     savePicture(copy, file);

@@ -2,6 +2,7 @@
 
 #include "Tour.h"
 
+#include <tarn/AutoSelect.h>
 #include <tarn/DeviceContext.h>
 #include <tarn/Exception.h>
 #include <tarn/Rect.h>
@@ -39,13 +40,12 @@ void drawWave(tarn::DeviceContext& context, const tarn::Rect& area)
 
 void drawTitle(tarn::DeviceContext& context, const tarn::Rect& area, const wchar_t* title)
 {
-    tarn::Font font(-13, 0, 0, 0, FW_BOLD, false, false, false, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
-                    CLIP_DEFAULT_PRECIS, NONANTIALIASED_QUALITY, DEFAULT_PITCH, L"Tahoma");
-    const tarn::Font former = context.select(font);
+    const tarn::Font font(-13, 0, 0, 0, FW_BOLD, false, false, false, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                          CLIP_DEFAULT_PRECIS, NONANTIALIASED_QUALITY, DEFAULT_PITCH, L"Tahoma");
+    const tarn::AutoSelect use(context, font);
     const tarn::Size extent = context.getTextExtent(title);
     context.drawText(area.left + (area.getWidth() - extent.cx) / 2, area.top, title);
     std::cout << "The title is " << extent.cx << " by " << extent.cy << " pixels.\n\n";
-    context.select(former); // A selected font cannot be deleted.
 }
 
 void showOwnership()
@@ -68,9 +68,9 @@ void showGraphics()
 {
     const tarn::Rect paper(0, 0, 76, 44);
     const tarn::DeviceContext screen(nullptr, false);
-    tarn::DeviceContext context(screen); // The copy of a context draws in memory.
-    tarn::Bitmap bitmap(screen, paper.getWidth(), paper.getHeight());
-    const tarn::Bitmap former = context.select(bitmap);
+    tarn::DeviceContext context = tarn::DeviceContext::createCompatible(screen);
+    const tarn::Bitmap bitmap(screen, paper.getWidth(), paper.getHeight());
+    const tarn::AutoSelect use(context, bitmap);
 
     context.fillRectangle(white, paper);
     drawTitle(context, paper, L"tarn draws");
@@ -78,7 +78,6 @@ void showGraphics()
     context.drawRectangle3D(frame, dark, dark);
     drawWave(context, frame);
     print(context, paper);
-    context.select(former);
     showOwnership();
 }
 

@@ -16,10 +16,11 @@ namespace tarn {
 /// Something to draw on: a window, the screen, or a bitmap in memory.
 ///
 /// A context that it was given is borrowed; one that it made or took from a window it gives back on
-/// destruction and on close(). The copy constructor copies no handle: it makes a new memory context
-/// compatible with the other one, so pass contexts by reference. Colours are RGB values, lengths of text in
-/// characters. Use a context on the thread that got it. Failures throw WindowsError, also out of the
-/// destructor.
+/// destruction and on close(). Moving hands a context on. The copy constructor copies no handle: it makes a new memory
+/// context compatible with the other one. So pass contexts by reference, and make a memory context with
+/// createCompatible(), which says what it does: `DeviceContext memory(DeviceContext(nullptr, false))` copies nothing
+/// and is the screen itself. Colours are RGB values, lengths of text in characters. Use a context on the thread that
+/// got it. Failures throw WindowsError, also out of the destructor.
 class TARN_API DeviceContext {
 public:
     /// A memory context compatible with the screen, one monochrome pixel in size until a bitmap is
@@ -30,13 +31,25 @@ public:
     /// A window's client area, or all of it with its frame; a null window is the screen.
     /// Throws "Can't retrieve DC from window".
     DeviceContext(HWND window, bool wholeWindow);
-    /// A new memory context compatible with `other`. Throws "Can't create compatible DC".
+    /// A new memory context compatible with `other`, which has to be a variable: see createCompatible().
+    /// Throws "Can't create compatible DC".
     DeviceContext(const DeviceContext& other);
+    /// Takes over what the other one has, and leaves that null.
+    DeviceContext(DeviceContext&& other) noexcept;
     DeviceContext& operator=(const DeviceContext&) = delete;
+    /// The same; what was held is given back, as by close(), but a failure is told to the debugger only.
+    DeviceContext& operator=(DeviceContext&& other) noexcept;
     ~DeviceContext() noexcept(false);
+
+    /// A new memory context compatible with this one (a DeviceContext fits), or with the screen for null. It is one
+    /// monochrome pixel in size until a bitmap is selected. Throws "Can't create compatible DC".
+    static DeviceContext createCompatible(HDC like);
 
     /// Becomes null in any case. Throws "Can't delete device context".
     void close();
+    /// Becomes null and gives nothing back: an owned context is the caller's from now on, for `DeleteDC`, or, when it
+    /// is a window's, for `ReleaseDC`.
+    HDC detach() noexcept;
 
     /// Null for none. Lent, not given.
     ///@{
@@ -109,11 +122,12 @@ public:
 
     /// Copies from another context with a raster operation such as `SRCCOPY`. Throws "Can't blit bits".
     void blit(HDC source, int x, int y, int width, int height, int sourceX, int sourceY, unsigned long rop) const;
-    /// Copies the pixels of a bitmap that are not of the transparent colour. A bitmap without colours of its
-    /// own (monochrome) is shown in this context's text and background colours, and `transparentColour` is
-    /// compared with these. The bitmap must not be selected into another context. On a device that uses a
-    /// palette, `palette` (null: the selected one) is realized for drawing. Throws "Can't blit bits",
-    /// "Can't create compatible DC", "Can't realize palette", "Can't set back colour".
+    /// Copies the pixels of a bitmap that are not of the transparent colour; what would come from outside of the
+    /// bitmap is left out. A bitmap without colours of its own (monochrome) is shown in this context's text and
+    /// background colours, and `transparentColour` is compared with these. The bitmap must not be selected into
+    /// another context. On a device that uses a palette, `palette` (null: the selected one) is realized for
+    /// drawing. Throws "Can't blit bits", "Can't create compatible DC", "Can't realize palette", "Can't set back
+    /// colour".
     void blitTransparent(HBITMAP bitmap, int x, int y, int width, int height, int sourceX, int sourceY,
                          unsigned long transparentColour, HPALETTE palette = nullptr) const;
     /// Throws "Can't draw icon".
@@ -176,6 +190,8 @@ protected:
     void borrow(HDC handle) noexcept { handle_ = handle; }
 
 private:
+    DeviceContext(HDC handle, HWND window) noexcept : handle_(handle), window_(window), owns_(true) {}
+
     HDC handle_ = nullptr;
     HWND window_ = nullptr;
     bool owns_ = false;

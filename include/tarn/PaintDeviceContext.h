@@ -14,10 +14,16 @@ public:
     PaintDeviceContext(HWND window); ///< Throws "Error in BeginPaint".
     /// Not for use while painting: as of any context the copy is a memory context. It ends no painting.
     PaintDeviceContext(const PaintDeviceContext& other);
+    /// Takes over what the other one has, which then ends no painting any more.
+    PaintDeviceContext(PaintDeviceContext&& other) noexcept;
+    PaintDeviceContext& operator=(const PaintDeviceContext&) = delete;
+    /// The same; a painting of its own is ended before, but a failure of that is told to the debugger only.
+    PaintDeviceContext& operator=(PaintDeviceContext&& other) noexcept;
     ~PaintDeviceContext() noexcept(false);
 
     /// Ends painting. Becomes null in any case. Throws "Error in EndPaint".
     void close();
+    HDC detach() = delete; ///< Nothing else could end the painting.
 
     /// As `BeginPaint` filled it in.
     const PAINTSTRUCT& getPaintStruct() const noexcept { return paint_; }

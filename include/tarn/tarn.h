@@ -11,6 +11,8 @@
 #include <tarn/Archive.h>
 #include <tarn/Array.h>
 #include <tarn/Atom.h>
+#include <tarn/AutoColour.h>
+#include <tarn/AutoSelect.h>
 #include <tarn/BStr.h>
 #include <tarn/BasicString.h>
 #include <tarn/BitField.h>

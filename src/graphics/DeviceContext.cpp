@@ -1,9 +1,14 @@
 #include <tarn/DeviceContext.h>
 
+#include <tarn/AutoColour.h>
+#include <tarn/Rect.h>
+
 #include "../foundation/Check.h"
+#include "../foundation/Closing.h"
 #include "GraphicsApi.h"
 #include "TransparentBlit.h"
 
+#include <cstdlib>
 #include <string>
 #include <utility>
 
@@ -12,12 +17,6 @@ namespace {
 HDC newMemoryContext(HDC like)
 {
     return ensureGDI([=] { return CreateCompatibleDC(like); }, "Can't create compatible DC");
-}
-
-unsigned long exchangeBackgroundColour(HDC context, unsigned long colour)
-{
-    return ensureGDINot(
-        CLR_INVALID, [=] { return SetBkColor(context, colour); }, "Can't set back colour");
 }
 
 Point movePosition(HDC context, int x, int y, const char* what)
@@ -95,25 +94,61 @@ void pathStep(HDC context, BOOL(WINAPI* step)(HDC), const char* what)
     ensureGDI([=] { return step(context); }, what);
 }
 
+// What lies outside of a bitmap would be copied as black. False when nothing of the part lies inside.
+bool clipTo(HBITMAP bitmap, Rect& part)
+{
+    BITMAP description = {};
+    GetObjectW(bitmap, sizeof description, &description);
+    const Rect all(0, 0, description.bmWidth, std::abs(description.bmHeight));
+    return IntersectRect(&part, &part, &all);
+}
+
 template <class Ch> std::size_t lengthOf(const Ch* text) { return std::char_traits<Ch>::length(text); }
 } // namespace
 
-DeviceContext::DeviceContext() : handle_(newMemoryContext(nullptr)), owns_(true) {}
+DeviceContext::DeviceContext() : DeviceContext(newMemoryContext(nullptr), HWND()) {}
 DeviceContext::DeviceContext(HWND window, bool wholeWindow)
-    : handle_(ensureGDI([=] { return wholeWindow ? GetWindowDC(window) : GetDC(window); },
-                        "Can't retrieve DC from window")),
-      // The screen's context has to be given back as a window's.
-      window_(window ? window : GetDesktopWindow()), owns_(true)
+    : DeviceContext(
+          ensureGDI([=] { return wholeWindow ? GetWindowDC(window) : GetDC(window); }, "Can't retrieve DC from window"),
+          // The screen's context has to be given back as a window's.
+          window ? window : GetDesktopWindow())
 {
 }
-DeviceContext::DeviceContext(const DeviceContext& other) : handle_(newMemoryContext(other)), owns_(true) {}
-DeviceContext::~DeviceContext() noexcept(false) { close(); }
+DeviceContext::DeviceContext(const DeviceContext& other) : DeviceContext(newMemoryContext(other), HWND()) {}
+DeviceContext::DeviceContext(DeviceContext&& other) noexcept
+    : handle_(other.handle_), window_(other.window_), owns_(other.owns_)
+{
+    other.detach();
+}
+DeviceContext& DeviceContext::operator=(DeviceContext&& other) noexcept
+{
+    DeviceContext taken(std::move(other)); // First, because it may be this object.
+    closeQuietly([this] { close(); });
+    handle_ = taken.handle_;
+    window_ = taken.window_;
+    owns_ = taken.owns_;
+    taken.detach();
+    return *this;
+}
+DeviceContext::~DeviceContext() noexcept(false)
+{
+    closeAtEnd([this] { close(); });
+}
+
+DeviceContext DeviceContext::createCompatible(HDC like) { return DeviceContext(newMemoryContext(like), HWND()); }
+
+HDC DeviceContext::detach() noexcept
+{
+    window_ = nullptr;
+    owns_ = false;
+    return std::exchange(handle_, nullptr);
+}
 
 void DeviceContext::close()
 {
-    const HDC handle = std::exchange(handle_, nullptr);
-    const HWND window = std::exchange(window_, nullptr);
-    const bool owned = std::exchange(owns_, false);
+    const HWND window = window_;
+    const bool owned = owns_;
+    const HDC handle = detach();
     if (!handle || !owned)
         return;
     if (window)
@@ -133,10 +168,9 @@ void DeviceContext::fillRectangle(const Brush& brush, const RECT& rectangle) con
 }
 void DeviceContext::fillRectangle(unsigned long colour, const RECT& rectangle) const
 {
-    const unsigned long previous = exchangeBackgroundColour(handle_, colour);
-    const bool filled = ExtTextOutW(handle_, 0, 0, ETO_OPAQUE, &rectangle, nullptr, 0, nullptr);
-    exchangeBackgroundColour(handle_, previous);
-    ensure(filled, "Can't set back colour");
+    const AutoBackgroundColour filling(handle_, colour);
+    ensureGDI([&] { return ExtTextOutW(handle_, 0, 0, ETO_OPAQUE, &rectangle, nullptr, 0, nullptr); },
+              "Can't set back colour");
 }
 
 void DeviceContext::drawRectangle3D(const RECT& rectangle, unsigned long light, unsigned long dark) const
@@ -165,7 +199,8 @@ void DeviceContext::drawRectangle3D(const RECT& rectangle, bool raised) const
 
 unsigned long DeviceContext::setBackgroundColour(unsigned long colour)
 {
-    return exchangeBackgroundColour(handle_, colour);
+    return ensureGDINot(
+        CLR_INVALID, [&] { return SetBkColor(handle_, colour); }, "Can't set back colour");
 }
 unsigned long DeviceContext::getBackgroundColour() const
 {
@@ -229,12 +264,16 @@ void DeviceContext::blitTransparent(HBITMAP bitmap, int x, int y, int width, int
 {
     if (width == 0 || height == 0)
         return;
-    DeviceContext source(*this);
+    DeviceContext source = createCompatible(handle_);
     selectInto(source, bitmap, "Can't blit bits");
+    Rect part(Point(sourceX, sourceY), Size(width, height));
+    if (width > 0 && height > 0 && !clipTo(bitmap, part))
+        return;
+    // The numbers in a bitmap of such a device mean the colours of the palette that the target has.
     const PaletteInUse targetPalette(handle_, palette);
-    const PaletteInUse sourcePalette(source, palette);
-    TransparentPicture picture(*this, source, Point(sourceX, sourceY), Size(width, height), transparentColour);
-    picture.draw(*this, Point(x, y));
+    const PaletteInUse sourcePalette(source, static_cast<HPALETTE>(GetCurrentObject(handle_, OBJ_PAL)));
+    TransparentPicture picture(*this, source, part.getPosition(), part.getSize(), transparentColour);
+    picture.draw(*this, Point(x + part.left - sourceX, y + part.top - sourceY));
 }
 void DeviceContext::drawIcon(int x, int y, HICON icon) const
 {

@@ -1,6 +1,7 @@
 #include <tarn/PaintDeviceContext.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/Closing.h"
 
 #include <utility>
 
@@ -12,7 +13,23 @@ PaintDeviceContext::PaintDeviceContext(HWND window) : DeviceContext(HDC())
     window_ = window;
 }
 PaintDeviceContext::PaintDeviceContext(const PaintDeviceContext& other) : DeviceContext(other), paint_(other.paint_) {}
-PaintDeviceContext::~PaintDeviceContext() noexcept(false) { close(); }
+PaintDeviceContext::PaintDeviceContext(PaintDeviceContext&& other) noexcept
+    : DeviceContext(std::move(other)), paint_(other.paint_), window_(std::exchange(other.window_, nullptr))
+{
+}
+PaintDeviceContext& PaintDeviceContext::operator=(PaintDeviceContext&& other) noexcept
+{
+    PaintDeviceContext taken(std::move(other)); // First, because it may be this object.
+    closeQuietly([this] { close(); });
+    DeviceContext::operator=(std::move(taken));
+    paint_ = taken.paint_;
+    window_ = std::exchange(taken.window_, nullptr);
+    return *this;
+}
+PaintDeviceContext::~PaintDeviceContext() noexcept(false)
+{
+    closeAtEnd([this] { close(); });
+}
 
 void PaintDeviceContext::close()
 {

@@ -1,5 +1,7 @@
 #include "TransparentBlit.h"
 
+#include <tarn/AutoColour.h>
+
 #include "../foundation/Check.h"
 
 namespace tarn {
@@ -33,33 +35,12 @@ void selectBitmap(HDC context, HBITMAP bitmap)
     ensureGDI([=] { return SelectObject(context, bitmap); }, blitFailed);
 }
 
-// The colours in which the bits of a monochrome bitmap arrive, restored at the end.
-class BitColours {
-public:
-    BitColours(HDC context, unsigned long zeroBits, unsigned long oneBits)
-        : target_(context), oldBackground_(target_.setBackgroundColour(oneBits)),
-          oldText_(target_.setTextColour(zeroBits))
-    {
-    }
-    BitColours(const BitColours&) = delete;
-    BitColours& operator=(const BitColours&) = delete;
-    ~BitColours()
-    {
-        SetTextColor(target_, oldText_);
-        SetBkColor(target_, oldBackground_);
-    }
-
-private:
-    DeviceContext target_;
-    unsigned long oldBackground_;
-    unsigned long oldText_;
-};
 } // namespace
 
 TransparentPicture::TransparentPicture(const DeviceContext& target, HDC source, const POINT& position, const SIZE& size,
                                        unsigned long transparentColour)
     : size_(size), pictureBitmap_(newTrueColourBitmap(size), true), maskBitmap_(newMaskBitmap(size), true),
-      picture_(target), mask_(target)
+      picture_(DeviceContext::createCompatible(target)), mask_(DeviceContext::createCompatible(target))
 {
     selectBitmap(picture_, pictureBitmap_);
     selectBitmap(mask_, maskBitmap_);
@@ -79,7 +60,8 @@ unsigned long TransparentPicture::asCopiedFrom(HDC source, unsigned long colour)
     if (description.bmBitsPixel != 16)
         return colour;
     const Bitmap pixel(ensureGDI([=] { return CreateCompatibleBitmap(source, 1, 1); }, blitFailed), true);
-    const DeviceContext memory(picture_); // After the bitmap, which it has to let go of first.
+    const DeviceContext memory =
+        DeviceContext::createCompatible(picture_); // After the bitmap, which it has to let go of first.
     selectBitmap(memory, pixel);
     SetPixel(memory, 0, 0, colour);
     picture_.blit(memory, 0, 0, 1, 1, 0, 0, SRCCOPY);
@@ -104,7 +86,8 @@ void TransparentPicture::blackenTransparent()
 // Blackens in the target what the picture covers, then adds the picture, which is black elsewhere.
 void TransparentPicture::draw(const DeviceContext& target, const POINT& position)
 {
-    const BitColours maskColours(target, black, white);
+    const AutoBackgroundColour ones(target, white); // Colours in which the bits of the mask arrive.
+    const AutoTextColour zeros(target, black);
     target.blit(mask_, position.x, position.y, size_.cx, size_.cy, 0, 0, SRCAND);
     target.blit(picture_, position.x, position.y, size_.cx, size_.cy, 0, 0, SRCPAINT);
 }

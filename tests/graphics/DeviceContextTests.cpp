@@ -1,11 +1,16 @@
 #include "Canvas.h"
+#include "DebuggerOutput.h"
 #include "Expect.h"
 #include "Failures.h"
 
+#include <tarn/Cursor.h>
+#include <tarn/Icon.h>
 #include <tarn/PaintDeviceContext.h>
 #include <tarn/Rect.h>
 
 #include <memory>
+#include <stdexcept>
+#include <utility>
 
 using namespace tarn;
 using namespace support;
@@ -53,6 +58,49 @@ TEST_CASE("DeviceContext: of a window's client area, the whole window and the sc
                        "Can't retrieve DC from window");
 }
 
+TEST_CASE("DeviceContext: moving hands a context on, and a compatible one is made by name", "[graphics][context]")
+{
+    DeviceContext memory = DeviceContext::createCompatible(DeviceContext(nullptr, false));
+    const HDC handle = memory;
+    CHECK(GetObjectType(handle) == OBJ_MEMDC);
+    DeviceContext other(std::move(memory));
+    CHECK((!memory && other.getHandle() == handle));
+    memory = std::move(other);
+    other = DeviceContext::createCompatible(nullptr);
+    std::swap(memory, other);
+    CHECK(other.getHandle() == handle);
+    const HDC given = memory.detach();
+    memory = std::move(other);
+    memory = DeviceContext(given);
+    CHECK((!isAlive(handle) && isAlive(given)));
+    memory.close(); // It borrows.
+    CHECK(DeleteDC(given));
+}
+
+TEST_CASE("Graphics: a release that fails while an exception is on its way lets that one go on", "[graphics][failure]")
+{
+    const auto dies = [](auto owner, const char* text) {
+        const DebuggerOutput output;
+        const auto fail = [&] {
+            const auto dying(std::move(owner));
+            throw std::runtime_error("first");
+        };
+        expectError<std::runtime_error>(fail, "first");
+        std::string heard;
+        for (const std::string& call : output.calls())
+            heard += call;
+        CHECK(heard.find(text) != heard.npos);
+    };
+    Pen pen(red, PS_SOLID, 1);
+    DeleteObject(pen);
+    dies(std::move(pen), "Can't delete GDI handle");
+    DeviceContext context;
+    DeleteDC(context);
+    dies(std::move(context), "Can't delete device context");
+    dies(Icon(HICON(0x7FF0), true), "Can't destroy icon");
+    dies(Cursor(HCURSOR(0x7FF0), true), "Can't destroy cursor");
+}
+
 TEST_CASE("DeviceContext: a failing release is reported once, a vanished window's is not", "[graphics][context]")
 {
     DeviceContext context;
@@ -77,8 +125,10 @@ TEST_CASE("PaintDeviceContext: makes the window valid and ends painting", "[grap
         handle = paint;
         CHECK(paint.getUpdateRectangle() == invalid);
         CHECK(GetObjectType(PaintDeviceContext(paint)) == OBJ_MEMDC);
-        paint.close();
-        CHECK(!paint);
+        PaintDeviceContext taker(std::move(paint));
+        CHECK((!paint && taker.getHandle() == handle));
+        taker.close();
+        CHECK(!taker);
     }
     CHECK_FALSE(GetUpdateRect(window.get(), nullptr, FALSE));
     CHECK(WindowFromDC(handle) != window.get());

@@ -32,7 +32,11 @@ TEST_CASE("blitTransparent: leaves out the key colour for every depth of bitmap"
     };
     const Row row = GENERATE(Row{1, 1, 4, 2, 0, 0, white, "GGGGGG\nG#RGBG\nG#RGBG\n"},
                              Row{0, 0, 3, 1, 0, 1, black, "GR.GGG\nGGGGGG\nGGGGGG\n"},
-                             Row{2, 0, 4, 1, 0, 0, green, "GG#R.B\nGGGGGG\nGGGGGG\n"}); // Nothing has this one.
+                             Row{2, 0, 4, 1, 0, 0, green, "GG#R.B\nGGGGGG\nGGGGGG\n"}, // Nothing has this one.
+                             // Partly and wholly outside of the bitmap, of which nothing comes from there.
+                             Row{0, 0, 6, 3, -1, -2, white, "GGGGGG\nGGGGGG\nG#RGBG\n"},
+                             Row{0, 1, 6, 3, 1, 1, white, "GGGGGG\nRGBGGG\nGGGGGG\n"},
+                             Row{0, 0, 6, 3, 4, 0, white, "GGGGGG\nGGGGGG\nGGGGGG\n"});
     const auto depth = GENERATE(as<unsigned short>(), 8, 16, 24, 32);
     Bitmap bitmap(newDIBSection(4, 2, depth), true);
     paintColumns(bitmap, {black, red, white, blue});

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <tarn/Export.h>
+#include <tarn/Windows.h>
+
+namespace tarn {
+/// Text is drawn in an RGB colour while this lives, and in the former colour again afterwards. End it before the
+/// context. Failures throw WindowsError "Can't set text colour", also out of the destructor.
+class TARN_API AutoTextColour {
+public:
+    [[nodiscard]] AutoTextColour(HDC context, unsigned long colour); ///< A DeviceContext fits.
+    AutoTextColour(const AutoTextColour&) = delete;
+    AutoTextColour& operator=(const AutoTextColour&) = delete;
+    ~AutoTextColour() noexcept(false);
+
+private:
+    HDC context_;
+    unsigned long former_;
+};
+
+/// The same for the colour behind text. Failures throw WindowsError "Can't set back colour", also out of the
+/// destructor.
+class TARN_API AutoBackgroundColour {
+public:
+    [[nodiscard]] AutoBackgroundColour(HDC context, unsigned long colour); ///< A DeviceContext fits.
+    AutoBackgroundColour(const AutoBackgroundColour&) = delete;
+    AutoBackgroundColour& operator=(const AutoBackgroundColour&) = delete;
+    ~AutoBackgroundColour() noexcept(false);
+
+private:
+    HDC context_;
+    unsigned long former_;
+};
+} // namespace tarn
