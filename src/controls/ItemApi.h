@@ -15,9 +15,7 @@ template <> struct ItemApi<char> {
     using TreeItem = TVITEMEXA;
     using TreeInsertion = TVINSERTSTRUCTA;
 
-    static constexpr UINT getListItem = LVM_GETITEMA, setListItem = LVM_SETITEMA, insertListItem = LVM_INSERTITEMA;
-    static constexpr UINT getListText = LVM_GETITEMTEXTA, setListText = LVM_SETITEMTEXTA;
-    static constexpr UINT insertListColumn = LVM_INSERTCOLUMNA;
+    static constexpr UINT getListText = LVM_GETITEMTEXTA;
     static constexpr UINT getTreeItem = TVM_GETITEMA, insertTreeItem = TVM_INSERTITEMA;
 };
 
@@ -27,9 +25,7 @@ template <> struct ItemApi<wchar_t> {
     using TreeItem = TVITEMEXW;
     using TreeInsertion = TVINSERTSTRUCTW;
 
-    static constexpr UINT getListItem = LVM_GETITEMW, setListItem = LVM_SETITEMW, insertListItem = LVM_INSERTITEMW;
-    static constexpr UINT getListText = LVM_GETITEMTEXTW, setListText = LVM_SETITEMTEXTW;
-    static constexpr UINT insertListColumn = LVM_INSERTCOLUMNW;
+    static constexpr UINT getListText = LVM_GETITEMTEXTW;
     static constexpr UINT getTreeItem = TVM_GETITEMW, insertTreeItem = TVM_INSERTITEMW;
 };
 

@@ -10,77 +10,63 @@
 
 namespace tarn {
 namespace {
-template <class Ch>
-int insertColumnInto(const ListView& view, unsigned column, const Ch* text, int width, int format, int subitem)
+constexpr unsigned atEnd = INT_MAX;
+
+template <class Ch> typename ItemApi<Ch>::ListColumn columnWith(const Ch* text, int width, int format, unsigned subitem)
 {
-    typename ItemApi<Ch>::ListColumn attributes{};
-    attributes.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT | LVCF_SUBITEM;
-    attributes.fmt = format;
-    attributes.cx = width;
-    attributes.pszText = textOf(text);
-    attributes.iSubItem = subitem;
-    return view.insertColumn(column, attributes);
+    typename ItemApi<Ch>::ListColumn column{};
+    column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT | LVCF_SUBITEM;
+    column.fmt = format;
+    column.cx = width;
+    column.pszText = textOf(text);
+    column.iSubItem = static_cast<int>(subitem);
+    return column;
 }
 
-/// An item to be inserted: without data when `data` is null.
-template <class Ch>
-int insertInto(const ListView& view, unsigned item, unsigned subitem, const Ch* text, const void* const* data,
-               int image)
+template <class Ch> typename ItemApi<Ch>::ListItem itemWith(unsigned item, unsigned subitem, const Ch* text, int image)
 {
     typename ItemApi<Ch>::ListItem attributes{};
-    attributes.mask = LVIF_TEXT | LVIF_IMAGE | (data ? LVIF_PARAM : 0u);
+    attributes.mask = LVIF_TEXT | LVIF_IMAGE;
     attributes.iItem = static_cast<int>(item);
     attributes.iSubItem = static_cast<int>(subitem);
     attributes.pszText = textOf(text);
     attributes.iImage = image;
-    attributes.lParam = data ? toLParam(*data) : 0;
-    return view.insertItem(attributes);
+    return attributes;
 }
 
-constexpr unsigned atEnd = INT_MAX;
-
-template <class Ch>
-int insertColumnOf(const ListView& view, unsigned column, const typename ItemApi<Ch>::ListColumn& attributes)
+template <class Item> Item withData(Item attributes, const void* data)
 {
-    return static_cast<int>(ensureSent(view, -1, "Can't insert list view column", ItemApi<Ch>::insertListColumn, column,
-                                       toLParam(&attributes)));
+    attributes.mask |= LVIF_PARAM;
+    attributes.lParam = toLParam(data);
+    return attributes;
 }
 
-template <class Ch> int insertItemOf(const ListView& view, const typename ItemApi<Ch>::ListItem& item)
+// Each sends one message, in either width.
+int insertColumnBy(UINT msg, const ListView& view, unsigned column, const void* attributes)
 {
-    return static_cast<int>(
-        ensureSent(view, -1, "Can't insert list view item", ItemApi<Ch>::insertListItem, 0, toLParam(&item)));
+    return static_cast<int>(ensureSent(view, -1, "Can't insert list view column", msg, column, toLParam(attributes)));
 }
-
-template <class Ch> void getItemOf(const ListView& view, typename ItemApi<Ch>::ListItem& item)
+int insertItemBy(UINT msg, const ListView& view, const void* item)
 {
-    ensureSent(view, FALSE, "Can't get listview item", ItemApi<Ch>::getListItem, 0, toLParam(&item));
+    return static_cast<int>(ensureSent(view, -1, "Can't insert list view item", msg, 0, toLParam(item)));
 }
-
-template <class Ch> void setItemOf(const ListView& view, const typename ItemApi<Ch>::ListItem& item)
+void getItemBy(UINT msg, const ListView& view, void* item)
 {
-    ensureSent(view, FALSE, "Can't set item", ItemApi<Ch>::setListItem, 0, toLParam(&item));
+    ensureSent(view, FALSE, "Can't get listview item", msg, 0, toLParam(item));
 }
-
-template <class Ch> void setTextOf(const ListView& view, unsigned item, const typename ItemApi<Ch>::ListItem& text)
+void setItemBy(UINT msg, const ListView& view, const void* item)
 {
-    ensureSent(view, FALSE, "Can't set item text", ItemApi<Ch>::setListText, item, toLParam(&text));
+    ensureSent(view, FALSE, "Can't set item", msg, 0, toLParam(item));
 }
-
-template <class Ch> void setSubitemText(const ListView& view, unsigned item, const Ch* text, unsigned subitem)
+void setTextBy(UINT msg, const ListView& view, unsigned item, const void* text)
 {
-    typename ItemApi<Ch>::ListItem attributes{};
-    attributes.iSubItem = static_cast<int>(subitem);
-    attributes.pszText = textOf(text);
-    view.setItemText(item, attributes);
+    ensureSent(view, FALSE, "Can't set item text", msg, item, toLParam(text));
 }
 
-template <class Ch> BasicString<Ch> textOfItem(const ListView& view, unsigned item, unsigned subitem)
+template <class Ch> BasicString<Ch> itemText(const ListView& view, unsigned item, unsigned subitem)
 {
     return readItemText<Ch>([&](Ch* buffer, int size) {
-        typename ItemApi<Ch>::ListItem attributes{};
-        attributes.iSubItem = static_cast<int>(subitem);
-        attributes.pszText = buffer;
+        auto attributes = itemWith<Ch>(item, subitem, buffer, 0);
         attributes.cchTextMax = size;
         view.sendMessageA(ItemApi<Ch>::getListText, item, toLParam(&attributes));
         return attributes.pszText;
@@ -97,72 +83,66 @@ void ListView::create(HWND parent, const RECT& rect, unsigned long style, HINSTA
 
 int ListView::insertColumn(unsigned column, const LVCOLUMNA& attributes) const
 {
-    return insertColumnOf<char>(*this, column, attributes);
+    return insertColumnBy(LVM_INSERTCOLUMNA, *this, column, &attributes);
 }
 int ListView::insertColumn(unsigned column, const LVCOLUMNW& attributes) const
 {
-    return insertColumnOf<wchar_t>(*this, column, attributes);
+    return insertColumnBy(LVM_INSERTCOLUMNW, *this, column, &attributes);
 }
 int ListView::insertColumn(unsigned column, const char* text, int width, int format) const
 {
-    return insertColumnInto(*this, column, text, width, format, static_cast<int>(column));
+    return insertColumn(column, columnWith(text, width, format, column));
 }
 int ListView::insertColumn(unsigned column, const wchar_t* text, int width, int format) const
 {
-    return insertColumnInto(*this, column, text, width, format, static_cast<int>(column));
+    return insertColumn(column, columnWith(text, width, format, column));
 }
 int ListView::insertColumn(unsigned column, const char* text, int width, int format, int subitem) const
 {
-    return insertColumnInto(*this, column, text, width, format, subitem);
+    return insertColumn(column, columnWith(text, width, format, static_cast<unsigned>(subitem)));
 }
 int ListView::insertColumn(unsigned column, const wchar_t* text, int width, int format, int subitem) const
 {
-    return insertColumnInto(*this, column, text, width, format, subitem);
+    return insertColumn(column, columnWith(text, width, format, static_cast<unsigned>(subitem)));
 }
 int ListView::getColumnWidth(unsigned column) const
 {
     return static_cast<int>(sendMessageA(LVM_GETCOLUMNWIDTH, column));
 }
 
-int ListView::insertItem(const LVITEMA& item) const { return insertItemOf<char>(*this, item); }
-int ListView::insertItem(const LVITEMW& item) const { return insertItemOf<wchar_t>(*this, item); }
-int ListView::insertItem(const char* text, int image) const
-{
-    return insertInto(*this, atEnd, 0, text, nullptr, image);
-}
-int ListView::insertItem(const wchar_t* text, int image) const
-{
-    return insertInto(*this, atEnd, 0, text, nullptr, image);
-}
+int ListView::insertItem(const LVITEMA& item) const { return insertItemBy(LVM_INSERTITEMA, *this, &item); }
+int ListView::insertItem(const LVITEMW& item) const { return insertItemBy(LVM_INSERTITEMW, *this, &item); }
+int ListView::insertItem(const char* text, int image) const { return insertItem(atEnd, 0, text, image); }
+int ListView::insertItem(const wchar_t* text, int image) const { return insertItem(atEnd, 0, text, image); }
 int ListView::insertItem(const char* text, const void* data, int image) const
 {
-    return insertInto(*this, atEnd, 0, text, &data, image);
+    return insertItem(atEnd, 0, text, data, image);
 }
 int ListView::insertItem(const wchar_t* text, const void* data, int image) const
 {
-    return insertInto(*this, atEnd, 0, text, &data, image);
+    return insertItem(atEnd, 0, text, data, image);
 }
 int ListView::insertItem(unsigned item, unsigned subitem, const char* text, int image) const
 {
-    return insertInto(*this, item, subitem, text, nullptr, image);
+    return insertItem(itemWith(item, subitem, text, image));
 }
 int ListView::insertItem(unsigned item, unsigned subitem, const wchar_t* text, int image) const
 {
-    return insertInto(*this, item, subitem, text, nullptr, image);
+    return insertItem(itemWith(item, subitem, text, image));
 }
 int ListView::insertItem(unsigned item, unsigned subitem, const char* text, const void* data, int image) const
 {
-    return insertInto(*this, item, subitem, text, &data, image);
+    return insertItem(withData(itemWith(item, subitem, text, image), data));
 }
 int ListView::insertItem(unsigned item, unsigned subitem, const wchar_t* text, const void* data, int image) const
 {
-    return insertInto(*this, item, subitem, text, &data, image);
+    return insertItem(withData(itemWith(item, subitem, text, image), data));
 }
 
-void ListView::getItem(LVITEMA& item) const { getItemOf<char>(*this, item); }
-void ListView::getItem(LVITEMW& item) const { getItemOf<wchar_t>(*this, item); }
-void ListView::setItem(const LVITEMA& item) const { setItemOf<char>(*this, item); }
-void ListView::setItem(const LVITEMW& item) const { setItemOf<wchar_t>(*this, item); }
+void ListView::getItem(LVITEMA& item) const { getItemBy(LVM_GETITEMA, *this, &item); }
+void ListView::getItem(LVITEMW& item) const { getItemBy(LVM_GETITEMW, *this, &item); }
+void ListView::setItem(const LVITEMA& item) const { setItemBy(LVM_SETITEMA, *this, &item); }
+void ListView::setItem(const LVITEMW& item) const { setItemBy(LVM_SETITEMW, *this, &item); }
 void ListView::setItemImage(unsigned item, unsigned subitem, int image) const
 {
     LVITEMW attributes{};
@@ -172,23 +152,29 @@ void ListView::setItemImage(unsigned item, unsigned subitem, int image) const
     attributes.iImage = image;
     setItem(attributes);
 }
-void ListView::setItemText(unsigned item, const LVITEMA& text) const { setTextOf<char>(*this, item, text); }
-void ListView::setItemText(unsigned item, const LVITEMW& text) const { setTextOf<wchar_t>(*this, item, text); }
+void ListView::setItemText(unsigned item, const LVITEMA& text) const
+{
+    setTextBy(LVM_SETITEMTEXTA, *this, item, &text);
+}
+void ListView::setItemText(unsigned item, const LVITEMW& text) const
+{
+    setTextBy(LVM_SETITEMTEXTW, *this, item, &text);
+}
 void ListView::setItemText(unsigned item, const char* text, unsigned subitem) const
 {
-    setSubitemText(*this, item, text, subitem);
+    setItemText(item, itemWith(item, subitem, text, 0));
 }
 void ListView::setItemText(unsigned item, const wchar_t* text, unsigned subitem) const
 {
-    setSubitemText(*this, item, text, subitem);
+    setItemText(item, itemWith(item, subitem, text, 0));
 }
 BasicString<char> ListView::getItemTextA(unsigned item, unsigned subitem) const
 {
-    return textOfItem<char>(*this, item, subitem);
+    return itemText<char>(*this, item, subitem);
 }
 BasicString<wchar_t> ListView::getItemTextW(unsigned item, unsigned subitem) const
 {
-    return textOfItem<wchar_t>(*this, item, subitem);
+    return itemText<wchar_t>(*this, item, subitem);
 }
 void* ListView::getItemData(unsigned item) const
 {
