@@ -2,6 +2,8 @@
 
 #include "Ids.h"
 
+#include <tarn/AutoRedraw.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cwchar>
@@ -218,6 +220,7 @@ void ControlsWindow::showBodies()
     }
     sort(wanted, order_.getCurrentSelection());
 
+    const tarn::AutoRedraw filling(list_);
     list_.deleteAllItems();
     for (const Body* body : wanted) {
         const auto item = static_cast<unsigned>(list_.insertItem(body->name, body, body->kind));

@@ -12,6 +12,7 @@
 #include <tarn/Array.h>
 #include <tarn/Atom.h>
 #include <tarn/AutoColour.h>
+#include <tarn/AutoRedraw.h>
 #include <tarn/AutoSelect.h>
 #include <tarn/BStr.h>
 #include <tarn/BasicString.h>
