@@ -179,6 +179,12 @@ TARN_API InputStream& operator>>(InputStream& in, std::string& text);
 TARN_API InputStream& operator>>(InputStream& in, std::wstring& text);
 ///@}
 
+namespace detail {
+/// What follows the length of a text.
+TARN_API void readCharacters(InputStream& in, std::string& text, unsigned int length);
+TARN_API void readCharacters(InputStream& in, std::wstring& text, unsigned int length);
+} // namespace detail
+
 /// Copies all that `in` still has, through a buffer of 10,000 bytes, up to the first read that gives
 /// nothing. Whether `out` took the bytes is not checked; nothing is flushed or closed.
 TARN_API OutputStream& operator<<(OutputStream& out, InputStream& in);

@@ -13,14 +13,18 @@ namespace tarn {
 class Archive;
 
 namespace detail {
-/// An object that nobody shares any more, its count, and what destroys both.
+/// A count of 1; null without memory.
+TARN_API unsigned int* newCount() noexcept;
+TARN_API void freeCount(unsigned int* count) noexcept;
+
+/// An object that nobody shares any more, its count, and what destroys it.
 struct LastShare {
     void* object;
     unsigned int* count;
-    void (*destroy)(const LastShare&);
+    void (*destroy)(void* object);
 };
-/// Destroys it, now or, where many are being destroyed inside each other, when the innermost has ended. What its
-/// destructor throws the debugger alone hears of.
+/// Destroys it, now or, where many are being destroyed inside each other, when the innermost has ended; then frees the
+/// count. What its destructor throws the debugger alone hears of.
 TARN_API void letGo(const LastShare& last) noexcept;
 } // namespace detail
 
@@ -114,20 +118,13 @@ private:
 
     static unsigned int* makeCount(T* object)
     {
-        if (unsigned int* const count = new (std::nothrow) unsigned int(1))
+        if (unsigned int* const count = detail::newCount())
             return count;
         destroy(object);
         throw BadAllocation();
     }
 
-    static void destroyLast(const detail::LastShare& last)
-    {
-        const struct Count {
-            ~Count() { delete count; }
-            unsigned int* count;
-        } count{last.count};
-        destroy(static_cast<std::remove_cv_t<T>*>(last.object));
-    }
+    static void destroyLast(void* object) { destroy(static_cast<std::remove_cv_t<T>*>(object)); }
 
     // Without a virtual destructor the object's memory need not begin where its T does.
     static void destroy(T* object)

@@ -41,6 +41,7 @@
 #include <tarn/Event.h>
 #include <tarn/Exception.h>
 #include <tarn/Factory.h>
+#include <tarn/Fields.h>
 #include <tarn/FileDialog.h>
 #include <tarn/FolderDialog.h>
 #include <tarn/Font.h>

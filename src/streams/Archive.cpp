@@ -5,6 +5,8 @@
 #include "ClassName.h"
 #include "NestingLevel.h"
 
+#include <cstring>
+
 namespace tarn {
 namespace {
 // The first word of an object record; any other is the key of a reference record.
@@ -34,20 +36,52 @@ void Archive::writeObject(const ref_ptr<Serializable>& ptr)
     writeObject(ptr.get(), tables_->keys.of(counter, tables_->written));
 }
 
+namespace {
+// Two words and the class's name in one piece. As of any text only the name's length is guarded against a short write.
+void writeHead(OutputStream& out, const Serializable* object, unsigned int key)
+{
+    if (!object)
+        out << objectCookie << key; // What comes next fails.
+    const ClassName name(typeid(*object));
+    const char* const text = name.toWrite();
+    const auto length = static_cast<unsigned int>(std::strlen(text));
+    const unsigned int words[] = {objectCookie, key, length};
+    char head[128];
+    if (length > sizeof head - sizeof words) {
+        out << objectCookie << key << text;
+        return;
+    }
+    std::memcpy(head, words, sizeof words);
+    std::memcpy(head + sizeof words, text, length);
+    const unsigned int size = sizeof words + length;
+    const unsigned int count = out.write(head, size);
+    if (count < sizeof words || count > size)
+        detail::throwShortWrite(head, sizeof words[0]);
+}
+
+void writeRecord(OutputStream& archive, const Serializable* object, unsigned int key)
+{
+    writeHead(archive, object, key);
+    object->serialize(archive);
+}
+} // namespace
+
 void Archive::writeObject(const Serializable* object, unsigned long key)
 {
     const auto word = static_cast<unsigned int>(key);
-    OutputStream& out = *this;
-    if (word != singleKey && tables_->written.contains(word)) {
-        out << word;
+    if (word == singleKey) {
+        const NestingLevel level(depth_);
+        writeRecord(*this, object, word);
+        return;
+    }
+    auto place = tables_->written.placeFor(word);
+    if (place) {
+        static_cast<OutputStream&>(*this) << word;
         return;
     }
     const NestingLevel level(depth_);
-    // The key is known before the data are written, so that a circle leads to a reference.
-    if (word != singleKey)
-        tables_->written.insert(word);
-    out << objectCookie << word << ClassName(typeid(*object)).toWrite();
-    object->serialize(*this);
+    place.put(); // Before the data are written, so that a circle leads to a reference.
+    writeRecord(*this, object, word);
 }
 
 Serializable* Archive::readObject()
@@ -81,10 +115,9 @@ void Archive::readObject(ref_ptr<Serializable>& ptr)
                                    "zur\xFC"
                                    "ckgegeben werden.\n"
                                    "M\xF6glicherweise liegt ein Fehler im Format des Bin\xE4streams vor!"));
-    auto count = std::make_unique<unsigned int>(0);
     tables_->makeRoom();
     Serializable* const made = createNamedOn(*this);
-    ref_ptr<Serializable> object(count.release(), made);
+    ref_ptr<Serializable> object(tables_->counts.take(), made);
     // Known before its data are read, so that references inside them find it, and it is not lost when they fail.
     const unsigned int place = tables_->add(key, object);
     object->deserialize(*this);

@@ -2,6 +2,7 @@
 
 #include <tarn/Archive.h>
 
+#include "CountPool.h"
 #include "KeyTable.h"
 
 #include <type_traits>
@@ -38,6 +39,7 @@ struct Archive::Tables {
         if (objects.size() == objects.capacity())
             objects.reserve(2 * objects.size() + 8);
         shared.makeRoom(1);
+        counts.makeRoom();
     }
     /// Keeps a shared object for as long as the archive lives, also when another comes up with its key.
     unsigned int add(unsigned int key, const ref_ptr<Serializable>& object)
@@ -70,6 +72,7 @@ struct Archive::Tables {
     KeySet single;
     bool hasSingleZero = false;
     std::vector<ref_ptr<Serializable>> objects;  // All shared ones that were read; null for those given up.
+    CountPool counts;                            // For the objects to come.
     KeyTable<unsigned int, unsigned int> shared; // Where the last one of each key lies.
 };
 } // namespace tarn

@@ -13,26 +13,51 @@ struct NoValue {};
 /// Values by keys other than 0, side by side in one piece of memory: it takes memory when it doubles, not for each
 /// entry, and nothing is ever taken out.
 template <class Key, class Value = NoValue> class KeyTable {
+    struct Slot {
+        Key key = 0;
+        [[no_unique_address]] Value value;
+    };
+
 public:
     /// After this so many more keys go in without taking memory.
     void makeRoom(std::size_t more)
     {
-        // A quarter stays free, or looking for what is not there would take long.
-        if ((count_ + more) * 4 > slots_.size() * 3)
-            resize(std::bit_ceil((count_ + more) * 2));
+        // Half of it stays free, or looking for what is not there would take long.
+        if (const std::size_t needed = 2 * (count_ + more); needed > slots_.size())
+            resize(std::bit_ceil(needed + 1) * (needed < 0x10000 ? 2 : 1));
+    }
+    /// A key's place in the table, where it is or could be put: one search for both. Valid until the next insertion.
+    class Place {
+    public:
+        explicit operator bool() const { return slot_->key != 0; } ///< Whether it is there.
+        Value& put()
+        {
+            slot_->key = key_;
+            ++table_->count_;
+            return slot_->value;
+        }
+
+    private:
+        friend class KeyTable;
+        Place(KeyTable* table, Key key) : table_(table), slot_(&table->slots_[table->placeOf(key)]), key_(key) {}
+
+        KeyTable* table_;
+        Slot* slot_;
+        Key key_;
+    };
+    Place placeFor(Key key)
+    {
+        makeRoom(1);
+        return Place(this, key);
     }
     /// The value of the key, which goes in when it is not there.
     Value& operator[](Key key)
     {
-        makeRoom(1);
-        Slot& slot = slots_[placeOf(key)];
-        if (slot.key == 0) {
-            slot.key = key;
-            ++count_;
-        }
-        return slot.value;
+        Place place = placeFor(key);
+        return place ? place.slot_->value : place.put();
     }
     void insert(Key key) { (*this)[key]; }
+
     /// Null for a key that is not there.
     const Value* find(Key key) const
     {
@@ -42,11 +67,6 @@ public:
     bool contains(Key key) const { return find(key); }
 
 private:
-    struct Slot {
-        Key key = 0;
-        [[no_unique_address]] Value value;
-    };
-
     void resize(std::size_t size)
     {
         std::vector<Slot> before(size);

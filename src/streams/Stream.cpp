@@ -78,23 +78,33 @@ InputStream& operator>>(InputStream& in, bool& value)
 
 namespace {
 // A damaged length asks for up to 4 GB: the text grows by pieces, as far as there are data.
-template <class Ch> InputStream& readText(InputStream& in, std::basic_string<Ch>& text)
+template <class Ch> void readPieces(InputStream& in, std::basic_string<Ch>& text, unsigned int left)
 {
     constexpr unsigned int piece = 0x8000;
     text.clear();
-    for (unsigned int left = in.readUInt32(); left > 0;) {
+    while (left > 0) {
         const unsigned int count = std::min(left, piece);
         const std::size_t start = text.size();
         text.resize(start + count);
         in.readFully(text.data() + start, count * static_cast<unsigned int>(sizeof(Ch)));
         left -= count;
     }
-    return in;
 }
 } // namespace
 
-InputStream& operator>>(InputStream& in, std::string& text) { return readText(in, text); }
-InputStream& operator>>(InputStream& in, std::wstring& text) { return readText(in, text); }
+void detail::readCharacters(InputStream& in, std::string& text, unsigned int length) { readPieces(in, text, length); }
+void detail::readCharacters(InputStream& in, std::wstring& text, unsigned int length) { readPieces(in, text, length); }
+
+InputStream& operator>>(InputStream& in, std::string& text)
+{
+    readPieces(in, text, in.readUInt32());
+    return in;
+}
+InputStream& operator>>(InputStream& in, std::wstring& text)
+{
+    readPieces(in, text, in.readUInt32());
+    return in;
+}
 
 OutputStream& operator<<(OutputStream& out, InputStream& in)
 {

@@ -19,7 +19,8 @@ thread_local Destroying onThisThread;
 
 void destroy(const detail::LastShare& last) noexcept
 {
-    closeQuietly([&] { last.destroy(last); });
+    closeQuietly([&] { last.destroy(last.object); });
+    detail::freeCount(last.count);
 }
 
 void destroyInTurn(const detail::LastShare& first) noexcept

@@ -3,6 +3,7 @@
 #include "Contents.h"
 
 #include <tarn/Archive.h>
+#include <tarn/Fields.h>
 #include <tarn/Serializable.h>
 
 #include <algorithm>
@@ -27,8 +28,9 @@ public:
 
 /// A colour that nodes share.
 struct Style : tarn::Serializable, Counted {
-    void serialize(tarn::OutputStream& out) const override { out << colour << width; }
-    void deserialize(tarn::InputStream& in) override { in >> colour >> width; }
+    template <class Self> static auto all(Self& self) { return tarn::fields(self.colour, self.width); }
+    void serialize(tarn::OutputStream& out) const override { out << all(*this); }
+    void deserialize(tarn::InputStream& in) override { in >> all(*this); }
 
     std::string colour = "red";
     double width = 1;
