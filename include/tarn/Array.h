@@ -3,7 +3,10 @@
 #include <tarn/Exception.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdlib>
 #include <new>
+#include <type_traits>
 #include <utility>
 
 namespace tarn {
@@ -24,7 +27,7 @@ public:
         swap(other);
         return *this;
     }
-    ~Array() { delete[] data_; }
+    ~Array() { free(data_); }
     ///@}
 
     ///@{
@@ -45,6 +48,24 @@ public:
 
     /// Frees the elements and becomes empty.
     void clear() noexcept { Array().swap(*this); }
+    /// Keeps the elements as far as they fit; those that are new hold whatever the memory holds. Grows in its place
+    /// where the heap can. Throws BadAllocation, the array being as it was then.
+    void resize(unsigned count) requires std::is_trivially_copyable_v<T>
+    {
+        if (count == 0) {
+            clear();
+        } else if constexpr (isPlain) {
+            void* const memory = count <= largest ? std::realloc(data_, count * sizeof(T)) : nullptr;
+            if (!memory)
+                throw BadAllocation();
+            data_ = static_cast<T*>(memory);
+            count_ = count;
+        } else {
+            Array resized(count);
+            std::copy_n(data_, std::min(count, count_), resized.data_);
+            swap(resized);
+        }
+    }
     /// Exchanges the memory: pointers to the elements stay valid.
     void swap(Array& other) noexcept
     {
@@ -53,15 +74,34 @@ public:
     }
 
 private:
+    // Whether elements are no more than their bytes, for which the heap can be asked to grow what there is.
+    static constexpr bool isPlain = std::is_trivially_copyable_v<T> && std::is_trivially_default_constructible_v<T> &&
+                                    alignof(T) <= alignof(std::max_align_t);
+    static constexpr unsigned largest = static_cast<unsigned>(
+        std::min<std::size_t>(static_cast<unsigned>(-1), static_cast<std::size_t>(-1) / 2 / sizeof(T)));
+
     static T* allocate(unsigned count)
     {
         if (count == 0)
             return nullptr;
-        try {
-            return new T[count];
-        } catch (const std::bad_alloc&) { // Covers a count whose size in bytes does not fit, too.
+        if constexpr (isPlain) {
+            if (void* const memory = count <= largest ? std::malloc(count * sizeof(T)) : nullptr)
+                return static_cast<T*>(memory);
             throw BadAllocation();
+        } else {
+            try {
+                return new T[count];
+            } catch (const std::bad_alloc&) { // Covers a count whose size in bytes does not fit, too.
+                throw BadAllocation();
+            }
         }
+    }
+    static void free(T* data) noexcept
+    {
+        if constexpr (isPlain)
+            std::free(data);
+        else
+            delete[] data;
     }
 
     T* data_ = nullptr;

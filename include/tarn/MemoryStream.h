@@ -4,6 +4,8 @@
 #include <tarn/Export.h>
 #include <tarn/Stream.h>
 
+#include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace tarn {
@@ -24,6 +26,12 @@ public:
 
     /// `buffer` may lie in the memory that is read.
     unsigned int read(void* buffer, unsigned int count) override;
+    /// Goes on by as many bytes, or as there are, and says where they lie.
+    std::string_view take(unsigned int count)
+    {
+        count = std::min(size_ - position_, count);
+        return {data_ + std::exchange(position_, position_ + count), count};
+    }
     /// Throws `std::runtime_error` "Bad seek position" for a position before the start or behind the end.
     void setFilePointer(long long offset, whence origin) override;
     unsigned long long getFilePointer() override { return position_; } ///< From the start of the memory.
@@ -36,9 +44,8 @@ private:
 
 /// Writes into memory of its own, at any position. Copies are deep.
 ///
-/// The memory is always exactly as large as the stream, so that each write at the end moves all of it.
-/// Where much is written in small pieces, write through setFilePointer(expectedSize, begin) and back to
-/// the start, which makes the room at once.
+/// The memory is always exactly as large as the stream, so that a write at the end may move all of it, where the heap
+/// cannot let it grow in its place. Put a BufferingOutputStream in front where much is written in small pieces.
 ///
 /// Failures leave the stream as it was: `std::runtime_error` "New size too large for a size_t" at 4 GB,
 /// BadAllocation when the memory cannot be had.
@@ -76,7 +83,7 @@ public:
     unsigned long long getSize() override { return buffer_.size(); }
 
 private:
-    Array<char> grown(unsigned long long newSize) const;
+    void grow(unsigned long long newSize);
 
     Array<char> buffer_;
     unsigned int position_ = 0;

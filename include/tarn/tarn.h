@@ -20,6 +20,7 @@
 #include <tarn/Bitmap.h>
 #include <tarn/Brush.h>
 #include <tarn/Button.h>
+#include <tarn/BufferingStream.h>
 #include <tarn/COMIdentifiers.h>
 #include <tarn/COMInterfacePointer.h>
 #include <tarn/COMModule.h>

@@ -2,6 +2,7 @@
 
 #include <tarn/BasicString.h>
 #include <tarn/Exception.h>
+#include <tarn/MemoryStream.h>
 #include <tarn/Serializable.h>
 
 #include "../foundation/Throw.h"
@@ -108,7 +109,15 @@ InputStream& operator>>(InputStream& in, std::wstring& text)
 
 OutputStream& operator<<(OutputStream& out, InputStream& in)
 {
-    char buffer[10000];
+    constexpr unsigned int piece = 10000;
+    // What lies in memory needs no other on its way.
+    if (typeid(in) == typeid(MemoryInputStream)) {
+        auto& memory = dynamic_cast<MemoryInputStream&>(in);
+        for (auto taken = memory.take(piece); !taken.empty(); taken = memory.take(piece))
+            out.write(taken.data(), static_cast<unsigned int>(taken.size()));
+        return out;
+    }
+    char buffer[piece];
     while (const unsigned int count = in.read(buffer, sizeof buffer))
         out.write(buffer, count);
     return out;

@@ -1,7 +1,7 @@
 #include "Expect.h"
 
 #include <tarn/BasicString.h>
-#include <tarn/Stream.h>
+#include <tarn/MemoryStream.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -157,6 +157,13 @@ TEST_CASE("OutputStream: copying a stream ends at the first read that gives noth
     CHECK(out.written == content);
     CHECK(in.calls == 4);
     CHECK(out.calls == 3);
+
+    MemoryInputStream memory(content.data(), 25000);
+    Pieces direct;
+    static_cast<OutputStream&>(direct) << memory;
+    CHECK(direct.written == content);
+    CHECK(direct.calls == 3);
+    CHECK(memory.getFilePointer() == 25000);
 
     Pieces slow("abcdefg", 3), narrow;
     narrow.room = 4;

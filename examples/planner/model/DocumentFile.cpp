@@ -3,6 +3,7 @@
 #include "SafeFile.h"
 #include "Text.h"
 
+#include <tarn/BufferingStream.h>
 #include <tarn/MemoryStream.h>
 
 #include <boost/crc.hpp>
@@ -84,11 +85,11 @@ void saveDocument(const Document& document, const std::wstring& file)
 {
     tarn::MemoryInputStream nothing;
     tarn::MemoryOutputStream archived;
-    // Room for what is expected: the stream moves all of its memory whenever it has to grow.
-    archived.setFilePointer(static_cast<long long>(document.appointments().size() + 1) * 400, tarn::Seekable::begin);
     archived.setFilePointer(sizeof(Header), tarn::Seekable::begin);
-    tarn::Archive(nothing, archived).writeObject(&document);
-    const auto size = static_cast<unsigned>(archived.getFilePointer());
+    tarn::BufferingOutputStream buffered(archived);
+    tarn::Archive(nothing, buffered).writeObject(&document);
+    buffered.flush();
+    const auto size = static_cast<unsigned>(archived.getSize());
 
     std::string content(static_cast<const char*>(archived.getData()), size);
     Header header{};

@@ -1,0 +1,142 @@
+#include <tarn/BufferingStream.h>
+
+#include <tarn/Exception.h>
+
+#include "../foundation/Closing.h"
+#include "../foundation/Throw.h"
+#include "CopyPiece.h"
+
+#include <algorithm>
+
+namespace tarn {
+namespace {
+template <class Stream> Seekable& positionOf(Stream& stream)
+{
+    if (auto* const seekable = dynamic_cast<Seekable*>(&stream))
+        return *seekable;
+    throwError(Exception("The stream below has no position"));
+}
+} // namespace
+
+BufferingOutputStream::BufferingOutputStream(OutputStream& target, unsigned int size)
+    : target_(target), buffer_(std::max(size, 1u))
+{
+}
+BufferingOutputStream::~BufferingOutputStream() noexcept(false)
+{
+    if (!failure_)
+        closeAtEnd([this] { flush(); });
+}
+
+// The first failure is kept: nobody knows how much has arrived, and writing on would leave a hole.
+template <class Call> void BufferingOutputStream::keepFailure(Call call)
+{
+    if (failure_)
+        std::rethrow_exception(failure_);
+    try {
+        call();
+    } catch (...) {
+        failure_ = std::current_exception();
+        throw;
+    }
+}
+
+void BufferingOutputStream::pass()
+{
+    if (const unsigned int count = std::exchange(used_, 0))
+        target_.writeFully(buffer_.data(), count);
+}
+
+unsigned int BufferingOutputStream::write(const void* data, unsigned int count)
+{
+    if (!failure_ && count <= buffer_.size() - used_) {
+        copyPiece(buffer_.data() + used_, static_cast<const char*>(data), count);
+        used_ += count;
+        return count;
+    }
+    keepFailure([&] {
+        pass();
+        if (count >= buffer_.size()) {
+            target_.writeFully(data, count);
+        } else {
+            copyPiece(buffer_.data(), static_cast<const char*>(data), count);
+            used_ = count;
+        }
+    });
+    return count;
+}
+
+void BufferingOutputStream::flush()
+{
+    keepFailure([this] {
+        pass();
+        if (auto* const buffered = dynamic_cast<BufferedOutputStream*>(&target_))
+            buffered->flush();
+    });
+}
+
+void BufferingOutputStream::setFilePointer(long long offset, whence origin)
+{
+    Seekable& target = positionOf(target_);
+    keepFailure([this] { pass(); });
+    target.setFilePointer(offset, origin);
+}
+
+unsigned long long BufferingOutputStream::getFilePointer() { return positionOf(target_).getFilePointer() + used_; }
+
+unsigned long long BufferingOutputStream::getSize()
+{
+    Seekable& target = positionOf(target_);
+    return std::max(target.getSize(), target.getFilePointer() + used_);
+}
+
+BufferingInputStream::BufferingInputStream(InputStream& source, unsigned int size)
+    : source_(source), buffer_(std::max(size, 1u))
+{
+}
+BufferingInputStream::~BufferingInputStream() noexcept(false)
+{
+    if (auto* const source = dynamic_cast<Seekable*>(&source_); source && position_ < filled_)
+        closeAtEnd([&] { source->setFilePointer(-static_cast<long long>(filled_ - position_), current); });
+}
+
+unsigned int BufferingInputStream::read(void* buffer, unsigned int count)
+{
+    char* const to = static_cast<char*>(buffer);
+    unsigned int done = 0;
+    for (;;) {
+        const unsigned int piece = std::min(count - done, filled_ - position_);
+        copyPiece(to + done, buffer_.data() + position_, piece);
+        position_ += piece;
+        done += piece;
+        if (done == count)
+            return done;
+        position_ = filled_ = 0;
+        if (count - done >= buffer_.size()) {
+            const unsigned int direct = std::min(source_.read(to + done, count - done), count - done);
+            if (direct == 0)
+                return done;
+            done += direct;
+        } else {
+            filled_ = std::min(source_.read(buffer_.data(), buffer_.size()), buffer_.size());
+            if (filled_ == 0)
+                return done;
+        }
+    }
+}
+
+void BufferingInputStream::setFilePointer(long long offset, whence origin)
+{
+    Seekable& source = positionOf(source_);
+    const long long ahead = origin == current ? filled_ - position_ : 0;
+    source.setFilePointer(offset - ahead, origin);
+    position_ = filled_ = 0;
+}
+
+unsigned long long BufferingInputStream::getFilePointer()
+{
+    return positionOf(source_).getFilePointer() - (filled_ - position_);
+}
+
+unsigned long long BufferingInputStream::getSize() { return positionOf(source_).getSize(); }
+} // namespace tarn

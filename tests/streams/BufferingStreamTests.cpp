@@ -1,0 +1,144 @@
+#include "Contents.h"
+#include "Expect.h"
+
+#include <tarn/BufferingStream.h>
+
+#include <algorithm>
+#include <stdexcept>
+
+using namespace tarn;
+using support::expectError;
+
+namespace {
+/// Counts what reaches it, and refuses what has no room.
+struct Slow : BufferedOutputStream {
+    unsigned write(const void* data, unsigned size) override
+    {
+        ++calls;
+        const auto count = std::min<std::size_t>(size, room - content.size());
+        content.append(static_cast<const char*>(data), count);
+        return static_cast<unsigned>(count);
+    }
+    void flush() override { ++flushes; }
+    void close() override { FAIL("not the buffer's to close"); }
+
+    std::string content;
+    std::size_t room = 1000;
+    int calls = 0, flushes = 0;
+};
+
+/// Delivers in pieces of three.
+struct Pieces : InputStream {
+    explicit Pieces(const std::string& data) : content(data) {}
+    unsigned read(void* buffer, unsigned size) override
+    {
+        ++calls;
+        const auto count = content.copy(static_cast<char*>(buffer), std::min(size, 3u));
+        content.erase(0, count);
+        return static_cast<unsigned>(count);
+    }
+
+    std::string content;
+    int calls = 0;
+};
+
+std::string take(InputStream& in, unsigned count)
+{
+    std::string text(count, '\0');
+    text.resize(in.read(text.data(), count));
+    return text;
+}
+} // namespace
+
+TEST_CASE("BufferingOutputStream: small writes go on together, large ones at once", "[streams][buffering]")
+{
+    Slow target;
+    BufferingOutputStream out(target, 8);
+    for (const char* piece : {"ab", "cd", "ef", "gh"})
+        CHECK(out.write(piece, 2) == 2);
+    CHECK(target.calls == 0);
+    out.write("i", 1);
+    CHECK(target.content == "abcdefgh");
+    out.write("0123456789", 10);
+    CHECK(target.content == "abcdefghi0123456789");
+    CHECK(target.calls == 3);
+    out.write("z", 1);
+    out.close();
+    CHECK(target.content.back() == 'z');
+    CHECK(target.flushes == 1);
+    expectError<Exception>([&] { out.getFilePointer(); }, "The stream below has no position");
+}
+
+TEST_CASE("BufferingOutputStream: position and size count what is held back", "[streams][buffering]")
+{
+    MemoryOutputStream memory;
+    {
+        BufferingOutputStream out(memory);
+        out << 1 << 2;
+        CHECK(out.getFilePointer() == 8);
+        CHECK(out.getSize() == 8);
+        CHECK(memory.getSize() == 0);
+        CHECK(out.seek(-4, Seekable::current) == 4);
+        out << 'x';
+        CHECK(out.getSize() == 8);
+        CHECK(out.seek(2, Seekable::end) == 10);
+        out << 'y';
+    }
+    CHECK(contentOf(memory).substr(0, 8) == std::string("\1\0\0\0x\0\0\0", 8));
+    CHECK(memory.getSize() == 11);
+}
+
+TEST_CASE("BufferingOutputStream: the first failure is thrown, and again by each call that follows",
+          "[streams][buffering]")
+{
+    Slow target;
+    target.room = 3;
+    BufferingOutputStream out(target, 8);
+    out.write("abcd", 4);
+    CHECK_THROWS_AS(out.flush(), EndOfFile);
+    target.room = 1000;
+    CHECK_THROWS_AS(out.write("e", 1), EndOfFile);
+    CHECK_THROWS_AS(out.close(), EndOfFile);
+    CHECK(target.content == "abc");
+
+    const auto forget = [](bool alreadyFailing) {
+        Slow full;
+        full.room = 0;
+        BufferingOutputStream unsaid(full);
+        unsaid << 1;
+        if (alreadyFailing)
+            throw std::runtime_error("first");
+    };
+    CHECK_THROWS_AS(forget(false), EndOfFile);
+    expectError<std::runtime_error>([&] { forget(true); }, "first");
+}
+
+TEST_CASE("BufferingInputStream: asks until all is there", "[streams][buffering]")
+{
+    Pieces source("0123456789abcdef");
+    BufferingInputStream in(source, 8);
+    CHECK(take(in, 1) == "0");
+    CHECK(source.calls == 1);
+    CHECK(take(in, 12) == "123456789abc");
+    CHECK(take(in, 12) == "def");
+    CHECK(take(in, 1).empty());
+    CHECK_THROWS_AS(in.readInt32(), EndOfFile);
+    expectError<Exception>([&] { in.setFilePointer(0, Seekable::begin); }, "The stream below has no position");
+}
+
+TEST_CASE("BufferingInputStream: position and size are those of what was read", "[streams][buffering]")
+{
+    MemoryInputStream memory("0123456789", 10);
+    {
+        BufferingInputStream in(memory, 4);
+        CHECK(take(in, 1) == "0");
+        CHECK(in.getFilePointer() == 1);
+        CHECK(in.getSize() == 10);
+        CHECK(in.seek(2, Seekable::current) == 3);
+        CHECK(take(in, 2) == "34");
+        CHECK(in.seek(-2, Seekable::end) == 8);
+        CHECK(take(in, 1) == "8");
+        CHECK(memory.getFilePointer() == 10);
+    }
+    CHECK(memory.getFilePointer() == 9);
+}
