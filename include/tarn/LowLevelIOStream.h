@@ -66,8 +66,11 @@ private:
 class TARN_API LowLevelFileStream : public LowLevelIOStream {
 public:
     LowLevelFileStream() = default;
+    /// As those of LowLevelIOStream.
+    ///@{
     LowLevelFileStream(LowLevelFileStream&&) noexcept = default;
     LowLevelFileStream& operator=(LowLevelFileStream&&) noexcept = default;
+    ///@}
     /// As open().
     ///@{
     LowLevelFileStream(const char* name, int flags) : LowLevelIOStream(name, flags) {}
