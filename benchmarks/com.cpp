@@ -165,14 +165,12 @@ class InstalledLists {
 public:
     InstalledLists(const TemporaryFile& hresults, const TemporaryFile& guids)
     {
-        tarn::RegistryKey machine, files;
-        machine.create(HKEY_CURRENT_USER, path_, KEY_ALL_ACCESS);
-        files.create(machine, "Software\\{8900105B-76C1-46DE-ACE4-F9A052866F80}\\Files", KEY_ALL_ACCESS);
+        const auto machine = tarn::RegistryKey::createOwned(HKEY_CURRENT_USER, path_, KEY_ALL_ACCESS);
+        const auto files = tarn::RegistryKey::createOwned(
+            machine, "Software\\{8900105B-76C1-46DE-ACE4-F9A052866F80}\\Files", KEY_ALL_ACCESS);
         files.setValue("HRESULTs.txt", hresults.path());
         files.setValue("GUIDs.txt", guids.path());
         RegOverridePredefKey(HKEY_LOCAL_MACHINE, machine);
-        RegCloseKey(files);
-        RegCloseKey(machine);
     }
     ~InstalledLists()
     {

@@ -74,9 +74,7 @@ void copy(const BasicString<wchar_t>& from, const BasicString<wchar_t>& to)
     const Place source = parsePlace(from);
     const Place place = parsePlace(to);
     const RegistryKey sourceKey(source.root, source.path, KEY_READ);
-    RegistryKey target;
-    target.create(place.root, place.path, KEY_ALL_ACCESS);
-    target.attach(target.detach(), true); // A created key is not owned: make it ours.
+    RegistryKey target = RegistryKey::createOwned(place.root, place.path, KEY_ALL_ACCESS);
     target += sourceKey;
     print(to);
 }

@@ -11,17 +11,9 @@ namespace {
 using tarn::BasicString;
 using tarn::RegistryKey;
 
-RegistryKey create(HKEY parent, const char* name)
-{
-    RegistryKey key;
-    key.create(parent, name, KEY_ALL_ACCESS);
-    key.attach(key.detach(), true); // A created key is not owned until it is attached.
-    return key;
-}
-
 void showValues(const RegistryKey& user)
 {
-    const RegistryKey key = create(user, "Tarn++ Tour\\Window");
+    const RegistryKey key = RegistryKey::createOwned(user, "Tarn++ Tour\\Window", KEY_ALL_ACCESS);
     key.setValue("Width", 1280);
     key.setValue("Title", "A first look");
     key.setValue("Recent", std::list<BasicString<char>>{"C:\\notes.txt", "C:\\plan.txt"});
@@ -38,8 +30,9 @@ void showValues(const RegistryKey& user)
 void showTrees(const RegistryKey& user)
 {
     const RegistryKey tour(user, "Tarn++ Tour", KEY_ALL_ACCESS);
-    create(tour, "Backup") += tour; // Into its own subtree: the copy is of what was there before.
-    create(tour, "Old\\Settings\\Of\\Nobody");
+    RegistryKey::createOwned(tour, "Backup", KEY_ALL_ACCESS) +=
+        tour; // Into its own subtree: the copy is of what was there before.
+    RegistryKey::createOwned(tour, "Old\\Settings\\Of\\Nobody", KEY_ALL_ACCESS);
     const auto print = [&](const char* when) {
         std::cout << when << ':';
         for (const auto& subkey : RegistryKey::KeyEnumeration<char>(tour))

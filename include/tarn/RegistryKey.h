@@ -61,10 +61,10 @@ public:
     /// borrows the same handle.
     RegistryKey(const RegistryKey& other);
     RegistryKey(RegistryKey&& other) noexcept; ///< Takes the handle over as it is, owned or not.
-    /// As the constructors of the same arguments; an owned key is closed.
+    /// As the constructors of the same arguments. An owned key is closed; of a failure the debugger hears.
     ///@{
     RegistryKey& operator=(const RegistryKey& other);
-    RegistryKey& operator=(RegistryKey&& other);
+    RegistryKey& operator=(RegistryKey&& other) noexcept;
     ///@}
     virtual ~RegistryKey(); ///< Does not report a failing close: call close() to hear of it.
 
@@ -75,8 +75,19 @@ public:
     bool open(HKEY parent, const wchar_t* subkey, unsigned long access);
     ///@}
 
+    /// Opens a subkey, or makes it when it is missing; the key is owned, so it closes itself. The long form has
+    /// the arguments of `RegCreateKeyEx`; `className`, `security` and `disposition` may be null.
+    ///@{
+    static RegistryKey createOwned(HKEY parent, const char* subkey, unsigned long access);
+    static RegistryKey createOwned(HKEY parent, const wchar_t* subkey, unsigned long access);
+    static RegistryKey createOwned(HKEY parent, const char* subkey, const char* className, unsigned long options,
+                                   unsigned long access, SECURITY_ATTRIBUTES* security, unsigned long* disposition);
+    static RegistryKey createOwned(HKEY parent, const wchar_t* subkey, const wchar_t* className, unsigned long options,
+                                   unsigned long access, SECURITY_ATTRIBUTES* security, unsigned long* disposition);
+    ///@}
+
     /// As open, but makes the subkey when it is missing. The created key is not owned, so nothing closes
-    /// it: call `key.attach(key.detach(), true)` to make it yours.
+    /// it: use createOwned(), or hand it on with detach().
     ///@{
     void create(HKEY parent, const char* subkey, unsigned long access);
     void create(HKEY parent, const wchar_t* subkey, unsigned long access);

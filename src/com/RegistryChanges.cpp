@@ -26,9 +26,7 @@ RegistryKey RegistryChanges::createKey(const RegistryKey& parent, const BasicStr
                 parent.deleteKey(name);
         });
     }
-    RegistryKey key;
-    key.create(parent, name, KEY_READ | KEY_WRITE);
-    key.attach(key.detach(), true);
+    RegistryKey key = RegistryKey::createOwned(parent, name, KEY_READ | KEY_WRITE);
     return end == path.npos ? key : createKey(key, BasicString<wchar_t>(path.substr(end + 1)));
 }
 

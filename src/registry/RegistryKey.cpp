@@ -1,6 +1,7 @@
 #include <tarn/RegistryKey.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/Closing.h"
 #include "NativeRegistry.h"
 #include "RegistryApi.h"
 
@@ -103,10 +104,10 @@ RegistryKey& RegistryKey::operator=(const RegistryKey& other)
     return *this;
 }
 
-RegistryKey& RegistryKey::operator=(RegistryKey&& other)
+RegistryKey& RegistryKey::operator=(RegistryKey&& other) noexcept
 {
     if (this != &other) {
-        close();
+        closeQuietly([this] { close(); });
         owns_ = std::exchange(other.owns_, false);
         view_ = std::exchange(other.view_, 0);
         key_ = std::exchange(other.key_, nullptr);
@@ -159,6 +160,32 @@ void RegistryKey::create(HKEY parent, const wchar_t* subkey, const wchar_t* clas
     attach(nullptr, false);
     key_ = createKey(parent, subkey, className, options, access, security, disposition);
     view_ = packedView(access);
+}
+
+RegistryKey RegistryKey::createOwned(HKEY parent, const char* subkey, unsigned long access)
+{
+    return createOwned(parent, subkey, nullptr, 0, access, nullptr, nullptr);
+}
+RegistryKey RegistryKey::createOwned(HKEY parent, const wchar_t* subkey, unsigned long access)
+{
+    return createOwned(parent, subkey, nullptr, 0, access, nullptr, nullptr);
+}
+RegistryKey RegistryKey::createOwned(HKEY parent, const char* subkey, const char* className, unsigned long options,
+                                     unsigned long access, SECURITY_ATTRIBUTES* security, unsigned long* disposition)
+{
+    RegistryKey key;
+    key.create(parent, subkey, className, options, access, security, disposition);
+    key.owns_ = true;
+    return key;
+}
+RegistryKey RegistryKey::createOwned(HKEY parent, const wchar_t* subkey, const wchar_t* className,
+                                     unsigned long options, unsigned long access, SECURITY_ATTRIBUTES* security,
+                                     unsigned long* disposition)
+{
+    RegistryKey key;
+    key.create(parent, subkey, className, options, access, security, disposition);
+    key.owns_ = true;
+    return key;
 }
 
 void RegistryKey::close()

@@ -40,10 +40,7 @@ RegistryKey userKey(const Text& path) { return RegistryKey(HKEY_CURRENT_USER, pa
 
 void setUserText(const Text& path, const wchar_t* name, const wchar_t* text)
 {
-    RegistryKey key;
-    key.create(HKEY_CURRENT_USER, path.c_str(), KEY_WRITE);
-    key.attach(key.detach(), true);
-    key.setValue(name, text);
+    RegistryKey::createOwned(HKEY_CURRENT_USER, path.c_str(), KEY_WRITE).setValue(name, text);
 }
 
 Text folder() { return tarn::WindowsModule(static_cast<HINSTANCE>(nullptr)).getFilenameW().getDirectory(); }

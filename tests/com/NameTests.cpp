@@ -15,6 +15,7 @@
 
 #include <fstream>
 #include <sstream>
+#include <unordered_map>
 
 using tarn::getHRESULTIdentifier;
 using tarn::toAString;
@@ -33,9 +34,9 @@ constexpr const char* guidList = "{11111111-2222-3333-4444-555555555555} IID_Lis
 const bool listsAreRead = [] {
     const support::ScratchFolder folder;
     const std::string path = "Software\\tarn-test-names-" + std::to_string(GetCurrentProcessId());
-    tarn::RegistryKey machine, files;
-    machine.create(HKEY_CURRENT_USER, path.c_str(), KEY_ALL_ACCESS);
-    files.create(machine, "Software\\{8900105B-76C1-46DE-ACE4-F9A052866F80}\\Files", KEY_ALL_ACCESS);
+    auto machine = tarn::RegistryKey::createOwned(HKEY_CURRENT_USER, path.c_str(), KEY_ALL_ACCESS);
+    auto files = tarn::RegistryKey::createOwned(machine, "Software\\{8900105B-76C1-46DE-ACE4-F9A052866F80}\\Files",
+                                                KEY_ALL_ACCESS);
     files.setValue("HRESULTs.txt", folder.write("HRESULTs.txt", hresultList).c_str());
     folder.write("GUIDs.txt", guidList);
     SetEnvironmentVariableA("tarn-test-names", folder.path().string().c_str());
@@ -44,8 +45,8 @@ const bool listsAreRead = [] {
     getHRESULTIdentifier(0);
     toAString(IID_NULL, true);
     RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
-    RegCloseKey(files);
-    RegCloseKey(machine);
+    files.close();
+    machine.close();
     tarn::RegistryKey(HKEY_CURRENT_USER, false).deleteKeyRecursive(path.c_str());
     return true;
 }();
@@ -93,9 +94,7 @@ TEST_CASE("toAString: the installed list comes before the names that identifiers
 TEST_CASE("toAString: the registry names a class by a text that is not empty", "[com][names]")
 {
     const std::string guid = "{7E0B4C11-90A2-4F5D-B1C3-2D6A8F0E9911}", path = "CLSID\\" + guid;
-    tarn::RegistryKey key;
-    key.create(HKEY_CLASSES_ROOT, path.c_str(), KEY_ALL_ACCESS);
-    key.attach(key.detach(), true);
+    auto key = tarn::RegistryKey::createOwned(HKEY_CLASSES_ROOT, path.c_str(), KEY_ALL_ACCESS);
     CHECK(nameOf(guid.c_str()) == guid);
     key.setValue("", "");
     CHECK(nameOf(guid.c_str()) == guid);
@@ -118,6 +117,8 @@ TEST_CASE("GUID: converts from and to text, and is ordered by its bytes in memor
     // Data1 lies with its lowest byte first.
     const GUID a = {0x00000100, 0, 0, {}}, b = {0x00000001, 0, 0, {}}, c = {0x000000FF, 0, 0, {}};
     CHECK((a < b && b < c && !(c < c)));
+    const std::unordered_map<GUID, int> numbers = {{a, 1}, {b, 2}, {c, 3}};
+    CHECK((numbers.size() == 3 && numbers.at(b) == 2));
 }
 
 TEST_CASE("Name lists: reading ends at what is no record, and a bad identifier is reported", "[com][names]")

@@ -7,7 +7,10 @@
 #include "ScratchKey.h"
 #include "TextOf.h"
 
+#include <optional>
+#include <type_traits>
 #include <utility>
+#include <vector>
 
 using support::expectWindowsError;
 using support::ScratchKey;
@@ -50,6 +53,10 @@ TEMPLATE_TEST_CASE("RegistryKey: create leaves the key open and unowned", "[regi
     CHECK(scratch.hasKey(L"New"));
     CHECK(support::openHandles() == before + 1);
     RegistryKey(created, true).close();
+    {
+        const RegistryKey owned = RegistryKey::createOwned(scratch, TEXT_OF("Owned"), KEY_READ | KEY_WOW64_64KEY);
+        CHECK((owned.ownsKey() && owned.getView() == KEY_WOW64_64KEY && scratch.hasKey(L"Owned")));
+    }
     CHECK(support::openHandles() == before);
 }
 
@@ -61,7 +68,7 @@ TEMPLATE_TEST_CASE("RegistryKey: create passes class and disposition on", "[regi
         unsigned long disposition = 0;
         key.create(scratch, TEXT_OF("Deep\\Key"), TEXT_OF("A class"), REG_OPTION_NON_VOLATILE, KEY_READ, nullptr,
                    &disposition);
-        key.attach(key.detach(), true);
+        RegCloseKey(key);
         CHECK(disposition == expected);
         CHECK(scratch.classOf(L"Deep\\Key") == L"A class");
     }
@@ -84,6 +91,29 @@ TEST_CASE("RegistryKey: close keeps the handle's value, and a failing one the ow
     CHECK(key.ownsKey());
     expectWindowsError([&] { key.attach(HKEY_CURRENT_USER, false); }, ERROR_INVALID_HANDLE, "");
     key.detach();
+}
+
+TEST_CASE("RegistryKey: keys move into and out of containers, and each is closed once", "[registry]")
+{
+    static_assert(std::is_nothrow_move_assignable_v<RegistryKey>);
+    const ScratchKey scratch;
+    const auto before = support::openHandles();
+    {
+        std::vector<RegistryKey> keys;
+        for (const wchar_t* name : {L"a", L"b", L"c"})
+            keys.push_back(RegistryKey::createOwned(scratch, name, KEY_ALL_ACCESS));
+        keys.erase(keys.begin());
+        std::swap(keys[0], keys[1]);
+        keys[0].setValue(L"v", 1);
+        CHECK(scratch.hasValue(L"c", L"v"));
+        std::optional<RegistryKey> key = std::move(keys[1]);
+        RegCloseKey(*key);
+        keys[1] = std::move(*key); // What is owned and cannot be closed is no reason to throw.
+        RegCloseKey(keys[0]);
+        keys[0] = RegistryKey::createOwned(scratch, L"a", KEY_ALL_ACCESS);
+        keys[1].detach();
+    }
+    CHECK(support::openHandles() == before);
 }
 
 TEST_CASE("RegistryKey: a copy of an owned key stands alone, a copy of a borrowed one borrows", "[registry]")

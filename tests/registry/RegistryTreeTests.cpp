@@ -136,9 +136,8 @@ TEST_CASE("RegistryKey: AddContentFrom into a volatile key makes volatile subkey
 {
     const ScratchKey scratch;
     scratch.storeText(L"from\\sub\\deeper", L"v", L"text");
-    RegistryKey to;
-    to.create(scratch, L"to", nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS, nullptr, nullptr);
-    to.attach(to.detach(), true);
+    const RegistryKey to =
+        RegistryKey::createOwned(scratch, L"to", nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS, nullptr, nullptr);
     to.AddContentFrom(RegistryKey(scratch, L"from", KEY_READ));
     CHECK(scratch.hasValue(L"to\\sub\\deeper", L"v"));
 }
@@ -147,11 +146,8 @@ TEST_CASE("RegistryKey: trees as deep as the registry allows are copied and dele
 {
     const ScratchKey scratch;
     RegistryKey inner(scratch, L"", KEY_ALL_ACCESS);
-    for (int level = 0; level < 500; ++level) {
-        RegistryKey next;
-        next.create(inner, L"k", KEY_ALL_ACCESS);
-        inner.attach(next.detach(), true);
-    }
+    for (int level = 0; level < 500; ++level)
+        inner = RegistryKey::createOwned(inner, L"k", KEY_ALL_ACCESS);
     const RegistryKey key(scratch, false);
     scratch.makeKey(L"copy");
     RegistryKey(scratch, L"copy", KEY_ALL_ACCESS).AddContentFrom(RegistryKey(scratch, L"k", KEY_READ));

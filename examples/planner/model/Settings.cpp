@@ -65,9 +65,7 @@ Settings Settings::load(HKEY parent, const wchar_t* subkey)
 
 void Settings::save(HKEY parent, const wchar_t* subkey) const
 {
-    tarn::RegistryKey key;
-    key.create(parent, subkey, KEY_WRITE);
-    key.attach(key.detach(), true); // A created key is not owned by itself.
+    const auto key = tarn::RegistryKey::createOwned(parent, subkey, KEY_WRITE);
     key.setValue(L"FirstDayOfWeek", reckoning.firstDayOfWeek);
     key.setValue(L"MinimalDaysInFirstWeek", reckoning.minimalDaysInFirstWeek);
     key.setValue(L"Cutover", cutoverText(reckoning.cutover).c_str());
