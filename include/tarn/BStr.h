@@ -7,9 +7,27 @@
 #include <objbase.h>
 #include <oleauto.h>
 
+#include <concepts>
+#include <cstddef>
+#include <functional>
+#include <string_view>
+#include <type_traits>
 #include <utility>
 
 namespace tarn {
+class BStr;
+
+namespace detail {
+/// Wide text of any kind but a BStr: pointers, literals, standard strings and views, the library's strings.
+template <class T>
+concept WideText = std::convertible_to<const T&, std::wstring_view> && !std::same_as<T, std::nullptr_t>;
+
+/// What compares as text with one BStr or two.
+template <class A, class B>
+concept BStrPair = (std::same_as<A, BStr> && (std::same_as<B, BStr> || WideText<B>)) ||
+                   (WideText<A> && std::same_as<B, BStr>);
+} // namespace detail
+
 /// Owns a BSTR, the text type of automation: counted wide text, which may contain zeros. Usable wherever a
 /// BSTR is expected; null is the empty text.
 ///
@@ -41,14 +59,19 @@ public:
     operator BSTR() const noexcept { return text_; } ///< Lent, not given.
     BSTR get() const noexcept { return text_; }
     ///@}
+    /// A text is no truth value, though a pointer is: ask empty().
+    explicit operator bool() const = delete;
+    /// It is freed by this object: detach() it first.
+    friend void WINAPI SysFreeString(const BStr& text) = delete;
     unsigned length() const noexcept { return SysStringLen(text_); } ///< In characters.
     bool empty() const noexcept { return length() == 0; }            ///< True for null, too.
     ///@{
-    BasicString<wchar_t> toString() const; ///< Zeros in the text included.
+    BasicString<wchar_t> toString() const;                                              ///< Zeros in the text included.
+    std::wstring_view view() const noexcept { return {text_ ? text_ : L"", length()}; } ///< The same, lent.
     BasicString<char> toAString() const;
     ///@}
 
-    /// Equal lengths and equal characters; null equals "".
+    /// Equal lengths and equal characters; null equals "". The other one may be narrow, too.
     bool operator==(const BStr& other) const noexcept;
 
     void attach(BSTR text) noexcept;                                 ///< Takes ownership of `text`.
@@ -61,4 +84,64 @@ public:
 private:
     BSTR text_ = nullptr;
 };
+
+namespace detail {
+/// A null pointer is the empty text.
+template <class T> std::wstring_view wideView(const T& text)
+{
+    if constexpr (std::same_as<T, BStr>)
+        return text.view();
+    else if constexpr (std::is_pointer_v<T>)
+        return text ? std::wstring_view(text) : std::wstring_view();
+    else
+        return text;
+}
+} // namespace detail
+
+/// Compare texts, character by character, in both orders. Each operator stands for itself, because the standard's
+/// function objects would compare pointers where they find but the one that stands for all.
+///@{
+template <class A, class B>
+requires detail::BStrPair<A, B>
+bool operator==(const A& a, const B& b) { return detail::wideView(a) == detail::wideView(b); }
+template <class A, class B>
+requires detail::BStrPair<A, B>
+auto operator<=>(const A& a, const B& b) { return detail::wideView(a) <=> detail::wideView(b); }
+template <class A, class B>
+requires detail::BStrPair<A, B>
+bool operator<(const A& a, const B& b) { return (a <=> b) < 0; }
+template <class A, class B>
+requires detail::BStrPair<A, B>
+bool operator>(const A& a, const B& b) { return (a <=> b) > 0; }
+template <class A, class B>
+requires detail::BStrPair<A, B>
+bool operator<=(const A& a, const B& b) { return (a <=> b) <= 0; }
+template <class A, class B>
+requires detail::BStrPair<A, B>
+bool operator>=(const A& a, const B& b) { return (a <=> b) >= 0; }
+///@}
 } // namespace tarn
+
+/// Equal to the hash of a standard string or view of the same text.
+template <> struct std::hash<tarn::BStr> {
+    using is_transparent = void; ///< With `std::equal_to<>` a table finds what is given as a pointer or a view.
+    /// The hash of any wide text.
+    template <class Text> std::size_t operator()(const Text& text) const noexcept
+    {
+        return std::hash<std::wstring_view>()(tarn::detail::wideView(text));
+    }
+};
+
+/// What a BStr and a pointer have in common is the BStr, for the standard's algorithms over ranges.
+///@{
+template <class Pointer>
+requires std::same_as<std::remove_const_t<std::remove_pointer_t<Pointer>>, wchar_t>
+struct std::common_type<tarn::BStr, Pointer> {
+    using type = tarn::BStr;
+};
+template <class Pointer>
+requires std::same_as<std::remove_const_t<std::remove_pointer_t<Pointer>>, wchar_t>
+struct std::common_type<Pointer, tarn::BStr> {
+    using type = tarn::BStr;
+};
+///@}

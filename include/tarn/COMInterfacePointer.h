@@ -5,9 +5,32 @@
 
 #include <objbase.h>
 
+#include <compare>
+#include <concepts>
+#include <cstddef>
+#include <type_traits>
 #include <utility>
 
 namespace tarn {
+namespace detail {
+/// An interface as COMInterfacePointer lends it: its references are the pointer's affair. Templates, because no
+/// function that overrides another can be deleted.
+template <class T> class Uncounted : public T {
+public:
+    /// Do not compile: reset() or detach() the pointer.
+    ///@{
+    template <class = void> unsigned long AddRef() = delete;
+    template <class = void> unsigned long Release() = delete;
+    ///@}
+};
+
+/// What `->` gives: a class of one's own that is final has to be as it is.
+template <class T> using Lent = std::conditional_t<std::is_final_v<T>, T, Uncounted<T>>;
+
+/// A second type to which a pointer class converts, so that `delete` of it is ambiguous.
+class NotToBeDeleted;
+} // namespace detail
+
 /// Owns one reference to a COM object: adds it when it takes over a plain pointer or is copied, and
 /// releases it at its end. Usable wherever the plain interface pointer is expected.
 ///
@@ -69,12 +92,38 @@ public:
     T* get() const noexcept { return object_; }
     operator T*() const noexcept { return object_; }
     ///@}
-    /// Throws COMError(`E_POINTER`) when empty.
-    T* operator->() const
+    /// Throws COMError(`E_POINTER`) when empty. `p->AddRef()` and `p->Release()` do not compile: the reference is
+    /// the object's own, which reset() and detach() let go of.
+    ///@{
+    template <class Interface = T> detail::Lent<Interface>* operator->() const
     {
         COMError::checkPointer(object_);
-        return object_;
+        return static_cast<detail::Lent<Interface>*>(object_);
     }
+    template <class Interface = T> detail::Lent<Interface>& operator*() const { return *operator->(); }
+    ///@}
+    explicit operator bool() const noexcept { return object_ != nullptr; } ///< Whether it has an object.
+    /// Compare addresses, as plain pointers do: one object may give several for its interfaces.
+    ///@{
+    template <class U>
+    requires std::equality_comparable_with<T*, U*>
+    bool operator==(U* other) const noexcept { return object_ == other; }
+    template <class U>
+    requires std::equality_comparable_with<T*, U*>
+    bool operator==(const COMInterfacePointer<U>& other) const noexcept { return object_ == other.get(); }
+    bool operator==(std::nullptr_t) const noexcept { return !object_; }
+    std::strong_ordering operator<=>(const COMInterfacePointer& other) const noexcept
+    {
+        return std::compare_three_way()(object_, other.object_);
+    }
+    ///@}
+    /// `delete p` does not compile.
+    operator detail::NotToBeDeleted*() const = delete;
+    /// Nor does `(void**)&p`, which would lose the reference that it has: use putVoid(), or put().
+    ///@{
+    COMInterfacePointer* operator&() = delete;
+    const COMInterfacePointer* operator&() const = delete;
+    ///@}
 
     /// Takes over the reference that comes with `object`, as calls with an output parameter hand it out.
     void attach(T* object) noexcept

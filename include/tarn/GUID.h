@@ -4,6 +4,10 @@
 #include <tarn/Export.h>
 #include <tarn/Windows.h>
 
+#include <cstddef>
+#include <cstring>
+#include <functional>
+
 namespace tarn {
 /// Orders identifiers as their 16 bytes lie in memory, each unsigned, so that they can be the keys of a
 /// map. (Equality comes with the platform's headers.)
@@ -30,3 +34,15 @@ TARN_API GUID toGUID(const wchar_t* text);
 
 // A map's std::less<GUID> looks only where GUID itself is declared.
 using tarn::operator<;
+
+/// For tables whose keys are identifiers.
+template <> struct std::hash<GUID> {
+    /// Mixes all 16 bytes: identifiers that are made one after the other differ in few of them.
+    std::size_t operator()(const GUID& guid) const noexcept
+    {
+        unsigned long long halves[2];
+        std::memcpy(halves, &guid, sizeof halves);
+        const unsigned long long mixed = (halves[0] ^ (halves[1] * 0x9E3779B97F4A7C15)) * 0xFF51AFD7ED558CCD;
+        return static_cast<std::size_t>(mixed ^ mixed >> 32);
+    }
+};

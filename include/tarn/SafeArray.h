@@ -7,8 +7,6 @@
 #include <objbase.h>
 #include <oleauto.h>
 
-#include <boost/noncopyable.hpp>
-
 #include <concepts>
 #include <initializer_list>
 #include <type_traits>
@@ -53,6 +51,9 @@ public:
     operator SAFEARRAY*() const noexcept { return array_; } ///< Lent, not given.
     SAFEARRAY* get() const noexcept { return array_; }
     ///@}
+    explicit operator bool() const noexcept { return array_ != nullptr; } ///< Whether there is an array.
+    /// It is destroyed by this object: detach() it first.
+    friend HRESULT WINAPI SafeArrayDestroy(const SafeArray& array) = delete;
 
     VARTYPE getType() const; ///< Throws "Can't get type of safe array".
     unsigned getDimensionCount() const noexcept { return array_ ? SafeArrayGetDim(array_) : 0; } ///< 0 for null.
@@ -137,7 +138,7 @@ template <class T> constexpr bool isElementType(VARTYPE type)
 ///
 ///     for (double& x : tarn::SafeArray::Access<double>(samples))
 ///         x *= 2;
-template <class T> class SafeArray::Access : private boost::noncopyable {
+template <class T> class SafeArray::Access {
 public:
     /// Throws "Can't access safe array", with `DISP_E_TYPEMISMATCH` when the elements are no T.
     explicit Access(const SafeArray& array) : array_(array)
@@ -150,7 +151,27 @@ public:
         HRESULTHolder::throwOnError(SafeArrayAccessData(array_, &data), failure);
         data_ = static_cast<T*>(data);
     }
-    ~Access() { SafeArrayUnaccessData(array_); }
+    /// Takes the lock over.
+    ///@{
+    Access(Access&& other) noexcept
+        : array_(std::exchange(other.array_, nullptr)), data_(std::exchange(other.data_, nullptr)),
+          size_(std::exchange(other.size_, 0))
+    {
+    }
+    Access& operator=(Access&& other) noexcept
+    {
+        Access moved(std::move(other));
+        std::swap(array_, moved.array_);
+        std::swap(data_, moved.data_);
+        std::swap(size_, moved.size_);
+        return *this;
+    }
+    ///@}
+    ~Access()
+    {
+        if (array_)
+            SafeArrayUnaccessData(array_);
+    }
 
     /// The elements as they lie in memory, valid as long as this object.
     ///@{

@@ -33,8 +33,6 @@ BasicString<wchar_t> widened(const BasicString<char>& text)
     }
     return wide;
 }
-
-std::wstring_view viewOf(const BStr& text) { return std::wstring_view(text.get(), text.length()); }
 } // namespace
 
 BStr::BStr(const wchar_t* text) : text_(text ? allocate(BasicString<wchar_t>(text)) : nullptr) {}
@@ -44,14 +42,14 @@ BStr::BStr(const BasicString<wchar_t>& text) : text_(allocate(text)) {}
 BStr::BStr(const BasicString<char>& text) : text_(allocate(widened(text))) {}
 BStr::BStr(const BStr& other) : text_(other.text_ ? allocate(other.text_, other.length()) : nullptr) {}
 
-BasicString<wchar_t> BStr::toString() const { return BasicString<wchar_t>(viewOf(*this)); }
+BasicString<wchar_t> BStr::toString() const { return BasicString<wchar_t>(view()); }
 
 BasicString<char> BStr::toAString() const
 {
     return empty() ? BasicString<char>() : StringHelper<char>::convert(text_, length());
 }
 
-bool BStr::operator==(const BStr& other) const noexcept { return viewOf(*this) == viewOf(other); }
+bool BStr::operator==(const BStr& other) const noexcept { return view() == other.view(); }
 
 void BStr::attach(BSTR text) noexcept
 {

@@ -63,10 +63,12 @@ TEST_CASE("IUnknownImpl: references are counted and the last release destroys on
 TEST_CASE("IUnknownImpl: a query counts, refuses and reports without touching the pointer", "[com][unknown]")
 {
     COMInterfacePointer<IPersist> object(new Persistent(nullptr));
-    void* found = &object;
-    CHECK((object->QueryInterface(IID_IDispatch, &found) == E_NOINTERFACE && found == &object));
+    int untouched = 0;
+    void* found = &untouched;
+    CHECK((object->QueryInterface(IID_IDispatch, &found) == E_NOINTERFACE && found == &untouched));
     CHECK(object->QueryInterface(IID_IPersist, nullptr) == E_POINTER);
     CHECK((object.as<IPersist>() == object && !object.as<IDispatch>()));
+    CHECK((object && object == object.get() && object != nullptr && object.as<IUnknown>() != nullptr));
     support::expectError<tarn::COMError>([&] { object.require<IDispatch>(); },
                                          std::string("Can't get COM interface: HRESULT value 80004002"));
 

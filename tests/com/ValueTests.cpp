@@ -4,12 +4,18 @@
 #include <tarn/Atom.h>
 #include <tarn/BStr.h>
 #include <tarn/COMInterfacePointer.h>
+#include <tarn/RegistryKey.h>
+#include <tarn/RegistryValue.h>
 #include <tarn/SafeArray.h>
 #include <tarn/Variant.h>
 
+#include <algorithm>
 #include <array>
+#include <map>
 #include <numeric>
 #include <span>
+#include <type_traits>
+#include <unordered_map>
 #include <utility>
 
 using tarn::Atom;
@@ -82,6 +88,33 @@ TEST_CASE("BStr: copies are its own, moves and put hand over", "[com][bstr]")
     CHECK(copy == moved);
     SysFreeString(copy.detach());
     CHECK(copy.get() == nullptr);
+}
+
+TEMPLATE_TEST_CASE("BStr: compares as text with any wide text, in both orders", "[com][bstr]", const wchar_t*,
+                   std::wstring, std::wstring_view, BasicString<wchar_t>, BStr)
+{
+    const BStr text(L"fig");
+    const TestType same(L"fig"), greater(L"plum");
+    CHECK((text == same && same == text && text != greater && greater != text));
+    CHECK((text < greater && greater > text && !(text < same) && !(same < text)));
+    CHECK((text <= same && same >= text && (text <=> greater) < 0 && (greater <=> text) > 0));
+    CHECK((std::less<>()(text, greater) && std::greater<>()(greater, text) && !std::less<>()(greater, text)));
+    CHECK(std::hash<BStr>()(text) == std::hash<std::wstring_view>()(std::wstring_view(L"fig")));
+}
+
+TEST_CASE("BStr: the standard's containers and algorithms order it as text", "[com][bstr]")
+{
+    std::vector<BStr> fruit = {L"plum", L"fig", L"date", L"apple"};
+    std::ranges::sort(fruit);
+    CHECK((std::ranges::is_sorted(fruit) && fruit.front() == L"apple" && fruit.back() == L"plum"));
+    CHECK((std::ranges::binary_search(fruit, L"fig") && !std::ranges::binary_search(fruit, BStr(L"kiwi"))));
+    std::ranges::sort(fruit, std::ranges::greater(), &BStr::view);
+    CHECK(fruit.front() == L"plum");
+    std::map<BStr, int, std::less<>> map;
+    std::unordered_map<BStr, int> table;
+    for (const wchar_t* key : {L"a", L"b", L"a", L"c", L"b"})
+        ++map[BStr(key)], ++table[BStr(key)];
+    CHECK((map.size() == 3 && table.size() == 3 && map.find(L"a")->second == 2));
 }
 
 TEST_CASE("Variant: takes values with their automation type", "[com][variant]")
@@ -174,7 +207,7 @@ TEST_CASE("SafeArray: records come and go whole", "[com][safearray]")
     // Taken apart by hand, whatever the system does with the memory of a record that it clears.
     const tarn::COMInterfacePointer<IRecordInfo> owner(element.pRecInfo);
     owner->RecordDestroy(element.detach().pvRecord);
-    owner->Release();
+    owner.get()->Release();
 }
 
 TEST_CASE("SafeArray: copies are deep, also inside variants", "[com][safearray]")
@@ -189,6 +222,16 @@ TEST_CASE("SafeArray: copies are deep, also inside variants", "[com][safearray]"
     *moved.put() = SafeArrayCreateVector(VT_UI1, 0, 8);
     CHECK(moved.getSize() == 8);
 }
+
+// Whatever owns can be moved without a throw, so that containers move it.
+template <class... Owners>
+constexpr bool areMoved = (... &&
+                           (std::is_nothrow_move_constructible_v<Owners> && std::is_nothrow_move_assignable_v<Owners>));
+static_assert(areMoved<Atom, BStr, Variant, SafeArray, SafeArray::Access<long>, tarn::COMInterfacePointer<IUnknown>,
+                       tarn::RegistryValue<char>, tarn::RegistryKey::KeyEnumeration<char>,
+                       tarn::RegistryKey::ValueEnumeration<wchar_t>>);
+static_assert(sizeof(BStr) == sizeof(BSTR) && sizeof(SafeArray) == sizeof(SAFEARRAY*) &&
+              sizeof(tarn::COMInterfacePointer<IUnknown>) == sizeof(IUnknown*));
 
 TEMPLATE_TEST_CASE("Atom: an entry is counted in its own table and goes with its last owner", "[com][atom]", char,
                    wchar_t)
