@@ -221,7 +221,7 @@ TEST_CASE("COM")
         },
         [&] { readWords(hresults.open()); });
     table.row(
-        "load 20,000 GUID names (other: read the words)", 2.0,
+        "load 20,000 GUID names (other: read the words)", 1.5,
         [&] {
             std::ifstream in = guids.open();
             guidNames = tarn::readGUIDNames(in);

@@ -3,27 +3,12 @@
 #include <tarn/Exception.h>
 
 #include "../foundation/Quoted.h"
+#include "GUIDOrder.h"
 
 #include <objbase.h>
 
-#include <cstring>
-
 namespace tarn {
-namespace {
-// The number whose order is that of eight bytes in memory. Tables of GUIDs compare a great many of them.
-unsigned long long ordinal(const GUID& guid, std::size_t offset)
-{
-    unsigned long long value;
-    std::memcpy(&value, reinterpret_cast<const char*>(&guid) + offset, sizeof value);
-    return __builtin_bswap64(value);
-}
-} // namespace
-
-bool operator<(const GUID& a, const GUID& b)
-{
-    const unsigned long long first = ordinal(a, 0), otherFirst = ordinal(b, 0);
-    return first != otherFirst ? first < otherFirst : ordinal(a, 8) < ordinal(b, 8);
-}
+bool operator<(const GUID& a, const GUID& b) { return isLess(a, b); }
 
 BasicString<wchar_t> toWString(const GUID& guid)
 {
