@@ -7,6 +7,8 @@
 #include <concepts>
 #include <cstddef>
 #include <list>
+#include <optional>
+#include <type_traits>
 #include <vector>
 
 namespace tarn {
@@ -16,6 +18,13 @@ namespace detail {
 /// What converts to bool without a word, and would be taken for a flag.
 template <class T>
 concept NotFlag = !std::same_as<T, bool> && !std::same_as<T, int>;
+
+/// A number as the registry stores it, in 32 or 64 bits.
+template <std::integral T> constexpr auto widened(T number)
+{
+    return static_cast<std::conditional_t<sizeof(T) <= sizeof(unsigned long), unsigned long, unsigned long long>>(
+        number);
+}
 } // namespace detail
 
 /// An open key of the registry: reads, writes and walks what lies below it.
@@ -57,6 +66,17 @@ public:
     RegistryKey(HKEY parent, const char* subkey, unsigned long access);
     RegistryKey(HKEY parent, const wchar_t* subkey, unsigned long access);
     ///@}
+    /// The same, and without a view in `access` in that of the parent, as open(), create() and createOwned() do.
+    ///@{
+    RegistryKey(const RegistryKey& parent, const char* subkey, unsigned long access)
+        : RegistryKey(parent.key_, subkey, parent.inView(access))
+    {
+    }
+    RegistryKey(const RegistryKey& parent, const wchar_t* subkey, unsigned long access)
+        : RegistryKey(parent.key_, subkey, parent.inView(access))
+    {
+    }
+    ///@}
     /// The copy of an owned key owns a handle of its own with the same access; the copy of a borrowed key
     /// borrows the same handle.
     RegistryKey(const RegistryKey& other);
@@ -73,6 +93,14 @@ public:
     ///@{
     bool open(HKEY parent, const char* subkey, unsigned long access);
     bool open(HKEY parent, const wchar_t* subkey, unsigned long access);
+    bool open(const RegistryKey& parent, const char* subkey, unsigned long access)
+    {
+        return open(parent.key_, subkey, parent.inView(access));
+    }
+    bool open(const RegistryKey& parent, const wchar_t* subkey, unsigned long access)
+    {
+        return open(parent.key_, subkey, parent.inView(access));
+    }
     ///@}
 
     /// Opens a subkey, or makes it when it is missing; the key is owned, so it closes itself. The long form has
@@ -80,6 +108,14 @@ public:
     ///@{
     static RegistryKey createOwned(HKEY parent, const char* subkey, unsigned long access);
     static RegistryKey createOwned(HKEY parent, const wchar_t* subkey, unsigned long access);
+    static RegistryKey createOwned(const RegistryKey& parent, const char* subkey, unsigned long access)
+    {
+        return createOwned(parent.key_, subkey, parent.inView(access));
+    }
+    static RegistryKey createOwned(const RegistryKey& parent, const wchar_t* subkey, unsigned long access)
+    {
+        return createOwned(parent.key_, subkey, parent.inView(access));
+    }
     static RegistryKey createOwned(HKEY parent, const char* subkey, const char* className, unsigned long options,
                                    unsigned long access, SECURITY_ATTRIBUTES* security, unsigned long* disposition);
     static RegistryKey createOwned(HKEY parent, const wchar_t* subkey, const wchar_t* className, unsigned long options,
@@ -91,6 +127,14 @@ public:
     ///@{
     void create(HKEY parent, const char* subkey, unsigned long access);
     void create(HKEY parent, const wchar_t* subkey, unsigned long access);
+    void create(const RegistryKey& parent, const char* subkey, unsigned long access)
+    {
+        create(parent.key_, subkey, parent.inView(access));
+    }
+    void create(const RegistryKey& parent, const wchar_t* subkey, unsigned long access)
+    {
+        create(parent.key_, subkey, parent.inView(access));
+    }
     ///@}
     /// With the arguments of `RegCreateKeyEx`; `className`, `security` and `disposition` may be null.
     ///@{
@@ -114,7 +158,7 @@ public:
     ///@}
     bool ownsKey() const { return owns_; } ///< Whether the object closes the key.
     /// `KEY_WOW64_64KEY` or `KEY_WOW64_32KEY` if the access that the key was opened or created with says so,
-    /// else 0. What works on subkeys and whole trees stays in this view.
+    /// else 0. What opens and works on subkeys and whole trees stays in this view.
     unsigned long getView() const { return static_cast<unsigned long>(view_) << 8; }
     /// Whether there is a handle; it stays after close() until detach() or another key.
     ///@{
@@ -144,6 +188,16 @@ public:
     unsigned long getDWordValue(const wchar_t* name) const;
     ///@}
 
+    /// Reads a `REG_QWORD`, an eight-byte `REG_BINARY` or a `REG_DWORD` value, else as for 32 bits. Throws "Can't
+    /// query QWORD registry value", and std::runtime_error "Can't read QWORD value from registry with type other than
+    /// REG_QWORD, REG_DWORD or REG_BINARY" or "Can't read QWORD from registry value with size != sizeof(QWORD)".
+    ///@{
+    bool getValue(const char* name, unsigned long long& value) const;
+    bool getValue(const wchar_t* name, unsigned long long& value) const;
+    unsigned long long getQWordValue(const char* name) const;
+    unsigned long long getQWordValue(const wchar_t* name) const;
+    ///@}
+
     /// A `REG_SZ` or `REG_EXPAND_SZ` value up to its first zero or, stored without one, whole. Variables
     /// are not expanded: getExpandedStringValue() does that. Throws "Registry value not found", and "Wrong value type.
     /// Expected REG_SZ or REG_EXPAND_SZ" with `ERROR_UNSUPPORTED_TYPE`.
@@ -165,6 +219,31 @@ public:
     ///@{
     bool getValue(const char* name, std::list<BasicString<char>>& strings) const;
     bool getValue(const wchar_t* name, std::list<BasicString<wchar_t>>& strings) const;
+    ///@}
+
+    /// What is said above, or nothing when there is no such value.
+    ///@{
+    std::optional<unsigned long> findDWordValue(const char* name) const;
+    std::optional<unsigned long> findDWordValue(const wchar_t* name) const;
+    std::optional<unsigned long long> findQWordValue(const char* name) const;
+    std::optional<unsigned long long> findQWordValue(const wchar_t* name) const;
+    std::optional<BasicString<char>> findStringValue(const char* name) const;
+    std::optional<BasicString<wchar_t>> findStringValue(const wchar_t* name) const;
+    std::optional<BasicString<char>> findExpandedStringValue(const char* name) const;
+    std::optional<BasicString<wchar_t>> findExpandedStringValue(const wchar_t* name) const;
+    std::optional<std::list<BasicString<char>>> findStringsValue(const char* name) const;
+    std::optional<std::list<BasicString<wchar_t>>> findStringsValue(const wchar_t* name) const;
+    ///@}
+    /// What is said above, or the default when there is no such value; null is the empty text.
+    ///@{
+    unsigned long getDWordValue(const char* name, unsigned long defaultValue) const;
+    unsigned long getDWordValue(const wchar_t* name, unsigned long defaultValue) const;
+    unsigned long long getQWordValue(const char* name, unsigned long long defaultValue) const;
+    unsigned long long getQWordValue(const wchar_t* name, unsigned long long defaultValue) const;
+    BasicString<char> getStringValue(const char* name, const char* defaultText) const;
+    BasicString<wchar_t> getStringValue(const wchar_t* name, const wchar_t* defaultText) const;
+    BasicString<char> getExpandedStringValue(const char* name, const char* defaultText) const;
+    BasicString<wchar_t> getExpandedStringValue(const wchar_t* name, const wchar_t* defaultText) const;
     ///@}
 
     /// The stored bytes. `size` says how large the buffer is and receives the size of the data, also when
@@ -201,22 +280,30 @@ public:
     void setValue(const char* name, unsigned long value) const; ///< A `REG_DWORD`.
     void setValue(const wchar_t* name, unsigned long value) const;
     ///@}
-    /// Any other number of up to 32 bits, as a `REG_DWORD`. Without these a 0 could be a null text as well.
+    ///@{
+    void setValue(const char* name, unsigned long long value) const; ///< A `REG_QWORD`.
+    void setValue(const wchar_t* name, unsigned long long value) const;
+    ///@}
+    /// Any other number, as a `REG_DWORD` if its type has up to 32 bits. Without these a 0 could be a null text as
+    /// well.
     ///@{
     template <std::integral T> void setValue(const char* name, T value) const
     {
-        static_assert(sizeof(T) <= sizeof(unsigned long), "write larger numbers as a REG_QWORD");
-        setValue(name, static_cast<unsigned long>(value));
+        setValue(name, detail::widened(value));
     }
     template <std::integral T> void setValue(const wchar_t* name, T value) const
     {
-        static_assert(sizeof(T) <= sizeof(unsigned long), "write larger numbers as a REG_QWORD");
-        setValue(name, static_cast<unsigned long>(value));
+        setValue(name, detail::widened(value));
     }
     ///@}
     ///@{
     void setValue(const char* name, const char* text) const; ///< A `REG_SZ`; null is the empty text.
     void setValue(const wchar_t* name, const wchar_t* text) const;
+    ///@}
+    /// A `REG_EXPAND_SZ`, as getExpandedStringValue() reads it; null is the empty text.
+    ///@{
+    void setExpandableValue(const char* name, const char* text) const;
+    void setExpandableValue(const wchar_t* name, const wchar_t* text) const;
     ///@}
     /// A `REG_MULTI_SZ`, which ends where an empty string stands.
     ///@{
@@ -246,8 +333,8 @@ public:
     ///@{
     bool existsKey(const char* subkey) const; ///< False also for a key that may not be read.
     bool existsKey(const wchar_t* subkey) const;
-    static bool existsKey(HKEY parent, const char* subkey);
-    static bool existsKey(HKEY parent, const wchar_t* subkey);
+    static bool existsKey(HKEY parent, const char* subkey, unsigned long view = 0); ///< `KEY_WOW64_64KEY`, say.
+    static bool existsKey(HKEY parent, const wchar_t* subkey, unsigned long view = 0);
     ///@}
 
     // None of the following follows a symbolic link that stands at or below a subkey: a link is deleted or copied
@@ -297,6 +384,10 @@ public:
     bool hasSubkeys() const { return getSubkeyCount() != 0; } ///< Asks the platform each time.
 
 private:
+    unsigned long inView(unsigned long access) const
+    {
+        return access & (KEY_WOW64_32KEY | KEY_WOW64_64KEY) ? access : access | getView();
+    }
     template <class Ch> bool openKey(HKEY parent, const Ch* subkey, unsigned long access);
 
     bool owns_ = false;

@@ -2,8 +2,10 @@
 
 #include <tarn/BasicString.h>
 #include <tarn/Export.h>
+#include <tarn/RegistryKey.h>
 #include <tarn/Windows.h>
 
+#include <concepts>
 #include <list>
 #include <vector>
 
@@ -14,8 +16,11 @@ namespace tarn {
 /// platform converts texts only between an entry point and the stored value.
 template <class Ch> class RegistryValue {
 public:
-    RegistryValue() = default;                             ///< `REG_NONE` without data.
-    TARN_API explicit RegistryValue(unsigned long number); ///< A `REG_DWORD`.
+    RegistryValue() = default;                                  ///< `REG_NONE` without data.
+    TARN_API explicit RegistryValue(unsigned long number);      ///< A `REG_DWORD`.
+    TARN_API explicit RegistryValue(unsigned long long number); ///< A `REG_QWORD`.
+    /// Any other number, as RegistryKey::setValue writes it.
+    template <std::integral T> explicit RegistryValue(T number) : RegistryValue(detail::widened(number)) {}
     /// A text with its terminator (null is the empty text); `type` may be `REG_EXPAND_SZ`.
     TARN_API explicit RegistryValue(const Ch* text, unsigned long type = REG_SZ);
     /// A `REG_MULTI_SZ`. An empty string among them ends the list for whoever reads it.
@@ -30,6 +35,8 @@ public:
 
     /// As RegistryKey::getValue for a number, with its two std::runtime_errors.
     TARN_API unsigned long getDWord() const;
+    /// As RegistryKey::getValue for a number of 64 bits, with its two std::runtime_errors.
+    TARN_API unsigned long long getQWord() const;
     /// As RegistryKey::getStringValue, with its error for a wrong type.
     TARN_API BasicString<Ch> getString() const;
     /// As RegistryKey::getValue for strings, with its error for a wrong type.

@@ -36,10 +36,10 @@ HKEY createKey(HKEY parent, const Ch* subkey, const Ch* className, unsigned long
     return key;
 }
 
-template <class Ch> bool opens(HKEY parent, const Ch* subkey)
+template <class Ch> bool opens(HKEY parent, const Ch* subkey, unsigned long view)
 {
     HKEY key = nullptr;
-    if (regOpenKey(parent, subkey, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS)
+    if (regOpenKey(parent, subkey, KEY_QUERY_VALUE | viewOf(view), &key) != ERROR_SUCCESS)
         return false;
     RegCloseKey(key);
     return true;
@@ -212,8 +212,11 @@ HKEY RegistryKey::detach()
 
 void RegistryKey::flush() const { ensureCode(RegFlushKey(key_)); }
 
-bool RegistryKey::existsKey(const char* subkey) const { return opens(key_, subkey); }
-bool RegistryKey::existsKey(const wchar_t* subkey) const { return opens(key_, subkey); }
-bool RegistryKey::existsKey(HKEY parent, const char* subkey) { return opens(parent, subkey); }
-bool RegistryKey::existsKey(HKEY parent, const wchar_t* subkey) { return opens(parent, subkey); }
+bool RegistryKey::existsKey(const char* subkey) const { return opens(key_, subkey, getView()); }
+bool RegistryKey::existsKey(const wchar_t* subkey) const { return opens(key_, subkey, getView()); }
+bool RegistryKey::existsKey(HKEY parent, const char* subkey, unsigned long view) { return opens(parent, subkey, view); }
+bool RegistryKey::existsKey(HKEY parent, const wchar_t* subkey, unsigned long view)
+{
+    return opens(parent, subkey, view);
+}
 } // namespace tarn

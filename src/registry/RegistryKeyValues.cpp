@@ -6,6 +6,9 @@
 #include "../foundation/NumericCast.h"
 #include "ValueData.h"
 
+#include <optional>
+#include <utility>
+
 namespace tarn {
 namespace {
 template <class Ch> bool query(HKEY key, const Ch* name, DWORD* type, BYTE* data, DWORD* size, const char* what = "")
@@ -17,25 +20,41 @@ template <class Ch> bool query(HKEY key, const Ch* name, DWORD* type, BYTE* data
     return true;
 }
 
-template <class Ch> bool readDWord(HKEY key, const Ch* name, unsigned long& value)
+template <class Ch> std::optional<unsigned long> readDWord(HKEY key, const Ch* name)
 {
     DWORD type = REG_NONE;
     DWORD data = 0;
     DWORD size = sizeof data;
     if (!query(key, name, &type, reinterpret_cast<BYTE*>(&data), &size, "Can't query DWORD registry value"))
-        return false;
+        return std::nullopt;
     checkDWordType(type);
     checkDWordSize(size);
-    value = data;
-    return true;
+    return data;
 }
 
-template <class Ch> unsigned long requireDWord(HKEY key, const Ch* name)
+template <class Ch> std::optional<unsigned long long> readQWord(HKEY key, const Ch* name)
 {
-    unsigned long value = 0;
-    if (!readDWord(key, name, value))
-        throwWindowsError(ERROR_FILE_NOT_FOUND);
-    return value;
+    DWORD type = REG_NONE;
+    unsigned long long data = 0;
+    DWORD size = sizeof data;
+    if (!query(key, name, &type, reinterpret_cast<BYTE*>(&data), &size, "Can't query QWORD registry value"))
+        return std::nullopt;
+    checkQWord(type, size);
+    return data;
+}
+
+template <class Value> bool give(const std::optional<Value>& found, Value& value)
+{
+    if (found)
+        value = *found;
+    return found.has_value();
+}
+
+template <class Value> Value require(std::optional<Value> found, const char* what = "")
+{
+    if (!found)
+        throwWindowsError(ERROR_FILE_NOT_FOUND, what);
+    return *std::move(found);
 }
 
 // As the environment has it: a variable that it lacks stays as it is written.
@@ -50,24 +69,34 @@ template <class Ch> BasicString<Ch> expanded(const BasicString<Ch>& text)
     return result;
 }
 
-template <class Ch> BasicString<Ch> readString(HKEY key, const Ch* name, bool expand)
+template <class Ch> std::optional<BasicString<Ch>> readString(HKEY key, const Ch* name, bool expand)
 {
     DWORD type = REG_NONE;
     ValueData data;
     if (!readValue(key, name, type, data, checkStringType))
-        throwWindowsError(ERROR_FILE_NOT_FOUND, "Registry value not found");
+        return std::nullopt;
     const BasicString<Ch> text = stringOf<Ch>(data);
     return expand && type == REG_EXPAND_SZ ? expanded(text) : text;
 }
 
-template <class Ch> bool readStrings(HKEY key, const Ch* name, std::list<BasicString<Ch>>& strings)
+template <class Ch> BasicString<Ch> requireString(HKEY key, const Ch* name, bool expand)
+{
+    return require(readString(key, name, expand), "Registry value not found");
+}
+
+template <class Ch> BasicString<Ch> stringOr(HKEY key, const Ch* name, const Ch* defaultText, bool expand)
+{
+    std::optional<BasicString<Ch>> found = readString(key, name, expand);
+    return found ? *std::move(found) : BasicString<Ch>(textOrEmpty(defaultText));
+}
+
+template <class Ch> std::optional<std::list<BasicString<Ch>>> readStrings(HKEY key, const Ch* name)
 {
     DWORD type = REG_NONE;
     ValueData data;
     if (!readValue(key, name, type, data, checkStringsType))
-        return false;
-    strings = stringsOf<Ch>(data);
-    return true;
+        return std::nullopt;
+    return stringsOf<Ch>(data);
 }
 
 template <class Ch> bool readAny(HKEY key, const Ch* name, RegistryValue<Ch>& value)
@@ -110,10 +139,10 @@ template <class Ch> void writeText(HKEY key, const Ch* name, const Ch* text, std
     write(key, name, text, lengthInChars * sizeof(Ch), type);
 }
 
-template <class Ch> void writeString(HKEY key, const Ch* name, const Ch* text)
+template <class Ch> void writeString(HKEY key, const Ch* name, const Ch* text, DWORD type)
 {
     const Ch* const written = textOrEmpty(text);
-    writeText(key, name, written, std::char_traits<Ch>::length(written) + 1, REG_SZ);
+    writeText(key, name, written, std::char_traits<Ch>::length(written) + 1, type);
 }
 
 template <class Ch> void writeStrings(HKEY key, const Ch* name, const std::list<BasicString<Ch>>& strings)
@@ -132,27 +161,107 @@ template <class Ch> void writeAny(HKEY key, const Ch* name, const RegistryValue<
 }
 } // namespace
 
-bool RegistryKey::getValue(const char* name, unsigned long& value) const { return readDWord(key_, name, value); }
-bool RegistryKey::getValue(const wchar_t* name, unsigned long& value) const { return readDWord(key_, name, value); }
-unsigned long RegistryKey::getDWordValue(const char* name) const { return requireDWord(key_, name); }
-unsigned long RegistryKey::getDWordValue(const wchar_t* name) const { return requireDWord(key_, name); }
+bool RegistryKey::getValue(const char* name, unsigned long& value) const { return give(readDWord(key_, name), value); }
+bool RegistryKey::getValue(const wchar_t* name, unsigned long& value) const
+{
+    return give(readDWord(key_, name), value);
+}
+unsigned long RegistryKey::getDWordValue(const char* name) const { return require(readDWord(key_, name)); }
+unsigned long RegistryKey::getDWordValue(const wchar_t* name) const { return require(readDWord(key_, name)); }
+std::optional<unsigned long> RegistryKey::findDWordValue(const char* name) const { return readDWord(key_, name); }
+std::optional<unsigned long> RegistryKey::findDWordValue(const wchar_t* name) const { return readDWord(key_, name); }
+unsigned long RegistryKey::getDWordValue(const char* name, unsigned long defaultValue) const
+{
+    return readDWord(key_, name).value_or(defaultValue);
+}
+unsigned long RegistryKey::getDWordValue(const wchar_t* name, unsigned long defaultValue) const
+{
+    return readDWord(key_, name).value_or(defaultValue);
+}
 
-BasicString<char> RegistryKey::getStringValue(const char* name) const { return readString(key_, name, false); }
-BasicString<wchar_t> RegistryKey::getStringValue(const wchar_t* name) const { return readString(key_, name, false); }
+bool RegistryKey::getValue(const char* name, unsigned long long& value) const
+{
+    return give(readQWord(key_, name), value);
+}
+bool RegistryKey::getValue(const wchar_t* name, unsigned long long& value) const
+{
+    return give(readQWord(key_, name), value);
+}
+unsigned long long RegistryKey::getQWordValue(const char* name) const { return require(readQWord(key_, name)); }
+unsigned long long RegistryKey::getQWordValue(const wchar_t* name) const { return require(readQWord(key_, name)); }
+std::optional<unsigned long long> RegistryKey::findQWordValue(const char* name) const { return readQWord(key_, name); }
+std::optional<unsigned long long> RegistryKey::findQWordValue(const wchar_t* name) const
+{
+    return readQWord(key_, name);
+}
+unsigned long long RegistryKey::getQWordValue(const char* name, unsigned long long defaultValue) const
+{
+    return readQWord(key_, name).value_or(defaultValue);
+}
+unsigned long long RegistryKey::getQWordValue(const wchar_t* name, unsigned long long defaultValue) const
+{
+    return readQWord(key_, name).value_or(defaultValue);
+}
 
-BasicString<char> RegistryKey::getExpandedStringValue(const char* name) const { return readString(key_, name, true); }
+BasicString<char> RegistryKey::getStringValue(const char* name) const { return requireString(key_, name, false); }
+BasicString<wchar_t> RegistryKey::getStringValue(const wchar_t* name) const { return requireString(key_, name, false); }
+std::optional<BasicString<char>> RegistryKey::findStringValue(const char* name) const
+{
+    return readString(key_, name, false);
+}
+std::optional<BasicString<wchar_t>> RegistryKey::findStringValue(const wchar_t* name) const
+{
+    return readString(key_, name, false);
+}
+BasicString<char> RegistryKey::getStringValue(const char* name, const char* defaultText) const
+{
+    return stringOr(key_, name, defaultText, false);
+}
+BasicString<wchar_t> RegistryKey::getStringValue(const wchar_t* name, const wchar_t* defaultText) const
+{
+    return stringOr(key_, name, defaultText, false);
+}
+
+BasicString<char> RegistryKey::getExpandedStringValue(const char* name) const
+{
+    return requireString(key_, name, true);
+}
 BasicString<wchar_t> RegistryKey::getExpandedStringValue(const wchar_t* name) const
 {
+    return requireString(key_, name, true);
+}
+std::optional<BasicString<char>> RegistryKey::findExpandedStringValue(const char* name) const
+{
     return readString(key_, name, true);
+}
+std::optional<BasicString<wchar_t>> RegistryKey::findExpandedStringValue(const wchar_t* name) const
+{
+    return readString(key_, name, true);
+}
+BasicString<char> RegistryKey::getExpandedStringValue(const char* name, const char* defaultText) const
+{
+    return stringOr(key_, name, defaultText, true);
+}
+BasicString<wchar_t> RegistryKey::getExpandedStringValue(const wchar_t* name, const wchar_t* defaultText) const
+{
+    return stringOr(key_, name, defaultText, true);
 }
 
 bool RegistryKey::getValue(const char* name, std::list<BasicString<char>>& strings) const
 {
-    return readStrings(key_, name, strings);
+    return give(readStrings(key_, name), strings);
 }
 bool RegistryKey::getValue(const wchar_t* name, std::list<BasicString<wchar_t>>& strings) const
 {
-    return readStrings(key_, name, strings);
+    return give(readStrings(key_, name), strings);
+}
+std::optional<std::list<BasicString<char>>> RegistryKey::findStringsValue(const char* name) const
+{
+    return readStrings(key_, name);
+}
+std::optional<std::list<BasicString<wchar_t>>> RegistryKey::findStringsValue(const wchar_t* name) const
+{
+    return readStrings(key_, name);
 }
 
 bool RegistryKey::getValue(const char* name, unsigned char* data, unsigned long& size, unsigned long& type) const
@@ -193,8 +302,24 @@ void RegistryKey::setValue(const wchar_t* name, unsigned long value) const
 {
     write(key_, name, &value, sizeof value, REG_DWORD);
 }
-void RegistryKey::setValue(const char* name, const char* text) const { writeString(key_, name, text); }
-void RegistryKey::setValue(const wchar_t* name, const wchar_t* text) const { writeString(key_, name, text); }
+void RegistryKey::setValue(const char* name, unsigned long long value) const
+{
+    write(key_, name, &value, sizeof value, REG_QWORD);
+}
+void RegistryKey::setValue(const wchar_t* name, unsigned long long value) const
+{
+    write(key_, name, &value, sizeof value, REG_QWORD);
+}
+void RegistryKey::setValue(const char* name, const char* text) const { writeString(key_, name, text, REG_SZ); }
+void RegistryKey::setValue(const wchar_t* name, const wchar_t* text) const { writeString(key_, name, text, REG_SZ); }
+void RegistryKey::setExpandableValue(const char* name, const char* text) const
+{
+    writeString(key_, name, text, REG_EXPAND_SZ);
+}
+void RegistryKey::setExpandableValue(const wchar_t* name, const wchar_t* text) const
+{
+    writeString(key_, name, text, REG_EXPAND_SZ);
+}
 void RegistryKey::setValue(const char* name, const std::list<BasicString<char>>& strings) const
 {
     writeStrings(key_, name, strings);

@@ -18,6 +18,11 @@ template <class Ch> RegistryValue<Ch>::RegistryValue(unsigned long number) : typ
     std::memcpy(data_.data(), &number, sizeof number);
 }
 
+template <class Ch> RegistryValue<Ch>::RegistryValue(unsigned long long number) : type_(REG_QWORD), data_(sizeof number)
+{
+    std::memcpy(data_.data(), &number, sizeof number);
+}
+
 template <class Ch>
 RegistryValue<Ch>::RegistryValue(const Ch* text, unsigned long type)
     : type_(type), data_(bytesOf(textOrEmpty(text), std::char_traits<Ch>::length(textOrEmpty(text)) + 1))
@@ -42,6 +47,14 @@ template <class Ch> unsigned long RegistryValue<Ch>::getDWord() const
     checkDWordSize(data_.size());
     unsigned long number;
     std::memcpy(&number, data_.data(), sizeof number);
+    return number;
+}
+
+template <class Ch> unsigned long long RegistryValue<Ch>::getQWord() const
+{
+    checkQWord(type_, data_.size());
+    unsigned long long number = 0;
+    std::memcpy(&number, data_.data(), data_.size());
     return number;
 }
 

@@ -18,6 +18,15 @@ void checkDWordSize(std::size_t size)
         throwError(std::runtime_error("Can't read DWORD from registry value with size != sizeof(DWORD)"));
 }
 
+void checkQWord(DWORD type, std::size_t size)
+{
+    if (type != REG_QWORD && type != REG_DWORD && type != REG_BINARY)
+        throwError(std::runtime_error("Can't read QWORD value from registry with type other than REG_QWORD, REG_DWORD "
+                                      "or REG_BINARY"));
+    if (size != (type == REG_DWORD ? sizeof(DWORD) : sizeof(unsigned long long)))
+        throwError(std::runtime_error("Can't read QWORD from registry value with size != sizeof(QWORD)"));
+}
+
 void checkStringType(DWORD type)
 {
     if (type != REG_SZ && type != REG_EXPAND_SZ)

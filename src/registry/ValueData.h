@@ -22,6 +22,7 @@ using ValueData = std::vector<BYTE>;
 /// Throw unless the value may be read as such.
 void checkDWordType(DWORD type);
 void checkDWordSize(std::size_t size);
+void checkQWord(DWORD type, std::size_t size);
 void checkStringType(DWORD type);
 void checkStringsType(DWORD type);
 

@@ -153,6 +153,11 @@ TEST_CASE("RegistryKey: keeps the view that it was opened in, as long as it has 
     CHECK((moved.getView() == KEY_WOW64_64KEY && key.getView() == 0));
     key.open(scratch, "", KEY_READ | KEY_WOW64_32KEY);
     CHECK(key.getView() == KEY_WOW64_32KEY);
+    scratch.makeKey(L"sub");
+    CHECK(RegistryKey(key, L"sub", KEY_READ).getView() == KEY_WOW64_32KEY);
+    CHECK(RegistryKey::createOwned(key, "sub", KEY_READ | KEY_WOW64_64KEY).getView() == KEY_WOW64_64KEY);
+    RegistryKey inner;
+    CHECK((inner.open(key, "sub", KEY_READ) && inner.getView() == KEY_WOW64_32KEY));
     key.attach(key.detach(), true);
     CHECK(key.getView() == 0);
 }

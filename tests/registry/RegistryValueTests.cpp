@@ -28,6 +28,10 @@ const char wrongDWordType[] = "Can't read DWORD value from registry with type ot
                               "REG_DWORD_BIG_ENDIAN or REG_BINARY";
 const char wrongDWordSize[] = "Can't read DWORD from registry value with size != sizeof(DWORD)";
 
+const char wrongQWordType[] =
+    "Can't read QWORD value from registry with type other than REG_QWORD, REG_DWORD or REG_BINARY";
+const char wrongQWordSize[] = "Can't read QWORD from registry value with size != sizeof(QWORD)";
+
 template <class Ch> std::list<BasicString<Ch>> listOf(std::initializer_list<const char*> texts)
 {
     std::list<BasicString<Ch>> list;
@@ -57,6 +61,52 @@ TEMPLATE_TEST_CASE("RegistryKey: DWORDs of three types are read as they lie, no 
     CHECK_FALSE(key.getValue(TEXT_OF("missing"), value));
     CHECK(value == 7);
     expectWindowsError([&] { key.getDWordValue(TEXT_OF("missing")); }, ERROR_FILE_NOT_FOUND, "");
+}
+
+TEMPLATE_TEST_CASE("RegistryKey: numbers of 64 bits are written, and read from three types", "[registry]", char,
+                   wchar_t)
+{
+    const ScratchKey scratch;
+    const RegistryKey key(scratch, false);
+    key.setValue(TEXT_OF("v"), -2ll);
+    CHECK(scratch.stored(L"", L"v") == StoredValue{REG_QWORD, {0xFE, 255, 255, 255, 255, 255, 255, 255}});
+    unsigned long long value = 0;
+    CHECK((key.getValue(TEXT_OF("v"), value) && value == -2ull && key.getQWordValue(TEXT_OF("v")) == -2ull));
+    CHECK(RegistryValue<TestType>(3'000'000'000'000).getQWord() == 3'000'000'000'000);
+    const auto read = [&](unsigned long type, const Bytes& data) {
+        scratch.store(L"", L"v", type, data);
+        return key.getQWordValue(TEXT_OF("v"));
+    };
+    CHECK((read(REG_BINARY, {1, 0, 0, 0, 0, 0, 0, 1}) == 0x0100000000000001 &&
+           read(REG_DWORD, {1, 2, 3, 4}) == 0x04030201));
+    expectError<std::runtime_error>([&] { read(REG_QWORD, {1, 2, 3, 4}); }, wrongQWordSize);
+    expectError<std::runtime_error>([&] { read(REG_SZ, {1, 2, 3, 4, 5, 6, 0, 0}); }, wrongQWordType);
+    expectWindowsError([&] { read(REG_QWORD, Bytes(9)); }, ERROR_MORE_DATA, "Can't query QWORD registry value");
+    expectWindowsError([&] { key.getQWordValue(TEXT_OF("none")); }, ERROR_FILE_NOT_FOUND, "");
+}
+
+TEMPLATE_TEST_CASE("RegistryKey: a missing value is the default, or nothing; a wrong one is an error", "[registry]",
+                   char, wchar_t)
+{
+    const ScratchKey scratch;
+    const RegistryKey key(scratch, false);
+    const TestType* const name = TEXT_OF("v");
+    CHECK((!key.findDWordValue(name) && !key.findQWordValue(name) && !key.findStringValue(name)));
+    CHECK((!key.findExpandedStringValue(name) && !key.findStringsValue(name)));
+    CHECK((key.getDWordValue(name, 7) == 7 && key.getQWordValue(name, 8) == 8));
+    CHECK(key.getStringValue(name, TEXT_OF("no")) == TEXT_OF("no"));
+    CHECK(key.getExpandedStringValue(name, static_cast<const TestType*>(nullptr)).empty());
+
+    key.setValue(name, 5);
+    CHECK((key.findDWordValue(name) == 5ul && key.findQWordValue(name) == 5ull));
+    CHECK((key.getDWordValue(name, 7) == 5 && key.getQWordValue(name, 7) == 5));
+    CHECK_THROWS_AS(key.getStringValue(name, TEXT_OF("no")), tarn::WindowsError);
+    key.setExpandableValue(name, TEXT_OF("%tarn-none%"));
+    CHECK(scratch.stored(L"", L"v") == StoredValue{REG_EXPAND_SZ, bytesOf(L"%tarn-none%")});
+    CHECK((key.findStringValue(name) == TEXT_OF("%tarn-none%") && key.findExpandedStringValue(name)));
+    CHECK_THROWS_AS(key.getDWordValue(name, 7), std::exception);
+    key.setValue(name, listOf<TestType>({"a", "b"}));
+    CHECK(key.findStringsValue(name) == listOf<TestType>({"a", "b"}));
 }
 
 TEMPLATE_TEST_CASE("RegistryKey: texts are read up to a zero or their end", "[registry]", char, wchar_t)
