@@ -4,12 +4,14 @@
 
 #include <tarn/Pipe.h>
 #include <tarn/Process.h>
+#include <tarn/TemporaryDirectory.h>
 #include <tarn/TemporaryFile.h>
 #include <tarn/Thread.h>
 #include <tarn/WindowsFile.h>
 #include <tarn/WindowsModule.h>
 
 #include <string>
+#include <vector>
 
 #include "Ratios.h"
 
@@ -101,6 +103,49 @@ unsigned long long readThroughRawPipe()
     return total;
 }
 
+constexpr unsigned filesInFolder = 5000;
+constexpr int deletions = 4;
+
+/// A temporary folder with empty files in it.
+TemporaryDirectory filledFolder()
+{
+    TemporaryDirectory folder(nullptr, L"tar");
+    const std::wstring prefix = static_cast<const wchar_t*>(folder) + std::wstring(L"\\file ");
+    for (unsigned i = 0; i < filesInFolder; ++i)
+        CloseHandle(
+            CreateFileW((prefix + std::to_wstring(i)).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
+    return folder;
+}
+
+void deleteByHand(const std::wstring& folder)
+{
+    WIN32_FIND_DATAW entry;
+    const HANDLE search = FindFirstFileW((folder + L"\\*").c_str(), &entry);
+    do {
+        if (!(entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY))
+            DeleteFileW((folder + L'\\' + entry.cFileName).c_str());
+    } while (FindNextFileW(search, &entry));
+    FindClose(search);
+    RemoveDirectoryW(folder.c_str());
+}
+
+/// Deletes folders that were filled before, one a round.
+void deletionRow(bench::Ratios& ratios)
+{
+    std::vector<TemporaryDirectory> ours, others;
+    for (int i = 0; i < deletions; ++i) {
+        ours.push_back(filledFolder());
+        others.push_back(filledFolder());
+    }
+    ratios.row(
+        "TemporaryDirectory: delete 5,000 files", 1.1, [&] { ours.pop_back(); },
+        [&] {
+            deleteByHand(others.back().detach());
+            others.pop_back();
+        },
+        deletions);
+}
+
 DWORD WINAPI idle(void*) { return 0; }
 
 struct Idle : Thread {
@@ -114,6 +159,8 @@ TEST_CASE("system")
     bench::Ratios ratios("System: against the platform's own calls");
     fileRows(ratios, "16 MB in pieces of 4 KB", 4096, 16 << 20);
     fileRows(ratios, "64 MB in pieces of 1 MB", sizeof megabyte, 64 << 20);
+
+    deletionRow(ratios);
 
     // Ten rounds, 10,000 threads in all.
     constexpr unsigned threads = 1000;

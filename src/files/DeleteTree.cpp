@@ -40,20 +40,28 @@ bool linksAreHidden()
     return hidden;
 }
 
-// A read-only file has to be writable for it, and may have another name outside of the tree.
 void deleteOpen(const FreshHandle& entry)
+{
+    FILE_DISPOSITION_INFO deleted{TRUE};
+    SetFileInformationByHandle(entry.get(), FileDispositionInfo, &deleted, sizeof deleted);
+}
+
+// What is read-only has to be writable for it, and a file may have another name outside of the tree.
+void deleteReadOnly(const FreshHandle& entry)
 {
     FILE_BASIC_INFO basic{};
     GetFileInformationByHandleEx(entry.get(), FileBasicInfo, &basic, sizeof basic);
     FILE_BASIC_INFO writable{};
     writable.FileAttributes = FILE_ATTRIBUTE_NORMAL;
-    const bool readOnly = (basic.FileAttributes & FILE_ATTRIBUTE_READONLY) != 0;
-    if (readOnly)
-        SetFileInformationByHandle(entry.get(), FileBasicInfo, &writable, sizeof writable);
-    FILE_DISPOSITION_INFO deleted{TRUE};
-    SetFileInformationByHandle(entry.get(), FileDispositionInfo, &deleted, sizeof deleted);
-    if (readOnly)
-        SetFileInformationByHandle(entry.get(), FileBasicInfo, &basic, sizeof basic);
+    SetFileInformationByHandle(entry.get(), FileBasicInfo, &writable, sizeof writable);
+    deleteOpen(entry);
+    SetFileInformationByHandle(entry.get(), FileBasicInfo, &basic, sizeof basic);
+}
+
+FreshHandle openToDelete(const Path& path)
+{
+    return openEntry(path, DELETE | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES,
+                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
 }
 
 // Keeps no frame of the stack for a level, since a tree may have 16,000 of them.
@@ -118,15 +126,15 @@ private:
         path_.resize(levels_.back().pathLength);
         (path_ += L'\\') += name;
         if (linksAreHidden() || !(isFolder ? RemoveDirectoryW(path_.c_str()) : DeleteFileW(path_.c_str())))
-            deleteByHandle(name);
+            deleteByHandle(name, (entry.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0);
     }
 
-    void deleteByHandle(std::wstring_view name)
+    void deleteByHandle(std::wstring_view name, bool readOnly)
     {
-        const FreshHandle entry = openEntry(path_, DELETE | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES,
-                                            FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
-        if (entry && !(linksAreHidden() && leadsElsewhere(entry, name)))
-            deleteOpen(entry);
+        const FreshHandle entry = openToDelete(path_);
+        if (!entry || (linksAreHidden() && leadsElsewhere(entry, name)))
+            return;
+        readOnly ? deleteReadOnly(entry) : deleteOpen(entry);
     }
 
     // A link that is hidden has opened what it leads to.
@@ -149,10 +157,10 @@ private:
     void leave()
     {
         levels_.pop_back();
-        if (!RemoveDirectoryW(path_.c_str()))
-            if (const FreshHandle folder = openEntry(path_, DELETE | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES,
-                                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE))
-                deleteOpen(folder);
+        if (RemoveDirectoryW(path_.c_str()))
+            return;
+        if (const FreshHandle folder = openToDelete(path_))
+            deleteReadOnly(folder);
     }
 
     static constexpr std::size_t longestName = 32'768;
