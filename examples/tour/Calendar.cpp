@@ -26,8 +26,8 @@ tarn::TimeZone centralEurope()
     tarn::TimeZone zone;
     zone.SetStandardOffset(hour);
     zone.SetDSTOffset(hour);
-    zone.SetStartRule(GregorianCalendar::March, -1, GregorianCalendar::Sunday, 2 * hour);
-    zone.SetEndRule(GregorianCalendar::October, -1, GregorianCalendar::Sunday, 2 * hour);
+    zone.SetStartRuleByWeekday(GregorianCalendar::March, -1, GregorianCalendar::Sunday, 2 * hour);
+    zone.SetEndRuleByWeekday(GregorianCalendar::October, -1, GregorianCalendar::Sunday, 2 * hour);
     return zone;
 }
 

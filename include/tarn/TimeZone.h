@@ -4,6 +4,7 @@
 #include <tarn/GregorianCalendarBase.h>
 #include <tarn/Time.h>
 
+struct _TIME_DYNAMIC_ZONE_INFORMATION;
 struct _TIME_ZONE_INFORMATION;
 
 namespace tarn {
@@ -22,7 +23,7 @@ public:
     ///@}
 
     TimeZone(); ///< UTC, without daylight time.
-    /// UTC too: the name is ignored. Set the offsets and rules yourself.
+    /// UTC too: the name is ignored. Call named().
     TimeZone(const char* name);
 
     /// The zone of the running system, with the numbers of its rules as the platform counts them: months
@@ -34,6 +35,14 @@ public:
     /// nearest of these), right to the millisecond. The rules are dates, so they hold for no other year.
     /// Throws as current().
     static TimeZone currentForYear(int year);
+    /// The same for the zone of a name, that of Windows, "W. Europe Standard Time", or that of the rest of the world,
+    /// "Europe/Berlin", by the rules that the platform's tables have for the year. They know no more than two
+    /// changes a year; for years that they do not cover the system takes rules of others. Throws as current(), with
+    /// ERROR_FILE_NOT_FOUND for a name that is not known.
+    ///@{
+    static TimeZone named(const char* name, int year);
+    static TimeZone named(const wchar_t* name, int year);
+    ///@}
 
     /// What daylight time adds to the standard offset, in milliseconds.
     ///@{
@@ -107,6 +116,7 @@ private:
     };
 
     explicit TimeZone(const _TIME_ZONE_INFORMATION& information);
+    static TimeZone forYear(int year, const _TIME_DYNAMIC_ZONE_INFORMATION* zone);
     void set(const _TIME_ZONE_INFORMATION& information);
 
     int dstOffset_ = 0;

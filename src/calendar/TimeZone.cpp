@@ -8,12 +8,14 @@
 #include "DayNumbers.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tarn {
 namespace {
 enum RuleMode { fixedDay, weekdayInMonth, nthWeekday };
 
 constexpr int millisPerMinute = 60000;
+constexpr const char* noInformation = "Can't get time zone information";
 
 int timeOfDay(const SYSTEMTIME& time)
 {
@@ -44,11 +46,13 @@ std::int64_t clampToYear(int year, std::int64_t local)
     return std::clamp(local, first, next - 1);
 }
 
-TIME_ZONE_INFORMATION informationOf(int year)
+// Of a named zone, or without one of the system's.
+TIME_ZONE_INFORMATION informationOf(int year, const DYNAMIC_TIME_ZONE_INFORMATION* zone)
 {
     TIME_ZONE_INFORMATION information;
-    ensure(GetTimeZoneInformationForYear(static_cast<USHORT>(year), nullptr, &information),
-           "Can't get time zone information");
+    ensure(GetTimeZoneInformationForYear(static_cast<USHORT>(year), const_cast<DYNAMIC_TIME_ZONE_INFORMATION*>(zone),
+                                         &information),
+           noInformation);
     return information;
 }
 } // namespace
@@ -60,30 +64,42 @@ TimeZone::TimeZone(const TIME_ZONE_INFORMATION& information) { set(information);
 TimeZone TimeZone::current()
 {
     TIME_ZONE_INFORMATION information;
-    ensureNot(TIME_ZONE_ID_INVALID, GetTimeZoneInformation(&information), "Can't get time zone information");
+    ensureNot(TIME_ZONE_ID_INVALID, GetTimeZoneInformation(&information), noInformation);
     return TimeZone(information);
 }
 
-TimeZone TimeZone::currentForYear(int year)
+TimeZone TimeZone::currentForYear(int year) { return forYear(year, nullptr); }
+
+TimeZone TimeZone::forYear(int year, const DYNAMIC_TIME_ZONE_INFORMATION* named)
 {
     year = std::clamp(year, 1601, 30827);
-    const TIME_ZONE_INFORMATION information = informationOf(year);
+    const TIME_ZONE_INFORMATION information = informationOf(year, named);
     TimeZone zone;
     zone.rawOffset_ = -static_cast<int>(information.Bias + information.StandardBias) * millisPerMinute;
     if (information.DaylightDate.wMonth == 0 || information.StandardDate.wMonth == 0)
         return zone;
     zone.dstOffset_ = static_cast<int>(information.StandardBias - information.DaylightBias) * millisPerMinute;
 
+    std::int64_t start = transitionIn(year, information.DaylightDate) - zone.rawOffset_;
+    std::int64_t end = transitionIn(year, information.StandardDate) - zone.rawOffset_ - zone.dstOffset_;
+    if (zone.dstOffset_ < 0) { // Standard time is then what the tables have for summer.
+        zone.rawOffset_ += zone.dstOffset_;
+        zone.dstOffset_ = -zone.dstOffset_;
+        std::swap(start, end);
+    }
+
     // Both in standard time, as instants are compared. A transition's own instant belongs to what was
     // before it, hence the millisecond less.
-    const auto ruleAt = [year](std::int64_t local) {
+    const auto ruleAt = [&zone, year](std::int64_t time) {
         int millis = 0;
-        const YearDay date = gregorianYearDay(splitDay(clampToYear(year, local), millis));
+        const YearDay date = gregorianYearDay(splitDay(clampToYear(year, time + zone.rawOffset_), millis));
         const int month = monthOfDay(date.day, date.leap);
         return Rule{fixedDay, month, millis - 1, 0, date.day - daysBeforeMonth[date.leap][month] + 1};
     };
-    zone.start_ = ruleAt(transitionIn(year, information.DaylightDate));
-    zone.end_ = ruleAt(transitionIn(year, information.StandardDate) - zone.dstOffset_);
+    zone.start_ = ruleAt(start);
+    zone.end_ = ruleAt(end);
+    if (end < start && zone.start_.month == zone.end_.month) // An end that was the year's beginning.
+        zone.end_ = {fixedDay, GregorianCalendarBase::December, static_cast<int>(millisPerDay), 0, 31};
     return zone;
 }
 

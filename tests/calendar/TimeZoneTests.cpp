@@ -4,8 +4,11 @@
 #include <tarn/TimeZone.h>
 #include <tarn/Windows.h>
 
+#include "Expect.h"
 #include "Private.h"
 #include "Zones.h"
+
+#include <cstring>
 
 using tarn::TimeZone;
 using Base = tarn::GregorianCalendarBase;
@@ -102,6 +105,45 @@ TEST_CASE("TimeZone: the n-th weekday of a month is found from any day of any ye
         CHECK(zone.InDaylightTime(calendar.getTime()) ==
               (day > expected || (day == expected && (clock >= 2 || calendar.get(tarn::Calendar::FieldAmPm) == 1))));
     }
+}
+
+TEST_CASE("TimeZone: named zones have the offsets of their years", "[calendar][zone]")
+{
+    // Each with the last instants before its changes, if any, as the world's tables have them.
+    const auto& [name, instant, before, after] = GENERATE(table<const char*, const char*, const char*, const char*>({
+        {"Europe/Berlin", "2026-03-29T01:00", "01:59:59.999+01:00", "03:00:00.000+02:00"},
+        {"W. Europe Standard Time", "2026-10-25T01:00", "02:59:59.999+02:00", "02:00:00.000+01:00"},
+        {"America/New_York", "2006-04-02T07:00", "01:59:59.999-05:00", "03:00:00.000-04:00"},
+        {"US/Eastern", "2007-03-11T07:00", "01:59:59.999-05:00", "03:00:00.000-04:00"},
+        {"Australia/Sydney", "2024-04-06T16:00", "02:59:59.999+11:00", "02:00:00.000+10:00"},
+        {"Australia/Lord_Howe", "2024-10-05T15:30", "01:59:59.999+10:30", "02:30:00.000+11:00"},
+        {"Asia/Kathmandu", "2024-06-01T00:00", "05:44:59.999+05:45", "05:45:00.000+05:45"},
+        {"Europe/Moscow", "2010-07-01T00:00", "03:59:59.999+04:00", "04:00:00.000+04:00"},
+        {"Europe/Moscow", "2012-01-01T00:00", "03:59:59.999+04:00", "04:00:00.000+04:00"},
+        {"Europe/Moscow", "2016-07-01T00:00", "02:59:59.999+03:00", "03:00:00.000+03:00"},
+        {"Etc/UTC", "2024-06-01T00:00", "23:59:59.999Z", "00:00:00.000Z"},
+        // The tables take time off in winter, have both changes in one month, and an end that is none.
+        {"Asia/Magadan", "2016-04-23T16:00", "01:59:59.999+10:00", "03:00:00.000+11:00"},
+        {"Pacific/Fiji", "2021-01-16T14:00", "02:59:59.999+13:00", "02:00:00.000+12:00"},
+        {"Africa/Sao_Tome", "2018-01-01T01:00", "00:59:59.999Z", "02:00:00.000+01:00"},
+    }));
+    const tarn::Time time = tarn::parseISOTime(instant);
+    const TimeZone zone = TimeZone::named(name, std::atoi(instant));
+    INFO(name << " at " << instant);
+    CHECK_THAT(tarn::formatISOTimeA(time - 1, zone), Catch::EndsWith(before));
+    CHECK_THAT(tarn::formatISOTimeA(time, zone), Catch::EndsWith(after));
+    CHECK(
+        TimeZone::named(std::wstring(name, name + std::strlen(name)).c_str(), std::atoi(instant)).GetStandardOffset() ==
+        zone.GetStandardOffset());
+}
+
+TEST_CASE("TimeZone: a name that nobody knows is an error", "[calendar][zone]")
+{
+    const char* const name = GENERATE(as<const char*>(), nullptr, "", "Berlin", "Europe/Berlin ", "europe/berlin");
+    support::expectWindowsError([&] { TimeZone::named(name, 2026); }, ERROR_FILE_NOT_FOUND,
+                                "Can't get time zone information");
+    support::expectWindowsError([] { TimeZone::named(std::wstring(200, L'x').c_str(), 2026); }, ERROR_FILE_NOT_FOUND,
+                                "Can't get time zone information");
 }
 
 TEST_CASE("TimeZone: local times that are left out or repeated are told apart", "[calendar][zone]")
