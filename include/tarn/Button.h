@@ -12,6 +12,11 @@ class TARN_API Button : public Window, public OwnerDrawable {
 public:
     using Window::Window;
 
+    /// As Window has them.
+    using Window::create;
+    /// As ListView::create() with an id.
+    void create(HWND parent, unsigned short id, const RECT& rect, unsigned long style);
+
     /// Of a dialog item, as Window has them.
     ///@{
     using Window::getCheck;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tarn/BasicString.h>
 #include <tarn/Export.h>
 #include <tarn/Window.h>
 
@@ -13,6 +14,11 @@ class TARN_API ComboBox : public Window {
 public:
     using Window::Window;
 
+    /// As Window has them.
+    using Window::create;
+    /// As ListView::create() with an id.
+    void create(HWND parent, unsigned short id, const RECT& rect, unsigned long style);
+
     /// The new item's index. Throws "Unspecified error in adding a string to a combo box".
     ///@{
     int addString(const char* text) const;
@@ -21,6 +27,16 @@ public:
     /// Each line of a string resource (null: the program's) becomes an item, without empty ones. Gives the
     /// last item's index, -1 when there was none, also because the resource is missing.
     int addString(unsigned short resource, HINSTANCE module) const;
+    /// Before the item `index`, or at the end for -1, also in a sorted box; otherwise as addString().
+    ///@{
+    int insertString(unsigned index, const char* text) const;
+    int insertString(unsigned index, const wchar_t* text) const;
+    ///@}
+    /// Throws "Can't get combo box item text".
+    ///@{
+    BasicString<char> getStringA(unsigned index) const;
+    BasicString<wchar_t> getStringW(unsigned index) const;
+    ///@}
     /// For an owner-drawn box without `CBS_HASSTRINGS`: an item that is only this value.
     /// Throws "Unspecified error in adding an owner draw item to a combo box".
     int addItem(const void* data) const;

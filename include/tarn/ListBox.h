@@ -1,7 +1,10 @@
 #pragma once
 
+#include <tarn/BasicString.h>
 #include <tarn/Export.h>
 #include <tarn/Window.h>
+
+#include <vector>
 
 namespace tarn {
 /// A list box, made and used like a ComboBox. For columns and pictures take a ListView.
@@ -13,6 +16,11 @@ class TARN_API ListBox : public Window {
 public:
     using Window::Window;
 
+    /// As Window has them.
+    using Window::create;
+    /// As ListView::create() with an id.
+    void create(HWND parent, unsigned short id, const RECT& rect, unsigned long style);
+
     ///@{
     int addString(const char* text) const; ///< The new item's index. Throws "Can't add string to listbox".
     int addString(const wchar_t* text) const;
@@ -20,6 +28,16 @@ public:
     /// Each line of a string resource (null: the program's) becomes an item, without empty ones. Gives the
     /// last item's index, -1 when there was none, also because the resource is missing.
     int addString(unsigned short resource, HINSTANCE module) const;
+    /// Before the item `index`, or at the end for -1, also in a sorted box; otherwise as addString().
+    ///@{
+    int insertString(unsigned index, const char* text) const;
+    int insertString(unsigned index, const wchar_t* text) const;
+    ///@}
+    /// Throws "Can't get listbox item text".
+    ///@{
+    BasicString<char> getStringA(unsigned index) const;
+    BasicString<wchar_t> getStringW(unsigned index) const;
+    ///@}
     /// For an owner-drawn box without `LBS_HASSTRINGS`: an item that is only this value.
     int addItem(const void* data) const;    ///< Throws "Can't add item to listbox".
     int deleteString(unsigned index) const; ///< How many are left. Throws "Can't delete listbox item".
@@ -38,6 +56,13 @@ public:
     /// Of a box in which one item can be selected.
     int getCurrentSelection() const;
     int setCurrentSelection(unsigned index) const; ///< With -1 nothing is selected any more.
+
+    // ---- For a box in which several items can be selected
+
+    bool isSelected(unsigned index) const; ///< Also of any other box.
+    /// -1 means all items. Throws "Can't select listbox item".
+    void setSelected(unsigned index, bool selected) const;
+    std::vector<int> getSelectedItems() const; ///< In their order; also of any other box.
 
     bool hasStrings() const; ///< The style `LBS_HASSTRINGS`, which matters for owner-drawn boxes only.
     /// The styles `LBS_OWNERDRAWFIXED` and `LBS_OWNERDRAWVARIABLE`, or either of them.

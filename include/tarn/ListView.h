@@ -3,6 +3,8 @@
 #include <tarn/Export.h>
 #include <tarn/Window.h>
 
+#include <functional>
+
 namespace tarn {
 class ImageList;
 
@@ -15,6 +17,9 @@ public:
     /// For the icon view, for all others, and for the state of items.
     enum imagelist { normal = LVSIL_NORMAL, small_images = LVSIL_SMALL, state = LVSIL_STATE };
 
+    /// In the heading of a column.
+    enum sort_arrow { no_arrow = 0, ascending = HDF_SORTUP, descending = HDF_SORTDOWN };
+
     using Window::Window;
 
     /// As Window has them.
@@ -22,6 +27,9 @@ public:
     /// A child window with this style besides `WS_CHILD`, which the object owns. It gets none of the list
     /// view's messages; call subclass() with the handle afterwards where that is wanted.
     void create(HWND parent, const RECT& rect, unsigned long style, HINSTANCE module);
+    /// The same with an id for the parent's handlers, in the font of the parent, or of the system's dialogs where it
+    /// has none. Throws as Window::create() does.
+    void create(HWND parent, unsigned short id, const RECT& rect, unsigned long style);
 
     // ---- Columns, which only the details view shows
 
@@ -39,6 +47,12 @@ public:
     int insertColumn(unsigned column, const wchar_t* text, int width, int format, int subitem) const;
     ///@}
     int getColumnWidth(unsigned column) const; ///< 0 for one that does not exist.
+    /// `LVSCW_AUTOSIZE` fits the items, `LVSCW_AUTOSIZE_USEHEADER` the heading, too. Throws "Can't set list view column
+    /// width".
+    void setColumnWidth(unsigned column, int width) const;
+    /// Shows in the heading of one column that the list is sorted by it, and in no other. Throws "Can't set sort
+    /// arrow".
+    void setSortArrow(unsigned column, sort_arrow arrow) const;
 
     // ---- Items
 
@@ -86,7 +100,28 @@ public:
     /// 0 for an empty view.
     unsigned getItemCount() const;
 
+    /// Orders the items: `compare` gets the data of two of them, and gives less than 0, 0, or more. What it throws
+    /// comes out of here, the items in some order. Throws "Can't sort list view items".
+    void sortItems(const std::function<int(const void*, const void*)>& compare) const;
+    /// How many items a view with the style `LVS_OWNERDATA` shows, which asks its parent for their texts
+    /// (`LVN_GETDISPINFO`). Throws "Can't set list view item count".
+    void setItemCount(unsigned count) const;
+
     // ---- Selection and view
+
+    /// Of an item; the other items stay as they are unless the view has the style `LVS_SINGLESEL`.
+    ///@{
+    void setSelected(unsigned item, bool selected) const; ///< Throws "Can't set item".
+    bool isSelected(unsigned item) const;
+    ///@}
+    /// With the extended style `LVS_EX_CHECKBOXES`.
+    ///@{
+    void setChecked(unsigned item, bool isOn) const; ///< Throws "Can't set item".
+    bool isChecked(unsigned item) const;
+    ///@}
+    /// Lets the user change the text of an item, with the style `LVS_EDITLABELS`; the parent hears of it by
+    /// `LVN_ENDLABELEDIT`. Throws "Can't edit list view item".
+    void editItem(unsigned item) const;
 
     unsigned getSlectedItemCount() const; ///< (sic)
     /// The item behind `start` (-1: the first one) with these `LVNI_` properties; -1 when there is none.

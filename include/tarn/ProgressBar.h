@@ -9,6 +9,11 @@ class TARN_API ProgressBar : public Window {
 public:
     using Window::Window;
 
+    /// As Window has them.
+    using Window::create;
+    /// As ListView::create() with an id.
+    void create(HWND parent, unsigned short id, const RECT& rect, unsigned long style);
+
     void setRange(int min, int max) const; ///< 0 to 100 unless set.
     /// The range that setRange() made.
     ///@{
@@ -19,5 +24,7 @@ public:
     int setPos(int position) const; ///< The position before. Beyond the range it is set to the nearer end.
     /// In the units of the range.
     int getPos() const;
+    /// For work whose end is not known: with the style `PBS_MARQUEE` a piece of the bar moves on every so often.
+    void setMarquee(bool moving, unsigned intervalMs = 30) const;
 };
 } // namespace tarn

@@ -10,6 +10,11 @@ class TARN_API ScrollBar : public Window {
 public:
     using Window::Window;
 
+    /// As Window has them.
+    using Window::create;
+    /// As ListView::create() with an id.
+    void create(HWND parent, unsigned short id, const RECT& rect, unsigned long style);
+
     void showScrollBar(bool visible) const;      ///< Throws "Can't show/hide scrollbar".
     void enableScrollBar(unsigned arrows) const; ///< Throws "Can't change scrollbar arrow state".
     /// Size and mask of `info` have to be filled in. Throws "Can't get scroll info".

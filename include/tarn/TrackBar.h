@@ -14,6 +14,11 @@ class TARN_API TrackBar : public Window {
 public:
     using Window::Window;
 
+    /// As Window has them.
+    using Window::create;
+    /// As ListView::create() with an id.
+    void create(HWND parent, unsigned short id, const RECT& rect, unsigned long style);
+
     /// In the units of the range.
     int getPosition() const;
     void setPosition(int position, bool redraw) const; ///< Beyond the range it is set to the nearer end.

@@ -15,6 +15,11 @@ public:
 
     using Window::Window;
 
+    /// As Window has them.
+    using Window::create;
+    /// As ListView::create() with an id.
+    void create(HWND parent, unsigned short id, const RECT& rect, unsigned long style);
+
     /// A notification of this control, before its parent's handlers: true settles it. The wide form is asked
     /// first, then the converted one. It arrives when the object is attached to the control (or subclasses
     /// it) and the parent is handled by an object that passes notifications on.
@@ -59,6 +64,22 @@ public:
     void sortChildren(HTREEITEM item, bool recurse) const;
     void ensureVisible(HTREEITEM item) const; ///< Expands its parents and scrolls.
     HTREEITEM getSelectedItem() const;        ///< Null when none is selected.
+    /// Null for none. Shows the item, too. Throws "Can't select tree view item".
+    void selectItem(HTREEITEM item) const;
+    ///@{
+    void setItemText(HTREEITEM item, const char* text) const; ///< Throws "Can't set tree view item".
+    void setItemText(HTREEITEM item, const wchar_t* text) const;
+    ///@}
+    /// Shows a button for children that are inserted only when it is pressed (`TVN_ITEMEXPANDING`), or none. Throws
+    /// "Can't set tree view item".
+    void setHasChildren(HTREEITEM item, bool hasChildren) const;
+    /// The neighbours of an item: null where there is none. The first child of `TVI_ROOT` is the first item of all.
+    ///@{
+    HTREEITEM getFirstChild(HTREEITEM item) const;
+    HTREEITEM getNextSibling(HTREEITEM item) const;
+    HTREEITEM getParentItem(HTREEITEM item) const;
+    ///@}
+    unsigned getItemCount() const; ///< How many items there are on all levels.
 
     /// Gives the list before. The tree view destroys neither: keep an ImageList as long as it is shown.
     HIMAGELIST setImageList(HIMAGELIST list, imagelist which) const;

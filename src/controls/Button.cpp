@@ -5,6 +5,11 @@
 #include "ControlMessages.h"
 
 namespace tarn {
+void Button::create(HWND parent, unsigned short id, const RECT& rect, unsigned long style)
+{
+    createControl(*this, WC_BUTTONW, parent, id, rect, style);
+}
+
 void Button::setCheck(check state) const { sendMessageA(BM_SETCHECK, static_cast<WPARAM>(state)); }
 Window::check Button::getCheck() const { return static_cast<check>(sendMessageA(BM_GETCHECK)); }
 

@@ -3,6 +3,11 @@
 #include "StringBox.h"
 
 namespace tarn {
+void ComboBox::create(HWND parent, unsigned short id, const RECT& rect, unsigned long style)
+{
+    createControl(*this, WC_COMBOBOXW, parent, id, rect, style);
+}
+
 int ComboBox::addString(const char* text) const
 {
     return ensureAdded(*this, sendText(*this, CB_ADDSTRING, 0, text),
@@ -14,6 +19,25 @@ int ComboBox::addString(const wchar_t* text) const
                        "Unspecified error in adding a string to a combo box");
 }
 int ComboBox::addString(unsigned short resource, HINSTANCE module) const { return addLines(*this, resource, module); }
+
+int ComboBox::insertString(unsigned index, const char* text) const
+{
+    return ensureAdded(*this, sendText(*this, CB_INSERTSTRING, toIndex(index), text),
+                       "Unspecified error in adding a string to a combo box");
+}
+int ComboBox::insertString(unsigned index, const wchar_t* text) const
+{
+    return ensureAdded(*this, sendText(*this, CB_INSERTSTRING, toIndex(index), text),
+                       "Unspecified error in adding a string to a combo box");
+}
+BasicString<char> ComboBox::getStringA(unsigned index) const
+{
+    return textOfItem<char>(*this, index, CB_GETLBTEXTLEN, CB_GETLBTEXT, "Can't get combo box item text");
+}
+BasicString<wchar_t> ComboBox::getStringW(unsigned index) const
+{
+    return textOfItem<wchar_t>(*this, index, CB_GETLBTEXTLEN, CB_GETLBTEXT, "Can't get combo box item text");
+}
 
 int ComboBox::addItem(const void* data) const
 {

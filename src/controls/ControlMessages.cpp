@@ -4,6 +4,18 @@
 #include "../windowing/HandlerScope.h"
 
 namespace tarn {
+void createControl(Window& control, const wchar_t* className, HWND parent, unsigned short id, const RECT& rect,
+                   unsigned long style)
+{
+    const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_WIN95_CLASSES | ICC_DATE_CLASSES};
+    InitCommonControlsEx(&classes);
+    control.create(className, L"", WS_CHILD | style, rect, parent, reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)),
+                   nullptr);
+    const auto font = runningHandlers([=] { return SendMessageW(parent, WM_GETFONT, 0, 0); });
+    control.sendMessageA(WM_SETFONT,
+                         font ? static_cast<WPARAM>(font) : reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)));
+}
+
 LRESULT ensureSent(const Window& control, LRESULT failed, const char* what, UINT msg, WPARAM wParam, LPARAM lParam)
 {
     return ensureClearing([&] { return control.sendMessageA(msg, wParam, lParam); },

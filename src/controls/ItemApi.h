@@ -4,7 +4,7 @@
 
 #include <commctrl.h>
 
-// The structures and messages of the list view and the tree view by the width of their texts.
+// The structures and messages of the newer controls by the width of their texts.
 
 namespace tarn {
 template <class Ch> struct ItemApi;
@@ -14,9 +14,11 @@ template <> struct ItemApi<char> {
     using ListColumn = LVCOLUMNA;
     using TreeItem = TVITEMEXA;
     using TreeInsertion = TVINSERTSTRUCTA;
+    using Tab = TCITEMA;
 
     static constexpr UINT getListText = LVM_GETITEMTEXTA;
-    static constexpr UINT getTreeItem = TVM_GETITEMA, insertTreeItem = TVM_INSERTITEMA;
+    static constexpr UINT getTreeItem = TVM_GETITEMA, setTreeItem = TVM_SETITEMA, insertTreeItem = TVM_INSERTITEMA;
+    static constexpr UINT getTab = TCM_GETITEMA, setTab = TCM_SETITEMA, insertTab = TCM_INSERTITEMA;
 };
 
 template <> struct ItemApi<wchar_t> {
@@ -24,9 +26,11 @@ template <> struct ItemApi<wchar_t> {
     using ListColumn = LVCOLUMNW;
     using TreeItem = TVITEMEXW;
     using TreeInsertion = TVINSERTSTRUCTW;
+    using Tab = TCITEMW;
 
     static constexpr UINT getListText = LVM_GETITEMTEXTW;
-    static constexpr UINT getTreeItem = TVM_GETITEMW, insertTreeItem = TVM_INSERTITEMW;
+    static constexpr UINT getTreeItem = TVM_GETITEMW, setTreeItem = TVM_SETITEMW, insertTreeItem = TVM_INSERTITEMW;
+    static constexpr UINT getTab = TCM_GETITEMW, setTab = TCM_SETITEMW, insertTab = TCM_INSERTITEMW;
 };
 
 /// A text that is only read, as the platform's structures take it.

@@ -2,6 +2,7 @@
 
 #include <tarn/ImageList.h>
 
+#include "../windowing/HandlerScope.h"
 #include "ControlMessages.h"
 #include "ItemApi.h"
 #include "ItemText.h"
@@ -11,6 +12,35 @@
 namespace tarn {
 namespace {
 constexpr unsigned atEnd = INT_MAX;
+constexpr const char* cannotSetArrow = "Can't set sort arrow";
+
+struct Sorting {
+    const std::function<int(const void*, const void*)>& compare;
+    bool hasFailed;
+};
+
+// After a failure everything is equal, so that the control soon comes to its end.
+int CALLBACK compareItems(LPARAM a, LPARAM b, LPARAM data)
+{
+    auto& sorting = *static_cast<Sorting*>(toPointer(data));
+    if (sorting.hasFailed)
+        return 0;
+    sorting.hasFailed = true;
+    const int order = guardedCallback(0, [&] {
+        const int result = sorting.compare(toPointer(a), toPointer(b));
+        sorting.hasFailed = false;
+        return result;
+    });
+    return order;
+}
+
+void setState(const ListView& view, unsigned item, unsigned mask, unsigned state)
+{
+    LVITEMW attributes{};
+    attributes.stateMask = mask;
+    attributes.state = state;
+    ensureSent(view, FALSE, "Can't set item", LVM_SETITEMSTATE, item, toLParam(&attributes));
+}
 
 template <class Ch> typename ItemApi<Ch>::ListColumn columnWith(const Ch* text, int width, int format, unsigned subitem)
 {
@@ -81,6 +111,11 @@ void ListView::create(HWND parent, const RECT& rect, unsigned long style, HINSTA
     create(WC_LISTVIEWW, L"", WS_CHILD | style, rect, parent, nullptr, module);
 }
 
+void ListView::create(HWND parent, unsigned short id, const RECT& rect, unsigned long style)
+{
+    createControl(*this, WC_LISTVIEWW, parent, id, rect, style);
+}
+
 int ListView::insertColumn(unsigned column, const LVCOLUMNA& attributes) const
 {
     return insertColumnBy(LVM_INSERTCOLUMNA, *this, column, &attributes);
@@ -108,6 +143,24 @@ int ListView::insertColumn(unsigned column, const wchar_t* text, int width, int 
 int ListView::getColumnWidth(unsigned column) const
 {
     return static_cast<int>(sendMessageA(LVM_GETCOLUMNWIDTH, column));
+}
+
+void ListView::setColumnWidth(unsigned column, int width) const
+{
+    ensureSent(*this, FALSE, "Can't set list view column width", LVM_SETCOLUMNWIDTH, column, width);
+}
+
+void ListView::setSortArrow(unsigned column, sort_arrow arrow) const
+{
+    const Window header(static_cast<HWND>(toPointer(sendMessageA(LVM_GETHEADER))));
+    const auto count = static_cast<unsigned>(ensureSent(header, -1, cannotSetArrow, HDM_GETITEMCOUNT));
+    for (unsigned i = 0; i < count; ++i) {
+        HDITEMW heading{};
+        heading.mask = HDI_FORMAT;
+        ensureSent(header, FALSE, cannotSetArrow, HDM_GETITEMW, i, toLParam(&heading));
+        heading.fmt = (heading.fmt & ~(HDF_SORTUP | HDF_SORTDOWN)) | (i == column ? arrow : no_arrow);
+        ensureSent(header, FALSE, cannotSetArrow, HDM_SETITEMW, i, toLParam(&heading));
+    }
 }
 
 int ListView::insertItem(const LVITEMA& item) const { return insertItemBy(LVM_INSERTITEMA, *this, &item); }
@@ -190,6 +243,37 @@ void ListView::deleteItem(unsigned item) const
 }
 void ListView::deleteAllItems() const { ensureSent(*this, FALSE, "Can't delete listview item", LVM_DELETEALLITEMS); }
 unsigned ListView::getItemCount() const { return static_cast<unsigned>(sendMessageA(LVM_GETITEMCOUNT)); }
+
+void ListView::sortItems(const std::function<int(const void*, const void*)>& compare) const
+{
+    Sorting sorting{compare, false};
+    ensureSent(*this, FALSE, "Can't sort list view items", LVM_SORTITEMS, reinterpret_cast<WPARAM>(&sorting),
+               reinterpret_cast<LPARAM>(&compareItems));
+}
+void ListView::setItemCount(unsigned count) const
+{
+    ensureSent(*this, FALSE, "Can't set list view item count", LVM_SETITEMCOUNT, count);
+}
+
+void ListView::setSelected(unsigned item, bool selected) const
+{
+    setState(*this, item, LVIS_SELECTED, selected ? LVIS_SELECTED : 0u);
+}
+bool ListView::isSelected(unsigned item) const { return sendMessageA(LVM_GETITEMSTATE, item, LVIS_SELECTED) != 0; }
+// The pictures of the boxes are numbered from 1 on: empty, checked.
+void ListView::setChecked(unsigned item, bool isOn) const
+{
+    setState(*this, item, LVIS_STATEIMAGEMASK, INDEXTOSTATEIMAGEMASK(isOn ? 2u : 1u));
+}
+bool ListView::isChecked(unsigned item) const
+{
+    return sendMessageA(LVM_GETITEMSTATE, item, LVIS_STATEIMAGEMASK) == INDEXTOSTATEIMAGEMASK(2);
+}
+void ListView::editItem(unsigned item) const
+{
+    setFocus(); // The control edits nothing without it.
+    ensureSent(*this, 0, "Can't edit list view item", LVM_EDITLABELW, item);
+}
 
 unsigned ListView::getSlectedItemCount() const { return static_cast<unsigned>(sendMessageA(LVM_GETSELECTEDCOUNT)); }
 int ListView::getNextItem(int start, unsigned flags) const

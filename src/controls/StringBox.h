@@ -3,7 +3,7 @@
 #include <tarn/BasicString.h>
 #include <tarn/Exception.h>
 
-#include "../foundation/Throw.h"
+#include "../foundation/Check.h"
 #include "ControlMessages.h"
 
 #include <algorithm>
@@ -24,6 +24,23 @@ inline int ensureAdded(const Window& box, LRESULT index, const char* what)
     return static_cast<int>(index);
 }
 
+/// An index as the platform takes it: -1 of any width stays -1.
+inline WPARAM toIndex(unsigned index) { return static_cast<WPARAM>(static_cast<int>(index)); }
+
+/// The text of an item.
+template <class Ch>
+BasicString<Ch> textOfItem(const Window& box, unsigned index, UINT getLength, UINT getText, const char* what)
+{
+    const auto ensured = [&](LRESULT length) {
+        return static_cast<std::size_t>(ensureNot(CB_ERR, isFailure(box, length, CB_ERR) ? CB_ERR : length, what));
+    };
+    SetLastError(ERROR_SUCCESS);
+    const std::size_t longest = ensured(sendText(box, getLength, toIndex(index), static_cast<const Ch*>(nullptr)));
+    BasicString<Ch> text(longest + 1, Ch()); // With the terminator.
+    text.resize(ensured(sendText(box, getText, toIndex(index), text.data())));
+    return text;
+}
+
 /// Adds each line of a string resource; the index of the last one, -1 without any.
 template <class Box> int addLines(const Box& box, unsigned short resource, HINSTANCE module)
 {
@@ -37,7 +54,4 @@ template <class Box> int addLines(const Box& box, unsigned short resource, HINST
     }
     return last;
 }
-
-/// An index as the platform takes it: -1 of any width stays -1.
-inline WPARAM toIndex(unsigned index) { return static_cast<WPARAM>(static_cast<int>(index)); }
 } // namespace tarn

@@ -8,6 +8,11 @@ namespace {
 LPARAM pairOf(short low, short high) { return MAKELPARAM(static_cast<WORD>(low), static_cast<WORD>(high)); }
 } // namespace
 
+void TrackBar::create(HWND parent, unsigned short id, const RECT& rect, unsigned long style)
+{
+    createControl(*this, TRACKBAR_CLASSW, parent, id, rect, style);
+}
+
 int TrackBar::getPosition() const { return static_cast<int>(sendMessageA(TBM_GETPOS)); }
 void TrackBar::setPosition(int position, bool redraw) const { sendMessageA(TBM_SETPOS, redraw, position); }
 void TrackBar::setRange(short min, short max, bool redraw) const

@@ -57,6 +57,20 @@ template <class Ch, class GetItem> BasicString<Ch> textOfItem(HTREEITEM item, Ge
     });
 }
 
+void setItemOf(const TreeView& tree, UINT msg, const void* item)
+{
+    ensureSent(tree, FALSE, "Can't set tree view item", msg, 0, toLParam(item));
+}
+
+template <class Ch> void setTextOf(const TreeView& tree, HTREEITEM item, const Ch* text)
+{
+    typename ItemApi<Ch>::TreeItem attributes{};
+    attributes.mask = TVIF_TEXT;
+    attributes.hItem = item;
+    attributes.pszText = textOf(text);
+    setItemOf(tree, ItemApi<Ch>::setTreeItem, &attributes);
+}
+
 HTREEITEM nextItem(const TreeView& tree, unsigned relation, HTREEITEM item)
 {
     return static_cast<HTREEITEM>(toPointer(tree.sendMessageA(TVM_GETNEXTITEM, relation, toLParam(item))));
@@ -78,6 +92,11 @@ void sortBelow(const TreeView& tree, HTREEITEM item)
     }
 }
 } // namespace
+
+void TreeView::create(HWND parent, unsigned short id, const RECT& rect, unsigned long style)
+{
+    createControl(*this, WC_TREEVIEWW, parent, id, rect, style);
+}
 
 bool TreeView::onReflectedNotification(const NMTREEVIEWA&) { return false; }
 bool TreeView::onReflectedNotification(const NMTREEVIEWW&) { return false; }
@@ -164,6 +183,28 @@ void TreeView::sortChildren(HTREEITEM item, bool recurse) const
 
 void TreeView::ensureVisible(HTREEITEM item) const { sendMessageA(TVM_ENSUREVISIBLE, 0, toLParam(item)); }
 HTREEITEM TreeView::getSelectedItem() const { return nextItem(*this, TVGN_CARET, nullptr); }
+
+void TreeView::selectItem(HTREEITEM item) const
+{
+    ensureSent(*this, FALSE, "Can't select tree view item", TVM_SELECTITEM, TVGN_CARET, toLParam(item));
+}
+void TreeView::setItemText(HTREEITEM item, const char* text) const { setTextOf(*this, item, text); }
+void TreeView::setItemText(HTREEITEM item, const wchar_t* text) const { setTextOf(*this, item, text); }
+void TreeView::setHasChildren(HTREEITEM item, bool hasChildren) const
+{
+    TVITEMEXW attributes{};
+    attributes.mask = TVIF_CHILDREN;
+    attributes.hItem = item;
+    attributes.cChildren = hasChildren;
+    setItemOf(*this, TVM_SETITEMW, &attributes);
+}
+HTREEITEM TreeView::getFirstChild(HTREEITEM item) const
+{
+    return nextItem(*this, item == TVI_ROOT ? TVGN_ROOT : TVGN_CHILD, item);
+}
+HTREEITEM TreeView::getNextSibling(HTREEITEM item) const { return nextItem(*this, TVGN_NEXT, item); }
+HTREEITEM TreeView::getParentItem(HTREEITEM item) const { return nextItem(*this, TVGN_PARENT, item); }
+unsigned TreeView::getItemCount() const { return static_cast<unsigned>(sendMessageA(TVM_GETCOUNT)); }
 
 HIMAGELIST TreeView::setImageList(HIMAGELIST list, imagelist which) const
 {

@@ -13,7 +13,7 @@ struct Kind {
     const wchar_t* className;
     unsigned long plain, drawn, variable;
     UINT add, getText;
-    const char *cannotAdd, *cannotAddItem, *cannotDelete, *cannotSetData;
+    const char *cannotAdd, *cannotAddItem, *cannotDelete, *cannotSetData, *cannotGetText;
 };
 template <class Box>
 constexpr Kind kind = {L"LISTBOX",
@@ -25,7 +25,8 @@ constexpr Kind kind = {L"LISTBOX",
                        "Can't add string to listbox",
                        "Can't add item to listbox",
                        "Can't delete listbox item",
-                       "Can't set listbox item data"};
+                       "Can't set listbox item data",
+                       "Can't get listbox item text"};
 template <>
 constexpr Kind kind<ComboBox> = {L"COMBOBOX",
                                  CBS_DROPDOWNLIST,
@@ -36,7 +37,8 @@ constexpr Kind kind<ComboBox> = {L"COMBOBOX",
                                  "Unspecified error in adding a string to a combo box",
                                  "Unspecified error in adding an owner draw item to a combo box",
                                  "Error when deleting a combo box item",
-                                 "Can't set combo box item data"};
+                                 "Can't set combo box item data",
+                                 "Can't get combo box item text"};
 
 template <class Box> std::wstring textOf(const Box& box, int index)
 {
@@ -60,6 +62,12 @@ TEMPLATE_TEST_CASE("Boxes: texts of both widths are added, found, selected and d
     box.setCurrentSelection(static_cast<unsigned>(-1));
     CHECK(box.getCurrentSelection() == -1);
 
+    CHECK((box.insertString(1, L"new \u03B2") == 1 && box.insertString(static_cast<unsigned>(-1), "end") == 4));
+    CHECK((box.getStringW(1) == L"new \u03B2" && box.getStringA(4) == "end" && box.getStringA(0) == "one"));
+    support::expectWindowsError([&] { (void)box.getStringW(9); }, kind<TestType>.cannotGetText);
+    box.deleteString(4);
+    box.deleteString(1);
+
     box.setItemData(1, &host);
     CHECK((box.deleteString(0) == 2 && box.getItemData(0) == &host));
     support::expectWindowsError([&] { box.deleteString(2); }, kind<TestType>.cannotDelete);
@@ -69,6 +77,25 @@ TEMPLATE_TEST_CASE("Boxes: texts of both widths are added, found, selected and d
     CHECK((box.addString(support::stringResource, program) == 2 && box.addString(4711, program) == -1));
     REQUIRE(box.getCount() == 3);
     CHECK((textOf(box, 0) == L"alpha" && textOf(box, 1) == L"beta" && textOf(box, 2) == L" gamma"));
+}
+
+TEST_CASE("ListBox: several items can be selected, or one", "[controls]")
+{
+    const unsigned long style = GENERATE(LBS_MULTIPLESEL, 0ul);
+    const support::Hosted<ListBox> host(L"LISTBOX", style);
+    const ListBox& box = host.control;
+    for (const char* text : {"a", "b", "c"})
+        box.addString(text);
+    CHECK(box.getSelectedItems().empty());
+    if (style) {
+        box.setSelected(static_cast<unsigned>(-1), true);
+        box.setSelected(1, false);
+        support::expectWindowsError([&] { box.setSelected(9, true); }, "Can't select listbox item");
+        CHECK((box.isSelected(0) && !box.isSelected(1) && box.getSelectedItems() == std::vector<int>{0, 2}));
+    } else {
+        box.setCurrentSelection(1);
+        CHECK((box.isSelected(1) && !box.isSelected(9) && box.getSelectedItems() == std::vector<int>{1}));
+    }
 }
 
 TEMPLATE_TEST_CASE("Boxes: an owner-drawn box without strings takes values", "[controls]", ComboBox, ListBox)

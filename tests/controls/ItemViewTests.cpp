@@ -3,6 +3,8 @@
 #include <tarn/ListView.h>
 #include <tarn/TreeView.h>
 
+#include <stdexcept>
+
 using namespace tarn;
 
 namespace {
@@ -96,6 +98,62 @@ TEST_CASE("ListView: selection, styles and scrolling", "[controls]")
     CHECK(view.setExtendedListViewStyle(0) == LVS_EX_FULLROWSELECT);
 }
 
+TEST_CASE("ListView: items are sorted by their data, and an arrow shows the column", "[controls]")
+{
+    const ListHost host(WC_LISTVIEWW, LVS_REPORT);
+    const ListView& view = host.control;
+    const int numbers[] = {3, 1, 2};
+    for (const int& number : numbers)
+        view.insertItem(BasicString<wchar_t>::fromInt(number), &number);
+    for (unsigned column = 0; column < 2; ++column)
+        view.insertColumn(column, "column", 40);
+    const auto order = [](const void* a, const void* b) {
+        return *static_cast<const int*>(a) - *static_cast<const int*>(b);
+    };
+    view.sortItems(order);
+    CHECK((view.getItemTextA(0, 0) == "1" && view.getItemTextA(2, 0) == "3"));
+    const auto fail = [](const void*, const void*) -> int { throw std::runtime_error("while comparing"); };
+    support::expectError<std::runtime_error>([&] { view.sortItems(fail); }, "while comparing");
+
+    const auto arrowOf = [&](unsigned column) {
+        HDITEMW heading{};
+        heading.mask = HDI_FORMAT;
+        SendMessageW(HWND(view.sendMessageA(LVM_GETHEADER)), HDM_GETITEMW, column, reinterpret_cast<LPARAM>(&heading));
+        return heading.fmt & (HDF_SORTUP | HDF_SORTDOWN);
+    };
+    view.setSortArrow(0, ListView::ascending);
+    view.setSortArrow(1, ListView::descending);
+    CHECK((arrowOf(0) == 0 && arrowOf(1) == HDF_SORTDOWN));
+    view.setColumnWidth(1, 77);
+    CHECK(view.getColumnWidth(1) == 77);
+    view.setColumnWidth(1, LVSCW_AUTOSIZE_USEHEADER);
+    CHECK(view.getColumnWidth(1) != 77);
+    support::expectWindowsError([&] { view.setColumnWidth(9, 1); }, "Can't set list view column width");
+    support::expectWindowsError([] { ListView().setSortArrow(0, ListView::ascending); }, "Can't set sort arrow");
+}
+
+TEST_CASE("ListView: items are checked, selected and edited by code; a virtual view only counts them", "[controls]")
+{
+    const ListHost host(WC_LISTVIEWW, LVS_REPORT | LVS_EDITLABELS);
+    const ListView& view = host.control;
+    view.setExtendedListViewStyle(LVS_EX_CHECKBOXES);
+    view.insertItem("a");
+    view.insertItem("b");
+    view.setChecked(1, true);
+    view.setSelected(0, true);
+    CHECK((view.isChecked(1) && !view.isChecked(0) && view.isSelected(0) && !view.isSelected(1)));
+    view.setChecked(1, false);
+    view.setSelected(0, false);
+    CHECK((!view.isChecked(1) && view.getSlectedItemCount() == 0));
+    view.editItem(1);
+    CHECK(view.sendMessageA(LVM_GETEDITCONTROL) != 0);
+    support::expectWindowsError([&] { view.setChecked(9, true); }, "Can't set item");
+    support::expectWindowsError([&] { view.editItem(9); }, "Can't edit list view item");
+    const ListHost virtualHost(WC_LISTVIEWW, LVS_REPORT | LVS_OWNERDATA);
+    virtualHost.control.setItemCount(1000000);
+    CHECK(virtualHost.control.getItemCount() == 1000000);
+}
+
 TEMPLATE_TEST_CASE("ListView: what the control refuses is named", "[controls]", LVITEMA, LVITEMW)
 {
     const ListHost host(WC_LISTVIEWW, LVS_REPORT);
@@ -174,6 +232,31 @@ TEMPLATE_TEST_CASE("Views: a text that the control keeps elsewhere is read there
         control.text = none;
         CHECK(read().empty());
     }
+}
+
+TEST_CASE("TreeView: items are found from their neighbours, selected, renamed and filled later", "[controls]")
+{
+    const TreeHost host(WC_TREEVIEWW);
+    const TreeView& tree = host.control;
+    const HTREEITEM root = tree.insertItem("root"), a = tree.insertItem("a", root), b = tree.insertItem("b", root);
+    CHECK((tree.getFirstChild(TVI_ROOT) == root && tree.getFirstChild(root) == a && tree.getNextSibling(a) == b));
+    CHECK((tree.getParentItem(b) == root && !tree.getNextSibling(b) && !tree.getFirstChild(b)));
+    CHECK(tree.getItemCount() == 3);
+    tree.selectItem(b);
+    CHECK(tree.getSelectedItem() == b);
+    tree.selectItem(nullptr);
+    CHECK(!tree.getSelectedItem());
+    tree.setItemText(a, "narrow");
+    tree.setItemText(b, L"w\u00EFde");
+    CHECK((tree.getItemTextA(a) == "narrow" && tree.getItemTextW(b) == L"w\u00EFde"));
+    tree.setHasChildren(b, true);
+    TVITEMEXW item{};
+    item.mask = TVIF_CHILDREN;
+    item.hItem = b;
+    tree.sendMessageA(TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    CHECK(item.cChildren == 1);
+    support::expectWindowsError([] { TreeView().selectItem(nullptr); }, "Can't select tree view item");
+    support::expectWindowsError([] { TreeView().setItemText(nullptr, "x"); }, "Can't set tree view item");
 }
 
 TEST_CASE("TreeView: sorting reaches the levels below when it is told to", "[controls]")

@@ -1,8 +1,14 @@
 #include "Controls.h"
 
+#include <tarn/Button.h>
+#include <tarn/ComboBox.h>
+#include <tarn/EditControl.h>
+#include <tarn/ListBox.h>
+#include <tarn/ListView.h>
 #include <tarn/ProgressBar.h>
 #include <tarn/ScrollBar.h>
 #include <tarn/TrackBar.h>
+#include <tarn/TreeView.h>
 
 using namespace tarn;
 
@@ -15,6 +21,39 @@ TEST_CASE("ProgressBar: range and position are signed and wider than a word", "[
     CHECK((bar.getMin() == -100000 && bar.getMax() == 200000));
     bar.setPos(150000);
     CHECK((bar.setPos(-5) == 150000 && bar.getPos() == -5));
+}
+
+TEMPLATE_TEST_CASE("Controls: each can be made in code, in the font of its parent", "[controls]", Button, ComboBox,
+                   EditControl, ListBox, ListView, ProgressBar, ScrollBar, TrackBar, TreeView)
+{
+    support::Host host;
+    TestType control, other;
+    control.create(host, 7, Rect(10, 20, 110, 60), WS_VISIBLE);
+    other.create(control, 8, Rect(0, 0, 10, 10), 0);
+    CHECK((control.getID() == 7 && GetParent(control) == host.getWindowHandle()));
+    CHECK((control.getStyle() & (WS_CHILD | WS_VISIBLE)) == (WS_CHILD | WS_VISIBLE));
+    const auto fontOf = [](const Window& window) { return reinterpret_cast<HGDIOBJ>(window.sendMessageA(WM_GETFONT)); };
+    if (fontOf(control)) // Not every control has one.
+        CHECK((fontOf(control) == GetStockObject(DEFAULT_GUI_FONT) && fontOf(other) == fontOf(control)));
+}
+
+TEST_CASE("ProgressBar: it is told to move while there is no end to see", "[controls]")
+{
+    struct Listener : Window {
+        LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
+        {
+            return msg == PBM_SETMARQUEE ? (moving = wParam != 0, intervalMs = lParam, TRUE)
+                                         : Window::onMessage(msg, wParam, lParam);
+        }
+        bool moving = false;
+        LPARAM intervalMs = 0;
+    } control;
+    support::open(control);
+    const ProgressBar bar(control.getWindowHandle());
+    bar.setMarquee(true, 50);
+    CHECK((control.moving && control.intervalMs == 50));
+    bar.setMarquee(false);
+    CHECK_FALSE(control.moving);
 }
 
 TEST_CASE("TrackBar: positions and the selection are signed and stay in the range", "[controls]")
