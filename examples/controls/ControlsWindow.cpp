@@ -12,7 +12,8 @@
 
 namespace {
 constexpr int leftX = 12, leftWidth = 230, rightX = 256, rightWidth = 552;
-constexpr tarn::Size clientSize{820, 524};
+constexpr tarn::Size clientSize{820, 546};
+constexpr unsigned long shown = WS_VISIBLE | WS_TABSTOP;
 constexpr unsigned long windowStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX;
 constexpr short largestFilter = 6000;
 constexpr int narrowest = 60, widest = 260, usualWidth = 150;
@@ -105,15 +106,12 @@ HWND ControlsWindow::addChild(const wchar_t* className, const wchar_t* text, uns
 void ControlsWindow::addLeftSide()
 {
     addChild(L"STATIC", L"&Bodies", 0, ID_LABEL, place(leftX, 10, leftWidth, 16));
-    addChild(WC_TREEVIEWW, L"",
-             WS_BORDER | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_SHOWSELALWAYS, ID_TREE,
-             place(leftX, 28, leftWidth, 280));
-    tree_.attach(*this, ID_TREE);
+    tree_.create(*this, ID_TREE, place(leftX, 28, leftWidth, 280),
+                 shown | WS_BORDER | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_SHOWSELALWAYS);
     tree_.setImageList(treePictures_, tarn::TreeView::normal);
 
     addChild(L"STATIC", L"&Order of the list", 0, ID_LABEL, place(leftX, 320, leftWidth, 16));
-    addChild(L"COMBOBOX", L"", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, ID_ORDER, place(leftX, 338, leftWidth, 120));
-    order_.attach(*this, ID_ORDER);
+    order_.create(*this, ID_ORDER, place(leftX, 338, leftWidth, 120), shown | WS_VSCROLL | CBS_DROPDOWNLIST);
     order_.addString(ID_ORDERS, program_);
     order_.setCurrentSelection(0);
 
@@ -126,10 +124,11 @@ void ControlsWindow::addLeftSide()
 
 void ControlsWindow::addView()
 {
-    list_.create(*this, place(rightX, 28, rightWidth, 280), WS_VISIBLE | WS_TABSTOP | LVS_SINGLESEL | LVS_SHOWSELALWAYS,
-                 program_);
-    list_.setExtendedStyle(0, WS_EX_CLIENTEDGE);
-    list_.setPosition(nullptr, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_FRAMECHANGED);
+    kinds_.create(*this, ID_KINDS, place(rightX, 28, rightWidth, 280), shown | WS_CLIPSIBLINGS);
+    for (const wchar_t* kind : {L"All", L"Planets", L"Dwarf planets", L"Moons"})
+        kinds_.addTab(kind);
+    list_.create(*this, ID_BODIES, kinds_.getPageRectangle(), shown | LVS_SINGLESEL | LVS_SHOWSELALWAYS);
+    list_.setPosition(HWND_TOP, SWP_NOMOVE | SWP_NOSIZE); // Above the tabs.
     list_.swapImageList(tarn::ListView::small_images, smallPictures_);
     list_.swapImageList(tarn::ListView::normal, largePictures_);
     list_.setExtendedListViewStyle(LVS_EX_FULLROWSELECT);
@@ -153,21 +152,18 @@ void ControlsWindow::addFilter()
 {
     constexpr int x = rightX + 146, width = rightWidth - 146;
     addChild(L"STATIC", L"", WS_GROUP, ID_SMALLEST_TEXT, place(x, 320, width, 16));
-    addChild(TRACKBAR_CLASSW, L"", WS_TABSTOP, ID_SMALLEST, place(x - 8, 336, width + 16, 32));
-    smallest_.attach(*this, ID_SMALLEST);
+    smallest_.create(*this, ID_SMALLEST, place(x - 8, 336, width + 16, 32), shown);
     smallest_.setRange(0, largestFilter, false);
     smallest_.sendMessageA(TBM_SETPAGESIZE, 0, 500);
     smallest_.sendMessageA(TBM_SETLINESIZE, 0, 100);
     for (int tick = 1000; tick < largestFilter; tick += 1000)
         smallest_.addTick(tick);
 
-    addChild(L"STATIC", L"", 0, ID_SHARE_TEXT, place(x, 370, 150, 16));
-    addChild(PROGRESS_CLASSW, L"", 0, ID_SHARE, place(x + 150, 370, width - 150, 16));
-    share_.attach(*this, ID_SHARE);
+    addChild(L"STATIC", L"Shown", 0, ID_LABEL, place(x, 370, 150, 16));
+    share_.create(*this, ID_SHARE, place(x + 150, 370, width - 150, 16), WS_VISIBLE);
 
     addChild(L"STATIC", L"&Width of the names", 0, ID_LABEL, place(x, 408, 150, 16));
-    addChild(L"SCROLLBAR", L"", SBS_HORZ | WS_TABSTOP, ID_WIDTH, place(x + 150, 408, width - 150, 18));
-    width_.attach(*this, ID_WIDTH);
+    width_.create(*this, ID_WIDTH, place(x + 150, 408, width - 150, 18), shown | SBS_HORZ);
     width_.setScrollInfo({sizeof(SCROLLINFO), SIF_ALL, narrowest, widest + 19, 20, usualWidth, 0}, true);
 }
 
@@ -177,6 +173,8 @@ void ControlsWindow::addNote()
     addChild(L"EDIT", L"", WS_BORDER | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL, ID_NOTE,
              place(rightX, 456, 360, 46));
     note_.attach(*this, ID_NOTE);
+    status_.create(*this, ID_STATUS);
+    status_.setParts({rightX, -1});
 
     addChild(L"BUTTON", L"&Read-only", WS_TABSTOP | BS_AUTOCHECKBOX, ID_READ_ONLY, place(rightX + 372, 436, 100, 18));
     readOnly_.attach(*this, ID_READ_ONLY);
@@ -200,7 +198,7 @@ void ControlsWindow::fillTree()
     }
     tree_.onSelection = [this] { showBodies(); };
     tree_.expand(items.front(), TVE_EXPAND);
-    tree_.sendMessageA(TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(items.front()));
+    tree_.selectItem(items.front());
 }
 
 void ControlsWindow::showBodies()
@@ -215,7 +213,8 @@ void ControlsWindow::showBodies()
         if (!goesRound(body, *centre))
             continue;
         ++all;
-        if (body.diameterKm >= smallest)
+        const int kind = kinds_.getCurrentSelection(); // From 1 on they are those of the bodies.
+        if (body.diameterKm >= smallest && (kind <= 0 || kind == body.kind))
             wanted.push_back(&body);
     }
     sort(wanted, order_.getCurrentSelection());
@@ -227,9 +226,11 @@ void ControlsWindow::showBodies()
         list_.setItemText(item, withSeparators(body->diameterKm).c_str(), 1);
         list_.setItemText(item, daysOf(*body).c_str(), 2);
     }
+    list_.setSortArrow(0, tarn::ListView::no_arrow);
     share_.setRange(0, std::max(all, 1));
     share_.setPos(static_cast<int>(wanted.size()));
-    setText(ID_SHARE_TEXT, (std::to_wstring(wanted.size()) + L" of " + std::to_wstring(all) + L" are shown").c_str());
+    status_.setPartText(0, (std::to_wstring(wanted.size()) + L" of " + std::to_wstring(all) + L" are shown").c_str());
+    status_.setPartText(1, L"A click at the head of a column sorts by it");
     setText(ID_SMALLEST_TEXT, (L"Diameter at least " + withSeparators(smallest) + L" km").c_str());
     describe(*centre);
 }
@@ -248,10 +249,7 @@ void ControlsWindow::showColour()
     swatch_.invalidate(false);
 }
 
-void ControlsWindow::showWidth()
-{
-    list_.sendMessageA(LVM_SETCOLUMNWIDTH, 0, MAKELPARAM(width_.getScrollInfo(SIF_POS).nPos, 0));
-}
+void ControlsWindow::showWidth() { list_.setColumnWidth(0, width_.getScrollInfo(SIF_POS).nPos); }
 
 void ControlsWindow::describe(const Body& body)
 {
@@ -329,8 +327,30 @@ void ControlsWindow::onHScroll(Window* bar, unsigned short code, unsigned short 
     showWidth();
 }
 
+void ControlsWindow::sortBy(int column)
+{
+    list_.sortItems([column](const void* a, const void* b) {
+        const auto &first = *static_cast<const Body*>(a), &second = *static_cast<const Body*>(b);
+        if (column == 0)
+            return std::wcscmp(first.name, second.name);
+        if (column == 1)
+            return first.diameterKm - second.diameterKm;
+        return first.orbitDays < second.orbitDays ? -1 : first.orbitDays > second.orbitDays;
+    });
+    list_.setSortArrow(static_cast<unsigned>(column), tarn::ListView::ascending);
+}
+
+LRESULT ControlsWindow::onNotify(const NMHDR& header)
+{
+    if (header.idFrom == ID_KINDS && header.code == TCN_SELCHANGE)
+        return showBodies(), 0;
+    return Window::onNotify(header);
+}
+
 void ControlsWindow::onNotification(const NMLISTVIEW& notification)
 {
+    if (notification.hdr.code == LVN_COLUMNCLICK)
+        return sortBy(notification.iSubItem);
     const bool isSelected = notification.hdr.code == LVN_ITEMCHANGED && (notification.uNewState & LVIS_SELECTED);
     if (isSelected)
         describe(*static_cast<const Body*>(list_.getItemData(static_cast<unsigned>(notification.iItem))));

@@ -12,6 +12,8 @@
 #include <tarn/RadioButtonGroup.h>
 #include <tarn/Rect.h>
 #include <tarn/ScrollBar.h>
+#include <tarn/StatusBar.h>
+#include <tarn/TabControl.h>
 #include <tarn/TrackBar.h>
 #include <tarn/TreeView.h>
 #include <tarn/WindowClass.h>
@@ -38,6 +40,7 @@ public:
     ~ControlsWindow() noexcept override;
 
     using tarn::Window::onNotification;
+    LRESULT onNotify(const NMHDR& header) override;
     void onCommand(Window* sender, unsigned short code, unsigned short id) override;
     void onHScroll(Window* bar, unsigned short code, unsigned short position) override;
     void onNotification(const NMLISTVIEW& notification) override;
@@ -52,6 +55,7 @@ private:
     void fillTree();
 
     void showBodies();
+    void sortBy(int column);
     void showView();
     void showColour();
     void showWidth();
@@ -63,6 +67,7 @@ private:
     tarn::ImageList treePictures_, smallPictures_, largePictures_;
     tarn::Bitmap resetPicture_;
     BodyTree tree_;
+    tarn::TabControl kinds_;
     tarn::ListView list_;
     tarn::ComboBox order_;
     ColourList colours_;
@@ -71,6 +76,7 @@ private:
     tarn::ProgressBar share_;
     tarn::ScrollBar width_;
     tarn::EditControl note_;
+    tarn::StatusBar status_;
     tarn::Button readOnly_, reset_;
     ColourButton swatch_;
 };

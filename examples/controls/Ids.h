@@ -16,8 +16,10 @@
 #define ID_RESET 112
 #define ID_SWATCH 113
 #define ID_SMALLEST_TEXT 114
-#define ID_SHARE_TEXT 115
-#define ID_LABEL 116
+#define ID_LABEL 115
+#define ID_KINDS 116
+#define ID_BODIES 117
+#define ID_STATUS 118
 
 // Of the resources.
 #define ID_SMALL_PICTURES 1

@@ -16,13 +16,12 @@
 
 namespace {
 /// Commands of the script take the name of a control first.
-const std::map<std::string, int> names = {{"tree", ID_TREE},           {"order", ID_ORDER},
-                                          {"colours", ID_COLOURS},     {"details", ID_DETAILS},
-                                          {"list-view", ID_LIST_VIEW}, {"small-icons", ID_SMALL_ICONS},
-                                          {"icons", ID_ICONS},         {"smallest", ID_SMALLEST},
-                                          {"width", ID_WIDTH},         {"note", ID_NOTE},
-                                          {"read-only", ID_READ_ONLY}, {"reset", ID_RESET},
-                                          {"swatch", ID_SWATCH},       {"list", 0}};
+const std::map<std::string, int> names = {
+    {"tree", ID_TREE},       {"order", ID_ORDER},         {"colours", ID_COLOURS},
+    {"details", ID_DETAILS}, {"list-view", ID_LIST_VIEW}, {"small-icons", ID_SMALL_ICONS},
+    {"icons", ID_ICONS},     {"smallest", ID_SMALLEST},   {"width", ID_WIDTH},
+    {"note", ID_NOTE},       {"read-only", ID_READ_ONLY}, {"reset", ID_RESET},
+    {"swatch", ID_SWATCH},   {"list", ID_BODIES},         {"kinds", ID_KINDS}};
 
 const std::map<std::string, WPARAM> keys = {{"left", VK_LEFT}, {"right", VK_RIGHT},  {"up", VK_UP},
                                             {"down", VK_DOWN}, {"pageup", VK_PRIOR}, {"pagedown", VK_NEXT},
@@ -54,8 +53,7 @@ public:
 private:
     HWND target(support::Arguments& arguments) const
     {
-        const int id = find(names, arguments.next<std::string>("the control"));
-        return id ? GetDlgItem(window_, id) : FindWindowExW(window_, nullptr, WC_LISTVIEWW, nullptr);
+        return GetDlgItem(window_, find(names, arguments.next<std::string>("the control")));
     }
 
     void click(support::Arguments& arguments) const

@@ -86,9 +86,11 @@
 #include <tarn/Service.h>
 #include <tarn/ShellExtension.h>
 #include <tarn/Size.h>
+#include <tarn/StatusBar.h>
 #include <tarn/StdIOStream.h>
 #include <tarn/Stream.h>
 #include <tarn/StringHelper.h>
+#include <tarn/TabControl.h>
 #include <tarn/TemporaryDirectory.h>
 #include <tarn/TemporaryFile.h>
 #include <tarn/Thread.h>

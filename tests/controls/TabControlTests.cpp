@@ -1,0 +1,47 @@
+#include "Controls.h"
+
+#include <tarn/TabControl.h>
+
+using namespace tarn;
+
+TEMPLATE_TEST_CASE("TabControl: tabs of both widths come back as they were set", "[controls]", char, wchar_t)
+{
+    using Text = BasicString<TestType>;
+    support::Host host;
+    TabControl tabs;
+    tabs.create(host, 5, Rect(10, 20, 160, 90), WS_VISIBLE);
+    CHECK((tabs.getID() == 5 && tabs.getCurrentSelection() == -1));
+    CHECK((tabs.addTab(Text("last")) == 0 && tabs.insertTab(0, Text("first"), &host) == 0 && tabs.getCount() == 2));
+    const auto textOf = [&](unsigned index) -> Text {
+        if constexpr (std::is_same_v<TestType, char>)
+            return tabs.getTabTextA(index);
+        else
+            return tabs.getTabTextW(index);
+    };
+    CHECK((textOf(0) == Text("first") && tabs.getTabData(0) == &host && !tabs.getTabData(1)));
+    const Text longText(600, TestType('x'));
+    tabs.setTabText(1, longText);
+    CHECK(textOf(1) == longText);
+
+    tabs.setCurrentSelection(1);
+    CHECK((tabs.setCurrentSelection(0) == 1 && tabs.getCurrentSelection() == 0));
+    const Rect page = tabs.getPageRectangle();
+    CHECK((page.left >= 10 && page.top > 30 && page.right <= 160 && page.bottom <= 90));
+    tabs.deleteTab(0);
+    CHECK(textOf(0) == longText);
+    tabs.deleteAllTabs();
+    CHECK(tabs.getCount() == 0);
+}
+
+TEST_CASE("TabControl: what the control refuses is named", "[controls]")
+{
+    support::Host host;
+    TabControl tabs;
+    const auto fails = [](auto call, const char* what) { support::expectWindowsError(call, what); };
+    fails([&] { tabs.addTab("x"); }, "Can't insert tab");
+    tabs.create(host, 5, Rect(0, 0, 50, 50), 0);
+    fails([&] { tabs.deleteTab(0); }, "Can't delete tab");
+    fails([&] { tabs.getTabTextA(0); }, "Can't get tab");
+    fails([&] { tabs.getTabData(0); }, "Can't get tab");
+    fails([&] { tabs.setTabText(0, "x"); }, "Can't set tab");
+}
