@@ -6,7 +6,7 @@
 
 #include <cerrno>
 #include <cstdarg>
-#include <locale>
+#include <iterator>
 #include <stdexcept>
 
 namespace tarn {
@@ -14,6 +14,12 @@ namespace detail {
 // Length-counted texts of a string table, which need not be terminated and may be of any length.
 TARN_API BasicString<char> loadString(unsigned id, HINSTANCE module, const char*);
 TARN_API BasicString<wchar_t> loadString(unsigned id, HINSTANCE module, const wchar_t*);
+
+// The first character that the global locale does not call space, and the end without the space before it.
+TARN_API const char* skipSpace(const char* begin, const char* end);
+TARN_API const wchar_t* skipSpace(const wchar_t* begin, const wchar_t* end);
+TARN_API const char* endBeforeSpace(const char* begin, const char* end);
+TARN_API const wchar_t* endBeforeSpace(const wchar_t* begin, const wchar_t* end);
 } // namespace detail
 
 template <class Ch, class Traits, class Alloc>
@@ -27,16 +33,69 @@ BasicString<Ch, Traits, Alloc> BasicString<Ch, Traits, Alloc>::joined(const Ch* 
 
 template <class Ch, class Traits, class Alloc> void BasicString<Ch, Traits, Alloc>::makeInt(int value, int radix)
 {
-    if (radix < 2 || radix > 36)
-        throw std::invalid_argument("A radix must be 2 to 36");
+    checkRadix(radix);
     Ch digits[sizeof(int) * 8 + 2];
     assign(Helper::itos(value, digits, radix));
+}
+
+template <class Ch, class Traits, class Alloc> void BasicString<Ch, Traits, Alloc>::checkRadix(int radix)
+{
+    if (radix < 2 || radix > 36)
+        throw std::invalid_argument("A radix must be 2 to 36");
+}
+
+// As makeInt: only in radix 10 a negative number is more than its bits.
+template <class Ch, class Traits, class Alloc>
+template <class Value>
+void BasicString<Ch, Traits, Alloc>::makeNumber(Value value, int radix)
+{
+    const bool isNegative = radix == 10 && value < Value();
+    const auto bits = static_cast<std::make_unsigned_t<Value>>(value);
+    const unsigned long long digits = bits;
+    makeNumber(isNegative ? 0 - static_cast<unsigned long long>(value) : digits, isNegative, radix);
+}
+
+template <class Ch, class Traits, class Alloc>
+void BasicString<Ch, Traits, Alloc>::makeNumber(unsigned long long digits, bool isNegative, int radix)
+{
+    checkRadix(radix);
+    const auto base = static_cast<unsigned>(radix);
+    Ch text[sizeof digits * 8 + 1];
+    Ch* const end = std::end(text);
+    Ch* begin = end;
+    do {
+        const auto digit = static_cast<unsigned>(digits % base);
+        *--begin = static_cast<Ch>(digit < 10 ? '0' + digit : 'a' + digit - 10);
+        digits /= base;
+    } while (digits);
+    if (isNegative)
+        *--begin = Ch('-');
+    assign(begin, static_cast<size_type>(end - begin));
+}
+
+// Letters and digits are the same in both widths; for other characters the conversion of texts knows.
+template <class Ch, class Traits, class Alloc>
+template <class C>
+void BasicString<Ch, Traits, Alloc>::repeat(size_type n, C c)
+{
+    if constexpr (std::is_same_v<C, Ch>) {
+        Base::assign(n, c);
+    } else if (static_cast<std::make_unsigned_t<C>>(c) < 0x80) {
+        Base::assign(n, static_cast<Ch>(c));
+    } else {
+        const BasicString one(&c, 1);
+        this->reserve(n * one.size());
+        for (; n; --n)
+            this->append(one);
+    }
 }
 
 template <class Ch, class Traits, class Alloc>
 BasicString<Ch, Traits, Alloc> BasicString<Ch, Traits, Alloc>::substring(const Ch* delimiter, int index) const
 {
-    const size_type skip = Traits::length(delimiter);
+    const size_type skip = viewOf(delimiter).size();
+    if (!skip)
+        return BasicString();
     size_type position = 0;
     for (; index > 0; --index) {
         position = this->find(delimiter, position);
@@ -50,8 +109,8 @@ BasicString<Ch, Traits, Alloc> BasicString<Ch, Traits, Alloc>::substring(const C
 template <class Ch, class Traits, class Alloc>
 BasicString<Ch, Traits, Alloc> BasicString<Ch, Traits, Alloc>::replaceAll(const Ch* from, const Ch* to) const
 {
-    const size_type fromLength = Traits::length(from);
-    const size_type toLength = Traits::length(to);
+    const size_type fromLength = viewOf(from).size();
+    const size_type toLength = viewOf(to).size();
     size_type found = fromLength ? this->find(from, 0, fromLength) : npos;
     if (found == npos)
         return *this;
@@ -69,20 +128,14 @@ BasicString<Ch, Traits, Alloc> BasicString<Ch, Traits, Alloc>::replaceAll(const 
 
 template <class Ch, class Traits, class Alloc> auto BasicString<Ch, Traits, Alloc>::firstNonSpace() const -> size_type
 {
-    const std::locale global;
-    const auto& type = std::use_facet<std::ctype<Ch>>(global);
     const Ch* const text = this->data();
-    return static_cast<size_type>(type.scan_not(std::ctype_base::space, text, text + this->size()) - text);
+    return static_cast<size_type>(detail::skipSpace(text, text + this->size()) - text);
 }
 
 template <class Ch, class Traits, class Alloc> auto BasicString<Ch, Traits, Alloc>::endOfText() const -> size_type
 {
-    const std::locale global;
-    const auto& type = std::use_facet<std::ctype<Ch>>(global);
-    size_type end = this->size();
-    while (end && type.is(std::ctype_base::space, this->data()[end - 1]))
-        --end;
-    return end;
+    const Ch* const text = this->data();
+    return static_cast<size_type>(detail::endBeforeSpace(text, text + this->size()) - text);
 }
 
 template <class Ch, class Traits, class Alloc>
@@ -258,22 +311,22 @@ BasicString<Ch, Traits, Alloc> BasicString<Ch, Traits, Alloc>::format(const Ch* 
                                                                       const Ch* a4, const Ch* a5, const Ch* a6,
                                                                       const Ch* a7, const Ch* a8, const Ch* a9) const
 {
-    const std::basic_string_view<Ch, Traits> arguments[] = {viewOf(a1), viewOf(a2), viewOf(a3), viewOf(a4), viewOf(a5),
-                                                            viewOf(a6), viewOf(a7), viewOf(a8), viewOf(a9)};
+    const View arguments[] = {viewOf(a1), viewOf(a2), viewOf(a3), viewOf(a4), viewOf(a5),
+                              viewOf(a6), viewOf(a7), viewOf(a8), viewOf(a9)};
     // Measured first: growing on the way would copy a long text more than once.
     size_type length = 0;
-    expand(arguments, [&](std::basic_string_view<Ch, Traits> part) { length += part.size(); });
+    expand(arguments, [&](View part) { length += part.size(); });
     BasicString result;
     result.reserve(length);
-    expand(arguments, [&](std::basic_string_view<Ch, Traits> part) { result.append(part.data(), part.size()); });
+    expand(arguments, [&](View part) { result.append(part.data(), part.size()); });
     return result;
 }
 
 template <class Ch, class Traits, class Alloc>
 template <class Take>
-void BasicString<Ch, Traits, Alloc>::expand(const std::basic_string_view<Ch, Traits>* arguments, Take take) const
+void BasicString<Ch, Traits, Alloc>::expand(const View* arguments, Take take) const
 {
-    const std::basic_string_view<Ch, Traits> text(this->data(), this->size());
+    const View text = *this;
     const Ch percent('%');
     size_type position = 0;
     for (;;) {

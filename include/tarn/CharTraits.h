@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <cstddef>
 #include <string>
 
@@ -10,10 +11,20 @@ template <class Ch> struct char_traits_nc : std::char_traits<Ch> {
     /// The lower-case letter for 'A' to 'Z', else `c` itself.
     static constexpr Ch fold(Ch c) { return c >= Ch('A') && c <= Ch('Z') ? static_cast<Ch>(c + 32) : c; }
 
+    /// Equal texts need not be the same ones.
+    using comparison_category = std::weak_ordering;
+
     /// Compare the folded characters.
     ///@{
     static constexpr bool eq(const Ch& a, const Ch& b) { return fold(a) == fold(b); }
     static constexpr bool lt(const Ch& a, const Ch& b) { return std::char_traits<Ch>::lt(fold(a), fold(b)); }
+
+    static constexpr bool eq_int_type(std::char_traits<Ch>::int_type a, std::char_traits<Ch>::int_type b)
+    {
+        using Exact = std::char_traits<Ch>;
+        const bool isEnd = Exact::eq_int_type(a, Exact::eof()) || Exact::eq_int_type(b, Exact::eof());
+        return isEnd ? Exact::eq_int_type(a, b) : eq(Exact::to_char_type(a), Exact::to_char_type(b));
+    }
 
     static constexpr int compare(const Ch* a, const Ch* b, std::size_t n)
     {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace tarn {
 /// A view of text: a pointer and a length. Owns nothing and is valid as long as the text it points to.
@@ -30,7 +31,15 @@ public:
         return length_ != wholeText ? length_ : static_cast<unsigned>(Traits::length(text_));
     }
 
+    /// The text, as the standard's view.
+    constexpr operator std::basic_string_view<Ch, Traits>() const
+    {
+        return std::basic_string_view<Ch, Traits>(text_ ? text_ : &none, length());
+    }
+
 private:
+    static constexpr Ch none = Ch();
+
     const Ch* text_ = nullptr;
     unsigned length_ = 0;
 };

@@ -6,7 +6,7 @@
 #include <cstdarg>
 
 namespace tarn {
-template <class Ch, class Traits, class Alloc> class BasicString;
+template <class Ch, class Traits = std::char_traits<Ch>, class Alloc = std::allocator<Ch>> class BasicString;
 
 /// The runtime library's text functions under names that do not depend on the character type.
 ///

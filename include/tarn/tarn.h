@@ -16,6 +16,8 @@
 #include <tarn/AutoSelect.h>
 #include <tarn/BStr.h>
 #include <tarn/BasicString.h>
+#include <tarn/BasicStringCompare.h>
+#include <tarn/BasicStringImpl.h>
 #include <tarn/BitField.h>
 #include <tarn/Bitmap.h>
 #include <tarn/Brush.h>

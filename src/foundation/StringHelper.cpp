@@ -12,6 +12,7 @@
 #include <cstring>
 #include <ctime>
 #include <direct.h>
+#include <locale>
 #include <wchar.h>
 
 namespace tarn {
@@ -120,6 +121,33 @@ BasicString<wchar_t> a2w(const char* s, unsigned codePage)
     result.resize(static_cast<unsigned>(size - 1));
     return result;
 }
+
+BasicString<char> w2a(const wchar_t* s, unsigned codePage)
+{
+    return StringHelper<char>::convert(s, ConstString<wchar_t>::wholeText, codePage);
+}
+
+namespace {
+template <class Ch> const Ch* skipSpaceIn(const Ch* begin, const Ch* end)
+{
+    const std::locale global;
+    return std::use_facet<std::ctype<Ch>>(global).scan_not(std::ctype_base::space, begin, end);
+}
+
+template <class Ch> const Ch* endBeforeSpaceIn(const Ch* begin, const Ch* end)
+{
+    const std::locale global;
+    const auto& type = std::use_facet<std::ctype<Ch>>(global);
+    while (end != begin && type.is(std::ctype_base::space, end[-1]))
+        --end;
+    return end;
+}
+} // namespace
+
+const char* detail::skipSpace(const char* begin, const char* end) { return skipSpaceIn(begin, end); }
+const wchar_t* detail::skipSpace(const wchar_t* begin, const wchar_t* end) { return skipSpaceIn(begin, end); }
+const char* detail::endBeforeSpace(const char* begin, const char* end) { return endBeforeSpaceIn(begin, end); }
+const wchar_t* detail::endBeforeSpace(const wchar_t* begin, const wchar_t* end) { return endBeforeSpaceIn(begin, end); }
 
 namespace {
 // With no buffer the call yields the address and length of the text itself.

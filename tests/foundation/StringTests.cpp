@@ -4,7 +4,10 @@
 
 #include <tarn/BasicString.h>
 
+#include <filesystem>
 #include <locale.h>
+#include <map>
+#include <unordered_map>
 
 using tarn::BasicString;
 using String = BasicString<char>;
@@ -33,7 +36,7 @@ TEST_CASE("String: wide text becomes narrow text in the ANSI code page", "[found
 
 TEST_CASE("String: code pages are honoured where they are named", "[foundation][string]")
 {
-    const auto utf8 = [](const wchar_t* s) { return tarn::StringHelper<char>::convert(s, ~0u, CP_UTF8); };
+    const auto utf8 = [](const std::wstring& s) { return tarn::w2a(s, CP_UTF8); };
     CHECK(utf8(L"\xFC\xD83D\xDE00") == "\xC3\xBC\xF0\x9F\x98\x80");
     CHECK(tarn::a2w("\xF0\x9F\x98\x80!", CP_UTF8) == L"\xD83D\xDE00!");
     CHECK(tarn::a2w("\x81", CP_OEMCP) == L"\xFC");
@@ -78,15 +81,115 @@ TEST_CASE("String: narrow text becomes wide text in the runtime's locale", "[fou
 TEST_CASE("String: it is put together and assigned from either width", "[foundation][string]")
 {
     String s("abc");
-    CHECK((s + "x" + 'y' + std::string("z") + s) == "abcxyzabc");
-    CHECK(std::string("<") + s + ">" == "<abc>");
-    CHECK(String(3, 'x') == "xxx");
+    const std::string standard("z");
+    CHECK((s + "x" + 'y' + standard + s) == "abcxyzabc");
+    const String sum = "<" + s + '>' + std::string("!") + standard;
+    CHECK(sum == "<abc>!z");
+    CHECK(('(' + (standard + s) + (std::string("y") + s)).startsWith("(zabcy"));
     s = tarn::ConstString<char>("view of text", 4);
     CHECK(s == "view");
     s = L"wide";
     CHECK(s == "wide");
-    CHECK(String(static_cast<const char*>(nullptr)).empty());
-    CHECK(String(tarn::ConstString<char>(nullptr, 5)).empty());
+    const std::wstring wide(L"x\0y", 3);
+    s = wide;
+    CHECK(s == std::string("x\0y", 3));
+    CHECK(String(WideString(L"Gr\xFC\xDF")) == "Gr\xFC\xDF");
+    CHECK(WideString(standard) + String(std::wstring_view(wide)).c_str() == L"zx");
+}
+
+TEST_CASE("String: a null text is the empty one", "[foundation][string]")
+{
+    const char* const none = nullptr;
+    CHECK(String(none).empty());
+    CHECK(String(tarn::ConstString<char>(none, 5)).empty());
+    String s("abc");
+    CHECK(s + none == "abc");
+    s += none;
+    CHECK(none + s == "abc");
+    CHECK((s.contains(none) && s.startsWith(none) && s.endsWith(none)));
+    CHECK(s.replaceAll("b", none).replaceAll(none, "x") == "ac");
+    CHECK(s.substring(none, 1000000000).empty());
+    CHECK(s > none);
+    s = none;
+    CHECK(s == none);
+    s = static_cast<const wchar_t*>(nullptr);
+    CHECK(tarn::w2a(nullptr, CP_UTF8) == s);
+}
+
+TEST_CASE("String: a count and a character repeat it, whatever their types", "[foundation][string]")
+{
+    CHECK(String(3, 'x') == "xxx");
+    CHECK(WideString(10, ' ') == std::wstring(10, L' '));
+    CHECK(String(3u, L'x') == "xxx");
+    CHECK(String(std::size_t(2), L'\xFC') == "\xFC\xFC"); // As the conversion of the width has it.
+}
+
+namespace {
+template <class A, class B> void checkPair(const A& less, const B& more)
+{
+    CHECK((less < more && less <= more && less != more && more > less && more >= less));
+    CHECK_FALSE((more < less || more <= less || more == less || less > more || less >= more));
+    CHECK(((less <=> more) < 0 && (more <=> less) > 0));
+    CHECK((std::less<>()(less, more) && std::greater<>()(more, less) && std::ranges::less()(less, more)));
+    CHECK((std::less_equal<>()(less, more) && std::greater_equal<>()(more, less)));
+    static_assert(std::totally_ordered_with<A, B> && std::three_way_comparable_with<A, B>);
+}
+
+// Of `text` with every kind of text, in both orders.
+template <class Ch> void checkOrder(const BasicString<Ch>& less, const BasicString<Ch>& more)
+{
+    checkPair(less, more);
+    checkPair(less, more.c_str());
+    checkPair(less.c_str(), more);
+    checkPair(less, std::basic_string<Ch>(more));
+    checkPair(std::basic_string<Ch>(less), more);
+    checkPair(less, std::basic_string_view<Ch>(more));
+    checkPair(std::basic_string_view<Ch>(less), more);
+}
+} // namespace
+
+TEMPLATE_TEST_CASE("String: comparisons compare texts, whoever asks", "[foundation][string]", char, wchar_t)
+{
+    using Text = BasicString<TestType>;
+    const auto t = &text<TestType>;
+    // Made in both orders, because comparing addresses is right every other time.
+    const Text b1 = t("b"), a = t("a"), b2 = t("b");
+    checkOrder(a, b1);
+    checkOrder(a, b2);
+    CHECK((b1 == b2 && b1 == b2.c_str() && std::basic_string_view<TestType>(b1) == b2));
+
+    std::vector<Text> fruits{t("plum"), t("date"), t("pear"), t("fig"), t("apple")};
+    const auto joined = [&] {
+        Text all;
+        for (const Text& fruit : fruits)
+            all += fruit + TestType(' ');
+        return all;
+    };
+    std::ranges::sort(fruits);
+    CHECK(joined() == t("apple date fig pear plum "));
+    CHECK((std::ranges::is_sorted(fruits) && std::ranges::binary_search(fruits, t("fig").c_str())));
+    std::ranges::sort(fruits, {}, [](const Text& fruit) { return fruit.right(1); });
+    CHECK(joined() == t("apple date fig plum pear "));
+    std::sort(fruits.begin(), fruits.end(), std::greater<>());
+    CHECK(joined() == t("plum pear fig date apple "));
+
+    std::map<Text, int, std::less<>> ordered;
+    std::unordered_map<Text, int, std::hash<Text>, std::equal_to<>> hashed;
+    for (const char* name : {"y", "x", "y", "z", "x"}) {
+        ++ordered[t(name)];
+        ++hashed[t(name)];
+    }
+    CHECK((ordered.size() == 3 && ordered.find(t("y").c_str())->second == 2));
+    CHECK((hashed.size() == 3 && hashed.find(std::basic_string_view<TestType>(t("x")))->second == 2));
+}
+
+TEST_CASE("String: it makes a path of the file system", "[foundation][string]")
+{
+    CHECK(std::filesystem::path(String("Gr\xFC\xDF")).wstring() == L"Gr\xFC\xDF");
+    const WideString name(L"\x4E2D.txt");
+    const std::filesystem::path path(name);
+    CHECK(path.extension() == L".txt");
+    CHECK(WideString(path) == name);
 }
 
 TEMPLATE_TEST_CASE("String: parts of a text", "[foundation][string]", char, wchar_t)
@@ -106,10 +209,12 @@ TEMPLATE_TEST_CASE("String: parts of a text", "[foundation][string]", char, wcha
     CHECK(t("a--b").substring(t("--"), 1) == t("b"));
 
     CHECK(s.findOneOf(t("cb"), 0) == 2);
-    CHECK(s.contains(t(",,")));
-    CHECK_FALSE(s.contains(t("B")));
-    CHECK(s.startsWith(t("a,")));
-    CHECK(s.endsWith(t(",c")));
+    CHECK(t("a,b").substring(t(""), 0).empty()); // An empty delimiter is found at once.
+    using Plain = std::basic_string<TestType>;
+    CHECK((s.contains(t(",,")) && s.contains(t(",,").c_str()) && s.contains(TestType('c')) && s.contains(Plain(s))));
+    CHECK_FALSE((s.contains(t("B")) || s.contains(TestType('B'))));
+    CHECK((s.startsWith(t("a,")) && s.startsWith(TestType('a')) && s.startsWith(std::basic_string_view<TestType>(s))));
+    CHECK((s.endsWith(t(",c")) && s.endsWith(TestType('c')) && s.endsWith(Plain(t(",c")))));
 }
 
 TEMPLATE_TEST_CASE("String: replacing, trimming and case", "[foundation][string]", char, wchar_t)
@@ -118,6 +223,7 @@ TEMPLATE_TEST_CASE("String: replacing, trimming and case", "[foundation][string]
     CHECK(t("aaa").replaceAll(t("a"), t("aa")) == t("aaaaaa")); // It goes on behind what it put in.
     CHECK(t("aaa").replaceAll(t("aa"), t("b")) == t("ba"));
     CHECK(t("abc").replaceAll(t(""), t("x")) == t("abc"));
+    CHECK(t("abc").replaceAll(std::basic_string<TestType>(t("b")), t("x").c_str()) == t("axc"));
 
     const BasicString<TestType> s = t(" \t\r\n x y\v\f ");
     CHECK(s.trimLeft() == t("x y\v\f "));
@@ -143,6 +249,11 @@ TEST_CASE("String: numbers and the clock", "[foundation][string]")
     CHECK(String(-255, 10) == "-255");
     CHECK(WideString(-1, 16) == L"ffffffff");
     CHECK(String::fromInt(INT_MIN, 2) == "1" + std::string(31, '0'));
+    CHECK(String(4000000000u, 16) == "ee6b2800");
+    CHECK(WideString::fromInt(UINT64_MAX) == L"18446744073709551615");
+    CHECK(String(INT64_MIN, 10) == "-9223372036854775808");
+    CHECK(String(short(-1), 36u) == String(65535, 36)); // Two's complement of its own width.
+    CHECK_THROWS_AS(String(1u, 37), std::invalid_argument);
     CHECK_THROWS_AS(String(1, 1), std::invalid_argument);
     CHECK(String(" 42x").toInt() == 42);
     CHECK(WideString(L"x").toInt() == 0);
@@ -236,6 +347,7 @@ TEST_CASE("String: format fills in its arguments", "[foundation][string]")
     CHECK(String("a%1b%2c%%d%0e%").format("X", nullptr) == "aXbc%d%0e%");
     CHECK(String("%9%8%1%1").format("1", nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, "8", "9") == "9811");
     CHECK(WideString(L"<%1>").format(L"%2", L"no") == L"<%2>");
+    CHECK(String("%1%2%3").format(std::string("a"), String("b"), nullptr) == "ab");
 }
 
 TEST_CASE("char_traits_nc: only A to Z are folded", "[foundation][string]")
@@ -247,6 +359,8 @@ TEST_CASE("char_traits_nc: only A to Z are folded", "[foundation][string]")
     CHECK(NoCase("Z") > NoCase("a"));
     CHECK_FALSE(Traits::eq('\xC4', '\xE4'));
     CHECK_FALSE(Traits::eq('@', '`'));
+    CHECK((Traits::eq_int_type('A', 'a') && !Traits::eq_int_type(Traits::eof(), 0xFF)));
+    static_assert(std::is_same_v<decltype(NoCase("a") <=> NoCase("A")), std::weak_ordering>);
     const char data[] = "xyZ";
     CHECK(Traits::find(data, 3, 'z') == data + 2);
     CHECK(Traits::find(data, 2, 'z') == nullptr);
