@@ -26,6 +26,8 @@ public:
 
     /// Valid until the description changes or the object ends.
     const char* what() const noexcept override;
+    /// As what(), with the characters that the ANSI code page cannot hold.
+    BasicString<wchar_t> whatW() const;
     void setDescription(const char* text); ///< Replaces what what() gives.
 
 private:
@@ -74,6 +76,8 @@ public:
     ~CRTError() override;
     ///@}
 
+    /// As what(), with the characters of names that the ANSI code page cannot hold.
+    BasicString<wchar_t> whatW() const;
     int getError() const { return error_; } ///< The `errno` value.
     operator int() const { return error_; } ///< As getError().
 
@@ -146,7 +150,7 @@ public:
     static void throwOnError(long hr, const char* description);
     static void throwOnError(long hr);
     ///@}
-    /// The holder's code, `E_OUTOFMEMORY` for a `std::bad_alloc`, and `E_FAIL` for the rest.
+    /// The holder's code if it is a failure, `E_OUTOFMEMORY` for a `std::bad_alloc`, and `E_FAIL` for the rest.
     static long getHRESULTFromException(const std::exception& e);
 
 protected:
@@ -173,6 +177,9 @@ public:
 
     /// Valid as long as the object.
     const char* what() const noexcept override;
+    /// As what(), with the characters that the ANSI code page cannot hold, of names in the description and of the
+    /// system's text. It is composed at each call.
+    BasicString<wchar_t> whatW() const;
     /// The system's text for the code, from "netmsg.dll" for 2100 to 2999; "Windows error 0x" and the
     /// code in hexadecimal when there is none. Never throws for lack of a text.
     virtual std::string getMessage() const;
@@ -215,4 +222,8 @@ public:
 private:
     unsigned long hr_;
 };
+
+/// The whole text of any error: that of its whatW() when it has one, else what() read in the ANSI code page. For
+/// messages to the user, and with w2a(whatW(error), CP_UTF8) for files and terminals.
+TARN_API BasicString<wchar_t> whatW(const std::exception& error);
 } // namespace tarn

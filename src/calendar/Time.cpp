@@ -39,7 +39,7 @@ std::int64_t Time::scaled(std::int64_t value, std::int64_t factor, std::int64_t 
     if (divisor > factor)
         return floorQuotient(value, divisor / factor);
     if (__builtin_mul_overflow(value, factor / divisor, &value))
-        throw LossOfRange();
+        throwError(LossOfRange());
     return value;
 }
 

@@ -26,7 +26,7 @@ GUID toGUID(const wchar_t* text)
         return guid;
     const HRESULT hr = CLSIDFromString(text, &guid);
     if (FAILED(hr))
-        HRESULTHolder::throwOnError(hr, ("Can't convert " + quoted(text) + " to a GUID").c_str());
+        HRESULTHolder::throwOnError(hr, std::string("Can't convert " + quoted(text) + " to a GUID").c_str());
     return guid;
 }
 

@@ -1,6 +1,7 @@
 #include <tarn/VersionInfo.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/Description.h"
 #include "ModuleApi.h"
 
 #include <algorithm>
@@ -12,10 +13,10 @@ namespace tarn {
 static_assert(sizeof(VersionInfo::Version) == 8 && alignof(VersionInfo::Version) == 4);
 
 namespace {
-template <class Ch> std::string failureText(const char* function, const Ch* fileName, const std::string& tail)
+template <class Ch> Description failureText(const char* function, const Ch* fileName, const std::string& tail)
 {
     constexpr const char* suffix = std::is_same_v<Ch, char> ? "A(" : "W(";
-    return std::string("Error in ") + function + suffix + BasicString<char>(fileName) + ",0" + tail + ")";
+    return Description("Error in ") + function + suffix + fileName + ",0" + tail + ")";
 }
 
 template <class Ch> Array<char> readResource(const Ch* fileName)

@@ -1,5 +1,6 @@
 #include <tarn/Exception.h>
 
+#include "Description.h"
 #include "Throw.h"
 
 #include <cstring>
@@ -11,6 +12,7 @@ Exception::Exception(const Exception&) = default;
 Exception& Exception::operator=(const Exception&) = default;
 Exception::~Exception() = default;
 const char* Exception::what() const noexcept { return description_.c_str(); }
+BasicString<wchar_t> Exception::whatW() const { return wholeOf(what(), tailOf(description_)); }
 void Exception::setDescription(const char* text) { description_ = text; }
 
 EndOfFile::EndOfFile(const std::string& message) : std::runtime_error(message) {}
@@ -24,18 +26,46 @@ BadAllocation& BadAllocation::operator=(const BadAllocation&) noexcept = default
 BadAllocation::~BadAllocation() = default;
 const char* BadAllocation::what() const noexcept { return "bad allocation"; }
 
+namespace {
+// Behind the text stands a zero in any case, so that a tail can be looked for.
+std::string textOf(const char* description, int error, const std::string& tail)
+{
+    return description + (": " + (std::strerror(error) + tail)) + '\0';
+}
+} // namespace
+
 CRTError::CRTError(int error, const std::string& description)
-    : std::runtime_error(description + ": " + std::strerror(error)), error_(error)
+    : std::runtime_error(textOf(description.c_str(), error, tailOf(description))), error_(error)
 {
 }
 CRTError::CRTError(const std::string& description, int error) : CRTError(error, description) {}
 CRTError::CRTError(const CRTError&) noexcept = default;
 CRTError& CRTError::operator=(const CRTError&) noexcept = default;
 CRTError::~CRTError() = default;
+BasicString<wchar_t> CRTError::whatW() const
+{
+    const std::string text = what();
+    const std::string tail = tailOf(text + '\0' + (what() + text.size() + 1));
+    if (tail.empty())
+        return a2w(text, CP_ACP);
+    const std::string reason = std::string(": ") + std::strerror(error_);
+    return wholeOf("", tail) + a2w(reason, CP_ACP);
+}
 
 SEHError::SEHError(unsigned long code) : std::runtime_error("SEH exception"), code_(code) {}
 SEHError::SEHError(const SEHError&) noexcept = default;
 SEHError& SEHError::operator=(const SEHError&) noexcept = default;
 SEHError::~SEHError() = default;
 void SEHError::translate(unsigned int code, _EXCEPTION_POINTERS*) { throwError(SEHError(code)); }
+
+BasicString<wchar_t> whatW(const std::exception& error)
+{
+    if (const auto* own = dynamic_cast<const WindowsError*>(&error))
+        return own->whatW();
+    if (const auto* own = dynamic_cast<const CRTError*>(&error))
+        return own->whatW();
+    if (const auto* own = dynamic_cast<const Exception*>(&error))
+        return own->whatW();
+    return a2w(error.what(), CP_ACP);
+}
 } // namespace tarn

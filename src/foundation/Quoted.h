@@ -1,10 +1,8 @@
 #pragma once
 
-#include <tarn/BasicString.h>
-
-#include <string>
+#include "Description.h"
 
 namespace tarn {
-/// A name as messages show it: narrow, between double quotes. For the composing half of a check.
-template <class Ch> std::string quoted(const Ch* name) { return '"' + BasicString<char>(name) + '"'; }
+/// A name as messages show it, between double quotes. For the composing half of a check.
+template <class Ch> Description quoted(const Ch* name) { return "\"" + Description(name) + "\""; }
 } // namespace tarn

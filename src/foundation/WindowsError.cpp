@@ -2,6 +2,7 @@
 
 #include <tarn/Windows.h>
 
+#include "Description.h"
 #include "Hex.h"
 
 #include <memory>
@@ -10,7 +11,7 @@
 
 namespace tarn {
 WindowsError::WindowsError(unsigned long error, const std::string& description)
-    : std::runtime_error(description), error_(error)
+    : std::runtime_error(description), error_(error), message_(tailOf(description))
 {
 }
 WindowsError::WindowsError(const std::string& description) : WindowsError(GetLastError(), description) {}
@@ -23,13 +24,14 @@ const char* WindowsError::what() const noexcept
     try {
         if (!hasMessage_) {
             const std::string message = getMessage();
-            message_ = *getDescription() ? getDescription() + (": " + message) : message;
+            // The tail of the description stays behind the text.
+            message_.insert(0, *getDescription() ? getDescription() + (": " + message) : message);
             hasMessage_ = true;
         }
     } catch (...) { // No memory for the text: the description is there already.
         return getDescription();
     }
-    return message_.empty() ? getDescription() : message_.c_str();
+    return *message_.c_str() ? message_.c_str() : getDescription();
 }
 
 namespace {
@@ -46,37 +48,45 @@ private:
 };
 
 struct FreeText {
-    void operator()(char* text) const { LocalFree(text); }
+    void operator()(void* text) const { LocalFree(text); }
 };
 
 struct UnloadModule {
     void operator()(HMODULE module) const { FreeLibrary(module); }
 };
 
-std::optional<BasicString<char>> formatted(DWORD flags, HMODULE module, DWORD error, DWORD language)
+void formatMessage(DWORD flags, HMODULE module, DWORD error, DWORD language, char** text)
 {
-    char* text = nullptr;
-    FormatMessageA(FORMAT_MESSAGE_ALLOCATE_BUFFER | flags, module, error, language, reinterpret_cast<char*>(&text), 0,
-                   nullptr);
-    const std::unique_ptr<char, FreeText> owner(text);
-    return text ? std::optional<BasicString<char>>(text) : std::nullopt;
+    FormatMessageA(flags, module, error, language, reinterpret_cast<char*>(text), 0, nullptr);
+}
+void formatMessage(DWORD flags, HMODULE module, DWORD error, DWORD language, wchar_t** text)
+{
+    FormatMessageW(flags, module, error, language, reinterpret_cast<wchar_t*>(text), 0, nullptr);
+}
+
+template <class Ch> std::optional<BasicString<Ch>> formatted(DWORD flags, HMODULE module, DWORD error, DWORD language)
+{
+    Ch* text = nullptr;
+    formatMessage(FORMAT_MESSAGE_ALLOCATE_BUFFER | flags, module, error, language, &text);
+    const std::unique_ptr<Ch, FreeText> owner(text);
+    return text ? std::optional<BasicString<Ch>>(text) : std::nullopt;
 }
 
 constexpr unsigned long firstNetworkError = 2100;
 constexpr unsigned long endOfNetworkErrors = 3000;
 
 // The text as its source has it, or none.
-std::optional<BasicString<char>> messageOf(DWORD error)
+template <class Ch> std::optional<BasicString<Ch>> messageOf(DWORD error)
 {
     if (error < firstNetworkError || error >= endOfNetworkErrors) {
         const auto text =
-            formatted(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, error, MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT));
+            formatted<Ch>(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, error, MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT));
         return text ? std::optional(text->trimRight()) : std::nullopt;
     }
     const std::unique_ptr<std::remove_pointer_t<HMODULE>, UnloadModule> module(LoadLibraryA("netmsg.dll"));
     if (!module)
         return std::nullopt;
-    return formatted(FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_FROM_HMODULE, module.get(), error, 0);
+    return formatted<Ch>(FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_FROM_HMODULE, module.get(), error, 0);
 }
 } // namespace
 
@@ -84,11 +94,23 @@ std::string WindowsError::getMessage() const
 {
     const LastErrorKept kept;
     try {
-        if (const auto message = messageOf(error_))
+        if (const auto message = messageOf<char>(error_))
             return *message;
     } catch (...) { // No memory for the text, which is no reason for another error.
     }
     return "Windows error 0x" + toHex(error_);
+}
+
+BasicString<wchar_t> WindowsError::whatW() const
+{
+    const LastErrorKept kept;
+    const BasicString<wchar_t> description = wholeOf(getDescription(), tailOf(message_));
+    const std::string narrow = getMessage();
+    // A derived class may have a message of its own, which is narrow.
+    auto message = messageOf<wchar_t>(error_);
+    if (!message || BasicString<char>(*message) != narrow)
+        message = a2w(narrow, CP_ACP);
+    return description.empty() ? *message : description + L": " + *message;
 }
 
 long WindowsError::getHRESULT() const

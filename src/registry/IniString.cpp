@@ -28,8 +28,8 @@ BasicString<Ch> readIniString(const Ch* file, const Ch* section, const Ch* key, 
 template <class Ch> void writeIniString(const Ch* file, const Ch* section, const Ch* key, const Ch* value)
 {
     ensure(writePrivateProfileString(section, key, value, file), [&] {
-        return "Can't write private profile string " + quoted(file) + " : [" + BasicString<char>(section) + "] " +
-               BasicString<char>(key) + "=" + quoted(value);
+        return "Can't write private profile string " + quoted(file) + " : [" + section + "] " + key + "=" +
+               quoted(value);
     });
 }
 } // namespace

@@ -5,6 +5,8 @@
 #include <foundation/NumericCast.h>
 #include <tarn/Array.h>
 #include <tarn/Exception.h>
+#include <tarn/StdIOStream.h>
+#include <tarn/WindowsFile.h>
 #include <tarn/WindowsModule.h>
 
 #include <array>
@@ -92,6 +94,35 @@ TEST_CASE("WindowsError: the text is the description and the system's", "[founda
         CHECK(what(assigned) == "d: asked");
         CHECK(what(Own(1, "d")) == "d: ");
         CHECK(what(Own(1)).empty());
+    }
+}
+
+TEST_CASE("Errors: whatW keeps what the code page cannot hold", "[foundation][exception]")
+{
+    const std::wstring name = L"\x4E2D\x6587.txt";
+    const std::wstring reason = tarn::a2w(": " + systemText(ERROR_FILE_NOT_FOUND), CP_ACP);
+    const auto file = support::thrownBy<WindowsError>([&] { tarn::WindowsFile::getAttributes(name.c_str()); });
+    CHECK(what(file) == "Can't get file attributes for \"" + tarn::BasicString<char>(name) +
+                            "\": " + systemText(ERROR_FILE_NOT_FOUND));
+    const std::wstring whole = L"Can't get file attributes for \"" + name + L"\"" + reason;
+    const WindowsError copy(file); // Of an error whose text has been asked for.
+    CHECK(copy.whatW() == whole);
+    CHECK(what(copy) == what(file));
+    CHECK(tarn::whatW(support::thrownBy<WindowsError>([&] { tarn::WindowsFile::getAttributes(name.c_str()); })) ==
+          whole);
+
+    const auto stdio = support::thrownBy<tarn::CRTError>([&] { tarn::StdIOStream(name.c_str(), L"r"); });
+    CHECK(tarn::whatW(stdio).contains(name));
+    CHECK(tarn::whatW(stdio).endsWith(L": No such file or directory"));
+    CHECK(what(stdio).ends_with(": No such file or directory"));
+
+    SECTION("narrow texts are read in the code page")
+    {
+        CHECK(tarn::whatW(WindowsError(2, "Gr\xFC\xDF")) == L"Gr\xFC\xDF" + reason);
+        CHECK(WindowsError(2).whatW() == reason.substr(2));
+        CHECK(tarn::whatW(tarn::CRTError("x", ENOENT)).startsWith(L"x: "));
+        CHECK(tarn::whatW(tarn::Exception("\xFC")) == L"\xFC");
+        CHECK(tarn::whatW(std::out_of_range("\xFC")) == L"\xFC");
     }
 }
 
