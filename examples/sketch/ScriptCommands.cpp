@@ -99,8 +99,8 @@ support::Commands scriptCommands(SketchWindow& window)
         {"key", playKey},   {"wheel", playWheel},   {"drop", playDrop}};
     support::Commands commands;
     for (const auto& [name, play] : players)
-        commands[name] = [&window, play](Arguments& arguments) { play(window, arguments); };
+        commands[name] = [&window, play = play](Arguments& arguments) { play(window, arguments); };
     for (const auto& [name, id] : SketchWindow::choices())
-        commands[name] = [&window, id](Arguments&) { window.sendMessageA(WM_COMMAND, id); };
+        commands[name] = [&window, id = id](Arguments&) { window.sendMessageA(WM_COMMAND, id); };
     return commands;
 }

@@ -17,7 +17,7 @@ volatile int zero = 0;
 volatile int sink = 0;
 
 void touchNothing() { sink = *nowhere; }
-void divideByZero() { sink = 1 / zero; }
+void divideByZero() { sink = 7 / zero; }
 void callAddress(ULONG_PTR address)
 {
     void (*volatile function)() = reinterpret_cast<void (*)()>(address);
@@ -40,7 +40,7 @@ jumpAtEnd:
     movl %eax, %ebx
     addq $32, %rsp
     popq %rbx
-    rex.W jmp *(%rax)
+    .byte 0x48, 0xff, 0x20 # rex.W jmp *(%rax)
     .seh_endproc
     .seh_proc looksLikeAnEnd
 looksLikeAnEnd:
