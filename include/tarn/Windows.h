@@ -30,8 +30,6 @@
 #define SNDMSG ::SendMessageW
 #endif
 
-#undef far
-#undef near
 #undef min
 #undef max
 #undef CreateDialog
