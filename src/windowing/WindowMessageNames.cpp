@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
-#include <sstream>
+#include <string>
 
 namespace tarn {
 namespace {
@@ -225,12 +225,7 @@ constexpr MessageName messageNames[] = {
 static_assert(std::size(messageNames) == 202);
 static_assert(std::ranges::is_sorted(messageNames, std::ranges::less(), &MessageName::msg));
 
-BasicString<char> numbered(const char* prefix, UINT number)
-{
-    std::ostringstream text;
-    text << prefix << number;
-    return text.str();
-}
+BasicString<char> numbered(const char* prefix, UINT number) { return prefix + std::to_string(number); }
 } // namespace
 
 BasicString<char> getWMIdentifier(unsigned int msg)

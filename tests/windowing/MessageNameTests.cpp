@@ -2,6 +2,8 @@
 
 #include <catch2/catch.hpp>
 
+#include <locale>
+#include <string>
 #include <utility>
 
 using namespace tarn;
@@ -27,6 +29,11 @@ TEST_CASE("getWMIdentifier: a message has its name, or is shown by its range and
         {0x8001, "WM_USER+31745"},
         {0xFFFFFFFF, "WM_USER+4294966271"},
     };
+    struct Grouping : std::numpunct<char> {
+        std::string do_grouping() const override { return "\3"; }
+    };
+    const std::locale former = std::locale::global(std::locale(std::locale(), new Grouping));
     for (const auto& [msg, name] : messages)
         CHECK(getWMIdentifier(msg) == name);
+    std::locale::global(former);
 }
