@@ -72,6 +72,8 @@ protected:
     static INT_PTR CALLBACK dlgProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam);
 
 private:
+    friend class PropertyPage; // Its procedure differs in the first message.
+
     static INT_PTR route(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam);
 
     unsigned short resource_ = 0;

@@ -41,7 +41,8 @@ class WindowClass;
 /// Failures throw WindowsError. An exception that leaves a handler is thrown on by the library call that made the
 /// system send the message (dispatchMessage, sendMessageA, create, update and so on). If it was sent by a call of the
 /// system's own functions the exception goes on to the library call outside of that one, and it ends the program when
-/// there is none: loops that call `DispatchMessage` themselves have to catch what their handlers throw.
+/// there is none, with a message to the standard error and the debugger: loops that call `DispatchMessage` themselves
+/// have to catch what their handlers throw. Code that calls windowProc() directly gets it as it came.
 class TARN_API Window : private boost::noncopyable {
 public:
     /// The state of a check box or radio button.
@@ -258,7 +259,9 @@ public:
     // and runMessageLoop() of MessageLoop.h is just that. There is also what a loop needs for the keys of
     // dialogs and for accelerators.
 
-    /// Waits for a message of this window; false for `WM_QUIT`. Throws "Error in GetMessage".
+    /// Waits for a message of this window; false for `WM_QUIT`. What a handler throws meanwhile, for a message that
+    /// another thread sent, comes out of it and leaves the queue as it is; if a message was just being taken, that
+    /// message is handed out first, and the next call throws. Throws "Error in GetMessage".
     bool getMessage(MSG& msg, UINT min = 0, UINT max = 0) const;
     /// The same for all windows of the calling thread and for messages without a window.
     static bool getThreadMessage(MSG& msg, UINT min = 0, UINT max = 0);
@@ -476,6 +479,8 @@ protected:
     ///@}
 
 private:
+    friend class Dialog;
+
     struct MessageRecord {
         LRESULT result;
         bool handled;
@@ -501,7 +506,8 @@ private:
     void restoreProcedure();
     bool isBound() const;
     void forget();
-    void destroyQuietly() noexcept;
+    void destroyForNext(const char* failed);
+    static void destroyQuietly(HWND hwnd) noexcept;
     void endOfWindow(HWND hwnd);
     void takeOverCreated();
     void reportDroppedFiles(WPARAM drop);

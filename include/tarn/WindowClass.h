@@ -14,7 +14,8 @@ namespace tarn {
 /// Objects with equal attributes share one registration, which is counted and ends with the last of them.
 /// The name is made from the attributes. Keep the object as long as its windows live; as a
 /// member of a window object it goes first, so there call destroy() in the destructor. May be used from any
-/// thread. Failures throw WindowsError, also out of the destructor.
+/// thread. Failures throw WindowsError, also out of the destructor, unless another exception is on its way. A
+/// class that the destructor could not unregister ends with its last window.
 class TARN_API WindowClass {
 public:
     WindowClass() = default;
@@ -46,11 +47,16 @@ public:
     ATOM getAtom() const; ///< 0 for none.
 
 private:
+    friend class Window;
+
     struct Data {
         HINSTANCE instance;
         ATOM atom;
         unsigned int count;
     };
+
+    void abandon();
+    static void unregisterAbandoned() noexcept;
 
     static std::map<BasicString<wchar_t>, std::shared_ptr<Data>> Map;
     static tarn::CriticalSection CriticalSection;

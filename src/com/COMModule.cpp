@@ -5,7 +5,7 @@
 #include "../foundation/Closing.h"
 #include "../foundation/NullIdentifier.h"
 #include "../foundation/Throw.h"
-#include "../windowing/HandlerScope.h"
+#include "../windowing/MessageQueue.h"
 
 #include <algorithm>
 #include <memory>
@@ -41,8 +41,7 @@ bool dispatchMessages(DWORD timeoutMs)
 {
     MsgWaitForMultipleObjectsEx(0, nullptr, timeoutMs, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
     MSG message;
-    // Looking for a message already runs the handlers of those that other threads have sent.
-    while (runningHandlers([&] { return PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE); })) {
+    while (takeMessage(message, nullptr, 0, 0)) {
         if (message.message == WM_QUIT)
             return false;
         TranslateMessage(&message);

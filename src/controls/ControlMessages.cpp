@@ -29,6 +29,6 @@ LRESULT sendText(const Window& control, UINT msg, WPARAM wParam, const char* tex
 
 LRESULT sendText(const Window& control, UINT msg, WPARAM wParam, const wchar_t* text)
 {
-    return runningLoop([&] { return SendMessageW(control, msg, wParam, toLParam(text)); }, endSystemLoops);
+    return runningSystemLoops([&] { return SendMessageW(control, msg, wParam, toLParam(text)); });
 }
 } // namespace tarn

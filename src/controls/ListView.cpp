@@ -26,7 +26,7 @@ int CALLBACK compareItems(LPARAM a, LPARAM b, LPARAM data)
     if (sorting.hasFailed)
         return 0;
     sorting.hasFailed = true;
-    const int order = guardedCallback(0, [&] {
+    const int order = guardedCallback(0, {"the comparison of items of a list view", nullptr, 0}, [&] {
         const int result = sorting.compare(toPointer(a), toPointer(b));
         sorting.hasFailed = false;
         return result;

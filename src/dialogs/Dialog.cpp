@@ -44,7 +44,8 @@ bool Dialog::onInitDialog(Window&) { return true; }
 
 void Dialog::create(HWND parent, unsigned short resource, HINSTANCE instance)
 {
-    destroy();
+    constexpr const char* failed = "Can't create dialog";
+    destroyForNext(failed);
     parent_ = parent;
     resource_ = resource;
     instance_ = instance;
@@ -54,7 +55,7 @@ void Dialog::create(HWND parent, unsigned short resource, HINSTANCE instance)
     if (scope.hasKept() && hwnd)
         DestroyWindow(hwnd);
     scope.rethrow();
-    ensure(hwnd, "Can't create dialog");
+    ensure(hwnd, failed);
     // A handler may have ended the dialog already, and with it this object.
     if (getWindowFromHandle(hwnd, false).get() == this)
         attach(hwnd, true);
@@ -94,7 +95,7 @@ INT_PTR Dialog::initialize(HWND hwnd, HWND focus)
 
 INT_PTR CALLBACK Dialog::dlgProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
 {
-    return guardedCallback<INT_PTR>(FALSE, [&]() -> INT_PTR {
+    return guardedCallback<INT_PTR>(FALSE, {nullptr, hwnd, msg}, [&]() -> INT_PTR {
         if (msg == WM_INITDIALOG)
             return reinterpret_cast<Dialog*>(lParam)->initialize(hwnd, reinterpret_cast<HWND>(wParam));
         return route(hwnd, msg, wParam, lParam);

@@ -4,7 +4,7 @@
 
 #include "../foundation/Throw.h"
 #include "../windowing/HandlerScope.h"
-#include "ForeignDialogs.h"
+#include "../windowing/SystemDialogs.h"
 
 #include <commdlg.h>
 
@@ -135,8 +135,9 @@ void FileDialog::setPath(const wchar_t* path) { data_->setPath(path); }
 bool FileDialog::showModal()
 {
     OPENFILENAMEW& info = data_->info;
+    const SystemDialogs dialogs;
     const BOOL isChosen = runningLoop([&] { return save_ ? GetSaveFileNameW(&info) : GetOpenFileNameW(&info); },
-                                      [&]() noexcept { cancelForeignDialogs(info.hwndOwner); });
+                                      [&]() noexcept { dialogs.cancel(); });
     if (isChosen)
         return true;
     const DWORD error = CommDlgExtendedError();

@@ -81,7 +81,10 @@ bool FolderDialog::showModal()
         if (!selection_)
             displayName_[0] = 0; // The system writes the name of what is selected, and of what was.
     };
-    runningLoop(run, [&]() noexcept { PostMessageW(*this, WM_COMMAND, IDCANCEL, 0); });
+    runningLoop(run, [&]() noexcept {
+        if (isOpen()) // Not yet: the message would be one of the thread.
+            PostMessageW(*this, WM_COMMAND, IDCANCEL, 0);
+    });
     return static_cast<bool>(selection_);
 }
 
@@ -109,7 +112,8 @@ void FolderDialog::select()
 
 int CALLBACK FolderDialog::callback(HWND hwnd, UINT msg, LPARAM lParam, LPARAM data)
 {
-    return guardedCallback(0, [&] { return reinterpret_cast<FolderDialog*>(data)->handle(hwnd, msg, lParam); });
+    return guardedCallback(0, {"a handler of a folder dialog", hwnd, msg},
+                           [&] { return reinterpret_cast<FolderDialog*>(data)->handle(hwnd, msg, lParam); });
 }
 
 int FolderDialog::handle(HWND hwnd, UINT msg, LPARAM lParam)

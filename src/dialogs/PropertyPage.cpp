@@ -127,9 +127,9 @@ INT_PTR CALLBACK PropertyPage::dlgProc(HWND hwnd, UINT msg, WPARAM wParam, LPARA
         if (header->code == PSN_QUERYCANCEL && PropertySheet::isCancelled(header->hwndFrom))
             return FALSE;
     }
-    if (msg != WM_INITDIALOG)
-        return Dialog::dlgProc(hwnd, msg, wParam, lParam);
-    return guardedCallback<INT_PTR>(FALSE, [&] {
+    return guardedCallback<INT_PTR>(FALSE, {nullptr, hwnd, msg}, [&] {
+        if (msg != WM_INITDIALOG)
+            return route(hwnd, msg, wParam, lParam);
         auto* const page = reinterpret_cast<PropertyPage*>(reinterpret_cast<const PROPSHEETPAGEW*>(lParam)->lParam);
         return page->Dialog::initialize(hwnd, reinterpret_cast<HWND>(wParam));
     });
@@ -140,7 +140,7 @@ UINT CALLBACK PropertyPage::propSheetPageProc(HWND, UINT msg, PROPSHEETPAGEW* da
     if (msg == PSPCB_CREATE)
         return TRUE;
     if (msg == PSPCB_RELEASE)
-        guardedCallback(0, [&] {
+        guardedCallback(0, {"the end of a property page", nullptr, msg}, [&] {
             reinterpret_cast<PropertyPage*>(data->lParam)->release();
             return 0;
         });

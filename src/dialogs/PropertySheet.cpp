@@ -187,7 +187,7 @@ INT_PTR PropertySheet::run(const PROPSHEETHEADERW& header)
 int CALLBACK PropertySheet::propSheetProc(HWND hwnd, UINT msg, LPARAM)
 {
     if (msg == PSCB_INITIALIZED && InitializingSheet)
-        guardedCallback(0, [&] {
+        guardedCallback(0, {"the beginning of a property sheet", hwnd, msg}, [&] {
             Showing* showing = Showing::innermost;
             while (showing && &showing->sheet != InitializingSheet)
                 showing = showing->outer;

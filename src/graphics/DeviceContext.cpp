@@ -5,6 +5,7 @@
 
 #include "../foundation/Check.h"
 #include "../foundation/Closing.h"
+#include "../windowing/HandlerScope.h"
 #include "GraphicsApi.h"
 #include "TransparentBlit.h"
 
@@ -251,7 +252,7 @@ Palette DeviceContext::select(HPALETTE palette, bool background)
 unsigned DeviceContext::realizePalette()
 {
     return ensureGDINot(
-        GDI_ERROR, [&] { return RealizePalette(handle_); }, "Can't realize palette");
+        GDI_ERROR, [&] { return runningHandlers([&] { return RealizePalette(handle_); }); }, "Can't realize palette");
 }
 
 void DeviceContext::blit(HDC source, int x, int y, int width, int height, int sourceX, int sourceY,

@@ -2,6 +2,7 @@
 
 #include "../foundation/Check.h"
 #include "../foundation/Closing.h"
+#include "../windowing/HandlerScope.h"
 
 #include <utility>
 
@@ -9,7 +10,12 @@ namespace tarn {
 // The handle is only borrowed: ending to paint gives it back.
 PaintDeviceContext::PaintDeviceContext(HWND window) : DeviceContext(HDC())
 {
-    borrow(ensure(BeginPaint(window, &paint_), "Error in BeginPaint"));
+    HandlerScope scope; // The background is erased meanwhile.
+    const HDC context = BeginPaint(window, &paint_);
+    if (context && scope.hasKept())
+        EndPaint(window, &paint_);
+    scope.rethrow();
+    borrow(ensure(context, "Error in BeginPaint"));
     window_ = window;
 }
 PaintDeviceContext::PaintDeviceContext(const PaintDeviceContext& other) : DeviceContext(other), paint_(other.paint_) {}
@@ -34,8 +40,10 @@ PaintDeviceContext::~PaintDeviceContext() noexcept(false)
 void PaintDeviceContext::close()
 {
     const HWND window = std::exchange(window_, nullptr);
+    HandlerScope scope;
     const bool ended = !window || EndPaint(window, &paint_);
     DeviceContext::close(); // While painting this makes no call, so the last error stays that of EndPaint.
+    scope.rethrow();
     ensure(ended, "Error in EndPaint");
 }
 } // namespace tarn

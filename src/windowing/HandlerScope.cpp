@@ -1,43 +1,104 @@
 #include "HandlerScope.h"
 
-#include <tarn/Windows.h>
+#include <tarn/Window.h>
+
+#include "../streams/ClassName.h"
+#include "SystemModules.h"
+
+#include <cxxabi.h>
+
+#include <cstdio>
+#include <string>
 
 namespace tarn {
 namespace {
 thread_local HandlerScope* innermost = nullptr;
+
+std::string thrown()
+{
+    std::string text = ClassName::qualifiedName(*abi::__cxa_current_exception_type());
+    try {
+        throw;
+    } catch (const std::exception& e) {
+        return text + " (\"" + e.what() + "\")";
+    } catch (...) {
+        return text;
+    }
 }
+
+std::string placeOf(const CallbackOrigin& origin)
+{
+    if (origin.name)
+        return origin.name;
+    std::string text = "the handler of " + getWMIdentifier(origin.msg);
+    if (const Window* const window = Window::getWindowFromHandle(origin.window, false))
+        text += " in " + ClassName::qualifiedName(typeid(*window));
+    return text;
+}
+
+[[noreturn]] void endProgram(const CallbackOrigin& origin)
+{
+    const std::string text = "Tarn++: " + thrown() + " left " + placeOf(origin) +
+                             ", which the system called with no call of the library around it, and ends the program. "
+                             "Catch it there, or use dispatchMessage(), runMessageLoop(), sendMessageA() and the like, "
+                             "which throw what handlers throw, instead of the system's functions.\n";
+    OutputDebugStringA(text.c_str());
+    std::fputs(text.c_str(), stderr);
+    std::fflush(stderr);
+    std::terminate();
+}
+} // namespace
 
 HandlerScope::HandlerScope() noexcept : slot_(&innermost), outer_(*slot_) { *slot_ = this; }
 
-void HandlerScope::keepCurrentException() noexcept
+void HandlerScope::keepCurrentException(const CallbackOrigin& origin, const void* caller)
 {
     HandlerScope* const scope = innermost;
+    if (!scope && isCodeOfSystem(caller))
+        endProgram(origin);
     if (!scope)
-        std::terminate();
-    if (scope->kept_)
-        return;
-    scope->kept_ = std::current_exception();
-    scope->endLoop();
+        throw;
+    if (!scope->kept_)
+        scope->kept_ = std::current_exception();
+    scope->onKept();
 }
 
+// The timer has the loop take a message; where painting goes on for ever no timer's turn comes.
 void HandlerScope::keepEndingLoop() noexcept
 {
     constexpr UINT intervalMs = 10;
     if (!timer_)
         timer_ = SetTimer(nullptr, 0, intervalMs, onTimer);
+    if (!hook_)
+        hook_ = SetWindowsHookExW(WH_GETMESSAGE, onMessageTaken, nullptr, GetCurrentThreadId());
 }
 
-void HandlerScope::stopEndingLoop() noexcept { KillTimer(nullptr, timer_); }
+void HandlerScope::stopEndingLoop() noexcept
+{
+    if (timer_)
+        KillTimer(nullptr, timer_);
+    if (hook_)
+        UnhookWindowsHookEx(hook_);
+}
 
-void CALLBACK HandlerScope::onTimer(HWND, UINT, UINT_PTR, DWORD)
+void HandlerScope::endLoops() noexcept
 {
     for (HandlerScope* scope = innermost; scope; scope = scope->outer_) {
-        if (scope->timer_)
+        if (scope->timer_ || scope->hook_)
             scope->endLoop();
     }
 }
 
-void endSystemLoops() noexcept
+void CALLBACK HandlerScope::onTimer(HWND, UINT, UINT_PTR, DWORD) { endLoops(); }
+
+LRESULT CALLBACK HandlerScope::onMessageTaken(int code, WPARAM wParam, LPARAM lParam)
+{
+    if (code == HC_ACTION && reinterpret_cast<const MSG*>(lParam)->message == WM_PAINT)
+        endLoops();
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+void SystemLoopScope::endLoop() noexcept
 {
     GUITHREADINFO info{};
     info.cbSize = sizeof info;

@@ -5,11 +5,11 @@
 namespace tarn {
 bool handleDialogMessage(HWND dialog, MSG& msg)
 {
-    return dialog && runningLoop([&] { return IsDialogMessageW(dialog, &msg); }, endSystemLoops);
+    return dialog && runningSystemLoops([&] { return IsDialogMessageW(dialog, &msg); });
 }
 
 bool handleAccelerator(HWND window, HACCEL accelerators, MSG& msg)
 {
-    return runningLoop([&] { return TranslateAcceleratorW(window, accelerators, &msg); }, endSystemLoops) != 0;
+    return runningSystemLoops([&] { return TranslateAcceleratorW(window, accelerators, &msg); }) != 0;
 }
 } // namespace tarn

@@ -32,43 +32,58 @@ WNDPROC procedureOf(HWND hwnd) { return reinterpret_cast<WNDPROC>(GetWindowLongP
 Window::~Window() noexcept(false)
 {
     if (owns_ && hwnd_)
-        destroyQuietly();
+        destroyQuietly(hwnd_);
     if (isBound()) // An attached or subclassed window stays as it is, but must not lead to a dead object.
         WindowMap.erase(hwnd_);
     Watch::tellDeath(watch_);
 }
 
 // What handlers throw meanwhile is dropped, too.
-void Window::destroyQuietly() noexcept
+void Window::destroyQuietly(HWND hwnd) noexcept
 {
     HandlerScope scope;
-    DestroyWindow(hwnd_);
+    DestroyWindow(hwnd);
+    WindowClass::unregisterAbandoned();
+}
+
+// A handler may have bound the object to a next window when this one goes, which then has to go, too.
+void Window::destroyForNext(const char* failed)
+{
+    constexpr int patience = 10; // An object may always make a next one.
+    const Watch watch(*this);
+    for (int i = 0; hwnd_; ++i) {
+        if (i == patience)
+            throwWindowsError(ERROR_BUSY, failed);
+        destroy();
+        if (!watch.isAlive())
+            throwWindowsError(ERROR_INVALID_WINDOW_HANDLE, failed);
+    }
 }
 
 template <class Ch>
 void Window::createWindow(const Ch* className, const Ch* title, unsigned long style, const RECT& rect, HWND parent,
                           HMENU menu, HINSTANCE instance)
 {
+    constexpr const char* failed = "Can't create window";
     const Watch watch(*this);
-    destroy();
-    if (!watch.isAlive())
-        throwWindowsError(ERROR_INVALID_WINDOW_HANDLE, "Can't create window");
+    destroyForNext(failed);
+    HWND hwnd = nullptr;
     try {
-        const HWND hwnd =
-            ensure(runningHandlers([&] {
-                       return createWindowEx(className, title, style, rect.left, rect.top,
-                                             distance(rect.left, rect.right), distance(rect.top, rect.bottom), parent,
-                                             menu, instance, static_cast<void*>(this));
-                   }),
-                   "Can't create window");
+        runningHandlers([&] {
+            hwnd = createWindowEx(className, title, style, rect.left, rect.top, distance(rect.left, rect.right),
+                                  distance(rect.top, rect.bottom), parent, menu, instance, static_cast<void*>(this));
+        });
+        ensure(hwnd, failed);
         if (!watch.isAlive())
             return;
         if (hwnd_ != hwnd)
             bind(hwnd);
         owns_ = true;
-    } catch (...) { // A handler may have thrown although there is a window.
+    } catch (...) { // A handler may have thrown although there is a window, bound or not.
+        if (hwnd)
+            destroyQuietly(hwnd);
         if (watch.isAlive() && hwnd_) {
-            destroyQuietly();
+            destroyQuietly(hwnd_);
             unbind();
         }
         throw;
@@ -126,8 +141,10 @@ void Window::attachWindow(HWND hwnd, bool owns)
 
 void Window::subclass(HWND hwnd)
 {
-    if (hwnd && hwnd == hwnd_ && previousProc_)
+    if (hwnd && hwnd == hwnd_ && previousProc_) {
+        owns_ = false;
         return;
+    }
     Window* const former = getWindowFromHandle(hwnd, false);
     const WNDPROC taken = former ? std::exchange(former->previousProc_, nullptr) : nullptr;
     bind(hwnd);
@@ -167,9 +184,16 @@ void Window::destroy()
     if (!hwnd_)
         return;
     const Watch watch(*this);
-    ensure(runningHandlers([&] { return DestroyWindow(hwnd_); }), "Can't destroy window");
-    if (watch.isAlive())
-        unbind();
+    const HWND hwnd = hwnd_;
+    HandlerScope scope;
+    const bool isDestroyed = DestroyWindow(hwnd) != FALSE;
+    const DWORD error = GetLastError();
+    if (isDestroyed && watch.isAlive())
+        endOfWindow(hwnd);
+    WindowClass::unregisterAbandoned();
+    scope.rethrow();
+    if (!isDestroyed)
+        throwWindowsError(error, "Can't destroy window");
 }
 
 Window::Pointer<Window> Window::getWindowFromHandle(HWND hwnd, bool createTemporary)

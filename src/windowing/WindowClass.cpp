@@ -3,7 +3,10 @@
 #include <tarn/Window.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/Closing.h"
 
+#include <atomic>
+#include <locale>
 #include <sstream>
 
 namespace tarn {
@@ -11,6 +14,8 @@ std::map<BasicString<wchar_t>, std::shared_ptr<WindowClass::Data>> WindowClass::
 tarn::CriticalSection WindowClass::CriticalSection;
 
 namespace {
+std::atomic<unsigned> abandonedClasses; // Of the entries in the map, those without a user.
+
 HBRUSH brushOf(unsigned int colourIndex) { return reinterpret_cast<HBRUSH>(static_cast<ULONG_PTR>(colourIndex) + 1); }
 
 // Equal attributes give equal names, different ones different names.
@@ -18,6 +23,7 @@ BasicString<wchar_t> nameOf(unsigned int style, int menu, HICON icon, HBRUSH bru
 {
     const auto number = [](const void* handle) { return reinterpret_cast<ULONG_PTR>(handle); };
     std::wostringstream name;
+    name.imbue(std::locale::classic()); // Whatever the program's locale, now and later.
     name << "Tarn++ WindowClass: Style=" << std::hex << style << ", Icon=" << number(icon)
          << ", Brush=" << number(brush) << ", Cursor=" << number(cursor) << ", Menu=" << menu
          << ", Instance=" << number(instance);
@@ -51,7 +57,17 @@ WindowClass::WindowClass(unsigned int style, int menu, HICON icon, unsigned int 
     create(style, menu, icon, colourIndex, cursor, instance);
 }
 
-WindowClass::~WindowClass() noexcept(false) { close(); }
+WindowClass::~WindowClass() noexcept(false)
+{
+    closeAtEnd([this] {
+        try {
+            close();
+        } catch (...) {
+            abandon();
+            throw;
+        }
+    });
+}
 
 void WindowClass::create(unsigned int style, int menu, HICON icon, HBRUSH brush, HCURSOR cursor, HINSTANCE instance)
 {
@@ -60,7 +76,8 @@ void WindowClass::create(unsigned int style, int menu, HICON icon, HBRUSH brush,
     const AutoLock lock(CriticalSection);
     const auto found = Map.find(name);
     if (found != Map.end()) {
-        ++found->second->count;
+        if (found->second->count++ == 0)
+            --abandonedClasses;
         data_ = found->second;
         return;
     }
@@ -92,6 +109,31 @@ void WindowClass::close()
         std::erase_if(Map, [&](const auto& entry) { return entry.second == data_; });
     }
     data_.reset();
+}
+
+// Windows are still open, as they are when a class is a member of its window's object. The registration waits
+// for the last of them, or for somebody who wants the same class.
+void WindowClass::abandon()
+{
+    const AutoLock lock(CriticalSection);
+    if (!data_ || data_->count != 1)
+        return;
+    data_->count = 0;
+    ++abandonedClasses;
+}
+
+void WindowClass::unregisterAbandoned() noexcept
+{
+    if (!abandonedClasses)
+        return;
+    try {
+        const AutoLock lock(CriticalSection);
+        abandonedClasses -= static_cast<unsigned>(std::erase_if(Map, [](const auto& entry) {
+            const Data& data = *entry.second;
+            return data.count == 0 && UnregisterClassW(MAKEINTRESOURCEW(data.atom), data.instance);
+        }));
+    } catch (const std::exception&) { // There will be another turn.
+    }
 }
 
 ATOM WindowClass::getAtom() const

@@ -2,6 +2,7 @@
 
 #include "../foundation/Check.h"
 #include "HandlerScope.h"
+#include "SystemDialogs.h"
 #include "WindowApi.h"
 
 #include <shellapi.h>
@@ -59,25 +60,12 @@ HICON Window::getIcon(icon_size size) const
 }
 
 namespace {
-BOOL CALLBACK endMessageBox(HWND hwnd, LPARAM owner)
-{
-    wchar_t className[8];
-    const bool isDialog = GetClassNameW(hwnd, className, 8) && std::wstring_view(className) == L"#32770";
-    if (!isDialog || GetWindow(hwnd, GW_OWNER) != reinterpret_cast<HWND>(owner) ||
-        Window::getWindowFromHandle(hwnd, false))
-        return TRUE;
-    EndDialog(hwnd, IDCANCEL);
-    return FALSE;
-}
-
 template <class Ch> int showMessageBox(HWND owner, const Ch* text, const Ch* caption, unsigned type)
 {
-    return ensure(runningLoop([&] { return messageBox(owner, text, caption, type); },
-                              [owner]() noexcept {
-                                  EnumThreadWindows(GetCurrentThreadId(), endMessageBox,
-                                                    reinterpret_cast<LPARAM>(owner));
-                              }),
-                  "Can't show message box");
+    const SystemDialogs dialogs;
+    return ensure(
+        runningLoop([&] { return messageBox(owner, text, caption, type); }, [&]() noexcept { dialogs.cancel(); }),
+        "Can't show message box");
 }
 } // namespace
 
@@ -106,7 +94,7 @@ void Window::drawMenuBar() const
 int Window::trackPopupMenu(HMENU menu, int x, int y, unsigned flags) const
 {
     const auto track = [&] {
-        return runningLoop([&] { return TrackPopupMenu(menu, flags, x, y, 0, hwnd_, nullptr); }, endSystemLoops);
+        return runningSystemLoops([&] { return TrackPopupMenu(menu, flags, x, y, 0, hwnd_, nullptr); });
     };
     constexpr const char* failed = "Error tracking popup menu";
     // With this flag 0 also says that nothing was chosen.

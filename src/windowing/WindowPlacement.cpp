@@ -128,10 +128,13 @@ unsigned long Window::setExtendedStyle(unsigned long remove, unsigned long add) 
     return setExtendedStyle((getExtendedStyle() & ~remove) | add);
 }
 
-void Window::invalidate(bool erase) const { ensure(InvalidateRect(hwnd_, nullptr, erase), "Can't invalidate window"); }
+void Window::invalidate(bool erase) const
+{
+    ensure(runningHandlers([&] { return InvalidateRect(hwnd_, nullptr, erase); }), "Can't invalidate window");
+}
 void Window::invalidate(const RECT& rect, bool erase) const
 {
-    ensure(InvalidateRect(hwnd_, &rect, erase), "Can't invalidate window rectangle");
+    ensure(runningHandlers([&] { return InvalidateRect(hwnd_, &rect, erase); }), "Can't invalidate window rectangle");
 }
 void Window::update() const
 {

@@ -27,7 +27,7 @@ bool isAnsweredWithTrue(UINT msg)
 LRESULT CALLBACK Window::windowProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
 {
     const LRESULT failed = msg == WM_CREATE ? -1 : 0;
-    return guardedCallback(failed, [&] { return route(hwnd, msg, wParam, lParam); });
+    return guardedCallback(failed, {nullptr, hwnd, msg}, [&] { return route(hwnd, msg, wParam, lParam); });
 }
 
 LRESULT Window::route(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
@@ -35,13 +35,7 @@ LRESULT Window::route(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
     Window* const window = msg == WM_NCCREATE || msg == WM_CREATE ? bindCreated(hwnd, lParam) : find(hwnd);
     if (!window)
         return DefWindowProcW(hwnd, msg, wParam, lParam);
-    // What a handler that settles the message leaves behind as the last error is its own affair: the call
-    // that sent the message may take a zero for a failure because of it.
-    const DWORD error = GetLastError();
-    const message_result result = window->processMessage(msg, wParam, lParam);
-    if (result.handled)
-        SetLastError(error);
-    return result.value;
+    return window->processMessage(msg, wParam, lParam).value;
 }
 
 Window* Window::bindCreated(HWND hwnd, LPARAM lParam)
@@ -74,8 +68,10 @@ void Window::defaultWindowProc()
     if (!message)
         return;
     const MessageRecord asked = *message->record();
+    SetLastError(message->error());
     // The default procedure may destroy the window and thereby end this object.
     const LRESULT result = defaultWindowProc(asked.msg, asked.wParam, asked.lParam);
+    message->setError(GetLastError());
     message->record()->result = result;
     message->record()->handled = false;
 }
@@ -84,12 +80,10 @@ LRESULT Window::defaultWindowProc(UINT msg, WPARAM wParam, LPARAM lParam) const
 {
     const WNDPROC previous = previousProc_;
     const HWND hwnd = hwnd_;
-    return runningLoop(
-        [=] {
-            return previous ? CallWindowProcW(previous, hwnd, msg, wParam, lParam)
-                            : DefWindowProcW(hwnd, msg, wParam, lParam);
-        },
-        endSystemLoops);
+    return runningSystemLoops([=] {
+        return previous ? CallWindowProcW(previous, hwnd, msg, wParam, lParam)
+                        : DefWindowProcW(hwnd, msg, wParam, lParam);
+    });
 }
 
 void Window::markLastMessageUnhandled()

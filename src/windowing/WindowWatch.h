@@ -33,6 +33,12 @@ public:
     }
     MessageRecord* record() const { return record_; }
 
+    /// The last error that the message leaves behind: that of the default procedure if it ran, else the one from
+    /// before. What a handler leaves is its own affair; the call that sent the message may take a zero for a
+    /// failure because of it.
+    DWORD error() const { return error_; }
+    void setError(DWORD error) { error_ = error; }
+
     /// Tells all watches of an object that it dies. Records move from its stack into the watches.
     static void tellDeath(Watch* innermost)
     {
@@ -63,6 +69,7 @@ private:
     Watch* outer_;
     MessageRecord* record_;
     MessageRecord last_;
+    DWORD error_ = ERROR_SUCCESS;
 };
 
 /// One message being handled: its record is on the object's stack as long as this lives.
@@ -72,11 +79,18 @@ public:
         : Watch(window, &window.messages_.emplace_back(MessageRecord{0, true, msg, wParam, lParam})),
           hwnd_(window.hwnd_)
     {
+        setError(GetLastError());
     }
     ~ActiveMessage()
     {
-        if (!window_)
-            return;
+        if (window_)
+            end();
+        SetLastError(error());
+    }
+
+private:
+    void end()
+    {
         // Here again for handlers that threw or did not pass the message on to Window::onMessage: an object
         // that went on to hold the handle would destroy whatever window gets it next.
         if (record()->msg == WM_NCDESTROY)
@@ -84,7 +98,6 @@ public:
         window_->messages_.pop_back();
     }
 
-private:
     HWND hwnd_;
 };
 } // namespace tarn

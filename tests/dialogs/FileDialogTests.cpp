@@ -34,6 +34,14 @@ std::function<bool()> press(WPARAM button, const wchar_t* name = nullptr)
 struct Thrower : Window {
     void onCommand(Window*, unsigned short, unsigned short) override { throw std::runtime_error("in a handler"); }
 };
+
+/// A dialog of the program's own, without an object.
+INT_PTR CALLBACK countCancels(HWND hwnd, UINT msg, WPARAM wParam, LPARAM)
+{
+    if (msg == WM_COMMAND && wParam == IDCANCEL)
+        SetWindowLongPtrW(hwnd, DWLP_USER, GetWindowLongPtrW(hwnd, DWLP_USER) + 1);
+    return FALSE;
+}
 } // namespace
 
 TEST_CASE("FileDialog: the length of a filter is that of its pairs", "[filedialog]")
@@ -116,8 +124,11 @@ TEST_CASE("FileDialog: what the owner's handler throws cancels it with what it h
     Thrower owner, child;
     support::open(owner, WS_OVERLAPPED | WS_VISIBLE);
     child.create(L"STATIC", L"", WS_CHILD, RECT{0, 0, 9, 9}, owner, nullptr, nullptr);
-    const auto& [owned, asks] = GENERATE(table<bool, bool>({{true, false}, {false, true}}));
-    FileDialog dialog(owned ? &owner : &child, true, OFN_EXPLORER | OFN_OVERWRITEPROMPT | OFN_NOCHANGEDIR);
+    const DLGTEMPLATE bare[2]{};
+    const HWND bystander = CreateDialogIndirectW(nullptr, bare, nullptr, countCancels);
+    const auto& [owners, asks] =
+        GENERATE_REF(table<Window*, bool>({{&owner, false}, {&child, true}, {nullptr, false}}));
+    FileDialog dialog(owners, true, OFN_EXPLORER | OFN_OVERWRITEPROMPT | OFN_NOCHANGEDIR);
     dialog.setPath(folder.write("there.txt", "x").c_str());
     HWND first = nullptr;
     const support::Driver driver([&, asks = asks] {
@@ -130,6 +141,8 @@ TEST_CASE("FileDialog: what the owner's handler throws cancels it with what it h
     });
     support::expectError<std::runtime_error>([&] { dialog.showModal(); }, "in a handler");
     CHECK((driver.isDone() && !support::visibleDialog()));
+    CHECK(GetWindowLongPtrW(bystander, DWLP_USER) == 0);
+    DestroyWindow(bystander);
 }
 
 namespace {

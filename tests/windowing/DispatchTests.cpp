@@ -1,6 +1,9 @@
 #include "Windows.h"
 
+#include <tarn/MemoryStream.h>
 #include <tarn/MessageLoop.h>
+#include <tarn/PaintDeviceContext.h>
+#include <tarn/Pipe.h>
 #include <tarn/Process.h>
 
 #include <functional>
@@ -89,10 +92,22 @@ TEST_CASE("Window: the default of an outer message is that of the outer message"
 TEST_CASE("Window: the last error of a handler does not make a call fail", "[window][dispatch]")
 {
     Actor window;
+    const bool takesDefault = GENERATE(false, true);
+    window.act = [&]() -> LRESULT {
+        SetLastError(ERROR_FILE_NOT_FOUND);
+        if (takesDefault)
+            static_cast<Window&>(window).defaultWindowProc();
+        return 0;
+    };
     window.on = WM_ENABLE;
-    window.act = []() -> LRESULT { return SetLastError(ERROR_FILE_NOT_FOUND), 0; };
     CHECK(window.enable(false) == false);
     CHECK(window.enable(true) == true);
+    window.setText("");
+    window.on = WM_GETTEXT;
+    CHECK(window.getTextW().empty());
+    SetFocus(nullptr);
+    window.on = WM_SETFOCUS;
+    CHECK_NOTHROW(window.setFocus());
 }
 
 TEST_CASE("Window: an exception of a handler reaches the call that sent the message", "[window][exceptions]")
@@ -111,6 +126,10 @@ TEST_CASE("Window: an exception of a handler reaches the call that sent the mess
     {
         outer.act = [&] { return window.sendMessageA(ask); };
         expectHandlersError([&] { outer.sendMessageA(askOuter); });
+    }
+    SECTION("also when that is no call of the library, but the procedure itself")
+    {
+        expectHandlersError([&] { Window::windowProc(window, ask, 0, 0); });
     }
     SECTION("and no further than a handler that does")
     {
@@ -151,6 +170,9 @@ TEST_CASE("Window: each call that runs handlers throws what they throw", "[windo
     };
     fails(WM_SHOWWINDOW, [&] { window.show(SW_SHOW); });
     fails(WM_PAINT, [&] { window.invalidate(false), window.update(); });
+    fails(WM_ERASEBKGND, [&] { Window().invalidate(true); }); // Of the whole desktop.
+    fails(WM_ERASEBKGND, [&] { window.invalidate(true), PaintDeviceContext(window); });
+    CHECK(!GetUpdateRect(window, nullptr, FALSE));
     fails(WM_SETFOCUS, [&] { SetFocus(nullptr), window.setFocus(); });
     fails(WM_ENABLE, [&] { window.enable(false); });
     fails(WM_SIZE, [&] { window.setSize(300, 200, 0); });
@@ -207,7 +229,92 @@ TEST_CASE("Window: a modal loop ends when a handler throws in it", "[window][exc
         window.on = WM_ENTERSIZEMOVE;
         expectHandlersError([&] { window.sendMessageA(WM_SYSCOMMAND, SC_MOVE, 0); });
     }
+    SECTION("a message box of a child, which is its top-level window's")
+    {
+        support::OpenWindow child(WS_CHILD | WS_VISIBLE, window);
+        window.postMessageW(ask);
+        expectHandlersError([&] { child.messageBox("text", "caption", MB_YESNO); });
+    }
+    SECTION("a message box, although painting never ends")
+    {
+        window.on = WM_PAINT;
+        window.invalidate(false);
+        expectHandlersError([&] { window.messageBox("text", "caption", MB_OK); });
+    }
+    SECTION("a menu, although painting never ends")
+    {
+        const HMENU menu = CreatePopupMenu();
+        insertMenu(menu, 0, MF_BYPOSITION, 1, "item");
+        window.on = WM_PAINT;
+        window.invalidate(false);
+        expectHandlersError([&] { window.trackPopupMenu(menu, 0, 0, TPM_RETURNCMD); });
+        DestroyMenu(menu);
+    }
     CHECK(IsWindowEnabled(window));
+}
+
+namespace {
+INT_PTR CALLBACK ignore(HWND, UINT, WPARAM, LPARAM) { return FALSE; }
+} // namespace
+
+TEST_CASE("Window: a failing message box leaves other dialogs alone", "[window][exceptions]")
+{
+    Actor window(WS_OVERLAPPEDWINDOW | WS_VISIBLE), asker;
+    const DLGTEMPLATE bare[2]{{WS_POPUP | WS_VISIBLE, 0, 0, 0, 0, 50, 50}};
+    const HWND dialog = CreateDialogIndirectW(nullptr, bare, nullptr, ignore);
+    REQUIRE(IsWindowVisible(dialog));
+    window.act = failing;
+    window.postMessageW(ask);
+    expectHandlersError([&] { Window::messageBox(nullptr, "text", "caption", MB_OK); });
+    CHECK(IsWindowVisible(dialog));
+    // A box that a handler opens, and whose failure it catches, takes no outer one with it.
+    bool isOuterUp = false;
+    asker.act = [&]() -> LRESULT {
+        const HWND outer = GetActiveWindow();
+        window.postMessageW(ask);
+        expectHandlersError([&] { Window::messageBox(nullptr, "text", "inner", MB_OK); });
+        isOuterUp = IsWindowVisible(outer);
+        EndDialog(outer, IDOK);
+        return 0;
+    };
+    asker.postMessageW(ask);
+    CHECK(Window::messageBox(nullptr, "text", "outer", MB_OK) == IDOK);
+    CHECK(isOuterUp);
+    DestroyWindow(dialog);
+}
+
+TEST_CASE("Window: a failure that a handler catches ends neither the user's menu nor his moving of a window",
+          "[window][exceptions]")
+{
+    Actor window(WS_OVERLAPPEDWINDOW | WS_VISIBLE), other;
+    other.act = failing;
+    int messages = 0;
+    const auto isInLoop = [] {
+        GUITHREADINFO info{};
+        info.cbSize = sizeof info;
+        GetGUIThreadInfo(GetCurrentThreadId(), &info);
+        return (info.flags & (GUI_INMENUMODE | GUI_INMOVESIZE)) != 0;
+    };
+    window.act = [&]() -> LRESULT {
+        if (++messages == 1)
+            expectHandlersError([&] { other.sendMessageA(ask); });
+        CHECK(isInLoop());
+        if (messages < 4)
+            window.postMessageW(ask);
+        else
+            PostMessageW(GetCapture() ? GetCapture() : HWND(window), WM_KEYDOWN, VK_ESCAPE, 0);
+        return 0;
+    };
+    window.postMessageW(ask);
+    SECTION("menu")
+    {
+        const HMENU menu = CreatePopupMenu();
+        insertMenu(menu, 0, MF_BYPOSITION, 1, "item");
+        CHECK(window.trackPopupMenu(menu, 0, 0, TPM_RETURNCMD) == 0);
+        DestroyMenu(menu);
+    }
+    SECTION("moving") { window.sendMessageA(WM_SYSCOMMAND, SC_MOVE, 0); }
+    CHECK(messages == 4);
 }
 
 TEST_CASE("Window: waiting for a message ends when another thread's message fails", "[window][exceptions]")
@@ -221,6 +328,80 @@ TEST_CASE("Window: waiting for a message ends when another thread's message fail
     sender.join();
     PostQuitMessage(3);
     CHECK(runMessageLoop() == 3);
+}
+
+namespace {
+/// Has another thread send the failing message, and returns when it waits to be handled.
+class PendingFailure {
+public:
+    explicit PendingFailure(HWND window) : sender_([=] { SendMessageW(window, ask, 0, 0); })
+    {
+        while (!(HIWORD(GetQueueStatus(QS_SENDMESSAGE)) & QS_SENDMESSAGE))
+            Sleep(1);
+    }
+    ~PendingFailure() { sender_.join(); }
+
+private:
+    std::thread sender_;
+};
+
+const Window* failingSoon = nullptr;
+std::unique_ptr<PendingFailure> failureOnTaking;
+
+// Lets the failing message come when the next one has been found and not yet taken.
+LRESULT CALLBACK onMessageFound(int code, WPARAM wParam, LPARAM lParam)
+{
+    if (wParam == PM_NOREMOVE && failingSoon)
+        failureOnTaking = std::make_unique<PendingFailure>(*std::exchange(failingSoon, nullptr));
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+} // namespace
+
+TEST_CASE("Window: a handler that throws during getMessage leaves the queue as it is", "[window][exceptions]")
+{
+    Actor window;
+    window.act = failing;
+    MSG msg;
+    for (const WPARAM number : {1u, 2u, 3u})
+        window.postMessageW(askOuter, number);
+    const auto expectNext = [&](WPARAM number) {
+        REQUIRE(Window::getThreadMessage(msg));
+        CHECK((msg.hwnd == window && msg.message == askOuter && msg.wParam == number));
+    };
+    SECTION("when messages wait")
+    {
+        const PendingFailure failure(window);
+        expectHandlersError([&] { Window::getThreadMessage(msg); });
+    }
+    SECTION("when other messages wait than those that are wanted")
+    {
+        const PendingFailure failure(window);
+        expectHandlersError([&] { window.getMessage(msg, ask, ask); });
+    }
+    SECTION("when one is just being taken, and then the next call throws")
+    {
+        failingSoon = &window;
+        const HHOOK hook = SetWindowsHookExW(WH_GETMESSAGE, onMessageFound, nullptr, GetCurrentThreadId());
+        expectNext(1);
+        UnhookWindowsHookEx(hook);
+        failureOnTaking.reset();
+        expectHandlersError([&] { Window::getThreadMessage(msg); });
+        window.postMessageW(askOuter, 1); // For the common end.
+        expectNext(2);
+        expectNext(3);
+        window.postMessageW(askOuter, 2);
+        window.postMessageW(askOuter, 3);
+    }
+    for (const WPARAM number : {1u, 2u, 3u})
+        expectNext(number);
+    CHECK(!PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE));
+    SECTION("when it is the last one")
+    {
+        PostQuitMessage(17);
+        const PendingFailure failure(window);
+        expectHandlersError([&] { Window::getThreadMessage(msg); });
+        CHECK(runMessageLoop() == 17);
+    }
 }
 
 TEST_CASE("MessageLoop: the keys of dialogs and accelerators work, and throw what handlers throw",
@@ -257,11 +438,22 @@ TEST_CASE("MessageLoop: the keys of dialogs and accelerators work, and throw wha
     DestroyAcceleratorTable(table);
 }
 
-TEST_CASE("Window: an exception that no library call waits for ends the program", "[window][exceptions]")
+TEST_CASE("Window: an exception that no library call waits for ends the program and says why", "[window][exceptions]")
 {
-    Process program("windowing_uncaught.exe", 0);
+    SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
+    Pipe output(0, &inheritable);
+    output.keepReadEnd();
+    Process program;
+    program.create("windowing_uncaught.exe", GetStdHandle(STD_INPUT_HANDLE), output.getWriteEnd(), output.getWriteEnd(),
+                   0);
+    output.getWriteEnd().close();
+    MemoryOutputStream text;
+    text << output.getReadEnd();
     REQUIRE(program.wait(20'000) == WindowsHandle::signaled);
     CHECK(program.getExitCode() == 70);
+    CHECK_THAT(std::string(static_cast<const char*>(text.getData()), static_cast<std::size_t>(text.getSize())),
+               Catch::Contains("std::logic_error (\"handler failed\") left the handler of WM_USER+0 in ") &&
+                   Catch::Contains("Failing, which the system called with no call of the library around it"));
 }
 
 TEST_CASE("Window: a filter of its own and the end of the loop", "[window][dispatch]")

@@ -3,7 +3,10 @@
 
 #include <Expect.h>
 
+#include <locale>
 #include <set>
+#include <stdexcept>
+#include <string>
 #include <thread>
 
 using namespace tarn;
@@ -71,6 +74,51 @@ TEST_CASE("WindowClass: closing while a window is open fails and keeps the class
     window.destroy();
     windowClass.close();
     CHECK(!windowClass);
+}
+
+TEST_CASE("WindowClass: a class that dies before its window is unregistered with the window", "[windowclass]")
+{
+    struct Failing : Window {
+        explicit Failing(ATOM& atom) : windowClass(make(CS_NOCLOSE))
+        {
+            open(*this, windowClass);
+            atom = windowClass.getAtom();
+            throw std::logic_error("constructor failed");
+        }
+        WindowClass windowClass;
+    };
+    ATOM atom = 0;
+    SECTION("also when an exception is on its way, which goes on")
+    {
+        support::expectError<std::logic_error>([&] { Failing{atom}; }, "constructor failed");
+    }
+    Window window;
+    SECTION("also when the destructor throws")
+    {
+        support::expectWindowsError(
+            [&] {
+                const WindowClass windowClass = make(CS_NOCLOSE);
+                atom = windowClass.getAtom();
+                open(window, windowClass);
+            },
+            ERROR_CLASS_HAS_WINDOWS, "Can't unregister window class");
+        const WindowClass again = make(CS_NOCLOSE); // Until then it can be shared again.
+        CHECK(again.getAtom() == atom);
+        window.destroy();
+    }
+    CHECK((atom && !isRegistered(atom)));
+}
+
+TEST_CASE("WindowClass: the name does not depend on the locale", "[windowclass]")
+{
+    struct Grouping : std::numpunct<wchar_t> {
+        std::string do_grouping() const override { return "\1"; }
+    };
+    const WindowClass before = make(CS_OWNDC | CS_DBLCLKS);
+    const std::locale former = std::locale::global(std::locale(std::locale(), new Grouping));
+    const ATOM atom = make(CS_OWNDC | CS_DBLCLKS).getAtom();
+    std::locale::global(former);
+    CHECK(atom == before.getAtom());
 }
 
 TEST_CASE("WindowClass: an assigned reference is not counted", "[windowclass]")

@@ -231,6 +231,105 @@ TEST_CASE("Window: a subclassing object may lose the procedure, or die first, wi
     CHECK(!IsWindow(parent.button));
 }
 
+TEST_CASE("Window: subclassing gives up the ownership, also where nothing else changes", "[window][life]")
+{
+    Parent parent;
+    {
+        Probe holder;
+        holder.subclass(parent.button);
+        holder.attach(parent.button, true);
+        holder.subclass(parent.button);
+        holder.unsubclass();
+    }
+    CHECK(IsWindow(parent.button));
+}
+
+namespace {
+/// Makes its next window when one goes, or throws.
+class Successor : public Window {
+public:
+    Successor(UINT on, int times) : on_(on), times_(times) {}
+    LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
+    {
+        const LRESULT result = Window::onMessage(msg, wParam, lParam);
+        if (msg == on_ && times_-- > 0)
+            support::open(*this);
+        return result;
+    }
+
+private:
+    UINT on_;
+    int times_;
+};
+
+BOOL CALLBACK countWindow(HWND hwnd, LPARAM counter)
+{
+    *reinterpret_cast<unsigned*>(counter) += GetClassLongPtrW(hwnd, GCW_ATOM) == support::testClass().getAtom();
+    return TRUE;
+}
+
+unsigned windowsOfThread()
+{
+    unsigned count = 0;
+    EnumThreadWindows(GetCurrentThreadId(), countWindow, reinterpret_cast<LPARAM>(&count));
+    return count;
+}
+
+struct ThrowingOnEnd : Window {
+    void onDestroy() override { throw std::logic_error("handler failed"); }
+};
+} // namespace
+
+TEST_CASE("Window: the next window that a handler makes at the end of one is the object's", "[window][life]")
+{
+    const unsigned before = windowsOfThread();
+    {
+        Successor window(GENERATE(as<UINT>(), WM_DESTROY, WM_NCDESTROY), 1);
+        support::open(window);
+        SECTION("after destroy") { window.destroy(); }
+        SECTION("and goes for the one that create makes") { support::open(window); }
+        CHECK((window.isOpen() && objectOf(window) == &window));
+        CHECK(windowsOfThread() == before + 1);
+    }
+    CHECK(windowsOfThread() == before);
+    {
+        Successor endless(WM_NCDESTROY, 100);
+        support::open(endless);
+        support::expectWindowsError([&] { support::open(endless); }, ERROR_BUSY, "Can't create window");
+        CHECK(windowsOfThread() == before + 1);
+    }
+    CHECK(windowsOfThread() == before);
+}
+
+TEST_CASE("Window: a window of the system's class is not left over when a handler throws", "[window][life]")
+{
+    struct Notified : Window {
+        LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
+        {
+            if (msg == WM_PARENTNOTIFY)
+                throw std::logic_error("handler failed");
+            return Window::onMessage(msg, wParam, lParam);
+        }
+    };
+    Notified parent;
+    support::open(parent);
+    Window control;
+    SECTION("while it is made")
+    {
+        support::expectError<std::logic_error>(
+            [&] { control.create(L"BUTTON", L"", WS_CHILD, Rect(), parent, nullptr, nullptr); }, "handler failed");
+        CHECK(!GetWindow(parent, GW_CHILD));
+    }
+    SECTION("while it is destroyed")
+    {
+        control.create(L"STATIC", L"", 0, Rect(), nullptr, nullptr, nullptr);
+        ThrowingOnEnd child;
+        support::open(child, WS_CHILD, control);
+        support::expectError<std::logic_error>([&] { control.destroy(); }, "handler failed");
+    }
+    CHECK(!control.isOpen());
+}
+
 TEST_CASE("Window: only the narrow create subclasses a window of a foreign class", "[window][life]")
 {
     Parent parent;
