@@ -30,8 +30,9 @@ public:
     ~Array() { free(data_); }
     ///@}
 
+    /// Null while empty.
     ///@{
-    T* data() noexcept { return data_; } ///< Null while empty.
+    T* data() noexcept { return data_; }
     const T* data() const noexcept { return data_; }
     ///@}
     /// The elements from the first to the one before end(), which may be used as a range. No index is checked.

@@ -37,7 +37,8 @@ public:
         std::swap(scope_, moved.scope_);
         return *this;
     }
-    ~Atom(); ///< Does not report a failure: call free() to hear of it.
+    /// Does not report a failure: call free() to hear of it.
+    ~Atom();
 
     /// The atom of a text that is in the table, or 0. Adds nothing.
     ///@{
@@ -45,14 +46,18 @@ public:
     static ATOM find(const wchar_t* text, Scope scope = local);
     ///@}
 
-    operator ATOM() const noexcept { return atom_; }   ///< 0 when there is none.
-    Scope getScope() const noexcept { return scope_; } ///< `local` when there is none.
+    /// 0 when there is none.
+    operator ATOM() const noexcept { return atom_; }
+    /// `local` when there is none.
+    Scope getScope() const noexcept { return scope_; }
+    /// Throws "Can't get name of atom".
     ///@{
-    BasicString<char> getNameA() const; ///< Throws "Can't get name of atom".
+    BasicString<char> getNameA() const;
     BasicString<wchar_t> getNameW() const;
     ///@}
 
-    void free(); ///< Takes the text away once. Throws "Can't delete atom".
+    /// Takes the text away once. Throws "Can't delete atom".
+    void free();
     /// Leaves the atom in its table, for a receiver of a message that deletes it, for instance.
     ATOM detach() noexcept { return std::exchange(atom_, ATOM(0)); }
 

@@ -8,7 +8,8 @@ namespace tarn {
 /// context. Failures throw WindowsError "Can't set text colour", also out of the destructor.
 class TARN_API AutoTextColour {
 public:
-    [[nodiscard]] AutoTextColour(HDC context, unsigned long colour); ///< A DeviceContext fits.
+    /// A DeviceContext fits.
+    [[nodiscard]] AutoTextColour(HDC context, unsigned long colour);
     AutoTextColour(const AutoTextColour&) = delete;
     AutoTextColour& operator=(const AutoTextColour&) = delete;
     ~AutoTextColour() noexcept(false);
@@ -22,7 +23,8 @@ private:
 /// destructor.
 class TARN_API AutoBackgroundColour {
 public:
-    [[nodiscard]] AutoBackgroundColour(HDC context, unsigned long colour); ///< A DeviceContext fits.
+    /// A DeviceContext fits.
+    [[nodiscard]] AutoBackgroundColour(HDC context, unsigned long colour);
     AutoBackgroundColour(const AutoBackgroundColour&) = delete;
     AutoBackgroundColour& operator=(const AutoBackgroundColour&) = delete;
     ~AutoBackgroundColour() noexcept(false);

@@ -13,7 +13,8 @@ public:
     [[nodiscard]] explicit AutoRedraw(HWND window);
     AutoRedraw(const AutoRedraw&) = delete;
     AutoRedraw& operator=(const AutoRedraw&) = delete;
-    ~AutoRedraw() noexcept(false); ///< Throws what the window's handlers throw.
+    /// Throws what the window's handlers throw.
+    ~AutoRedraw() noexcept(false);
 
 private:
     HWND window_;

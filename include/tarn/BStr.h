@@ -55,27 +55,34 @@ public:
     }
     ~BStr() { SysFreeString(text_); }
 
+    /// Lent, not given.
     ///@{
-    operator BSTR() const noexcept { return text_; } ///< Lent, not given.
+    operator BSTR() const noexcept { return text_; }
     BSTR get() const noexcept { return text_; }
     ///@}
     /// A text is no truth value, though a pointer is: ask empty().
     explicit operator bool() const = delete;
     /// It is freed by this object: detach() it first.
     friend void WINAPI SysFreeString(const BStr& text) = delete;
-    unsigned length() const noexcept { return SysStringLen(text_); } ///< In characters.
-    bool empty() const noexcept { return length() == 0; }            ///< True for null, too.
+    /// In characters.
+    unsigned length() const noexcept { return SysStringLen(text_); }
+    /// True for null, too.
+    bool empty() const noexcept { return length() == 0; }
+    /// Zeros in the text included.
     ///@{
-    BasicString<wchar_t> toString() const;                                              ///< Zeros in the text included.
-    std::wstring_view view() const noexcept { return {text_ ? text_ : L"", length()}; } ///< The same, lent.
+    BasicString<wchar_t> toString() const;
+    /// The same, lent.
+    std::wstring_view view() const noexcept { return {text_ ? text_ : L"", length()}; }
     BasicString<char> toAString() const;
     ///@}
 
     /// Equal lengths and equal characters; null equals "". The other one may be narrow, too.
     bool operator==(const BStr& other) const noexcept;
 
-    void attach(BSTR text) noexcept;                                 ///< Takes ownership of `text`.
-    BSTR detach() noexcept { return std::exchange(text_, nullptr); } ///< The caller frees the result.
+    /// Takes ownership of `text`.
+    void attach(BSTR text) noexcept;
+    /// The caller frees the result.
+    BSTR detach() noexcept { return std::exchange(text_, nullptr); }
     /// Frees what it holds; the address is for calls that hand out a BSTR.
     BSTR* put() noexcept;
     /// Exchanges the texts; both stay where they are.
@@ -124,7 +131,8 @@ bool operator>=(const A& a, const B& b) { return (a <=> b) >= 0; }
 
 /// Equal to the hash of a standard string or view of the same text.
 template <> struct std::hash<tarn::BStr> {
-    using is_transparent = void; ///< With `std::equal_to<>` a table finds what is given as a pointer or a view.
+    /// With `std::equal_to<>` a table finds what is given as a pointer or a view.
+    using is_transparent = void;
     /// The hash of any wide text.
     template <class Text> std::size_t operator()(const Text& text) const noexcept
     {

@@ -87,7 +87,8 @@ public:
     /// A null `s` is the empty text.
     ///@{
     BasicString(const Ch* s) : BasicString(ConstString<Ch>(s)) {}
-    BasicString(const Ch* s, size_type n) : Base(s, n) {} ///< `n` characters from `s` on, zeros among them, too.
+    /// `n` characters from `s` on, zeros among them, too.
+    BasicString(const Ch* s, size_type n) : Base(s, n) {}
     BasicString(const ConstString<Ch>& text) { assign(text); }
     ///@}
     /// Converts from the other width: narrow from wide in the system's ANSI code page, wide from narrow
@@ -273,8 +274,10 @@ public:
     }
     ///@}
 
-    static BasicString Time(); ///< The local time as hh:mm:ss.
-    static BasicString Date(); ///< The local date as mm/dd/yy.
+    /// The local time as hh:mm:ss.
+    static BasicString Time();
+    /// The local date as mm/dd/yy.
+    static BasicString Date();
     /// As `printf` of the platform's runtime library; longer output is cut at 2000 characters.
     static BasicString fromFormat(const Ch* format, ...);
     /// Entry `id` of a module's string table (null: the program's); empty when there is none.

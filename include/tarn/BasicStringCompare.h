@@ -76,8 +76,10 @@ bool operator>=(const Text& a, const BasicString<Ch, Traits, Alloc>& b)
 
 /// Equal to the hash of a standard string or view of the same text.
 template <class Ch, class Alloc> struct std::hash<tarn::BasicString<Ch, std::char_traits<Ch>, Alloc>> {
-    using is_transparent = void; ///< With `std::equal_to<>` a table finds what is given as a pointer or a view.
-    std::size_t operator()(std::basic_string_view<Ch> text) const noexcept ///< Takes what makes a view.
+    /// With `std::equal_to<>` a table finds what is given as a pointer or a view.
+    using is_transparent = void;
+    /// Takes what makes a view.
+    std::size_t operator()(std::basic_string_view<Ch> text) const noexcept
     {
         return std::hash<std::basic_string_view<Ch>>()(text);
     }
@@ -88,11 +90,13 @@ template <class Ch, class Alloc> struct std::hash<tarn::BasicString<Ch, std::cha
 template <class Ch, class Traits, class Alloc, class Pointer>
 requires std::same_as<std::remove_const_t<std::remove_pointer_t<Pointer>>, Ch>
 struct std::common_type<tarn::BasicString<Ch, Traits, Alloc>, Pointer> {
-    using type = tarn::BasicString<Ch, Traits, Alloc>; ///< The string.
+    /// The string.
+    using type = tarn::BasicString<Ch, Traits, Alloc>;
 };
 template <class Ch, class Traits, class Alloc, class Pointer>
 requires std::same_as<std::remove_const_t<std::remove_pointer_t<Pointer>>, Ch>
 struct std::common_type<Pointer, tarn::BasicString<Ch, Traits, Alloc>> {
-    using type = tarn::BasicString<Ch, Traits, Alloc>; ///< The string.
+    /// The string.
+    using type = tarn::BasicString<Ch, Traits, Alloc>;
 };
 ///@}

@@ -37,7 +37,8 @@ public:
             *byte_ = static_cast<unsigned char>(value ? *byte_ | mask_ : *byte_ & ~mask_);
             return value;
         }
-        Bit& operator=(const Bit&) = default; ///< Stands for the other bit from now on.
+        /// Stands for the other bit from now on.
+        Bit& operator=(const Bit&) = default;
 
     private:
         unsigned char* byte_;
@@ -71,8 +72,10 @@ public:
     /// The byte that holds the bit after the range is read and written back, too, even when the range
     /// ends on a byte border or is empty: make the buffer one byte longer than the bits that you set.
     void set(unsigned int first, unsigned int count, bool value);
-    void set(bool value) { set(0, count_, value); } ///< Needs that byte behind the range, too.
-    void clear() { set(0, count_, false); }         ///< Needs that byte behind the range, too.
+    /// Needs that byte behind the range, too.
+    void set(bool value) { set(0, count_, value); }
+    /// Needs that byte behind the range, too.
+    void clear() { set(0, count_, false); }
     /// A number is not taken for a value of all bits: `set(3)` looks like bit 3, which is `field[3] = true`.
     template <class T>
     requires(std::is_scalar_v<T> && !std::same_as<T, bool>) void set(T) = delete;

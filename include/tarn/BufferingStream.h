@@ -27,7 +27,8 @@ public:
     unsigned int write(const void* data, unsigned int count) override;
     /// Passes on what is held back, and has the other stream flush itself if it can. Throws as write().
     void flush() override;
-    void close() override { flush(); } ///< As flush(). More may be written.
+    /// As flush(). More may be written.
+    void close() override { flush(); }
 
     /// Of the other stream; what is held back counts. Throw Exception "The stream below has no position" where there
     /// is none, and as write().

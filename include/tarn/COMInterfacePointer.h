@@ -102,7 +102,8 @@ public:
     }
     template <class Interface = T> detail::Lent<Interface>& operator*() const { return *operator->(); }
     ///@}
-    explicit operator bool() const noexcept { return object_ != nullptr; } ///< Whether it has an object.
+    /// Whether it has an object.
+    explicit operator bool() const noexcept { return object_ != nullptr; }
     /// Compare addresses, as plain pointers do: one object may give several for its interfaces.
     ///@{
     template <class U>
@@ -145,7 +146,8 @@ public:
         reset();
         return &object_;
     }
-    void** putVoid() noexcept { return reinterpret_cast<void**>(put()); } ///< As put(), for calls that take a `void**`.
+    /// As put(), for calls that take a `void**`.
+    void** putVoid() noexcept { return reinterpret_cast<void**>(put()); }
     /// Exchanges the references; no count changes.
     void swap(COMInterfacePointer& other) noexcept { std::swap(object_, other.object_); }
 

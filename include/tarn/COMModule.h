@@ -26,11 +26,16 @@ public:
 
     /// A line of the table. The texts are not copied: give literals.
     struct Class {
-        GUID clsid;                           ///< By which programs ask for the class.
-        Factory::Creator creator;             ///< Makes an object of it; never null.
-        const wchar_t* name;                  ///< For people; shown by tools and never looked up. Never null.
-        ThreadingModel threading = apartment; ///< Only in-process servers have one.
-        const wchar_t* progID = nullptr;      ///< By which scripts create objects, "Company.Thing"; may be missing.
+        /// By which programs ask for the class.
+        GUID clsid;
+        /// Makes an object of it; never null.
+        Factory::Creator creator;
+        /// For people; shown by tools and never looked up. Never null.
+        const wchar_t* name;
+        /// Only in-process servers have one.
+        ThreadingModel threading = apartment;
+        /// By which scripts create objects, "Company.Thing"; may be missing.
+        const wchar_t* progID = nullptr;
     };
 
     /// `instance` is the DLL or program that serves the classes.
@@ -48,7 +53,8 @@ public:
     /// Keeps the module loaded, or no longer does. Throws COMError(`E_UNEXPECTED`) when there is no lock
     /// to take away.
     void lock(bool lock);
-    long getLockCount() const { return lockCount_; } ///< Of lock() and of IClassFactory::LockServer.
+    /// Of lock() and of IClassFactory::LockServer.
+    long getLockCount() const { return lockCount_; }
     /// `S_OK` or, while any object of the process's servers lives or this module is locked, `S_FALSE`.
     HRESULT canUnloadNow() const;
     /// No locks, and no objects besides the factories that registerClassFactories made: time for a local
@@ -59,7 +65,8 @@ public:
     /// context and the flags of `CoRegisterClassObject`. Throws "Can't register class object", and nothing
     /// is registered then.
     void registerClassFactories(unsigned long context = CLSCTX_LOCAL_SERVER, unsigned long flags = REGCLS_MULTIPLEUSE);
-    void revokeClassFactories(); ///< Revokes them all, then throws "Can't revoke class object" if one failed.
+    /// Revokes them all, then throws "Can't revoke class object" if one failed.
+    void revokeClassFactories();
 
     /// The life of a local server, on a thread that has initialised COM: offers the classes, dispatches
     /// messages, and returns when the module was idle for `idleMs` or on `WM_QUIT`. What the handler of a

@@ -48,7 +48,8 @@ public:
 
     /// One or more: the frame may show the properties of several objects at once.
     using Objects = std::vector<COMInterfacePointer<IUnknown>>;
-    const Objects& getObjects() const { return objects_; } ///< Whose properties the page shows.
+    /// Whose properties the page shows.
+    const Objects& getObjects() const { return objects_; }
 
 protected:
     void* queryInterface(const GUID& iid) override;

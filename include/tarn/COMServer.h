@@ -8,7 +8,8 @@
 
 #include <objbase.h>
 
-extern "C" IMAGE_DOS_HEADER __ImageBase; ///< The linker's name for the beginning of this DLL or program.
+/// The linker's name for the beginning of this DLL or program.
+extern "C" IMAGE_DOS_HEADER __ImageBase;
 
 /// The linker's option that exports the function `name`, whose arguments take `bytes`; for TARN_COM_SERVER.
 #ifdef __i386__

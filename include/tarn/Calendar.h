@@ -33,32 +33,48 @@ public:
     /// The numbers of the fields.
     enum Field {
         FieldEra,
-        FieldYear,             ///< Within the era, from 1.
-        FieldMonth,            ///< January is 0.
-        FieldWeekOfYear,       ///< Of the year before or after on some days around New Year.
-        FieldWeekOfMonth,      ///< 0 for days before the month's first week.
-        FieldDayOfMonth,       ///< From 1.
-        FieldDayOfYear,        ///< From 1.
-        FieldDayOfWeek,        ///< Sunday is 1.
-        FieldDayOfWeekInMonth, ///< 2 on the month's second Monday; set -1 for the last.
-        FieldAmPm,             ///< 0 before noon, 1 after.
-        FieldHour,             ///< Of the half day, 0 to 11.
-        FieldHourOfDay,        ///< 0 to 23.
+        /// Within the era, from 1.
+        FieldYear,
+        /// January is 0.
+        FieldMonth,
+        /// Of the year before or after on some days around New Year.
+        FieldWeekOfYear,
+        /// 0 for days before the month's first week.
+        FieldWeekOfMonth,
+        /// From 1.
+        FieldDayOfMonth,
+        /// From 1.
+        FieldDayOfYear,
+        /// Sunday is 1.
+        FieldDayOfWeek,
+        /// 2 on the month's second Monday; set -1 for the last.
+        FieldDayOfWeekInMonth,
+        /// 0 before noon, 1 after.
+        FieldAmPm,
+        /// Of the half day, 0 to 11.
+        FieldHour,
+        /// 0 to 23.
+        FieldHourOfDay,
         FieldMinute,
         FieldSecond,
         FieldMillisecond,
-        FieldZoneOffset, ///< Milliseconds to add to UTC in standard time.
-        FieldDstOffset,  ///< Milliseconds to add on top; 0 outside daylight time.
+        /// Milliseconds to add to UTC in standard time.
+        FieldZoneOffset,
+        /// Milliseconds to add on top; 0 outside daylight time.
+        FieldDstOffset,
         FieldCount
     };
 
     // The virtual operations stand in the order of their slots, whatever their access.
 protected:
-    virtual void computeTime() = 0;   ///< Makes the instant from the fields.
-    virtual void computeFields() = 0; ///< Makes every field from the instant.
+    /// Makes the instant from the fields.
+    virtual void computeTime() = 0;
+    /// Makes every field from the instant.
+    virtual void computeFields() = 0;
     /// The field as it is stored, without computing anything.
     virtual int internalGet(unsigned field) const = 0;
-    virtual void internalSet(int field, int value) = 0; ///< Only stores: the instant is not outdated by it.
+    /// Only stores: the instant is not outdated by it.
+    virtual void internalSet(int field, int value) = 0;
 
 public:
     /// Sets one field and outdates the instant, which is computed when it is next asked for.
@@ -70,14 +86,19 @@ public:
     virtual void roll(unsigned field, int amount);
     /// One step up or down.
     virtual void roll(unsigned field, bool up) = 0;
-    virtual int getMinimum(int field) = 0;         ///< The least value of all.
-    virtual int getMaximum(int field) = 0;         ///< The greatest value of all.
-    virtual int getGreatestMinimum(int field) = 0; ///< The greatest of the values at which ranges begin.
-    virtual int getLeastMaximum(int field) = 0;    ///< The least of the values at which ranges end.
+    /// The least value of all.
+    virtual int getMinimum(int field) = 0;
+    /// The greatest value of all.
+    virtual int getMaximum(int field) = 0;
+    /// The greatest of the values at which ranges begin.
+    virtual int getGreatestMinimum(int field) = 0;
+    /// The least of the values at which ranges end.
+    virtual int getLeastMaximum(int field) = 0;
     /// The least value at the calendar's date. Tries values on a Clone(), whose memory is then given back
     /// without running its destructor: override this in a calendar class that owns anything.
     virtual int getActualMinimum(int field);
-    virtual int getActualMaximum(int field) = 0; ///< The greatest value at the calendar's date.
+    /// The greatest value at the calendar's date.
+    virtual int getActualMaximum(int field) = 0;
 
     /// Computes what is missing, then gives the field.
     int get(unsigned field) const
@@ -109,7 +130,8 @@ public:
     ///@}
 
 protected:
-    Calendar(); ///< In TimeZone::current().
+    /// In TimeZone::current().
+    Calendar();
     /// In a copy of this zone.
     explicit Calendar(const TimeZone& zone);
     /// A copy has fields, instant and zone of its own.
@@ -154,10 +176,14 @@ private:
 
     /// What GregorianCalendar puts off or takes a short way for, when the object is of just that class.
     enum Shortcut : unsigned char {
-        stampsArePutOff = 1, ///< All fields count as computed, whatever their stamps say.
-        weeksArePutOff = 2,  ///< The week fields are out of date.
-        daysArePutOff = 4,   ///< FieldDayOfWeek holds the day since the epoch that it and FieldDayOfYear come from.
-        dateAndTimeSet = 8,  ///< Year to second were set at once, and nothing since.
+        /// All fields count as computed, whatever their stamps say.
+        stampsArePutOff = 1,
+        /// The week fields are out of date.
+        weeksArePutOff = 2,
+        /// FieldDayOfWeek holds the day since the epoch that it and FieldDayOfYear come from.
+        daysArePutOff = 4,
+        /// Year to second were set at once, and nothing since.
+        dateAndTimeSet = 8,
     };
 
 protected:
@@ -173,12 +199,17 @@ private:
 protected:
     /// The instant, in milliseconds since 1970-01-01 00:00:00 UTC.
     mutable std::int64_t time_ = 0;
-    mutable bool isTimeSet_ = false;       ///< `time_` is valid.
-    mutable bool areFieldsSet_ = false;    ///< The fields agree with `time_`.
-    mutable bool areAllFieldsSet_ = false; ///< All fields come from computeFields(), not only from set().
-    bool lenient_ = true;                  ///< As setLenient().
+    /// `time_` is valid.
+    mutable bool isTimeSet_ = false;
+    /// The fields agree with `time_`.
+    mutable bool areFieldsSet_ = false;
+    /// All fields come from computeFields(), not only from set().
+    mutable bool areAllFieldsSet_ = false;
+    /// As setLenient().
+    bool lenient_ = true;
 
 private:
-    mutable detail::Note<unsigned char> shortcuts_; ///< Of Shortcut.
+    /// Of Shortcut.
+    mutable detail::Note<unsigned char> shortcuts_;
 };
 } // namespace tarn

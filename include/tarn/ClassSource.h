@@ -39,7 +39,8 @@ public:
     ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
     ULONG STDMETHODCALLTYPE Release() override { return 1; }
     ///@}
-    Class* getClass(const std::type_info& type) override; ///< Null for a type that is not in the table.
+    /// Null for a type that is not in the table.
+    Class* getClass(const std::type_info& type) override;
 
 private:
     std::map<std::string, Class*> classes_;

@@ -40,14 +40,17 @@ public:
     /// For an owner-drawn box without `CBS_HASSTRINGS`: an item that is only this value.
     /// Throws "Unspecified error in adding an owner draw item to a combo box".
     int addItem(const void* data) const;
-    int deleteString(unsigned index) const; ///< How many are left. Throws "Error when deleting a combo box item".
+    /// How many are left. Throws "Error when deleting a combo box item".
+    int deleteString(unsigned index) const;
     /// Deletes all items.
     void resetContent() const;
     /// How many items there are.
     int getCount() const;
 
-    void setItemData(unsigned index, const void* data) const; ///< Throws "Can't set combo box item data".
-    void* getItemData(unsigned index) const;                  ///< All bits set for an item that does not exist.
+    /// Throws "Can't set combo box item data".
+    void setItemData(unsigned index, const void* data) const;
+    /// All bits set for an item that does not exist.
+    void* getItemData(unsigned index) const;
     /// The first item behind `start`, and then from the top, that begins with the text, in any case.
     ///@{
     int findString(const char* text, unsigned start = static_cast<unsigned>(-1)) const;
@@ -58,7 +61,8 @@ public:
     /// Gives the index, -1 for an item that does not exist: then, and for -1, nothing is selected any more.
     int setCurrentSelection(unsigned index) const;
 
-    bool hasStrings() const; ///< The style `CBS_HASSTRINGS`, which matters for owner-drawn boxes only.
+    /// The style `CBS_HASSTRINGS`, which matters for owner-drawn boxes only.
+    bool hasStrings() const;
     /// The styles `CBS_OWNERDRAWFIXED` and `CBS_OWNERDRAWVARIABLE`, or either of them.
     ///@{
     bool isOwnerDrawFixed() const;

@@ -20,7 +20,8 @@ public:
     /// The first `length` characters of `text`, or with `wholeText` all of it.
     constexpr ConstString(const Ch* text, unsigned length) : text_(text), length_(length) {}
 
-    constexpr const Ch* data() const { return text_; } ///< Null for a null text; need not be terminated.
+    /// Null for a null text; need not be terminated.
+    constexpr const Ch* data() const { return text_; }
     /// The length in characters as it was given: may be `wholeText`.
     constexpr unsigned storedLength() const { return length_; }
     /// The length in characters, counted when it was given as `wholeText`; 0 for a null text.

@@ -55,6 +55,8 @@ private:
     std::basic_string<Ch> pending_;
 };
 
-extern TARN_API std::ostream dbg;   ///< Narrow text to the debugger.
-extern TARN_API std::wostream wdbg; ///< Wide text to the debugger.
+/// Narrow text to the debugger.
+extern TARN_API std::ostream dbg;
+/// Wide text to the debugger.
+extern TARN_API std::wostream wdbg;
 } // namespace tarn

@@ -100,7 +100,8 @@ public:
     unsigned long getPixel(POINT at) const { return getPixel(at.x, at.y); }
     ///@}
 
-    int getCapabilities(int index) const; ///< `LOGPIXELSY`, `BITSPIXEL` and so on.
+    /// `LOGPIXELSY`, `BITSPIXEL` and so on.
+    int getCapabilities(int index) const;
     /// Whether the device shows only the colours of a palette at a time.
     bool usesPalette() const;
     /// The height to give to a Font for characters of this size; negative, as Font wants it.
@@ -163,20 +164,30 @@ public:
     ///@}
 
     // Between beginPath and endPath drawing collects an outline instead; then fill it, stroke it or both.
-    void beginPath();         ///< Throws "Can't begin path".
-    void abortPath();         ///< Throws "Can't abort path".
-    void endPath();           ///< Throws "Can't end path".
-    void fillPath();          ///< Throws "Can't fill path".
-    void strokeAndFillPath(); ///< Throws "Can't stroke and fill path".
-    void strokePath();        ///< Throws "Can't stroke path".
-    void widenPath();         ///< Throws "Can't widen path".
-    void flattenPath();       ///< Throws "Can't flatten path".
-    void closeFigure();       ///< Throws "Can't close figure".
+    /// Throws "Can't begin path".
+    void beginPath();
+    /// Throws "Can't abort path".
+    void abortPath();
+    /// Throws "Can't end path".
+    void endPath();
+    /// Throws "Can't fill path".
+    void fillPath();
+    /// Throws "Can't stroke and fill path".
+    void strokeAndFillPath();
+    /// Throws "Can't stroke path".
+    void strokePath();
+    /// Throws "Can't widen path".
+    void widenPath();
+    /// Throws "Can't flatten path".
+    void flattenPath();
+    /// Throws "Can't close figure".
+    void closeFigure();
 
     /// How pens and brushes mix with what is there, `R2_XORPEN` for instance. Gives the old mode.
     /// Throws "Can't set ROP2".
     int setROP2(int mode);
-    int getROP2() const; ///< Throws "Can't get ROP2".
+    /// Throws "Can't get ROP2".
+    int getROP2() const;
 
     /// Where the logical point (0, 0) lies, in pixels. Gives the previous origin.
     /// Throws "Can't set viewport origin".

@@ -36,8 +36,10 @@ public:
     /// Hands the message being handled to the dialog manager; it runs when the handler has returned.
     void defaultWindowProc() override;
     void onCommand(Window* sender, unsigned short code, unsigned short id) override;
-    void onPaint() override;          ///< Draws the icon of a minimised dialog.
-    HICON onQueryDragIcon() override; ///< The big icon, else the small one, else the default's.
+    /// Draws the icon of a minimised dialog.
+    void onPaint() override;
+    /// The big icon, else the small one, else the default's.
+    HICON onQueryDragIcon() override;
     /// All controls are there, nothing is visible yet. True lets the dialog manager set the focus, to
     /// `focus` (which is not open when no control can have it); false when the handler set it itself.
     virtual bool onInitDialog(Window& focus);
@@ -59,7 +61,8 @@ public:
     Size getWindowSize() const;
 
 protected:
-    void end(int result) const; ///< Throws "Can't end modal dialog".
+    /// Throws "Can't end modal dialog".
+    void end(int result) const;
     /// What was given last to the constructor or create(); null and 0 at first.
     ///@{
     HINSTANCE getInstance() const { return instance_; }

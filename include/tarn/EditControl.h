@@ -16,7 +16,8 @@ public:
     /// As ListView::create() with an id.
     void create(HWND parent, unsigned short id, const RECT& rect, unsigned long style);
 
-    void setReadonly(bool readonly) const; ///< Throws "Can't set ES_READONLY style".
+    /// Throws "Can't set ES_READONLY style".
+    void setReadonly(bool readonly) const;
     /// The style `ES_READONLY`.
     bool getReadonly() const;
 
@@ -24,7 +25,8 @@ public:
     void setSelection(int start, int end) const;
     /// As setSelection(0, -1).
     void selectAll() const;
-    void clearSelection() const; ///< Selects nothing; the text stays.
+    /// Selects nothing; the text stays.
+    void clearSelection() const;
     /// The first character selected, and the one behind the last; both are the place of the caret when none is.
     std::pair<int, int> getSelection() const;
     /// Puts a text in the place of what is selected; with `undoable` the user can take it back.

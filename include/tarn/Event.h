@@ -20,8 +20,10 @@ public:
     template <IsText Text> Event(bool, const Text&) = delete;
     ///@}
 
-    void set() const;   ///< Throws "Error in SetEvent".
-    void reset() const; ///< Throws "Error in ResetEvent".
+    /// Throws "Error in SetEvent".
+    void set() const;
+    /// Throws "Error in ResetEvent".
+    void reset() const;
     /// Wakes the threads waiting at this moment, then resets. Throws "Error in PulseEvent". A thread that
     /// the system takes off its wait for an instant misses the pulse: prefer set() on a manual-reset event.
     void pulse() const;

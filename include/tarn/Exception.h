@@ -15,8 +15,10 @@ namespace tarn {
 /// catch `std::exception` to catch whatever the library throws.
 class TARN_API Exception : public std::exception {
 public:
-    Exception();                               ///< "Unknown Exception".
-    Exception(const std::string& description); ///< what() is the description.
+    /// "Unknown Exception".
+    Exception();
+    /// what() is the description.
+    Exception(const std::string& description);
     /// A copy has its own text.
     ///@{
     Exception(const Exception&);
@@ -28,7 +30,8 @@ public:
     const char* what() const noexcept override;
     /// As what(), with the characters that the ANSI code page cannot hold.
     BasicString<wchar_t> whatW() const;
-    void setDescription(const char* text); ///< Replaces what what() gives.
+    /// Replaces what what() gives.
+    void setDescription(const char* text);
 
 private:
     std::string description_;
@@ -37,7 +40,8 @@ private:
 /// Data ended before a read or write was complete. Not derived from Exception.
 class TARN_API EndOfFile : public std::runtime_error {
 public:
-    EndOfFile(const std::string& message); ///< what() is the message.
+    /// what() is the message.
+    EndOfFile(const std::string& message);
     /// Never throw.
     ///@{
     EndOfFile(const EndOfFile&) noexcept;
@@ -78,8 +82,10 @@ public:
 
     /// As what(), with the characters of names that the ANSI code page cannot hold.
     BasicString<wchar_t> whatW() const;
-    int getError() const { return error_; } ///< The `errno` value.
-    operator int() const { return error_; } ///< As getError().
+    /// The `errno` value.
+    int getError() const { return error_; }
+    /// As getError().
+    operator int() const { return error_; }
 
 private:
     int error_;
@@ -89,7 +95,8 @@ private:
 /// the program or the library; see SETranslator.h. what() is "SEH exception" for every code.
 class TARN_API SEHError : public std::runtime_error {
 public:
-    SEHError(unsigned long code); ///< `code` is the exception's, as `GetExceptionCode` gives it.
+    /// `code` is the exception's, as `GetExceptionCode` gives it.
+    SEHError(unsigned long code);
     /// Never throw.
     ///@{
     SEHError(const SEHError&) noexcept;
@@ -97,7 +104,8 @@ public:
     ~SEHError() override;
     ///@}
 
-    unsigned long getCode() const { return code_; } ///< For example 0xC0000005, an access violation.
+    /// For example 0xC0000005, an access violation.
+    unsigned long getCode() const { return code_; }
 
     /// Throws SEHError(code): the translator that the library installs for each thread.
     [[noreturn]] static void translate(unsigned int code, _EXCEPTION_POINTERS* info);
@@ -122,7 +130,8 @@ public:
     ~CommonDialogError() override;
     ///@}
 
-    unsigned long getError() const { return error_; } ///< A code of `CommDlgExtendedError`.
+    /// A code of `CommDlgExtendedError`.
+    unsigned long getError() const { return error_; }
 
     /// The code's symbolic name, "FNERR_BUFFERTOOSMALL" for instance, or "Unknown common didlaog error "
     /// and the number (sic: programs match this text).
@@ -142,7 +151,8 @@ public:
     HRESULTHolder& operator=(const HRESULTHolder&) = default;
     ///@}
 
-    virtual long getHRESULT() const = 0; ///< The code that a COM method may return for the failure.
+    /// The code that a COM method may return for the failure.
+    virtual long getHRESULT() const = 0;
 
     /// Does nothing for success codes; throws BadAllocation for `E_OUTOFMEMORY`, WindowsError for codes
     /// of the Win32 facility and COMError for any other failure.

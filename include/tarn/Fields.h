@@ -9,7 +9,8 @@
 namespace tarn {
 /// Several values that go through a stream together, as fields() makes them. Holds references to them.
 template <class... T> struct Fields {
-    std::tuple<T&...> all; ///< In their order.
+    /// In their order.
+    std::tuple<T&...> all;
 };
 
 /// Values that are written and read in one go, with the very bytes that each of them has by itself:

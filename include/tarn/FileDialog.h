@@ -61,8 +61,9 @@ public:
     BasicString<char> getFilenameA() const;
     BasicString<wchar_t> getFilenameW() const;
     ///@}
+    /// Without the dot; empty when there is none.
     ///@{
-    BasicString<char> getExtensionA() const; ///< Without the dot; empty when there is none.
+    BasicString<char> getExtensionA() const;
     BasicString<wchar_t> getExtensionW() const;
     ///@}
 

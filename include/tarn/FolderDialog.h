@@ -28,7 +28,8 @@ public:
 
     /// Everything is there; what setSelection() named is selected already.
     virtual void onInitialized();
-    virtual void onSelectionChanged(const ItemIDList& selection); ///< `selection` lives until it returns.
+    /// `selection` lives until it returns.
+    virtual void onSelectionChanged(const ItemIDList& selection);
     /// With `BIF_VALIDATE`: the text that was typed is no folder. True keeps the dialog open.
     ///@{
     virtual bool onValidateFailed(const char* text);
@@ -44,7 +45,8 @@ public:
     void setSelection(const ITEMIDLIST* folder);
     ///@}
 
-    bool showModal(); ///< False when cancelled.
+    /// False when cancelled.
+    bool showModal();
     /// The folder chosen last; null after a cancelled dialog.
     const ItemIDList& getSelection() const { return selection_; }
     /// As the shell shows the folder; empty before the dialog and after a cancelled one.
@@ -52,8 +54,9 @@ public:
 
 protected:
     // For the handlers.
+    /// Shown with `BIF_STATUSTEXT`.
     ///@{
-    void setStatusText(const char* text); ///< Shown with `BIF_STATUSTEXT`.
+    void setStatusText(const char* text);
     void setStatusText(const wchar_t* text);
     ///@}
     /// Whether the user can press OK.

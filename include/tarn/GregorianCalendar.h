@@ -22,7 +22,8 @@ namespace tarn {
 /// and a roll() past the last year allocates.
 class TARN_API GregorianCalendar : public GregorianCalendarBase, public Calendar {
 public:
-    GregorianCalendar(); ///< In TimeZone::current().
+    /// In TimeZone::current().
+    GregorianCalendar();
     /// In a copy of this zone.
     GregorianCalendar(const TimeZone& zone);
     /// A copy has fields, instant, zone and cutover of its own.
@@ -57,8 +58,10 @@ public:
     ///@}
     /// By set() or computed.
     bool isSet(int field) const { return isPutOff(stampsArePutOff) || stamps_[field] != 0; }
-    void Clear();          ///< Unsets every field.
-    void Clear(int field); ///< Unsets one field.
+    /// Unsets every field.
+    void Clear();
+    /// Unsets one field.
+    void Clear(int field);
 
     /// As Calendar's, with fewer calls.
     ///@{
@@ -83,7 +86,8 @@ public:
     int getMaximum(int field) override;
     int getGreatestMinimum(int field) override;
     int getLeastMaximum(int field) override;
-    int getActualMinimum(int field) override; ///< As getMinimum().
+    /// As getMinimum().
+    int getActualMinimum(int field) override;
     /// Searches with a Clone() for years and weeks. The length of the year goes by the number in FieldYear
     /// as if it were AD: in the era BC ask yearLength(1 - year).
     int getActualMaximum(int field) override;
@@ -118,9 +122,12 @@ public:
     /// The year that the week of FieldWeekOfYear belongs to.
     int getISOYear();
 
-    int monthLength(int month, int year) const; ///< `year` is astronomical: 0 is 1 BC.
-    int monthLength(int month) const;           ///< In the year and era that the fields hold.
-    int yearLength(int year) const { return isLeapYear(year) ? 366 : 365; } ///< In days; `year` is astronomical.
+    /// `year` is astronomical: 0 is 1 BC.
+    int monthLength(int month, int year) const;
+    /// In the year and era that the fields hold.
+    int monthLength(int month) const;
+    /// In days; `year` is astronomical.
+    int yearLength(int year) const { return isLeapYear(year) ? 366 : 365; }
     /// By the number in FieldYear as if it were AD: in the era BC call yearLength(1 - year).
     int yearLength() const;
 
@@ -189,7 +196,8 @@ private:
     int firstDayOfWeek_ = Sunday;
     int minimalDaysInFirstWeek_ = 1;
     mutable int fields_[FieldCount] = {};
-    mutable int stamps_[FieldCount] = {}; ///< 0 unset, 1 computed, from 2 on the order of set() calls.
+    /// 0 unset, 1 computed, from 2 on the order of set() calls.
+    mutable int stamps_[FieldCount] = {};
 };
 static_assert(sizeof(void*) != 4 || sizeof(GregorianCalendar) == 240);
 } // namespace tarn

@@ -16,7 +16,8 @@ public:
     enum Era : int { BC, AD };
     /// The months by their English names.
     enum Month : int {
-        January, ///< 0: months count from zero, days from one.
+        /// 0: months count from zero, days from one.
+        January,
         February,
         March,
         April,
@@ -32,7 +33,8 @@ public:
     /// From Sunday, which is 1, to Saturday, 7.
     enum DayOfWeek : int { Sunday = 1, Monday, Tuesday, Wednesday, Thursday, Friday, Saturday };
 
-    GregorianCalendarBase(); ///< With the cutover of 1582-10-15 00:00:00 UTC.
+    /// With the cutover of 1582-10-15 00:00:00 UTC.
+    GregorianCalendarBase();
 
     /// The first instant reckoned by the Gregorian rules.
     Time gregorianChange() const { return Time(gregorianCutover_); }

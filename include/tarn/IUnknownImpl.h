@@ -57,7 +57,8 @@ public:
     /// this library: while there are any, none of its servers lets itself be unloaded.
     static unsigned getInstanceCount();
 
-    IUnknown& getUnknown(); ///< The aggregating object, else this one.
+    /// The aggregating object, else this one.
+    IUnknown& getUnknown();
     /// The aggregating object; empty when there is none.
     COMInterfacePointer<IUnknown> getOuter() const;
 

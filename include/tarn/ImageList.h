@@ -17,7 +17,8 @@ public:
     /// As load() does.
     ImageList(int resource, what kind, unsigned width, unsigned long mask, unsigned flags, HINSTANCE module);
     ImageList(const ImageList&) = delete;
-    ImageList(ImageList&& other) noexcept : list_(other.detach()) {} ///< Takes the list over.
+    /// Takes the list over.
+    ImageList(ImageList&& other) noexcept : list_(other.detach()) {}
     /// Copies the handle without destroying the one before, and leaves two owners of one list: detach() one
     /// of them before both die, otherwise the second one's end throws or worse.
     ImageList& operator=(const ImageList&) = default;
@@ -31,9 +32,12 @@ public:
     /// first pixel), `flags` are those of `LoadImage` (`LR_CREATEDIBSECTION` keeps the colours).
     /// Throws "Failed to load image list".
     void load(int resource, what kind, unsigned width, unsigned long mask, unsigned flags, HINSTANCE module);
-    void destroy();               ///< Does nothing when empty. Throws "Failed to destroy image list".
-    void attach(HIMAGELIST list); ///< Takes it over, and destroys what was held before.
-    HIMAGELIST detach() noexcept; ///< The caller destroys it from now on.
+    /// Does nothing when empty. Throws "Failed to destroy image list".
+    void destroy();
+    /// Takes it over, and destroys what was held before.
+    void attach(HIMAGELIST list);
+    /// The caller destroys it from now on.
+    HIMAGELIST detach() noexcept;
 
     /// Null for none. The handle is lent, not given.
     ///@{

@@ -15,16 +15,20 @@ public:
     ItemIDList() noexcept = default;
     /// With `owns` as attach(), otherwise `list` has to live as long as the object uses it.
     ItemIDList(ITEMIDLIST* list, bool owns) noexcept : list_(list), owns_(owns) {}
-    ItemIDList(ItemIDList&& other) noexcept; ///< Takes over what the other one has, and leaves that null.
+    /// Takes over what the other one has, and leaves that null.
+    ItemIDList(ItemIDList&& other) noexcept;
     /// The same; what was held is freed if it was owned.
     ItemIDList& operator=(ItemIDList&& other) noexcept;
     ~ItemIDList() { close(); }
 
     /// Takes over a list that the shell handed out, and frees the one held before.
     void attach(ITEMIDLIST* list) noexcept;
-    void copy(const ITEMIDLIST* list); ///< Throws BadAllocation. A null list clears.
-    void close() noexcept;             ///< Frees what is owned and becomes null.
-    ITEMIDLIST* detach() noexcept;     ///< Becomes null; what was owned is the caller's from now on.
+    /// Throws BadAllocation. A null list clears.
+    void copy(const ITEMIDLIST* list);
+    /// Frees what is owned and becomes null.
+    void close() noexcept;
+    /// Becomes null; what was owned is the caller's from now on.
+    ITEMIDLIST* detach() noexcept;
 
     /// Null for none. Lent, not given.
     ///@{

@@ -21,8 +21,9 @@ public:
     /// As ListView::create() with an id.
     void create(HWND parent, unsigned short id, const RECT& rect, unsigned long style);
 
+    /// The new item's index. Throws "Can't add string to listbox".
     ///@{
-    int addString(const char* text) const; ///< The new item's index. Throws "Can't add string to listbox".
+    int addString(const char* text) const;
     int addString(const wchar_t* text) const;
     ///@}
     /// Each line of a string resource (null: the program's) becomes an item, without empty ones. Gives the
@@ -39,15 +40,19 @@ public:
     BasicString<wchar_t> getStringW(unsigned index) const;
     ///@}
     /// For an owner-drawn box without `LBS_HASSTRINGS`: an item that is only this value.
-    int addItem(const void* data) const;    ///< Throws "Can't add item to listbox".
-    int deleteString(unsigned index) const; ///< How many are left. Throws "Can't delete listbox item".
+    /// Throws "Can't add item to listbox".
+    int addItem(const void* data) const;
+    /// How many are left. Throws "Can't delete listbox item".
+    int deleteString(unsigned index) const;
     /// Deletes all items.
     void resetContent() const;
     /// How many items there are.
     int getCount() const;
 
-    void setItemData(unsigned index, const void* data) const; ///< Throws "Can't set listbox item data".
-    void* getItemData(unsigned index) const;                  ///< All bits set for an item that does not exist.
+    /// Throws "Can't set listbox item data".
+    void setItemData(unsigned index, const void* data) const;
+    /// All bits set for an item that does not exist.
+    void* getItemData(unsigned index) const;
     /// The first item behind `start`, and then from the top, that begins with the text, in any case.
     ///@{
     int findString(const char* text, unsigned start = static_cast<unsigned>(-1)) const;
@@ -55,16 +60,20 @@ public:
     ///@}
     /// Of a box in which one item can be selected.
     int getCurrentSelection() const;
-    int setCurrentSelection(unsigned index) const; ///< With -1 nothing is selected any more.
+    /// With -1 nothing is selected any more.
+    int setCurrentSelection(unsigned index) const;
 
     // ---- For a box in which several items can be selected
 
-    bool isSelected(unsigned index) const; ///< Also of any other box.
+    /// Also of any other box.
+    bool isSelected(unsigned index) const;
     /// -1 means all items. Throws "Can't select listbox item".
     void setSelected(unsigned index, bool selected) const;
-    std::vector<int> getSelectedItems() const; ///< In their order; also of any other box.
+    /// In their order; also of any other box.
+    std::vector<int> getSelectedItems() const;
 
-    bool hasStrings() const; ///< The style `LBS_HASSTRINGS`, which matters for owner-drawn boxes only.
+    /// The style `LBS_HASSTRINGS`, which matters for owner-drawn boxes only.
+    bool hasStrings() const;
     /// The styles `LBS_OWNERDRAWFIXED` and `LBS_OWNERDRAWVARIABLE`, or either of them.
     ///@{
     bool isOwnerDrawFixed() const;

@@ -46,7 +46,8 @@ public:
     int insertColumn(unsigned column, const char* text, int width, int format, int subitem) const;
     int insertColumn(unsigned column, const wchar_t* text, int width, int format, int subitem) const;
     ///@}
-    int getColumnWidth(unsigned column) const; ///< 0 for one that does not exist.
+    /// 0 for one that does not exist.
+    int getColumnWidth(unsigned column) const;
     /// `LVSCW_AUTOSIZE` fits the items, `LVSCW_AUTOSIZE_USEHEADER` the heading, too. Throws "Can't set list view column
     /// width".
     void setColumnWidth(unsigned column, int width) const;
@@ -73,30 +74,37 @@ public:
                    int image = I_IMAGENONE) const;
     ///@}
 
+    /// Throws "Can't get listview item".
     ///@{
-    void getItem(LVITEMA& item) const; ///< Throws "Can't get listview item".
+    void getItem(LVITEMA& item) const;
     void getItem(LVITEMW& item) const;
     ///@}
+    /// Throws "Can't set item".
     ///@{
-    void setItem(const LVITEMA& item) const; ///< Throws "Can't set item".
+    void setItem(const LVITEMA& item) const;
     void setItem(const LVITEMW& item) const;
     ///@}
     /// Of another subitem than 0 it shows with the extended style `LVS_EX_SUBITEMIMAGES`. Throws "Can't set item".
     void setItemImage(unsigned item, unsigned subitem, int image) const;
+    /// Throws "Can't set item text".
     ///@{
-    void setItemText(unsigned item, const LVITEMA& text) const; ///< Throws "Can't set item text".
+    void setItemText(unsigned item, const LVITEMA& text) const;
     void setItemText(unsigned item, const LVITEMW& text) const;
     void setItemText(unsigned item, const char* text, unsigned subitem = 0) const;
     void setItemText(unsigned item, const wchar_t* text, unsigned subitem = 0) const;
     ///@}
+    /// Empty when there is no such item.
     ///@{
-    BasicString<char> getItemTextA(unsigned item, unsigned subitem) const; ///< Empty when there is no such item.
+    BasicString<char> getItemTextA(unsigned item, unsigned subitem) const;
     BasicString<wchar_t> getItemTextW(unsigned item, unsigned subitem) const;
     ///@}
-    void* getItemData(unsigned item) const; ///< Null when there is no such item.
+    /// Null when there is no such item.
+    void* getItemData(unsigned item) const;
 
-    void deleteItem(unsigned item) const; ///< Throws "Can't delete listview item".
-    void deleteAllItems() const;          ///< Throws "Can't delete listview item".
+    /// Throws "Can't delete listview item".
+    void deleteItem(unsigned item) const;
+    /// Throws "Can't delete listview item".
+    void deleteAllItems() const;
     /// 0 for an empty view.
     unsigned getItemCount() const;
 
@@ -111,19 +119,22 @@ public:
 
     /// Of an item; the other items stay as they are unless the view has the style `LVS_SINGLESEL`.
     ///@{
-    void setSelected(unsigned item, bool selected) const; ///< Throws "Can't set item".
+    /// Throws "Can't set item".
+    void setSelected(unsigned item, bool selected) const;
     bool isSelected(unsigned item) const;
     ///@}
     /// With the extended style `LVS_EX_CHECKBOXES`.
     ///@{
-    void setChecked(unsigned item, bool isOn) const; ///< Throws "Can't set item".
+    /// Throws "Can't set item".
+    void setChecked(unsigned item, bool isOn) const;
     bool isChecked(unsigned item) const;
     ///@}
     /// Lets the user change the text of an item, with the style `LVS_EDITLABELS`; the parent hears of it by
     /// `LVN_ENDLABELEDIT`. Throws "Can't edit list view item".
     void editItem(unsigned item) const;
 
-    unsigned getSlectedItemCount() const; ///< (sic)
+    /// (sic)
+    unsigned getSlectedItemCount() const;
     /// The item behind `start` (-1: the first one) with these `LVNI_` properties; -1 when there is none.
     int getNextItem(int start, unsigned flags) const;
     /// The same for selected items.

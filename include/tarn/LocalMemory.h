@@ -12,9 +12,11 @@ class TARN_API LocalMemory : private boost::noncopyable {
 public:
     /// What `LocalFlags` tells of a block.
     struct Flags {
-        unsigned value; ///< As `LocalFlags` gives it.
+        /// As `LocalFlags` gives it.
+        unsigned value;
 
-        unsigned lockCount() const { return value & LMEM_LOCKCOUNT; } ///< Of a movable block; 0 for fixed memory.
+        /// Of a movable block; 0 for fixed memory.
+        unsigned lockCount() const { return value & LMEM_LOCKCOUNT; }
         /// Discarded memory has lost its contents and keeps its handle.
         ///@{
         bool isDiscardable() const { return (value & LMEM_DISCARDABLE) != 0; }
@@ -26,7 +28,8 @@ public:
     /// Takes ownership of `handle`. The handle of fixed memory is the pointer to it; a movable block has
     /// to be locked to be used.
     LocalMemory(void* handle, bool movable) : handle_(handle), lockCount_(movable ? 0 : fixed) {}
-    LocalMemory(LocalMemory&& other) noexcept; ///< Takes the block over with its locks.
+    /// Takes the block over with its locks.
+    LocalMemory(LocalMemory&& other) noexcept;
     /// Frees the block held so far; of a failure of that the debugger alone hears.
     LocalMemory& operator=(LocalMemory&& other) noexcept;
     ~LocalMemory() noexcept(false);
@@ -38,14 +41,16 @@ public:
     ///@}
 
     class Access;
-    void* lock(); ///< Throws "Can't lock local memory handle". Access unlocks by itself.
+    /// Throws "Can't lock local memory handle". Access unlocks by itself.
+    void* lock();
     /// True while other locks are left; false for fixed memory. Throws "Can't unlock local memory handle".
     bool unlock();
     /// Unlocks and frees the block. Throws "Can't unlock local memory handle", "Can't free local memory handle".
     void free();
     /// Gives the block to the caller, locked as often as it is; null when there was none.
     void* detach() noexcept;
-    Flags getFlags() const; ///< Throws "Can't query flags for local memory handle".
+    /// Throws "Can't query flags for local memory handle".
+    Flags getFlags() const;
 
 private:
     static constexpr int fixed = -1;
@@ -58,10 +63,13 @@ private:
 /// not move or free its owner.
 class [[nodiscard]] LocalMemory::Access : private boost::noncopyable {
 public:
-    explicit Access(LocalMemory& memory) : memory_(memory), data_(memory.lock()) {} ///< Throws as lock().
-    TARN_API ~Access(); ///< Of a failure to unlock the debugger alone hears.
+    /// Throws as lock().
+    explicit Access(LocalMemory& memory) : memory_(memory), data_(memory.lock()) {}
+    /// Of a failure to unlock the debugger alone hears.
+    TARN_API ~Access();
 
-    void* data() const noexcept { return data_; } ///< Valid as long as this object.
+    /// Valid as long as this object.
+    void* data() const noexcept { return data_; }
 
 private:
     LocalMemory& memory_;

@@ -49,13 +49,16 @@ private:
 /// a thread that ends without unlocking does not block the others for ever. Failures throw WindowsError.
 class TARN_API Mutex : public WindowsHandle, public Lockable {
 public:
-    explicit Mutex(bool initiallyOwned);                         ///< Throws "Error in CreateMutex".
-    template <IsText Text> explicit Mutex(const Text&) = delete; ///< It has no name, and a text is no `true`.
+    /// Throws "Error in CreateMutex".
+    explicit Mutex(bool initiallyOwned);
+    /// It has no name, and a text is no `true`.
+    template <IsText Text> explicit Mutex(const Text&) = delete;
 
     /// Waits without end. A mutex that its owner's end abandoned counts as locked. Throws "Error while
     /// retrieving handle state".
     void lock() override;
-    void unlock() override; ///< Throws "Error in ReleaseMutex", for a mutex of another thread for instance.
+    /// Throws "Error in ReleaseMutex", for a mutex of another thread for instance.
+    void unlock() override;
     /// False when another thread holds the mutex; do not wait. The second is for the standard library's locks.
     /// Throw as lock().
     ///@{

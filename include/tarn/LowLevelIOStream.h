@@ -31,7 +31,8 @@ public:
 
     /// Throws "Error in LowLevelIOStream::write(...)".
     unsigned int write(const void* buffer, unsigned int size) override;
-    void flush() override; ///< Waits until the system has stored what was written. Throws "Can't flush".
+    /// Waits until the system has stored what was written. Throws "Can't flush".
+    void flush() override;
     /// Throws "LowLevelIOStream::close()", and counts as open still.
     void close() override;
     /// As close(), with its failure; while an exception is on its way the debugger alone hears of that.
@@ -48,14 +49,17 @@ public:
     void attach(int descriptor);
     /// Leaves the descriptor to the caller, and is closed then; -1 when there is none.
     int detach() noexcept;
-    int getHandle() const { return fd_; }     ///< The descriptor; -1 when there is none.
-    bool isOpen() const { return fd_ != -1; } ///< Also after a close() that failed.
+    /// The descriptor; -1 when there is none.
+    int getHandle() const { return fd_; }
+    /// Also after a close() that failed.
+    bool isOpen() const { return fd_ != -1; }
 
     /// 0 at the end of the file. Throws "Fehler in LowLevelIOStream::read(...)".
     unsigned int read(void* buffer, unsigned int size) override;
     /// Throws "Fehler in LowLevelIOStream::seek(...)\n".
     unsigned long long seek(long long offset, whence origin) override;
-    unsigned long long skip(long long count) { return seek(count, current); } ///< Backwards when negative.
+    /// Backwards when negative.
+    unsigned long long skip(long long count) { return seek(count, current); }
 
 private:
     int fd_ = -1;

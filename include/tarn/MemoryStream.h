@@ -13,8 +13,10 @@ namespace tarn {
 /// of the stream read the same memory, each from its own position.
 class TARN_API MemoryInputStream : public SeekableInputStream {
 public:
-    MemoryInputStream() = default; ///< Without data, as if over an empty buffer.
-    MemoryInputStream(const void* data, unsigned int size) { setBuffer(data, size); } ///< As setBuffer().
+    /// Without data, as if over an empty buffer.
+    MemoryInputStream() = default;
+    /// As setBuffer().
+    MemoryInputStream(const void* data, unsigned int size) { setBuffer(data, size); }
 
     /// Goes over to other memory, at its start.
     void setBuffer(const void* data, unsigned int size)
@@ -34,7 +36,8 @@ public:
     }
     /// Throws `std::runtime_error` "Bad seek position" for a position before the start or behind the end.
     void setFilePointer(long long offset, whence origin) override;
-    unsigned long long getFilePointer() override { return position_; } ///< From the start of the memory.
+    /// From the start of the memory.
+    unsigned long long getFilePointer() override { return position_; }
 
 private:
     const char* data_ = nullptr;
@@ -79,7 +82,8 @@ public:
     /// A position behind the end makes the stream that long; what lies between holds any bytes. Throws
     /// `std::runtime_error` "Can't seek to negative offset", too.
     void setFilePointer(long long offset, whence origin) override;
-    unsigned long long getFilePointer() override { return position_; } ///< From the start of the memory.
+    /// From the start of the memory.
+    unsigned long long getFilePointer() override { return position_; }
     unsigned long long getSize() override { return buffer_.size(); }
 
 private:

@@ -22,11 +22,14 @@ public:
 
     /// What `MENUITEMINFO` tells of an item, with the text in its own memory (empty for separators).
     struct ItemInfo {
-        unsigned type = 0;  ///< `MFT_...`
-        unsigned state = 0; ///< `MFS_...`
+        /// `MFT_...`
+        unsigned type = 0;
+        /// `MFS_...`
+        unsigned state = 0;
         /// What onCommand() is told.
         unsigned id = 0;
-        HMENU subMenu = nullptr; ///< Borrowed, as the bitmaps are.
+        /// Borrowed, as the bitmaps are.
+        HMENU subMenu = nullptr;
         /// What stands before the text; null for the system's own mark, or none.
         ///@{
         HBITMAP checkedBitmap = nullptr;
@@ -78,17 +81,20 @@ public:
     /// Takes an item out; its submenu lives on and is then the caller's. Throws "Can't remove menu item".
     void remove(unsigned item, bool byPosition) const;
 
-    unsigned getItemCount() const; ///< Throws "Can't retrieve item count for menu MENU".
+    /// Throws "Can't retrieve item count for menu MENU".
+    unsigned getItemCount() const;
     /// Throws "Can't retrieve item POSITION of menu MENU", also, with the code 0, for an item with a submenu.
     unsigned getItemID(unsigned position) const;
-    void getItemInfo(ItemInfo& info, unsigned item, bool byPosition) const; ///< Throws "Can't retrieve menu item info".
+    /// Throws "Can't retrieve menu item info".
+    void getItemInfo(ItemInfo& info, unsigned item, bool byPosition) const;
     /// What it was before; -1 when there is no such item.
     ///@{
     state setItemState(state newState, unsigned item, bool byPosition) const;
     check setItemCheck(check newCheck, unsigned item, bool byPosition) const;
     ///@}
 
-    Menu getSubMenu(unsigned position) const; ///< Borrowed; null for an item without.
+    /// Borrowed; null for an item without.
+    Menu getSubMenu(unsigned position) const;
     /// The menu that has the item `id` as one of its own: this one, or one of its submenus at any depth
     /// (borrowed). Null when there is none.
     ///

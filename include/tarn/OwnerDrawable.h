@@ -20,10 +20,12 @@ public:
 
     /// Draws one item into the context that the structure has. Does nothing unless overridden.
     virtual void onDrawItem(const DRAWITEMSTRUCT& item);
-    virtual void onMeasureItem(MEASUREITEMSTRUCT& item); ///< Fills in the size.
+    /// Fills in the size.
+    virtual void onMeasureItem(MEASUREITEMSTRUCT& item);
     /// An item is gone: its data can be given back. Does nothing unless overridden.
     virtual void onDeleteItem(const DELETEITEMSTRUCT& item);
-    virtual compare_result onCompareItem(const COMPAREITEMSTRUCT& items); ///< `equal` unless overridden.
+    /// `equal` unless overridden.
+    virtual compare_result onCompareItem(const COMPAREITEMSTRUCT& items);
 
 protected:
     ~OwnerDrawable() = default;

@@ -11,7 +11,8 @@ namespace tarn {
 /// DeviceContext of the window.
 class TARN_API PaintDeviceContext : public DeviceContext {
 public:
-    PaintDeviceContext(HWND window); ///< Throws "Error in BeginPaint".
+    /// Throws "Error in BeginPaint".
+    PaintDeviceContext(HWND window);
     /// Not for use while painting: as of any context the copy is a memory context. It ends no painting.
     PaintDeviceContext(const PaintDeviceContext& other);
     /// Takes over what the other one has, which then ends no painting any more.
@@ -23,7 +24,8 @@ public:
 
     /// Ends painting. Becomes null in any case. Throws "Error in EndPaint".
     void close();
-    HDC detach() = delete; ///< Nothing else could end the painting.
+    /// Nothing else could end the painting.
+    HDC detach() = delete;
 
     /// As `BeginPaint` filled it in.
     const PAINTSTRUCT& getPaintStruct() const noexcept { return paint_; }

@@ -43,7 +43,8 @@ public:
     void keepWriteEnd();
     ///@}
 
-    void close(); ///< Both ends, as far as they are open.
+    /// Both ends, as far as they are open.
+    void close();
 
 private:
     WindowsFile readEnd_;

@@ -14,14 +14,16 @@ public:
     /// As ListView::create() with an id.
     void create(HWND parent, unsigned short id, const RECT& rect, unsigned long style);
 
-    void setRange(int min, int max) const; ///< 0 to 100 unless set.
+    /// 0 to 100 unless set.
+    void setRange(int min, int max) const;
     /// The range that setRange() made.
     ///@{
     PBRANGE getRange() const;
     int getMin() const;
     int getMax() const;
     ///@}
-    int setPos(int position) const; ///< The position before. Beyond the range it is set to the nearer end.
+    /// The position before. Beyond the range it is set to the nearer end.
+    int setPos(int position) const;
     /// In the units of the range.
     int getPos() const;
     /// For work whose end is not known: with the style `PBS_MARQUEE` a piece of the bar moves on every so often.

@@ -21,7 +21,8 @@ public:
     PropertyPage(unsigned short resource, HINSTANCE instance);
     /// `title` is a string resource; without it the template's caption is the page's title.
     PropertyPage(unsigned short resource, unsigned short title, HINSTANCE instance);
-    ~PropertyPage() override; ///< Releases a page that no sheet has taken.
+    /// Releases a page that no sheet has taken.
+    ~PropertyPage() override;
 
     /// Hands `IDOK` and `IDCANCEL` on to the sheet, which takes them for its own buttons.
     void onCommand(Window* sender, unsigned short code, unsigned short id) override;
@@ -31,11 +32,14 @@ public:
     virtual int onNext();
     virtual int onBack();
     ///@}
-    virtual bool onFinish(); ///< The wizard's Finish; true keeps it open.
+    /// The wizard's Finish; true keeps it open.
+    virtual bool onFinish();
     /// The page is about to appear: 0 lets it, -1 skips it, else the template number of the one to show.
     virtual int onActivate();
-    virtual bool onDeactivate(); ///< The page is about to be left, or OK was pressed; true stays.
-    virtual bool onCancel();     ///< Cancel was pressed; true keeps the sheet open.
+    /// The page is about to be left, or OK was pressed; true stays.
+    virtual bool onDeactivate();
+    /// Cancel was pressed; true keeps the sheet open.
+    virtual bool onCancel();
     /// The system releases the page with its sheet, and the handle is forgotten: call this when overriding.
     virtual void release();
 

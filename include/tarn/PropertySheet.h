@@ -55,17 +55,21 @@ public:
 
     // ---- For the open sheet; without effect before
 
-    void activate(int resource); ///< By the number of the page's template.
+    /// By the number of the page's template.
+    void activate(int resource);
     /// By the page, or by `index` when the sheet does not have it. Throws "Can't create property page".
     void activate(PropertyPage* page, unsigned index);
-    void pressButton(int button); ///< `PSBTN_...`
+    /// `PSBTN_...`
+    void pressButton(int button);
     /// Of a wizard: which buttons can be pressed (`PSWIZB_...`), and whether there is a Back button at all.
     /// The place for it is the page's onActivate().
     void setWizardButtons(unsigned long flags, bool showBack = true);
     /// Replaces Next by a Finish button of this text and takes Back away.
     void setFinishText(const char* text);
-    void rebootSystem();   ///< showModal() returns `ID_PSREBOOTSYSTEM` when it is not cancelled.
-    void restartWindows(); ///< showModal() returns `ID_PSRESTARTWINDOWS` when it is not cancelled.
+    /// showModal() returns `ID_PSREBOOTSYSTEM` when it is not cancelled.
+    void rebootSystem();
+    /// showModal() returns `ID_PSRESTARTWINDOWS` when it is not cancelled.
+    void restartWindows();
 
 private:
     friend class PropertyPage;

@@ -13,8 +13,10 @@ class TARN_API RadioButtonGroup {
 public:
     RadioButtonGroup() = default;
 
-    void create(Window& parent, int firstId); ///< Throws "Can't retrieve radio button handle for group".
-    int getSelection() const;                 ///< The position of the checked button from 0; -1 for none.
+    /// Throws "Can't retrieve radio button handle for group".
+    void create(Window& parent, int firstId);
+    /// The position of the checked button from 0; -1 for none.
+    int getSelection() const;
     /// Checks that button and no other; a position that the group does not have checks none.
     void setSelection(int position) const;
 

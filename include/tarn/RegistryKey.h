@@ -80,13 +80,15 @@ public:
     /// The copy of an owned key owns a handle of its own with the same access; the copy of a borrowed key
     /// borrows the same handle.
     RegistryKey(const RegistryKey& other);
-    RegistryKey(RegistryKey&& other) noexcept; ///< Takes the handle over as it is, owned or not.
+    /// Takes the handle over as it is, owned or not.
+    RegistryKey(RegistryKey&& other) noexcept;
     /// As the constructors of the same arguments. An owned key is closed; of a failure the debugger hears.
     ///@{
     RegistryKey& operator=(const RegistryKey& other);
     RegistryKey& operator=(RegistryKey&& other) noexcept;
     ///@}
-    virtual ~RegistryKey(); ///< Does not report a failing close: call close() to hear of it.
+    /// Does not report a failing close: call close() to hear of it.
+    virtual ~RegistryKey();
 
     /// Closes an owned key, then opens another, which it owns; so `parent` must not be the key that this
     /// object owns. False when there is no such subkey. An open that fails leaves the object without key.
@@ -147,16 +149,20 @@ public:
     /// Closes the key if it is owned. The handle stays readable, so isOpen() is still true: ask ownsKey(),
     /// or call detach() to forget the handle too. Does nothing the second time.
     void close();
-    void attach(HKEY key, bool owns);                                    ///< Closes an owned key first.
-    template <detail::NotFlag T> void attach(HKEY key, T owns) = delete; ///< As the constructor.
-    HKEY detach();                                                       ///< Hands the handle to the caller, open.
+    /// Closes an owned key first.
+    void attach(HKEY key, bool owns);
+    /// As the constructor.
+    template <detail::NotFlag T> void attach(HKEY key, T owns) = delete;
+    /// Hands the handle to the caller, open.
+    HKEY detach();
 
     /// Lent, not given; null for none.
     ///@{
     HKEY getKey() const { return key_; }
     operator HKEY() const { return key_; }
     ///@}
-    bool ownsKey() const { return owns_; } ///< Whether the object closes the key.
+    /// Whether the object closes the key.
+    bool ownsKey() const { return owns_; }
     /// `KEY_WOW64_64KEY` or `KEY_WOW64_32KEY` if the access that the key was opened or created with says so,
     /// else 0. What opens and works on subkeys and whole trees stays in this view.
     unsigned long getView() const { return static_cast<unsigned long>(view_) << 8; }
@@ -168,7 +174,8 @@ public:
     bool operator!() const { return isNull(); }
     ///@}
 
-    void flush() const; ///< Returns when the key's changes are on the disk.
+    /// Returns when the key's changes are on the disk.
+    void flush() const;
 
     // Values. A null or empty name means the key's default value.
 
@@ -262,12 +269,14 @@ public:
     bool getValue(const wchar_t* name, RegistryValue<wchar_t>& value) const;
     ///@}
 
+    /// In bytes, as this width reads the value.
     ///@{
-    unsigned long getValueSize(const char* name) const; ///< In bytes, as this width reads the value.
+    unsigned long getValueSize(const char* name) const;
     unsigned long getValueSize(const wchar_t* name) const;
     ///@}
+    /// A `REG_...` code.
     ///@{
-    unsigned long GetValueType(const char* name) const; ///< A `REG_...` code.
+    unsigned long GetValueType(const char* name) const;
     unsigned long GetValueType(const wchar_t* name) const;
     ///@}
     /// Throws "Error in checking registry value existance" (sic).
@@ -276,12 +285,14 @@ public:
     bool existsValue(const wchar_t* name) const;
     ///@}
 
+    /// A `REG_DWORD`.
     ///@{
-    void setValue(const char* name, unsigned long value) const; ///< A `REG_DWORD`.
+    void setValue(const char* name, unsigned long value) const;
     void setValue(const wchar_t* name, unsigned long value) const;
     ///@}
+    /// A `REG_QWORD`.
     ///@{
-    void setValue(const char* name, unsigned long long value) const; ///< A `REG_QWORD`.
+    void setValue(const char* name, unsigned long long value) const;
     void setValue(const wchar_t* name, unsigned long long value) const;
     ///@}
     /// Any other number, as a `REG_DWORD` if its type has up to 32 bits. Without these a 0 could be a null text as
@@ -296,8 +307,9 @@ public:
         setValue(name, detail::widened(value));
     }
     ///@}
+    /// A `REG_SZ`; null is the empty text.
     ///@{
-    void setValue(const char* name, const char* text) const; ///< A `REG_SZ`; null is the empty text.
+    void setValue(const char* name, const char* text) const;
     void setValue(const wchar_t* name, const wchar_t* text) const;
     ///@}
     /// A `REG_EXPAND_SZ`, as getExpandedStringValue() reads it; null is the empty text.
@@ -321,8 +333,9 @@ public:
     void setValue(const wchar_t* name, const RegistryValue<wchar_t>& value) const;
     ///@}
 
+    /// Throws "Can't delete registry value".
     ///@{
-    void deleteValue(const char* name) const; ///< Throws "Can't delete registry value".
+    void deleteValue(const char* name) const;
     void deleteValue(const wchar_t* name) const;
     ///@}
     /// Deletes one value after the other; a failure leaves the rest. Throws "Can't delete registry value".
@@ -330,10 +343,12 @@ public:
 
     // Subkeys. What a failing operation on a whole subtree has done by then stays done.
 
+    /// False also for a key that may not be read.
     ///@{
-    bool existsKey(const char* subkey) const; ///< False also for a key that may not be read.
+    bool existsKey(const char* subkey) const;
     bool existsKey(const wchar_t* subkey) const;
-    static bool existsKey(HKEY parent, const char* subkey, unsigned long view = 0); ///< `KEY_WOW64_64KEY`, say.
+    /// `KEY_WOW64_64KEY`, say.
+    static bool existsKey(HKEY parent, const char* subkey, unsigned long view = 0);
     static bool existsKey(HKEY parent, const wchar_t* subkey, unsigned long view = 0);
     ///@}
 
@@ -379,9 +394,12 @@ public:
     ///@}
     /// Directly below the key.
     unsigned long getSubkeyCount() const;
-    unsigned long getValueCount() const;                      ///< The default value counts when it is set.
-    FILETIME GetLastWriteTime() const;                        ///< In UTC.
-    bool hasSubkeys() const { return getSubkeyCount() != 0; } ///< Asks the platform each time.
+    /// The default value counts when it is set.
+    unsigned long getValueCount() const;
+    /// In UTC.
+    FILETIME GetLastWriteTime() const;
+    /// Asks the platform each time.
+    bool hasSubkeys() const { return getSubkeyCount() != 0; }
 
 private:
     unsigned long inView(unsigned long access) const
@@ -400,37 +418,56 @@ static_assert(sizeof(RegistryKey) == 12, "the virtual table, owns, key");
 
 /// What the platform knows of a key. Lengths are in characters, without terminators.
 template <class Ch> struct RegistryKey::Info {
-    BasicString<Ch> className;                ///< Empty for most keys.
-    unsigned long subkeyCount = 0;            ///< Directly below the key.
-    unsigned long maxSubkeyLength = 0;        ///< Of the names of the subkeys.
-    unsigned long maxClassLength = 0;         ///< Of the classes of the subkeys.
-    unsigned long valueCount = 0;             ///< The default value counts when it is set.
-    unsigned long maxValueNameLength = 0;     ///< 0 when no value has a name.
-    unsigned long maxValueDataSize = 0;       ///< In bytes.
-    unsigned long securityDescriptorSize = 0; ///< In bytes.
-    FILETIME lastWriteTime = {};              ///< In UTC.
+    /// Empty for most keys.
+    BasicString<Ch> className;
+    /// Directly below the key.
+    unsigned long subkeyCount = 0;
+    /// Of the names of the subkeys.
+    unsigned long maxSubkeyLength = 0;
+    /// Of the classes of the subkeys.
+    unsigned long maxClassLength = 0;
+    /// The default value counts when it is set.
+    unsigned long valueCount = 0;
+    /// 0 when no value has a name.
+    unsigned long maxValueNameLength = 0;
+    /// In bytes.
+    unsigned long maxValueDataSize = 0;
+    /// In bytes.
+    unsigned long securityDescriptorSize = 0;
+    /// In UTC.
+    FILETIME lastWriteTime = {};
 };
 
 /// What both snapshots are: a list of entries, from first to last, that can be copied and assigned.
 template <class EntryType> class RegistryKey::Snapshot {
 public:
-    using Entry = EntryType;                                            ///< A KeyEntry or a ValueEntry.
-    using const_iterator = typename std::vector<Entry>::const_iterator; ///< To any entry, in either direction.
+    /// A KeyEntry or a ValueEntry.
+    using Entry = EntryType;
+    /// To any entry, in either direction.
+    using const_iterator = typename std::vector<Entry>::const_iterator;
 
-    const_iterator begin() const { return entries_.begin(); } ///< The first entry in the platform's order.
-    const_iterator end() const { return entries_.end(); }     ///< Behind the last entry.
-    std::size_t size() const { return entries_.size(); }      ///< How many there were; the registry is not asked.
-    bool empty() const { return entries_.empty(); }           ///< True for a key that had none.
+    /// The first entry in the platform's order.
+    const_iterator begin() const { return entries_.begin(); }
+    /// Behind the last entry.
+    const_iterator end() const { return entries_.end(); }
+    /// How many there were; the registry is not asked.
+    std::size_t size() const { return entries_.size(); }
+    /// True for a key that had none.
+    bool empty() const { return entries_.empty(); }
 
 protected:
-    std::vector<Entry> entries_; ///< Filled in by the constructors of the derived classes.
+    /// Filled in by the constructors of the derived classes.
+    std::vector<Entry> entries_;
 };
 
 /// A subkey of a KeyEnumeration.
 template <class Ch> struct RegistryKey::KeyEntry {
-    BasicString<Ch> name;      ///< Without the path.
-    BasicString<Ch> className; ///< Empty for most keys.
-    FILETIME lastWriteTime;    ///< In UTC.
+    /// Without the path.
+    BasicString<Ch> name;
+    /// Empty for most keys.
+    BasicString<Ch> className;
+    /// In UTC.
+    FILETIME lastWriteTime;
 };
 
 /// A key's subkeys as they were when the snapshot was taken, in the platform's order. Does not keep the
@@ -443,9 +480,12 @@ public:
 
 /// A value of a ValueEnumeration.
 template <class Ch> struct RegistryKey::ValueEntry {
-    BasicString<Ch> name; ///< Empty for the default value.
-    unsigned long type;   ///< A `REG_...` code.
-    unsigned long size;   ///< In bytes, as this width reads the value.
+    /// Empty for the default value.
+    BasicString<Ch> name;
+    /// A `REG_...` code.
+    unsigned long type;
+    /// In bytes, as this width reads the value.
+    unsigned long size;
 };
 
 /// A key's values, without their data, as they were when the snapshot was taken.

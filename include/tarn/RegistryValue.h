@@ -16,9 +16,12 @@ namespace tarn {
 /// platform converts texts only between an entry point and the stored value.
 template <class Ch> class RegistryValue {
 public:
-    RegistryValue() = default;                                  ///< `REG_NONE` without data.
-    TARN_API explicit RegistryValue(unsigned long number);      ///< A `REG_DWORD`.
-    TARN_API explicit RegistryValue(unsigned long long number); ///< A `REG_QWORD`.
+    /// `REG_NONE` without data.
+    RegistryValue() = default;
+    /// A `REG_DWORD`.
+    TARN_API explicit RegistryValue(unsigned long number);
+    /// A `REG_QWORD`.
+    TARN_API explicit RegistryValue(unsigned long long number);
     /// Any other number, as RegistryKey::setValue writes it.
     template <std::integral T> explicit RegistryValue(T number) : RegistryValue(detail::widened(number)) {}
     /// A text with its terminator (null is the empty text); `type` may be `REG_EXPAND_SZ`.
@@ -28,8 +31,10 @@ public:
     /// Bytes as they lie; copied.
     TARN_API RegistryValue(const unsigned char* data, unsigned long sizeInBytes, unsigned long type);
 
-    unsigned long getType() const { return type_; }                                    ///< A `REG_...` code.
-    unsigned long getSize() const { return static_cast<unsigned long>(data_.size()); } ///< In bytes.
+    /// A `REG_...` code.
+    unsigned long getType() const { return type_; }
+    /// In bytes.
+    unsigned long getSize() const { return static_cast<unsigned long>(data_.size()); }
     /// Valid until the value changes; null when it has no data.
     const unsigned char* getData() const { return data_.data(); }
 

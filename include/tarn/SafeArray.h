@@ -47,20 +47,26 @@ public:
     /// Does not report that the array is locked and stays: release every Access first.
     ~SafeArray();
 
+    /// Lent, not given.
     ///@{
-    operator SAFEARRAY*() const noexcept { return array_; } ///< Lent, not given.
+    operator SAFEARRAY*() const noexcept { return array_; }
     SAFEARRAY* get() const noexcept { return array_; }
     ///@}
-    explicit operator bool() const noexcept { return array_ != nullptr; } ///< Whether there is an array.
+    /// Whether there is an array.
+    explicit operator bool() const noexcept { return array_ != nullptr; }
     /// It is destroyed by this object: detach() it first.
     friend HRESULT WINAPI SafeArrayDestroy(const SafeArray& array) = delete;
 
-    VARTYPE getType() const; ///< Throws "Can't get type of safe array".
-    unsigned getDimensionCount() const noexcept { return array_ ? SafeArrayGetDim(array_) : 0; } ///< 0 for null.
+    /// Throws "Can't get type of safe array".
+    VARTYPE getType() const;
+    /// 0 for null.
+    unsigned getDimensionCount() const noexcept { return array_ ? SafeArrayGetDim(array_) : 0; }
     /// Dimensions count from 1, leftmost index first. Throw "Can't get bounds of safe array".
     long getLowerBound(unsigned dimension = 1) const;
-    long getUpperBound(unsigned dimension = 1) const; ///< One less than the lower bound when it is empty.
-    unsigned getSize() const;                         ///< The number of elements of all dimensions.
+    /// One less than the lower bound when it is empty.
+    long getUpperBound(unsigned dimension = 1) const;
+    /// The number of elements of all dimensions.
+    unsigned getSize() const;
 
     /// Throw "Can't get element of safe array", "Can't set element of safe array", with
     /// `DISP_E_BADINDEX` outside of the bounds; set converts the value to the array's type first. A record is
@@ -76,8 +82,10 @@ public:
     /// `DISP_E_ARRAYISLOCKED` while an Access is alive.
     void resize(unsigned count);
 
-    void attach(SAFEARRAY* array); ///< Takes ownership. Throws "Can't destroy safe array".
-    SAFEARRAY* detach() noexcept { return std::exchange(array_, nullptr); } ///< The caller destroys it.
+    /// Takes ownership. Throws "Can't destroy safe array".
+    void attach(SAFEARRAY* array);
+    /// The caller destroys it.
+    SAFEARRAY* detach() noexcept { return std::exchange(array_, nullptr); }
     /// Destroys what it holds; the address is for calls that hand out an array.
     SAFEARRAY** put();
     /// Exchanges the arrays; both stay where they are.
@@ -180,7 +188,8 @@ public:
     T* begin() const noexcept { return data_; }
     T* end() const noexcept { return data_ + size_; }
     ///@}
-    T& operator[](unsigned i) const noexcept { return data_[i]; } ///< From 0, whatever the bounds.
+    /// From 0, whatever the bounds.
+    T& operator[](unsigned i) const noexcept { return data_[i]; }
 
 private:
     SAFEARRAY* array_;

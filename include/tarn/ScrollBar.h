@@ -15,12 +15,15 @@ public:
     /// As ListView::create() with an id.
     void create(HWND parent, unsigned short id, const RECT& rect, unsigned long style);
 
-    void showScrollBar(bool visible) const;      ///< Throws "Can't show/hide scrollbar".
-    void enableScrollBar(unsigned arrows) const; ///< Throws "Can't change scrollbar arrow state".
+    /// Throws "Can't show/hide scrollbar".
+    void showScrollBar(bool visible) const;
+    /// Throws "Can't change scrollbar arrow state".
+    void enableScrollBar(unsigned arrows) const;
     /// Size and mask of `info` have to be filled in. Throws "Can't get scroll info".
     void getScrollInfo(SCROLLINFO& info) const;
     /// `mask` is made of `SIF_...`. Throws the same.
     SCROLLINFO getScrollInfo(unsigned mask) const;
-    int setScrollInfo(const SCROLLINFO& info, bool redraw) const; ///< The position that it has now.
+    /// The position that it has now.
+    int setScrollInfo(const SCROLLINFO& info, bool redraw) const;
 };
 } // namespace tarn

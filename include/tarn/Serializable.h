@@ -29,7 +29,8 @@ public:
     /// Names an object that cannot be made or found.
     class TARN_API Exception : public tarn::Exception {
     public:
-        Exception(const std::string& description); ///< what() is the description.
+        /// what() is the description.
+        Exception(const std::string& description);
         /// A copy has its own text.
         ///@{
         Exception(const Exception&);

@@ -14,10 +14,12 @@ class TARN_API ServiceHandle : private boost::noncopyable {
 public:
     ~ServiceHandle() noexcept(false);
 
-    void close(); ///< Throws "Can't close service handle".
+    /// Throws "Can't close service handle".
+    void close();
     /// Gives the handle to the caller, open; null when there was none.
     SC_HANDLE detach() noexcept { return std::exchange(handle_, nullptr); }
-    bool isOpen() const { return handle_ != nullptr; } ///< False before opening and after close().
+    /// False before opening and after close().
+    bool isOpen() const { return handle_ != nullptr; }
 
 protected:
     ServiceHandle() = default;
@@ -25,7 +27,8 @@ protected:
     ServiceHandle(ServiceHandle&& other) noexcept : handle_(other.detach()) {}
     /// Closes the handle held so far; of a failure of that the debugger alone hears.
     ServiceHandle& operator=(ServiceHandle&& other) noexcept;
-    SC_HANDLE getHandle() const { return handle_; } ///< Null while closed. Lent, not given.
+    /// Null while closed. Lent, not given.
+    SC_HANDLE getHandle() const { return handle_; }
     /// Takes ownership; the object must not hold another handle.
     void setHandle(SC_HANDLE handle) { handle_ = handle; }
 

@@ -18,7 +18,8 @@ namespace tarn {
 /// selection, on an apartment thread: register the class with COMModule::apartment.
 class TARN_API ShellExtension : public IShellExtInit, public IUnknownImpl {
 public:
-    using Items = std::vector<BasicString<wchar_t>>; ///< Full paths.
+    /// Full paths.
+    using Items = std::vector<BasicString<wchar_t>>;
 
     /// `outer` is the aggregating object or null, as for IUnknownImpl.
     explicit ShellExtension(IUnknown* outer) : IUnknownImpl(outer) {}
@@ -27,7 +28,8 @@ public:
     /// Called by Explorer: takes the paths from `data` and the folder. Failures are results.
     HRESULT STDMETHODCALLTYPE Initialize(PCIDLIST_ABSOLUTE folder, IDataObject* data, HKEY progID) override;
 
-    const Items& getItems() const { return items_; } ///< Full paths; empty when the folder itself was clicked.
+    /// Full paths; empty when the folder itself was clicked.
+    const Items& getItems() const { return items_; }
     /// The folder whose background was clicked, or onto which the items are dropped; otherwise empty, as it
     /// is for folders that are not on a disk.
     const BasicString<wchar_t>& getFolder() const { return folder_; }
@@ -49,11 +51,14 @@ class TARN_API ContextMenuHandler : public ShellExtension, public IContextMenu {
 public:
     /// A line of the menu.
     struct Command {
-        BasicString<wchar_t> text; ///< What the menu shows, "&" before the access key; "" is a separator.
+        /// What the menu shows, "&" before the access key; "" is a separator.
+        BasicString<wchar_t> text;
         /// Called with the window that may own dialogs (or null). What it throws becomes the result.
         std::function<void(HWND owner)> action;
-        BasicString<wchar_t> verb; ///< The name by which programs call it; may be empty.
-        BasicString<wchar_t> help; ///< For the status bar; may be empty.
+        /// The name by which programs call it; may be empty.
+        BasicString<wchar_t> verb;
+        /// For the status bar; may be empty.
+        BasicString<wchar_t> help;
     };
 
     /// `outer` is the aggregating object or null, as for IUnknownImpl.
@@ -105,7 +110,8 @@ protected:
 /// Takes what is dropped on a file of its type: override drop, and getEffect if it matters how.
 class TARN_API DropHandler : public IPersistFile, public IDropTarget, public IUnknownImpl {
 public:
-    using Items = ShellExtension::Items; ///< Full paths.
+    /// Full paths.
+    using Items = ShellExtension::Items;
 
     /// `clsid` is the class under which the handler is registered.
     DropHandler(IUnknown* outer, const GUID& clsid) : IUnknownImpl(outer), clsid_(clsid) {}
@@ -130,7 +136,8 @@ public:
     HRESULT STDMETHODCALLTYPE Drop(IDataObject* data, DWORD keys, POINTL point, DWORD* effect) override;
     ///@}
 
-    const BasicString<wchar_t>& getTarget() const { return target_; } ///< The file that is dropped on.
+    /// The file that is dropped on.
+    const BasicString<wchar_t>& getTarget() const { return target_; }
 
 protected:
     void* queryInterface(const GUID& iid) override;

@@ -22,7 +22,8 @@ public:
     /// The right edges of the parts in pixels; -1 for the last one is the end of the bar. Throws "Can't set parts of
     /// status bar".
     void setParts(const std::vector<int>& rightEdges) const;
-    int getPartCount() const; ///< 1 unless setParts() was called.
+    /// 1 unless setParts() was called.
+    int getPartCount() const;
     /// Throws "Can't set text of status bar".
     ///@{
     void setPartText(unsigned part, const char* text) const;

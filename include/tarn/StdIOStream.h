@@ -19,7 +19,8 @@ public:
     StdIOStream(const char* name, const char* mode);
     StdIOStream(const wchar_t* name, const wchar_t* mode);
     ///@}
-    explicit StdIOStream(FILE* file); ///< Takes the file over and closes it at the end.
+    /// Takes the file over and closes it at the end.
+    explicit StdIOStream(FILE* file);
     /// A copy uses the same file, and both would close it: detach() all but one of them.
     StdIOStream(const StdIOStream&) = default;
     /// The same; the file held before is not closed.
@@ -33,9 +34,12 @@ public:
 
     /// Fewer bytes than given only after a failure; see flush().
     unsigned int write(const void* buffer, unsigned int size) override;
-    void flush() override;  ///< Throws "Can't flush stdio file". Does nothing while no file is open.
-    void close() override;  ///< Reports no failure: flush() first to hear of data that could not be written.
-    virtual ~StdIOStream(); ///< As close().
+    /// Throws "Can't flush stdio file". Does nothing while no file is open.
+    void flush() override;
+    /// Reports no failure: flush() first to hear of data that could not be written.
+    void close() override;
+    /// As close().
+    virtual ~StdIOStream();
     /// Closes the file open so far, then opens another; the mode is that of `fopen`. Throws
     /// `Can't open stdio file "..." with ops "..."` and is closed then.
     ///@{

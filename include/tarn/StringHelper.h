@@ -18,8 +18,10 @@ template <class Ch> class StringHelper;
 /// The narrow functions.
 template <> class TARN_API StringHelper<char> {
 public:
-    static char* time(char* buffer); ///< `_strtime`: at least 9 characters.
-    static char* date(char* buffer); ///< `_strdate`: at least 9 characters.
+    /// `_strtime`: at least 9 characters.
+    static char* time(char* buffer);
+    /// `_strdate`: at least 9 characters.
+    static char* date(char* buffer);
     /// `_vsnprintf`: the count written, or a negative value when the output did not fit; the buffer is
     /// then not terminated, nor is it when the output fills it.
     static int vsnprintf(char* buffer, unsigned count, const char* format, va_list args);
@@ -49,7 +51,8 @@ public:
     static int icmp(const char* a, const char* b);
     static int nicmp(const char* a, const char* b, unsigned n);
     ///@}
-    static int mkdir(const char* path); ///< 0, or -1 with `errno` set.
+    /// 0, or -1 with `errno` set.
+    static int mkdir(const char* path);
 
     /// What paths are made of: the separator, the end of a device, and the name of the folder above.
     ///@{
@@ -74,8 +77,10 @@ public:
 /// The wide functions.
 template <> class TARN_API StringHelper<wchar_t> {
 public:
-    static wchar_t* time(wchar_t* buffer); ///< `_wstrtime`: at least 9 characters.
-    static wchar_t* date(wchar_t* buffer); ///< `_wstrdate`: at least 9 characters.
+    /// `_wstrtime`: at least 9 characters.
+    static wchar_t* time(wchar_t* buffer);
+    /// `_wstrdate`: at least 9 characters.
+    static wchar_t* date(wchar_t* buffer);
     /// `_vsnwprintf`, as the narrow form.
     static int vsnprintf(wchar_t* buffer, unsigned count, const wchar_t* format, va_list args);
     /// `_wcslwr`, `_wcsupr`: change the text in place.
@@ -104,7 +109,8 @@ public:
     static int icmp(const wchar_t* a, const wchar_t* b);
     static int nicmp(const wchar_t* a, const wchar_t* b, unsigned n);
     ///@}
-    static int mkdir(const wchar_t* path); ///< 0, or -1 with `errno` set.
+    /// 0, or -1 with `errno` set.
+    static int mkdir(const wchar_t* path);
 
     /// What paths are made of: the separator, the end of a device, and the name of the folder above.
     ///@{

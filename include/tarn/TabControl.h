@@ -29,9 +29,12 @@ public:
     int addTab(const char* text, const void* data = nullptr, int image = -1) const;
     int addTab(const wchar_t* text, const void* data = nullptr, int image = -1) const;
     ///@}
-    void deleteTab(unsigned index) const; ///< Throws "Can't delete tab".
-    void deleteAllTabs() const;           ///< Throws "Can't delete tab".
-    int getCount() const;                 ///< How many tabs there are.
+    /// Throws "Can't delete tab".
+    void deleteTab(unsigned index) const;
+    /// Throws "Can't delete tab".
+    void deleteAllTabs() const;
+    /// How many tabs there are.
+    int getCount() const;
 
     /// Throws "Can't get tab".
     ///@{
@@ -45,7 +48,8 @@ public:
     void setTabText(unsigned index, const wchar_t* text) const;
     ///@}
 
-    int getCurrentSelection() const; ///< -1 when none is selected.
+    /// -1 when none is selected.
+    int getCurrentSelection() const;
     /// Gives the tab selected before. The parent does not hear of it.
     int setCurrentSelection(unsigned index) const;
     /// The room for what belongs to a tab, in the coordinates of the control's parent.

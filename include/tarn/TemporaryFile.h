@@ -13,13 +13,15 @@ namespace tarn {
 /// Failures throw WindowsError, also out of the destructor: call remove() first to deal with them.
 class TARN_API TemporaryFile : private boost::noncopyable {
 public:
-    TemporaryFile() = default; ///< No file until create().
+    /// No file until create().
+    TemporaryFile() = default;
     /// Creates a file as create() does.
     ///@{
     TemporaryFile(const char* name) { create(name); }
     TemporaryFile(const wchar_t* name) { create(name); }
     ///@}
-    TemporaryFile(TemporaryFile&& other) noexcept { path_.swap(other.path_); } ///< The source then has no file.
+    /// The source then has no file.
+    TemporaryFile(TemporaryFile&& other) noexcept { path_.swap(other.path_); }
     /// Removes the file held so far; of a failure of that the debugger alone hears.
     TemporaryFile& operator=(TemporaryFile&& other) noexcept;
     ~TemporaryFile() noexcept(false);

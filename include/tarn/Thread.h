@@ -22,7 +22,8 @@ namespace tarn {
 /// be resumed first, and run() must not destroy its own object, or the wait never ends.
 class TARN_API Thread : public WindowsHandle {
 public:
-    Thread(); ///< Throws "Error in CreateMutex".
+    /// Throws "Error in CreateMutex".
+    Thread();
     /// It stays where it is, since its thread knows it by its address.
     ///@{
     Thread(const Thread&) = delete;
@@ -43,12 +44,15 @@ public:
     unsigned long join();
 
     /// Stops the thread wherever it is, with the locks that it holds: for debuggers and tests. Nests.
-    void suspend() const; ///< Throws "Can't suspend thread".
-    void resume() const;  ///< Throws "Can't resume thread".
+    /// Throws "Can't suspend thread".
+    void suspend() const;
+    /// Throws "Can't resume thread".
+    void resume() const;
 
     /// From start() until run() has returned, also while suspended.
     bool isRunning() const;
-    unsigned long getID() const; ///< 0 before the first start().
+    /// 0 before the first start().
+    unsigned long getID() const;
     /// Whether the calling thread is this one, and running.
     bool isCurrent() const;
     /// Of the calling thread, whoever started it.

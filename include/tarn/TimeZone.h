@@ -22,7 +22,8 @@ public:
     using DayOfWeek = GregorianCalendarBase::DayOfWeek;
     ///@}
 
-    TimeZone(); ///< UTC, without daylight time.
+    /// UTC, without daylight time.
+    TimeZone();
     /// UTC too: the name is ignored. Call named().
     TimeZone(const char* name);
 
@@ -47,7 +48,8 @@ public:
     /// What daylight time adds to the standard offset, in milliseconds.
     ///@{
     int GetDSTOffset() const { return dstOffset_; }
-    void SetDSTOffset(int milliseconds) { dstOffset_ = milliseconds; } ///< 0: no daylight time.
+    /// 0: no daylight time.
+    void SetDSTOffset(int milliseconds) { dstOffset_ = milliseconds; }
     ///@}
     /// What standard time adds to UTC, in milliseconds.
     ///@{
@@ -64,7 +66,8 @@ public:
     /// `time` is compared with standard time when an instant is turned into fields and with the clock's
     /// time in the other direction: give the end rule in standard time. Nothing is validated.
     void SetStartRule(Month month, int dayOfWeekInMonth, DayOfWeek dayOfWeek, int time);
-    void SetStartRule(Month month, int dayOfMonth, int time); ///< A rule by date.
+    /// A rule by date.
+    void SetStartRule(Month month, int dayOfMonth, int time);
     /// As SetStartRule(), for the end of daylight time.
     ///@{
     void SetEndRule(Month month, int dayOfWeekInMonth, DayOfWeek dayOfWeek, int time);

@@ -21,7 +21,8 @@ public:
 
     /// In the units of the range.
     int getPosition() const;
-    void setPosition(int position, bool redraw) const; ///< Beyond the range it is set to the nearer end.
+    /// Beyond the range it is set to the nearer end.
+    void setPosition(int position, bool redraw) const;
     /// Both ends, or one of them; the position is moved into the new range. `redraw` draws the bar anew.
     ///@{
     void setRange(short min, short max, bool redraw) const;
@@ -39,14 +40,19 @@ public:
     void clearSelection(bool redraw) const;
     ///@}
 
-    void clearTicks(bool redraw) const; ///< All but those at the two ends.
-    bool addTick(int position) const;   ///< False when the position is not between the two ends.
-    int getTickCount() const;           ///< With those at the two ends; 0 with the style `TBS_NOTICKS`.
+    /// All but those at the two ends.
+    void clearTicks(bool redraw) const;
+    /// False when the position is not between the two ends.
+    bool addTick(int position) const;
+    /// With those at the two ends; 0 with the style `TBS_NOTICKS`.
+    int getTickCount() const;
     /// The tick `index` from 0, not counting the one at the beginning; -1 when there is none.
     int getTick(unsigned index) const;
     /// The same as a client coordinate along the bar.
     int getTickPosition(unsigned index) const;
-    std::vector<int> getTicks() const; ///< All ticks between the two ends.
-    bool hasTicks() const;             ///< Whether the bar shows any: it lacks the style `TBS_NOTICKS`.
+    /// All ticks between the two ends.
+    std::vector<int> getTicks() const;
+    /// Whether the bar shows any: it lacks the style `TBS_NOTICKS`.
+    bool hasTicks() const;
 };
 } // namespace tarn

@@ -47,14 +47,17 @@ public:
                          HTREEITEM after) const;
     ///@}
 
-    void deleteItem(HTREEITEM item) const; ///< With its children. Throws "Can't delete tree item".
+    /// With its children. Throws "Can't delete tree item".
+    void deleteItem(HTREEITEM item) const;
     /// Of an empty view, too.
     void deleteAllItems() const;
+    /// Throws "Can't retrieve item".
     ///@{
-    BasicString<char> getItemTextA(HTREEITEM item) const; ///< Throws "Can't retrieve item".
+    BasicString<char> getItemTextA(HTREEITEM item) const;
     BasicString<wchar_t> getItemTextW(HTREEITEM item) const;
     ///@}
-    void* getItemData(HTREEITEM item) const; ///< Null for no item.
+    /// Null for no item.
+    void* getItemData(HTREEITEM item) const;
 
     /// `action` is `TVE_EXPAND`, `TVE_COLLAPSE` or `TVE_TOGGLE`. Throws "Unable to expand/collapse tree view
     /// item", also for an item without children.
@@ -62,12 +65,15 @@ public:
     /// By text; with `recurse` the children's children too. Throws "Can't sort tree view child items", also
     /// for an item without children.
     void sortChildren(HTREEITEM item, bool recurse) const;
-    void ensureVisible(HTREEITEM item) const; ///< Expands its parents and scrolls.
-    HTREEITEM getSelectedItem() const;        ///< Null when none is selected.
+    /// Expands its parents and scrolls.
+    void ensureVisible(HTREEITEM item) const;
+    /// Null when none is selected.
+    HTREEITEM getSelectedItem() const;
     /// Null for none. Shows the item, too. Throws "Can't select tree view item".
     void selectItem(HTREEITEM item) const;
+    /// Throws "Can't set tree view item".
     ///@{
-    void setItemText(HTREEITEM item, const char* text) const; ///< Throws "Can't set tree view item".
+    void setItemText(HTREEITEM item, const char* text) const;
     void setItemText(HTREEITEM item, const wchar_t* text) const;
     ///@}
     /// Shows a button for children that are inserted only when it is pressed (`TVN_ITEMEXPANDING`), or none. Throws
@@ -79,7 +85,8 @@ public:
     HTREEITEM getNextSibling(HTREEITEM item) const;
     HTREEITEM getParentItem(HTREEITEM item) const;
     ///@}
-    unsigned getItemCount() const; ///< How many items there are on all levels.
+    /// How many items there are on all levels.
+    unsigned getItemCount() const;
 
     /// Gives the list before. The tree view destroys neither: keep an ImageList as long as it is shown.
     HIMAGELIST setImageList(HIMAGELIST list, imagelist which) const;

@@ -18,8 +18,10 @@ namespace tarn {
 /// BadAllocation.
 class TARN_API Variant : public VARIANT {
 public:
-    Variant() noexcept { VariantInit(this); } ///< `VT_EMPTY`.
-    Variant(const VARIANT& value);            ///< A copy. Throws "Can't copy variant".
+    /// `VT_EMPTY`.
+    Variant() noexcept { VariantInit(this); }
+    /// A copy. Throws "Can't copy variant".
+    Variant(const VARIANT& value);
     /// A copy is deep; a move leaves its source empty. An assignment frees the value held before.
     ///@{
     Variant(const Variant& other) : Variant(static_cast<const VARIANT&>(other)) {}
@@ -53,17 +55,22 @@ public:
     Variant(const BasicString<char>& text) : Variant(BStr(text)) {}
     Variant(BStr text) noexcept;
     ///@}
+    /// Adds a reference of its own.
     ///@{
-    Variant(IUnknown* object) noexcept; ///< Adds a reference of its own.
+    Variant(IUnknown* object) noexcept;
     Variant(IDispatch* object) noexcept;
     ///@}
     /// `VT_ARRAY` and the type of the elements. Throws "Can't get type of safe array".
     Variant(SafeArray array);
 
-    static Variant null() noexcept;            ///< `VT_NULL`.
-    static Variant missing() noexcept;         ///< Stands for an optional argument that is not given.
-    static Variant error(HRESULT hr) noexcept; ///< `VT_ERROR`.
-    static Variant date(double days) noexcept; ///< Days since 1899-12-30, local time.
+    /// `VT_NULL`.
+    static Variant null() noexcept;
+    /// Stands for an optional argument that is not given.
+    static Variant missing() noexcept;
+    /// `VT_ERROR`.
+    static Variant error(HRESULT hr) noexcept;
+    /// Days since 1899-12-30, local time.
+    static Variant date(double days) noexcept;
 
     /// The type as it lies: `VT_ARRAY` and `VT_BYREF` are bits of it. isNull() is about `VT_NULL`, and isEmpty() about
     /// a variant without a value.
@@ -84,20 +91,26 @@ public:
     double toDouble() const;
     BasicString<wchar_t> toString() const;
     ///@}
-    BasicString<char> toAString() const; ///< In the system's ANSI code page.
+    /// In the system's ANSI code page.
+    BasicString<char> toAString() const;
     /// With a reference of its own; empty for a null object. Throw "Can't convert variant".
     ///@{
     COMInterfacePointer<IUnknown> toUnknown() const;
     COMInterfacePointer<IDispatch> toDispatch() const;
     ///@}
-    SafeArray toSafeArray() const; ///< A copy of the array, which has to be one already.
+    /// A copy of the array, which has to be one already.
+    SafeArray toSafeArray() const;
 
-    void clear();                      ///< Frees the value. Throws "Can't clear variant".
-    void attach(const VARIANT& value); ///< Takes the value over as it lies: `value` is not yours any more.
-    VARIANT detach() noexcept;         ///< The caller clears the result.
+    /// Frees the value. Throws "Can't clear variant".
+    void clear();
+    /// Takes the value over as it lies: `value` is not yours any more.
+    void attach(const VARIANT& value);
+    /// The caller clears the result.
+    VARIANT detach() noexcept;
     /// Frees the value; the address is for calls that hand out a variant.
     VARIANT* put();
-    void swap(Variant& other) noexcept; ///< Exchanges the values without copying.
+    /// Exchanges the values without copying.
+    void swap(Variant& other) noexcept;
 
 private:
     void setBool(bool value) noexcept;

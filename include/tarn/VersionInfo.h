@@ -32,8 +32,9 @@ public:
     VersionInfo& operator=(const VersionInfo& other);
     ///@}
 
+    /// Valid as long as the object.
     ///@{
-    const Version& FileVersion() const; ///< Valid as long as the object.
+    const Version& FileVersion() const;
     const Version& ProductVersion() const;
     ///@}
 

@@ -229,8 +229,10 @@ public:
     void subclass(HWND hwnd);
     /// Throws "Can't retrieve dialogue item for subclassing".
     void subclass(HWND parent, unsigned short id);
-    void unsubclass(); ///< Of an object that is only attached it ends that.
-    void destroy();    ///< Does nothing when unbound. Throws "Can't destroy window".
+    /// Of an object that is only attached it ends that.
+    void unsubclass();
+    /// Does nothing when unbound. Throws "Can't destroy window".
+    void destroy();
 
     /// Null when there is no window. Lent, not given.
     ///@{
@@ -275,8 +277,9 @@ public:
     LRESULT sendMessageT(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
     LRESULT sendMessageW(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
     ///@}
+    /// False on failure.
     ///@{
-    bool postMessageA(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const; ///< False on failure.
+    bool postMessageA(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
     bool postMessageT(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
     bool postMessageW(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
     ///@}
@@ -286,29 +289,35 @@ public:
 
     // ---- Visibility, position and size
 
-    bool show(unsigned int command) const; ///< Whether it was visible before.
+    /// Whether it was visible before.
+    bool show(unsigned int command) const;
     /// Whether it was visible before.
     bool hide() const;
     /// Whether the window is minimised.
     bool isIconic() const;
     /// Whether the window's procedure takes wide text.
     bool isUnicode() const;
+    /// Whether it was disabled before. Throws "Can't enable window".
     ///@{
-    bool enable(bool enabled) const; ///< Whether it was disabled before. Throws "Can't enable window".
+    bool enable(bool enabled) const;
     bool enable(unsigned short id, bool enabled) const;
     ///@}
 
+    /// Throws "Can't move window".
     ///@{
-    void move(int x, int y, int width, int height, bool repaint) const; ///< Throws "Can't move window".
+    void move(int x, int y, int width, int height, bool repaint) const;
     void move(const RECT& rect, bool repaint) const;
     ///@}
+    /// Throws "Can't get client rectangle".
     ///@{
-    Rect getClientRectangle() const; ///< Throws "Can't get client rectangle".
+    Rect getClientRectangle() const;
     Size getClientSize() const;
     ///@}
-    Point getClientPosition() const; ///< Always (0, 0).
+    /// Always (0, 0).
+    Point getClientPosition() const;
+    /// On the screen. Throws "Can't get window rectangle".
     ///@{
-    Rect getWindowRectangle() const; ///< On the screen. Throws "Can't get window rectangle".
+    Rect getWindowRectangle() const;
     Size getWindowSize() const;
     Point getWindowPosition() const;
     ///@}
@@ -330,10 +339,13 @@ public:
     void setSize(int width, int height, unsigned flags) const;
     ///@}
 
-    Point toScreen(const POINT& point) const;   ///< Throws "Can't map point from client to screen".
-    Point fromScreen(const POINT& point) const; ///< Throws "Can't map point from screen to client".
+    /// Throws "Can't map point from client to screen".
+    Point toScreen(const POINT& point) const;
+    /// Throws "Can't map point from screen to client".
+    Point fromScreen(const POINT& point) const;
 
-    unsigned long getStyle() const; ///< Throws "Can't set window long GWL_STYLE" (sic), as the next ones.
+    /// Throws "Can't set window long GWL_STYLE" (sic), as the next ones.
+    unsigned long getStyle() const;
     /// Return the style before. The second form clears the bits `remove`, then sets the bits `add`.
     ///@{
     unsigned long setStyle(unsigned long style) const;
@@ -348,9 +360,12 @@ public:
 
     // ---- Painting
 
-    void invalidate(bool erase) const;                   ///< Throws "Can't invalidate window".
-    void invalidate(const RECT& rect, bool erase) const; ///< Throws "Can't invalidate window rectangle".
-    void update() const; ///< Throws "Can't update the window" and what onPaint() throws.
+    /// Throws "Can't invalidate window".
+    void invalidate(bool erase) const;
+    /// Throws "Can't invalidate window rectangle".
+    void invalidate(const RECT& rect, bool erase) const;
+    /// Throws "Can't update the window" and what onPaint() throws.
+    void update() const;
     /// Null rectangles mean the whole client area. Throw "Can't scroll window".
     ///@{
     void scroll(int dx, int dy, const RECT* scrolled, const RECT* clip) const;
@@ -370,71 +385,96 @@ public:
     bool hasText() const;
     bool hasText(unsigned short id) const;
     ///@}
+    /// Throws "Error in retrieving window text".
     ///@{
-    BasicString<char> getTextA() const; ///< Throws "Error in retrieving window text".
+    BasicString<char> getTextA() const;
     BasicString<wchar_t> getTextW() const;
     ///@}
+    /// Throws "Can't set window text".
     ///@{
-    void setText(const char* text) const; ///< Throws "Can't set window text".
+    void setText(const char* text) const;
     void setText(const wchar_t* text) const;
     ///@}
+    /// Throws "Can't retrieve dialog item text".
     ///@{
-    BasicString<char> getTextA(int id) const; ///< Throws "Can't retrieve dialog item text".
+    BasicString<char> getTextA(int id) const;
     BasicString<wchar_t> getTextW(int id) const;
     ///@}
+    /// Throws "Can't set dialog item text".
     ///@{
-    void setText(int id, const char* text) const; ///< Throws "Can't set dialog item text".
+    void setText(int id, const char* text) const;
     void setText(int id, const wchar_t* text) const;
     ///@}
+    /// Throws "Can't get window class name".
     ///@{
-    BasicString<char> getClassNameA() const; ///< Throws "Can't get window class name".
+    BasicString<char> getClassNameA() const;
     BasicString<wchar_t> getClassNameW() const;
     ///@}
 
     // ---- Dialog items
 
-    int getID() const;                         ///< Throws "Can't retrieve control id", also for the id 0.
-    int getInt(int id) const;                  ///< Throws "Can't get dialog item int".
-    unsigned getUInt(int id) const;            ///< Throws "Can't get dialog item int".
-    void setInt(int id, int value) const;      ///< Throws "Can't set dialog item int".
-    void setInt(int id, unsigned value) const; ///< Throws "Can't set dialog item unsigned int".
+    /// Throws "Can't retrieve control id", also for the id 0.
+    int getID() const;
+    /// Throws "Can't get dialog item int".
+    int getInt(int id) const;
+    /// Throws "Can't get dialog item int".
+    unsigned getUInt(int id) const;
+    /// Throws "Can't set dialog item int".
+    void setInt(int id, int value) const;
+    /// Throws "Can't set dialog item unsigned int".
+    void setInt(int id, unsigned value) const;
+    /// Throws "Can't check dialog button".
     ///@{
-    void setCheck(int id, check state) const; ///< Throws "Can't check dialog button".
+    void setCheck(int id, check state) const;
     void setCheck(int id, bool isOn) const;
     ///@}
     /// `unchecked` when there is no such item.
     check getCheck(int id) const;
-    bool isChecked(int id) const; ///< False for `indeterminate`.
+    /// False for `indeterminate`.
+    bool isChecked(int id) const;
 
     // ---- Scroll bars; `bar` is `SB_HORZ`, `SB_VERT` or `SB_CTL`
 
-    void enableScrollBar(unsigned bar, unsigned arrows) const; ///< Throws "Can't change scrollbar arrow state".
+    /// Throws "Can't change scrollbar arrow state".
+    void enableScrollBar(unsigned bar, unsigned arrows) const;
     /// Size and mask of `info` have to be filled in. Throws "Can't get scroll info".
     void getScrollInfo(int bar, SCROLLINFO& info) const;
     /// `mask` is made of `SIF_...`. Throws the same.
     SCROLLINFO getScrollInfo(int bar, unsigned mask) const;
-    int setScrollInfo(int bar, const SCROLLINFO& info, bool redraw) const; ///< The position that it has now.
-    void showScrollBar(scroll_bar_type bar, bool visible) const;           ///< Throws "Can't show/hide scrollbar".
+    /// The position that it has now.
+    int setScrollInfo(int bar, const SCROLLINFO& info, bool redraw) const;
+    /// Throws "Can't show/hide scrollbar".
+    void showScrollBar(scroll_bar_type bar, bool visible) const;
     /// The position before. Throws "Can't set scroll position".
     int setScrollPosition(scroll_bar_type bar, int position, bool redraw) const;
-    int getScrollPosition(scroll_bar_type bar) const; ///< Throws "Can't get scroll position".
-    void setScrollRange(scroll_bar_type bar, int min, int max, bool redraw) const; ///< Throws "Can't set scroll range".
+    /// Throws "Can't get scroll position".
+    int getScrollPosition(scroll_bar_type bar) const;
+    /// Throws "Can't set scroll range".
+    void setScrollRange(scroll_bar_type bar, int min, int max, bool redraw) const;
     /// In the units of the range. Throws "Can't get scroll info".
     unsigned getScrollPageSize(scroll_bar_type bar) const;
-    bool hasScrollBar(scroll_bar_type bar) const; ///< For `control`: whether the window is a scroll bar.
+    /// For `control`: whether the window is a scroll bar.
+    bool hasScrollBar(scroll_bar_type bar) const;
 
     // ---- Focus, mouse, timers and the rest. Windows without an object come as temporary objects.
 
-    Pointer<Window> getParent() const;          ///< Throws "Can't retrieve parent window".
-    Pointer<Window> setFocus() const;           ///< What had it before. Throws "Can't set focus".
-    Pointer<Window> captureMouse() const;       ///< What had it before.
-    static void releaseMouse();                 ///< Throws "Can't release mouse capture".
-    static Pointer<Window> getMouseOwner();     ///< Null when no window of the thread has captured the mouse.
-    void acceptDraggedFiles(bool accept) const; ///< onDroppedFiles() tells of them.
+    /// Throws "Can't retrieve parent window".
+    Pointer<Window> getParent() const;
+    /// What had it before. Throws "Can't set focus".
+    Pointer<Window> setFocus() const;
+    /// What had it before.
+    Pointer<Window> captureMouse() const;
+    /// Throws "Can't release mouse capture".
+    static void releaseMouse();
+    /// Null when no window of the thread has captured the mouse.
+    static Pointer<Window> getMouseOwner();
+    /// onDroppedFiles() tells of them.
+    void acceptDraggedFiles(bool accept) const;
 
     /// Throws "Can't create timer with id ID and interval INTERVAL".
     void startTimer(UINT_PTR id, unsigned int intervalMs) const;
-    void stopTimer(UINT_PTR id) const; ///< Throws "Can't stop timer with id ID".
+    /// Throws "Can't stop timer with id ID".
+    void stopTimer(UINT_PTR id) const;
 
     /// The icon before. Neither call makes or takes ownership.
     HICON setIcon(HICON icon, bool big) const;
@@ -449,8 +489,10 @@ public:
     int messageBox(const wchar_t* text, const wchar_t* caption, unsigned type) const;
     ///@}
 
-    Menu getMenu() const;     ///< Borrowed.
-    void drawMenuBar() const; ///< Throws "Error drawing the menu bar".
+    /// Borrowed.
+    Menu getMenu() const;
+    /// Throws "Error drawing the menu bar".
+    void drawMenuBar() const;
     /// At screen coordinates. With `TPM_RETURNCMD` the command chosen, or 0 when none was, which is a failure
     /// only if the system sets an error; without, what was chosen comes as a message, and 0 is always a
     /// failure. Throws "Error tracking popup menu".

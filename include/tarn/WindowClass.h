@@ -44,7 +44,8 @@ public:
     operator bool() const { return getAtom() != 0; }
     bool operator!() const { return getAtom() == 0; }
     ///@}
-    ATOM getAtom() const; ///< 0 for none.
+    /// 0 for none.
+    ATOM getAtom() const;
 
 private:
     friend class Window;

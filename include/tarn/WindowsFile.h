@@ -46,8 +46,10 @@ public:
 
     /// Throws "Error while writing SIZE bytes".
     unsigned int write(const void* buffer, unsigned int size) override;
-    void flush() override; ///< On to the disk. Throws "Can't flush file buffers".
-    void close() override; ///< Throws "Error while closing handle".
+    /// On to the disk. Throws "Can't flush file buffers".
+    void flush() override;
+    /// Throws "Error while closing handle".
+    void close() override;
     ~WindowsFile() noexcept(false) override;
 
     /// 0 at the end of the file, and of a pipe when all its writers are gone. Throws "Error while reading

@@ -23,16 +23,20 @@ public:
     enum wait_result { timeout = 0, abandoned = 1, signaled = 2 };
 
     WindowsHandle() : handle_(INVALID_HANDLE_VALUE) {}
-    WindowsHandle(void* handle) : handle_(handle) {}                           ///< Takes ownership of `handle`.
-    WindowsHandle(WindowsHandle&& other) noexcept : handle_(other.detach()) {} ///< The source then holds none.
+    /// Takes ownership of `handle`.
+    WindowsHandle(void* handle) : handle_(handle) {}
+    /// The source then holds none.
+    WindowsHandle(WindowsHandle&& other) noexcept : handle_(other.detach()) {}
     /// Closes the handle held so far; of a failure of that the debugger alone hears.
     WindowsHandle& operator=(WindowsHandle&& other) noexcept;
     virtual ~WindowsHandle() noexcept(false);
 
     /// Closes the handle held so far, as close() does, and takes this one.
     WindowsHandle& operator=(void* handle);
-    void attach(void* handle); ///< The same.
-    void close();              ///< Throws "Error while closing handle" and keeps the handle.
+    /// The same.
+    void attach(void* handle);
+    /// Throws "Error while closing handle" and keeps the handle.
+    void close();
     /// Gives the handle to the caller, open, and holds none.
     void* detach() noexcept { return std::exchange(handle_, INVALID_HANDLE_VALUE); }
 

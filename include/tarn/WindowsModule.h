@@ -15,7 +15,8 @@ namespace tarn {
 /// and not copied. Failures throw WindowsError, also out of the destructor.
 class TARN_API WindowsModule : private boost::noncopyable {
 public:
-    WindowsModule(HINSTANCE module) : module_(module) {} ///< Borrows the module.
+    /// Borrows the module.
+    WindowsModule(HINSTANCE module) : module_(module) {}
     /// How a constructor gets at the module, made of its second argument: `true` loads it, `false` looks it
     /// up among those loaded, and a number is the flags of `LoadLibraryEx`. Of type int are the platform's
     /// constants for these; 0 and 1 do not compile as such, because they may be FALSE and TRUE as well: write
@@ -50,14 +51,16 @@ public:
     WindowsModule(const char* name, Access access);
     WindowsModule(const wchar_t* name, Access access);
     ///@}
-    WindowsModule(WindowsModule&& other) noexcept; ///< The source then has no module.
+    /// The source then has no module.
+    WindowsModule(WindowsModule&& other) noexcept;
     /// Closes the module held so far; of a failure of that the debugger alone hears.
     WindowsModule& operator=(WindowsModule&& other) noexcept;
     ~WindowsModule() noexcept(false);
 
     /// Null after close(). Lent, not given.
     HINSTANCE getHandle() const { return module_; }
-    bool isOwner() const { return owns_; } ///< Whether it was loaded by this object, which frees it.
+    /// Whether it was loaded by this object, which frees it.
+    bool isOwner() const { return owns_; }
 
     /// The module held before is let go of first. Throws "Can't load library "NAME"".
     ///@{
@@ -68,7 +71,8 @@ public:
     ///@{
     void load(const char* name, unsigned long flags);
     void load(const wchar_t* name, unsigned long flags);
-    void load(const char* name, std::same_as<bool> auto) = delete; ///< Not flags, nor the constructor's `load`.
+    /// Not flags, nor the constructor's `load`.
+    void load(const char* name, std::same_as<bool> auto) = delete;
     void load(const wchar_t* name, std::same_as<bool> auto) = delete;
     ///@}
     /// Throws "Can't get module handle for "NAME"".
@@ -76,7 +80,8 @@ public:
     void query(const char* name);
     void query(const wchar_t* name);
     ///@}
-    void close(); ///< Throws "Can't free library".
+    /// Throws "Can't free library".
+    void close();
     /// Gives the module to the caller, who has to free what was loaded; null when there was none.
     HINSTANCE detach() noexcept;
 
@@ -87,8 +92,9 @@ public:
     /// address for "NAME"".
     FARPROC getProcAddress(const char* name, bool mayBeMissing) const;
 
+    /// Throws "Error in retrieving module file name".
     ///@{
-    BasicString<char> getFilenameA() const; ///< Throws "Error in retrieving module file name".
+    BasicString<char> getFilenameA() const;
     BasicString<wchar_t> getFilenameW() const;
     ///@}
 

@@ -94,7 +94,8 @@ public:
     ///@}
     /// Whether both share one object.
     template <class U> bool operator==(const ref_ptr<U>& other) const noexcept { return count_ == other.count_; }
-    bool operator==(std::nullptr_t) const noexcept { return !object_; } ///< Whether it is empty.
+    /// Whether it is empty.
+    bool operator==(std::nullptr_t) const noexcept { return !object_; }
 
     /// The number of pointers to the object; 0 for an empty pointer.
     unsigned int getCount() const noexcept { return count_ ? *count_ : 0; }
