@@ -6,6 +6,8 @@
 #include <tarn/Point.h>
 #include <tarn/Rect.h>
 #include <tarn/Size.h>
+#include <tarn/WindowMessageNames.h>
+#include <tarn/WindowPointer.h>
 #include <tarn/Windows.h>
 
 #include <commctrl.h>
@@ -16,7 +18,6 @@
 #include <concepts>
 #include <list>
 #include <map>
-#include <utility>
 
 namespace tarn {
 class Menu;
@@ -43,6 +44,12 @@ class WindowClass;
 /// system's own functions the exception goes on to the library call outside of that one, and it ends the program when
 /// there is none, with a message to the standard error and the debugger: loops that call `DispatchMessage` themselves
 /// have to catch what their handlers throw. Code that calls windowProc() directly gets it as it came.
+///
+/// An object stays where it is, because the system and the map know its address: it is neither copied nor moved. Keep
+/// it as a member, or behind a `std::unique_ptr`.
+///
+/// The members, in this order: binding and lifetime; messages; handlers; visibility, position and size; painting; text;
+/// dialog items; scroll bars; focus, mouse, timers and the rest; what derived classes use.
 class TARN_API Window : private boost::noncopyable {
 public:
     /// The state of a check box or radio button.
@@ -60,49 +67,97 @@ public:
         bool handled;
     };
 
-    /// A window object found by its handle. It may own the object (one that was made only for this look-up)
-    /// and then deletes it at its end. A copy takes the object over and leaves the source empty.
-    template <class T> class Pointer {
-    public:
-        Pointer() noexcept = default;
-        /// With `owns` the object is deleted at the end.
-        Pointer(T* object, bool owns) noexcept : object_(object), owns_(owns) {}
-        /// Takes the object over, and the duty to delete it with it.
-        Pointer(const Pointer& other) noexcept
-            : object_(std::exchange(other.object_, nullptr)), owns_(std::exchange(other.owns_, false))
-        {
-        }
-        /// The same; an object owned before is deleted.
-        Pointer& operator=(const Pointer& other) noexcept
-        {
-            if (this != &other) {
-                release();
-                object_ = std::exchange(other.object_, nullptr);
-                owns_ = std::exchange(other.owns_, false);
-            }
-            return *this;
-        }
-        ~Pointer() { release(); }
+    /// What look-ups give: WindowPointer.h.
+    template <class T> using Pointer = WindowPointer<T>;
 
-        /// Null when nothing was found: then do not use `->`.
-        ///@{
-        operator T*() const noexcept { return object_; }
-        T* operator->() const noexcept { return object_; }
-        T* get() const noexcept { return object_; }
-        ///@}
-        /// Whether the object dies with this pointer.
-        bool isOwner() const noexcept { return owns_; }
+    // ---- Binding and lifetime
 
-    private:
-        void release() noexcept
-        {
-            if (owns_)
-                delete object_;
-        }
+    /// Holds the handle for the members below, without being bound: messages and look-ups do not find it.
+    Window(HWND hwnd = nullptr) : hwnd_(hwnd) {}
 
-        mutable T* object_ = nullptr;
-        mutable bool owns_ = false;
-    };
+    /// Destroys the window that the object is bound to and makes a new one; `rect` gives its position and
+    /// size as a whole (`{CW_USEDEFAULT, CW_USEDEFAULT, 0, 0}` leaves them to the system). Throws "Can't
+    /// destroy window", "Can't create window" and what a handler of the creation messages throws.
+    ///
+    /// A window of a class that was not made with WindowClass ("BUTTON") sends its object messages only when
+    /// made by the narrow form, which subclasses it (throws "Can't retrieve window procedure") and leaves
+    /// its end to its parent; with the wide form call subclass() afterwards.
+    ///@{
+    void create(const char* className, const char* title, unsigned long style, const RECT& rect, HWND parent,
+                HMENU menu, HINSTANCE instance);
+    void create(const wchar_t* className, const wchar_t* title, unsigned long style, const RECT& rect, HWND parent,
+                HMENU menu, HINSTANCE instance);
+    void create(const WindowClass& windowClass, const char* title, unsigned long style, const RECT& rect, HWND parent,
+                HMENU menu, HINSTANCE instance);
+    void create(const WindowClass& windowClass, const wchar_t* title, unsigned long style, const RECT& rect,
+                HWND parent, HMENU menu, HINSTANCE instance);
+    ///@}
+    /// Throws "Can't get dialog item ID for attaching".
+    void attach(HWND parent, unsigned short id);
+    /// A null handle unbinds. An object that subclasses the window already takes no second turn, and one
+    /// that subclasses (or attaches to) what another object is bound to replaces that object: it becomes
+    /// unbound, or, if it owns the window, gets no more messages and still destroys it. Its subclassing goes
+    /// over to an object that subclasses, and ends when one attaches.
+    void subclass(HWND hwnd);
+    /// Throws "Can't retrieve dialogue item for subclassing".
+    void subclass(HWND parent, unsigned short id);
+    /// Of an object that is only attached it ends that.
+    void unsubclass();
+    /// Does nothing when unbound. Throws "Can't destroy window".
+    void destroy();
+
+    /// Null when there is no window. Lent, not given.
+    ///@{
+    HWND getWindowHandle() const { return hwnd_; }
+    operator HWND() const { return hwnd_; }
+    bool isOpen() const { return hwnd_ != nullptr; }
+    operator bool() const { return isOpen(); }
+    bool operator!() const { return !isOpen(); }
+    ///@}
+    /// Whether subclass() took over the messages of the window.
+    bool isSubclass() const { return previousProc_ != nullptr; }
+
+    /// The object bound to a window; else a temporary one when wanted, else null (null is null, too).
+    static Pointer<Window> getWindowFromHandle(HWND hwnd, bool createTemporary);
+    /// Throws "Can't retrieve dialog item ID".
+    Pointer<Window> getDialogItem(int id, bool createTemporary) const;
+
+    // ---- Messages
+    //
+    // The loop of a program, without dialogs, is
+    //     MSG msg;
+    //     while (Window::getThreadMessage(msg)) {
+    //         TranslateMessage(&msg); // or no WM_CHAR and no menu keys: nothing else here does it
+    //         Window::dispatchMessage(msg);
+    //     }
+    // and runMessageLoop() of MessageLoop.h is just that. There is also what a loop needs for the keys of
+    // dialogs and for accelerators.
+
+    /// Waits for a message of this window; false for `WM_QUIT`. What a handler throws meanwhile, for a message that
+    /// another thread sent, comes out of it and leaves the queue as it is; if a message was just being taken, that
+    /// message is handed out first, and the next call throws. Throws "Error in GetMessage".
+    bool getMessage(MSG& msg, UINT min = 0, UINT max = 0) const;
+    /// The same for all windows of the calling thread and for messages without a window.
+    static bool getThreadMessage(MSG& msg, UINT min = 0, UINT max = 0);
+    /// Calls the window's procedure and gives its result; throws what the handler throws.
+    static LRESULT dispatchMessage(const MSG& msg);
+
+    /// All three are the narrow call: text that goes with a message is narrow text. Use setText() and
+    /// getTextW(), or the system's own `SendMessageW`, for wide text.
+    ///@{
+    LRESULT sendMessageA(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
+    LRESULT sendMessageT(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
+    LRESULT sendMessageW(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
+    ///@}
+    /// False on failure.
+    ///@{
+    bool postMessageA(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
+    bool postMessageT(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
+    bool postMessageW(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
+    ///@}
+
+    /// The window procedure of all windows made with WindowClass.
+    static LRESULT CALLBACK windowProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam);
 
     // ---- Handlers, in the order of their slots. Those that decode no more than is said here do what the
     // message of that name is documented to do; the mouse handlers get signed client coordinates.
@@ -197,95 +252,6 @@ public:
     /// destroy() to hear of them.
     /// It throws nothing itself, but derived classes may have members whose end does.
     virtual ~Window() noexcept(false);
-
-    // ---- Binding and lifetime
-
-    /// Holds the handle for the members below, without being bound: messages and look-ups do not find it.
-    Window(HWND hwnd = nullptr) : hwnd_(hwnd) {}
-
-    /// Destroys the window that the object is bound to and makes a new one; `rect` gives its position and
-    /// size as a whole (`{CW_USEDEFAULT, CW_USEDEFAULT, 0, 0}` leaves them to the system). Throws "Can't
-    /// destroy window", "Can't create window" and what a handler of the creation messages throws.
-    ///
-    /// A window of a class that was not made with WindowClass ("BUTTON") sends its object messages only when
-    /// made by the narrow form, which subclasses it (throws "Can't retrieve window procedure") and leaves
-    /// its end to its parent; with the wide form call subclass() afterwards.
-    ///@{
-    void create(const char* className, const char* title, unsigned long style, const RECT& rect, HWND parent,
-                HMENU menu, HINSTANCE instance);
-    void create(const wchar_t* className, const wchar_t* title, unsigned long style, const RECT& rect, HWND parent,
-                HMENU menu, HINSTANCE instance);
-    void create(const WindowClass& windowClass, const char* title, unsigned long style, const RECT& rect, HWND parent,
-                HMENU menu, HINSTANCE instance);
-    void create(const WindowClass& windowClass, const wchar_t* title, unsigned long style, const RECT& rect,
-                HWND parent, HMENU menu, HINSTANCE instance);
-    ///@}
-    /// Throws "Can't get dialog item ID for attaching".
-    void attach(HWND parent, unsigned short id);
-    /// A null handle unbinds. An object that subclasses the window already takes no second turn, and one
-    /// that subclasses (or attaches to) what another object is bound to replaces that object: it becomes
-    /// unbound, or, if it owns the window, gets no more messages and still destroys it. Its subclassing goes
-    /// over to an object that subclasses, and ends when one attaches.
-    void subclass(HWND hwnd);
-    /// Throws "Can't retrieve dialogue item for subclassing".
-    void subclass(HWND parent, unsigned short id);
-    /// Of an object that is only attached it ends that.
-    void unsubclass();
-    /// Does nothing when unbound. Throws "Can't destroy window".
-    void destroy();
-
-    /// Null when there is no window. Lent, not given.
-    ///@{
-    HWND getWindowHandle() const { return hwnd_; }
-    operator HWND() const { return hwnd_; }
-    bool isOpen() const { return hwnd_ != nullptr; }
-    operator bool() const { return isOpen(); }
-    bool operator!() const { return !isOpen(); }
-    ///@}
-    /// Whether subclass() took over the messages of the window.
-    bool isSubclass() const { return previousProc_ != nullptr; }
-
-    /// The object bound to a window; else a temporary one when wanted, else null (null is null, too).
-    static Pointer<Window> getWindowFromHandle(HWND hwnd, bool createTemporary);
-    /// Throws "Can't retrieve dialog item ID".
-    Pointer<Window> getDialogItem(int id, bool createTemporary) const;
-
-    // ---- Messages
-    //
-    // The loop of a program, without dialogs, is
-    //     MSG msg;
-    //     while (Window::getThreadMessage(msg)) {
-    //         TranslateMessage(&msg); // or no WM_CHAR and no menu keys: nothing else here does it
-    //         Window::dispatchMessage(msg);
-    //     }
-    // and runMessageLoop() of MessageLoop.h is just that. There is also what a loop needs for the keys of
-    // dialogs and for accelerators.
-
-    /// Waits for a message of this window; false for `WM_QUIT`. What a handler throws meanwhile, for a message that
-    /// another thread sent, comes out of it and leaves the queue as it is; if a message was just being taken, that
-    /// message is handed out first, and the next call throws. Throws "Error in GetMessage".
-    bool getMessage(MSG& msg, UINT min = 0, UINT max = 0) const;
-    /// The same for all windows of the calling thread and for messages without a window.
-    static bool getThreadMessage(MSG& msg, UINT min = 0, UINT max = 0);
-    /// Calls the window's procedure and gives its result; throws what the handler throws.
-    static LRESULT dispatchMessage(const MSG& msg);
-
-    /// All three are the narrow call: text that goes with a message is narrow text. Use setText() and
-    /// getTextW(), or the system's own `SendMessageW`, for wide text.
-    ///@{
-    LRESULT sendMessageA(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
-    LRESULT sendMessageT(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
-    LRESULT sendMessageW(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
-    ///@}
-    /// False on failure.
-    ///@{
-    bool postMessageA(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
-    bool postMessageT(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
-    bool postMessageW(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
-    ///@}
-
-    /// The window procedure of all windows made with WindowClass.
-    static LRESULT CALLBACK windowProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam);
 
     // ---- Visibility, position and size
 
@@ -567,9 +533,4 @@ private:
 TARN_API void insertMenu(HMENU menu, unsigned position, unsigned flags, UINT_PTR id, const char* text);
 /// Throws "Can't set menu bitmaps".
 TARN_API void setMenuItemBitmaps(HMENU menu, unsigned position, unsigned flags, HBITMAP unchecked, HBITMAP checked);
-
-/// The name of a window message, "WM_PAINT" for instance, for traces. Of an unnamed number it gives the
-/// range and the distance into it: "WM_USER+1", "WM_PENWINFIRST+5" (for all three ranges of extensions), or
-/// "Unknown window message 1000".
-TARN_API BasicString<char> getWMIdentifier(unsigned int msg);
 } // namespace tarn

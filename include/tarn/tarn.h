@@ -105,6 +105,8 @@
 #include <tarn/VersionInfo.h>
 #include <tarn/Window.h>
 #include <tarn/WindowClass.h>
+#include <tarn/WindowMessageNames.h>
+#include <tarn/WindowPointer.h>
 #include <tarn/Windows.h>
 #include <tarn/WindowsFile.h>
 #include <tarn/WindowsHandle.h>

@@ -1,4 +1,6 @@
-#include <tarn/Window.h>
+#include <tarn/WindowMessageNames.h>
+
+#include <tarn/Windows.h>
 
 #include <algorithm>
 #include <iterator>

@@ -1,4 +1,5 @@
-#include <tarn/Window.h>
+#include <tarn/WindowMessageNames.h>
+#include <tarn/Windows.h>
 
 #include <catch2/catch.hpp>
 
