@@ -26,8 +26,7 @@ template <class... T> Fields<T...> fields(T&... values) { return {{values...}}; 
 namespace detail {
 template <class T> using Plain = std::remove_const_t<T>;
 template <class T>
-concept PlainField = StreamNumber<Plain<T>> || std::same_as < Plain<T>,
-bool > ;
+concept PlainField = StreamNumber<Plain<T>> || (std::same_as<Plain<T>, bool>);
 template <class T, class Ch>
 concept TextOf = std::derived_from<Plain<T>, std::basic_string<Ch>>;
 template <class T>
@@ -118,9 +117,11 @@ template <std::size_t at, class... T> void readFields(InputStream& in, const std
         constexpr bool hasText = end < count && TextField<std::tuple_element_t<behind, std::tuple<T...>>>;
         constexpr std::size_t size = sizeOfHeads<T...>(at, hasText ? end + 1 : end);
         char bytes[size + 1];
-        FieldReader reader(bytes);
         if constexpr (size > 0)
             in.readFully(bytes, static_cast<unsigned int>(size));
+        else
+            bytes[0] = 0; // Nobody reads it, but GCC warns of that.
+        FieldReader reader(bytes);
         [&]<std::size_t... i>(std::index_sequence<i...>) { (reader.take(std::get<at + i>(all)), ...); }
         (std::make_index_sequence<end - at>());
         if constexpr (hasText) {
