@@ -36,7 +36,7 @@ template <class Entry> void sortEntries(std::vector<Entry>& entries)
     const auto less = [](const Entry& a, const Entry& b) { return isLess(a.key, b.key); };
     if (std::is_sorted(entries.begin(), entries.end(), less))
         return;
-    const int bits = std::bit_width(entries.size());
+    const auto bits = static_cast<int>(std::bit_width(entries.size()));
     const auto bucketOf = [bits](const Entry& entry) { return std::size_t(leadingBits(entry.key) >> (32 - bits)); };
     std::vector<std::uint32_t> ends((std::size_t(1) << bits) + 1);
     for (const Entry& entry : entries)
