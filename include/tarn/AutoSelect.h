@@ -8,6 +8,8 @@
 #include <tarn/Windows.h>
 
 namespace tarn {
+class DeviceContext;
+
 /// A Pen, Brush, Font or Bitmap is selected into a device context while this lives, and the one used before is again
 /// afterwards, also when an exception ends the block: `AutoSelect use(context, pen);`.
 ///
@@ -20,6 +22,11 @@ public:
     ///@{
     [[nodiscard]] AutoSelect(HDC context, const Object& object);
     [[nodiscard]] AutoSelect(HDC context, Object&& object);
+    ///@}
+    /// A temporary context would end first.
+    ///@{
+    AutoSelect(DeviceContext&& context, const Object& object) = delete;
+    AutoSelect(DeviceContext&& context, Object&& object) = delete;
     ///@}
     AutoSelect(const AutoSelect&) = delete;
     AutoSelect& operator=(const AutoSelect&) = delete;

@@ -108,7 +108,8 @@ public:
     int getFontHeightFromPoints(int points) const;
 
     /// Draw with this object from now on. The result is the one used before, always borrowed: select it
-    /// back before the new one is deleted. Throws "Can't select pen", "Can't select brush",
+    /// back before the new one is deleted, or let AutoSelect do it. A temporary object, `select(Pen(...))`, is gone
+    /// before anything is drawn: AutoSelect keeps it. Throws "Can't select pen", "Can't select brush",
     /// "Can't select bitmap" (sic, for a font too), "Can't select palette".
     ///@{
     Pen select(HPEN pen);
