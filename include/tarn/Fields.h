@@ -25,8 +25,9 @@ template <class... T> Fields<T...> fields(T&... values) { return {{values...}}; 
 
 namespace detail {
 template <class T> using Plain = std::remove_const_t<T>;
+template <class T> constexpr bool isFlag = std::is_same_v<Plain<T>, bool>;
 template <class T>
-concept PlainField = StreamNumber<Plain<T>> || (std::same_as<Plain<T>, bool>);
+concept PlainField = StreamNumber<Plain<T>> || isFlag<T>;
 template <class T, class Ch>
 concept TextOf = std::derived_from<Plain<T>, std::basic_string<Ch>>;
 template <class T>

@@ -23,5 +23,6 @@ void whatIsOwnedIsNotFreedByHand(const tarn::BStr& text, const tarn::SafeArray& 
     // forbidden: use of deleted function .*SafeArrayDestroy\(const SafeArray&\)
     SafeArrayDestroy(array);
     // forbidden: use of deleted function .*operator bool\(\) const
-    if (text) return;
+    if (text)
+        return;
 }
