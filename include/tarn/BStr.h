@@ -145,11 +145,11 @@ template <> struct std::hash<tarn::BStr> {
 template <class Pointer>
 requires std::same_as<std::remove_const_t<std::remove_pointer_t<Pointer>>, wchar_t>
 struct std::common_type<tarn::BStr, Pointer> {
-    using type = tarn::BStr;
+    using type = tarn::BStr; ///< The one that owns a text.
 };
 template <class Pointer>
 requires std::same_as<std::remove_const_t<std::remove_pointer_t<Pointer>>, wchar_t>
 struct std::common_type<Pointer, tarn::BStr> {
-    using type = tarn::BStr;
+    using type = tarn::BStr; ///< The one that owns a text.
 };
 ///@}
