@@ -2,6 +2,7 @@
 
 #include <tarn/BasicString.h>
 #include <tarn/Export.h>
+#include <tarn/Layout.h>
 #include <tarn/Windows.h>
 
 #include <objbase.h>
@@ -91,6 +92,7 @@ public:
 private:
     BSTR text_ = nullptr;
 };
+TARN_LAYOUT(BStr, 4, 8); // A BSTR.
 
 namespace detail {
 /// A null pointer is the empty text.

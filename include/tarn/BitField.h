@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tarn/Export.h>
+#include <tarn/Layout.h>
 
 #include <concepts>
 #include <cstddef>
@@ -97,4 +98,5 @@ private:
     unsigned int offset_;
     unsigned int count_;
 };
+TARN_LAYOUT(BitField, 12, 16);
 } // namespace tarn

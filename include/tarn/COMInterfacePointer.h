@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tarn/Exception.h>
+#include <tarn/Layout.h>
 #include <tarn/Windows.h>
 
 #include <objbase.h>
@@ -154,4 +155,5 @@ public:
 private:
     T* object_ = nullptr;
 };
+TARN_LAYOUT(COMInterfacePointer<IUnknown>, 4, 8); // The interface.
 } // namespace tarn

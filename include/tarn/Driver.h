@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tarn/Export.h>
+#include <tarn/Layout.h>
 #include <tarn/Service.h>
 
 #include <utility>
@@ -48,4 +49,5 @@ private:
     Service service_;
     bool created_ = false;
 };
+TARN_LAYOUT(Driver, 12, 24);
 } // namespace tarn

@@ -3,6 +3,7 @@
 #include <tarn/Calendar.h>
 #include <tarn/Export.h>
 #include <tarn/GregorianCalendarBase.h>
+#include <tarn/Layout.h>
 
 #include <cstdint>
 #include <initializer_list>
@@ -199,5 +200,5 @@ private:
     /// 0 unset, 1 computed, from 2 on the order of set() calls.
     mutable int stamps_[FieldCount] = {};
 };
-static_assert(sizeof(void*) != 4 || sizeof(GregorianCalendar) == 240);
+TARN_LAYOUT(GregorianCalendar, 240, 248);
 } // namespace tarn

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tarn/Export.h>
+#include <tarn/Layout.h>
 #include <tarn/Time.h>
 
 #include <cstdint>
@@ -72,5 +73,5 @@ private:
     std::int64_t normalizedCutover_;
     int cutoverYear_;
 };
-static_assert(sizeof(GregorianCalendarBase) == 24);
+TARN_LAYOUT(GregorianCalendarBase, 24, 24);
 } // namespace tarn

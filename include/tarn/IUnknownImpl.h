@@ -5,6 +5,7 @@
 
 #include <tarn/COMInterfacePointer.h>
 #include <tarn/Export.h>
+#include <tarn/Layout.h>
 #include <tarn/Windows.h>
 
 #include <exception>
@@ -79,9 +80,7 @@ private:
     long refCount_;
 };
 
-#ifdef __i386__
-static_assert(sizeof(IUnknownImpl) == 12);
-#endif
+TARN_LAYOUT(IUnknownImpl, 12, 24);
 
 /// Runs the body of a COM method, which returns an HRESULT or nothing (`S_OK`), and turns exceptions into
 /// the result: the HRESULT that they carry, `E_OUTOFMEMORY`, or `E_FAIL`.

@@ -2,6 +2,7 @@
 
 #include <tarn/Array.h>
 #include <tarn/Export.h>
+#include <tarn/Layout.h>
 #include <tarn/Stream.h>
 
 #include <algorithm>
@@ -93,5 +94,5 @@ private:
     unsigned int position_ = 0;
 };
 
-static_assert(sizeof(void*) != 4 || sizeof(MemoryOutputStream) == 2 * sizeof(void*) + 12);
+TARN_LAYOUT(MemoryOutputStream, 20, 40);
 } // namespace tarn

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tarn/Export.h>
+#include <tarn/Layout.h>
 #include <tarn/WindowsFile.h>
 
 namespace tarn {
@@ -50,4 +51,5 @@ private:
     WindowsFile readEnd_;
     WindowsFile writeEnd_;
 };
+TARN_LAYOUT(Pipe, 40, 80);
 } // namespace tarn

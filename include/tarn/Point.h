@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tarn/Layout.h>
 #include <tarn/Windows.h>
 
 namespace tarn {
@@ -17,5 +18,5 @@ struct Point : POINT {
 /// Also for a `POINT` on one side.
 constexpr bool operator==(const Point& a, const Point& b) { return a.x == b.x && a.y == b.y; }
 
-static_assert(sizeof(Point) == sizeof(POINT));
+TARN_LAYOUT(Point, 8, 8);
 } // namespace tarn

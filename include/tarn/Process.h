@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tarn/Export.h>
+#include <tarn/Layout.h>
 #include <tarn/WindowsHandle.h>
 
 namespace tarn {
@@ -49,4 +50,5 @@ private:
     DWORD id_ = 0;
     DWORD threadID_ = 0;
 };
+TARN_LAYOUT(Process, 16, 24);
 } // namespace tarn

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tarn/Layout.h>
 #include <tarn/Point.h>
 #include <tarn/Size.h>
 #include <tarn/Windows.h>
@@ -68,5 +69,5 @@ constexpr bool operator==(const Rect& a, const Rect& b)
     return a.getTopLeft() == b.getTopLeft() && a.getBottomRight() == b.getBottomRight();
 }
 
-static_assert(sizeof(Rect) == sizeof(RECT));
+TARN_LAYOUT(Rect, 16, 16);
 } // namespace tarn

@@ -2,6 +2,7 @@
 
 #include <tarn/BasicString.h>
 #include <tarn/Export.h>
+#include <tarn/Layout.h>
 #include <tarn/Windows.h>
 
 #include <concepts>
@@ -412,9 +413,7 @@ private:
     unsigned char view_ = 0;
     HKEY key_ = nullptr;
 };
-#ifndef _WIN64
-static_assert(sizeof(RegistryKey) == 12, "the virtual table, owns, key");
-#endif
+TARN_LAYOUT(RegistryKey, 12, 24); // The virtual table, owns, key.
 
 /// What the platform knows of a key. Lengths are in characters, without terminators.
 template <class Ch> struct RegistryKey::Info {

@@ -2,6 +2,7 @@
 
 #include <tarn/Exception.h>
 #include <tarn/Export.h>
+#include <tarn/Layout.h>
 #include <tarn/Windows.h>
 
 #include <objbase.h>
@@ -94,6 +95,7 @@ public:
 private:
     SAFEARRAY* array_ = nullptr;
 };
+TARN_LAYOUT(SafeArray, 4, 8); // A pointer to the platform's array.
 
 namespace detail {
 /// Whether elements of the type lie in memory as T.

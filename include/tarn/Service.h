@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tarn/Export.h>
+#include <tarn/Layout.h>
 #include <tarn/Windows.h>
 
 #include <boost/noncopyable.hpp>
@@ -55,6 +56,7 @@ public:
 private:
     friend class Service; // For the manager's handle.
 };
+TARN_LAYOUT(ServiceManager, 4, 8);
 
 /// One service, of a kind that the service manager starts: a program or a kernel driver.
 ///
@@ -98,4 +100,5 @@ public:
 private:
     friend class Driver; // For the service's handle.
 };
+TARN_LAYOUT(Service, 4, 8);
 } // namespace tarn

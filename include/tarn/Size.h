@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tarn/Layout.h>
 #include <tarn/Windows.h>
 
 namespace tarn {
@@ -19,5 +20,5 @@ struct Size : SIZE {
 /// Also for a `SIZE` on one side.
 constexpr bool operator==(const Size& a, const Size& b) { return a.cx == b.cx && a.cy == b.cy; }
 
-static_assert(sizeof(Size) == sizeof(SIZE));
+TARN_LAYOUT(Size, 8, 8);
 } // namespace tarn

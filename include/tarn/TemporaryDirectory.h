@@ -2,6 +2,7 @@
 
 #include <tarn/BasicString.h>
 #include <tarn/Export.h>
+#include <tarn/Layout.h>
 
 #include <type_traits>
 
@@ -52,4 +53,5 @@ private:
 
     BasicString<wchar_t> path_;
 };
+TARN_LAYOUT(TemporaryDirectory, 24, 32);
 } // namespace tarn

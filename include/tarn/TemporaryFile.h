@@ -2,6 +2,7 @@
 
 #include <tarn/BasicString.h>
 #include <tarn/Export.h>
+#include <tarn/Layout.h>
 
 #include <boost/noncopyable.hpp>
 
@@ -58,4 +59,5 @@ public:
 private:
     BasicString<wchar_t> path_;
 };
+TARN_LAYOUT(TemporaryFile, 24, 32);
 } // namespace tarn

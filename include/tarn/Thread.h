@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tarn/Export.h>
+#include <tarn/Layout.h>
 #include <tarn/Lock.h>
 #include <tarn/WindowsHandle.h>
 
@@ -74,4 +75,5 @@ private:
     std::atomic<DWORD> running_ = 0; // The identifier of the thread that runs, or 0.
     mutable Mutex mutex_;
 };
+TARN_LAYOUT(Thread, 28, 48);
 } // namespace tarn

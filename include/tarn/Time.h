@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tarn/Export.h>
+#include <tarn/Layout.h>
 
 #include <concepts>
 #include <cstdint>
@@ -114,5 +115,5 @@ private:
 
     std::int64_t milliseconds_;
 };
-static_assert(sizeof(Time) == 8);
+TARN_LAYOUT(Time, 8, 8);
 } // namespace tarn

@@ -2,6 +2,7 @@
 
 #include <tarn/Export.h>
 #include <tarn/GregorianCalendarBase.h>
+#include <tarn/Layout.h>
 #include <tarn/Time.h>
 
 struct _TIME_DYNAMIC_ZONE_INFORMATION;
@@ -127,5 +128,5 @@ private:
     Rule start_{};
     Rule end_{};
 };
-static_assert(sizeof(TimeZone) == 48);
+TARN_LAYOUT(TimeZone, 48, 48);
 } // namespace tarn

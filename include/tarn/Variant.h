@@ -4,6 +4,7 @@
 #include <tarn/BasicString.h>
 #include <tarn/COMInterfacePointer.h>
 #include <tarn/Export.h>
+#include <tarn/Layout.h>
 #include <tarn/SafeArray.h>
 #include <tarn/Windows.h>
 
@@ -115,5 +116,5 @@ public:
 private:
     void setBool(bool value) noexcept;
 };
-static_assert(sizeof(Variant) == sizeof(VARIANT));
+TARN_LAYOUT(Variant, 16, 24);
 } // namespace tarn

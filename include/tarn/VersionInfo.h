@@ -2,6 +2,7 @@
 
 #include <tarn/Array.h>
 #include <tarn/Export.h>
+#include <tarn/Layout.h>
 #include <tarn/Windows.h>
 
 namespace tarn {
@@ -42,4 +43,6 @@ private:
     Array<char> data_;
     VS_FIXEDFILEINFO* fixedInfo_;
 };
+TARN_LAYOUT(VersionInfo::Version, 8, 8);
+static_assert(alignof(VersionInfo::Version) == 4);
 } // namespace tarn

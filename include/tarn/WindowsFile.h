@@ -2,6 +2,7 @@
 
 #include <tarn/BasicString.h>
 #include <tarn/Export.h>
+#include <tarn/Layout.h>
 #include <tarn/Stream.h>
 #include <tarn/Windows.h>
 #include <tarn/WindowsHandle.h>
@@ -108,4 +109,5 @@ public:
     static BasicString<wchar_t> getFullPath(const wchar_t* name);
     ///@}
 };
+TARN_LAYOUT(WindowsFile, 20, 40); // Three bases, the handle and a shared virtual base.
 } // namespace tarn

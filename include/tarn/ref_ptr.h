@@ -2,6 +2,7 @@
 
 #include <tarn/Exception.h>
 #include <tarn/Export.h>
+#include <tarn/Layout.h>
 
 #include <concepts>
 #include <cstddef>
@@ -169,5 +170,5 @@ template <class To, class From> ref_ptr<To> ref_ptr_cast(const ref_ptr<From>& fr
     return ref_ptr<To>(from.count_, dynamic_cast<To*>(from.get()));
 }
 
-static_assert(sizeof(ref_ptr<int>) == 2 * sizeof(void*));
+TARN_LAYOUT(ref_ptr<int>, 8, 16);
 } // namespace tarn

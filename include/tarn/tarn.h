@@ -58,6 +58,7 @@
 #include <tarn/ImageList.h>
 #include <tarn/IniString.h>
 #include <tarn/ItemIDList.h>
+#include <tarn/Layout.h>
 #include <tarn/ListBox.h>
 #include <tarn/ListView.h>
 #include <tarn/LocalMemory.h>

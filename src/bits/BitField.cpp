@@ -4,8 +4,6 @@
 #include <cstring>
 
 namespace tarn {
-static_assert(sizeof(BitField) == sizeof(unsigned char*) + 2 * sizeof(unsigned int), "a view is three words");
-
 namespace {
 unsigned char bitsBelow(std::uint64_t position) { return static_cast<unsigned char>((1u << position % 8) - 1); }
 

@@ -85,9 +85,7 @@ struct FileDialog::Data {
         return end;
     }
 };
-#ifdef __i386__
-static_assert(sizeof(OPENFILENAMEW) == 88);
-#endif
+TARN_LAYOUT(OPENFILENAMEW, 88, 152);
 
 FileDialog::FileDialog(HWND owner, bool save, unsigned long flags) : data_(new (std::nothrow) Data()), save_(save)
 {

@@ -15,8 +15,6 @@
 #include <memory>
 
 namespace tarn {
-static_assert(sizeof(TemporaryDirectory) == sizeof(BasicString<wchar_t>));
-
 namespace {
 struct FreeText {
     void operator()(wchar_t* text) const { std::free(text); }

@@ -8,8 +8,6 @@
 #include "FileApi.h"
 
 namespace tarn {
-static_assert(sizeof(TemporaryFile) == sizeof(BasicString<wchar_t>));
-
 namespace {
 BasicString<wchar_t> widened(const char* name) { return a2w(name, CP_ACP); }
 BasicString<wchar_t> widened(const wchar_t* name) { return name; }

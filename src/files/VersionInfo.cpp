@@ -10,8 +10,6 @@
 #include <type_traits>
 
 namespace tarn {
-static_assert(sizeof(VersionInfo::Version) == 8 && alignof(VersionInfo::Version) == 4);
-
 namespace {
 template <class Ch> Description failureText(const char* function, const Ch* fileName, const std::string& tail)
 {

@@ -6,9 +6,6 @@
 #include "FileApi.h"
 
 namespace tarn {
-#ifdef __i386__
-static_assert(sizeof(WindowsFile) == sizeof(void*) * 5, "three bases, the handle and a shared virtual base");
-#endif
 static_assert(Seekable::begin == FILE_BEGIN && Seekable::current == FILE_CURRENT && Seekable::end == FILE_END);
 
 namespace {

@@ -5,10 +5,6 @@
 #include "../foundation/Closing.h"
 
 namespace tarn {
-#ifdef __i386__
-static_assert(sizeof(Driver) == 12);
-#endif
-
 Driver::Driver(const wchar_t* name, const wchar_t* displayName, const wchar_t* binaryPath)
 {
     try {

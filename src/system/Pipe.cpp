@@ -3,8 +3,6 @@
 #include "../foundation/Check.h"
 
 namespace tarn {
-static_assert(sizeof(Pipe) == 2 * sizeof(WindowsFile));
-
 namespace {
 void keepFromChildren(const WindowsHandle& end)
 {

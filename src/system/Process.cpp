@@ -5,10 +5,7 @@
 #include "FreshHandle.h"
 
 namespace tarn {
-#ifdef __i386__
-static_assert(sizeof(Process) == sizeof(WindowsHandle) + 8);
-static_assert(sizeof(STARTUPINFOA) == 68);
-#endif
+TARN_LAYOUT(STARTUPINFOA, 68, 104);
 
 namespace {
 STARTUPINFOA emptyStartup()

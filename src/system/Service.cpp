@@ -7,8 +7,6 @@
 #include <utility>
 
 namespace tarn {
-static_assert(sizeof(ServiceManager) == sizeof(SC_HANDLE) && sizeof(Service) == sizeof(SC_HANDLE));
-
 namespace {
 template <class Ch> SC_HANDLE openManager(const Ch* machine, unsigned long access)
 {

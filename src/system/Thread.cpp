@@ -7,10 +7,6 @@
 #include <typeinfo>
 
 namespace tarn {
-#ifdef __i386__
-static_assert(sizeof(Thread) == sizeof(WindowsHandle) + 4 + 4 + sizeof(Mutex));
-#endif
-
 namespace {
 constexpr const char* failedStart = "Can't create thread";
 constexpr auto failedCount = static_cast<DWORD>(-1); // Of SuspendThread and ResumeThread.

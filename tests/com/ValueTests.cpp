@@ -230,8 +230,6 @@ constexpr bool areMoved = (... &&
 static_assert(areMoved<Atom, BStr, Variant, SafeArray, SafeArray::Access<long>, tarn::COMInterfacePointer<IUnknown>,
                        tarn::RegistryValue<char>, tarn::RegistryKey::KeyEnumeration<char>,
                        tarn::RegistryKey::ValueEnumeration<wchar_t>>);
-static_assert(sizeof(BStr) == sizeof(BSTR) && sizeof(SafeArray) == sizeof(SAFEARRAY*) &&
-              sizeof(tarn::COMInterfacePointer<IUnknown>) == sizeof(IUnknown*));
 
 TEMPLATE_TEST_CASE("Atom: an entry is counted in its own table and goes with its last owner", "[com][atom]", char,
                    wchar_t)
