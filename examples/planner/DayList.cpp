@@ -1,5 +1,7 @@
 #include "DayList.h"
 
+#include <tarn/AutoRedraw.h>
+
 #include <algorithm>
 
 namespace planner {
@@ -33,7 +35,7 @@ void DayList::create(HWND parent, HINSTANCE program)
 void DayList::show(std::vector<Occurrence> occurrences, Day day)
 {
     occurrences_ = std::move(occurrences);
-    sendMessageW(WM_SETREDRAW, FALSE);
+    const tarn::AutoRedraw filling(*this);
     deleteAllItems();
     for (const Occurrence& occurrence : occurrences_) {
         const Event& event = occurrence.event();
@@ -42,7 +44,6 @@ void DayList::show(std::vector<Occurrence> occurrences, Day day)
         setItemText(item, event.place.c_str(), 2);
         setItemText(item, event.category.c_str(), 3);
     }
-    sendMessageW(WM_SETREDRAW, TRUE);
     if (!occurrences_.empty()) {
         LVITEMW first{};
         first.stateMask = first.state = LVIS_SELECTED | LVIS_FOCUSED;

@@ -1,5 +1,6 @@
 #include "MonthPainter.h"
 
+#include <tarn/AutoColour.h>
 #include <tarn/AutoSelect.h>
 #include <tarn/Brush.h>
 #include <tarn/Pen.h>
@@ -201,7 +202,7 @@ void MonthPainter::write(const std::wstring& text, const Rect& rect, const tarn:
                          unsigned format) const
 {
     const tarn::AutoSelect selected(context_, font);
-    context_.setTextColour(colour);
+    const tarn::AutoTextColour coloured(context_, colour);
     SetBkMode(context_, TRANSPARENT);
     Rect place = rect;
     DrawTextW(context_, text.c_str(), static_cast<int>(text.size()), &place,

@@ -22,6 +22,8 @@ PlannerWindow::PlannerWindow(HINSTANCE program, const Messages& messages)
       font_(makeFont(-13, FW_NORMAL)), titleFont_(makeFont(-14, FW_BOLD)),
       accelerators_(LoadAcceleratorsW(program, MAKEINTRESOURCEW(ID_PROGRAM)))
 {
+    if (!accelerators_)
+        throw tarn::WindowsError("Can't load the menu's keys");
     create(windowClass_, L"Planner", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, Rect(tarn::Point(40, 30), usualSize),
            nullptr, nullptr, program);
     addChildren();

@@ -8,8 +8,8 @@ static const tarn::SerializableImpl<Appointment> appointmentRegistration;
 namespace {
 void write(tarn::OutputStream& out, const Recurrence& rule)
 {
-    out << static_cast<int>(rule.frequency) << rule.interval << rule.count << rule.until.has_value()
-        << rule.until.value_or(0) << rule.weekdays << rule.weekStart;
+    out << rule.frequency << rule.interval << rule.count << rule.until.has_value() << rule.until.value_or(0)
+        << rule.weekdays << rule.weekStart;
 }
 
 Recurrence readRecurrence(tarn::InputStream& in)
@@ -17,8 +17,7 @@ Recurrence readRecurrence(tarn::InputStream& in)
     Recurrence rule;
     bool hasEnd = false;
     Local end = 0;
-    rule.frequency = static_cast<Recurrence::Frequency>(in.readInt32());
-    in >> rule.interval >> rule.count >> hasEnd >> end >> rule.weekdays >> rule.weekStart;
+    in >> rule.frequency >> rule.interval >> rule.count >> hasEnd >> end >> rule.weekdays >> rule.weekStart;
     if (hasEnd)
         rule.until = end;
     return rule;

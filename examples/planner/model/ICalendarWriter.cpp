@@ -98,7 +98,11 @@ private:
     // Such a rule begins with the first time that it names.
     static Local sunday(int month, int week)
     {
-        return midnightOf(*Reckoning().dayOf({firstYearOfRules, month, sundayOf(firstYearOfRules, month, week)}));
+        Reckoning weeks;
+        weeks.firstDayOfWeek = tarn::GregorianCalendar::Sunday;
+        const Day last = week < 0 ? weeks.lastOfMonth(firstYearOfRules, month)
+                                  : weeks.firstOfMonth(firstYearOfRules, month) + 7 * week - 1;
+        return midnightOf(weeks.firstOfWeek(last));
     }
 
     static std::string ruleText(int month, int week)

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <iterator>
 
-using tarn::Calendar;
 using tarn::GregorianCalendar;
 
 namespace planner {
@@ -56,24 +55,8 @@ const Known* find(const std::string& name)
     return found == std::end(known) ? nullptr : found;
 }
 
-int yearOf(Local local)
-{
-    GregorianCalendar calendar((tarn::TimeZone()));
-    calendar.setTime(local);
-    return calendar.get(Calendar::FieldEra) == GregorianCalendar::AD ? calendar.get(Calendar::FieldYear) : 0;
-}
+int yearOf(Local local) { return Reckoning().dateOf(dayOf(local)).year; }
 } // namespace
-
-int sundayOf(int year, int month, int week)
-{
-    GregorianCalendar calendar((tarn::TimeZone()));
-    calendar.Clear();
-    calendar.set(Calendar::FieldYear, year);
-    calendar.set(Calendar::FieldMonth, month);
-    calendar.set(Calendar::FieldDayOfWeek, GregorianCalendar::Sunday);
-    calendar.set(Calendar::FieldDayOfWeekInMonth, week);
-    return calendar.get(Calendar::FieldDayOfMonth);
-}
 
 const char* const Zone::system = "";
 
@@ -103,7 +86,6 @@ int Zone::standardMinutes(int year) const
     return name_ == system ? forYear(year).GetStandardOffset() / static_cast<int>(minuteLength) : standardMinutes_;
 }
 
-// Rules by date: those by weekday cannot count from the beginning of a month.
 tarn::TimeZone Zone::forYear(int year) const
 {
     if (name_ == system)
@@ -114,30 +96,22 @@ tarn::TimeZone Zone::forYear(int year) const
     if (!daylight_ || year < firstYearWithDaylight)
         return zone;
     zone.SetDSTOffset(hourLength);
-    zone.SetStartRule(static_cast<tarn::TimeZone::Month>(daylight_->startMonth),
-                      sundayOf(year, daylight_->startMonth, daylight_->startWeek), daylight_->startMinutes * minute);
-    zone.SetEndRule(static_cast<tarn::TimeZone::Month>(daylight_->endMonth),
-                    sundayOf(year, daylight_->endMonth, daylight_->endWeek), daylight_->endMinutes * minute);
+    zone.SetStartRuleByWeekday(daylight_->startMonth, daylight_->startWeek, GregorianCalendar::Sunday,
+                               daylight_->startMinutes * minute);
+    zone.SetEndRuleByWeekday(daylight_->endMonth, daylight_->endWeek, GregorianCalendar::Sunday,
+                             daylight_->endMinutes * minute);
     return zone;
 }
 
 tarn::Time Zone::toTime(Local local) const
 {
-    GregorianCalendar wall((tarn::TimeZone()));
-    wall.setTime(local);
-    GregorianCalendar calendar(forYear(yearOf(local)));
-    calendar.Clear();
-    for (const unsigned field :
-         {Calendar::FieldEra, Calendar::FieldYear, Calendar::FieldMonth, Calendar::FieldDayOfMonth,
-          Calendar::FieldHourOfDay, Calendar::FieldMinute, Calendar::FieldSecond, Calendar::FieldMillisecond})
-        calendar.set(field, wall.get(field));
-    return calendar.getTime();
+    const tarn::TimeZone::Instants instants = forYear(yearOf(local)).instantsOf(local);
+    return instants.count == 0 ? instants.earlier : instants.later;
 }
 
 Local Zone::toLocal(const tarn::Time& time) const
 {
-    GregorianCalendar calendar(forYear(yearOf(time)));
-    calendar.setTime(time);
-    return time + calendar.get(Calendar::FieldZoneOffset) + calendar.get(Calendar::FieldDstOffset);
+    const tarn::TimeZone zone = forYear(yearOf(time));
+    return time + zone.GetStandardOffset() + (zone.InDaylightTime(time) ? zone.GetDSTOffset() : 0);
 }
 } // namespace planner

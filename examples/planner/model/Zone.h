@@ -10,13 +10,12 @@
 namespace planner {
 /// When a zone's clocks change, counted in the zone's standard time.
 struct DaylightRule {
-    int startMonth, startWeek; ///< Which Sunday of the month; -1 is the last one.
-    int endMonth, endWeek;
+    tarn::TimeZone::Month startMonth;
+    int startWeek; ///< Which Sunday of the month; -1 is the last one.
+    tarn::TimeZone::Month endMonth;
+    int endWeek;
     int startMinutes, endMinutes;
 };
-
-/// The day of the month on which such a Sunday falls.
-int sundayOf(int year, int month, int week);
 
 /// A time zone by its name.
 class Zone {
@@ -35,6 +34,7 @@ public:
     /// The rules for a year; a TimeZone holds those of one year only.
     tarn::TimeZone forYear(int year) const;
 
+    /// Of an hour that clocks show twice the second one; of one that they leave out, an hour before.
     tarn::Time toTime(Local local) const;
     Local toLocal(const tarn::Time& time) const;
 
