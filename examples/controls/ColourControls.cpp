@@ -1,5 +1,6 @@
 #include "ColourControls.h"
 
+#include <tarn/AutoColour.h>
 #include <tarn/DeviceContext.h>
 #include <tarn/Rect.h>
 
@@ -44,7 +45,7 @@ void ColourList::onDrawItem(const DRAWITEMSTRUCT& item)
     patch.right = patch.left + 30;
     context.fillRectangle(colour.value, patch);
     SetBkMode(context, TRANSPARENT);
-    SetTextColor(context, GetSysColor(isSelected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
+    const tarn::AutoTextColour text(context, GetSysColor(isSelected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
     context.drawText(patch.right + 8, area.top + 3, colour.name);
 }
 

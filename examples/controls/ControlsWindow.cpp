@@ -3,6 +3,7 @@
 #include "Ids.h"
 
 #include <tarn/AutoRedraw.h>
+#include <tarn/Exception.h>
 
 #include <algorithm>
 #include <cmath>
@@ -46,6 +47,8 @@ std::wstring nameInText(const std::wstring& name) { return name == L"Sun" ? L"th
 tarn::Bitmap loadOnButtonFace(int id, HINSTANCE program)
 {
     const HANDLE bitmap = LoadImageW(program, MAKEINTRESOURCEW(id), IMAGE_BITMAP, 0, 0, LR_LOADMAP3DCOLORS);
+    if (!bitmap)
+        throw tarn::WindowsError("Can't load a picture");
     return tarn::Bitmap(static_cast<HBITMAP>(bitmap), true);
 }
 
@@ -90,7 +93,13 @@ ControlsWindow::ControlsWindow(HINSTANCE program)
 }
 
 // Before the members, whose pictures and class are in use until then.
-ControlsWindow::~ControlsWindow() noexcept { destroy(); }
+ControlsWindow::~ControlsWindow()
+{
+    try {
+        destroy();
+    } catch (...) { // The window class will not go either, and says so.
+    }
+}
 
 HWND ControlsWindow::addChild(const wchar_t* className, const wchar_t* text, unsigned long style, int id,
                               const tarn::Rect& rect)
@@ -99,6 +108,8 @@ HWND ControlsWindow::addChild(const wchar_t* className, const wchar_t* text, uns
     const HWND child = CreateWindowExW(edge, className, text, WS_CHILD | WS_VISIBLE | (style & ~WS_BORDER), rect.left,
                                        rect.top, rect.getWidth(), rect.getHeight(), *this,
                                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), program_, nullptr);
+    if (!child)
+        throw tarn::WindowsError("Can't create window");
     SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), TRUE);
     return child;
 }

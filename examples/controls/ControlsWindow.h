@@ -37,7 +37,7 @@ public:
 class ControlsWindow : public tarn::Window {
 public:
     explicit ControlsWindow(HINSTANCE program);
-    ~ControlsWindow() noexcept override;
+    ~ControlsWindow() override;
 
     using tarn::Window::onNotification;
     LRESULT onNotify(const NMHDR& header) override;

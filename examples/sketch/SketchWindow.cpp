@@ -1,8 +1,9 @@
 #include "SketchWindow.h"
 
-#include <tarn/Brush.h>
 #include <tarn/AutoColour.h>
 #include <tarn/AutoSelect.h>
+#include <tarn/Brush.h>
+#include <tarn/Menu.h>
 #include <tarn/PaintDeviceContext.h>
 
 #include <iterator>
@@ -31,23 +32,27 @@ constexpr Width widths[] = {{"Thin", 1}, {"Medium", 3}, {"Thick", 8}};
 constexpr unsigned long paper = RGB(252, 250, 244), panel = RGB(235, 232, 222), ink = RGB(70, 70, 70);
 constexpr int lineStep = 20, lineHeight = 18;
 
-HMENU makeMenu()
+tarn::Menu makeMenu()
 {
-    const HMENU bar = CreateMenu(), drawing = CreatePopupMenu(), colour = CreatePopupMenu(), width = CreatePopupMenu();
-    const auto append = [](HMENU menu, UINT_PTR id, const char* text, unsigned flags = 0) {
-        tarn::insertMenu(menu, 0xFFFFFFFF, MF_BYPOSITION | flags, id, text);
+    tarn::Menu bar(false), drawing(true), colour(true), width(true);
+    const auto append = [](const tarn::Menu& menu, UINT_PTR id, const char* text, unsigned flags = 0) {
+        menu.insert(text, 0xFFFFFFFF, MF_BYPOSITION | flags, id);
     };
     append(drawing, SketchWindow::undo, "Undo\tBackspace");
     append(drawing, SketchWindow::clear, "Clear\tDel");
-    append(drawing, 0, "", MF_SEPARATOR);
+    drawing.insertSeparator();
     append(drawing, SketchWindow::leave, "Exit\tEsc");
     for (std::size_t i = 0; i < std::size(colours); ++i)
         append(colour, SketchWindow::firstColour + i, colours[i].name);
     for (std::size_t i = 0; i < std::size(widths); ++i)
         append(width, SketchWindow::firstWidth + i, widths[i].name);
-    append(bar, reinterpret_cast<UINT_PTR>(drawing), "&Drawing", MF_POPUP);
-    append(bar, reinterpret_cast<UINT_PTR>(colour), "&Colour", MF_POPUP);
-    append(bar, reinterpret_cast<UINT_PTR>(width), "&Width", MF_POPUP);
+    const auto give = [&](tarn::Menu& menu, const char* text) {
+        append(bar, reinterpret_cast<UINT_PTR>(menu.getHandle()), text, MF_POPUP);
+        menu.detach(); // Belongs to the bar.
+    };
+    give(drawing, "&Drawing");
+    give(colour, "&Colour");
+    give(width, "&Width");
     return bar;
 }
 } // namespace
@@ -58,8 +63,10 @@ SketchWindow::SketchWindow(HINSTANCE program)
       font_(-13, 0, 0, 0, FW_NORMAL, false, false, false, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
             DEFAULT_QUALITY, DEFAULT_PITCH, "Tahoma")
 {
+    tarn::Menu menu = makeMenu();
     create(windowClass_, L"Sketch", WS_OVERLAPPEDWINDOW | WS_HSCROLL | WS_VSCROLL, Rect(60, 40, 820, 600), nullptr,
-           makeMenu(), program);
+           menu, program);
+    menu.detach(); // Belongs to the window.
     acceptDraggedFiles(true);
     choose(firstColour);
     choose(firstWidth + 1);

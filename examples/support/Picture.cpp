@@ -4,6 +4,7 @@
 #include <tarn/Bitmap.h>
 #include <tarn/DeviceContext.h>
 #include <tarn/Rect.h>
+#include <tarn/Window.h>
 
 #include <objidl.h>
 
@@ -61,8 +62,8 @@ void savePicture(HDC context, const RECT& part, const wchar_t* file)
 
 void savePicture(HWND window, bool wholeWindow, const wchar_t* file)
 {
-    tarn::Rect area;
-    (wholeWindow ? GetWindowRect : GetClientRect)(window, &area);
+    const tarn::Window shown(window);
+    const tarn::Rect area = wholeWindow ? shown.getWindowRectangle() : shown.getClientRectangle();
     const tarn::DeviceContext context(window, wholeWindow);
     savePicture(context, tarn::Rect(tarn::Point(), area.getSize()), file);
 }
