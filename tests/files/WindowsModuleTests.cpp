@@ -2,15 +2,11 @@
 
 #include "Expect.h"
 
-#include <tarn/LocalMemory.h>
-#include <tarn/VersionInfo.h>
 #include <tarn/WindowsModule.h>
 
 #include <cstring>
 
 using support::expectWindowsError;
-using tarn::LocalMemory;
-using tarn::VersionInfo;
 using tarn::WindowsModule;
 
 namespace {
@@ -109,86 +105,4 @@ TEST_CASE("WindowsModule: message texts keep their inserts and their line break"
     CHECK(messages.getMessageA(2221, 0) == "The user name %1 could not be found.\r\n");
     CHECK(messages.getMessageW(2100, 0x409) == L"The first message of the range.\r\n");
     expectWindowsError([&] { messages.getMessageA(0xABC, 0x409); }, "Can't format message id abc with languag 409");
-}
-
-TEST_CASE("VersionInfo: file and product version with their parts, in copies too", "[files][version]")
-{
-    const VersionInfo info("resources.dll");
-    CHECK(info.FileVersion().major == 1);
-    CHECK(info.FileVersion().minor == 2);
-    CHECK(info.FileVersion().build == 3);
-    CHECK(info.FileVersion().revision == 4);
-    CHECK(info.FileVersion().value == 0x0003000400010002);
-    CHECK(info.ProductVersion().major == 65535);
-
-    VersionInfo copy(VersionInfo(L"resources.dll"));
-    CHECK(copy.ProductVersion().build == 7);
-    copy = VersionInfo("kernel32.dll");
-    CHECK(copy.FileVersion().value != info.FileVersion().value);
-    CHECK(&VersionInfo(copy).FileVersion() != &copy.FileVersion());
-}
-
-TEST_CASE("VersionInfo: each step that fails has its text", "[files][version]")
-{
-    expectWindowsError([] { VersionInfo("no-such.dll"); }, "Error in GetFileVersionInfoSizeA(no-such.dll,0)");
-    expectWindowsError([] { VersionInfo(L"no-such.dll"); }, "Error in GetFileVersionInfoSizeW(no-such.dll,0)");
-    // Cut in the name, cut in the value, a name without an end, and a value of another kind.
-    for (const char* damaged : {"badversion.dll", "badversion2.dll", "badversion3.dll", "badversion4.dll"}) {
-        CAPTURE(damaged);
-        expectWindowsError([&] { VersionInfo info(damaged); }, "Error in VerQueryValueA");
-    }
-}
-
-TEST_CASE("LocalMemory: movable memory is unlocked as often as it was locked, fixed memory never", "[files][memory]")
-{
-    const HLOCAL block = LocalAlloc(LMEM_MOVEABLE, 16), fixedBlock = LocalAlloc(LMEM_FIXED, 16);
-    {
-        LocalMemory memory(block, true), fixed(fixedBlock, false);
-        CHECK(memory.lock() == memory.lock());
-        CHECK(memory.getFlags().lockCount() == 2);
-        CHECK(memory.unlock());
-        CHECK(memory.lock());
-
-        CHECK(fixed.isFixed());
-        CHECK(fixed.lock() == fixedBlock);
-        CHECK_FALSE(fixed.unlock());
-        fixed.free();
-        fixed.free();
-    }
-    CHECK(LocalFlags(block) == LMEM_INVALID_HANDLE);
-}
-
-TEST_CASE("LocalMemory: a block that came here locked stays movable, and freed it is fixed", "[files][memory]")
-{
-    const HLOCAL block = LocalAlloc(LMEM_MOVEABLE, 16);
-    void* const address = LocalLock(block);
-    LocalMemory memory(block, true);
-    CHECK_FALSE(memory.unlock());
-    CHECK(memory.isMovable());
-    CHECK(memory.lock() == address);
-    {
-        const LocalMemory::Access access(memory);
-        CHECK(access.data() == memory.lock());
-        memory.unlock();
-        CHECK(memory.getFlags().lockCount() == 2);
-    }
-    CHECK(memory.getFlags().lockCount() == 1);
-    memory.free();
-    CHECK(memory.isFixed());
-    CHECK(memory.lock() == nullptr);
-}
-
-TEST_CASE("LocalMemory: each failing call has its text", "[files][memory]")
-{
-    LocalMemory unlocked(LocalAlloc(LMEM_MOVEABLE, 16), true);
-    expectWindowsError([&] { unlocked.unlock(); }, "Can't unlock local memory handle");
-    LocalMemory discarded(LocalDiscard(LocalAlloc(LMEM_MOVEABLE | LMEM_DISCARDABLE, 16)), true);
-    expectWindowsError([&] { discarded.lock(); }, "Can't lock local memory handle");
-
-    const HLOCAL gone = LocalAlloc(LMEM_MOVEABLE, 16);
-    LocalFree(gone);
-    auto* memory = new (operator new(sizeof(LocalMemory))) LocalMemory(gone, true);
-    expectWindowsError([&] { memory->free(); }, ERROR_INVALID_HANDLE, "Can't free local memory handle");
-    expectWindowsError([&] { memory->getFlags(); }, ERROR_INVALID_HANDLE, "Can't query flags for local memory handle");
-    operator delete(memory);
 }

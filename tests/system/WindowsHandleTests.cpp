@@ -64,23 +64,3 @@ TEST_CASE("WindowsHandle: of two handles the wait names the one that ended it", 
     expectWindowsError([&] { WindowsHandle::wait(a, null, 0, false); }, ERROR_INVALID_HANDLE, "Multi wait failed");
     expectWindowsError([&] { null.wait(0); }, ERROR_INVALID_HANDLE, "Error while retrieving handle state");
 }
-
-TEST_CASE("Event: a wait takes the signal of an auto-reset event only, and failing calls name themselves",
-          "[system][event]")
-{
-    const Event automatic(false, true);
-    Event manual(true, true);
-    CHECK(automatic.wait(INFINITE) == WindowsHandle::signaled);
-    CHECK(automatic.wait(0) == WindowsHandle::timeout);
-    CHECK(manual.isSignaled());
-    CHECK(manual.isSignaled());
-    manual.reset();
-    CHECK_FALSE(manual.isSignaled());
-    manual.pulse(); // Nobody waits, so nothing is left of it.
-    CHECK_FALSE(manual.isSignaled());
-
-    manual.close();
-    expectWindowsError([&] { manual.set(); }, ERROR_INVALID_HANDLE, "Error in SetEvent");
-    expectWindowsError([&] { manual.reset(); }, ERROR_INVALID_HANDLE, "Error in ResetEvent");
-    expectWindowsError([&] { manual.pulse(); }, ERROR_INVALID_HANDLE, "Error in PulseEvent");
-}

@@ -1,0 +1,65 @@
+#include "Expect.h"
+#include "FailureOf.h"
+#include "Persistent.h"
+
+#include <tarn/Atom.h>
+#include <tarn/COMInterfacePointer.h>
+#include <tarn/RegistryKey.h>
+#include <tarn/RegistryValue.h>
+#include <tarn/SafeArray.h>
+#include <tarn/Variant.h>
+
+#include <type_traits>
+
+using support::failureOf;
+using tarn::Variant;
+using namespace std::string_literals;
+
+// Whatever owns can be moved without a throw, so that containers move it.
+template <class... Owners>
+constexpr bool areMoved = (... &&
+                           (std::is_nothrow_move_constructible_v<Owners> && std::is_nothrow_move_assignable_v<Owners>));
+static_assert(areMoved<tarn::Atom, tarn::BStr, Variant, tarn::SafeArray, tarn::SafeArray::Access<long>,
+                       tarn::COMInterfacePointer<IUnknown>, tarn::RegistryValue<char>,
+                       tarn::RegistryKey::KeyEnumeration<char>, tarn::RegistryKey::ValueEnumeration<wchar_t>>);
+
+TEST_CASE("Variant: takes values with their automation type", "[com][variant]")
+{
+    CHECK((Variant(true).getType() == VT_BOOL && Variant(true).boolVal == VARIANT_TRUE));
+    CHECK((Variant().getType() == VT_EMPTY && Variant(7).getType() == VT_I4 && Variant(7ull).getType() == VT_UI8));
+    CHECK(Variant::missing().scode == DISP_E_PARAMNOTFOUND);
+    Variant source("copied"), owner;
+    VARIANT copy = {};
+    REQUIRE(VariantCopy(&copy, &source) == S_OK);
+    owner.attach(copy);
+    CHECK(owner.toAString() == "copied");
+}
+
+TEST_CASE("Variant: converts between types or says why not", "[com][variant]")
+{
+    CHECK((Variant("42").toLong() == 42 && Variant("9000000000").toLongLong() == 9000000000));
+    CHECK((Variant(42).toString() == L"42" && Variant(-1).toBool() && Variant(2.5f).toDouble() == 2.5));
+    constexpr LCID english = MAKELCID(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), SORT_DEFAULT);
+    CHECK(Variant("1.5").convertedTo(VT_R8, english).dblVal == 1.5);
+    CHECK(Variant::date(0).convertedTo(VT_R8).dblVal == 0);
+    CHECK(failureOf([] { Variant(1e12).toLong(); }) == DISP_E_OVERFLOW);
+    CHECK(failureOf([] { Variant(1).toSafeArray(); }) == DISP_E_TYPEMISMATCH);
+    CHECK(failureOf([] { Variant::null().toLong(); }) == DISP_E_TYPEMISMATCH);
+    support::expectError<tarn::COMError>([] { Variant("word").toDouble(); },
+                                         "Can't convert variant: HRESULT value 80020005"s);
+}
+
+TEST_CASE("Variant: keeps the object that it holds alive", "[com][variant]")
+{
+    const unsigned before = tarn::IUnknownImpl::getInstanceCount();
+    {
+        tarn::COMInterfacePointer<IPersist> object(new support::Persistent(nullptr));
+        Variant value(static_cast<IUnknown*>(object.get()));
+        const Variant copy(value);
+        object.reset();
+        value = 1;
+        CHECK(copy.toUnknown().as<IPersist>());
+        CHECK(failureOf([&] { copy.toDispatch(); }) < 0);
+    }
+    CHECK(tarn::IUnknownImpl::getInstanceCount() == before);
+}

@@ -1,0 +1,27 @@
+#include "Expect.h"
+
+#include <tarn/Event.h>
+
+using support::expectWindowsError;
+using tarn::Event;
+using tarn::WindowsHandle;
+
+TEST_CASE("Event: a wait takes the signal of an auto-reset event only, and failing calls name themselves",
+          "[system][event]")
+{
+    const Event automatic(false, true);
+    Event manual(true, true);
+    CHECK(automatic.wait(INFINITE) == WindowsHandle::signaled);
+    CHECK(automatic.wait(0) == WindowsHandle::timeout);
+    CHECK(manual.isSignaled());
+    CHECK(manual.isSignaled());
+    manual.reset();
+    CHECK_FALSE(manual.isSignaled());
+    manual.pulse(); // Nobody waits, so nothing is left of it.
+    CHECK_FALSE(manual.isSignaled());
+
+    manual.close();
+    expectWindowsError([&] { manual.set(); }, ERROR_INVALID_HANDLE, "Error in SetEvent");
+    expectWindowsError([&] { manual.reset(); }, ERROR_INVALID_HANDLE, "Error in ResetEvent");
+    expectWindowsError([&] { manual.pulse(); }, ERROR_INVALID_HANDLE, "Error in PulseEvent");
+}
