@@ -143,15 +143,14 @@ template <> struct std::hash<tarn::BStr> {
 };
 
 /// What a BStr and a pointer have in common is the BStr, for the standard's algorithms over ranges.
-///@{
 template <class Pointer>
 requires std::same_as<std::remove_const_t<std::remove_pointer_t<Pointer>>, wchar_t>
 struct std::common_type<tarn::BStr, Pointer> {
     using type = tarn::BStr; ///< The one that owns a text.
 };
+/// The same the other way round.
 template <class Pointer>
 requires std::same_as<std::remove_const_t<std::remove_pointer_t<Pointer>>, wchar_t>
 struct std::common_type<Pointer, tarn::BStr> {
     using type = tarn::BStr; ///< The one that owns a text.
 };
-///@}

@@ -86,17 +86,16 @@ template <class Ch, class Alloc> struct std::hash<tarn::BasicString<Ch, std::cha
 };
 
 /// What a string and a pointer have in common is the string, for the standard's algorithms over ranges.
-///@{
 template <class Ch, class Traits, class Alloc, class Pointer>
 requires std::same_as<std::remove_const_t<std::remove_pointer_t<Pointer>>, Ch>
 struct std::common_type<tarn::BasicString<Ch, Traits, Alloc>, Pointer> {
     /// The string.
     using type = tarn::BasicString<Ch, Traits, Alloc>;
 };
+/// The same the other way round.
 template <class Ch, class Traits, class Alloc, class Pointer>
 requires std::same_as<std::remove_const_t<std::remove_pointer_t<Pointer>>, Ch>
 struct std::common_type<Pointer, tarn::BasicString<Ch, Traits, Alloc>> {
     /// The string.
     using type = tarn::BasicString<Ch, Traits, Alloc>;
 };
-///@}

@@ -13,6 +13,7 @@ class TARN_API StatusBar : public Window {
 public:
     using Window::Window;
 
+    /// As Window has them.
     using Window::create;
     /// At the bottom of `parent`, visible; otherwise as ListView::create(). `SBARS_SIZEGRIP` is a style for it.
     void create(HWND parent, unsigned short id, unsigned long style = 0);

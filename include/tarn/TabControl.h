@@ -14,6 +14,7 @@ class TARN_API TabControl : public Window {
 public:
     using Window::Window;
 
+    /// As Window has them.
     using Window::create;
     /// As ListView::create().
     void create(HWND parent, unsigned short id, const RECT& rect, unsigned long style);
