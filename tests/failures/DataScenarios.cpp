@@ -1,0 +1,172 @@
+#include "Campaign.h"
+
+#include <tarn/Archive.h>
+#include <tarn/Atom.h>
+#include <tarn/BStr.h>
+#include <tarn/BasicString.h>
+#include <tarn/COMIdentifiers.h>
+#include <tarn/COMModule.h>
+#include <tarn/GUID.h>
+#include <tarn/IUnknownImpl.h>
+#include <tarn/LowLevelIOStream.h>
+#include <tarn/MemoryStream.h>
+#include <tarn/RegistryKey.h>
+#include <tarn/SafeArray.h>
+#include <tarn/StdIOStream.h>
+#include <tarn/Variant.h>
+
+#include <fcntl.h>
+
+namespace failures {
+namespace {
+struct Node final : tarn::Serializable {
+    void serialize(tarn::OutputStream& out) const override
+    {
+        out << name;
+        tarn::writeOptional(out, next);
+    }
+    void deserialize(tarn::InputStream& in) override
+    {
+        in >> name;
+        tarn::readOptional(in, next);
+    }
+    tarn::BasicString<char> name;
+    tarn::ref_ptr<Node> next;
+};
+const tarn::SerializableImpl<Node> nodeClass(tarn::declaredAsStruct);
+
+void archiveObjects(const Place&)
+{
+    tarn::MemoryOutputStream out;
+    {
+        const tarn::ref_ptr<Node> first(new Node), second(new Node);
+        first->name = "first";
+        second->name = "second, with a longer name than fits";
+        first->next = second;
+        tarn::MemoryInputStream nothing;
+        tarn::Archive archive(nothing, out);
+        archive << first << second;
+    }
+    tarn::MemoryInputStream in(out.getData(), static_cast<unsigned>(out.getSize()));
+    tarn::ref_ptr<Node> first;
+    {
+        tarn::Archive archive(in, out);
+        archive >> first;
+    }
+    expect(first->next->name.startsWith("second"), "another object came back");
+}
+
+void streamFiles(const Place& place)
+{
+    const std::string path = place.narrowFile("stream.bin");
+    {
+        tarn::StdIOStream out(path.c_str(), "wb");
+        out << 42 << tarn::BasicString<char>("text");
+        out.flush();
+    }
+    tarn::LowLevelFileStream in(path.c_str(), _O_RDONLY | _O_BINARY);
+    int number = 0;
+    tarn::BasicString<char> text;
+    in >> number >> text;
+    expect(number == 42 && text == "text", "other values came back");
+    in.close();
+}
+
+void convertText(const Place&)
+{
+    const tarn::BasicString<wchar_t> wide = tarn::a2w("Gr\xC3\xBC\xC3\x9F", CP_UTF8);
+    expect(tarn::BasicString<char>(wide.c_str()).length() == wide.length(), "another length");
+    expect(tarn::BasicString<char>("%1 of %2").format("one", "two") == "one of two", "formatted otherwise");
+}
+
+void openOwned(tarn::RegistryKey& key, HKEY parent, const wchar_t* name)
+{
+    key.create(parent, name, KEY_ALL_ACCESS);
+    key.attach(key.detach(), true);
+}
+
+void useRegistry(const Place& place)
+{
+    tarn::RegistryKey key;
+    openOwned(key, place.key(), L"settings");
+    key.setValue(L"width", 640);
+    key.setValue("title", "A title");
+    expect(key.getDWordValue("width") == 640, "another number");
+    expect(key.getStringValue(L"title") == L"A title", "another text");
+    expect(!key.existsValue("height"), "a value too many");
+    expect(tarn::RegistryKey::ValueEnumeration<char>(key).size() == 2, "another number of values");
+    key.deleteValue("width");
+    key.close();
+}
+
+void workOnTree(const Place& place)
+{
+    tarn::RegistryKey from, to, below;
+    openOwned(from, place.key(), L"from");
+    openOwned(to, place.key(), L"to");
+    openOwned(below, from, L"below");
+    below.setValue(L"deep", 1);
+    to.AddContentFrom(from);
+    expect(to.existsKey("below"), "nothing was copied");
+    expect(tarn::RegistryKey::KeyEnumeration<wchar_t>(to).size() == 1, "another number of keys");
+    const tarn::RegistryKey root(place.key(), false);
+    root.deleteKeyRecursive(L"from");
+    root.cleanEmptyTree("to");
+    expect(!root.existsKey(L"from"), "the tree is still there");
+}
+
+void useAtoms(const Place&)
+{
+    tarn::Atom atom(L"tarn-campaign", tarn::Atom::global);
+    expect(atom.getNameW() == L"tarn-campaign", "another name");
+    expect(tarn::Atom::find("tarn-campaign", tarn::Atom::global) == atom, "another atom");
+    atom.free();
+}
+
+void useValues(const Place&)
+{
+    const tarn::Variant number(L"42");
+    expect(number.toLong() == 42, "another number");
+    tarn::SafeArray array(VT_I4, 3);
+    array.setElement(1, number.convertedTo(VT_I4));
+    array.resize(5);
+    const tarn::SafeArray copy(array);
+    expect(copy.getElement(1).toLong() == 42, "another element");
+    expect(tarn::BStr("text").toString() == L"text", "another text");
+}
+
+void nameIdentifiers(const Place&)
+{
+    const GUID guid = tarn::toGUID(L"{00000000-0000-0000-C000-000000000046}");
+    expect(tarn::toString(guid).length() == 38, "another length");
+    tarn::getHRESULTIdentifier(E_NOINTERFACE);
+}
+
+constexpr GUID clsid = {0x3B0A3F52, 0x1B63, 0x4B2B, {0x9E, 0x5D, 0x13, 0x37, 0x6E, 0x0C, 0x5A, 0x01}};
+
+void registerServer(const Place&)
+{
+    static tarn::COMModule module(GetModuleHandleW(nullptr),
+                                  {{clsid, [](IUnknown*) -> tarn::IUnknownImpl* { return nullptr; }, L"Campaign",
+                                    tarn::COMModule::apartment, L"Tarn.Campaign"}});
+    module.registerServer(tarn::COMModule::user);
+    module.unregisterServer(tarn::COMModule::user);
+    expect(!tarn::RegistryKey::existsKey(HKEY_CURRENT_USER, L"Software\\Classes\\Tarn.Campaign"), "left registered");
+}
+} // namespace
+
+std::vector<Scenario> foundationScenarios()
+{
+    return {{"objects in an archive", archiveObjects}, {"streams of files", streamFiles}, {"texts", convertText}};
+}
+
+std::vector<Scenario> registryScenarios() { return {{"registry values", useRegistry}, {"registry trees", workOnTree}}; }
+
+std::vector<Scenario> comScenarios()
+{
+    return {{"atoms", useAtoms},
+            {"automation values", useValues},
+            {"names of identifiers", nameIdentifiers},
+            {"registration of a server", registerServer}};
+}
+} // namespace failures

@@ -1,0 +1,181 @@
+#include "Campaign.h"
+
+#include <tarn/BasicString.h>
+#include <tarn/Event.h>
+#include <tarn/IniString.h>
+#include <tarn/LocalMemory.h>
+#include <tarn/Lock.h>
+#include <tarn/MemoryStream.h>
+#include <tarn/Pipe.h>
+#include <tarn/Process.h>
+#include <tarn/Service.h>
+#include <tarn/TemporaryDirectory.h>
+#include <tarn/TemporaryFile.h>
+#include <tarn/Thread.h>
+#include <tarn/TimeZone.h>
+#include <tarn/VersionInfo.h>
+#include <tarn/WindowsFile.h>
+#include <tarn/WindowsModule.h>
+
+#include <cstring>
+
+namespace failures {
+namespace {
+constexpr char content[] = "twenty-one characters";
+
+void saveAndLoad(const Place& place)
+{
+    const std::wstring path = place.file(L"file.txt");
+    {
+        tarn::WindowsFile file(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+        file.writeFully(content, sizeof content);
+        file.flush();
+        file.close();
+    }
+    tarn::WindowsFile file(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    char read[sizeof content];
+    expect(file.getSize() == sizeof content, "the size differs");
+    file.readFully(read, 10);
+    file.setFilePointer(0, tarn::Seekable::begin);
+    file.readFully(read, sizeof content);
+    expect(!std::memcmp(read, content, sizeof content), "other bytes came back");
+    file.close();
+}
+
+void askAboutFiles(const Place& place)
+{
+    const std::string path = place.narrowFile("asked.txt");
+    tarn::WindowsFile(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr).close();
+    expect(!tarn::WindowsFile::isDirectory(path.c_str()), "the file is a folder");
+    expect(tarn::WindowsFile::getSize(path.c_str()) == 0, "the file is not empty");
+    tarn::WindowsFile::getShortPath(path.c_str());
+    expect(tarn::WindowsFile::getFullPath(path.c_str()) == path, "the full path differs");
+}
+
+void useTemporaries(const Place& place)
+{
+    tarn::TemporaryFile file("campaign");
+    expect(!file.getPathW().empty(), "no path");
+    file.remove();
+    const tarn::TemporaryDirectory folder(place.file(L"").c_str(), L"tmp");
+    const tarn::BasicString<wchar_t> inside = tarn::BasicString<wchar_t>(folder) + L"\\inside.txt";
+    tarn::WindowsFile(inside.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr).close();
+}
+
+void useModules(const Place&)
+{
+    tarn::WindowsModule loaded("version.dll", true);
+    expect(loaded.getProcAddress("GetFileVersionInfoW", false) != nullptr, "no entry point");
+    expect(!loaded.getFilenameW().empty(), "no file name");
+    loaded.close();
+    const tarn::WindowsModule present(L"kernel32.dll", false);
+    expect(!present.getMessageA(ERROR_FILE_NOT_FOUND, 0).empty(), "no message");
+}
+
+void readVersion(const Place&)
+{
+    const tarn::VersionInfo version(L"kernel32.dll");
+    expect(version.FileVersion().major != 0, "no version");
+}
+
+void lockMemory(const Place&)
+{
+    tarn::LocalMemory memory(LocalAlloc(LMEM_MOVEABLE, 16), true);
+    std::memset(memory.lock(), 0, 16);
+    memory.unlock();
+    expect(!memory.getFlags().isDiscarded(), "discarded");
+    memory.free();
+}
+
+void signalAndLock(const Place&)
+{
+    tarn::Event event(true, false);
+    event.set();
+    expect(event.isSignaled(), "not signaled");
+    event.reset();
+    tarn::Mutex mutex(false);
+    {
+        tarn::AutoLock lock(mutex);
+        lock.unlock();
+    }
+    expect(tarn::WindowsHandle::wait(event, mutex, 0, false).second == 1, "the mutex is not free");
+    mutex.unlock();
+    event.close();
+}
+
+struct Counting : tarn::Thread {
+    ~Counting() override
+    {
+        try {
+            join();
+        } catch (const std::exception&) { // The first failure is on its way already.
+        }
+    }
+    unsigned long run() override { return 42; }
+};
+
+void runThread(const Place&)
+{
+    Counting thread;
+    thread.start(true);
+    thread.resume();
+    expect(thread.join() == 42, "another exit code");
+}
+
+void runProcess(const Place&)
+{
+    SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
+    tarn::Pipe pipe(0, &inheritable);
+    pipe.keepReadEnd();
+    tarn::Process child;
+    child.create(FAILURES_CHILD, nullptr, pipe.getWriteEnd(), nullptr, 0);
+    pipe.getWriteEnd().close();
+    tarn::MemoryOutputStream output;
+    output << pipe.getReadEnd();
+    child.wait(INFINITE);
+    expect(child.getExitCode() == 0, "another exit code");
+    expect(output.getSize() != 0, "no output");
+}
+
+void askServices(const Place&)
+{
+    tarn::ServiceManager manager(static_cast<const char*>(nullptr), SC_MANAGER_ALL_ACCESS);
+    tarn::Service service;
+    service.create(manager, "tarn-campaign", "Campaign", SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS,
+                   SERVICE_DEMAND_START, SERVICE_ERROR_IGNORE, "C:\\no-such-program.exe", nullptr, nullptr, nullptr,
+                   nullptr, nullptr);
+    service.remove();
+    service.close();
+    manager.close();
+}
+
+void useIniFile(const Place& place)
+{
+    const std::string path = place.narrowFile("settings.ini");
+    tarn::setIniString(path.c_str(), "Window", "Width", "640");
+    expect(tarn::getIniString(path.c_str(), "Window", "Width", "") == "640", "another value");
+}
+
+void askZone(const Place&)
+{
+    tarn::TimeZone::current();
+    tarn::TimeZone::currentForYear(2024);
+}
+} // namespace
+
+std::vector<Scenario> systemScenarios()
+{
+    return {{"save and load a file", saveAndLoad},
+            {"ask about files", askAboutFiles},
+            {"temporary file and folder", useTemporaries},
+            {"modules", useModules},
+            {"version of a file", readVersion},
+            {"local memory", lockMemory},
+            {"event and mutex", signalAndLock},
+            {"thread", runThread},
+            {"child process", runProcess},
+            {"service", askServices},
+            {"INI file", useIniFile},
+            {"time zone", askZone}};
+}
+} // namespace failures
