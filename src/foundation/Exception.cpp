@@ -57,15 +57,4 @@ SEHError::SEHError(const SEHError&) noexcept = default;
 SEHError& SEHError::operator=(const SEHError&) noexcept = default;
 SEHError::~SEHError() = default;
 void SEHError::translate(unsigned int code, _EXCEPTION_POINTERS*) { throwError(SEHError(code)); }
-
-BasicString<wchar_t> whatW(const std::exception& error)
-{
-    if (const auto* own = dynamic_cast<const WindowsError*>(&error))
-        return own->whatW();
-    if (const auto* own = dynamic_cast<const CRTError*>(&error))
-        return own->whatW();
-    if (const auto* own = dynamic_cast<const Exception*>(&error))
-        return own->whatW();
-    return a2w(error.what(), CP_ACP);
-}
 } // namespace tarn

@@ -118,4 +118,15 @@ long WindowsError::getHRESULT() const
     const auto code = static_cast<long>(error_);
     return code < 1 ? code : static_cast<long>((error_ & 0xFFFF) | 0x80070000);
 }
+
+BasicString<wchar_t> whatW(const std::exception& error)
+{
+    if (const auto* own = dynamic_cast<const WindowsError*>(&error))
+        return own->whatW();
+    if (const auto* own = dynamic_cast<const CRTError*>(&error))
+        return own->whatW();
+    if (const auto* own = dynamic_cast<const Exception*>(&error))
+        return own->whatW();
+    return a2w(error.what(), CP_ACP);
+}
 } // namespace tarn

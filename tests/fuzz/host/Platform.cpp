@@ -1,5 +1,6 @@
 // What streams ask of the platform, answered by the host.
 
+#include "foundation/Description.h"
 #include "streams/Platform.h"
 
 #include <sys/resource.h>
@@ -19,6 +20,10 @@ bool stackHasRoom() noexcept
     }();
     return start - reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)) + (256 << 10) < size;
 }
+
+// Every name fits the host's texts.
+std::string tailOf(const std::string&) { return {}; }
+BasicString<wchar_t> wholeOf(const char* narrow, const std::string&) { return a2w(narrow, CP_ACP); }
 
 bool liesInLibrary(const void*) noexcept { return false; }
 } // namespace tarn

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <cstdarg>
 #include <cstdio>
 #include <string>
@@ -9,6 +10,13 @@ namespace tarn {
 template <class Ch> class BasicString : public std::basic_string<Ch> {
 public:
     using std::basic_string<Ch>::basic_string;
+    BasicString(const std::basic_string<Ch>& text) : std::basic_string<Ch>(text) {}
+    template <class Other>
+    requires(!std::same_as<Other, Ch>) BasicString(const Other* text)
+    {
+        for (; *text; ++text)
+            this->push_back(static_cast<Ch>(*text));
+    }
 
     static BasicString fromFormat(const Ch* format, ...)
     {
@@ -20,4 +28,7 @@ public:
         return BasicString(text);
     }
 };
+
+constexpr unsigned CP_ACP = 0;
+inline BasicString<wchar_t> a2w(const std::string& text, unsigned) { return BasicString<wchar_t>(text.c_str()); }
 } // namespace tarn
