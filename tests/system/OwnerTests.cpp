@@ -158,7 +158,7 @@ TEST_CASE("Owners: each can be moved, and gives back what it was given", "[syste
     const auto fixedBlock = [] { return LocalMemory(LocalAlloc(LMEM_FIXED, 1), false); };
     expectMoves("Event", Event(true, false), Event(true, false), handle, CloseHandle);
     expectMoves("Mutex", Mutex(false), Mutex(false), handle, CloseHandle);
-    expectMoves("WindowsFile", moduleFile("resources.dll"), moduleFile("Tarn++U.dll"), handle, CloseHandle);
+    expectMoves("WindowsFile", moduleFile("resources.dll"), moduleFile(TARN_DLL), handle, CloseHandle);
     expectMoves("ServiceManager", Manager(), Manager(), handle, CloseServiceHandle);
     expectMoves("WindowsModule", WindowsModule("resources.dll", true), WindowsModule("messages\\netmsg.dll", true),
                 handle, FreeLibrary);
@@ -182,7 +182,7 @@ TEST_CASE("Owners: each can be moved, and gives back what it was given", "[syste
     other = std::move(pipe);
     other.getWriteEnd().write("x", 1);
     std::vector<WindowsFile> files;
-    for (const char* const name : {"resources.dll", "Tarn++U.dll", "resources.dll"})
+    for (const char* const name : {"resources.dll", TARN_DLL, "resources.dll"})
         files.push_back(moduleFile(name));
     const unsigned long long size = files[1].getSize();
     files.erase(files.begin());
