@@ -62,12 +62,6 @@ struct Run {
     std::string name() const;
 };
 
-/// What came of a run: nothing worth a word, or a sentence about it.
-struct Outcome {
-    enum Kind { reported, passed, otherError, leaked, touchedOutside } kind = reported;
-    std::string text;
-};
-
 /// The failing calls that are passed over on purpose, from the table of docs/failing-calls.md.
 class PassedOver {
 public:
