@@ -92,7 +92,8 @@ private:
 };
 
 /// A hardware or system exception (access violation, division by zero, ...) that happened in code of
-/// the program or the library; see SETranslator.h. what() is "SEH exception" for every code.
+/// the program or the library; see SETranslator.h. what() is "SEH exception" for every code; getReport()
+/// says what happened, and where.
 class TARN_API SEHError : public std::runtime_error {
 public:
     /// `code` is the exception's, as `GetExceptionCode` gives it.
@@ -106,11 +107,20 @@ public:
 
     /// For example 0xC0000005, an access violation.
     unsigned long getCode() const { return code_; }
+    /// Names the fault and its place, "Access violation reading 0x0 at planner.exe+0x1234" for instance: how many bytes
+    /// behind the start of the module the instruction lies (that of the call, when a pointer to a function was wrong).
+    /// Without a place when the error was not made by a fault, and with an address alone when the module is gone.
+    std::string getReport() const;
+    /// As getReport(), so that tarn::whatW(error) names the fault, too.
+    BasicString<wchar_t> whatW() const;
 
-    /// Throws SEHError(code): the translator that the library installs for each thread.
+    /// Throws SEHError(code), with the place of the fault for getReport() unless `info` is null: the translator that
+    /// the library installs for each thread.
     [[noreturn]] static void translate(unsigned int code, _EXCEPTION_POINTERS* info);
 
 private:
+    SEHError(unsigned long code, const std::string& text);
+
     unsigned long code_;
 };
 

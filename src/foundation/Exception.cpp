@@ -1,7 +1,6 @@
 #include <tarn/Exception.h>
 
 #include "Description.h"
-#include "Throw.h"
 
 #include <cstring>
 
@@ -51,10 +50,4 @@ BasicString<wchar_t> CRTError::whatW() const
     const std::string reason = std::string(": ") + std::strerror(error_);
     return wholeOf("", tail) + a2w(reason, CP_ACP);
 }
-
-SEHError::SEHError(unsigned long code) : std::runtime_error("SEH exception"), code_(code) {}
-SEHError::SEHError(const SEHError&) noexcept = default;
-SEHError& SEHError::operator=(const SEHError&) noexcept = default;
-SEHError::~SEHError() = default;
-void SEHError::translate(unsigned int code, _EXCEPTION_POINTERS*) { throwError(SEHError(code)); }
 } // namespace tarn

@@ -1,5 +1,7 @@
 #include "SETranslation.h"
 
+#include "LastErrorKept.h"
+
 #include <tarn/SETranslator.h>
 #include <tarn/Windows.h>
 
@@ -19,10 +21,8 @@ DWORD translatorIndex = TLS_OUT_OF_INDEXES;
 
 SETranslator currentTranslator()
 {
-    const DWORD error = GetLastError(); // TlsGetValue clears it, and a fault must not change it.
-    const auto translator = reinterpret_cast<SETranslator>(TlsGetValue(translatorIndex));
-    SetLastError(error);
-    return translator;
+    const LastErrorKept kept; // TlsGetValue clears it, and a fault must not change it.
+    return reinterpret_cast<SETranslator>(TlsGetValue(translatorIndex));
 }
 } // namespace
 

@@ -4,6 +4,7 @@
 
 #include "Description.h"
 #include "Hex.h"
+#include "LastErrorKept.h"
 
 #include <memory>
 #include <optional>
@@ -35,18 +36,6 @@ const char* WindowsError::what() const noexcept
 }
 
 namespace {
-// Asking for a text is no call whose failure a program looks for: the last error stays as it was.
-class LastErrorKept {
-public:
-    LastErrorKept() = default;
-    LastErrorKept(const LastErrorKept&) = delete;
-    LastErrorKept& operator=(const LastErrorKept&) = delete;
-    ~LastErrorKept() { SetLastError(error_); }
-
-private:
-    const DWORD error_ = GetLastError();
-};
-
 struct FreeText {
     void operator()(void* text) const { LocalFree(text); }
 };
@@ -124,6 +113,8 @@ BasicString<wchar_t> whatW(const std::exception& error)
     if (const auto* own = dynamic_cast<const WindowsError*>(&error))
         return own->whatW();
     if (const auto* own = dynamic_cast<const CRTError*>(&error))
+        return own->whatW();
+    if (const auto* own = dynamic_cast<const SEHError*>(&error))
         return own->whatW();
     if (const auto* own = dynamic_cast<const Exception*>(&error))
         return own->whatW();

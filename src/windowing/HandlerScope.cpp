@@ -1,5 +1,6 @@
 #include "HandlerScope.h"
 
+#include <tarn/Exception.h>
 #include <tarn/Window.h>
 
 #include "../streams/ClassName.h"
@@ -19,6 +20,8 @@ std::string thrown()
     std::string text = ClassName::qualifiedName(*abi::__cxa_current_exception_type());
     try {
         throw;
+    } catch (const SEHError& e) {
+        return text + " (\"" + e.getReport() + "\")";
     } catch (const std::exception& e) {
         return text + " (\"" + e.what() + "\")";
     } catch (...) {

@@ -7,7 +7,9 @@
 #include <tarn/SETranslator.h>
 #include <tarn/Windows.h>
 
+#include <cstring>
 #include <memory>
+#include <string>
 #include <thread>
 
 namespace {
@@ -60,8 +62,8 @@ extern "C" void jumpAtEnd() asm("jumpAtEnd");
 extern "C" void looksLikeAnEnd() asm("looksLikeAnEnd");
 #endif
 
-// The code of the SEHError that a fault becomes, behind a frame whose destructor has to run.
-unsigned long codeOf(void (*fault)())
+// The SEHError that a fault becomes, behind a frame whose destructor has to run.
+tarn::SEHError errorOf(void (*fault)())
 {
     void (*volatile hidden)() = fault; // Clang forgets destructors and handlers where it sees that no call throws.
     const auto alive = std::make_shared<int>();
@@ -70,8 +72,10 @@ unsigned long codeOf(void (*fault)())
         hidden();
     });
     CHECK(alive.use_count() == 1);
-    return error.getCode();
+    return error;
 }
+
+unsigned long codeOf(void (*fault)()) { return errorOf(fault).getCode(); }
 
 struct Translator {
     explicit Translator(tarn::SETranslator own) : previous(tarn::setSETranslator(own)) {}
@@ -95,6 +99,31 @@ TEST_CASE("SEHError: faults arrive as exceptions, destructors run, the last erro
     CHECK(codeOf(jumpAtEnd) == EXCEPTION_ACCESS_VIOLATION);
     CHECK(codeOf(looksLikeAnEnd) == EXCEPTION_ACCESS_VIOLATION);
 #endif
+}
+
+TEST_CASE("SEHError: the report names the fault and its place", "[foundation][seh]")
+{
+    const auto report = [](void (*fault)()) {
+        const std::string text = errorOf(fault).getReport();
+        const std::size_t end = text.find("test_foundation.exe+0x");
+        REQUIRE(end != std::string::npos);
+        const std::string offset = text.substr(end + std::strlen("test_foundation.exe+0x"));
+        CHECK(std::stoul(offset, nullptr, 16) < 0x10'000'000);
+        CHECK(offset.find_first_not_of("0123456789abcdef") == std::string::npos);
+        return text.substr(0, end);
+    };
+    CHECK(report(touchNothing) == "Access violation reading 0x0 at ");
+    CHECK(report([] { *odd = 1; }) == "Access violation writing 0x8 at ");
+    CHECK(report([] { callAddress(16); }) == "Access violation executing 0x10 at ");
+    CHECK(report(divideByZero) == "Integer division by zero at ");
+    CHECK(report([] { asm volatile("ud2"); }) == "Illegal instruction at ");
+
+    const tarn::SEHError copy = errorOf(divideByZero);
+    CHECK(std::string(copy.what()) == "SEH exception");
+    CHECK(tarn::whatW(copy).startsWith(L"Integer division by zero at test_foundation.exe+0x"));
+    CHECK(tarn::SEHError(EXCEPTION_ACCESS_VIOLATION).getReport() == "Access violation");
+    const auto translated = support::thrownBy<tarn::SEHError>([] { tarn::SEHError::translate(0xC0001234, nullptr); });
+    CHECK(translated.getReport() == "Exception 0xc0001234");
 }
 
 #ifndef __clang__ // Which cannot.
