@@ -1,5 +1,7 @@
 #include "Document.h"
 
+#include <tarn/StreamValues.h>
+
 #include <ostream>
 
 namespace document {
@@ -16,22 +18,14 @@ void Element::serialize(tarn::OutputStream& out) const
 {
     out << text_ << style_;
     tarn::writeOptional(out, parent_);
-    out << static_cast<int>(parts_.size());
-    for (const ElementPtr& part : parts_)
-        out << part;
+    out << parts_;
 }
 
 void Element::deserialize(tarn::InputStream& in)
 {
     in >> text_ >> style_;
     tarn::readOptional(in, parent_);
-    parts_.clear();
-    // The number may be damaged: room is made only for parts that are there.
-    for (int left = in.readInt32(); left > 0; --left) {
-        ElementPtr part;
-        in >> part;
-        parts_.push_back(part);
-    }
+    in >> parts_;
 }
 
 void Element::set(const std::string& text, const tarn::ref_ptr<Style>& style)

@@ -115,7 +115,7 @@ protected:
     ~SeekableInputStream() = default;
 };
 
-// ---- Values. No other types than these have an encoding: what is not listed does not compile.
+// ---- Values. StreamValues.h has more of them; what is not listed here or there does not compile.
 
 /// What is written as its bytes: integers and characters of 8 to 64 bits, float, double, and enumerations, which
 /// are as large as their underlying type.
@@ -171,6 +171,23 @@ inline OutputStream& operator<<(OutputStream& out, const wchar_t* text) { return
 inline OutputStream& operator<<(OutputStream& out, const std::string& text) { return out << text.c_str(); }
 inline OutputStream& operator<<(OutputStream& out, const std::wstring& text) { return out << text.c_str(); }
 ///@}
+
+namespace detail {
+/// Any value that has no operator: the conversion makes that operator below the last choice.
+struct ValueWithoutEncoding {
+    template <class T> ValueWithoutEncoding(T&&);
+};
+} // namespace detail
+
+// clang-format off
+/// What nobody has said how to encode does not compile. Standard containers, optional values, instants of <chrono>,
+/// paths, GUID, Point and the like have their operators in StreamValues.h, a structure of one's own gets them by a
+/// fieldsOf(), and pointers to objects belong into an Archive.
+///@{
+template <class = void> OutputStream& operator<<(OutputStream&, detail::ValueWithoutEncoding) = delete; // Include <tarn/StreamValues.h>, or give the type a fieldsOf().
+template <class = void> InputStream& operator>>(InputStream&, detail::ValueWithoutEncoding) = delete; // Include <tarn/StreamValues.h>, or give the type a fieldsOf().
+///@}
+// clang-format on
 
 /// For BasicString, too. Throws EndOfFile when the data end before the text does, however long it claims
 /// to be; memory is taken only as data arrive, and the text is left in an unknown state.

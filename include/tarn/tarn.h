@@ -92,6 +92,7 @@
 #include <tarn/StatusBar.h>
 #include <tarn/StdIOStream.h>
 #include <tarn/Stream.h>
+#include <tarn/StreamValues.h>
 #include <tarn/StringHelper.h>
 #include <tarn/TabControl.h>
 #include <tarn/TemporaryDirectory.h>

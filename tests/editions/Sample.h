@@ -2,9 +2,13 @@
 
 #include "../streams/Graph.h"
 
+#include <tarn/StreamValues.h>
 #include <tarn/WindowsFile.h>
 
+#include <chrono>
 #include <cstdint>
+#include <map>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <type_traits>
@@ -14,7 +18,8 @@
 namespace support {
 inline const auto sampleValues =
     std::tuple(std::int8_t{-1}, std::uint16_t{2}, -3, 4u, -5L, 6uL, -7LL, 8uLL, 'x', L'\x20AC', true, 0.5f, 0.25,
-               std::string("narrow"), std::wstring(L"wide"), std::string());
+               std::string("narrow"), std::wstring(L"wide"), std::string(), std::vector<double>{1, 2},
+               std::map<std::string, std::chrono::sys_seconds>{{"k", {}}}, std::optional(3.5f));
 
 inline void writeSample(const char* file)
 {

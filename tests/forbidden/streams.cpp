@@ -1,5 +1,9 @@
 #include <tarn/LowLevelIOStream.h>
+#include <tarn/StreamValues.h>
 #include <tarn/StdIOStream.h>
+
+#include <chrono>
+#include <vector>
 
 bool aFileIsNoTruthValue(tarn::StdIOStream& file)
 {
@@ -15,6 +19,18 @@ void descriptorsAreNotClosedTwice(tarn::LowLevelFileStream& file)
 
 void whatNobodyEncodesIsNotWritten(tarn::StdIOStream& file)
 {
-    // forbidden: no match for 'operator<<' .*'tarn::StdIOStream' and 'long double'
+    // forbidden: use of deleted function .*operator<<.*ValueWithoutEncoding
     file << 1.0L;
+    // forbidden: note: declared here
+    file << &file;
+    // forbidden: Include <tarn/StreamValues.h>, or give the type a fieldsOf
+    file << std::vector<long double>();
+    // forbidden: use of deleted function .*ValueWithoutEncoding
+    file << std::chrono::steady_clock::now();
+}
+
+void whatNobodyEncodesIsNotRead(tarn::StdIOStream& file, long double& value)
+{
+    // forbidden: Include <tarn/StreamValues.h>, or give the type a fieldsOf
+    file >> value;
 }

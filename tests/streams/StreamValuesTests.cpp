@@ -1,0 +1,133 @@
+#include "Contents.h"
+#include "Expect.h"
+
+#include <tarn/BasicString.h>
+#include <tarn/GUID.h>
+#include <tarn/Rect.h>
+#include <tarn/StreamValues.h>
+#include <tarn/Time.h>
+
+#include <chrono>
+#include <filesystem>
+#include <list>
+#include <map>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+using namespace tarn;
+using namespace std::string_literals;
+using namespace std::chrono_literals;
+
+namespace {
+struct Person {
+    template <class Self> static auto fieldsOf(Self& self) { return fields(self.name, self.born, self.friends); }
+    bool operator==(const Person&) const = default;
+
+    BasicString<char> name;
+    std::chrono::year_month_day born;
+    std::vector<Person> friends;
+};
+struct Foreign {
+    bool operator==(const Foreign&) const = default;
+    int number = 0;
+};
+} // namespace
+template <> struct tarn::StreamFields<Foreign> {
+    template <class Self> static auto of(Self& self) { return fields(self.number); }
+};
+
+namespace {
+template <class T> std::string bytesOf(const T& value)
+{
+    MemoryOutputStream out;
+    out << value;
+    return contentOf(out);
+}
+template <class T> T readFrom(const std::string& bytes)
+{
+    MemoryInputStream in = readerOf(bytes);
+    T value{};
+    in >> value;
+    CHECK(in.getFilePointer() == bytes.size());
+    return value;
+}
+/// The bytes of a value that comes back from them, and from nothing less.
+template <class T> std::string there(const T& value)
+{
+    const std::string bytes = bytesOf(value);
+    CHECK(readFrom<T>(bytes) == value);
+    CHECK_THROWS_AS(readFrom<T>(bytes.substr(0, bytes.size() - 1)), EndOfFile);
+    return bytes;
+}
+
+enum class Small : unsigned char { one = 1 };
+using Either = std::variant<std::monostate, int, std::string>;
+} // namespace
+
+TEST_CASE("Stream values: each has its promised bytes, and comes back from them", "[streams][values]")
+{
+    CHECK(there(std::vector<short>{1, -2}) == "\2\0\0\0\1\0\xFE\xFF"s);
+    CHECK(there(std::vector<bool>{true, false}) == "\2\0\0\0\1\0"s);
+    CHECK(there(std::list<std::string>{"a", ""}) == "\2\0\0\0\1\0\0\0a\0\0\0\0"s);
+    CHECK(there(std::set<Small>{Small::one}) == "\1\0\0\0\1"s);
+    CHECK(there(std::map<std::string, bool>{{"k", true}}) == "\1\0\0\0\1\0\0\0k\1"s);
+    CHECK(there(std::unordered_map<char, short>{{'k', 2}}) == "\1\0\0\0k\2\0"s);
+    CHECK(there(std::array<short, 2>{1, 2}) == "\1\0\2\0"s);
+    CHECK(there(std::array<std::string, 1>{"a"}) == "\1\0\0\0a"s);
+    CHECK(there(std::pair<char, bool>('a', true)) == "a\1"s);
+    CHECK(there(std::tuple<char, std::string>('a', "b")) == "a\1\0\0\0b"s);
+    CHECK(there(std::optional<char>('a')) == "\1a"s);
+    CHECK(there(std::optional<char>()) == "\0"s);
+    CHECK(there(Either()) == "\0\0\0\0"s);
+    CHECK(there(Either("a")) == "\2\0\0\0\1\0\0\0a"s);
+    CHECK(there(258s) == "\2\1\0\0\0\0\0\0"s);
+    CHECK(there(std::chrono::duration<float>(1)) == "\0\0\x80\x3F"s);
+    CHECK(there(std::chrono::sys_days(std::chrono::days(3))) == bytesOf(std::chrono::days(3)));
+    CHECK(there(std::chrono::year_month_day(2024y / 2 / 29)) == "\xE8\7\2\x1D"s);
+    CHECK(there(std::filesystem::path(L"a\x4E2D")) == "\2\0\0\0a\0\x2D\x4E"s);
+    CHECK(there(GUID{0x04030201, 0x0605, 0x0807, {9, 10, 11, 12, 13, 14, 15, 16}}) ==
+          "\1\2\3\4\5\6\7\x8\x9\xA\xB\xC\xD\xE\xF\x10"s);
+    CHECK(there(Point(1, 2)) == "\1\0\0\0\2\0\0\0"s);
+    CHECK(bytesOf(Rect(1, 2, 3, 4)) == bytesOf(std::array<long, 4>{1, 2, 3, 4}));
+    CHECK(there(std::vector<Time>{Time(5)}) == "\1\0\0\0\5\0\0\0\0\0\0\0"s);
+    CHECK(there(Foreign{7}) == "\7\0\0\0"s);
+    CHECK(bytesOf(Person{"a", 1y / 2 / 3, {Person()}}) == "\1\0\0\0a\1\0\2\3\1\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0"s);
+    const std::size_t size = 3;
+    CHECK(bytesOf(fixed64(size)) == "\3\0\0\0\0\0\0\0"s);
+}
+
+TEST_CASE("Stream values: what was there before is replaced", "[streams][values]")
+{
+    const std::string bytes = bytesOf(std::vector<std::string>{"new"}) + bytesOf(std::optional<int>());
+    MemoryInputStream in = readerOf(bytes);
+    std::vector<std::string> texts{"old", "older"};
+    std::optional<int> number = 5;
+    int array[] = {1, 2};
+    in >> texts >> number;
+    CHECK(texts == std::vector<std::string>{"new"});
+    CHECK_FALSE(number);
+    const std::string arrayBytes = bytesOf(array);
+    MemoryInputStream arrayIn = readerOf(arrayBytes);
+    int copy[2];
+    arrayIn >> copy;
+    CHECK(copy[1] == 2);
+}
+
+TEST_CASE("Stream values: what cannot be is an error, and takes no memory", "[streams][values]")
+{
+    support::expectError<Exception>([] { readFrom<Either>("\3\0\0\0"s); }, "A variant has no alternative 3");
+    const std::string claims = "\xFF\xFF\xFF\xFF" + std::string(50000, 'x');
+    std::vector<int> numbers;
+    std::vector<std::string> texts;
+    MemoryInputStream first = readerOf(claims), second = readerOf(claims);
+    CHECK_THROWS_AS(first >> numbers, EndOfFile);
+    CHECK(numbers.capacity() < 100000);
+    CHECK_THROWS_AS(second >> texts, EndOfFile);
+    const std::string large = "\0\0\0\0\1\0\0\0"s;
+    MemoryInputStream third = readerOf(large);
+    std::uint32_t number = 3;
+    support::expectError<Exception>([&] { third >> fixed64(number); }, "A number is too large for this program");
+    CHECK(number == 3);
+}
