@@ -5,6 +5,7 @@
 // Output and errors appear on the console as ever, and the result is the command's own exit code, so that
 // the program can stand in front of any command of a script.
 
+#include <tarn/CommandLine.h>
 #include <tarn/Lock.h>
 #include <tarn/Pipe.h>
 #include <tarn/Process.h>
@@ -21,7 +22,7 @@ constexpr unsigned long noResult = 125; ///< The exit code when the command coul
 /// The log file, and the clock that its lines are stamped with. Lines may come from several threads.
 class Log {
 public:
-    explicit Log(const char* name)
+    explicit Log(const wchar_t* name)
         : file_(name, GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr)
     {
     }
@@ -47,9 +48,6 @@ class Capture : public tarn::Thread {
 public:
     Capture(Log& log, const char* source, DWORD passOn) : log_(log), source_(source)
     {
-        SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
-        pipe_.create(0, &inheritable);
-        pipe_.keepReadEnd();
         // The stream is this process's own to close: the capture works on a copy of its handle.
         HANDLE copy = nullptr;
         const HANDLE self = GetCurrentProcess();
@@ -113,30 +111,30 @@ private:
 
     Log& log_;
     const char* source_;
-    tarn::Pipe pipe_;
+    tarn::Pipe pipe_{0, nullptr};
     tarn::WindowsFile console_;
     std::string failure_;
 };
 
 /// The command as it was typed: what follows this program's name and the log's on the command line.
-const char* commandIn(const char* line)
+const wchar_t* commandIn(const wchar_t* line)
 {
     for (int word = 0; word < 2; ++word) {
-        for (bool quoted = false; *line && (quoted || (*line != ' ' && *line != '\t')); ++line)
-            quoted ^= *line == '"';
-        while (*line == ' ' || *line == '\t')
+        for (bool quoted = false; *line && (quoted || (*line != L' ' && *line != L'\t')); ++line)
+            quoted ^= *line == L'"';
+        while (*line == L' ' || *line == L'\t')
             ++line;
     }
     return line;
 }
 
-unsigned long runLogged(const char* logName, const char* command)
+unsigned long runLogged(const wchar_t* logName, const wchar_t* command)
 {
     Log log(logName);
     Capture output(log, "out", STD_OUTPUT_HANDLE), errors(log, "err", STD_ERROR_HANDLE);
-    log.line("run", command);
-    tarn::Process child;
-    child.create(command, GetStdHandle(STD_INPUT_HANDLE), output.childsEnd(), errors.childsEnd(), 0);
+    log.line("run", tarn::w2a(command, CP_UTF8));
+    const tarn::Process child(command,
+                              tarn::ProcessOptions{.stdOut = output.childsEnd(), .stdErr = errors.childsEnd()});
     output.begin();
     errors.begin();
     child.wait(INFINITE);
@@ -150,14 +148,15 @@ unsigned long runLogged(const char* logName, const char* command)
 }
 } // namespace
 
-int main(int argc, char** argv)
+int main()
 {
-    if (argc < 3) {
-        std::fprintf(stderr, "usage: run-logged LOGFILE COMMAND [ARGUMENT ...]\n");
-        return noResult;
-    }
     try {
-        return static_cast<int>(runLogged(argv[1], commandIn(GetCommandLineA())));
+        const auto arguments = tarn::CommandLine::own(); // With every character, as the names of files have.
+        if (arguments.size() < 3) {
+            std::fprintf(stderr, "usage: run-logged LOGFILE COMMAND [ARGUMENT ...]\n");
+            return noResult;
+        }
+        return static_cast<int>(runLogged(arguments[1], commandIn(GetCommandLineW())));
     } catch (const std::exception& e) {
         std::fprintf(stderr, "run-logged: %s\n", e.what());
         return noResult;

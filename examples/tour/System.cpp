@@ -3,10 +3,10 @@
 #include "Tour.h"
 
 #include <tarn/Exception.h>
-#include <tarn/Pipe.h>
-#include <tarn/Process.h>
+#include <tarn/RunProcess.h>
 #include <tarn/TemporaryDirectory.h>
 #include <tarn/Thread.h>
+#include <tarn/WindowsFile.h>
 
 #include <atomic>
 #include <iostream>
@@ -52,20 +52,10 @@ void showFiles()
 
 void showProcess()
 {
-    SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
-    Pipe output(0, &inheritable);
-    output.keepReadEnd();
-    const char* const command = "cmd.exe /c echo Hello from a child process& exit 7";
-    Process child;
-    child.create(command, nullptr, output.getWriteEnd(), output.getWriteEnd(), 0);
-    output.getWriteEnd().close();
-
-    BasicString<char> text;
-    char buffer[256];
-    while (const unsigned count = output.getReadEnd().read(buffer, sizeof buffer))
-        text.append(buffer, count);
-    child.wait(INFINITE);
-    std::cout << command << "\n  printed \"" << text.trim() << "\" and ended with code " << child.getExitCode() << '\n';
+    const wchar_t* const command = L"cmd.exe /c echo Hello from a child process& exit 7";
+    const RunResult result = runProcess(command, RunOptions{.timeoutMs = 60'000});
+    std::cout << BasicString<char>(command) << "\n  printed \"" << result.output.trim() << "\" and ended with code "
+              << result.exitCode << '\n';
 }
 
 class Counter : public Thread {

@@ -9,13 +9,10 @@ namespace tarn {
 ///
 /// read() waits for the first bytes and returns those that are there, so records that a writer sends in
 /// pieces need a loop; it returns 0 when all copies of the write end are closed, those of child processes
-/// included. To capture what a child process prints:
+/// included. runProcess() captures all that a program prints in one call; to read it as a stream:
 ///
-///     SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
-///     Pipe output(0, &inheritable);
-///     output.keepReadEnd();
-///     Process child;
-///     child.create("prog.exe", GetStdHandle(STD_INPUT_HANDLE), output.getWriteEnd(), output.getWriteEnd(), 0);
+///     Pipe output(0, nullptr);
+///     Process child(L"prog.exe", ProcessOptions{.stdOut = output.getWriteEnd(), .stdErr = output.getWriteEnd()});
 ///     output.getWriteEnd().close();
 ///     log << output.getReadEnd(); // any OutputStream
 ///
@@ -43,6 +40,11 @@ public:
     void keepReadEnd();
     void keepWriteEnd();
     ///@}
+
+    /// Waits until reading would return at once, because there are data or all writers are gone; false after the
+    /// time-out. The platform has no wait for this, so it looks again every few milliseconds. Throws "Can't look into
+    /// the pipe".
+    bool waitForData(unsigned timeoutMs) const;
 
     /// Both ends, as far as they are open.
     void close();

@@ -7,6 +7,7 @@
 
 #include <concepts>
 #include <utility>
+#include <vector>
 
 namespace tarn {
 /// What would be taken for `true` where a bool is expected: a name, given where there are no names.
@@ -62,6 +63,13 @@ public:
     /// that was signaled or abandoned (0 after a time-out). Throws "Multi wait failed".
     static std::pair<wait_result, unsigned> wait(const WindowsHandle& a, const WindowsHandle& b,
                                                  unsigned long timeoutMs, bool waitAll);
+    /// Waits until one of up to 64 handles is signaled: `waitForAny({stop, child, timer}, 1000)`. The second value is
+    /// the index of the first one that was signaled or abandoned (0 after a time-out). Throws "Multi wait failed", for
+    /// no handles and for more than 64, too.
+    static std::pair<wait_result, unsigned> waitForAny(const std::vector<void*>& handles, unsigned timeoutMs);
+    /// Waits until all of up to 64 handles are signaled at the same time, and takes no signal away before. `abandoned`
+    /// when one of them is a mutex whose owner ended. Throws as waitForAny(); for one that is named twice, too.
+    static wait_result waitForAll(const std::vector<void*>& handles, unsigned timeoutMs);
 
 private:
     static std::pair<wait_result, unsigned> wait(unsigned count, void* const* handles, bool waitAll,

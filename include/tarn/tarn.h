@@ -21,8 +21,8 @@
 #include <tarn/BitField.h>
 #include <tarn/Bitmap.h>
 #include <tarn/Brush.h>
-#include <tarn/Button.h>
 #include <tarn/BufferingStream.h>
+#include <tarn/Button.h>
 #include <tarn/COMIdentifiers.h>
 #include <tarn/COMInterfacePointer.h>
 #include <tarn/COMModule.h>
@@ -33,6 +33,7 @@
 #include <tarn/ClassSource.h>
 #include <tarn/Cloneable.h>
 #include <tarn/ComboBox.h>
+#include <tarn/CommandLine.h>
 #include <tarn/ConstString.h>
 #include <tarn/Cursor.h>
 #include <tarn/DeHam48.h>
@@ -41,6 +42,7 @@
 #include <tarn/Dialog.h>
 #include <tarn/Driver.h>
 #include <tarn/EditControl.h>
+#include <tarn/Environment.h>
 #include <tarn/Event.h>
 #include <tarn/Exception.h>
 #include <tarn/Factory.h>
@@ -58,6 +60,7 @@
 #include <tarn/ImageList.h>
 #include <tarn/IniString.h>
 #include <tarn/ItemIDList.h>
+#include <tarn/Job.h>
 #include <tarn/Layout.h>
 #include <tarn/ListBox.h>
 #include <tarn/ListView.h>
@@ -82,6 +85,7 @@
 #include <tarn/Rect.h>
 #include <tarn/RegistryKey.h>
 #include <tarn/RegistryValue.h>
+#include <tarn/RunProcess.h>
 #include <tarn/SETranslator.h>
 #include <tarn/SafeArray.h>
 #include <tarn/ScrollBar.h>

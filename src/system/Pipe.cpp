@@ -2,6 +2,8 @@
 
 #include "../foundation/Check.h"
 
+#include <algorithm>
+
 namespace tarn {
 namespace {
 void keepFromChildren(const WindowsHandle& end)
@@ -22,6 +24,25 @@ void Pipe::create(unsigned long bufferSize, SECURITY_ATTRIBUTES* attributes)
 
 void Pipe::keepReadEnd() { keepFromChildren(readEnd_); }
 void Pipe::keepWriteEnd() { keepFromChildren(writeEnd_); }
+
+bool Pipe::waitForData(unsigned timeoutMs) const
+{
+    constexpr DWORD longestPauseMs = 10;
+    const ULONGLONG begin = GetTickCount64();
+    for (DWORD pauseMs = 0;; pauseMs = std::min(pauseMs + 1, longestPauseMs)) {
+        DWORD available = 0;
+        if (!PeekNamedPipe(readEnd_.getHandle(), nullptr, 0, nullptr, &available, nullptr)) {
+            if (GetLastError() == ERROR_BROKEN_PIPE)
+                return true;
+            throwLastError("Can't look into the pipe");
+        }
+        if (available)
+            return true;
+        if (timeoutMs != INFINITE && GetTickCount64() - begin >= timeoutMs)
+            return false;
+        Sleep(pauseMs);
+    }
+}
 
 void Pipe::close()
 {

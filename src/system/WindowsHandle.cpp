@@ -58,6 +58,17 @@ std::pair<WindowsHandle::wait_result, unsigned> WindowsHandle::wait(const Window
     return wait(2, handles, waitAll, timeoutMs);
 }
 
+std::pair<WindowsHandle::wait_result, unsigned> WindowsHandle::waitForAny(const std::vector<void*>& handles,
+                                                                          unsigned timeoutMs)
+{
+    return wait(static_cast<unsigned>(handles.size()), handles.data(), false, timeoutMs);
+}
+
+WindowsHandle::wait_result WindowsHandle::waitForAll(const std::vector<void*>& handles, unsigned timeoutMs)
+{
+    return wait(static_cast<unsigned>(handles.size()), handles.data(), true, timeoutMs).first;
+}
+
 std::pair<WindowsHandle::wait_result, unsigned> WindowsHandle::wait(unsigned count, void* const* handles, bool waitAll,
                                                                     unsigned long timeoutMs)
 {

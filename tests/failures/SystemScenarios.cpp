@@ -8,6 +8,7 @@
 #include <tarn/MemoryStream.h>
 #include <tarn/Pipe.h>
 #include <tarn/Process.h>
+#include <tarn/RunProcess.h>
 #include <tarn/Service.h>
 #include <tarn/TemporaryDirectory.h>
 #include <tarn/TemporaryFile.h>
@@ -137,6 +138,13 @@ void runProcess(const Place&)
     expect(output.getSize() != 0, "no output");
 }
 
+void captureProcess(const Place&)
+{
+    const tarn::RunResult result = tarn::runProcess(tarn::BasicString<wchar_t>(FAILURES_CHILD));
+    expect(result.exitCode == 0, "another exit code");
+    expect(!result.output.empty(), "no output");
+}
+
 void askServices(const Place&)
 {
     tarn::ServiceManager manager(static_cast<const char*>(nullptr), SC_MANAGER_ALL_ACCESS);
@@ -174,6 +182,7 @@ std::vector<Scenario> systemScenarios()
             {"event and mutex", signalAndLock},
             {"thread", runThread},
             {"child process", runProcess},
+            {"captured process", captureProcess},
             {"service", askServices},
             {"INI file", useIniFile},
             {"time zone", askZone}};

@@ -39,6 +39,24 @@ TEST_CASE("Pipe: create closes the pair held before, and nothing stays open at t
     CHECK(support::openHandles() == handles);
 }
 
+TEST_CASE("Pipe: a wait for data ends with them, with the last writer or with its time", "[system][pipe]")
+{
+    Pipe pipe(0, nullptr);
+    CHECK_FALSE(pipe.waitForData(20));
+    std::thread writer([&] {
+        Sleep(30);
+        pipe.getWriteEnd().write("x", 1);
+    });
+    CHECK(pipe.waitForData(INFINITE));
+    writer.join();
+    char byte;
+    CHECK(pipe.getReadEnd().read(&byte, 1) == 1);
+    pipe.getWriteEnd().close();
+    CHECK(pipe.waitForData(INFINITE));
+    pipe.close();
+    support::expectWindowsError([&] { pipe.waitForData(0); }, "Can't look into the pipe");
+}
+
 TEST_CASE("Pipe: failing calls name themselves", "[system][pipe]")
 {
     Pipe pipe(0, nullptr);

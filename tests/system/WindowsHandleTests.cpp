@@ -4,13 +4,17 @@
 #include "Handles.h"
 
 #include <tarn/Event.h>
+#include <tarn/Lock.h>
 #include <tarn/WindowsHandle.h>
 
 #include <exception>
+#include <thread>
 #include <type_traits>
+#include <vector>
 
 using support::expectWindowsError;
 using tarn::Event;
+using tarn::Mutex;
 using tarn::WindowsHandle;
 
 namespace {
@@ -65,4 +69,29 @@ TEST_CASE("WindowsHandle: of two handles the wait names the one that ended it", 
     const WindowsHandle null(nullptr);
     expectWindowsError([&] { WindowsHandle::wait(a, null, 0, false); }, ERROR_INVALID_HANDLE, "Multi wait failed");
     expectWindowsError([&] { null.wait(0); }, ERROR_INVALID_HANDLE, "Error while retrieving handle state");
+}
+
+TEST_CASE("WindowsHandle: up to 64 handles are waited for, any or all of them", "[system][handle]")
+{
+    std::vector<Event> events;
+    for (int i = 0; i < 63; ++i)
+        events.emplace_back(false, false);
+    const Mutex mutex(false);
+    std::vector<void*> handles(events.begin(), events.end());
+    handles.push_back(mutex);
+    std::thread([&] { mutex.wait(0); }).join();
+
+    CHECK(WindowsHandle::waitForAll(handles, 0) == WindowsHandle::timeout);
+    for (const Event& event : events)
+        event.set();
+    using Result = std::pair<WindowsHandle::wait_result, unsigned>;
+    CHECK(WindowsHandle::waitForAny({events[7], events[8]}, 0) == Result(WindowsHandle::signaled, 0));
+    CHECK(WindowsHandle::waitForAll(handles, 0) == WindowsHandle::timeout); // One signal is taken.
+    events[7].set();
+    CHECK(WindowsHandle::waitForAll(handles, 0) == WindowsHandle::abandoned);
+    CHECK(WindowsHandle::waitForAny(handles, 0) == Result(WindowsHandle::signaled, 63));
+
+    handles.push_back(mutex);
+    expectWindowsError([&] { WindowsHandle::waitForAny(handles, 0); }, ERROR_INVALID_PARAMETER, "Multi wait failed");
+    expectWindowsError([&] { WindowsHandle::waitForAll({}, 0); }, ERROR_INVALID_PARAMETER, "Multi wait failed");
 }

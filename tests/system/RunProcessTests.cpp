@@ -1,0 +1,111 @@
+#include <catch2/catch.hpp>
+
+#include <tarn/CommandLine.h>
+#include <tarn/Pipe.h>
+#include <tarn/RunProcess.h>
+
+#include <atomic>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Expect.h"
+#include "Handles.h"
+#include "Streams.h"
+
+using namespace tarn;
+
+namespace {
+RunResult run(const wchar_t* commands, const RunOptions& options = {})
+{
+    return runProcess((std::wstring(L"system_child.exe ") + commands).c_str(), options);
+}
+} // namespace
+
+TEST_CASE("runProcess: input, output, errors and exit code in one call, and no handle stays open", "[system][process]")
+{
+    run(L"");
+    const unsigned long handles = support::openHandles();
+    const BasicString<char> data(300'000, 'd');
+    const RunResult result = run(L"copy out end err bad exit 3", RunOptions{.input = data});
+    CHECK(result.output == data + "end");
+    CHECK(result.errors == "bad");
+    CHECK(result.exitCode == 3);
+    CHECK_FALSE(result.timedOut);
+    CHECK(run(L"out not\" read \"it", RunOptions{.input = data}).output == "not read it");
+    CHECK(run(L"out a err b out c", RunOptions{.mergeErrors = true}).output == "abc");
+    support::expectWindowsError([] { runProcess(L"no such program"); }, "Can't create process \"no such program\"");
+    CHECK(support::openHandles() == handles);
+}
+
+TEST_CASE("runProcess: a stream that is given is used, and not captured", "[system][process]")
+{
+    Pipe given(0, nullptr);
+    const RunResult result = run(L"out there err here", RunOptions{.start = {.stdOut = given.getWriteEnd()}});
+    given.getWriteEnd().close();
+    CHECK(readAll(given.getReadEnd()) == "there");
+    CHECK(result.output.empty());
+    CHECK(result.errors == "here");
+}
+
+TEST_CASE("runProcess: a child that fills both streams does not wait for ever", "[system][process]")
+{
+    constexpr std::size_t pieces = 10'000; // 100 MB each.
+    const RunResult result = run((L"flood " + std::to_wstring(pieces)).c_str());
+    CHECK(result.output.size() == pieces * 10'000);
+    CHECK(result.errors.size() == pieces * 10'000);
+    CHECK(result.output.find_first_not_of('o') == result.output.npos);
+}
+
+TEST_CASE("runProcess: at the time limit the whole tree ends, and what it wrote is there", "[system][process]")
+{
+    const RunResult result = run(L"sleeper err late sleep 60000", RunOptions{.timeoutMs = 1500});
+    CHECK(result.timedOut);
+    CHECK(result.exitCode == ERROR_TIMEOUT);
+    CHECK(result.errors == "late");
+    const WindowsHandle sleeper(OpenProcess(SYNCHRONIZE, FALSE, std::strtoul(result.output.c_str(), nullptr, 10)));
+    CHECK((!sleeper.isOpen() || sleeper.wait(20'000) == WindowsHandle::signaled));
+}
+
+TEST_CASE("runProcess: a handler gets whole lines while the program runs, and its exception ends that",
+          "[system][process]")
+{
+    std::vector<std::string> lines;
+    const auto note = [&](std::string_view line) { lines.emplace_back(line); };
+    const RunResult result = runProcess(
+        CommandLine(L"system_child.exe").add("out").add("one\r\n\ntw").add("out").add("o\nlast").add("err").add("x"),
+        RunOptions{.onOutputLine = note});
+    CHECK(lines == std::vector<std::string>{"one", "", "two", "last"});
+    CHECK(result.output.empty());
+    CHECK(result.errors == "x");
+
+    const auto failing = [](std::string_view line) { throw Exception(std::string(line)); };
+    support::expectError<Exception>(
+        [&] {
+            runProcess(CommandLine(L"system_child.exe").add("out").add("a\nb").add("sleep").add("60000"),
+                       RunOptions{.onOutputLine = failing});
+        },
+        "a");
+}
+
+TEST_CASE("runProcess: 8 threads run children with both pipes at the same time", "[system][process][stress]")
+{
+#ifdef NDEBUG
+    constexpr unsigned each = 125; // 1,000 in all.
+#else
+    constexpr unsigned each = 5;
+#endif
+    std::atomic<unsigned> right = 0;
+    std::vector<std::thread> threads;
+    for (unsigned thread = 0; thread < 8; ++thread)
+        threads.emplace_back([&right, thread] {
+            for (unsigned i = 0; i < each; ++i) {
+                const std::string text = std::to_string(thread * each + i);
+                const RunResult result = run(L"copy err e exit 5", RunOptions{.input = text.c_str()});
+                right += result.output == text && result.errors == "e" && result.exitCode == 5;
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    CHECK(right == 8 * each);
+}
