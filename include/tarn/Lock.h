@@ -45,13 +45,20 @@ private:
     CRITICAL_SECTION section_;
 };
 
-/// An unnamed mutex of the system: slower than a CriticalSection, but it is a handle to wait for, and
+/// A mutex of the system: slower than a CriticalSection, but it is a handle to wait for, and
 /// a thread that ends without unlocking does not block the others for ever. Failures throw WindowsError.
 class TARN_API Mutex : public WindowsHandle, public Lockable {
 public:
     /// Throws "Error in CreateMutex".
     explicit Mutex(bool initiallyOwned);
-    /// It has no name, and a text is no `true`.
+    /// One that programs share by its name ("Local\\NAME" for those of a session, "Global\\NAME" for all). When it is
+    /// there already, `existed`, if given, is set to true, and the calling thread does not own it, whatever
+    /// `initiallyOwned` says. Throws "Error in CreateMutex", with the code ERROR_INVALID_HANDLE when something else has
+    /// the name.
+    Mutex(const wchar_t* name, bool initiallyOwned, bool* existed = nullptr);
+    /// One that is there. Throws "Can't open mutex "NAME"".
+    static Mutex openNamed(const wchar_t* name);
+    /// Without a name there is one argument, and a text is no `true`.
     template <IsText Text> explicit Mutex(const Text&) = delete;
 
     /// Waits without end. A mutex that its owner's end abandoned counts as locked. Throws "Error while
@@ -65,6 +72,12 @@ public:
     bool tryLock() { return wait(0) != timeout; }
     bool try_lock() { return tryLock(); }
     ///@}
+
+private:
+    struct Opened {
+        void* handle;
+    };
+    explicit Mutex(Opened opened) : WindowsHandle(opened.handle) {}
 };
 
 /// Holds a lock for the length of a scope. Give it a name, as in `AutoLock lock(section);`: without one,

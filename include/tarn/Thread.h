@@ -10,11 +10,12 @@
 namespace tarn {
 /// Work that runs on a thread of its own: derive, override run(), call start() and, for its result, join().
 ///
-/// The object can be started again when its thread has finished. An exception that leaves run(), a
-/// hardware fault included, ends the thread with the exit code 0 and is lost: keep what you need to know
-/// of a failure in the object. All members may be called from any thread; those that look at the object's
+/// The object can be started again when its thread has finished. An exception that leaves run(), a hardware
+/// fault included, ends the thread with the exit code 0, which is all that join() tells; joinOrThrow() throws
+/// the exception. One that nobody asked for is told to the debugger when the object ends or is started again.
+/// All members may be called from any thread; those that look at the object's
 /// state take its mutex, which join() holds while it waits, so run() must call none of isRunning(),
-/// getID(), isCurrent() and join() on its own object while another thread may be joining it. Failures
+/// getID(), isCurrent(), join() and joinOrThrow() on its own object while another thread may be joining it. Failures
 /// throw WindowsError.
 ///
 /// Every derived class calls join() in its destructor. The one here waits too, but by then the members of the
@@ -43,6 +44,9 @@ public:
     /// when nothing was started. Throws "Error waiting for thread exit", "Can't retrieve the thread's exit
     /// code".
     unsigned long join();
+    /// As join(); when an exception has left run(), throws it, as often as it is called. It is the same object
+    /// each time: do not change it.
+    unsigned long joinOrThrow();
 
     /// Stops the thread wherever it is, with the locks that it holds: for debuggers and tests. Nests.
     /// Throws "Can't suspend thread".

@@ -1,9 +1,11 @@
 #include <tarn/Thread.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/Closing.h"
 
 #include <cstdio>
 #include <exception>
+#include <map>
 #include <typeinfo>
 
 namespace tarn {
@@ -19,6 +21,45 @@ constexpr auto failedCount = static_cast<DWORD>(-1); // Of SuspendThread and Res
     std::fputs(text, stderr);
     std::terminate();
 }
+// What has left run(), for the object of the thread: in a table of its own, because the objects keep their size.
+class Failures {
+public:
+    void put(const Thread* thread, std::exception_ptr failure)
+    {
+        const AutoLock lock(section_);
+        failures_[thread] = {std::move(failure), false};
+    }
+    /// Null when there is none.
+    std::exception_ptr ask(const Thread* thread)
+    {
+        const AutoLock lock(section_);
+        const auto found = failures_.find(thread);
+        if (found == failures_.end())
+            return nullptr;
+        found->second.asked = true;
+        return found->second.exception;
+    }
+    /// The debugger hears of one that nobody asked for.
+    void forget(const Thread* thread) noexcept
+    {
+        closeQuietly([&] {
+            AutoLock lock(section_);
+            const auto node = failures_.extract(thread);
+            lock.unlock();
+            if (node && !node.mapped().asked)
+                std::rethrow_exception(node.mapped().exception);
+        });
+    }
+
+private:
+    struct Failure {
+        std::exception_ptr exception;
+        bool asked;
+    };
+
+    CriticalSection section_;
+    std::map<const Thread*, Failure> failures_;
+} failures;
 } // namespace
 
 Thread::Thread() : mutex_(false) {}
@@ -30,12 +71,14 @@ Thread::~Thread() noexcept(false)
             join();
     } catch (...) { // The handles are released whatever happened.
     }
+    failures.forget(this);
 }
 
 void Thread::start(bool suspended)
 {
     const AutoLock lock(mutex_);
     close();
+    failures.forget(this);
     // It waits until the object knows of it: run() may be short. A start that fails changes nothing.
     DWORD id = 0;
     attach(ensure(CreateThread(nullptr, 0, &Thread::proc, this, CREATE_SUSPENDED, &id), failedStart));
@@ -56,6 +99,14 @@ unsigned long Thread::join()
     ensureNot(WAIT_FAILED, WaitForSingleObject(getHandle(), INFINITE), "Error waiting for thread exit");
     DWORD code = 0;
     ensure(GetExitCodeThread(getHandle(), &code), "Can't retrieve the thread's exit code");
+    return code;
+}
+
+unsigned long Thread::joinOrThrow()
+{
+    const unsigned long code = join();
+    if (const std::exception_ptr failure = failures.ask(this))
+        std::rethrow_exception(failure);
     return code;
 }
 
@@ -104,6 +155,8 @@ DWORD WINAPI Thread::proc(void* object)
     try {
         code = thread->run();
     } catch (...) {
+        if (thread->running_ == GetCurrentThreadId()) // And not another, which was started meanwhile.
+            closeQuietly([&] { failures.put(thread, std::current_exception()); });
     }
     thread->noteEnd();
     return code;

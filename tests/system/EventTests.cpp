@@ -1,6 +1,7 @@
 #include "Expect.h"
 
 #include <tarn/Event.h>
+#include <tarn/Lock.h>
 
 using support::expectWindowsError;
 using tarn::Event;
@@ -24,4 +25,20 @@ TEST_CASE("Event: a wait takes the signal of an auto-reset event only, and faili
     expectWindowsError([&] { manual.set(); }, ERROR_INVALID_HANDLE, "Error in SetEvent");
     expectWindowsError([&] { manual.reset(); }, ERROR_INVALID_HANDLE, "Error in ResetEvent");
     expectWindowsError([&] { manual.pulse(); }, ERROR_INVALID_HANDLE, "Error in PulseEvent");
+}
+
+TEST_CASE("Event: a name is shared, and what exists stays as it is", "[system][event]")
+{
+    bool existed = true;
+    const Event first(L"Local\\TarnTest \x0416", true, true, &existed);
+    CHECK_FALSE(existed);
+    const Event second(L"Local\\TarnTest \x0416", false, false, &existed);
+    CHECK(existed);
+    Event::openNamed(L"Local\\TarnTest \x0416").reset();
+    CHECK(second.wait(0) == WindowsHandle::timeout);
+    first.set();
+    CHECK((second.isSignaled() && second.isSignaled()));
+    expectWindowsError([] { tarn::Mutex(L"Local\\TarnTest \x0416", false); }, ERROR_INVALID_HANDLE,
+                       "Error in CreateMutex");
+    expectWindowsError([] { Event::openNamed(L"TarnNone"); }, ERROR_FILE_NOT_FOUND, "Can't open event \"TarnNone\"");
 }

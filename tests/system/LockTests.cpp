@@ -70,6 +70,23 @@ TEST_CASE("Mutex: only its thread unlocks it, and an abandoned one counts as loc
     CHECK(mutex.wait(0) == tarn::WindowsHandle::abandoned);
 }
 
+TEST_CASE("Mutex: a name is shared, and a second one does not own it at first", "[system][lock]")
+{
+    bool existed = true;
+    Mutex first(L"Local\\TarnTest", true, &existed);
+    CHECK_FALSE(existed);
+    std::thread([&] {
+        Mutex second(L"Local\\TarnTest", true, &existed);
+        CHECK(existed);
+        support::expectWindowsError([&] { second.unlock(); }, ERROR_NOT_OWNER, "Error in ReleaseMutex");
+        CHECK_FALSE(Mutex::openNamed(L"Local\\TarnTest").tryLock());
+    }).join();
+    first.unlock();
+    first.close();
+    support::expectWindowsError([] { Mutex::openNamed(L"Local\\TarnTest"); }, ERROR_FILE_NOT_FOUND,
+                                "Can't open mutex \"Local\\TarnTest\"");
+}
+
 TEST_CASE("Lock: the locks of the standard library take two at once, and try", "[system][lock]")
 {
     CriticalSection section;

@@ -5,12 +5,14 @@
 #include <tarn/Process.h>
 #include <tarn/Thread.h>
 
+#include <algorithm>
 #include <atomic>
 #include <functional>
 #include <memory>
 #include <stdexcept>
 #include <vector>
 
+#include "DebuggerOutput.h"
 #include "Expect.h"
 #include "Handles.h"
 #include "Streams.h"
@@ -50,20 +52,46 @@ TEST_CASE("Thread: what run returns is the result of every join, and start begin
     CHECK(support::openHandles() == handles);
 }
 
-TEST_CASE("Thread: no exception leaves it, its exit code is then 0, and exit ends it with a code", "[system][thread]")
+TEST_CASE("Thread: what leaves run comes out of joinOrThrow, and join gives 0; exit ends it with a code",
+          "[system][thread]")
 {
-    const std::pair<std::function<unsigned long(Worker&)>, unsigned long> rows[] = {
-        {[](Worker&) -> unsigned long { throw std::runtime_error("lost"); }, 0},
-        {[](Worker&) -> unsigned long { throw 42; }, 0},
-        {[](Worker&) -> unsigned long { return *static_cast<volatile unsigned long*>(nowhere); }, 0},
-        {[](Worker& self) -> unsigned long { self.exit(9); }, 9},
-    };
-    for (const auto& [work, code] : rows) {
-        Worker thread(work);
+    const auto joined = [](std::function<unsigned long(Worker&)> work) {
+        Worker thread(std::move(work));
         thread.start(false);
-        CHECK(thread.join() == code);
+        const unsigned long code = thread.join();
         CHECK_FALSE(thread.isRunning());
-    }
+        thread.joinOrThrow();
+        return code;
+    };
+    CHECK(joined([](Worker& self) -> unsigned long { self.exit(9); }) == 9);
+    CHECK_THROWS_WITH(joined([](Worker&) -> unsigned long { throw std::runtime_error("what"); }), "what");
+    CHECK_THROWS_AS(joined([](Worker&) { return *static_cast<volatile unsigned long*>(nowhere); }), SEHError);
+
+    unsigned runs = 0;
+    Worker thread([&](Worker&) { return runs++ == 0 ? throw 42 : 5ul; });
+    thread.start(false);
+    CHECK(thread.join() == 0);
+    for (int i = 0; i < 2; ++i)
+        CHECK_THROWS_AS(thread.joinOrThrow(), int);
+    thread.start(false);
+    CHECK(thread.joinOrThrow() == 5);
+}
+
+TEST_CASE("Thread: the debugger hears of an exception that nobody asked for", "[system][thread]")
+{
+    const support::DebuggerOutput output;
+    const auto heardOf = [&](bool asks) {
+        unsigned runs = 0;
+        Worker thread([&](Worker&) { return runs++ == 0 ? throw std::runtime_error("unheard") : 0ul; });
+        thread.start(false);
+        if (asks)
+            CHECK_THROWS(thread.joinOrThrow());
+        thread.join();
+        thread.start(false);
+        return std::count(output.calls().begin(), output.calls().end(), "unheard");
+    };
+    CHECK(heardOf(true) == 0);
+    CHECK(heardOf(false) == 1);
 }
 
 TEST_CASE("Thread: suspended it does nothing until it is resumed as often, and it knows itself", "[system][thread]")
