@@ -2,14 +2,19 @@
 
 #include "Tour.h"
 
+#include <tarn/Event.h>
 #include <tarn/Exception.h>
 #include <tarn/RunProcess.h>
+#include <tarn/Semaphore.h>
+#include <tarn/SingleInstance.h>
 #include <tarn/TemporaryDirectory.h>
 #include <tarn/Thread.h>
+#include <tarn/WaitableTimer.h>
 #include <tarn/WindowsFile.h>
 
 #include <atomic>
 #include <iostream>
+#include <thread>
 
 namespace {
 using namespace tarn;
@@ -96,9 +101,28 @@ void showThread()
     std::cout << "Joined, it returned " << counter.join() << '\n';
 }
 
+void showWaiting()
+{
+    const Event stop(true, false);
+    const WaitableTimer timer(false);
+    const Semaphore free(2, 2);
+    timer.set(20);
+    const auto [result, index] = WindowsHandle::waitForAny({stop, timer}, 60'000);
+    std::cout << "Of a stop and a timer number " << index << " ended the wait; of two free places "
+              << free.tryAcquire() + free.tryAcquire() + free.tryAcquire() << " were taken by three\n";
+
+    SingleInstance first(L"Tarn.Tour");
+    std::thread second([] { SingleInstance(L"Tarn.Tour").handOver({L"tour", L"again.txt"}, 60'000); });
+    const auto arguments = first.receive(60'000);
+    second.join();
+    if (first.isFirst() && arguments)
+        std::cout << "A second start would have opened " << BasicString<char>(arguments->back()) << '\n';
+}
+
 const tour::Section section(50, "System: files, processes, threads", [] {
     showFiles();
     showProcess();
     showThread();
+    showWaiting();
 });
 } // namespace

@@ -27,14 +27,17 @@ struct RunOptions {
     std::function<void(std::string_view)> onErrorLine = {};
 };
 
-/// How a program has ended, and what it has written, as bytes.
+/// How a program has ended, and what it has written.
 struct RunResult {
     /// That of the program, be it a failure or not; ERROR_TIMEOUT when it had to be ended.
     unsigned long exitCode = 0;
     /// The time was up, so the program was ended with all that it had started. What they wrote before is here.
     bool timedOut = false;
+    /// As bytes; without what a handler got, and what went to a stream that was given.
+    ///@{
     BasicString<char> output = {};
     BasicString<char> errors = {};
+    ///@}
 };
 
 /// Runs a program to its end: gives it its input and takes its output and errors at the same time, as much as there

@@ -89,9 +89,11 @@
 #include <tarn/SETranslator.h>
 #include <tarn/SafeArray.h>
 #include <tarn/ScrollBar.h>
+#include <tarn/Semaphore.h>
 #include <tarn/Serializable.h>
 #include <tarn/Service.h>
 #include <tarn/ShellExtension.h>
+#include <tarn/SingleInstance.h>
 #include <tarn/Size.h>
 #include <tarn/StatusBar.h>
 #include <tarn/StdIOStream.h>
@@ -109,6 +111,7 @@
 #include <tarn/TreeView.h>
 #include <tarn/Variant.h>
 #include <tarn/VersionInfo.h>
+#include <tarn/WaitableTimer.h>
 #include <tarn/Window.h>
 #include <tarn/WindowClass.h>
 #include <tarn/WindowMessageNames.h>

@@ -1,6 +1,7 @@
 #include <tarn/Pipe.h>
 
 #include "../foundation/Check.h"
+#include "Deadline.h"
 
 #include <algorithm>
 
@@ -28,7 +29,7 @@ void Pipe::keepWriteEnd() { keepFromChildren(writeEnd_); }
 bool Pipe::waitForData(unsigned timeoutMs) const
 {
     constexpr DWORD longestPauseMs = 10;
-    const ULONGLONG begin = GetTickCount64();
+    const Deadline deadline(timeoutMs);
     for (DWORD pauseMs = 0;; pauseMs = std::min(pauseMs + 1, longestPauseMs)) {
         DWORD available = 0;
         if (!PeekNamedPipe(readEnd_.getHandle(), nullptr, 0, nullptr, &available, nullptr)) {
@@ -38,7 +39,7 @@ bool Pipe::waitForData(unsigned timeoutMs) const
         }
         if (available)
             return true;
-        if (timeoutMs != INFINITE && GetTickCount64() - begin >= timeoutMs)
+        if (deadline.remainingMs() == 0)
             return false;
         Sleep(pauseMs);
     }

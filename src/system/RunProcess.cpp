@@ -3,7 +3,7 @@
 #include <tarn/Job.h>
 
 #include "../foundation/Check.h"
-#include "AsyncPipe.h"
+#include "ChildPipe.h"
 
 #include <algorithm>
 #include <string>
@@ -59,8 +59,8 @@ class Output {
 public:
     Output(BasicString<char>& all, const std::function<void(std::string_view)>& onLine) : sink_(all, onLine) {}
 
-    AsyncPipe& pipe() { return pipe_; }
-    const AsyncPipe& pipe() const { return pipe_; }
+    ChildPipe& pipe() { return pipe_; }
+    const ChildPipe& pipe() const { return pipe_; }
     void begin()
     {
         if (!pipe_.isOver() && !pipe_.isPending())
@@ -83,7 +83,7 @@ public:
 
 private:
     std::vector<char> buffer_ = std::vector<char>(pieceSize); // Before the pipe, which may be reading until its end.
-    AsyncPipe pipe_{AsyncPipe::Direction::fromChild};
+    ChildPipe pipe_{ChildPipe::Direction::fromChild};
     Sink sink_;
 };
 
@@ -92,8 +92,8 @@ class Input {
 public:
     explicit Input(std::string_view data) : rest_(data) {}
 
-    AsyncPipe& pipe() { return pipe_; }
-    const AsyncPipe& pipe() const { return pipe_; }
+    ChildPipe& pipe() { return pipe_; }
+    const ChildPipe& pipe() const { return pipe_; }
     void begin()
     {
         if (pipe_.isOver() || pipe_.isPending())
@@ -107,7 +107,7 @@ public:
 
 private:
     std::string_view rest_;
-    AsyncPipe pipe_{AsyncPipe::Direction::toChild};
+    ChildPipe pipe_{ChildPipe::Direction::toChild};
 };
 class Run {
 public:
@@ -136,7 +136,7 @@ private:
     void start(const wchar_t* commandLine)
     {
         ProcessOptions start = options_.start;
-        const auto connect = [](void*& stream, AsyncPipe& pipe) {
+        const auto connect = [](void*& stream, ChildPipe& pipe) {
             if (stream)
                 pipe.close();
             else
@@ -149,7 +149,7 @@ private:
         connect(start.stdErr, errors_.pipe());
         start.job = &job_;
         process_.create(commandLine, start);
-        for (AsyncPipe* const pipe : {&input_.pipe(), &output_.pipe(), &errors_.pipe()})
+        for (ChildPipe* const pipe : {&input_.pipe(), &output_.pipe(), &errors_.pipe()})
             pipe->closeChildsEnd();
     }
 
@@ -183,24 +183,16 @@ private:
     bool waitForNews()
     {
         std::vector<void*> handles;
-        for (const AsyncPipe* const pipe : {&input_.pipe(), &output_.pipe(), &errors_.pipe()})
+        for (const ChildPipe* const pipe : {&input_.pipe(), &output_.pipe(), &errors_.pipe()})
             if (pipe->isPending())
                 handles.push_back(pipe->getEvent());
         if (!ended_)
             handles.push_back(process_);
-        const auto [result, index] = WindowsHandle::waitForAny(handles, remainingMs());
+        const auto [result, index] = WindowsHandle::waitForAny(handles, deadline_.remainingMs());
         if (result == WindowsHandle::timeout)
             return false;
         ended_ = ended_ || process_.isSignaled();
         return true;
-    }
-
-    unsigned remainingMs() const
-    {
-        if (options_.timeoutMs == INFINITE)
-            return INFINITE;
-        const ULONGLONG passedMs = GetTickCount64() - beginMs_;
-        return passedMs < options_.timeoutMs ? static_cast<unsigned>(options_.timeoutMs - passedMs) : 0;
     }
 
     void endAll()
@@ -214,7 +206,7 @@ private:
 
     const RunOptions& options_;
     RunResult result_;
-    const ULONGLONG beginMs_ = GetTickCount64();
+    const Deadline deadline_{options_.timeoutMs};
     const Job ownJob_;
     const Job& job_;
     Input input_;

@@ -1,0 +1,12 @@
+#include <tarn/SingleInstance.h>
+
+#include <tarn/CommandLine.h>
+
+using namespace tarn;
+
+int begin();
+int begin()
+{
+#include "SingleInstance.example"
+    return 1;
+}
