@@ -4,11 +4,11 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 
 find_program(TARN_CCACHE ccache)
 if(TARN_CCACHE AND PROJECT_IS_TOP_LEVEL)
-    # What precompiled headers need. A header that changes while it is compiled must not be cached, so its time stamp
-    # counts. With paths below the source folder taken as relative ones, all clones share the cache.
+    # What precompiled headers need. With paths below the source folder taken as relative ones, all clones share the
+    # cache.
     set(CMAKE_CXX_COMPILER_LAUNCHER
-        ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros
-        CCACHE_BASEDIR=${PROJECT_SOURCE_DIR} ${TARN_CCACHE})
+        ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_PCH_EXTSUM=1
+        CCACHE_BASEDIR=${PROJECT_SOURCE_DIR} "${PROJECT_SOURCE_DIR}/cmake/cached")
     add_compile_options($<$<COMPILE_LANG_AND_ID:CXX,GNU>:-fpch-preprocess>)
 endif()
 
