@@ -19,7 +19,8 @@ template <class Ch> struct char_traits_nc : std::char_traits<Ch> {
     static constexpr bool eq(const Ch& a, const Ch& b) { return fold(a) == fold(b); }
     static constexpr bool lt(const Ch& a, const Ch& b) { return std::char_traits<Ch>::lt(fold(a), fold(b)); }
 
-    static constexpr bool eq_int_type(std::char_traits<Ch>::int_type a, std::char_traits<Ch>::int_type b)
+    static constexpr bool eq_int_type(typename std::char_traits<Ch>::int_type a,
+                                      typename std::char_traits<Ch>::int_type b)
     {
         using Exact = std::char_traits<Ch>;
         const bool isEnd = Exact::eq_int_type(a, Exact::eof()) || Exact::eq_int_type(b, Exact::eof());

@@ -25,7 +25,7 @@ public:
             other.setHandle(nullptr, false);
     }
     /// As the copy constructor.
-    OwnedHandle(OwnedHandle&& other) noexcept : OwnedHandle(other) {}
+    OwnedHandle(OwnedHandle&& other) noexcept : OwnedHandle(other) {} // NOLINT(performance-move-constructor-init)
     /// Copies handle and flag: do not assign from an owner.
     OwnedHandle& operator=(const OwnedHandle&) noexcept = default;
 

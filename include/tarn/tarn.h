@@ -45,6 +45,7 @@
 #include <tarn/Environment.h>
 #include <tarn/Event.h>
 #include <tarn/Exception.h>
+#include <tarn/Export.h>
 #include <tarn/Factory.h>
 #include <tarn/Fields.h>
 #include <tarn/FileDialog.h>

@@ -8,6 +8,8 @@
 // 64-bit number as an instant.
 
 namespace tarn {
+constexpr int millisPerMinute = 60000;
+constexpr std::int64_t millisPerHour = 3600000;
 constexpr std::int64_t millisPerDay = 86400000;
 
 /// The sum, wrapping round where it does not fit.

@@ -10,7 +10,6 @@
 
 namespace tarn {
 namespace {
-constexpr std::int64_t millisPerHour = 3600000;
 constexpr std::int64_t halfDay = 12 * millisPerHour;
 
 std::int64_t unitOf(unsigned field)

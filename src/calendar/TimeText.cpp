@@ -14,7 +14,6 @@
 
 namespace tarn {
 namespace {
-constexpr int millisPerMinute = 60000;
 
 std::string formatISOTime(const Time& time, const TimeZone& zone)
 {

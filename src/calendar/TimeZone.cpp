@@ -14,7 +14,6 @@ namespace tarn {
 namespace {
 enum RuleMode { fixedDay, weekdayInMonth, nthWeekday };
 
-constexpr int millisPerMinute = 60000;
 constexpr const char* noInformation = "Can't get time zone information";
 
 int timeOfDay(const SYSTEMTIME& time)

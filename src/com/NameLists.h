@@ -58,8 +58,8 @@ template <class Entry> void sortEntries(std::vector<Entry>& entries)
 template <class Key> class NameList {
 public:
     NameList() = default;
-    NameList(NameList&&) = default;
-    NameList& operator=(NameList&&) = default;
+    NameList(NameList&&) noexcept = default;
+    NameList& operator=(NameList&&) noexcept = default;
 
     /// Takes a text and, for it, the entries in the order of their records.
     template <class Parse> NameList(std::vector<char> text, Parse parse) : text_(std::move(text))

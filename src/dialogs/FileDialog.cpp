@@ -17,7 +17,7 @@
 
 namespace tarn {
 namespace {
-constexpr const char* failed = "Error in file dialog";
+constexpr const char* dialogFailed = "Error in file dialog";
 constexpr std::size_t bufferSize = 32768; // The longest path that the system knows, and a long selection.
 
 // The quirk stands in the header: only the character behind the current one is looked at.
@@ -60,7 +60,7 @@ struct FileDialog::Data {
     void setPath(const BasicString<wchar_t>& path)
     {
         if (path.size() >= bufferSize)
-            throwError(CommonDialogError(FNERR_BUFFERTOOSMALL, failed));
+            throwError(CommonDialogError(FNERR_BUFFERTOOSMALL, dialogFailed));
         std::fill(std::copy(path.begin(), path.end(), file), file + bufferSize, L'\0');
         locateParts();
     }
@@ -143,7 +143,7 @@ bool FileDialog::showModal()
         data_->setPath(BasicString<wchar_t>());
     data_->locateParts();
     if (error)
-        throwError(CommonDialogError(error, failed));
+        throwError(CommonDialogError(error, dialogFailed));
     return false;
 }
 

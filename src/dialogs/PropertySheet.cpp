@@ -10,7 +10,7 @@
 namespace tarn {
 namespace {
 constexpr int backButton = 0x3023;
-constexpr const char* failed = "Error in showing property sheet";
+constexpr const char* sheetFailed = "Error in showing property sheet";
 constexpr WORD white = 0xFFFF;
 constexpr DWORD wizardFlags = PSH_WIZARD97 | PSH_HEADER | PSH_USEHBMHEADER;
 } // namespace
@@ -163,15 +163,15 @@ unsigned short PropertySheet::showModal()
 {
     // An open sheet has the handles of its pages, and destroys them when it ends.
     if (std::ranges::any_of(pages_, findShowing))
-        throwWindowsError(ERROR_BUSY, failed);
+        throwWindowsError(ERROR_BUSY, sheetFailed);
     std::vector<HPROPSHEETPAGE> handles;
     for (PropertyPage* const page : pages_) {
         if (std::ranges::find(handles, page->create()) != handles.end()) // Added twice.
-            throwWindowsError(ERROR_INVALID_PARAMETER, failed);
+            throwWindowsError(ERROR_INVALID_PARAMETER, sheetFailed);
         handles.push_back(page->create());
     }
     if (handles.empty()) // Not every system refuses a sheet that nothing could end.
-        throwWindowsError(ERROR_INVALID_PARAMETER, failed);
+        throwWindowsError(ERROR_INVALID_PARAMETER, sheetFailed);
     return static_cast<unsigned short>(run(headerFor(handles)));
 }
 
@@ -181,7 +181,7 @@ INT_PTR PropertySheet::run(const PROPSHEETHEADERW& header)
     return ensureClearing(
         [&] { return runningLoop([&] { return PropertySheetW(&header); }, [&]() noexcept { showing.cancel(); }); },
         // Not every system tells by its result that there has been no sheet at all.
-        [this](INT_PTR result) { return result < 0 || InitializingSheet == this; }, failed);
+        [this](INT_PTR result) { return result < 0 || InitializingSheet == this; }, sheetFailed);
 }
 
 int CALLBACK PropertySheet::propSheetProc(HWND hwnd, UINT msg, LPARAM)

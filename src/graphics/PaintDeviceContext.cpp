@@ -27,7 +27,7 @@ PaintDeviceContext& PaintDeviceContext::operator=(PaintDeviceContext&& other) no
 {
     PaintDeviceContext taken(std::move(other)); // First, because it may be this object.
     closeQuietly([this] { close(); });
-    DeviceContext::operator=(std::move(taken));
+    DeviceContext::operator=(static_cast<DeviceContext&&>(taken));
     paint_ = taken.paint_;
     window_ = std::exchange(taken.window_, nullptr);
     return *this;

@@ -34,7 +34,7 @@ struct Content::Subkey {
 // The documented calls end a name at its first zero.
 bool isCounted(const Text& name) { return name.find(L'\0') != Text::npos; }
 
-bool readValue(const RegistryKey& source, const Text& name, RegistryValue<wchar_t>& value)
+bool readAnyValue(const RegistryKey& source, const Text& name, RegistryValue<wchar_t>& value)
 {
     if (!isCounted(name))
         return source.getValue(name, value);
@@ -78,7 +78,7 @@ Content readContent(const RegistryKey& source, REGSAM view)
     Content content;
     for (const auto& entry : RegistryKey::ValueEnumeration<wchar_t>(source)) {
         RegistryValue<wchar_t> value;
-        if (readValue(source, entry.name, value))
+        if (readAnyValue(source, entry.name, value))
             content.values.push_back({entry.name, std::move(value)});
     }
     for (const Text& name : subkeyNames(source)) {

@@ -52,7 +52,7 @@ void writeHead(OutputStream& out, const Serializable* object, unsigned int key)
         return;
     }
     std::memcpy(head, words, sizeof words);
-    std::memcpy(head + sizeof words, text, length);
+    std::memcpy(head + sizeof words, text, length); // NOLINT(bugprone-not-null-terminated-result): its length is known
     const unsigned int size = sizeof words + length;
     const unsigned int count = out.write(head, size);
     if (count < sizeof words || count > size)

@@ -75,7 +75,7 @@ void beginInJob(const Job& job, const PROCESS_INFORMATION& child, bool suspended
 Process& Process::operator=(Process&& other) noexcept
 {
     if (this != &other) {
-        WindowsHandle::operator=(std::move(other));
+        WindowsHandle::operator=(static_cast<WindowsHandle&&>(other));
         id_ = std::exchange(other.id_, 0);
         threadID_ = std::exchange(other.threadID_, 0);
     }

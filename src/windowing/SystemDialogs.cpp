@@ -10,7 +10,7 @@
 namespace tarn {
 namespace {
 // A dialog's procedure tells whose it is. Null for other windows, and for dialogs with objects of this library.
-const void* procedureOf(HWND hwnd)
+const void* classProcedureOf(HWND hwnd)
 {
     wchar_t className[8];
     const bool isDialog = GetClassNameW(hwnd, className, 8) && std::wstring_view(className) == L"#32770";
@@ -33,14 +33,14 @@ void SystemDialogs::cancel() const noexcept
 
 BOOL CALLBACK SystemDialogs::note(HWND hwnd, LPARAM self)
 {
-    if (isSystemDialog(procedureOf(hwnd)))
+    if (isSystemDialog(classProcedureOf(hwnd)))
         reinterpret_cast<SystemDialogs*>(self)->former_.push_back(hwnd);
     return TRUE;
 }
 
 BOOL CALLBACK SystemDialogs::cancelNew(HWND hwnd, LPARAM self)
 {
-    const void* const procedure = procedureOf(hwnd);
+    const void* const procedure = classProcedureOf(hwnd);
     if (!isSystemDialog(procedure) ||
         std::ranges::count(reinterpret_cast<const SystemDialogs*>(self)->former_, hwnd) != 0)
         return TRUE;
