@@ -42,7 +42,7 @@ public:
     void start(bool suspended);
     /// Waits until the thread has finished and returns its exit code, as often as it is called; 0 at once
     /// when nothing was started. Throws "Error waiting for thread exit", "Can't retrieve the thread's exit
-    /// code".
+    /// code", but not before run() has returned: the caller may be your destructor.
     unsigned long join();
     /// As join(); when an exception has left run(), throws it, as often as it is called. It is the same object
     /// each time: do not change it.

@@ -93,13 +93,20 @@ void Thread::start(bool suspended)
 
 unsigned long Thread::join()
 {
-    const AutoLock lock(mutex_);
-    if (!isOpen())
-        return 0;
-    ensureNot(WAIT_FAILED, WaitForSingleObject(getHandle(), INFINITE), "Error waiting for thread exit");
-    DWORD code = 0;
-    ensure(GetExitCodeThread(getHandle(), &code), "Can't retrieve the thread's exit code");
-    return code;
+    try {
+        const AutoLock lock(mutex_);
+        if (!isOpen())
+            return 0;
+        ensureNot(WAIT_FAILED, WaitForSingleObject(getHandle(), INFINITE), "Error waiting for thread exit");
+        DWORD code = 0;
+        ensure(GetExitCodeThread(getHandle(), &code), "Can't retrieve the thread's exit code");
+        return code;
+    } catch (...) { // The caller may be a destructor, and the thread still use the object.
+        constexpr DWORD lookMs = 1;
+        while (running_)
+            Sleep(lookMs);
+        throw;
+    }
 }
 
 unsigned long Thread::joinOrThrow()
