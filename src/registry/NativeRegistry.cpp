@@ -19,7 +19,8 @@ template <class... Arguments> LSTATUS callNative(HKEY on, const char* function, 
 {
     if (isRemote(on))
         return ERROR_NOT_SUPPORTED;
-    const FARPROC procedure = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), function);
+    const HMODULE module = GetModuleHandleW(L"ntdll.dll");
+    const FARPROC procedure = module ? GetProcAddress(module, function) : nullptr;
     if (!procedure)
         return static_cast<LSTATUS>(GetLastError());
     const auto call = reinterpret_cast<NTSTATUS(NTAPI*)(Arguments...)>(reinterpret_cast<void*>(procedure));
@@ -134,11 +135,15 @@ LSTATUS deleteValue(HKEY key, const Text& name)
 bool isLink(HKEY key)
 {
     DWORD type = REG_NONE, subkeys = 0, values = 0;
-    return RegQueryValueExW(key, L"SymbolicLinkValue", nullptr, &type, nullptr, nullptr) == ERROR_SUCCESS &&
-           type == REG_LINK &&
-           RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr, &values, nullptr, nullptr,
-                            nullptr, nullptr) == ERROR_SUCCESS &&
-           subkeys == 0 && values == 1;
+    const LSTATUS code = RegQueryValueExW(key, L"SymbolicLinkValue", nullptr, &type, nullptr, nullptr);
+    if (code == ERROR_FILE_NOT_FOUND)
+        return false;
+    ensureCode(code);
+    if (type != REG_LINK)
+        return false;
+    ensureCode(RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr, &values, nullptr, nullptr,
+                                nullptr, nullptr));
+    return subkeys == 0 && values == 1;
 }
 
 std::vector<Text> subkeyNames(HKEY key)

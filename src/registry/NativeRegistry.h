@@ -34,7 +34,7 @@ LSTATUS setValue(HKEY key, const BasicString<wchar_t>& name, DWORD type, const B
 LSTATUS deleteValue(HKEY key, const BasicString<wchar_t>& name);
 ///@}
 
-/// Whether the opened key is a link itself: it has its target as its only value.
+/// Whether the opened key is a link itself: it has its target as its only value. Throws WindowsError.
 bool isLink(HKEY key);
 
 /// The names of the subkeys, as they are now. Throws WindowsError.
