@@ -135,7 +135,10 @@ void remove(const RegistryKey& classes, const COMModule::Class& c, const wchar_t
 }
 } // namespace
 
-bool COMModule::isProgram() const { return instance_ == GetModuleHandleW(nullptr); }
+bool COMModule::isProgram() const
+{
+    return instance_ == ensure(GetModuleHandleW(nullptr), "Can't get module handle of the program");
+}
 
 BasicString<wchar_t> COMModule::serverText() const
 {

@@ -2,6 +2,7 @@
 
 #include <tarn/Exception.h>
 
+#include "../foundation/Check.h"
 #include "../foundation/Quoted.h"
 #include "GUIDOrder.h"
 
@@ -13,7 +14,8 @@ bool operator<(const GUID& a, const GUID& b) { return isLess(a, b); }
 BasicString<wchar_t> toWString(const GUID& guid)
 {
     wchar_t text[39];
-    StringFromGUID2(guid, text, static_cast<int>(std::size(text)));
+    ensureGDI([&] { return StringFromGUID2(guid, text, static_cast<int>(std::size(text))); },
+              "Can't convert a GUID to text");
     return BasicString<wchar_t>(static_cast<const wchar_t*>(text));
 }
 

@@ -19,7 +19,7 @@ RegistryKey RegistryChanges::createKey(const RegistryKey& parent, const BasicStr
 {
     const std::size_t end = path.find(L'\\');
     const BasicString<wchar_t> name(path.substr(0, end));
-    if (!parent.existsKey(name)) {
+    if (RegistryKey present; !present.open(parent, name, KEY_QUERY_VALUE)) {
         undo_.push_back([parent, name] {
             RegistryKey key;
             if (key.open(parent, name, KEY_READ) && !key.hasSubkeys() && key.getValueCount() == 0)

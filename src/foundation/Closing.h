@@ -8,8 +8,9 @@ namespace tarn {
 /// To be called in a catch block: tells the debugger what was thrown, and drops it.
 void dropCurrentException() noexcept;
 
-/// For what must not throw at all, a move assignment, say: of what `close` throws the debugger alone hears.
-template <class Close> void closeQuietly(Close close) noexcept
+/// For what must not throw at all, a move assignment, say: of what `close` throws the debugger alone hears. Taken by
+/// reference, because a copy could throw, too.
+template <class Close> void closeQuietly(Close&& close) noexcept
 {
     try {
         close();
@@ -20,7 +21,7 @@ template <class Close> void closeQuietly(Close close) noexcept
 
 /// For a destructor: throws what `close` throws, unless an exception is on its way already. That one goes
 /// on then, and the debugger alone hears of the second.
-template <class Close> void closeAtEnd(Close close)
+template <class Close> void closeAtEnd(Close&& close)
 {
     if (std::uncaught_exceptions() == 0) {
         close();
