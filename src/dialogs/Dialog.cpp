@@ -73,9 +73,16 @@ int Dialog::showModal() const
     const auto isFailure = [](INT_PTR result) {
         return (result == 0 || result == -1) && GetLastError() != ERROR_SUCCESS;
     };
+    // A dialog that does not end keeps the caller for ever; one that is destroyed does not enable its owner again.
+    const auto cancel = [this]() noexcept {
+        const HWND dialog = getWindowHandle();
+        if (!dialog || EndDialog(dialog, IDCANCEL))
+            return;
+        EnableWindow(parent_, TRUE);
+        DestroyWindow(dialog);
+    };
     return static_cast<int>(
-        ensureClearing([&] { return runningLoop(run, [this]() noexcept { EndDialog(getWindowHandle(), IDCANCEL); }); },
-                       isFailure, "Can't create modal dialog"));
+        ensureClearing([&] { return runningLoop(run, cancel); }, isFailure, "Can't create modal dialog"));
 }
 
 Size Dialog::getWindowSize() const { return isOpen() ? Window::getWindowSize() : sizeOfTemplate(instance_, resource_); }
@@ -96,9 +103,14 @@ INT_PTR Dialog::initialize(HWND hwnd, HWND focus)
 INT_PTR CALLBACK Dialog::dlgProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
 {
     return guardedCallback<INT_PTR>(FALSE, {nullptr, hwnd, msg}, [&]() -> INT_PTR {
-        if (msg == WM_INITDIALOG)
+        if (msg != WM_INITDIALOG)
+            return route(hwnd, msg, wParam, lParam);
+        try {
             return reinterpret_cast<Dialog*>(lParam)->initialize(hwnd, reinterpret_cast<HWND>(wParam));
-        return route(hwnd, msg, wParam, lParam);
+        } catch (...) { // The object may not know of its window.
+            EndDialog(hwnd, IDCANCEL);
+            throw;
+        }
     });
 }
 

@@ -36,17 +36,19 @@ struct PropertySheet::Showing {
 
     void begin(HWND hwnd)
     {
+        window = hwnd;
+        ensureGDI([&] { return SetWindowSubclass(hwnd, onMessage, 0, reinterpret_cast<DWORD_PTR>(this)); },
+                  sheetFailed);
         sheet.attach(hwnd, false);
-        SetWindowSubclass(hwnd, onMessage, 0, reinterpret_cast<DWORD_PTR>(this));
         sheet.showIcon();
     }
 
     /// Cancels the sheet without its pages having a say.
     void cancel() noexcept
     {
-        if (!sheet.isOpen() || isEnding)
+        if (!window || isEnding)
             return;
-        cancelled = sheet.getWindowHandle();
+        cancelled = window;
         PostMessageW(cancelled, PSM_PRESSBUTTON, PSBTN_CANCEL, 0); // Not sent: a page's handler may be on its way out.
     }
 
@@ -57,13 +59,16 @@ struct PropertySheet::Showing {
         auto* const showing = reinterpret_cast<Showing*>(data);
         if (msg == WM_DESTROY)
             showing->isEnding = true;
-        if (msg == WM_NCDESTROY)
+        if (msg == WM_NCDESTROY) {
+            showing->window = nullptr;
             RemoveWindowSubclass(hwnd, onMessage, 0);
+        }
         return showing->isEnding && msg >= WM_USER && msg < WM_APP ? 0 : DefSubclassProc(hwnd, msg, wParam, lParam);
     }
 
     PropertySheet& sheet;
     Showing* outer;
+    HWND window = nullptr; // Also when the object could not be bound to it.
     HWND cancelled = nullptr;
     bool isEnding = false;
 
