@@ -4,11 +4,16 @@
 #include "../windowing/HandlerScope.h"
 
 namespace tarn {
+void loadControls(DWORD kinds)
+{
+    const INITCOMMONCONTROLSEX classes{sizeof classes, kinds};
+    ensureGDI([&] { return InitCommonControlsEx(&classes); }, "Can't create window");
+}
+
 void createControl(Window& control, const wchar_t* className, HWND parent, unsigned short id, const RECT& rect,
                    unsigned long style)
 {
-    const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_WIN95_CLASSES | ICC_DATE_CLASSES};
-    InitCommonControlsEx(&classes);
+    loadControls(ICC_WIN95_CLASSES | ICC_DATE_CLASSES);
     control.create(className, L"", WS_CHILD | style, rect, parent, reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)),
                    nullptr);
     const auto font = runningHandlers([=] { return SendMessageW(parent, WM_GETFONT, 0, 0); });

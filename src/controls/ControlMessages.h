@@ -8,6 +8,9 @@ namespace tarn {
 inline LPARAM toLParam(const void* address) { return reinterpret_cast<LPARAM>(address); }
 inline void* toPointer(LRESULT value) { return reinterpret_cast<void*>(value); }
 
+/// Has the system make the window classes of these kinds of controls (`ICC_...`). Throws "Can't create window".
+void loadControls(DWORD kinds);
+
 /// Makes a child window of one of the system's classes for an object, which owns it, in the font of the parent (or,
 /// where it has none, that of the system's dialogs).
 void createControl(Window& control, const wchar_t* className, HWND parent, unsigned short id, const RECT& rect,

@@ -106,8 +106,7 @@ template <class Ch> BasicString<Ch> itemText(const ListView& view, unsigned item
 
 void ListView::create(HWND parent, const RECT& rect, unsigned long style, HINSTANCE module)
 {
-    const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_LISTVIEW_CLASSES};
-    InitCommonControlsEx(&classes);
+    loadControls(ICC_LISTVIEW_CLASSES);
     create(WC_LISTVIEWW, L"", WS_CHILD | style, rect, parent, nullptr, module);
 }
 
