@@ -42,7 +42,10 @@ public:
     }
     PenInUse(const PenInUse&) = delete;
     PenInUse& operator=(const PenInUse&) = delete;
-    ~PenInUse() noexcept(false) { SelectObject(context_, previous_); }
+    ~PenInUse() noexcept(false)
+    {
+        closeAtEnd([this] { selectInto(context_, previous_, "Can't draw line"); });
+    }
 
 private:
     HDC context_;
@@ -66,7 +69,15 @@ public:
     ~PaletteInUse() noexcept(false)
     {
         if (previous_)
-            SelectPalette(context_, previous_, true);
+            closeAtEnd([this] { context_.select(previous_, true); });
+    }
+
+    // Of the context; null when its device uses none.
+    HPALETTE current() const
+    {
+        return context_.usesPalette() ? static_cast<HPALETTE>(ensureGDI(
+                                            [&] { return GetCurrentObject(context_, OBJ_PAL); }, "Can't blit bits"))
+                                      : nullptr;
     }
 
 private:
@@ -99,7 +110,7 @@ void pathStep(HDC context, BOOL(WINAPI* step)(HDC), const char* what)
 bool clipTo(HBITMAP bitmap, Rect& part)
 {
     BITMAP description = {};
-    GetObjectW(bitmap, sizeof description, &description);
+    ensureGDI([&] { return GetObjectW(bitmap, sizeof description, &description); }, "Can't blit bits");
     const Rect all(0, 0, description.bmWidth, std::abs(description.bmHeight));
     return IntersectRect(&part, &part, &all);
 }
@@ -272,7 +283,7 @@ void DeviceContext::blitTransparent(HBITMAP bitmap, int x, int y, int width, int
         return;
     // The numbers in a bitmap of such a device mean the colours of the palette that the target has.
     const PaletteInUse targetPalette(handle_, palette);
-    const PaletteInUse sourcePalette(source, static_cast<HPALETTE>(GetCurrentObject(handle_, OBJ_PAL)));
+    const PaletteInUse sourcePalette(source, targetPalette.current());
     TransparentPicture picture(*this, source, part.getPosition(), part.getSize(), transparentColour);
     picture.draw(*this, Point(x + part.left - sourceX, y + part.top - sourceY));
 }

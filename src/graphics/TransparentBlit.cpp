@@ -56,14 +56,16 @@ TransparentPicture::TransparentPicture(const DeviceContext& target, HDC source, 
 unsigned long TransparentPicture::asCopiedFrom(HDC source, unsigned long colour)
 {
     BITMAP description = {};
-    GetObjectW(GetCurrentObject(source, OBJ_BITMAP), sizeof description, &description);
+    const HGDIOBJ selected = ensureGDI([=] { return GetCurrentObject(source, OBJ_BITMAP); }, blitFailed);
+    ensureGDI([&] { return GetObjectW(selected, sizeof description, &description); }, blitFailed);
     if (description.bmBitsPixel != 16)
         return colour;
     const Bitmap pixel(ensureGDI([=] { return CreateCompatibleBitmap(source, 1, 1); }, blitFailed), true);
     const DeviceContext memory =
         DeviceContext::createCompatible(picture_); // After the bitmap, which it has to let go of first.
     selectBitmap(memory, pixel);
-    SetPixel(memory, 0, 0, colour);
+    ensureGDINot(
+        CLR_INVALID, [&] { return SetPixel(memory, 0, 0, colour); }, blitFailed);
     picture_.blit(memory, 0, 0, 1, 1, 0, 0, SRCCOPY);
     return picture_.getPixel(0, 0);
 }
