@@ -23,29 +23,40 @@ std::size_t usedBytes()
 
 namespace {
 // Where the system does not count, as Wine does not, it also takes handles by their lower half alone.
-template <class IsHandle> unsigned counted(DWORD kind, ULONG_PTR step, IsHandle isHandle)
+template <class IsHandle> unsigned countedHandles(ULONG_PTR step, IsHandle isHandle)
 {
-    if (const unsigned count = GetGuiResources(GetCurrentProcess(), kind))
-        return count;
     unsigned count = 0;
     for (ULONG_PTR handle = step; handle < 0x10000; handle += step)
         count += isHandle(handle) ? 1 : 0;
+    return count;
+}
+
+// Asked for one by one, each handle that is no window of the process would be a question to another one.
+unsigned ownWindows(HWND parent)
+{
+    unsigned count = 0;
+    for (HWND window = nullptr; (window = FindWindowExW(parent, window, nullptr, nullptr)) != nullptr;) {
+        DWORD process = 0;
+        GetWindowThreadProcessId(window, &process);
+        if (process == GetCurrentProcessId())
+            count += 1 + ownWindows(window);
+    }
     return count;
 }
 } // namespace
 
 unsigned drawingObjects()
 {
-    return counted(GR_GDIOBJECTS, 1,
-                   [](ULONG_PTR handle) { return GetObjectType(reinterpret_cast<HGDIOBJ>(handle)) != 0; });
+    if (const unsigned count = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS))
+        return count;
+    return countedHandles(1, [](ULONG_PTR handle) { return GetObjectType(reinterpret_cast<HGDIOBJ>(handle)) != 0; });
 }
 
 unsigned userObjects()
 {
-    return counted(GR_USEROBJECTS, 2, [](ULONG_PTR handle) {
-        DWORD process = 0; // Windows of other programs answer, too.
-        GetWindowThreadProcessId(reinterpret_cast<HWND>(handle), &process);
-        return process == GetCurrentProcessId() || IsMenu(reinterpret_cast<HMENU>(handle));
-    });
+    if (const unsigned count = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS))
+        return count;
+    return ownWindows(GetDesktopWindow()) + ownWindows(HWND_MESSAGE) +
+           countedHandles(2, [](ULONG_PTR handle) { return IsMenu(reinterpret_cast<HMENU>(handle)) != FALSE; });
 }
 } // namespace support
