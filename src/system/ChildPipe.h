@@ -13,7 +13,7 @@ public:
 
     void* childsEnd() const { return childsEnd_.get(); }
     /// To be called when the child has its own.
-    void closeChildsEnd() { childsEnd_.reset(); }
+    void closeChildsEnd() { closeNow(childsEnd_, "Can't close the child's end of a pipe"); }
 
 private:
     struct Ends {

@@ -39,6 +39,12 @@ void* InheritedHandles::addCopy(void* handle)
     return copy;
 }
 
+void InheritedHandles::closeCopies()
+{
+    for (FreshHandle& copy : copies_)
+        closeNow(copy, "Can't close the copy of a child's handle");
+}
+
 LPPROC_THREAD_ATTRIBUTE_LIST InheritedHandles::getAttributes()
 {
     if (listed_.empty() || attributes_)

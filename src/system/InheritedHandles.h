@@ -5,7 +5,7 @@
 #include <vector>
 
 namespace tarn {
-/// The handles that one child inherits, and no other. Closes the copies that it has made when the child has its own.
+/// The handles that one child inherits, and no other.
 class InheritedHandles {
 public:
     InheritedHandles() = default;
@@ -17,6 +17,8 @@ public:
     void add(void* handle);
     /// Lists an inheritable copy and gives it; null for no handle. Throws "Can't pass a handle on to a child process".
     void* addCopy(void* handle);
+    /// To be called when the child has its own. Throws "Can't close the copy of a child's handle".
+    void closeCopies();
     /// For the extended start-up record; null when nothing is listed. Valid as long as this object. Throws "Can't list
     /// the handles for a child process".
     LPPROC_THREAD_ATTRIBUTE_LIST getAttributes();

@@ -58,6 +58,19 @@ STARTUPINFOEXW startupFor(const ProcessOptions& options, InheritedHandles& inher
     return startup;
 }
 
+// Who reads from a pipe to which this process has a copy of the child's end would wait for ever.
+void closeCopies(InheritedHandles& inherited, const PROCESS_INFORMATION& child)
+{
+    try {
+        inherited.closeCopies();
+    } catch (...) {
+        TerminateProcess(child.hProcess, ERROR_CANCELLED);
+        CloseHandle(child.hThread);
+        CloseHandle(child.hProcess);
+        throw;
+    }
+}
+
 // The child has been made suspended. One that does not get into its job ends before it has done anything.
 void beginInJob(const Job& job, const PROCESS_INFORMATION& child, bool suspended)
 {
@@ -104,6 +117,7 @@ void Process::create(const wchar_t* commandLine, const ProcessOptions& options)
                               options.workingFolder.empty() ? nullptr : options.workingFolder.c_str(),
                               &startup.StartupInfo, &child),
                [&] { return "Can't create process " + quoted(commandLine); });
+        closeCopies(inherited, child);
     }
     takeOver(child, options.job, (options.creationFlags & CREATE_SUSPENDED) != 0);
 }
