@@ -3,6 +3,7 @@
 #include <ScratchFolder.h>
 #include <ScratchKey.h>
 
+#include <filesystem>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -12,31 +13,53 @@
 // another of them failing.
 
 namespace failures {
-/// What every run of a scenario finds as it was for the first: an empty folder, an empty key.
+/// Where scenarios run: an empty folder for files, one for temporary files, an empty key. The current folder is one
+/// beside them, so that what deletes too much meets its canary first.
 class Place {
 public:
+    /// Makes the place, and makes it that of this process and of those that it starts.
     Place();
 
-    /// Removes what the former run left, with the platform's own calls.
-    void clear() const;
-    /// Whether nothing beside the folder was touched.
+    /// Whether nothing beside the folders was touched.
     bool isWholeOutside() const;
-
-    std::wstring file(const wchar_t* name) const { return folder_ + L"\\" + name; }
-    std::string narrowFile(const char* name) const;
-    HKEY key() const { return key_.key(); }
+    /// Below `HKEY_CURRENT_USER`.
+    const std::wstring& keyPath() const { return key_.path(); }
 
 private:
     support::ScratchFolder root_;
     support::ScratchKey key_;
-    std::wstring folder_;
+};
+
+/// The same as a scenario sees it, in a process whose current folder is that of the place.
+class WorkPlace {
+public:
+    explicit WorkPlace(const std::wstring& keyPath);
+    WorkPlace(const WorkPlace&) = delete;
+    WorkPlace& operator=(const WorkPlace&) = delete;
+    ~WorkPlace() { RegCloseKey(key_); }
+
+    /// Removes what the former run left, with the platform's own calls.
+    void clear() const;
+    /// Whether no temporary file is left.
+    bool isTidy() const;
+
+    std::wstring file(const wchar_t* name) const { return (folder_ / name).wstring(); }
+    std::string narrowFile(const char* name) const { return (folder_ / name).string(); }
+    HKEY key() const { return key_; }
+
+private:
+    std::filesystem::path folder_, temporary_;
+    HKEY key_ = nullptr;
 };
 
 /// Something that users do with the library, from its beginning to its end. Passes when no call fails.
 struct Scenario {
     const char* name;
-    std::function<void(const Place&)> run;
+    std::function<void(const WorkPlace&)> run;
 };
+
+/// All of them, in the order in which they are run.
+std::vector<Scenario> allScenarios();
 
 std::vector<Scenario> foundationScenarios();
 std::vector<Scenario> systemScenarios();
@@ -52,26 +75,14 @@ inline void expect(bool asExpected, const char* what)
         throw std::logic_error(what);
 }
 
-/// One run: the scenario, the call that fails in it, which of its calls, and whether all later ones do.
-struct Run {
-    const Scenario* scenario;
-    std::size_t call;
-    unsigned at;
-    bool always;
-
-    std::string name() const;
-};
-
 /// The failing calls that are passed over on purpose, from the table of docs/failing-calls.md.
 class PassedOver {
 public:
     PassedOver();
 
-    /// Whether the page has a row for it; notes that the row was of use.
-    bool covers(const Run& run);
-    /// Whether the row says "not run": the failing call alone keeps the program from going on.
-    bool forbids(const Run& run);
-    /// Rows that no run has needed.
+    /// Whether the page has a row for a complaint about this call in this scenario; notes that the row was of use.
+    bool covers(const std::string& call, const std::string& scenario);
+    /// Rows that no complaint has needed.
     std::vector<std::string> unused() const;
 
 private:
@@ -79,8 +90,17 @@ private:
         std::string calls, scenarios, text;
         bool used = false;
     };
-    Row* find(const Run& run);
 
     std::vector<Row> rows_;
 };
+
+/// What a program that ran one scenario tells of its runs, in lines on its standard output: a word for the kind, and
+/// what belongs to it, with tabulators between.
+namespace told {
+inline const std::string run = "run";             ///< its number, its name
+inline const std::string complaint = "complaint"; ///< the call, the text
+inline const std::string ended = "ended";         ///< why the program does not go on
+inline const std::string makes = "makes"; ///< a call that the scenario makes
+inline const std::string complete = "complete";   ///< the number of all runs
+} // namespace told
 } // namespace failures

@@ -24,7 +24,7 @@ namespace failures {
 namespace {
 constexpr char content[] = "twenty-one characters";
 
-void saveAndLoad(const Place& place)
+void saveAndLoad(const WorkPlace& place)
 {
     const std::wstring path = place.file(L"file.txt");
     {
@@ -43,7 +43,7 @@ void saveAndLoad(const Place& place)
     file.close();
 }
 
-void askAboutFiles(const Place& place)
+void askAboutFiles(const WorkPlace& place)
 {
     const std::string path = place.narrowFile("asked.txt");
     tarn::WindowsFile(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr).close();
@@ -53,7 +53,7 @@ void askAboutFiles(const Place& place)
     expect(tarn::WindowsFile::getFullPath(path.c_str()) == path, "the full path differs");
 }
 
-void useTemporaries(const Place& place)
+void useTemporaries(const WorkPlace& place)
 {
     tarn::TemporaryFile file("campaign");
     expect(!file.getPathW().empty(), "no path");
@@ -63,23 +63,23 @@ void useTemporaries(const Place& place)
     tarn::WindowsFile(inside.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr).close();
 }
 
-void useModules(const Place&)
+void useModules(const WorkPlace&)
 {
     tarn::WindowsModule loaded("version.dll", true);
     expect(loaded.getProcAddress("GetFileVersionInfoW", false) != nullptr, "no entry point");
     expect(!loaded.getFilenameW().empty(), "no file name");
     loaded.close();
-    const tarn::WindowsModule present(L"kernel32.dll", false);
+    const tarn::WindowsModule present(L"kernelbase.dll", false);
     expect(!present.getMessageA(ERROR_FILE_NOT_FOUND, 0).empty(), "no message");
 }
 
-void readVersion(const Place&)
+void readVersion(const WorkPlace&)
 {
     const tarn::VersionInfo version(L"kernel32.dll");
     expect(version.FileVersion().major != 0, "no version");
 }
 
-void lockMemory(const Place&)
+void lockMemory(const WorkPlace&)
 {
     tarn::LocalMemory memory(LocalAlloc(LMEM_MOVEABLE, 16), true);
     std::memset(memory.lock(), 0, 16);
@@ -88,7 +88,7 @@ void lockMemory(const Place&)
     memory.free();
 }
 
-void signalAndLock(const Place&)
+void signalAndLock(const WorkPlace&)
 {
     tarn::Event event(true, false);
     event.set();
@@ -115,15 +115,22 @@ struct Counting : tarn::Thread {
     unsigned long run() override { return 42; }
 };
 
-void runThread(const Place&)
+void runThread(const WorkPlace&)
 {
     Counting thread;
+    thread.start(false);
+    expect(thread.join() == 42, "another exit code");
     thread.start(true);
-    thread.resume();
+    try {
+        thread.resume();
+    } catch (...) {
+        ResumeThread(thread.getHandle()); // Or nobody could wait for it.
+        throw;
+    }
     expect(thread.join() == 42, "another exit code");
 }
 
-void runProcess(const Place&)
+void runProcess(const WorkPlace&)
 {
     SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
     tarn::Pipe pipe(0, &inheritable);
@@ -138,14 +145,14 @@ void runProcess(const Place&)
     expect(output.getSize() != 0, "no output");
 }
 
-void captureProcess(const Place&)
+void captureProcess(const WorkPlace&)
 {
     const tarn::RunResult result = tarn::runProcess(tarn::BasicString<wchar_t>(FAILURES_CHILD));
     expect(result.exitCode == 0, "another exit code");
     expect(!result.output.empty(), "no output");
 }
 
-void askServices(const Place&)
+void askServices(const WorkPlace&)
 {
     tarn::ServiceManager manager(static_cast<const char*>(nullptr), SC_MANAGER_ALL_ACCESS);
     tarn::Service service;
@@ -157,14 +164,14 @@ void askServices(const Place&)
     manager.close();
 }
 
-void useIniFile(const Place& place)
+void useIniFile(const WorkPlace& place)
 {
     const std::string path = place.narrowFile("settings.ini");
     tarn::setIniString(path.c_str(), "Window", "Width", "640");
     expect(tarn::getIniString(path.c_str(), "Window", "Width", "") == "640", "another value");
 }
 
-void askZone(const Place&)
+void askZone(const WorkPlace&)
 {
     tarn::TimeZone::current();
     tarn::TimeZone::currentForYear(2024);

@@ -50,7 +50,7 @@ void drainMessages()
         continue;
 }
 
-void showWindow(const Place&)
+void showWindow(const WorkPlace&)
 {
     drainMessages();
     Painted window;
@@ -64,7 +64,7 @@ void showWindow(const Place&)
     tarn::runMessageLoop();
 }
 
-void workControls(const Place&)
+void workControls(const WorkPlace&)
 {
     Painted window;
     tarn::ListView list;
@@ -80,7 +80,7 @@ void workControls(const Place&)
     expect(combo.getItemData(0) == &combo, "other data");
 }
 
-void useMenu(const Place&)
+void useMenu(const WorkPlace&)
 {
     tarn::Menu bar(false), popup(true);
     popup.insert(L"Save", 0, MF_BYPOSITION | MF_STRING, 7);
@@ -88,7 +88,9 @@ void useMenu(const Place&)
     popup.setItemState(tarn::Menu::grayed, 7, false);
     bar.insert("File", 0, MF_BYPOSITION | MF_POPUP, reinterpret_cast<UINT_PTR>(HMENU(popup)));
     popup = tarn::Menu(); // The bar's from now on.
-    expect(bar.getSubMenu(0).getItemID(0) == 7, "another item");
+    const tarn::Menu found = bar.getSubMenu(0);
+    expect(found, "no submenu");
+    expect(found.getItemID(0) == 7, "another item");
     tarn::Menu::ItemInfo info;
     bar.getItemInfo(info, 0, true);
     expect(info.text == L"File", "another text");
@@ -102,7 +104,7 @@ struct Question : tarn::Dialog {
     bool onInitDialog(tarn::Window&) override
     {
         setText(questionField, "36");
-        postMessageA(WM_COMMAND, IDOK);
+        expect(postMessageA(WM_COMMAND, IDOK), "not posted");
         return true;
     }
     void onCommand(tarn::Window* sender, unsigned short code, unsigned short id) override
@@ -114,14 +116,14 @@ struct Question : tarn::Dialog {
     unsigned age = 0;
 };
 
-void askInDialog(const Place&)
+void askInDialog(const WorkPlace&)
 {
     drainMessages();
     Question question;
     expect(question.showModal() == IDOK && question.age == 36, "another answer");
 }
 
-void draw(const Place&)
+void draw(const WorkPlace&)
 {
     const tarn::DeviceContext screen(nullptr, false);
     tarn::DeviceContext memory(screen);
@@ -139,11 +141,11 @@ void draw(const Place&)
         memory.drawText(0, 0, "x");
         memory.drawRectangle3D(tarn::Rect(0, 0, 20, 20), true);
     }
-    expect(memory.getPixel(5, 15) == RGB(255, 0, 0), "another colour");
+    expect(memory.getPixel(15, 15) == RGB(255, 0, 0), "another colour");
     memory.select(previous);
 }
 
-void drawTransparently(const Place&)
+void drawTransparently(const WorkPlace&)
 {
     const tarn::DeviceContext screen(nullptr, false);
     tarn::DeviceContext memory(screen);
