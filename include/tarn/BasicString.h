@@ -122,6 +122,10 @@ public:
     BasicString& operator=(const Ch* s) { return assign(s); }
     BasicString& operator=(const OtherCh* s) { return *this = BasicString(s); }
     BasicString& operator=(const std::basic_string<OtherCh>& s) { return *this = BasicString(s); }
+    template <std::same_as<std::basic_string_view<OtherCh>> Other> BasicString& operator=(Other s)
+    {
+        return *this = BasicString(s);
+    }
     ///@}
 
     using Base::assign;

@@ -95,6 +95,9 @@ TEST_CASE("String: it is put together and assigned from either width", "[foundat
     CHECK(s == std::string("x\0y", 3));
     CHECK(String(WideString(L"Gr\xFC\xDF")) == "Gr\xFC\xDF");
     CHECK(WideString(standard) + String(std::wstring_view(wide)).c_str() == L"zx");
+    String viewed;
+    viewed = std::wstring_view(wide);
+    CHECK(viewed == std::string_view("x\0y", 3));
 }
 
 TEST_CASE("String: a null text is the empty one", "[foundation][string]")
