@@ -111,7 +111,8 @@ public:
     HWND getWindowHandle() const { return hwnd_; }
     operator HWND() const { return hwnd_; }
     bool isOpen() const { return hwnd_ != nullptr; }
-    operator bool() const { return isOpen(); }
+    // A template, which gives no other numbers.
+    template <std::same_as<bool> Bool> operator Bool() const { return isOpen(); }
     bool operator!() const { return !isOpen(); }
     ///@}
     /// Whether subclass() took over the messages of the window.
@@ -424,7 +425,8 @@ public:
 
     // ---- Focus, mouse, timers and the rest. Windows without an object come as temporary objects.
 
-    /// Throws "Can't retrieve parent window".
+    /// Throws "Can't retrieve parent window". Keep the result in a variable, `const auto parent = child.getParent();`:
+    /// a temporary object is gone at the end of the line that only takes its address.
     Pointer<Window> getParent() const;
     /// What had it before. Throws "Can't set focus".
     Pointer<Window> setFocus() const;

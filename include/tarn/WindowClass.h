@@ -5,6 +5,7 @@
 #include <tarn/Lock.h>
 #include <tarn/Windows.h>
 
+#include <concepts>
 #include <map>
 #include <memory>
 
@@ -25,10 +26,15 @@ public:
     WindowClass(unsigned int style, int menu, HICON icon, unsigned int colourIndex, HCURSOR cursor, HINSTANCE instance);
     ///@}
     WindowClass(const WindowClass&) = delete;
+    /// Takes the reference over, and leaves the other object without one.
+    WindowClass(WindowClass&& other) noexcept = default;
     /// The target refers to the same registration, without being counted and without releasing what it
     /// referred to before; whichever of the two is closed first ends a registration that nobody else
     /// counts. create() an object with the same attributes where a user of its own is wanted.
     WindowClass& operator=(const WindowClass& other) = default;
+    /// Takes the reference over, as `windowClass = WindowClass(...)` needs; what the target referred to before is
+    /// released as by the destructor, but a failure is told to the debugger only.
+    WindowClass& operator=(WindowClass&& other) noexcept;
     ~WindowClass() noexcept(false);
 
     /// Releases what the object referred to, and registers or shares the class. `menu` is the number of a
@@ -41,7 +47,8 @@ public:
 
     /// Whether it refers to a registered class.
     ///@{
-    operator bool() const { return getAtom() != 0; }
+    // A template, which gives no other numbers.
+    template <std::same_as<bool> Bool> operator Bool() const { return getAtom() != 0; }
     bool operator!() const { return getAtom() == 0; }
     ///@}
     /// 0 for none.
@@ -56,6 +63,7 @@ private:
         unsigned int count;
     };
 
+    void closeOrAbandon();
     void abandon();
     static void unregisterAbandoned() noexcept;
 

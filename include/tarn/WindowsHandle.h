@@ -49,7 +49,8 @@ public:
     /// Neither `INVALID_HANDLE_VALUE` nor null.
     ///@{
     bool isOpen() const { return handle_ != INVALID_HANDLE_VALUE && handle_; }
-    template <std::same_as<bool> Bool> operator Bool() const { return isOpen(); } // Never for other numbers.
+    // A template, which gives no other numbers.
+    template <std::same_as<bool> Bool> operator Bool() const { return isOpen(); }
     bool operator!() const { return !isOpen(); }
     ///@}
 

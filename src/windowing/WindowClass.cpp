@@ -59,14 +59,15 @@ WindowClass::WindowClass(unsigned int style, int menu, HICON icon, unsigned int 
 
 WindowClass::~WindowClass() noexcept(false)
 {
-    closeAtEnd([this] {
-        try {
-            close();
-        } catch (...) {
-            abandon();
-            throw;
-        }
-    });
+    closeAtEnd([this] { closeOrAbandon(); });
+}
+
+WindowClass& WindowClass::operator=(WindowClass&& other) noexcept
+{
+    WindowClass taken(std::move(other)); // First, because it may be this object.
+    closeQuietly([this] { closeOrAbandon(); });
+    data_ = std::move(taken.data_);
+    return *this;
 }
 
 void WindowClass::create(unsigned int style, int menu, HICON icon, HBRUSH brush, HCURSOR cursor, HINSTANCE instance)
@@ -109,6 +110,16 @@ void WindowClass::close()
         std::erase_if(Map, [&](const auto& entry) { return entry.second == data_; });
     }
     data_.reset();
+}
+
+void WindowClass::closeOrAbandon()
+{
+    try {
+        close();
+    } catch (...) {
+        abandon();
+        throw;
+    }
 }
 
 // Windows are still open, as they are when a class is a member of its window's object. The registration waits

@@ -8,6 +8,8 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <utility>
+#include <vector>
 
 using namespace tarn;
 
@@ -131,6 +133,27 @@ TEST_CASE("WindowClass: an assigned reference is not counted", "[windowclass]")
     CHECK(!isRegistered(atom));
     CHECK(!owner); // It refers to what is gone, and closing it is harmless.
     owner.close();
+}
+
+TEST_CASE("WindowClass: a moved reference is the only one, and what was held is released", "[windowclass]")
+{
+    WindowClass target = make(CS_OWNDC), other = make(CS_DBLCLKS);
+    const ATOM former = target.getAtom();
+    target = make(CS_OWNDC | CS_DBLCLKS);
+    CHECK((target && isRegistered(target.getAtom()) && !isRegistered(former)));
+    std::swap(target, other);
+    std::vector<WindowClass> classes;
+    classes.push_back(std::move(target));
+    classes.push_back(std::move(other));
+    CHECK((!target && classes[0] && classes[1]));
+
+    Window window;
+    open(window, classes[0]);
+    const ATOM inUse = classes[0].getAtom();
+    classes.erase(classes.begin()); // The failure is the debugger's; the class goes with its window.
+    CHECK(isRegistered(inUse));
+    window.destroy();
+    CHECK(!isRegistered(inUse));
 }
 
 TEST_CASE("WindowClass: a name that is taken already cannot be registered", "[windowclass]")
