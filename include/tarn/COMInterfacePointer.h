@@ -51,6 +51,15 @@ public:
     COMInterfacePointer(const COMInterfacePointer& other) noexcept : COMInterfacePointer(other.object_) {}
     COMInterfacePointer(COMInterfacePointer&& other) noexcept : object_(other.detach()) {}
     ///@}
+    /// A pointer to an interface that is derived from this one, as plain pointers convert; as() asks the object.
+    ///@{
+    template <class Derived>
+    requires std::convertible_to<Derived*, T*> COMInterfacePointer(const COMInterfacePointer<Derived>& other)
+    noexcept : COMInterfacePointer(other.get()) {}
+    template <class Derived>
+    requires std::convertible_to<Derived*, T*> COMInterfacePointer(COMInterfacePointer<Derived>&& other)
+    noexcept : object_(other.detach()) {}
+    ///@}
     /// Releases the reference held before.
     COMInterfacePointer& operator=(COMInterfacePointer other) noexcept
     {

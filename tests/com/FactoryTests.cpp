@@ -68,6 +68,9 @@ TEST_CASE("IUnknownImpl: a query counts, refuses and reports without touching th
     CHECK((object->QueryInterface(IID_IDispatch, &found) == E_NOINTERFACE && found == &untouched));
     CHECK(object->QueryInterface(IID_IPersist, nullptr) == E_POINTER);
     CHECK((object.as<IPersist>() == object && !object.as<IDispatch>()));
+    COMInterfacePointer<IUnknown> base = object, moved = COMInterfacePointer<IPersist>(object);
+    CHECK((base == moved && (moved = nullptr, base = std::move(object), !object && base.as<IPersist>())));
+    object = base.as<IPersist>();
     CHECK((object && object == object.get() && object != nullptr && object.as<IUnknown>() != nullptr));
     support::expectError<tarn::COMError>([&] { object.require<IDispatch>(); },
                                          std::string("Can't get COM interface: HRESULT value 80004002"));
