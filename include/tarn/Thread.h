@@ -39,7 +39,7 @@ public:
 
     /// With `suspended` the thread does nothing until resume(). A thread of this object that is still
     /// running is let go of: it runs on, and nobody can join it any more. Throws "Can't create thread".
-    void start(bool suspended);
+    void start(bool suspended = false);
     /// Waits until the thread has finished and returns its exit code, as often as it is called; 0 at once
     /// when nothing was started. Throws "Error waiting for thread exit", "Can't retrieve the thread's exit
     /// code", but not before run() has returned: the caller may be your destructor.

@@ -42,7 +42,7 @@ TEST_CASE("Thread: what run returns is the result of every join, and start begin
     unsigned long result = 7;
     Worker thread([&](Worker&) { return result; });
     CHECK(thread.join() == 0); // Never started: no wait.
-    thread.start(false);
+    thread.start();
     CHECK(thread.join() == 7);
     CHECK(thread.join() == 7);
     const unsigned long handles = support::openHandles();
