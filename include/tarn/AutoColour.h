@@ -6,37 +6,33 @@
 namespace tarn {
 class DeviceContext;
 
-/// Text is drawn in an RGB colour while this lives, and in the former colour again afterwards. End it before the
-/// context. Failures throw WindowsError "Can't set text colour", also out of the destructor.
-class TARN_API AutoTextColour {
+/// What of a device context has a colour.
+enum class ContextColour { text, background };
+
+/// A colour of a device context is another one while this lives, and the former one again afterwards; see the names
+/// below. End it before the context. Failures throw WindowsError "Can't set text colour" or "Can't set back colour",
+/// also out of the destructor.
+template <ContextColour which> class TARN_API AutoColour {
 public:
-    /// A DeviceContext fits.
-    [[nodiscard]] AutoTextColour(HDC context, unsigned long colour);
+    /// A DeviceContext fits; the colour is an RGB value.
+    [[nodiscard]] AutoColour(HDC context, unsigned long colour);
     /// A temporary context would end first.
-    AutoTextColour(DeviceContext&& context, unsigned long colour) = delete;
-    AutoTextColour(const AutoTextColour&) = delete;
-    AutoTextColour& operator=(const AutoTextColour&) = delete;
-    ~AutoTextColour() noexcept(false);
+    AutoColour(DeviceContext&& context, unsigned long colour) = delete;
+    AutoColour(const AutoColour&) = delete;
+    AutoColour& operator=(const AutoColour&) = delete;
+    ~AutoColour() noexcept(false);
 
 private:
     HDC context_;
     unsigned long former_;
 };
 
-/// The same for the colour behind text. Failures throw WindowsError "Can't set back colour", also out of the
-/// destructor.
-class TARN_API AutoBackgroundColour {
-public:
-    /// A DeviceContext fits.
-    [[nodiscard]] AutoBackgroundColour(HDC context, unsigned long colour);
-    /// A temporary context would end first.
-    AutoBackgroundColour(DeviceContext&& context, unsigned long colour) = delete;
-    AutoBackgroundColour(const AutoBackgroundColour&) = delete;
-    AutoBackgroundColour& operator=(const AutoBackgroundColour&) = delete;
-    ~AutoBackgroundColour() noexcept(false);
+extern template class AutoColour<ContextColour::text>;
+extern template class AutoColour<ContextColour::background>;
 
-private:
-    HDC context_;
-    unsigned long former_;
-};
+/// Of the text, and of what is behind it: `AutoTextColour red(context, RGB(255, 0, 0));`.
+///@{
+using AutoTextColour = AutoColour<ContextColour::text>;
+using AutoBackgroundColour = AutoColour<ContextColour::background>;
+///@}
 } // namespace tarn

@@ -19,8 +19,9 @@ namespace tarn {
 /// destruction and on close(). Moving hands a context on. The copy constructor copies no handle: it makes a new memory
 /// context compatible with the other one. So pass contexts by reference, and make a memory context with
 /// createCompatible(), which says what it does: `DeviceContext memory(DeviceContext(nullptr, false))` copies nothing
-/// and is the screen itself. Colours are RGB values, lengths of text in characters. Use a context on the thread that
-/// got it. Failures throw WindowsError, also out of the destructor.
+/// and is the screen itself. A `std::vector` copies its contexts when it grows, because their destructor may throw:
+/// reserve() first, or use a `std::deque`. Colours are RGB values, lengths of text in characters. Use a context on the
+/// thread that got it. Failures throw WindowsError, also out of the destructor.
 class TARN_API DeviceContext {
 public:
     /// A memory context compatible with the screen, one monochrome pixel in size until a bitmap is

@@ -5,21 +5,24 @@
 #include "../foundation/Closing.h"
 
 namespace tarn {
-AutoTextColour::AutoTextColour(HDC context, unsigned long colour)
-    : context_(context), former_(DeviceContext(context).setTextColour(colour))
+namespace {
+template <ContextColour which> unsigned long setColour(HDC handle, unsigned long colour)
+{
+    DeviceContext context(handle);
+    return which == ContextColour::text ? context.setTextColour(colour) : context.setBackgroundColour(colour);
+}
+} // namespace
+
+template <ContextColour which>
+AutoColour<which>::AutoColour(HDC context, unsigned long colour)
+    : context_(context), former_(setColour<which>(context, colour))
 {
 }
-AutoTextColour::~AutoTextColour() noexcept(false)
+template <ContextColour which> AutoColour<which>::~AutoColour() noexcept(false)
 {
-    closeAtEnd([this] { DeviceContext(context_).setTextColour(former_); });
+    closeAtEnd([this] { setColour<which>(context_, former_); });
 }
 
-AutoBackgroundColour::AutoBackgroundColour(HDC context, unsigned long colour)
-    : context_(context), former_(DeviceContext(context).setBackgroundColour(colour))
-{
-}
-AutoBackgroundColour::~AutoBackgroundColour() noexcept(false)
-{
-    closeAtEnd([this] { DeviceContext(context_).setBackgroundColour(former_); });
-}
+template class AutoColour<ContextColour::text>;
+template class AutoColour<ContextColour::background>;
 } // namespace tarn

@@ -9,9 +9,9 @@ void guardsNeedAContextThatStays(const tarn::Pen& pen)
     tarn::AutoSelect use(tarn::DeviceContext(nullptr, false), pen);
     // forbidden: use of deleted function .*AutoSelect
     tarn::AutoSelect own(tarn::DeviceContext(nullptr, false), tarn::Brush(RGB(1, 2, 3)));
-    // forbidden: use of deleted function .*AutoTextColour
+    // forbidden: use of deleted function .*AutoColour
     tarn::AutoTextColour text(tarn::DeviceContext(nullptr, false), RGB(1, 2, 3));
-    // forbidden: use of deleted function .*AutoBackgroundColour
+    // forbidden: use of deleted function .*AutoColour
     tarn::AutoBackgroundColour background(tarn::DeviceContext(nullptr, false), RGB(1, 2, 3));
 }
 
