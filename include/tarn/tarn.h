@@ -100,6 +100,7 @@
 #include <tarn/StdIOStream.h>
 #include <tarn/Stream.h>
 #include <tarn/StreamValues.h>
+#include <tarn/StringBox.h>
 #include <tarn/StringHelper.h>
 #include <tarn/TabControl.h>
 #include <tarn/TemporaryDirectory.h>

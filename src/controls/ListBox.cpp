@@ -1,72 +1,37 @@
 #include <tarn/ListBox.h>
 
-#include "StringBox.h"
+#include "StringBoxImpl.h"
 
 namespace tarn {
-void ListBox::create(HWND parent, unsigned short id, const RECT& rect, unsigned long style)
-{
-    createControl(*this, WC_LISTBOXW, parent, id, rect, style);
-}
+struct detail::ListBoxMessages {
+    static constexpr const wchar_t* windowClass = WC_LISTBOXW;
+    enum Message : UINT {
+        addString = LB_ADDSTRING,
+        insertString = LB_INSERTSTRING,
+        getTextLength = LB_GETTEXTLEN,
+        getText = LB_GETTEXT,
+        deleteString = LB_DELETESTRING,
+        resetContent = LB_RESETCONTENT,
+        getCount = LB_GETCOUNT,
+        setItemData = LB_SETITEMDATA,
+        getItemData = LB_GETITEMDATA,
+        findString = LB_FINDSTRING,
+        getSelection = LB_GETCURSEL,
+        setSelection = LB_SETCURSEL
+    };
+    enum Style : DWORD {
+        hasStrings = LBS_HASSTRINGS,
+        ownerDrawFixed = LBS_OWNERDRAWFIXED,
+        ownerDrawVariable = LBS_OWNERDRAWVARIABLE
+    };
+    static constexpr const char* failedString = "Can't add string to listbox";
+    static constexpr const char* failedItem = "Can't add item to listbox";
+    static constexpr const char* failedText = "Can't get listbox item text";
+    static constexpr const char* failedDeleting = "Can't delete listbox item";
+    static constexpr const char* failedData = "Can't set listbox item data";
+};
 
-int ListBox::addString(const char* text) const
-{
-    return ensureAdded(*this, sendText(*this, LB_ADDSTRING, 0, text), "Can't add string to listbox");
-}
-int ListBox::addString(const wchar_t* text) const
-{
-    return ensureAdded(*this, sendText(*this, LB_ADDSTRING, 0, text), "Can't add string to listbox");
-}
-int ListBox::addString(unsigned short resource, HINSTANCE module) const { return addLines(*this, resource, module); }
-
-int ListBox::insertString(unsigned index, const char* text) const
-{
-    return ensureAdded(*this, sendText(*this, LB_INSERTSTRING, toIndex(index), text), "Can't add string to listbox");
-}
-int ListBox::insertString(unsigned index, const wchar_t* text) const
-{
-    return ensureAdded(*this, sendText(*this, LB_INSERTSTRING, toIndex(index), text), "Can't add string to listbox");
-}
-BasicString<char> ListBox::getStringA(unsigned index) const
-{
-    return textOfItem<char>(*this, index, LB_GETTEXTLEN, LB_GETTEXT, "Can't get listbox item text");
-}
-BasicString<wchar_t> ListBox::getStringW(unsigned index) const
-{
-    return textOfItem<wchar_t>(*this, index, LB_GETTEXTLEN, LB_GETTEXT, "Can't get listbox item text");
-}
-
-int ListBox::addItem(const void* data) const
-{
-    return ensureAdded(*this, sendMessageA(LB_ADDSTRING, 0, toLParam(data)), "Can't add item to listbox");
-}
-
-int ListBox::deleteString(unsigned index) const
-{
-    return static_cast<int>(ensureSent(*this, LB_ERR, "Can't delete listbox item", LB_DELETESTRING, index));
-}
-void ListBox::resetContent() const { sendMessageA(LB_RESETCONTENT); }
-int ListBox::getCount() const { return static_cast<int>(sendMessageA(LB_GETCOUNT)); }
-
-void ListBox::setItemData(unsigned index, const void* data) const
-{
-    ensureSent(*this, LB_ERR, "Can't set listbox item data", LB_SETITEMDATA, index, toLParam(data));
-}
-void* ListBox::getItemData(unsigned index) const { return toPointer(sendMessageA(LB_GETITEMDATA, index)); }
-
-int ListBox::findString(const char* text, unsigned start) const
-{
-    return static_cast<int>(sendText(*this, LB_FINDSTRING, toIndex(start), text));
-}
-int ListBox::findString(const wchar_t* text, unsigned start) const
-{
-    return static_cast<int>(sendText(*this, LB_FINDSTRING, toIndex(start), text));
-}
-
-int ListBox::getCurrentSelection() const { return static_cast<int>(sendMessageA(LB_GETCURSEL)); }
-int ListBox::setCurrentSelection(unsigned index) const
-{
-    return static_cast<int>(sendMessageA(LB_SETCURSEL, toIndex(index)));
-}
+template class StringBox<detail::ListBoxMessages>;
 
 bool ListBox::isSelected(unsigned index) const { return sendMessageA(LB_GETSEL, toIndex(index)) > 0; }
 void ListBox::setSelected(unsigned index, bool selected) const
@@ -84,9 +49,4 @@ std::vector<int> ListBox::getSelectedItems() const
     sendMessageA(LB_GETSELITEMS, items.size(), toLParam(items.data()));
     return items;
 }
-
-bool ListBox::hasStrings() const { return (getStyle() & LBS_HASSTRINGS) != 0; }
-bool ListBox::isOwnerDrawFixed() const { return (getStyle() & LBS_OWNERDRAWFIXED) != 0; }
-bool ListBox::isOwnerDrawVariable() const { return (getStyle() & LBS_OWNERDRAWVARIABLE) != 0; }
-bool ListBox::isOwnerDraw() const { return isOwnerDrawFixed() || isOwnerDrawVariable(); }
 } // namespace tarn
