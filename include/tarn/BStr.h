@@ -146,11 +146,13 @@ template <> struct std::hash<tarn::BStr> {
 template <class Pointer>
 requires std::same_as<std::remove_const_t<std::remove_pointer_t<Pointer>>, wchar_t>
 struct std::common_type<tarn::BStr, Pointer> {
-    using type = tarn::BStr; ///< The one that owns a text.
+    /// The one that owns a text.
+    using type = tarn::BStr;
 };
 /// The same the other way round.
 template <class Pointer>
 requires std::same_as<std::remove_const_t<std::remove_pointer_t<Pointer>>, wchar_t>
 struct std::common_type<Pointer, tarn::BStr> {
-    using type = tarn::BStr; ///< The one that owns a text.
+    /// The one that owns a text.
+    using type = tarn::BStr;
 };

@@ -373,7 +373,8 @@ template <StreamDay T> InputStream& operator>>(InputStream& in, T& value)
 
 /// An integer that has 64 bits on the stream whatever its own width is, as fixed64() makes it.
 template <std::integral T> struct Fixed64 {
-    T& number; ///< What is written or read.
+    /// What is written or read.
+    T& number;
 };
 /// For `std::size_t` and its like, so that programs of both editions exchange them: `out << tarn::fixed64(size)`,
 /// `in >> tarn::fixed64(size)`. Reading throws Exception "A number is too large for this program" for one that the type

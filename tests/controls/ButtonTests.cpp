@@ -2,7 +2,6 @@
 
 #include <tarn/Bitmap.h>
 #include <tarn/Button.h>
-#include <tarn/EditControl.h>
 #include <tarn/RadioButtonGroup.h>
 
 using namespace tarn;
@@ -56,39 +55,4 @@ TEST_CASE("RadioButtonGroup: positions count the radio buttons up to the next gr
     group.setSelection(3);
     CHECK((group.getSelection() == -1 && next.getSelection() == 0));
     support::expectWindowsError([&] { group.create(host, 50); }, "Can't retrieve radio button handle for group");
-}
-
-TEST_CASE("EditControl: the selection and the read-only state change, the text stays", "[controls]")
-{
-    const support::Hosted<EditControl> host(L"EDIT");
-    const EditControl& edit = host.control;
-    edit.setText(L"hello world");
-    const auto selection = [&] { return edit.sendMessageA(EM_GETSEL); };
-    edit.setSelection(2, 4);
-    CHECK(selection() == MAKELRESULT(2, 4));
-    edit.selectAll();
-    CHECK(selection() == MAKELRESULT(0, 11));
-    edit.clearSelection();
-    CHECK(LOWORD(selection()) == HIWORD(selection()));
-    CHECK(edit.getTextW() == L"hello world");
-    edit.setSelection(0, 5);
-    CHECK(edit.getSelection() == std::pair(0, 5));
-    edit.replaceSelection(L"\u03B2");
-    edit.replaceSelection("ye");
-    CHECK((edit.getTextW() == L"\u03B2ye world" && edit.getSelection() == std::pair(3, 3)));
-    edit.setLimit(9);
-    CHECK(edit.getLimit() == 9);
-    edit.sendMessageA(WM_CHAR, 'x'); // The tenth character.
-    edit.setText(L"");
-    edit.setNumbersOnly(true);
-    edit.sendMessageA(WM_CHAR, 'x');
-    edit.sendMessageA(WM_CHAR, '7');
-    CHECK(edit.getTextW() == L"7");
-    support::expectWindowsError([] { EditControl().setHint(L"name"); }, "Can't set hint");
-
-    edit.setReadonly(true);
-    CHECK(edit.getReadonly());
-    edit.setReadonly(false);
-    CHECK_FALSE(edit.getReadonly());
-    support::expectWindowsError([] { EditControl().setReadonly(true); }, "Can't set ES_READONLY style");
 }

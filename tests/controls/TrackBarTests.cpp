@@ -12,17 +12,6 @@
 
 using namespace tarn;
 
-TEST_CASE("ProgressBar: range and position are signed and wider than a word", "[controls]")
-{
-    const support::Hosted<ProgressBar> host(PROGRESS_CLASSW);
-    const ProgressBar& bar = host.control;
-    bar.setRange(-100000, 200000);
-    CHECK((bar.getRange().iLow == -100000 && bar.getRange().iHigh == 200000));
-    CHECK((bar.getMin() == -100000 && bar.getMax() == 200000));
-    bar.setPos(150000);
-    CHECK((bar.setPos(-5) == 150000 && bar.getPos() == -5));
-}
-
 TEMPLATE_TEST_CASE("Controls: each can be made in code, in the font of its parent", "[controls]", Button, ComboBox,
                    EditControl, ListBox, ListView, ProgressBar, ScrollBar, TrackBar, TreeView)
 {
@@ -35,25 +24,6 @@ TEMPLATE_TEST_CASE("Controls: each can be made in code, in the font of its paren
     const auto fontOf = [](const Window& window) { return reinterpret_cast<HGDIOBJ>(window.sendMessageA(WM_GETFONT)); };
     if (fontOf(control)) // Not every control has one.
         CHECK((fontOf(control) == GetStockObject(DEFAULT_GUI_FONT) && fontOf(other) == fontOf(control)));
-}
-
-TEST_CASE("ProgressBar: it is told to move while there is no end to see", "[controls]")
-{
-    struct Listener : Window {
-        LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
-        {
-            return msg == PBM_SETMARQUEE ? (moving = wParam != 0, intervalMs = lParam, TRUE)
-                                         : Window::onMessage(msg, wParam, lParam);
-        }
-        bool moving = false;
-        LPARAM intervalMs = 0;
-    } control;
-    support::open(control);
-    const ProgressBar bar(control.getWindowHandle());
-    bar.setMarquee(true, 50);
-    CHECK((control.moving && control.intervalMs == 50));
-    bar.setMarquee(false);
-    CHECK_FALSE(control.moving);
 }
 
 TEST_CASE("TrackBar: positions and the selection are signed and stay in the range", "[controls]")
@@ -90,17 +60,4 @@ TEST_CASE("TrackBar: the ends of the range count as ticks, but are not among the
 
     host.add(bar, TRACKBAR_CLASSW, TBS_NOTICKS, 101);
     CHECK((!bar.hasTicks() && bar.getTickCount() == 0 && bar.getTicks().empty()));
-}
-
-TEST_CASE("ScrollBar: its members are those of a window with a bar, for the bar itself", "[controls]")
-{
-    const support::Hosted<ScrollBar> host(L"SCROLLBAR", SBS_HORZ);
-    const ScrollBar& bar = host.control;
-    const SCROLLINFO info{sizeof info, SIF_RANGE | SIF_PAGE | SIF_POS, 5, 50, 10, 20, 0};
-    CHECK((bar.setScrollInfo(info, false) == 20 && bar.getScrollInfo(SIF_ALL).nPage == 10));
-    bar.showScrollBar(true);
-    CHECK((bar.getStyle() & WS_VISIBLE) != 0);
-    bar.enableScrollBar(ESB_DISABLE_BOTH);
-    CHECK(bar.enable(true)); // It was disabled.
-    support::expectWindowsError([] { ScrollBar().showScrollBar(true); }, "Can't show/hide scrollbar");
 }

@@ -4,7 +4,6 @@
 #include "ScratchFolder.h"
 
 #include <tarn/FileDialog.h>
-#include <tarn/FolderDialog.h>
 
 #include <commdlg.h>
 
@@ -143,77 +142,4 @@ TEST_CASE("FileDialog: what the owner's handler throws cancels it with what it h
     CHECK((driver.isDone() && !support::visibleDialog()));
     CHECK(GetWindowLongPtrW(bystander, DWLP_USER) == 0);
     DestroyWindow(bystander);
-}
-
-namespace {
-struct Chooser : FolderDialog {
-    explicit Chooser(unsigned flags = 0) : FolderDialog(static_cast<HWND>(nullptr), "Choose", flags) {}
-    void onInitialized() override
-    {
-        if (throws)
-            throw std::runtime_error("in a handler");
-        enableOk(true);
-        if (button == IDCANCEL)
-            postMessageW(WM_COMMAND, button);
-    }
-    void onSelectionChanged(const ItemIDList& selection) override { path = selection.getPathW(); }
-
-    WPARAM button = IDOK;
-    bool throws = false;
-    BasicString<wchar_t> path;
-};
-} // namespace
-
-TEST_CASE("FolderDialog: the folder preselected is chosen, or the dialog cancelled", "[folderdialog]")
-{
-    const support::ScratchFolder folder;
-    const std::wstring wanted = folder.path().wstring();
-    // In a fresh profile Wine's first folder dialog selects nothing; all that come later do.
-    Chooser cancelled, dialog(BIF_RETURNONLYFSDIRS);
-    cancelled.setSelection(wanted.c_str());
-    cancelled.button = IDCANCEL;
-    CHECK((!cancelled.showModal() && !cancelled.getSelection()));
-
-    SECTION("by its path")
-    {
-        dialog.setRoot(CSIDL_DRIVES);
-        dialog.setSelection(folder.path().string().c_str());
-    }
-    SECTION("by its item list")
-    {
-        LPITEMIDLIST list = nullptr;
-        REQUIRE(SHParseDisplayName(wanted.c_str(), nullptr, &list, 0, nullptr) == S_OK);
-        dialog.setSelection(ItemIDList(list, true)); // Copied.
-    }
-    // The selection may come later than the dialog.
-    const support::Driver driver([&] { return dialog.path == wanted && dialog.postMessageW(WM_COMMAND, IDOK); });
-    CHECK(dialog.showModal());
-    CHECK(dialog.getSelection().getPathW() == wanted);
-    CHECK(dialog.getDisplayName().endsWith(folder.path().filename().wstring().c_str())); // Or the whole path.
-    dialog.button = IDCANCEL;
-    CHECK((!dialog.showModal() && !dialog.getSelection() && dialog.getDisplayName().empty()));
-}
-
-TEST_CASE("FolderDialog: what a handler throws closes it and comes out of it", "[folderdialog]")
-{
-    Chooser dialog;
-    dialog.throws = true;
-    const support::Driver watchdog([] { return false; });
-    support::expectError<std::runtime_error>([&] { dialog.showModal(); }, "in a handler");
-    CHECK((!dialog.isOpen() && !support::visibleDialog()));
-}
-
-TEST_CASE("FolderDialog: an unknown root is an error, and COM is released in pairs", "[folderdialog]")
-{
-    {
-        FolderDialog dialog(static_cast<HWND>(nullptr), L"", 0);
-        dialog.setRoot(CSIDL_DESKTOP);
-        CHECK_THROWS_AS(dialog.setRoot(0x7F), std::runtime_error);
-    }
-    // Any other model can be chosen only when nothing holds COM any more.
-    CHECK(SUCCEEDED(CoInitializeEx(nullptr, COINIT_MULTITHREADED)));
-    CHECK_THROWS_AS(FolderDialog(static_cast<HWND>(nullptr), L"", 0), COMError);
-    CoUninitialize();
-    CHECK(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)));
-    CoUninitialize();
 }
