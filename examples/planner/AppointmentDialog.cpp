@@ -20,13 +20,6 @@ int choiceFor(const std::optional<Recurrence>& rule)
     simple.frequency = rule->frequency;
     return *rule == simple ? rule->frequency + 1 : static_cast<int>(std::size(repeats));
 }
-
-// An edit field breaks lines in two characters.
-std::wstring withoutReturns(std::wstring text)
-{
-    std::erase(text, L'\r');
-    return text;
-}
 } // namespace
 
 AppointmentDialog::AppointmentDialog(HWND owner, Event event, std::vector<std::wstring> categories,
@@ -94,7 +87,7 @@ void AppointmentDialog::accept()
         event_ = read();
         end(IDOK);
     } catch (const tarn::Exception& e) {
-        setText(ID_HINT, widened(e.what()).c_str());
+        setText(ID_HINT, tarn::whatW(e));
         MessageBeep(MB_ICONWARNING);
         sendMessageW(WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(*this, field_)), TRUE);
     }
@@ -115,7 +108,8 @@ Event AppointmentDialog::read()
         event.validate(); // Here, to say so before anything about the fields below.
     event.place = readField(ID_PLACE, text);
     event.category = readField(ID_CATEGORY, text);
-    event.note = withoutReturns(readField(ID_NOTE, text));
+    event.note = readField(ID_NOTE, text);
+    std::erase(event.note, L'\r'); // An edit field breaks lines in two characters.
     readTimes(event);
     readRepeat(event);
     field_ = ID_TO_DATE;

@@ -1,5 +1,7 @@
 #include "DayList.h"
 
+#include "Ids.h"
+
 #include <tarn/AutoRedraw.h>
 
 #include <algorithm>
@@ -20,10 +22,10 @@ std::wstring timesOf(const Occurrence& occurrence, Day day)
 }
 } // namespace
 
-void DayList::create(HWND parent, HINSTANCE program)
+void DayList::create(HWND parent)
 {
-    ListView::create(parent, tarn::Rect(), WS_VISIBLE | WS_TABSTOP | LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS,
-                     program);
+    ListView::create(parent, ID_LIST, tarn::Rect(),
+                     WS_VISIBLE | WS_TABSTOP | LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS);
     setExtendedStyle(0, WS_EX_CLIENTEDGE);
     setExtendedListViewStyle(LVS_EX_FULLROWSELECT);
     insertColumn(0, L"Time", timeWidth);
@@ -54,8 +56,8 @@ void DayList::show(std::vector<Occurrence> occurrences, Day day)
 void DayList::layOut() const
 {
     const int room = std::max(static_cast<int>(getClientSize().cx) - timeWidth - categoryWidth, 100);
-    sendMessageW(LVM_SETCOLUMNWIDTH, 1, MAKELPARAM(room * 3 / 5, 0));
-    sendMessageW(LVM_SETCOLUMNWIDTH, 2, MAKELPARAM(room - room * 3 / 5, 0));
+    setColumnWidth(1, room * 3 / 5);
+    setColumnWidth(2, room - room * 3 / 5);
 }
 
 const Occurrence* DayList::selected() const

@@ -10,7 +10,7 @@ namespace planner {
 /// The appointments of a day, with their times, subjects, places and categories.
 class DayList : public tarn::ListView {
 public:
-    void create(HWND parent, HINSTANCE program);
+    void create(HWND parent);
     void show(std::vector<Occurrence> occurrences, Day day);
     /// Gives the columns the window's width.
     void layOut() const;

@@ -52,5 +52,5 @@
 
 // Of the program's window.
 #define ID_TREE 1100
-#define ID_DAY_TITLE 1101
+#define ID_LIST 1101
 #define ID_STATUS 1102

@@ -4,6 +4,7 @@
 #include "Text.h"
 
 #include <tarn/Dialog.h>
+#include <tarn/Exception.h>
 
 #include <exception>
 #include <iostream>
@@ -45,7 +46,7 @@ void Messages::error(HWND owner) const
     } catch (const std::bad_alloc&) {
         tarn::Window::messageBox(owner, L"There is not enough memory.", caption, MB_OK | MB_ICONERROR);
     } catch (const std::exception& e) {
-        tarn::Window::messageBox(owner, widened(e.what()).c_str(), caption, MB_OK | MB_ICONERROR);
+        tarn::Window::messageBox(owner, tarn::whatW(e), caption, MB_OK | MB_ICONERROR);
     }
 }
 

@@ -3,25 +3,17 @@
 #include <tarn/Bitmap.h>
 #include <tarn/AutoSelect.h>
 #include <tarn/PaintDeviceContext.h>
+#include <tarn/WindowClass.h>
 
 using tarn::Point;
 using tarn::Rect;
 
 namespace planner {
-// Here, and not by the base class, because the window class goes before that.
-MonthSheet::~MonthSheet()
-{
-    try {
-        destroy();
-    } catch (...) { // The window class will not go either, and says so.
-    }
-}
-
 void MonthSheet::create(HWND parent, HINSTANCE program)
 {
-    windowClass_.create(CS_DBLCLKS | CS_HREDRAW | CS_VREDRAW, 0, nullptr, static_cast<HBRUSH>(nullptr),
-                        LoadCursorW(nullptr, IDC_ARROW), program);
-    Window::create(windowClass_, L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP, Rect(), parent, nullptr, program);
+    static const tarn::WindowClass windowClass(CS_DBLCLKS | CS_HREDRAW | CS_VREDRAW, 0, nullptr,
+                                               static_cast<HBRUSH>(nullptr), LoadCursorW(nullptr, IDC_ARROW), program);
+    Window::create(windowClass, L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP, Rect(), parent, nullptr, program);
 }
 
 void MonthSheet::show(MonthContent content)

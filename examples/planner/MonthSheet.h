@@ -3,7 +3,6 @@
 #include "MonthPainter.h"
 
 #include <tarn/Window.h>
-#include <tarn/WindowClass.h>
 
 #include <functional>
 
@@ -11,8 +10,6 @@ namespace planner {
 /// A month on paper: the keys, the wheel and the mouse select a day of it or turn to another month.
 class MonthSheet : public tarn::Window {
 public:
-    ~MonthSheet() override;
-
     void create(HWND parent, HINSTANCE program);
     void show(MonthContent content);
 
@@ -30,7 +27,6 @@ private:
     SheetLayout layout() const { return SheetLayout(getClientSize(), content_); }
     void selectInOtherMonth(int months) const;
 
-    tarn::WindowClass windowClass_;
     SheetFonts fonts_;
     MonthContent content_;
     int wheel_ = 0; // What the wheel has turned short of a notch.

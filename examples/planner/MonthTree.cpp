@@ -45,7 +45,7 @@ void MonthTree::show(int year, int month)
     // A selected year stands for its January, and keys could not leave it upwards if that took the selection.
     if (month != 0 || getItemData(getSelectedItem()) != toData(year, -1)) {
         const HTREEITEM item = months_[year][static_cast<std::size_t>(month)];
-        sendMessageW(TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(item));
+        selectItem(item);
         ensureVisible(item);
     }
     isShowing_ = false;

@@ -89,7 +89,7 @@ bool TimePage::onDeactivate()
         setText(ID_HINT, L"");
         return false;
     } catch (const tarn::Exception& e) {
-        setText(ID_HINT, widened(e.what()).c_str());
+        setText(ID_HINT, tarn::whatW(e));
         cutover_.setFocus();
         return true;
     }

@@ -42,33 +42,20 @@ PlannerWindow::~PlannerWindow()
     }
 }
 
-HWND PlannerWindow::addChild(const wchar_t* className, unsigned long style, int id)
-{
-    const HWND child = CreateWindowExW(style & WS_BORDER ? WS_EX_CLIENTEDGE : 0u, className, L"",
-                                       WS_CHILD | WS_VISIBLE | (style & ~WS_BORDER), 0, 0, 0, 0, *this,
-                                       reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), program_, nullptr);
-    if (!child)
-        throw tarn::WindowsError("Can't create window");
-    SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(font_.getHandle()), TRUE);
-    return child;
-}
-
 void PlannerWindow::addChildren()
 {
-    addChild(WC_TREEVIEWW, WS_BORDER | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_SHOWSELALWAYS,
-             ID_TREE);
-    tree_.attach(*this, ID_TREE);
+    tree_.create(*this, ID_TREE, Rect(),
+                 WS_VISIBLE | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_SHOWSELALWAYS);
+    tree_.setExtendedStyle(0, WS_EX_CLIENTEDGE);
     tree_.onSelect = [this](int year, int month) { goTo(settings_.reckoning.firstOfMonth(year, month)); };
     sheet_.create(*this, program_);
     sheet_.onSelect = [this](Day day) { goTo(day); };
     sheet_.onOpen = [this] { add(); };
-    addChild(L"STATIC", SS_NOPREFIX | SS_CENTERIMAGE, ID_DAY_TITLE);
-    dayTitle_.attach(*this, ID_DAY_TITLE);
+    dayTitle_.create(L"STATIC", L"", WS_CHILD | WS_VISIBLE | SS_NOPREFIX | SS_CENTERIMAGE, Rect(), *this, nullptr,
+                     program_);
     dayTitle_.sendMessageW(WM_SETFONT, reinterpret_cast<WPARAM>(titleFont_.getHandle()), TRUE);
-    list_.create(*this, program_);
-    list_.sendMessageW(WM_SETFONT, reinterpret_cast<WPARAM>(font_.getHandle()), TRUE);
-    addChild(STATUSCLASSNAMEW, SBARS_SIZEGRIP, ID_STATUS);
-    status_.attach(*this, ID_STATUS);
+    list_.create(*this);
+    status_.create(*this, ID_STATUS, SBARS_SIZEGRIP);
     lastFocus_ = sheet_;
 }
 
@@ -109,6 +96,8 @@ LRESULT PlannerWindow::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
     case WM_SETFOCUS:
         SetFocus(lastFocus_);
         return 0;
+    case WM_GETFONT: // The controls take it over.
+        return reinterpret_cast<LRESULT>(font_.getHandle());
     case WM_MOUSEWHEEL: // Comes up from the controls that do not use it.
         sheet_.sendMessageW(msg, wParam, lParam);
         return 0;
@@ -137,7 +126,7 @@ void PlannerWindow::onSize(UINT type, const tarn::Size& clientSize)
 
 void PlannerWindow::layOut(const tarn::Size& size)
 {
-    status_.sendMessageW(WM_SIZE);
+    status_.adjust();
     const long bottom = size.cy - status_.getWindowSize().cy - gap;
     const long listTop = bottom - std::min<long>(greatestListHeight, size.cy / 4), titleTop = listTop - dayTitleHeight,
                left = treeWidth + 2 * gap;

@@ -6,6 +6,9 @@
 #include "MonthTree.h"
 #include "Settings.h"
 
+#include <tarn/StatusBar.h>
+#include <tarn/WindowClass.h>
+
 #include <functional>
 #include <string>
 
@@ -41,14 +44,13 @@ public:
     void onDestroy() override;
 
 private:
-    HWND addChild(const wchar_t* className, unsigned long style, int id);
     void addChildren();
     void layOut(const tarn::Size& size);
 
     void refresh();
     void showDay(const Zone& zone);
     void showTitle();
-    void showStatus(const std::wstring& text) const { status_.setText(text.c_str()); }
+    void showStatus(const std::wstring& text) const { status_.setPartText(0, text.c_str()); }
 
     void perform(unsigned short id);
     void performGuarded(const std::function<void()>& action);
@@ -80,7 +82,8 @@ private:
     MonthTree tree_;
     MonthSheet sheet_;
     DayList list_;
-    tarn::Window dayTitle_, status_;
+    tarn::Window dayTitle_;
+    tarn::StatusBar status_;
     HWND lastFocus_ = nullptr;
 };
 } // namespace planner

@@ -87,19 +87,33 @@ void ScriptPlayer::play()
 support::Commands ScriptPlayer::commands()
 {
     static const std::map<std::string, Command> all = {
-        {"size", &ScriptPlayer::size},         {"go", &ScriptPlayer::go},
-        {"open", &ScriptPlayer::open},         {"save", &ScriptPlayer::save},
-        {"import", &ScriptPlayer::importFile}, {"export", &ScriptPlayer::exportFile},
-        {"choose", &ScriptPlayer::choose},     {"type", &ScriptPlayer::type},
-        {"check", &ScriptPlayer::check},       {"select", &ScriptPlayer::select},
-        {"press", &ScriptPlayer::press},       {"page", &ScriptPlayer::page},
-        {"key", &ScriptPlayer::key},           {"click", &ScriptPlayer::click},
-        {"wheel", &ScriptPlayer::wheel},       {"expect", &ScriptPlayer::expect},
-        {"find", &ScriptPlayer::find},         {"picture", &ScriptPlayer::picture}};
+        {"size", &ScriptPlayer::size},
+        {"go", &ScriptPlayer::go},
+        {"open", [](auto& p, auto& a) { p.windowThread_.begin([&p, file = path(a)] { p.window_.open(file); }); }},
+        {"save", [](auto& p, auto& a) { p.window_.save(path(a)); }},
+        {"import", &ScriptPlayer::importFile},
+        {"export", [](auto& p, auto& a) { p.window_.exportFile(path(a)); }},
+        {"choose", [](auto& p, auto& a) { p.window_.postMessageW(WM_COMMAND, idOf(commandIds, a)); }},
+        {"type", &ScriptPlayer::type},
+        {"check", [](auto& p, auto& a) { PostMessageW(p.field(a), BM_CLICK, 0, 0); }},
+        {"select", &ScriptPlayer::select},
+        {"press", &ScriptPlayer::press},
+        {"page",
+         [](auto& p, auto& a) { PostMessageW(p.dialog(), PSM_SETCURSEL, a.template next<WPARAM>("the number"), 0); }},
+        {"key", &ScriptPlayer::key},
+        {"click", &ScriptPlayer::click},
+        {"wheel",
+         [](auto& p, auto& a) {
+             const int distance = a.template next<int>("the notches") * WHEEL_DELTA;
+             PostMessageW(p.window_.sheet(), WM_MOUSEWHEEL, MAKEWPARAM(0, distance), 0);
+         }},
+        {"expect", &ScriptPlayer::expect},
+        {"find", &ScriptPlayer::find},
+        {"picture", [](auto& p, auto& a) { p.takePicture(a.rest()); }}};
     support::Commands commands;
     for (const auto& [name, command] : all) {
-        commands[name] = [this, command = command](support::Arguments& arguments) {
-            windowThread_.call([&] { (this->*command)(arguments); });
+        commands[name] = [this, &command = command](support::Arguments& arguments) {
+            windowThread_.call([&] { command(*this, arguments); });
             // What was posted meanwhile is handled before the next call is.
             windowThread_.call([] {});
         };
@@ -128,8 +142,6 @@ HWND ScriptPlayer::field(support::Arguments& arguments) const
     throw tarn::Exception("the dialog does not have it");
 }
 
-HWND ScriptPlayer::sheet() const { return window_.sheet(); }
-
 void ScriptPlayer::size(support::Arguments& arguments)
 {
     const auto width = arguments.next<int>("the width"), height = arguments.next<int>("the height");
@@ -148,24 +160,11 @@ void ScriptPlayer::go(support::Arguments& arguments)
     window_.goTo(*day);
 }
 
-void ScriptPlayer::open(support::Arguments& arguments)
-{
-    windowThread_.begin([this, file = path(arguments)] { window_.open(file); });
-}
-
-void ScriptPlayer::save(support::Arguments& arguments) { window_.save(path(arguments)); }
 void ScriptPlayer::importFile(support::Arguments& arguments)
 {
     const tarn::BasicString<wchar_t> script =
         tarn::BasicString<wchar_t>(widened(options_.script)).replaceAll(L"/", L"\\");
     window_.importFile(tarn::BasicString<wchar_t>::mergePath(script.getDirectory(), path(arguments)));
-}
-
-void ScriptPlayer::exportFile(support::Arguments& arguments) { window_.exportFile(path(arguments)); }
-
-void ScriptPlayer::choose(support::Arguments& arguments)
-{
-    window_.postMessageW(WM_COMMAND, static_cast<WPARAM>(idOf(commandIds, arguments)));
 }
 
 void ScriptPlayer::type(support::Arguments& arguments)
@@ -180,8 +179,6 @@ void ScriptPlayer::type(support::Arguments& arguments)
     for (const wchar_t c : text)
         PostMessageW(control, WM_CHAR, c, 1);
 }
-
-void ScriptPlayer::check(support::Arguments& arguments) { PostMessageW(field(arguments), BM_CLICK, 0, 0); }
 
 void ScriptPlayer::select(support::Arguments& arguments)
 {
@@ -201,11 +198,6 @@ void ScriptPlayer::press(support::Arguments& arguments)
     PostMessageW(button, BM_CLICK, 0, 0);
 }
 
-void ScriptPlayer::page(support::Arguments& arguments)
-{
-    PostMessageW(dialog(), PSM_SETCURSEL, static_cast<WPARAM>(arguments.next<int>("the number")), 0);
-}
-
 void ScriptPlayer::key(support::Arguments& arguments)
 {
     const auto code = static_cast<WPARAM>(idOf(keys, arguments));
@@ -220,13 +212,8 @@ void ScriptPlayer::key(support::Arguments& arguments)
 void ScriptPlayer::click(support::Arguments& arguments)
 {
     const auto x = arguments.next<int>("x"), y = arguments.next<int>("y");
-    PostMessageW(sheet(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
-    PostMessageW(sheet(), WM_LBUTTONUP, 0, MAKELPARAM(x, y));
-}
-
-void ScriptPlayer::wheel(support::Arguments& arguments)
-{
-    PostMessageW(sheet(), WM_MOUSEWHEEL, MAKEWPARAM(0, arguments.next<int>("the notches") * WHEEL_DELTA), 0);
+    PostMessageW(window_.sheet(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
+    PostMessageW(window_.sheet(), WM_LBUTTONUP, 0, MAKELPARAM(x, y));
 }
 
 void ScriptPlayer::expect(support::Arguments& arguments)
@@ -245,8 +232,6 @@ void ScriptPlayer::find(support::Arguments& arguments)
             return;
     throw tarn::Exception("the day has no such appointment");
 }
-
-void ScriptPlayer::picture(support::Arguments& arguments) { takePicture(arguments.rest()); }
 
 void ScriptPlayer::takePicture(const std::string& file) const
 {

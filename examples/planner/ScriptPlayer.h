@@ -16,7 +16,6 @@ namespace planner {
 class WindowThread : private tarn::Window {
 public:
     explicit WindowThread(HINSTANCE program);
-    ~WindowThread() override;
 
     /// Carries it out and throws what it throws. Throws Exception when the windows' thread is done with this
     /// object.
@@ -30,7 +29,6 @@ public:
 private:
     LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
 
-    tarn::WindowClass windowClass_;
     tarn::Event closed_{true, false};
     std::function<void()> begun_;
     std::exception_ptr error_;
@@ -67,32 +65,23 @@ public:
     unsigned long run() override;
 
 private:
-    using Command = void (ScriptPlayer::*)(support::Arguments&);
+    using Command = std::function<void(ScriptPlayer&, support::Arguments&)>;
     support::Commands commands();
     void play();
 
     void size(support::Arguments& arguments);
     void go(support::Arguments& arguments);
-    void open(support::Arguments& arguments);
-    void save(support::Arguments& arguments);
     void importFile(support::Arguments& arguments);
-    void exportFile(support::Arguments& arguments);
-    void choose(support::Arguments& arguments);
     void type(support::Arguments& arguments);
-    void check(support::Arguments& arguments);
     void select(support::Arguments& arguments);
     void press(support::Arguments& arguments);
-    void page(support::Arguments& arguments);
     void key(support::Arguments& arguments);
     void click(support::Arguments& arguments);
-    void wheel(support::Arguments& arguments);
     void expect(support::Arguments& arguments);
     void find(support::Arguments& arguments);
-    void picture(support::Arguments& arguments);
 
     HWND dialog() const;
     HWND field(support::Arguments& arguments) const;
-    HWND sheet() const;
     void takePicture(const std::string& file) const;
 
     PlannerWindow& window_;

@@ -14,17 +14,9 @@ struct Task {
 } // namespace
 
 WindowThread::WindowThread(HINSTANCE program)
-    : windowClass_(0, 0, nullptr, static_cast<HBRUSH>(nullptr), nullptr, program)
 {
-    create(windowClass_, L"", 0, RECT{}, HWND_MESSAGE, nullptr, program);
-}
-
-WindowThread::~WindowThread()
-{
-    try {
-        destroy();
-    } catch (...) { // The window class will not go either, and says so.
-    }
+    static const tarn::WindowClass windowClass(0, 0, nullptr, static_cast<HBRUSH>(nullptr), nullptr, program);
+    create(windowClass, L"", 0, RECT{}, HWND_MESSAGE, nullptr, program);
 }
 
 void WindowThread::call(const std::function<void()>& action)

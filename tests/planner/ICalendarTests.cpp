@@ -126,6 +126,11 @@ TEST_CASE("iCalendar: what is exported comes back the same", "[planner]")
     CHECK(readICalendar(text, Zone("Europe/Berlin")).events == calendar.events);
     CHECK(text.find("BEGIN:DAYLIGHT\r\nDTSTART:19700329T020000\r\nRRULE:FREQ=YEARLY;BYMONTH=3;BYDAY=-1SU\r\n"
                     "TZOFFSETFROM:+0100\r\nTZOFFSETTO:+0200\r\n") != std::string::npos);
+    Event south = calendar.events[0];
+    south.zone = "Australia/Sydney";
+    const std::string summer = writeICalendar({south}, Zone("UTC"));
+    CHECK(summer.find("BEGIN:DAYLIGHT\r\nDTSTART:19701004T020000\r\nRRULE:FREQ=YEARLY;BYMONTH=10;BYDAY=1SU\r\n"
+                      "TZOFFSETFROM:+1000\r\nTZOFFSETTO:+1100\r\n") != std::string::npos);
     for (const std::string& line : split(text, '\n'))
         CHECK((line.empty() || (line.size() <= 76 && line.ends_with('\r'))));
     std::string line("SUMMARY:");

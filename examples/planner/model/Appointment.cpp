@@ -1,11 +1,20 @@
 #include "Appointment.h"
 
+#include <tarn/Fields.h>
+
 namespace planner {
 // What it takes to read objects of a class back: their class is found by its name.
 static const tarn::SerializableImpl<Category> categoryRegistration;
 static const tarn::SerializableImpl<Appointment> appointmentRegistration;
 
 namespace {
+// What is written and read alike.
+template <class Any> auto plain(Any& event)
+{
+    return tarn::fields(event.uid, event.subject, event.place, event.note, event.allDay, event.start, event.end,
+                        event.zone);
+}
+
 void write(tarn::OutputStream& out, const Recurrence& rule)
 {
     out << rule.frequency << rule.interval << rule.count << rule.until.has_value() << rule.until.value_or(0)
@@ -24,8 +33,8 @@ Recurrence readRecurrence(tarn::InputStream& in)
 }
 } // namespace
 
-void Category::serialize(tarn::OutputStream& out) const { out << name_ << colour_; }
-void Category::deserialize(tarn::InputStream& in) { in >> name_ >> colour_; }
+void Category::serialize(tarn::OutputStream& out) const { out << tarn::fields(name_, colour_); }
+void Category::deserialize(tarn::InputStream& in) { in >> tarn::fields(name_, colour_); }
 
 Appointment::Appointment(Event event, CategoryPtr category) : event_(std::move(event)), category_(std::move(category))
 {
@@ -36,8 +45,7 @@ Appointment::Appointment(Event event, CategoryPtr category) : event_(std::move(e
 void Appointment::serialize(tarn::OutputStream& out) const
 {
     tarn::writeOptional(out, category_);
-    out << event_.uid << event_.subject << event_.place << event_.note << event_.allDay << event_.start << event_.end
-        << event_.zone << event_.recurrence.has_value();
+    out << plain(event_) << event_.recurrence.has_value();
     if (event_.recurrence)
         write(out, *event_.recurrence);
     out << static_cast<int>(event_.exceptions.size());
@@ -49,8 +57,7 @@ void Appointment::deserialize(tarn::InputStream& in)
 {
     bool repeats = false;
     tarn::readOptional(in, category_);
-    in >> event_.uid >> event_.subject >> event_.place >> event_.note >> event_.allDay >> event_.start >> event_.end >>
-        event_.zone >> repeats;
+    in >> plain(event_) >> repeats;
     event_.category = category_ ? category_->name() : std::wstring();
     if (repeats)
         event_.recurrence = readRecurrence(in);

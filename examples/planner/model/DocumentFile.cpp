@@ -4,12 +4,12 @@
 #include "Text.h"
 
 #include <tarn/BufferingStream.h>
+#include <tarn/Fields.h>
 #include <tarn/MemoryStream.h>
 
 #include <boost/crc.hpp>
 
-#include <algorithm>
-#include <cstring>
+#include <string_view>
 
 // A file is a header and an archive. The check-sum counts the archive and what the header says of it, so
 // that each changed byte is noticed before anything is made of the data.
@@ -17,13 +17,14 @@
 namespace planner {
 namespace {
 struct Header {
-    char magic[8];
     unsigned version;
     unsigned size; ///< Of the archive, in bytes.
     unsigned checkSum;
+
+    auto all() { return tarn::fields(version, size, checkSum); }
 };
-static_assert(sizeof(Header) == 20);
-constexpr char magic[8] = {'P', 'l', 'a', 'n', 'n', 'e', 'r', '\x1A'};
+constexpr std::string_view magic = "Planner\x1A";
+constexpr std::size_t headerSize = magic.size() + sizeof(Header);
 constexpr unsigned version = 1;
 
 unsigned checkSumOf(const Header& header, const void* archive)
@@ -43,16 +44,16 @@ unsigned checkSumOf(const Header& header, const void* archive)
 std::string contentOf(const std::wstring& file)
 {
     std::string content = readWholeFile(file);
-    Header header{};
-    if (content.size() >= sizeof header.magic)
-        std::memcpy(&header, content.data(), std::min(sizeof header, content.size()));
-    if (std::memcmp(header.magic, magic, sizeof magic) != 0)
+    if (!content.starts_with(magic))
         refuse(file, "is not a planner document");
-    if (content.size() < sizeof header)
+    if (content.size() < headerSize)
         refuse(file, "is damaged: it ends too early");
+    Header header{};
+    tarn::MemoryInputStream in(content.data() + magic.size(), sizeof header);
+    in >> header.all();
     if (header.version != version)
         refuse(file, "has the version " + std::to_string(header.version) + ", which this program cannot read");
-    content.erase(0, sizeof header);
+    content.erase(0, headerSize);
     if (header.size != content.size())
         refuse(file, "is damaged: it has " + std::to_string(content.size()) + " bytes of data instead of " +
                          std::to_string(header.size));
@@ -84,21 +85,20 @@ DocumentPtr readArchive(const std::string& content)
 void saveDocument(const Document& document, const std::wstring& file)
 {
     tarn::MemoryInputStream nothing;
-    tarn::MemoryOutputStream archived;
-    archived.setFilePointer(sizeof(Header), tarn::Seekable::begin);
-    tarn::BufferingOutputStream buffered(archived);
+    tarn::MemoryOutputStream content;
+    content.writeFully(magic.data(), static_cast<unsigned>(magic.size()));
+    content.setFilePointer(headerSize, tarn::Seekable::begin);
+    tarn::BufferingOutputStream buffered(content);
     tarn::Archive(nothing, buffered).writeObject(&document);
     buffered.flush();
-    const auto size = static_cast<unsigned>(archived.getSize());
 
-    std::string content(static_cast<const char*>(archived.getData()), size);
-    Header header{};
-    std::memcpy(header.magic, magic, sizeof magic);
-    header.version = version;
-    header.size = size - static_cast<unsigned>(sizeof header);
-    header.checkSum = checkSumOf(header, content.data() + sizeof header);
-    std::memcpy(content.data(), &header, sizeof header);
-    replaceFile(file, content);
+    const auto size = static_cast<std::size_t>(content.getSize());
+    const char* const bytes = static_cast<const char*>(content.getData());
+    Header header{version, static_cast<unsigned>(size - headerSize), 0};
+    header.checkSum = checkSumOf(header, bytes + headerSize);
+    content.setFilePointer(magic.size(), tarn::Seekable::begin);
+    content << header.all();
+    replaceFile(file, {bytes, size});
 }
 
 DocumentPtr loadDocument(const std::wstring& file) { return readArchive(contentOf(file)); }

@@ -121,6 +121,8 @@ std::optional<Recurrence> readRule(const ContentLine& line, const CalendarTime& 
     return RuleReader(line, start, clock).read();
 }
 
+const char* weekdayCode(int weekday) { return weekdays[weekday - GregorianCalendar::Sunday]; }
+
 std::string writeRule(const Event& event, const Zone& clock)
 {
     const Recurrence& rule = *event.recurrence;
@@ -137,11 +139,11 @@ std::string writeRule(const Event& event, const Zone& clock)
     std::string days;
     for (int weekday = GregorianCalendar::Sunday; weekday <= GregorianCalendar::Saturday; ++weekday)
         if (rule.weekdays & Recurrence::bitOf(weekday))
-            days.append(",").append(weekdays[weekday - GregorianCalendar::Sunday]);
+            days.append(",").append(weekdayCode(weekday));
     if (!days.empty())
         text.append(";BYDAY=").append(days.substr(1));
     if (rule.weekStart != GregorianCalendar::Monday)
-        text += std::string(";WKST=") + weekdays[rule.weekStart - GregorianCalendar::Sunday];
+        text += std::string(";WKST=") + weekdayCode(rule.weekStart);
     return text;
 }
 } // namespace planner

@@ -11,10 +11,10 @@ namespace planner {
 namespace {
 constexpr int firstYearOfRules = 1970;
 
-std::string offsetText(int minutes)
+std::string offsetText(int milliseconds)
 {
-    return tarn::BasicString<char>::fromFormat("%c%02d%02d", minutes < 0 ? '-' : '+', std::abs(minutes) / 60,
-                                               std::abs(minutes) % 60);
+    const int minutes = std::abs(milliseconds) / static_cast<int>(minuteLength);
+    return tarn::BasicString<char>::fromFormat("%c%02d%02d", milliseconds < 0 ? '-' : '+', minutes / 60, minutes % 60);
 }
 
 class CalendarWriter {
@@ -81,33 +81,39 @@ private:
 
     void addZone(const Zone& zone)
     {
-        const int standard = zone.standardMinutes(firstYearOfRules);
-        const DaylightRule* const rule = zone.daylight();
+        const int year = Reckoning().dateOf(today(zone)).year;
+        const tarn::TimeZone rules = zone.forYear(year);
+        const int standard = rules.GetStandardOffset(), daylight = standard + rules.GetDSTOffset();
         add("BEGIN:VTIMEZONE");
         add("TZID:" + zone.name());
-        addObservance("STANDARD", rule ? standard + 60 : standard, standard,
-                      rule ? sunday(rule->endMonth, rule->endWeek) + (rule->endMinutes + 60) * minuteLength : 0,
-                      rule ? ruleText(rule->endMonth, rule->endWeek) : "");
-        if (rule)
-            addObservance("DAYLIGHT", standard, standard + 60,
-                          sunday(rule->startMonth, rule->startWeek) + rule->startMinutes * minuteLength,
-                          ruleText(rule->startMonth, rule->startWeek));
+        if (!rules.UseDaylightTime())
+            addObservance("STANDARD", standard, standard, 0, "");
+        constexpr Local step = hourLength / 2; // No clock changes between.
+        const Local end = midnightOf(Reckoning().firstOfMonth(year + 1, 0));
+        for (Local at = midnightOf(Reckoning().firstOfMonth(year, 0)); at < end; at += step) {
+            const bool isDaylight = rules.InDaylightTime(at);
+            if (isDaylight && !rules.InDaylightTime(at - step))
+                addChange("DAYLIGHT", standard, daylight, at);
+            else if (!isDaylight && rules.InDaylightTime(at - step))
+                addChange("STANDARD", daylight, standard, at);
+        }
         add("END:VTIMEZONE");
     }
 
-    // Such a rule begins with the first time that it names.
-    static Local sunday(int month, int week)
+    // By the clock that was right until then. Such a rule begins with the first time that it names.
+    void addChange(const char* kind, int offsetFrom, int offsetTo, const tarn::Time& change)
     {
+        const Local local = change + offsetFrom;
         Reckoning weeks;
-        weeks.firstDayOfWeek = tarn::GregorianCalendar::Sunday;
-        const Day last = week < 0 ? weeks.lastOfMonth(firstYearOfRules, month)
-                                  : weeks.firstOfMonth(firstYearOfRules, month) + 7 * week - 1;
-        return midnightOf(weeks.firstOfWeek(last));
-    }
-
-    static std::string ruleText(int month, int week)
-    {
-        return "FREQ=YEARLY;BYMONTH=" + std::to_string(month + 1) + ";BYDAY=" + std::to_string(week) + "SU";
+        const Date date = weeks.dateOf(dayOf(local));
+        const bool isLast = weeks.dateOf(dayOf(local) + 7).month != date.month;
+        const int week = isLast ? -1 : (date.day + 6) / 7;
+        weeks.firstDayOfWeek = weeks.weekdayOf(dayOf(local));
+        const Day last = isLast ? weeks.lastOfMonth(firstYearOfRules, date.month)
+                                : weeks.firstOfMonth(firstYearOfRules, date.month) + 7 * week - 1;
+        addObservance(kind, offsetFrom, offsetTo, midnightOf(weeks.firstOfWeek(last)) + timeOfDay(local),
+                      "FREQ=YEARLY;BYMONTH=" + std::to_string(date.month + 1) + ";BYDAY=" + std::to_string(week) +
+                          weekdayCode(weeks.firstDayOfWeek));
     }
 
     void addObservance(const char* kind, int offsetFrom, int offsetTo, Local start, const std::string& rule)

@@ -4,15 +4,12 @@
 #include <tarn/Exception.h>
 
 namespace planner {
-std::string narrow(const std::wstring& text) { return tarn::StringHelper<char>::convert(text.c_str()); }
+std::string narrow(const std::wstring& text) { return tarn::BasicString<char>(text); }
 
 // By the code page, and not by the runtime library's locale, which is all that the string's own conversion knows.
 std::wstring widened(const std::string& text) { return tarn::a2w(text.c_str(), CP_ACP); }
 
-std::string toUTF8(const std::wstring& text)
-{
-    return tarn::StringHelper<char>::convert(text.c_str(), tarn::ConstString<char>::wholeText, CP_UTF8);
-}
+std::string toUTF8(const std::wstring& text) { return tarn::w2a(text, CP_UTF8); }
 
 // The conversion replaces what it cannot read, so only UTF-8 comes back as it was.
 std::wstring fromUTF8(const std::string& text)

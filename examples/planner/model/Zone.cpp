@@ -1,58 +1,28 @@
 #include "Zone.h"
 
+#include "ContentLines.h"
+
 #include <tarn/Exception.h>
+#include <tarn/Lock.h>
 
 #include <algorithm>
-#include <iterator>
-
-using tarn::GregorianCalendar;
+#include <map>
+#include <utility>
 
 namespace planner {
 namespace {
-// The European rule holds since 1996 and the American one since 2007.
-constexpr DaylightRule european(int standardMinutes)
-{
-    return {GregorianCalendar::March, -1, GregorianCalendar::October, -1, standardMinutes + 60, standardMinutes + 60};
-}
-constexpr DaylightRule western = european(0), central = european(60), eastern = european(120);
-constexpr DaylightRule american{GregorianCalendar::March, 2, GregorianCalendar::November, 1, 120, 60};
-constexpr int firstYearWithDaylight = 1970;
+constexpr int firstYearWithDaylight = 1970; // Whatever the tables say.
 
-struct Known {
-    const char* name;
-    int standardMinutes;
-    const DaylightRule* daylight;
-};
-constexpr Known known[] = {
-    {"UTC", 0, nullptr},
-    {"Europe/London", 0, &western},
-    {"Europe/Dublin", 0, &western},
-    {"Europe/Lisbon", 0, &western},
-    {"Europe/Amsterdam", 60, &central},
-    {"Europe/Berlin", 60, &central},
-    {"Europe/Madrid", 60, &central},
-    {"Europe/Paris", 60, &central},
-    {"Europe/Rome", 60, &central},
-    {"Europe/Stockholm", 60, &central},
-    {"Europe/Vienna", 60, &central},
-    {"Europe/Warsaw", 60, &central},
-    {"Europe/Zurich", 60, &central},
-    {"Europe/Athens", 120, &eastern},
-    {"Europe/Helsinki", 120, &eastern},
-    {"America/New_York", -300, &american},
-    {"America/Chicago", -360, &american},
-    {"America/Denver", -420, &american},
-    {"America/Los_Angeles", -480, &american},
-    {"Asia/Dubai", 240, nullptr},
-    {"Asia/Kolkata", 330, nullptr},
-    {"Asia/Shanghai", 480, nullptr},
-    {"Asia/Tokyo", 540, nullptr},
-};
-
-const Known* find(const std::string& name)
+// Asking the system takes long. An import asks from a thread of its own.
+tarn::TimeZone zoneNamed(const std::string& name, int year)
 {
-    const auto found = std::ranges::find_if(known, [&](const Known& zone) { return name == zone.name; });
-    return found == std::end(known) ? nullptr : found;
+    static std::map<std::pair<std::string, int>, tarn::TimeZone> asked;
+    static tarn::CriticalSection section;
+    const tarn::AutoLock lock(section);
+    const std::pair key(name, year);
+    const auto found = asked.find(key);
+    return found != asked.end() ? found->second
+                                : asked.emplace(key, tarn::TimeZone::named(name.c_str(), year)).first->second;
 }
 
 int yearOf(Local local) { return Reckoning().dateOf(dayOf(local)).year; }
@@ -62,44 +32,41 @@ const char* const Zone::system = "";
 
 Zone::Zone(const std::string& name) : name_(name)
 {
-    if (name == system)
-        return;
-    const Known* const zone = find(name);
-    if (!zone)
+    if (!isKnown(name))
         throw tarn::Exception("The time zone \"" + name + "\" is not known");
-    standardMinutes_ = zone->standardMinutes;
-    daylight_ = zone->daylight;
 }
 
-bool Zone::isKnown(const std::string& name) { return name == system || find(name); }
+bool Zone::isKnown(const std::string& name)
+{
+    if (name == system || name == "UTC")
+        return true;
+    try {
+        zoneNamed(name, firstYearWithDaylight);
+        return true;
+    } catch (const tarn::WindowsError&) {
+        return false;
+    }
+}
 
 std::vector<std::string> Zone::names()
 {
-    std::vector<std::string> names;
-    for (const Known& zone : known)
-        names.emplace_back(zone.name);
-    return names;
-}
-
-int Zone::standardMinutes(int year) const
-{
-    return name_ == system ? forYear(year).GetStandardOffset() / static_cast<int>(minuteLength) : standardMinutes_;
+    return split(
+        "UTC Europe/London Europe/Dublin Europe/Lisbon Europe/Amsterdam Europe/Berlin Europe/Madrid Europe/Paris "
+        "Europe/Rome Europe/Stockholm Europe/Vienna Europe/Warsaw Europe/Zurich Europe/Athens Europe/Helsinki "
+        "America/New_York America/Chicago America/Denver America/Los_Angeles Asia/Dubai Asia/Kolkata "
+        "Asia/Shanghai Asia/Tokyo",
+        ' ');
 }
 
 tarn::TimeZone Zone::forYear(int year) const
 {
     if (name_ == system)
         return tarn::TimeZone::currentForYear(year);
-    constexpr int minute = minuteLength;
-    tarn::TimeZone zone;
-    zone.SetStandardOffset(standardMinutes_ * minute);
-    if (!daylight_ || year < firstYearWithDaylight)
-        return zone;
-    zone.SetDSTOffset(hourLength);
-    zone.SetStartRuleByWeekday(daylight_->startMonth, daylight_->startWeek, GregorianCalendar::Sunday,
-                               daylight_->startMinutes * minute);
-    zone.SetEndRuleByWeekday(daylight_->endMonth, daylight_->endWeek, GregorianCalendar::Sunday,
-                             daylight_->endMinutes * minute);
+    if (name_ == "UTC")
+        return tarn::TimeZone();
+    tarn::TimeZone zone = zoneNamed(name_, std::max(year, firstYearWithDaylight));
+    if (year < firstYearWithDaylight)
+        zone.SetDSTOffset(0);
     return zone;
 }
 

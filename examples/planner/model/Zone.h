@@ -8,16 +8,7 @@
 #include <vector>
 
 namespace planner {
-/// When a zone's clocks change, counted in the zone's standard time.
-struct DaylightRule {
-    tarn::TimeZone::Month startMonth;
-    int startWeek; ///< Which Sunday of the month; -1 is the last one.
-    tarn::TimeZone::Month endMonth;
-    int endWeek;
-    int startMinutes, endMinutes;
-};
-
-/// A time zone by its name.
+/// A time zone by its name, with the rules that the system's tables have for each year.
 class Zone {
 public:
     static const char* const system; ///< The name of the running system's zone: empty.
@@ -26,11 +17,9 @@ public:
     explicit Zone(const std::string& name = system);
 
     static bool isKnown(const std::string& name);
-    static std::vector<std::string> names(); ///< Without the system's.
+    static std::vector<std::string> names(); ///< Those to choose from, without the system's: some of all.
 
     const std::string& name() const { return name_; }
-    int standardMinutes(int year) const;
-    const DaylightRule* daylight() const { return daylight_; } ///< Null for a zone without, and for the system's.
     /// The rules for a year; a TimeZone holds those of one year only.
     tarn::TimeZone forYear(int year) const;
 
@@ -40,8 +29,6 @@ public:
 
 private:
     std::string name_;
-    int standardMinutes_ = 0;
-    const DaylightRule* daylight_ = nullptr;
 };
 
 /// The day that it is now in a zone.
