@@ -14,19 +14,9 @@ void Style::serialize(tarn::OutputStream& out) const { out << font_ << size_; }
 void Style::deserialize(tarn::InputStream& in) { in >> font_ >> size_; }
 
 // The archive writes each style once, and for the parent, which is being written already, a reference.
-void Element::serialize(tarn::OutputStream& out) const
-{
-    out << text_ << style_;
-    tarn::writeOptional(out, parent_);
-    out << parts_;
-}
+void Element::serialize(tarn::OutputStream& out) const { out << text_ << style_ << parent_ << parts_; }
 
-void Element::deserialize(tarn::InputStream& in)
-{
-    in >> text_ >> style_;
-    tarn::readOptional(in, parent_);
-    in >> parts_;
-}
+void Element::deserialize(tarn::InputStream& in) { in >> text_ >> style_ >> parent_ >> parts_; }
 
 void Element::set(const std::string& text, const tarn::ref_ptr<Style>& style)
 {
@@ -40,21 +30,12 @@ void Element::add(const ElementPtr& parent, const ElementPtr& child)
     parent->parts_.push_back(child);
 }
 
-void Element::dismantle()
-{
-    const ElementPtr parent = std::move(parent_);
-    const std::vector<ElementPtr> parts = std::move(parts_);
-    parts_.clear();
-    for (const ElementPtr& part : parts)
-        part->dismantle();
-}
-
 void Element::print(std::ostream& out, int depth) const
 {
     out << std::string(static_cast<std::size_t>(depth) * 2 + 2, ' ') << kind() << " \"" << text_ << "\", "
         << style_->font() << ' ' << style_->size() << " (shared by " << style_.getCount() << ")";
-    if (parent_)
-        out << ", in \"" << parent_->text() << '"';
+    if (const ElementPtr parent = parent_.lock())
+        out << ", in \"" << parent->text() << '"';
     out << '\n';
     for (const ElementPtr& part : parts_)
         part->print(out, depth + 1);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tarn/Archive.h>
+#include <tarn/weak_ref.h>
 
 #include <iosfwd>
 #include <string>
@@ -41,18 +42,15 @@ public:
     const std::string& text() const { return text_; }
     void set(const std::string& text, const tarn::ref_ptr<Style>& style);
 
-    /// Makes `child` the last part of `parent`. From here on the two hold each other.
+    /// Makes `child` the last part of `parent`.
     static void add(const ElementPtr& parent, const ElementPtr& child);
-    /// Takes the tree apart, so that its elements no longer hold each other.
-    void dismantle();
-
     /// The tree below, with the number of pointers that share each style and whether the parents are right.
     void print(std::ostream& out, int depth = 0) const;
 
 private:
     std::string text_;
     tarn::ref_ptr<Style> style_;
-    ElementPtr parent_;
+    tarn::weak_ref<Element> parent_; // Elements hold their parts, and do not hold their parents.
     std::vector<ElementPtr> parts_;
 };
 

@@ -1,5 +1,5 @@
 // Saves a graph of objects and has a second process read it. The document is a tree whose elements know
-// their parents (a circle) and share two styles: all that is the same after reading.
+// their parents and share two styles: all that is the same after reading.
 //
 //     objectgraph                 makes, saves and shows a document, and starts itself to read it
 //     objectgraph --read <file>   reads a document and shows it
@@ -44,9 +44,7 @@ ElementPtr load(const std::string& file)
 {
     tarn::StdIOStream stream(file.c_str(), "rb");
     tarn::Archive archive(stream, stream);
-    ElementPtr document;
-    archive >> document;
-    return document;
+    return archive.load<Element>();
 }
 
 void show(const char* title, const ElementPtr& document)
@@ -65,7 +63,6 @@ void explainSmallArchive()
     tarn::MemoryOutputStream bytes;
     tarn::Archive archive(nothing, bytes);
     archive << section;
-    section->dismantle();
 
     std::printf("\nThe %u bytes of a section and its paragraph, which share a style:\n",
                 static_cast<unsigned>(bytes.getSize()));
@@ -81,7 +78,6 @@ int saveAndHaveItRead(const char* program)
     const ElementPtr document = makeDocument();
     show("Saved:", document);
     save(document, file);
-    document->dismantle();
 
     const std::string argument = '"' + file + '"';
     const auto result = _spawnl(_P_WAIT, program, "objectgraph", "--read", argument.c_str(), nullptr);
@@ -96,7 +92,6 @@ int readAndShow(const char* file)
 {
     const ElementPtr document = load(file);
     show("\nRead by another process:", document);
-    document->dismantle();
     return 0;
 }
 } // namespace
@@ -108,7 +103,8 @@ int main(int argc, char** argv)
             return readAndShow(argv[2]);
         return saveAndHaveItRead(argv[0]);
     } catch (const std::exception& e) {
-        std::cerr << "objectgraph: " << e.what() << '\n';
+        const auto failure = tarn::ReadingFailure::of(e);
+        std::cerr << "objectgraph: " << (failure ? failure->getText() : e.what()) << '\n';
         return 1;
     }
 }

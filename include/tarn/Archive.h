@@ -1,11 +1,13 @@
 #pragma once
 
 #include <tarn/Export.h>
+#include <tarn/ReadingFailure.h>
 #include <tarn/Serializable.h>
 #include <tarn/Stream.h>
 #include <tarn/ref_ptr.h>
 
 #include <memory>
+#include <optional>
 #include <typeinfo>
 #include <vector>
 
@@ -23,8 +25,22 @@ namespace tarn {
 /// up when it is destroyed: let it go before your own typed pointers, for the reason that ref_ptr gives.
 /// Keys are told by the objects alive: keep what has been written alive while the archive writes.
 ///
+/// Objects of a class with a version (see SerializableImpl) carry it, and their data can be told from what follows. So
+/// a newer class reads what older programs wrote, and what was written before it had versions:
+///
+///     void Leaf::deserialize(tarn::InputStream& in)
+///     {
+///         in >> name_;
+///         if (tarn::versionOf(in) >= 2)
+///             in >> colour_;
+///     }
+///
+/// An older class reads what newer programs wrote, as long as these only add members behind the others, and drops what
+/// it does not know, or keeps it as NewerData and writes it back.
+///
 /// Damaged data end in an exception: EndOfFile, Exception, Serializable::Exception, or what deserialize()
-/// throws. What had been read by then is in getSharedObjects().
+/// throws. What had been read by then is in getSharedObjects(), and load() tidies it up. ReadingFailure says where
+/// it was.
 class TARN_API Archive : public InputStream, public OutputStream {
 public:
     /// How deep objects may lie in each other's data, in writing and in reading. Beyond that, and where the
@@ -60,6 +76,27 @@ public:
     /// The same for a pointer to a certain class. Throws Serializable::Exception for an object of another.
     template <class T> void readObject(ref_ptr<T>& ptr);
 
+    /// Reads an object written through a plain pointer, or one that was written as shared, to one owner of its own
+    /// class. Throws as readObject() does, and Serializable::Exception for an object of another class; nothing is left
+    /// of it then.
+    ///@{
+    template <class T> std::unique_ptr<T> readSingle();
+    OwnedObject readSingle();
+    ///@}
+
+    /// Reads a shared object, and all that hangs on it, or nothing: when that fails, what it had read so far is taken
+    /// apart and destroyed, circles included, before the error goes on. Each object is taken apart by a deserialize()
+    /// that reads zeros and empty references; one that refuses to keeps what it has got.
+    template <class T> ref_ptr<T> load();
+
+    /// Keeps objects of classes that this program does not know as SealedObjects, where the data have versions, instead
+    /// of throwing. They fit where a `ref_ptr<Serializable>` is read, and in NewerData.
+    void keepUnknownClasses(bool keep = true);
+
+    /// Lets go of an object. When it is the last pointer the object is destroyed as what it is, if its class is
+    /// registered, where ref_ptr would have freed its memory alone.
+    static void release(ref_ptr<Serializable>& ptr) noexcept;
+
     /// Every shared object read so far, whole or not, in the order in which they came. After a failed read, take
     /// them to pointers of their own classes (ref_ptr_cast), open their circles and let the archive go: then their
     /// destructors run.
@@ -73,8 +110,37 @@ public:
     ///@}
 
 private:
+    friend InputStream;
+    friend OutputStream;
+    friend TARN_API unsigned int versionOf(InputStream& in);
+    template <class T> friend OutputStream& operator<<(OutputStream& out, const std::shared_ptr<T>& ptr);
+    template <class T> friend InputStream& operator>>(InputStream& in, std::shared_ptr<T>& ptr);
+
     void writeObject(const Serializable* object, unsigned long key);
     [[noreturn]] void refuse(const ref_ptr<Serializable>& object, const std::type_info& expected);
+    [[noreturn]] static void refuse(const Serializable& object, const std::type_info& expected);
+
+    class DataVersion;
+    class Reading;
+    void writeRecord(const Serializable* object, unsigned int key);
+    void writeInParts(const Serializable& object, unsigned int key);
+    void writeBody(const Serializable& object, const DataVersion& version);
+    void writeNewerData(const NewerData& data);
+    void writeStandardShared(const Serializable* object);
+
+    std::optional<unsigned long long> findOffset() const;
+    template <class Read> void located(Read read);
+    unsigned int readPartTag();
+    void readRecord(ref_ptr<Serializable>& ptr);
+    void readOwned(OwnedObject& object);
+    Serializable* createNamed();
+    Serializable* createFrom(unsigned int length);
+    void readData(Serializable& object);
+    void readBody(Serializable& object, unsigned int version, unsigned int firstWord);
+    void readNewerData(Serializable& object);
+    std::shared_ptr<Serializable> readStandardShared();
+    std::size_t countObjects() const;
+    void discardFrom(std::size_t first) noexcept;
 
     struct Tables;
 
@@ -82,6 +148,10 @@ private:
     OutputStream& output_;
     std::unique_ptr<Tables> tables_;
     unsigned int depth_ = 0;
+    // Of most data, which stand on the streams as they are: then this class passes them on without a look at the
+    // tables.
+    bool writesPlain_ = true;
+    bool readsPlain_ = true;
 };
 
 template <class T> void Archive::readObject(ref_ptr<T>& ptr)
@@ -89,10 +159,40 @@ template <class T> void Archive::readObject(ref_ptr<T>& ptr)
     ref_ptr<Serializable> object;
     readObject(object);
     const ref_ptr<T> typed = ref_ptr_cast<T>(object);
-    if (!typed)
+    if (!typed && object)
         refuse(object, typeid(T));
     ptr = typed;
 }
+
+template <class T> std::unique_ptr<T> Archive::readSingle()
+{
+    static_assert(
+        std::has_virtual_destructor_v<T> || std::is_final_v<T>,
+        "The pointer has to destroy whatever object it gets: give the class a virtual destructor, or make it final");
+    OwnedObject object = readSingle();
+    T* const typed = dynamic_cast<T*>(object.get());
+    if (!typed)
+        refuse(*object, typeid(T));
+    object.release();
+    return std::unique_ptr<T>(typed);
+}
+
+template <class T> ref_ptr<T> Archive::load()
+{
+    const std::size_t before = countObjects();
+    try {
+        ref_ptr<T> object;
+        readObject(object);
+        return object;
+    } catch (...) {
+        discardFrom(before);
+        throw;
+    }
+}
+
+/// The version of the data that deserialize() reads: the `classVersion` of the program that wrote them, 0 when they
+/// were written without one.
+TARN_API unsigned int versionOf(InputStream& in);
 
 /// Writes a reference that an object holds, in its serialize().
 template <class T> OutputStream& operator<<(OutputStream& out, const ref_ptr<T>& ptr)
@@ -126,4 +226,44 @@ template <class T> void readOptional(InputStream& in, ref_ptr<T>& ptr)
     else
         ptr.release();
 }
+
+/// An object that is shared by standard pointers, as writeOptional() writes one. What archives share is told by the
+/// address of the object. A pointer that was read destroys the object as what it is.
+///@{
+template <class T> OutputStream& operator<<(OutputStream& out, const std::shared_ptr<T>& ptr)
+{
+    out << static_cast<bool>(ptr);
+    if (ptr)
+        Archive::behind(out).writeStandardShared(ptr.get());
+    return out;
+}
+template <class T> InputStream& operator>>(InputStream& in, std::shared_ptr<T>& ptr)
+{
+    bool present = false;
+    in >> present;
+    const std::shared_ptr<Serializable> object = present ? Archive::behind(in).readStandardShared() : nullptr;
+    ptr = std::dynamic_pointer_cast<T>(object);
+    if (object && !ptr)
+        Archive::refuse(*object, typeid(T));
+    return in;
+}
+///@}
+
+/// An object that has one owner: a bool, and when it is true the object as through a plain pointer.
+///@{
+template <class T> OutputStream& operator<<(OutputStream& out, const std::unique_ptr<T>& ptr)
+{
+    out << static_cast<bool>(ptr);
+    if (ptr)
+        Archive::behind(out).writeObject(ptr.get());
+    return out;
+}
+template <class T> InputStream& operator>>(InputStream& in, std::unique_ptr<T>& ptr)
+{
+    bool present = false;
+    in >> present;
+    ptr = present ? Archive::behind(in).template readSingle<T>() : nullptr;
+    return in;
+}
+///@}
 } // namespace tarn

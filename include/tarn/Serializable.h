@@ -2,11 +2,16 @@
 
 #include <tarn/Exception.h>
 #include <tarn/Export.h>
+#include <tarn/ref_ptr.h>
 
+#include <concepts>
+#include <memory>
+#include <type_traits>
 #include <typeinfo>
 
 namespace tarn {
 class InputStream;
+class NewerData;
 class OutputStream;
 
 /// An object that can be written to a stream and made anew from it.
@@ -60,11 +65,25 @@ protected:
 };
 
 namespace detail {
+/// What is known of a registered class beside its name.
+struct ClassTraits {
+    Serializable* (*create)() = nullptr;
+    void (*destroy)(Serializable* object) = nullptr;
+    unsigned int version = 0;
+    bool keepsNewerData = false;
+};
+
 /// Registers the creator, and the name under which objects of the type are written.
+///@{
+TARN_API void registerClass(const std::type_info& type, const char* keyword, const ClassTraits& traits,
+                            const void* owner);
+TARN_API void registerClassAs(const std::type_info& type, const char* name, const ClassTraits& traits,
+                              const void* owner);
 TARN_API void registerClass(const std::type_info& type, const char* keyword, Serializable* (*creator)(),
                             const void* owner);
 TARN_API void registerClassAs(const std::type_info& type, const char* name, Serializable* (*creator)(),
                               const void* owner);
+///@}
 /// Ends what an owner in a DLL registered, since the DLL is being unloaded.
 TARN_API void unregisterClass(const void* owner) noexcept;
 } // namespace detail
@@ -73,6 +92,14 @@ TARN_API void unregisterClass(const void* owner) noexcept;
 struct DeclaredAsStruct {};
 /// To be given to SerializableImpl.
 inline constexpr DeclaredAsStruct declaredAsStruct;
+
+/// Destroys an object as what it is, when its class is registered; of any other its memory is freed.
+struct TARN_API DestroyObject {
+    /// Null is allowed.
+    void operator()(Serializable* object) const noexcept;
+};
+/// Owns an object of whatever class.
+using OwnedObject = std::unique_ptr<Serializable, DestroyObject>;
 
 /// Registers the class T when it is constructed: have one static object of it for each class.
 ///
@@ -84,14 +111,18 @@ inline constexpr DeclaredAsStruct declaredAsStruct;
 /// Two classes of unnamed namespaces may have the same qualified name: give one of them a name of its own, or
 /// writing it throws Serializable::Exception `"..." is the name of another class, too`.
 ///
+/// A class says the version of its data with a constant, `static constexpr unsigned int classVersion = 2;`. Archive
+/// writes it, and versionOf() gives it when the data are read; see there for what newer and older programs do. Without
+/// the constant, or with 0, the data are written without a version.
+///
 /// The registration lasts as long as the program, that of a static object in a DLL as long as the DLL is loaded.
 template <class T> class SerializableImpl {
 public:
     /// Registers T under the name that is said above, or under the whole `name`, which is copied.
     ///@{
-    SerializableImpl() { detail::registerClass(typeid(T), "class ", &create, this); }
-    explicit SerializableImpl(DeclaredAsStruct) { detail::registerClass(typeid(T), "struct ", &create, this); }
-    explicit SerializableImpl(const char* name) { detail::registerClassAs(typeid(T), name, &create, this); }
+    SerializableImpl() { detail::registerClass(typeid(T), "class ", traits(), this); }
+    explicit SerializableImpl(DeclaredAsStruct) { detail::registerClass(typeid(T), "struct ", traits(), this); }
+    explicit SerializableImpl(const char* name) { detail::registerClassAs(typeid(T), name, traits(), this); }
     ///@}
     SerializableImpl(const SerializableImpl&) = delete;
     SerializableImpl& operator=(const SerializableImpl&) = delete;
@@ -99,5 +130,18 @@ public:
 
 private:
     static Serializable* create() { return new T; }
+    static void destroy(Serializable* object)
+    {
+        if constexpr (std::is_destructible_v<T>)
+            ref_ptr<T>(dynamic_cast<T*>(object));
+    }
+    static detail::ClassTraits traits()
+    {
+        detail::ClassTraits traits{.create = &create, .destroy = &destroy};
+        if constexpr (requires { T::classVersion; })
+            traits.version = T::classVersion;
+        traits.keepsNewerData = std::is_base_of_v<NewerData, T>;
+        return traits;
+    }
 };
 } // namespace tarn

@@ -12,6 +12,7 @@
 
 namespace tarn {
 class Archive;
+template <class T> class weak_ref;
 
 namespace detail {
 /// A count of 1; null without memory.
@@ -33,7 +34,7 @@ TARN_API void letGo(const LastShare& last) noexcept;
 /// way shared.
 ///
 /// The count is not atomic: pointers to one object belong to one thread. Objects that point at each other
-/// in a circle keep each other alive until the circle is opened by hand.
+/// in a circle keep each other alive until the circle is opened by hand, or a weak_ref is a part of it.
 ///
 /// The last pointer destroys the object as a T, whatever its class. A `ref_ptr<Serializable>`, whose T has
 /// no virtual destructor, therefore frees the object's own memory without running its destructor, and what
@@ -105,6 +106,7 @@ public:
 
 private:
     template <class U> friend class ref_ptr;
+    template <class U> friend class weak_ref;
     template <class To, class From> friend ref_ptr<To> ref_ptr_cast(const ref_ptr<From>& from) noexcept;
     friend class Archive;
 

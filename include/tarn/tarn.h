@@ -71,6 +71,7 @@
 #include <tarn/MemoryStream.h>
 #include <tarn/Menu.h>
 #include <tarn/MessageLoop.h>
+#include <tarn/NewerData.h>
 #include <tarn/OwnedHandle.h>
 #include <tarn/OwnerDrawable.h>
 #include <tarn/PaintDeviceContext.h>
@@ -84,6 +85,7 @@
 #include <tarn/PropertySheet.h>
 #include <tarn/RadioButtonGroup.h>
 #include <tarn/Rect.h>
+#include <tarn/ReadingFailure.h>
 #include <tarn/RegistryKey.h>
 #include <tarn/RegistryValue.h>
 #include <tarn/RunProcess.h>
@@ -123,3 +125,4 @@
 #include <tarn/WindowsHandle.h>
 #include <tarn/WindowsModule.h>
 #include <tarn/ref_ptr.h>
+#include <tarn/weak_ref.h>

@@ -5,16 +5,17 @@
 #include <cstring>
 
 namespace tarn {
-Exception::Exception() : description_("Unknown Exception") {}
-Exception::Exception(const std::string& description) : description_(description) {}
+// Behind each text stands a zero of its own, so that who has the text alone can look whether more follows.
+Exception::Exception() : Exception("Unknown Exception") {}
+Exception::Exception(const std::string& description) : description_(description + '\0') {}
 Exception::Exception(const Exception&) = default;
 Exception& Exception::operator=(const Exception&) = default;
 Exception::~Exception() = default;
 const char* Exception::what() const noexcept { return description_.c_str(); }
 BasicString<wchar_t> Exception::whatW() const { return wholeOf(what(), tailOf(description_)); }
-void Exception::setDescription(const char* text) { description_ = text; }
+void Exception::setDescription(const char* text) { description_ = std::string(text) + '\0'; }
 
-EndOfFile::EndOfFile(const std::string& message) : std::runtime_error(message) {}
+EndOfFile::EndOfFile(const std::string& message) : std::runtime_error(message + '\0') {}
 EndOfFile::EndOfFile(const EndOfFile&) noexcept = default;
 EndOfFile& EndOfFile::operator=(const EndOfFile&) noexcept = default;
 EndOfFile::~EndOfFile() = default;

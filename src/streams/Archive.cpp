@@ -1,17 +1,25 @@
 #include <tarn/Archive.h>
 
+#include <tarn/NewerData.h>
+
+#include "../foundation/Closing.h"
 #include "../foundation/Throw.h"
 #include "ArchiveTables.h"
 #include "ClassName.h"
+#include "FailureTail.h"
 #include "NestingLevel.h"
 
+#include <algorithm>
 #include <cstring>
+#include <optional>
 
 namespace tarn {
 namespace {
 // The first word of an object record; any other is the key of a reference record.
 constexpr unsigned int objectCookie = 0;
 constexpr unsigned int singleKey = 0;
+
+constexpr std::size_t longestPart = 0x7FFFFFFF;
 } // namespace
 
 Archive::Archive(InputStream& input, OutputStream& output)
@@ -25,8 +33,21 @@ Archive::Archive(const Archive& other)
 }
 Archive::~Archive() = default;
 
-unsigned int Archive::read(void* buffer, unsigned int size) { return input_.read(buffer, size); }
-unsigned int Archive::write(const void* buffer, unsigned int size) { return output_.write(buffer, size); }
+unsigned int Archive::read(void* buffer, unsigned int size)
+{
+    if (readsPlain_)
+        return input_.read(buffer, size);
+    return tables_->reader.read(input_, buffer, size);
+}
+unsigned int Archive::write(const void* buffer, unsigned int size)
+{
+    if (writesPlain_)
+        return output_.write(buffer, size);
+    tables_->writer.write(output_, buffer, size);
+    return size;
+}
+
+// ---- Writing
 
 void Archive::writeObject(const Serializable* object) { writeObject(object, singleKey); }
 
@@ -36,14 +57,39 @@ void Archive::writeObject(const ref_ptr<Serializable>& ptr)
     writeObject(ptr.get(), tables_->keys.of(counter, tables_->written));
 }
 
+void Archive::writeStandardShared(const Serializable* object)
+{
+    const auto address = reinterpret_cast<std::uintptr_t>(dynamic_cast<const void*>(object));
+    writeObject(object, tables_->keys.of(address, tables_->written));
+}
+
+void Archive::writeObject(const Serializable* object, unsigned long key)
+{
+    const auto word = static_cast<unsigned int>(key);
+    if (word == singleKey) {
+        const NestingLevel level(depth_);
+        writeRecord(object, word);
+        return;
+    }
+    auto place = tables_->written.placeFor(word);
+    if (place) {
+        if (!writesPlain_ && tables_->writer.isInParts()) {
+            tables_->writer.putWord(referencePart);
+            tables_->writer.putWord(word);
+        } else {
+            static_cast<OutputStream&>(*this) << word;
+        }
+        return;
+    }
+    const NestingLevel level(depth_);
+    place.put(); // Before the data are written, so that a circle leads to a reference.
+    writeRecord(object, word);
+}
+
 namespace {
 // Two words and the class's name in one piece. As of any text only the name's length is guarded against a short write.
-void writeHead(OutputStream& out, const Serializable* object, unsigned int key)
+void writeHead(OutputStream& out, unsigned int key, const char* text)
 {
-    if (!object)
-        out << objectCookie << key; // What comes next fails.
-    const ClassName name(typeid(*object));
-    const char* const text = name.toWrite();
     const auto length = static_cast<unsigned int>(std::strlen(text));
     const unsigned int words[] = {objectCookie, key, length};
     char head[128];
@@ -58,88 +104,424 @@ void writeHead(OutputStream& out, const Serializable* object, unsigned int key)
     if (count < sizeof words || count > size)
         detail::throwShortWrite(head, sizeof words[0]);
 }
+} // namespace
 
-void writeRecord(OutputStream& archive, const Serializable* object, unsigned int key)
+namespace {
+/// Writes the name, when no more than that stands in front of an object of this class.
+bool writesPlainHead(OutputStream& out, const Serializable* object, unsigned int key)
 {
-    writeHead(archive, object, key);
-    object->serialize(archive);
+    const ClassName name(typeid(*object));
+    if (!name.isPlain())
+        return false;
+    writeHead(out, key, name.toWrite());
+    return true;
 }
 } // namespace
 
-void Archive::writeObject(const Serializable* object, unsigned long key)
+void Archive::writeRecord(const Serializable* object, unsigned int key)
 {
-    const auto word = static_cast<unsigned int>(key);
-    if (word == singleKey) {
-        const NestingLevel level(depth_);
-        writeRecord(*this, object, word);
-        return;
+    if (!object)
+        static_cast<OutputStream&>(*this) << objectCookie << key; // What comes next fails.
+    if (writesPlain_ && writesPlainHead(*this, object, key))
+        object->serialize(*this);
+    else
+        writeInParts(*object, key);
+}
+
+void Archive::writeInParts(const Serializable& object, unsigned int key)
+{
+    OutputStream& self = *this;
+    const ClassName name(typeid(object));
+    const auto* const sealed = dynamic_cast<const SealedObject*>(&object);
+    const DataVersion version = sealed ? DataVersion(*sealed) : DataVersion(name, object);
+
+    const bool isPart = tables_->writer.isInParts();
+    if (isPart)
+        tables_->writer.putWord(objectPart);
+    BodyWriter::Object scope(tables_->writer, writesPlain_);
+    if (!isPart)
+        self << objectCookie;
+    self << key;
+    if (version.isWritten()) {
+        self << VersionedHead(sealed ? sealed->getClassName().c_str() : name.toWrite(), version.number());
+        writeBody(object, version);
+    } else {
+        self << name.toWrite();
+        object.serialize(*this);
     }
-    auto place = tables_->written.placeFor(word);
-    if (place) {
-        static_cast<OutputStream&>(*this) << word;
-        return;
+}
+
+void Archive::writeBody(const Serializable& object, const DataVersion& version)
+{
+    BodyWriter::Object scope(tables_->writer, writesPlain_);
+    scope.beginBody();
+    object.serialize(*this);
+    if (version.newerData())
+        writeNewerData(*version.newerData());
+    scope.endBody(output_);
+}
+
+void Archive::writeNewerData(const NewerData& data)
+{
+    for (const detail::SealedPart& part : data.parts_) {
+        if (part.isShared)
+            writeObject(part.object);
+        else if (part.object)
+            writeObject(part.object.get());
+        else
+            for (std::size_t at = 0; at < part.bytes.size(); at += longestPart)
+                write(part.bytes.data() + at, static_cast<unsigned int>(std::min(part.bytes.size() - at, longestPart)));
     }
-    const NestingLevel level(depth_);
-    place.put(); // Before the data are written, so that a circle leads to a reference.
-    writeRecord(*this, object, word);
+}
+
+// ---- Reading
+
+/// Stands for an object that is being read: what is read inside of it does not change how the one around it goes on,
+/// and when it fails its class is noted.
+class Archive::Reading {
+public:
+    explicit Reading(Archive& archive)
+        : level_(archive.depth_), archive_(archive), wasPlain_(std::exchange(archive.readsPlain_, true))
+    {
+        if (!wasPlain_)
+            outer_ = std::exchange(archive.tables_->reader.state, {});
+    }
+    Reading(const Reading&) = delete;
+    Reading& operator=(const Reading&) = delete;
+    ~Reading()
+    {
+        archive_.readsPlain_ = wasPlain_;
+        if (!wasPlain_)
+            archive_.tables_->reader.state = *outer_;
+        if (object_)
+            fails();
+    }
+    /// The object has been made; it must live as long as it is read.
+    void reads(const Serializable& object) { object_ = &object; }
+    /// It was read whole.
+    void succeeds() { object_ = nullptr; }
+
+private:
+    [[gnu::noinline, gnu::cold]] void fails() const noexcept
+    {
+        closeQuietly([this] { note(); });
+    }
+    void note() const
+    {
+        FailedPath& failed = archive_.tables_->failed;
+        if (failed.classes.empty() || failed.depth != archive_.depth_ + 1) {
+            failed.classes.clear();
+            failed.offset = archive_.findOffset();
+        }
+        failed.classes.push_back(&typeid(*object_));
+        failed.depth = archive_.depth_;
+    }
+
+    NestingLevel level_;
+    Archive& archive_;
+    bool wasPlain_;
+    const Serializable* object_ = nullptr;
+    std::optional<BodyReader::State> outer_; // Where it was not plain.
+};
+
+// Where the next byte would be read, if the stream can tell.
+std::optional<unsigned long long> Archive::findOffset() const
+{
+    auto* const seekable = dynamic_cast<Seekable*>(&input_);
+    if (!seekable)
+        return {};
+    std::optional<unsigned long long> offset;
+    closeQuietly([&] { offset = seekable->getFilePointer(); });
+    return offset;
+}
+
+// Errors that leave the outermost object get their place, in the text that they hold.
+template <class Read> void Archive::located(Read read)
+{
+    tables_->failed.classes.clear();
+    const auto placed = [this](const std::exception& error, const char* sentence) {
+        const FailedPath& failed = tables_->failed;
+        std::vector<std::string> path;
+        for (auto type = failed.classes.rbegin(); type != failed.classes.rend(); ++type)
+            path.push_back(ClassName(**type).text());
+        return withPlace(error, sentence, failed.classes.empty() ? findOffset() : failed.offset, path);
+    };
+    try {
+        read();
+    } catch (EndOfFile& error) {
+        static_cast<std::runtime_error&>(error) = EndOfFile(placed(error, "The data end too early"));
+        throw;
+    } catch (tarn::Exception& error) {
+        static_cast<tarn::Exception&>(error) = tarn::Exception(placed(error, nullptr));
+        throw;
+    }
+}
+
+// The word in front of an object in parts: zero, or the key of one that was read.
+unsigned int Archive::readPartTag()
+{
+    BodyReader& reader = tables_->reader;
+    if (reader.state.mode == BodyReader::State::zeros)
+        throwError(tarn::Exception("An object is taken apart"));
+    const unsigned int part = reader.state.left == 0 ? reader.takeWord(input_) : endOfBody;
+    if (part == referencePart)
+        return reader.takeWord(input_);
+    if (part != objectPart)
+        throwError(Serializable::Exception("The data have no object where one is expected"));
+    return objectCookie;
+}
+
+Serializable* Archive::createNamed()
+{
+    const unsigned int length = readUInt32();
+    return ObjectHead::isPlain(length) ? ObjectHead::createPlain(*this, length) : createFrom(length);
+}
+
+// Not a part of its callers, on whose stack there is no room for a name as long as the data are read.
+[[gnu::noinline]] Serializable* Archive::createFrom(unsigned int length)
+{
+    const ObjectHead head(*this, length);
+    if (head.isVersioned()) {
+        tables_->reader.beginBody(head.version(), head.firstWord());
+        readsPlain_ = false;
+    }
+    if (head.isVersioned() && (tables_->keepsUnknown || tables_->readsNewerData) &&
+        !ClassRegistry::get().creatorOf(head.name()))
+        return new SealedObject(head.name());
+    return Serializable::create(head.name());
+}
+
+void Archive::readBody(Serializable& object, unsigned int version, unsigned int firstWord)
+{
+    tables_->reader.beginBody(version, firstWord);
+    readsPlain_ = false;
+    readData(object);
+}
+
+void Archive::readData(Serializable& object)
+{
+    object.deserialize(*this);
+    if (!readsPlain_)
+        readNewerData(object);
+}
+
+// What the object did not read. It is kept by those that want it; the objects in it are read in any case, because
+// others may refer to them.
+void Archive::readNewerData(Serializable& object)
+{
+    constexpr unsigned int piece = 0x1000;
+    BodyReader& reader = tables_->reader;
+    if (reader.state.left == 0 && reader.nextWord(input_) == endOfBody)
+        return;
+    NewerData dropped;
+    auto* const keeper = dynamic_cast<NewerData*>(&object);
+    NewerData& data = keeper ? *keeper : dropped;
+    data.dropNewerData();
+    data.version_ = reader.state.version;
+    const struct Within {
+        explicit Within(bool& now) : is(now), before(std::exchange(now, true)) {}
+        ~Within() { is = before; }
+        bool& is;
+        bool before;
+    } within(tables_->readsNewerData);
+    for (;;) {
+        const unsigned int word = reader.state.left == 0 ? reader.nextWord(input_) : reader.state.left;
+        if (word == endOfBody)
+            break;
+        detail::SealedPart part;
+        if (word < objectPart) {
+            char bytes[piece];
+            while (const unsigned int count = read(bytes, piece))
+                part.bytes.append(bytes, count);
+            if (reader.state.left > 0)
+                detail::throwShortRead(bytes, piece);
+        } else {
+            readObject(part.object);
+            part.isShared = word == referencePart || part.object.getCount() > 1; // The archive has it, too.
+        }
+        data.parts_.push_back(std::move(part));
+    }
+}
+
+namespace {
+// Not inside of what they leave, which is short of stack, and fast without them.
+[[noreturn, gnu::noinline, gnu::cold]] void throwReferred()
+{
+    throwError(tarn::Exception(withSentence("In Archive::ReadObject war das eingelesene Cookie != 0.\n"
+                                            "Dies deutet auf einen Fehler im Bin\xE4rstream hin!",
+                                            "The data refer to an object where a new one is expected")));
+}
+[[noreturn, gnu::noinline, gnu::cold]] void throwUnknownKey()
+{
+    throwError(Serializable::Exception(
+        withSentence("Der Stream enth\xE4lt eine Objektreferenz, nicht jedoch das Objekt selbst!",
+                     "The data refer to an object that they do not have")));
+}
+[[noreturn, gnu::noinline, gnu::cold]] void throwSingle()
+{
+    throwError(tarn::Exception(
+        withSentence("Das Objekt wurde zuvor als Single-Objekt gelesen und kann daher nicht als Referenz "
+                     "zur\xFC"
+                     "ckgegeben werden.\n"
+                     "M\xF6glicherweise liegt ein Fehler im Format des Bin\xE4streams vor!",
+                     "The data share an object that was read as one with a single owner")));
+}
+} // namespace
+
+// `object` has it as soon as it is made.
+void Archive::readOwned(OwnedObject& object)
+{
+    if ((readsPlain_ ? readUInt32() : readPartTag()) != objectCookie)
+        throwReferred();
+    Reading reading(*this);
+    const unsigned int key = readUInt32();
+    tables_->single.makeRoom(depth_); // For the objects around it, too: none is lost later for want of memory.
+    object.reset(createNamed());
+    reading.reads(*object);
+    readData(*object);
+    tables_->addSingle(key);
+    reading.succeeds();
+}
+
+OwnedObject Archive::readSingle()
+{
+    OwnedObject object;
+    if (depth_ > 0)
+        readOwned(object);
+    else
+        located([&] { readOwned(object); });
+    return object;
 }
 
 Serializable* Archive::readObject()
 {
-    if (readUInt32() != objectCookie)
-        throwError(tarn::Exception("In Archive::ReadObject war das eingelesene Cookie != 0.\n"
-                                   "Dies deutet auf einen Fehler im Bin\xE4rstream hin!"));
-    const NestingLevel level(depth_);
-    const unsigned int key = readUInt32();
-    tables_->single.makeRoom(depth_); // For the objects around it, too: none is lost later for want of memory.
-    Serializable* const object = createNamedOn(*this);
-    object->deserialize(*this);
-    tables_->addSingle(key);
-    return object;
+    struct Lost : OwnedObject {
+        ~Lost() { release(); } // Its destructor may not be known, as that of an object made by a mere creator.
+    } object;
+    if (depth_ > 0)
+        readOwned(object);
+    else
+        located([&] { readOwned(object); });
+    return object.release();
 }
 
 void Archive::readObject(ref_ptr<Serializable>& ptr)
 {
-    if (const unsigned int reference = readUInt32(); reference != objectCookie) {
-        const unsigned int* const place = tables_->shared.find(reference);
-        if (!place)
-            throwError(
-                Serializable::Exception("Der Stream enth\xE4lt eine Objektreferenz, nicht jedoch das Objekt selbst!"));
-        ptr = tables_->objects[*place];
+    if (!readsPlain_ && tables_->reader.state.mode == BodyReader::State::zeros)
+        ptr.release();
+    else if (depth_ > 0)
+        readRecord(ptr);
+    else
+        located([&] { readRecord(ptr); });
+}
+
+void Archive::readRecord(ref_ptr<Serializable>& ptr)
+{
+    if (const unsigned int reference = readsPlain_ ? readUInt32() : readPartTag(); reference != objectCookie) {
+        const ref_ptr<Serializable>* const known = tables_->find(reference);
+        if (!known)
+            throwUnknownKey();
+        ptr = *known;
         return;
     }
-    const NestingLevel level(depth_);
+    Reading reading(*this);
     const unsigned int key = readUInt32();
     if (tables_->isSingle(key))
-        throwError(tarn::Exception("Das Objekt wurde zuvor als Single-Objekt gelesen und kann daher nicht als Referenz "
-                                   "zur\xFC"
-                                   "ckgegeben werden.\n"
-                                   "M\xF6glicherweise liegt ein Fehler im Format des Bin\xE4streams vor!"));
+        throwSingle();
     tables_->makeRoom();
-    Serializable* const made = createNamedOn(*this);
+    Serializable* const made = createNamed();
     ref_ptr<Serializable> object(tables_->counts.take(), made);
     // Known before its data are read, so that references inside them find it, and it is not lost when they fail.
     const unsigned int place = tables_->add(key, object);
-    object->deserialize(*this);
+    reading.reads(*made);
+    readData(*made);
     if (key == singleKey)
         tables_->drop(place);
+    reading.succeeds();
     ptr.swap(object);
+}
+
+std::shared_ptr<Serializable> Archive::readStandardShared()
+{
+    ref_ptr<Serializable> object;
+    readObject(object);
+    if (!object)
+        return nullptr;
+    std::weak_ptr<Serializable>& known = tables_->standard[object.getIdentity()];
+    std::shared_ptr<Serializable> shared = known.lock();
+    if (!shared) {
+        Serializable* const plain = object.get();
+        shared.reset(plain, [held = std::move(object)](Serializable*) mutable { Archive::release(held); });
+        known = shared;
+    }
+    return shared;
+}
+
+void Archive::refuse(const Serializable& object, const std::type_info& expected)
+{
+    throwError(Serializable::Exception("An object of " + std::string(ClassName(typeid(object)).text()) +
+                                       " was read where one of " + ClassName(expected).text() + " is expected"));
 }
 
 void Archive::refuse(const ref_ptr<Serializable>& object, const std::type_info& expected)
 {
     if (object.getCount() == 1)
         tables_->objects.push_back(object);
-    const Serializable& found = *object;
-    throwError(Serializable::Exception("An object of " + std::string(ClassName(typeid(found)).text()) +
-                                       " was read where one of " + ClassName(expected).text() + " is expected"));
+    refuse(*object, expected);
 }
+
+// ---- What was read
 
 std::vector<ref_ptr<Serializable>> Archive::getSharedObjects() const
 {
     std::vector<ref_ptr<Serializable>> objects = tables_->objects;
     std::erase(objects, nullptr);
     return objects;
+}
+
+void Archive::release(ref_ptr<Serializable>& ptr) noexcept
+{
+    if (ptr.getCount() != 1) {
+        ptr.release();
+        return;
+    }
+    const detail::LastShare last{ptr.object_, ptr.count_,
+                                 [](void* object) { DestroyObject()(static_cast<Serializable*>(object)); }};
+    --*ptr.count_;
+    ptr.object_ = nullptr;
+    ptr.count_ = nullptr;
+    detail::letGo(last);
+}
+
+std::size_t Archive::countObjects() const { return tables_->objects.size(); }
+
+void Archive::discardFrom(std::size_t first) noexcept
+{
+    constexpr unsigned int enough = 0x10000; // Zeros, for one object.
+    std::vector<ref_ptr<Serializable>>& objects = tables_->objects;
+    for (std::size_t i = first; i < objects.size(); ++i)
+        if (objects[i])
+            try {
+                if (auto* const keeper = dynamic_cast<NewerData*>(objects[i].get()))
+                    keeper->dropNewerData();
+                Reading reading(*this);
+                tables_->reader.state = {.mode = BodyReader::State::zeros, .left = enough, .version = ~0u};
+                readsPlain_ = false;
+                objects[i]->deserialize(*this);
+            } catch (...) {
+                // It has let go of what it reads before it noticed.
+            }
+    for (std::size_t i = first; i < objects.size(); ++i)
+        release(objects[i]);
+}
+
+void Archive::keepUnknownClasses(bool keep) { tables_->keepsUnknown = keep; }
+
+unsigned int versionOf(InputStream& in)
+{
+    const auto* const archive =
+        typeid(in) == typeid(Archive) ? static_cast<Archive*>(&in) : dynamic_cast<Archive*>(&in);
+    return archive && !archive->readsPlain_ ? archive->tables_->reader.state.version : 0;
 }
 
 namespace {

@@ -7,6 +7,7 @@
 
 namespace tarn {
 class InputStream;
+class OutputStream;
 
 /// The name by which streams know a type: the registered one, or "class " and the type's own name.
 class ClassName {
@@ -19,6 +20,17 @@ public:
     /// As text(). Throws Serializable::Exception for a class whose objects would come back as another's.
     const char* toWrite() const;
 
+    /// The version with which objects are written; 0 for one without.
+    unsigned int version() const { return registration_ ? registration_->traits.version : 0; }
+    /// Whether objects may have data of newer programs.
+    bool keepsNewerData() const { return registration_ && registration_->traits.keepsNewerData; }
+    /// Whether objects are written as their data alone.
+    bool isPlain() const
+    {
+        return registration_ ? registration_->traits.version == 0 && !registration_->traits.keepsNewerData
+                             : composed_ != "class tarn::SealedObject";
+    }
+
     /// A type's qualified name as programs spell it, without "class" or "struct".
     static std::string qualifiedName(const std::type_info& type);
 
@@ -27,7 +39,43 @@ private:
     std::string composed_;
 };
 
-/// Reads a class name and makes an object of that class. The name is fetched in one plain read, and when
-/// that comes back short it is as much as came; one that claims to be very long is fetched in pieces.
-Serializable* createNamedOn(InputStream& in);
+/// The name of a class with a version, as it is written.
+struct VersionedHead {
+    VersionedHead(const char* name, unsigned int number) : text(name), version(number) {}
+    VersionedHead(const ClassName& name, unsigned int number) : VersionedHead(name.toWrite(), number) {}
+
+    const char* text;
+    unsigned int version;
+};
+OutputStream& operator<<(OutputStream& out, const VersionedHead& head);
+
+/// What stands in front of an object's data. The name is fetched in one plain read, and when that comes back short it
+/// is as much as came.
+class ObjectHead {
+public:
+    /// Whether no more than a name that is not very long follows the length.
+    static bool isPlain(unsigned int length) { return length < shortest; }
+    /// Makes an object of the class with that name.
+    static Serializable* createPlain(InputStream& in, unsigned int length);
+
+    /// Reads what follows the length.
+    ObjectHead(InputStream& in, unsigned int length);
+    ObjectHead(const ObjectHead&) = delete;
+    ObjectHead& operator=(const ObjectHead&) = delete;
+
+    const char* name() const { return longName_.empty() ? shortName_ : longName_.c_str(); }
+    /// Whether a version follows the name, and data in parts.
+    bool isVersioned() const { return isVersioned_; }
+    unsigned int version() const { return words_[0]; }
+    /// That in front of the first part.
+    unsigned int firstWord() const { return words_[1]; }
+
+private:
+    static constexpr unsigned int shortest = 128; // Of the long names.
+
+    bool isVersioned_;
+    unsigned int words_[2] = {};
+    char shortName_[shortest + sizeof words_];
+    std::string longName_;
+};
 } // namespace tarn

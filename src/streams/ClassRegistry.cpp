@@ -27,13 +27,14 @@ ClassRegistry& ClassRegistry::get()
 
 void ClassRegistry::add(const char* name, Creator creator)
 {
-    enter(all_.emplace_back(Registration{.name = measured(name), .creator = creator, .ownName = {}}));
+    enter(all_.emplace_back(Registration{.name = measured(name), .traits = {.create = creator}, .ownName = {}}));
 }
 
-void ClassRegistry::add(const char* name, Creator creator, const std::type_info& type, const void* owner)
+void ClassRegistry::add(const char* name, const detail::ClassTraits& traits, const std::type_info& type,
+                        const void* owner)
 {
     Registration& registration = all_.emplace_back(
-        Registration{.name = {}, .creator = creator, .type = &type, .owner = owner, .ownName = name ? name : ""});
+        Registration{.name = {}, .traits = traits, .type = &type, .owner = owner, .ownName = name ? name : ""});
     registration.name = measured(registration.ownName.c_str());
     enter(registration);
 }
@@ -66,7 +67,7 @@ void ClassRegistry::remove(const void* owner) noexcept
 ClassRegistry::Creator ClassRegistry::creatorOf(const char* name) const
 {
     const auto found = byName_.find(measured(name));
-    return found != byName_.end() ? found->second->creator : nullptr;
+    return found != byName_.end() ? found->second->traits.create : nullptr;
 }
 
 const ClassRegistry::Registration* ClassRegistry::firstOf(const std::type_info& type) const

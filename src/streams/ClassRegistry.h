@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tarn/ConstString.h>
+#include <tarn/Serializable.h>
 
 #include <list>
 #include <map>
@@ -9,8 +10,6 @@
 #include <unordered_map>
 
 namespace tarn {
-class Serializable;
-
 /// Over the length of the shorter name only: a name equals each one that continues it. Among the names in a
 /// table no two are equal in this way, which is what keeps them in order.
 struct ShorterFirst {
@@ -25,7 +24,7 @@ public:
 
     struct Registration {
         ConstString<char> name;
-        Creator creator;
+        detail::ClassTraits traits;
         const std::type_info* type = nullptr; ///< Null where only a creator was given.
         const void* owner = nullptr;          ///< What ends the registration.
         std::string ownName;
@@ -36,7 +35,7 @@ public:
     static ClassRegistry& get();
 
     void add(const char* name, Creator creator);
-    void add(const char* name, Creator creator, const std::type_info& type, const void* owner);
+    void add(const char* name, const detail::ClassTraits& traits, const std::type_info& type, const void* owner);
     void remove(const void* owner) noexcept;
 
     /// Null for an unknown name.

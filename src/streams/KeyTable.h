@@ -67,7 +67,7 @@ public:
     bool contains(Key key) const { return find(key); }
 
 private:
-    void resize(std::size_t size)
+    [[gnu::noinline]] void resize(std::size_t size)
     {
         std::vector<Slot> before(size);
         before.swap(slots_);

@@ -15,8 +15,7 @@ public:
     explicit NestingLevel(unsigned int& depth) : depth_(depth)
     {
         if (depth == Archive::maxDepth || !stackHasRoom())
-            throwError(Serializable::Exception("Objects are nested more than " + std::to_string(Archive::maxDepth) +
-                                               " levels deep"));
+            throwTooDeep();
         ++depth;
     }
     NestingLevel(const NestingLevel&) = delete;
@@ -24,6 +23,12 @@ public:
     ~NestingLevel() { --depth_; }
 
 private:
+    [[noreturn, gnu::noinline, gnu::cold]] static void throwTooDeep()
+    {
+        throwError(Serializable::Exception("Objects are nested more than " + std::to_string(Archive::maxDepth) +
+                                           " levels deep"));
+    }
+
     unsigned int& depth_;
 };
 } // namespace tarn

@@ -1,15 +1,20 @@
 #include <tarn/Serializable.h>
 
 #include <tarn/BasicString.h>
+#include <tarn/NewerData.h>
 #include <tarn/Stream.h>
 
+#include "../foundation/Closing.h"
 #include "../foundation/Throw.h"
+#include "ArchiveBody.h"
 #include "ClassName.h"
 #include "ClassRegistry.h"
+#include "FailureTail.h"
 #include "Platform.h"
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <cxxabi.h>
 #include <memory>
 
@@ -21,24 +26,55 @@ Serializable::Exception::~Exception() = default;
 
 void Serializable::addCreator(const char* name, Serializable* (*creator)()) { ClassRegistry::get().add(name, creator); }
 
+namespace {
+[[noreturn, gnu::noinline, gnu::cold]] void throwUnknownClass(const std::string& name)
+{
+    throwError(
+        Serializable::Exception(withSentence("Klassendefinition nicht gefunden - ein Objekt vom Typ SerializableImpl "
+                                             "sollte f\xFCr die Klasse \"" +
+                                                 name + "\" angelegt werden",
+                                             "This program does not know the class \"" + name + "\" of an object")));
+}
+} // namespace
+
 Serializable* Serializable::create(const char* name)
 {
     if (const auto creator = ClassRegistry::get().creatorOf(name))
         return creator();
-    throwError(Exception(std::string("Klassendefinition nicht gefunden - ein Objekt vom Typ SerializableImpl sollte "
-                                     "f\xFCr die Klasse \"") +
-                         (name ? name : "") + "\" angelegt werden"));
+    throwUnknownClass(name ? name : "");
+}
+
+void DestroyObject::operator()(Serializable* object) const noexcept
+{
+    if (!object)
+        return;
+    const auto* const registration = ClassRegistry::get().firstOf(typeid(*object));
+    closeQuietly([&] {
+        if (registration && registration->traits.destroy)
+            registration->traits.destroy(object);
+        else if (typeid(*object) == typeid(SealedObject))
+            ref_ptr<SealedObject>{static_cast<SealedObject*>(object)};
+        else
+            ref_ptr<Serializable>{object};
+    });
 }
 
 namespace detail {
+void registerClassAs(const std::type_info& type, const char* name, const ClassTraits& traits, const void* owner)
+{
+    ClassRegistry::get().add(name, traits, type, owner);
+}
+void registerClass(const std::type_info& type, const char* keyword, const ClassTraits& traits, const void* owner)
+{
+    registerClassAs(type, (keyword + ClassName::qualifiedName(type)).c_str(), traits, owner);
+}
 void registerClassAs(const std::type_info& type, const char* name, Serializable* (*creator)(), const void* owner)
 {
-    ClassRegistry::get().add(name, creator, type, owner);
+    registerClassAs(type, name, ClassTraits{.create = creator}, owner);
 }
-
 void registerClass(const std::type_info& type, const char* keyword, Serializable* (*creator)(), const void* owner)
 {
-    registerClassAs(type, (keyword + ClassName::qualifiedName(type)).c_str(), creator, owner);
+    registerClass(type, keyword, ClassTraits{.create = creator}, owner);
 }
 
 void unregisterClass(const void* owner) noexcept
@@ -72,17 +108,11 @@ std::string ClassName::qualifiedName(const std::type_info& type)
     return readable ? readable.get() : type.name();
 }
 
-Serializable* createNamedOn(InputStream& in)
+namespace {
+/// As many of the bytes of a name as come. One that claims to be very long is fetched in pieces.
+void readLongName(InputStream& in, std::string& name, unsigned int left)
 {
     constexpr unsigned int piece = 0x8000;
-    char shortName[128];
-    unsigned int left = in.readUInt32();
-    if (left < sizeof shortName) {
-        const unsigned int count = left ? std::min(in.read(shortName, left), left) : 0;
-        shortName[count] = '\0';
-        return Serializable::create(shortName);
-    }
-    std::string name;
     while (left > 0) {
         const unsigned int wanted = std::min(left, piece);
         const std::size_t start = name.size();
@@ -91,6 +121,39 @@ Serializable* createNamedOn(InputStream& in)
         name.resize(start + count);
         left = count == wanted ? left - count : 0;
     }
-    return Serializable::create(name.c_str());
+}
+} // namespace
+
+OutputStream& operator<<(OutputStream& out, const VersionedHead& head)
+{
+    const auto length = static_cast<unsigned int>(std::strlen(head.text));
+    if ((length & versionMask) != 0)
+        throwError(Serializable::Exception("The name of a class is too long"));
+    out << (length | versionMark);
+    out.writeFully(head.text, length);
+    return out << head.version;
+}
+
+Serializable* ObjectHead::createPlain(InputStream& in, unsigned int length)
+{
+    char name[shortest];
+    const unsigned int count = length ? std::min(in.read(name, length), length) : 0;
+    name[count] = '\0';
+    return Serializable::create(name);
+}
+
+ObjectHead::ObjectHead(InputStream& in, unsigned int length)
+{
+    isVersioned_ = (length & versionMask) == versionMark;
+    const unsigned int left = isVersioned_ ? length & ~versionMask : length;
+    if (left >= shortest) {
+        readLongName(in, longName_, left);
+        if (isVersioned_)
+            in.readFully(words_, sizeof words_);
+    } else if (isVersioned_) {
+        in.readFully(shortName_, left + static_cast<unsigned int>(sizeof words_));
+        std::memcpy(words_, shortName_ + left, sizeof words_);
+        shortName_[left] = '\0';
+    }
 }
 } // namespace tarn

@@ -1,11 +1,13 @@
 #include <tarn/Stream.h>
 
+#include <tarn/Archive.h>
 #include <tarn/BasicString.h>
 #include <tarn/Exception.h>
 #include <tarn/MemoryStream.h>
 #include <tarn/Serializable.h>
 
 #include "../foundation/Throw.h"
+#include "ArchiveTables.h"
 #include "ClassName.h"
 #include "NestingLevel.h"
 
@@ -43,15 +45,34 @@ thread_local unsigned int depthOnThisThread = 0;
 Serializable* InputStream::readObject()
 {
     const NestingLevel level(depthOnThisThread);
-    Serializable* const object = createNamedOn(*this);
-    object->deserialize(*this);
+    const unsigned int length = readUInt32();
+    if (ObjectHead::isPlain(length)) {
+        Serializable* const object = ObjectHead::createPlain(*this, length);
+        object->deserialize(*this);
+        return object;
+    }
+    const ObjectHead head(*this, length);
+    Serializable* const object = Serializable::create(head.name());
+    if (head.isVersioned()) {
+        MemoryOutputStream nowhere;
+        Archive(*this, nowhere).readBody(*object, head.version(), head.firstWord());
+    } else {
+        object->deserialize(*this);
+    }
     return object;
 }
 
 void OutputStream::writeObject(Serializable* object)
 {
     const NestingLevel level(depthOnThisThread);
-    *this << ClassName(typeid(*object)).toWrite();
+    const ClassName name(typeid(*object));
+    if (const Archive::DataVersion version(name, *object); version.isWritten()) {
+        MemoryInputStream nothing;
+        *this << VersionedHead(name, version.number());
+        Archive(nothing, *this).writeBody(*object, version);
+        return;
+    }
+    *this << name.toWrite();
     object->serialize(*this);
 }
 

@@ -2,6 +2,7 @@
 
 #include "../foundation/Closing.h"
 #include "Platform.h"
+#include "WeakAnchors.h"
 
 #include <vector>
 
@@ -49,6 +50,8 @@ bool letWait(const detail::LastShare& last) noexcept
 
 void detail::letGo(const LastShare& last) noexcept
 {
+    if (weakAnchorCount.load(std::memory_order_relaxed) > 0)
+        expireWeakAnchor(last.count);
     Destroying& state = onThisThread;
     if (state.waiting) {
         if (!letWait(last))

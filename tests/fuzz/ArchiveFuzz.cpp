@@ -27,6 +27,7 @@ void readValues(const std::uint8_t* data, unsigned size)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     graph::readAndDiscard(data, static_cast<unsigned>(size));
+    graph::loadAndDiscard(data, static_cast<unsigned>(size));
     if (graph::Counted::alive != 0)
         std::abort();
     readValues(data, static_cast<unsigned>(size));

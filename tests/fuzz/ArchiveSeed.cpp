@@ -1,4 +1,4 @@
-// Writes a valid archive for the fuzzer to start from: seed_archive corpus/graph
+// Writes valid archives for the fuzzer to start from: seed_archive corpus/graph
 
 #include "Graph.h"
 
@@ -11,4 +11,5 @@ int main(int argc, char** argv)
     const graph::NodePtr root = graph::makeGraph();
     std::ofstream(argv[1], std::ios::binary) << graph::archived(root);
     graph::dismantle(root);
+    std::ofstream(argv[1] + std::string(".cards"), std::ios::binary) << graph::archivedCards();
 }

@@ -1,0 +1,6 @@
+#include <tarn/NewerData.h>
+#include <tarn/Stream.h>
+
+#include "NewerData.example"
+
+Shape shape;

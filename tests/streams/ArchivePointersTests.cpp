@@ -1,0 +1,130 @@
+#include "Contents.h"
+#include "Expect.h"
+#include "Graph.h"
+
+#include <tarn/StreamValues.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+using namespace tarn;
+using namespace std::string_literals;
+using graph::Counted;
+
+namespace {
+struct Shape : Serializable, Counted {
+    virtual ~Shape() = default;
+    void serialize(OutputStream& out) const override { out << name; }
+    void deserialize(InputStream& in) override { in >> name; }
+    std::string name;
+};
+struct Square final : Shape {
+    Square(const std::string& text = "") { name = text; }
+};
+struct Drawing final : Serializable, Counted {
+    template <class Self> static auto all(Self& self) { return fields(self.first, self.second, self.own, self.parts); }
+    void serialize(OutputStream& out) const override { out << all(*this); }
+    void deserialize(InputStream& in) override { in >> all(*this); }
+
+    std::shared_ptr<Shape> first, second;
+    std::unique_ptr<Shape> own;
+    std::vector<std::unique_ptr<Drawing>> parts;
+};
+const SerializableImpl<Square> squareRegistration("struct test::Square");
+const SerializableImpl<Drawing> drawingRegistration("struct test::Drawing");
+
+/// An archive over memory, for one direction at a time.
+struct Memory {
+    explicit Memory(const std::string& content = "") : bytes(content) {}
+    std::string bytes;
+    MemoryInputStream in = readerOf(bytes);
+    MemoryOutputStream out;
+    Archive archive{in, out};
+};
+
+std::string drawing()
+{
+    Memory memory;
+    Drawing drawing;
+    drawing.first = drawing.second = std::make_shared<Square>("shared");
+    drawing.own = std::make_unique<Square>("own");
+    drawing.parts.push_back(std::make_unique<Drawing>());
+    memory.archive.writeObject(&drawing);
+    return contentOf(memory.out);
+}
+} // namespace
+
+TEST_CASE("Archive: standard pointers come back as they were, and end as what they are", "[streams][archive]")
+{
+    const int before = Counted::alive;
+    std::unique_ptr<Drawing> copy;
+    std::shared_ptr<Shape> shared;
+    {
+        Memory reader(drawing());
+        copy = reader.archive.readSingle<Drawing>();
+        CHECK(copy->first == copy->second);
+        CHECK(copy->first.use_count() == 2);
+        CHECK(copy->first->name == "shared");
+        CHECK(copy->own->name == "own");
+        REQUIRE(copy->parts.size() == 1);
+        CHECK_FALSE(copy->parts[0]->first);
+        CHECK_FALSE(copy->parts[0]->own);
+        if (GENERATE(true, false)) // The archive may be the last to hold the shape.
+            copy.reset();
+        else
+            shared = copy->first;
+    }
+    copy.reset();
+    CHECK((!shared || shared->name == "shared"));
+    shared.reset();
+    CHECK(Counted::alive == before);
+}
+
+TEST_CASE("Archive: an object with one owner leaves nothing behind when it cannot be read", "[streams][archive]")
+{
+    const int before = Counted::alive;
+    const std::string bytes = drawing();
+    {
+        Memory other(bytes);
+        support::expectError<Serializable::Exception>(
+            [&] { other.archive.readSingle<Square>(); },
+            "An object of struct test::Drawing was read where one of struct test::Square is expected");
+        Memory cut(bytes.substr(0, bytes.size() - 1));
+        CHECK_THROWS_AS(cut.archive.readSingle(), EndOfFile);
+        CHECK(Counted::alive == before + 2); // The shared ones, which the archives have still.
+    }
+    CHECK(Counted::alive == before);
+}
+
+TEST_CASE("Archive: what load() cannot read whole is taken apart, circles included", "[streams][archive]")
+{
+    const graph::NodePtr root = graph::makeGraph();
+    const std::string whole = graph::archived(root);
+    graph::dismantle(root);
+    const int before = Counted::alive;
+    for (std::size_t length = 0; length < whole.size(); ++length) {
+        Memory reader(whole.substr(0, length));
+        CHECK_THROWS(reader.archive.load<graph::Node>());
+        if (Counted::alive != before)
+            FAIL("objects are left after " << length << " bytes");
+        CHECK(reader.archive.getSharedObjects().empty());
+    }
+    Memory reader(whole);
+    const graph::NodePtr copy = reader.archive.load<graph::Node>();
+    CHECK(copy->right->left->left == copy);
+    CHECK_THROWS_AS(reader.archive.load<graph::Node>(), EndOfFile); // What it had read before stays.
+    CHECK(copy->right->left->left == copy);
+    graph::dismantle(copy);
+}
+
+TEST_CASE("Archive: release() destroys the last one as what it is", "[streams][archive]")
+{
+    const int before = Counted::alive;
+    ref_ptr<Serializable> node(graph::makeNode("n")), same = node;
+    Archive::release(node);
+    CHECK_FALSE(node);
+    CHECK(Counted::alive == before + 1);
+    Archive::release(same);
+    CHECK(Counted::alive == before);
+}

@@ -1,0 +1,54 @@
+#include "Contents.h"
+#include "Expect.h"
+#include "Graph.h"
+
+#include <tarn/ReadingFailure.h>
+
+#include <stdexcept>
+
+using namespace tarn;
+using namespace std::string_literals;
+
+namespace {
+/// What is said of reading an archive, and, in brackets, the text that the error had before that.
+std::string failureOf(const std::string& bytes)
+{
+    MemoryInputStream in = readerOf(bytes);
+    MemoryOutputStream nowhere;
+    Archive archive(in, nowhere);
+    try {
+        archive.load<graph::Node>();
+    } catch (const std::exception& error) {
+        const auto failure = ReadingFailure::of(error);
+        return (failure ? failure->getText() : "no failure") + " [" + std::string(error.what()).substr(0, 17) + ']';
+    }
+    return "";
+}
+
+const std::string node = "\0\0\0\0\1\0\0\0\x12\0\0\0struct graph::Node\1\0\0\0n\0\0\0\0"s;
+const std::string style = "\0\0\0\0\2\0\0\0\x13\0\0\0struct graph::Style"s;
+} // namespace
+
+TEST_CASE("ReadingFailure: an error says what is wrong, at which byte, and in which objects", "[streams][archive]")
+{
+    CHECK(failureOf(node + "\1" + style + "\3\0\0\0re"s) ==
+          "The data end too early, at byte 77, in struct graph::Style in struct graph::Node [EOF in readFully(]");
+    CHECK(failureOf(node + "\1\7\0\0\0"s) == "The data refer to an object that they do not have, at byte 44, in struct "
+                                             "graph::Node [Der Stream enth\xE4l]");
+    CHECK(failureOf("\0\0\0\0\1\0\0\0\1\0\0\0?"s) ==
+          "This program does not know the class \"?\" of an object, at byte 13 [Klassendefinition]");
+    CHECK(failureOf("") == "The data end too early, at byte 0 [EOF in readFully(]");
+}
+
+TEST_CASE("ReadingFailure: other errors have none, and a copy has what its original has", "[streams][archive]")
+{
+    CHECK_FALSE(ReadingFailure::of(std::runtime_error("other")));
+    CHECK_FALSE(ReadingFailure::of(EndOfFile("text")));
+    CHECK_FALSE(ReadingFailure::of(Exception("text")));
+    MemoryInputStream nothing;
+    MemoryOutputStream nowhere;
+    Archive archive(nothing, nowhere);
+    const EndOfFile copy = support::thrownBy<EndOfFile>([&] { archive.readSingle(); });
+    CHECK(ReadingFailure::of(copy)->offset == 0);
+    CHECK(ReadingFailure::of(copy)->path.empty());
+}

@@ -1,0 +1,268 @@
+#include "Contents.h"
+#include "Counts.h"
+#include "Expect.h"
+#include "Graph.h"
+
+#include <tarn/NewerData.h>
+#include <tarn/StreamValues.h>
+
+#include <memory>
+#include <string>
+
+using namespace tarn;
+using namespace std::string_literals;
+
+// One program writes with version 2 of its classes, one with version 1, and one is from before there were versions.
+// They are one program here, a namespace for each, so that their classes have different names: those in the data are
+// changed on the way.
+
+namespace {
+namespace plain {
+struct Sheet final : Serializable, graph::Counted {
+    void serialize(OutputStream& out) const override { out << title; }
+    void deserialize(InputStream& in) override { in >> title; }
+    std::string title;
+};
+} // namespace plain
+
+namespace first {
+struct Sheet final : Serializable, NewerData, graph::Counted {
+    static constexpr unsigned int classVersion = 1;
+    void serialize(OutputStream& out) const override { out << title; }
+    void deserialize(InputStream& in) override { in >> title; }
+    std::string title;
+};
+/// Does not want to know.
+struct Careless final : Serializable {
+    static constexpr unsigned int classVersion = 1;
+    void serialize(OutputStream& out) const override { out << title; }
+    void deserialize(InputStream& in) override { in >> title; }
+    std::string title;
+};
+} // namespace first
+
+namespace second {
+struct Star final : Serializable, graph::Counted {
+    static constexpr unsigned int classVersion = 1;
+    void serialize(OutputStream& out) const override
+    {
+        out << rays;
+        writeOptional(out, twin);
+    }
+    void deserialize(InputStream& in) override
+    {
+        in >> rays;
+        readOptional(in, twin);
+    }
+    int rays = 5;
+    ref_ptr<Star> twin; // A circle of objects that the first program does not know.
+};
+struct Sheet final : Serializable, graph::Counted {
+    static constexpr unsigned int classVersion = 2;
+    void serialize(OutputStream& out) const override
+    {
+        out << title << note << star << next << star << own << std::string(300, 'x');
+    }
+    void deserialize(InputStream& in) override
+    {
+        in >> title;
+        version = versionOf(in);
+        if (version < 2)
+            return;
+        in >> note >> star >> next >> star >> own >> filler;
+    }
+    std::string title, note = "note", filler;
+    ref_ptr<Star> star;
+    graph::NodePtr next; // Without a version, and known to all.
+    std::unique_ptr<Star> own;
+    unsigned int version = 0;
+};
+} // namespace second
+
+template <class T> std::string written(const ref_ptr<T>& sheet)
+{
+    MemoryInputStream nothing;
+    MemoryOutputStream out;
+    Archive archive(nothing, out);
+    archive << sheet << sheet;
+    return contentOf(out);
+}
+template <class T> ref_ptr<T> readFrom(const std::string& bytes)
+{
+    MemoryInputStream in = readerOf(bytes);
+    MemoryOutputStream nowhere;
+    Archive archive(in, nowhere);
+    ref_ptr<T> sheet, same;
+    archive >> sheet >> same;
+    CHECK(sheet == same);
+    CHECK(in.getFilePointer() == bytes.size());
+    return sheet;
+}
+template <class T> ref_ptr<T> titled(const std::string& title)
+{
+    ref_ptr<T> sheet(new T);
+    sheet->title = title;
+    return sheet;
+}
+ref_ptr<second::Sheet> makeSecond()
+{
+    ref_ptr<second::Sheet> sheet = titled<second::Sheet>("title");
+    sheet->star = ref_ptr<second::Star>(new second::Star);
+    sheet->star->rays = 7;
+    sheet->star->twin = ref_ptr<second::Star>(new second::Star);
+    sheet->star->twin->twin = sheet->star;
+    sheet->next = graph::makeNode("node");
+    sheet->own = std::make_unique<second::Star>();
+    sheet->own->rays = 9;
+    return sheet;
+}
+void open(const ref_ptr<second::Sheet>& sheet)
+{
+    if (sheet && sheet->star)
+        sheet->star->twin.release();
+}
+
+std::string renamed(std::string bytes, const std::string& from, const std::string& to)
+{
+    for (std::size_t at = bytes.find(from); at != std::string::npos; at = bytes.find(from, at + to.size()))
+        bytes.replace(at, from.size(), to);
+    return bytes;
+}
+const SerializableImpl<plain::Sheet> plainSheet("class test0::Sheet");
+const SerializableImpl<first::Sheet> firstSheet("class test1::Sheet");
+const SerializableImpl<first::Careless> carelessSheet("class test3::Sheet");
+const SerializableImpl<second::Sheet> secondSheet("class test2::Sheet");
+const SerializableImpl<second::Star> secondStar("class test2::Star");
+
+template <class T> ref_ptr<T> readAs(const std::string& bytes, char from, char to)
+{
+    return readFrom<T>(renamed(renamed(bytes, "test"s + from + "::Sheet", "test"s + to + "::Sheet"),
+                               "test"s + from + "::Star", "test"s + to + "::Star"));
+}
+} // namespace
+
+TEST_CASE("Versions: what version 2 writes goes through version 1, and nothing is lost", "[streams][version]")
+{
+    const int before = graph::Counted::alive;
+    {
+        const ref_ptr<second::Sheet> original = makeSecond();
+        const ref_ptr<first::Sheet> middle = readAs<first::Sheet>(written(original), '2', '1');
+        CHECK(middle->title == "title");
+        CHECK(middle->getNewerVersion() == 2);
+        middle->title = "changed";
+        const ref_ptr<second::Sheet> last = readAs<second::Sheet>(written(middle), '1', '2');
+        CHECK(last->title == "changed");
+        CHECK(last->version == 2);
+        CHECK(last->note == "note");
+        CHECK(last->star->rays == 7);
+        CHECK(last->star->twin->twin == last->star);
+        CHECK(last->next->name == "node");
+        CHECK(last->own->rays == 9);
+        CHECK(last->filler == std::string(300, 'x'));
+        open(original);
+        open(last);
+    }
+    CHECK(graph::Counted::alive == before);
+}
+
+TEST_CASE("Versions: a class reads what it wrote before, with an older version and without", "[streams][version]")
+{
+    CHECK(readAs<second::Sheet>(written(titled<plain::Sheet>("a")), '0', '2')->version == 0);
+    const ref_ptr<second::Sheet> sheet = readAs<second::Sheet>(written(titled<first::Sheet>("b")), '1', '2');
+    CHECK(sheet->version == 1);
+    CHECK(sheet->title == "b");
+    CHECK(sheet->note == "note");
+}
+
+TEST_CASE("Versions: a class that keeps nothing reads what it knows of newer data", "[streams][version]")
+{
+    const int before = graph::Counted::alive;
+    {
+        const ref_ptr<second::Sheet> original = makeSecond();
+        CHECK(readAs<first::Careless>(written(original), '2', '3')->title == "title");
+        CHECK(readAs<plain::Sheet>(written(original), '2', '0')->title == "title");
+        open(original);
+    }
+    CHECK(graph::Counted::alive == before);
+}
+
+TEST_CASE("Versions: the bytes of an object with a version", "[streams][version]")
+{
+    const ref_ptr<first::Sheet> sheet = titled<first::Sheet>("ab");
+    const auto key = static_cast<unsigned int>(reinterpret_cast<std::uintptr_t>(sheet.getIdentity()));
+    const std::string keyBytes(reinterpret_cast<const char*>(&key), sizeof key);
+    const std::string body = "\x12\0\xA5\xC7"
+                             "class test1::Sheet\1\0\0\0\6\0\0\0\2\0\0\0ab\0\0\0\0"s;
+    CHECK(written(sheet) == "\0\0\0\0"s + keyBytes + body + keyBytes);
+
+    SECTION("and on a stream that is no archive")
+    {
+        MemoryOutputStream out;
+        out.writeObject(sheet.get());
+        CHECK(contentOf(out) == body);
+        MemoryInputStream in = readerOf(body);
+        const OwnedObject copy(static_cast<InputStream&>(in).readObject());
+        CHECK(dynamic_cast<first::Sheet&>(*copy).title == "ab");
+    }
+}
+
+namespace {
+struct Greedy final : Serializable {
+    static constexpr unsigned int classVersion = 1;
+    void serialize(OutputStream& out) const override { out << 1; }
+    void deserialize(InputStream& in) override { in >> numbers; }
+    int numbers[2] = {};
+};
+} // namespace
+
+TEST_CASE("Versions: reading beyond an object's data is the end, not what follows it", "[streams][version]")
+{
+    const SerializableImpl<Greedy> registration("class test::Greedy");
+    const ref_ptr<Greedy> object(new Greedy);
+    const std::string bytes = written(object) + "more";
+    MemoryInputStream in = readerOf(bytes);
+    MemoryOutputStream nowhere;
+    Archive archive(in, nowhere);
+    ref_ptr<Greedy> copy;
+    CHECK_THROWS_AS(archive >> copy, EndOfFile);
+}
+
+TEST_CASE("NewerData: unknown objects in a circle go with the last one that keeps them", "[streams][version]")
+{
+    const ref_ptr<second::Sheet> original = makeSecond();
+    const std::string bytes = written(original);
+    open(original);
+    const auto readAndDrop = [&] { readAs<first::Sheet>(bytes, '2', '1'); };
+    readAndDrop();
+    const std::size_t before = support::usedBytes();
+    for (int i = 0; i < 100; ++i)
+        readAndDrop();
+    CHECK(support::usedBytes() < before + 2000);
+}
+
+TEST_CASE("Archive: objects of unknown classes are kept and written back, where that is asked for",
+          "[streams][version]")
+{
+    const int before = graph::Counted::alive;
+    {
+        const ref_ptr<second::Star> star(new second::Star), twin(new second::Star);
+        star->rays = 6;
+        star->twin = twin;
+        const std::string bytes = renamed(written(star), "test2::Star", "test9::Star");
+        MemoryInputStream in = readerOf(bytes);
+        MemoryOutputStream nowhere;
+        Archive archive(in, nowhere);
+        ref_ptr<Serializable> kept;
+        CHECK_THROWS_AS(archive >> kept, Serializable::Exception);
+        in = readerOf(bytes);
+        archive.keepUnknownClasses();
+        archive >> kept;
+        const auto sealed = ref_ptr_cast<SealedObject>(kept);
+        REQUIRE(sealed);
+        CHECK(sealed->getClassName() == "class test9::Star");
+        const ref_ptr<second::Star> back = readAs<second::Star>(written(kept), '9', '2');
+        CHECK(back->rays == 6);
+        CHECK(back->twin->rays == 5);
+    }
+    CHECK(graph::Counted::alive == before);
+}
