@@ -4,6 +4,7 @@
 
 #include "../foundation/Check.h"
 #include "../windowing/HandlerScope.h"
+#include "../windowing/SystemDialogs.h"
 #include "DialogTemplate.h"
 
 namespace tarn {
@@ -73,14 +74,7 @@ int Dialog::showModal() const
     const auto isFailure = [](INT_PTR result) {
         return (result == 0 || result == -1) && GetLastError() != ERROR_SUCCESS;
     };
-    // A dialog that does not end keeps the caller for ever; one that is destroyed does not enable its owner again.
-    const auto cancel = [this]() noexcept {
-        const HWND dialog = getWindowHandle();
-        if (!dialog || EndDialog(dialog, IDCANCEL))
-            return;
-        EnableWindow(parent_, TRUE);
-        DestroyWindow(dialog);
-    };
+    const auto cancel = [this]() noexcept { cancelDialog(getWindowHandle()); };
     return static_cast<int>(
         ensureClearing([&] { return runningLoop(run, cancel); }, isFailure, "Can't create modal dialog"));
 }
@@ -108,7 +102,7 @@ INT_PTR CALLBACK Dialog::dlgProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lPar
         try {
             return reinterpret_cast<Dialog*>(lParam)->initialize(hwnd, reinterpret_cast<HWND>(wParam));
         } catch (...) { // The object may not know of its window.
-            EndDialog(hwnd, IDCANCEL);
+            cancelDialog(hwnd);
             throw;
         }
     });

@@ -24,6 +24,15 @@ bool isSystemDialog(const void* procedure) { return procedure && moduleOf(proced
 bool isMessageBox(const void* procedure) { return moduleOf(procedure) == GetModuleHandleW(L"user32.dll"); }
 } // namespace
 
+void cancelDialog(HWND dialog) noexcept
+{
+    if (!dialog || EndDialog(dialog, IDCANCEL))
+        return;
+    if (const HWND owner = GetWindow(dialog, GW_OWNER)) // Which only a dialog that is ended does itself.
+        EnableWindow(owner, TRUE);
+    DestroyWindow(dialog);
+}
+
 SystemDialogs::SystemDialogs() { EnumThreadWindows(GetCurrentThreadId(), note, reinterpret_cast<LPARAM>(this)); }
 
 void SystemDialogs::cancel() const noexcept
@@ -45,7 +54,7 @@ BOOL CALLBACK SystemDialogs::cancelNew(HWND hwnd, LPARAM self)
         std::ranges::count(reinterpret_cast<const SystemDialogs*>(self)->former_, hwnd) != 0)
         return TRUE;
     if (isMessageBox(procedure))
-        EndDialog(hwnd, IDCANCEL); // One without a button to cancel it heeds no command.
+        cancelDialog(hwnd); // One without a button to cancel it heeds no command.
     else
         PostMessageW(hwnd, WM_COMMAND, IDCANCEL, 0);
     return TRUE;

@@ -5,6 +5,10 @@
 #include <vector>
 
 namespace tarn {
+/// Ends a modal dialog, as its own handler would by EndDialog. One that cannot be ended is destroyed, or it would keep
+/// who shows it for ever. Null does nothing.
+void cancelDialog(HWND dialog) noexcept;
+
 /// The system's own dialogs (message boxes, the dialogs for files) that the calling thread shows since this
 /// object was made: what has to end before a call that shows one of them can return.
 class SystemDialogs {
