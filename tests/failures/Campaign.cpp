@@ -77,9 +77,16 @@ std::vector<Scenario> allScenarios()
 {
     std::vector<Scenario> all;
     for (const auto& some : {foundationScenarios(), systemScenarios(), registryScenarios(), comScenarios(),
-                             graphicsScenarios(), windowScenarios()})
+                             graphicsScenarios(), windowScenarios(), dialogScenarios(), underWayScenarios()})
         all.insert(all.end(), some.begin(), some.end());
     return all;
+}
+
+void drainMessages()
+{
+    MSG msg;
+    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE))
+        continue;
 }
 
 PassedOver::PassedOver()

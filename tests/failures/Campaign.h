@@ -67,6 +67,8 @@ std::vector<Scenario> registryScenarios();
 std::vector<Scenario> comScenarios();
 std::vector<Scenario> windowScenarios();
 std::vector<Scenario> graphicsScenarios();
+std::vector<Scenario> dialogScenarios();
+std::vector<Scenario> underWayScenarios();
 
 /// What a scenario finds wrong although it heard of no failure is a fault of the library.
 inline void expect(bool asExpected, const char* what)
@@ -94,13 +96,16 @@ private:
     std::vector<Row> rows_;
 };
 
+/// Takes away the thread's messages, so that a scenario finds none of those before it.
+void drainMessages();
+
 /// What a program that ran one scenario tells of its runs, in lines on its standard output: a word for the kind, and
 /// what belongs to it, with tabulators between.
 namespace told {
 inline const std::string run = "run";             ///< its number, its name
 inline const std::string complaint = "complaint"; ///< the call, the text
 inline const std::string ended = "ended";         ///< why the program does not go on
-inline const std::string makes = "makes"; ///< a call that the scenario makes
+inline const std::string makes = "makes";         ///< a call that the scenario makes
 inline const std::string complete = "complete";   ///< the number of all runs
 } // namespace told
 } // namespace failures

@@ -144,6 +144,14 @@ void nameIdentifiers(const WorkPlace&)
 
 constexpr GUID clsid = {0x3B0A3F52, 0x1B63, 0x4B2B, {0x9E, 0x5D, 0x13, 0x37, 0x6E, 0x0C, 0x5A, 0x01}};
 
+void serveClasses(const WorkPlace&)
+{
+    tarn::COMModule module(GetModuleHandleW(nullptr),
+                           {{clsid, [](IUnknown*) -> tarn::IUnknownImpl* { return nullptr; }, L"Campaign"}});
+    module.registerClassFactories(CLSCTX_INPROC_SERVER);
+    module.revokeClassFactories();
+}
+
 void registerServer(const WorkPlace&)
 {
     static tarn::COMModule module(GetModuleHandleW(nullptr),
@@ -168,6 +176,7 @@ std::vector<Scenario> comScenarios()
     return {{"atoms", useAtoms},
             {"automation values", useValues},
             {"names of identifiers", nameIdentifiers},
-            {"registration of a server", registerServer}};
+            {"registration of a server", registerServer},
+            {"class objects", serveClasses}};
 }
 } // namespace failures

@@ -1,4 +1,5 @@
-target_sources(${test} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/${folder}/Resources.rc")
+target_sources(${test} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/${folder}/Resources.rc"
+    "${CMAKE_CURRENT_SOURCE_DIR}/dialogs/Driving.cpp")
 target_link_libraries(${test} PRIVATE shell32 comctl32 comdlg32)
 target_compile_definitions(${test} PRIVATE
     FAILING_CALLS_PAGE="${PROJECT_SOURCE_DIR}/docs/failing-calls.md"

@@ -205,6 +205,7 @@ constexpr const char* cannotFail[] = {
     "SafeArrayGetDim",
     "SendMessageA",
     "SendMessageW",
+    "SetCapture",
     "SetLastError",
     "ShowWindow",
     "Sleep",

@@ -73,6 +73,14 @@ void useModules(const WorkPlace&)
     expect(!present.getMessageA(ERROR_FILE_NOT_FOUND, 0).empty(), "no message");
 }
 
+void readResource(const WorkPlace&)
+{
+    const tarn::WindowsModule data(L"resources.dll", true);
+    const HRSRC found = data.findResource("BINARY", 7);
+    expect(data.getResourceSize(found) == 7, "another size");
+    expect(!std::memcmp(data.getResourcePointer(found), "payload", 7), "other bytes");
+}
+
 void readVersion(const WorkPlace&)
 {
     const tarn::VersionInfo version(L"kernel32.dll");
@@ -184,6 +192,7 @@ std::vector<Scenario> systemScenarios()
             {"ask about files", askAboutFiles},
             {"temporary file and folder", useTemporaries},
             {"modules", useModules},
+            {"resources", readResource},
             {"version of a file", readVersion},
             {"local memory", lockMemory},
             {"event and mutex", signalAndLock},

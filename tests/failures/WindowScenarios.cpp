@@ -1,21 +1,15 @@
 #include "Campaign.h"
 
-#include <tarn/Bitmap.h>
 #include <tarn/ComboBox.h>
-#include <tarn/Dialog.h>
-#include <tarn/EditControl.h>
+#include <tarn/ImageList.h>
 #include <tarn/ListView.h>
 #include <tarn/Menu.h>
 #include <tarn/MessageLoop.h>
 #include <tarn/PaintDeviceContext.h>
-#include <tarn/PropertyPage.h>
-#include <tarn/PropertySheet.h>
 #include <tarn/Rect.h>
 #include <tarn/TreeView.h>
 #include <tarn/Window.h>
 #include <tarn/WindowClass.h>
-
-#include <cwchar>
 
 namespace failures {
 namespace {
@@ -41,14 +35,6 @@ public:
 private:
     tarn::WindowClass class_;
 };
-
-// The next scenario finds no message of this one.
-void drainMessages()
-{
-    MSG msg;
-    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE))
-        continue;
-}
 
 void showWindow(const WorkPlace&)
 {
@@ -97,69 +83,53 @@ void useMenu(const WorkPlace&)
     bar.close();
 }
 
-constexpr unsigned short questionDialog = 100, questionField = 101;
-
-struct Question : tarn::Dialog {
-    Question() : Dialog(questionDialog, program) {}
-    bool onInitDialog(tarn::Window&) override
-    {
-        setText(questionField, "36");
-        expect(postMessageA(WM_COMMAND, IDOK), "not posted");
-        return true;
-    }
-    void onCommand(tarn::Window* sender, unsigned short code, unsigned short id) override
-    {
-        if (id == IDOK)
-            age = getUInt(questionField);
-        Dialog::onCommand(sender, code, id);
-    }
-    unsigned age = 0;
-};
-
-void askInDialog(const WorkPlace&)
+void scrollAndFocus(const WorkPlace&)
 {
     drainMessages();
-    Question question;
-    expect(question.showModal() == IDOK && question.age == 36, "another answer");
+    Painted window;
+    window.show(SW_SHOW);
+    window.setStyle(0, WS_VSCROLL);
+    window.setScrollRange(tarn::Window::vertical, 0, 100, false);
+    window.setScrollPosition(tarn::Window::vertical, 7, false);
+    expect(window.getScrollPosition(tarn::Window::vertical) == 7, "another position");
+    window.setPosition(nullptr, tarn::Rect(10, 10, 110, 110), SWP_NOZORDER);
+    window.scroll(0, 5, nullptr, nullptr);
+    window.invalidate(true);
+    expect(window.fromScreen(window.toScreen(POINT{3, 4})).x == 3, "another point");
+    expect(window.getClassNameW().startsWith(L"Tarn++"), "another class");
+    window.captureMouse();
+    tarn::Window::releaseMouse();
+    tarn::Window child;
+    child.create("STATIC", "child", WS_CHILD, tarn::Rect(0, 0, 10, 10), window, nullptr, program);
+    expect(child.getParent()->getWindowHandle() == window.getWindowHandle(), "another parent");
+    child.enable(false);
+    expect(child.getTextA() == "child", "another text");
+    window.stopTimer(1);
 }
 
-void draw(const WorkPlace&)
+void workTree(const WorkPlace&)
 {
-    const tarn::DeviceContext screen(nullptr, false);
-    tarn::DeviceContext memory(screen);
-    const tarn::Bitmap picture(screen, 20, 20);
-    const tarn::Bitmap previous = memory.select(picture);
-    {
-        const tarn::Brush brush(RGB(0, 0, 255));
-        const tarn::Pen pen(RGB(255, 0, 0), PS_SOLID, 1);
-        memory.fillRectangle(RGB(255, 255, 255), tarn::Rect(0, 0, 20, 20));
-        memory.fillRectangle(brush, tarn::Rect(0, 0, 10, 10));
-        const tarn::Pen previousPen = memory.select(pen.getHandle());
-        memory.moveTo(0, 15);
-        memory.lineTo(20, 15);
-        memory.select(previousPen.getHandle());
-        memory.drawText(0, 0, "x");
-        memory.drawRectangle3D(tarn::Rect(0, 0, 20, 20), true);
-    }
-    expect(memory.getPixel(15, 15) == RGB(255, 0, 0), "another colour");
-    memory.select(previous);
-}
-
-void drawTransparently(const WorkPlace&)
-{
-    const tarn::DeviceContext screen(nullptr, false);
-    tarn::DeviceContext memory(screen);
-    const tarn::Bitmap target(screen, 8, 8), source(screen, 8, 8);
-    const tarn::Bitmap previous = memory.select(target);
-    memory.blitTransparent(source, 0, 0, 8, 8, 0, 0, RGB(1, 2, 3));
-    memory.select(previous);
+    Painted window;
+    tarn::TreeView tree;
+    tree.create(window, 7, tarn::Rect(0, 0, 100, 100), TVS_HASLINES);
+    const HTREEITEM root = tree.insertItem(L"root");
+    tree.insertItem("below", root);
+    tree.expand(root, TVE_EXPAND);
+    expect(tree.getItemTextW(tree.getFirstChild(root)) == L"below", "another text");
+    constexpr int systemPicture = 32754;
+    tarn::ImageList images(systemPicture, tarn::ImageList::bitmap, 8, CLR_NONE, LR_SHARED, nullptr);
+    const HIMAGELIST former = tree.setImageList(images, tarn::TreeView::normal);
+    tree.setImageList(former, tarn::TreeView::normal);
+    images.destroy();
 }
 } // namespace
 
-std::vector<Scenario> graphicsScenarios() { return {{"drawing", draw}, {"transparent drawing", drawTransparently}}; }
-
 std::vector<Scenario> windowScenarios()
 {
-    return {{"window", showWindow}, {"controls", workControls}, {"menu", useMenu}, {"dialog", askInDialog}};
+    return {{"window", showWindow},
+            {"controls", workControls},
+            {"tree", workTree},
+            {"scrolling and focus", scrollAndFocus},
+            {"menu", useMenu}};
 }
 } // namespace failures
