@@ -2,8 +2,11 @@
 
 #include "Tour.h"
 
+#include <tarn/AtomicFile.h>
 #include <tarn/Event.h>
 #include <tarn/Exception.h>
+#include <tarn/FileSystem.h>
+#include <tarn/FolderWatch.h>
 #include <tarn/RunProcess.h>
 #include <tarn/Semaphore.h>
 #include <tarn/SingleInstance.h>
@@ -38,16 +41,17 @@ void showFiles()
                     nullptr);
     log.writeFully("please\n", 7);
     log.close();
-    for (const wchar_t* name : {L"", L"\\numbers.bin", L"\\read me.txt"}) {
-        const BasicString<wchar_t> entry = path + name;
-        const unsigned long attributes = WindowsFile::getAttributes(entry.c_str());
-        std::cout << "  " << (attributes & FILE_ATTRIBUTE_DIRECTORY ? "folder " : "file   ")
-                  << (attributes & FILE_ATTRIBUTE_READONLY ? "read-only " : "writable  ")
-                  << BasicString<char>(entry.c_str()).getPathElement(-1);
-        if (!WindowsFile::isDirectory(entry.c_str()))
-            std::cout << ", " << WindowsFile::getSize(entry.c_str()) << " bytes";
-        std::cout << '\n';
-    }
+    FileSystem::createFolder(path + L"\\empty");
+    FolderWatch watch(path);
+    AtomicFile::save(path + L"\\saved whole.txt", "or not at all\n", 14);
+    for (const FolderEntry& entry : FolderWalk(path, {.recursive = true}))
+        std::cout << "  " << (entry.isFolder() ? "folder " : "file   ")
+                  << (entry.attributes & FILE_ATTRIBUTE_READONLY ? "read-only " : "writable  ")
+                  << BasicString<char>(entry.name) << ", " << entry.size << " bytes\n";
+    for (const FolderChange& change : watch.getChanges(60'000))
+        if (change.what == FolderChange::renamed)
+            std::cout << "Seen meanwhile: " << BasicString<char>(change.oldName) << " became "
+                      << BasicString<char>(change.name) << '\n';
     try {
         log.open((path + L"\\read me.txt").c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     } catch (const WindowsError& e) {

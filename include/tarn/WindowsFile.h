@@ -45,6 +45,24 @@ public:
               unsigned long creation, unsigned long flags, HANDLE templateFile);
     ///@}
 
+    /// Opens in one of the ways that programs need most. Wide names may be of any length. Throw as open() does.
+    ///
+    /// openToRead() lets others read at the same time; openToChange(), for reading and writing, lets nobody.
+    /// overwrite() makes the file or empties it, createNew() fails when it is there; both for writing, and for nobody
+    /// else. openToAppend() makes the file if need be, and writes each piece behind what all others have written.
+    ///@{
+    static WindowsFile openToRead(const char* name);
+    static WindowsFile openToRead(const wchar_t* name);
+    static WindowsFile openToChange(const char* name);
+    static WindowsFile openToChange(const wchar_t* name);
+    static WindowsFile overwrite(const char* name);
+    static WindowsFile overwrite(const wchar_t* name);
+    static WindowsFile createNew(const char* name);
+    static WindowsFile createNew(const wchar_t* name);
+    static WindowsFile openToAppend(const char* name);
+    static WindowsFile openToAppend(const wchar_t* name);
+    ///@}
+
     /// Throws "Error while writing SIZE bytes".
     unsigned int write(const void* buffer, unsigned int size) override;
     /// On to the disk. Throws "Can't flush file buffers".

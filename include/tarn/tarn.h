@@ -11,6 +11,7 @@
 #include <tarn/Archive.h>
 #include <tarn/Array.h>
 #include <tarn/Atom.h>
+#include <tarn/AtomicFile.h>
 #include <tarn/AutoColour.h>
 #include <tarn/AutoRedraw.h>
 #include <tarn/AutoSelect.h>
@@ -49,7 +50,11 @@
 #include <tarn/Factory.h>
 #include <tarn/Fields.h>
 #include <tarn/FileDialog.h>
+#include <tarn/FileLock.h>
+#include <tarn/FileSystem.h>
 #include <tarn/FolderDialog.h>
+#include <tarn/FolderWalk.h>
+#include <tarn/FolderWatch.h>
 #include <tarn/Font.h>
 #include <tarn/GDIHandle.h>
 #include <tarn/GUID.h>
@@ -62,6 +67,7 @@
 #include <tarn/IniString.h>
 #include <tarn/ItemIDList.h>
 #include <tarn/Job.h>
+#include <tarn/KnownFolder.h>
 #include <tarn/Layout.h>
 #include <tarn/ListBox.h>
 #include <tarn/ListView.h>

@@ -3,6 +3,7 @@
 #include <tarn/Windows.h>
 
 #include "../system/FreshHandle.h"
+#include "FoundEntries.h"
 #include "LongPath.h"
 
 #include <cstddef>
@@ -16,10 +17,6 @@ namespace {
 using Path = BasicString<wchar_t>;
 
 constexpr DWORD linkItself = FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_BACKUP_SEMANTICS;
-
-struct CloseSearch {
-    void operator()(void* search) const { FindClose(search); }
-};
 
 FreshHandle openEntry(const Path& path, DWORD access, DWORD share)
 {
@@ -40,22 +37,25 @@ bool linksAreHidden()
     return hidden;
 }
 
-void deleteOpen(const FreshHandle& entry)
+bool deleteOpen(const FreshHandle& entry)
 {
     FILE_DISPOSITION_INFO deleted{TRUE};
-    SetFileInformationByHandle(entry.get(), FileDispositionInfo, &deleted, sizeof deleted);
+    return SetFileInformationByHandle(entry.get(), FileDispositionInfo, &deleted, sizeof deleted);
 }
 
 // What is read-only has to be writable for it, and a file may have another name outside of the tree.
-void deleteReadOnly(const FreshHandle& entry)
+bool deleteReadOnly(const FreshHandle& entry)
 {
     FILE_BASIC_INFO basic{};
     GetFileInformationByHandleEx(entry.get(), FileBasicInfo, &basic, sizeof basic);
     FILE_BASIC_INFO writable{};
     writable.FileAttributes = FILE_ATTRIBUTE_NORMAL;
     SetFileInformationByHandle(entry.get(), FileBasicInfo, &writable, sizeof writable);
-    deleteOpen(entry);
+    const bool deleted = deleteOpen(entry);
+    const DWORD error = GetLastError();
     SetFileInformationByHandle(entry.get(), FileBasicInfo, &basic, sizeof basic);
+    SetLastError(error);
+    return deleted;
 }
 
 FreshHandle openToDelete(const Path& path)
@@ -67,12 +67,15 @@ FreshHandle openToDelete(const Path& path)
 // Keeps no frame of the stack for a level, since a tree may have 16,000 of them.
 class TreeDeletion {
 public:
-    explicit TreeDeletion(Path folder) : path_(std::move(folder)) {}
+    TreeDeletion(Path folder, DeletionFailure& failure, const std::function<bool(const wchar_t*)>& goOn)
+        : path_(std::move(folder)), failure_(failure), goOn_(goOn)
+    {
+    }
 
-    void run()
+    bool run()
     {
         enter();
-        while (!levels_.empty()) {
+        while (!levels_.empty() && !ended_) {
             path_.resize(levels_.back().pathLength);
             if (levels_.back().folders.empty())
                 leave();
@@ -82,6 +85,7 @@ public:
                 enter();
             }
         }
+        return !ended_;
     }
 
 private:
@@ -97,20 +101,28 @@ private:
     {
         // Open without FILE_SHARE_DELETE, so that nobody can put a link in its place meanwhile.
         FreshHandle folder = openEntry(path_, FILE_LIST_DIRECTORY, FILE_SHARE_READ | FILE_SHARE_WRITE);
-        if (!folder || !isRealFolder(folder))
+        if (!folder || !isRealFolder(folder)) {
+            noteFailure();
             return;
+        }
         std::wstring name = linksAreHidden() ? std::wstring(nameOf(folder)) : std::wstring();
         levels_.push_back({std::move(folder), std::move(name), path_.size(), {}});
 
         WIN32_FIND_DATAW entry;
         void* const first = FindFirstFileExW((path_ + L"\\*").c_str(), FindExInfoBasic, &entry, FindExSearchNameMatch,
                                              nullptr, FIND_FIRST_EX_LARGE_FETCH);
-        if (first == INVALID_HANDLE_VALUE)
+        if (first == INVALID_HANDLE_VALUE) {
+            noteFailure();
             return;
+        }
         const std::unique_ptr<void, CloseSearch> search(first);
+        const std::size_t length = path_.size();
         do {
             visit(entry);
-        } while (FindNextFileW(first, &entry));
+        } while (!ended_ && FindNextFileW(first, &entry));
+        path_.resize(length);
+        if (!ended_ && GetLastError() != ERROR_NO_MORE_FILES)
+            noteFailure();
     }
 
     void visit(const WIN32_FIND_DATAW& entry)
@@ -125,6 +137,8 @@ private:
         }
         path_.resize(levels_.back().pathLength);
         (path_ += L'\\') += name;
+        if (!goesOn())
+            return;
         if (linksAreHidden() || !(isFolder ? RemoveDirectoryW(path_.c_str()) : DeleteFileW(path_.c_str())))
             deleteByHandle(name, (entry.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0);
     }
@@ -132,15 +146,16 @@ private:
     void deleteByHandle(std::wstring_view name, bool readOnly)
     {
         const FreshHandle entry = openToDelete(path_);
-        if (!entry || (linksAreHidden() && leadsElsewhere(entry, name)))
-            return;
-        readOnly ? deleteReadOnly(entry) : deleteOpen(entry);
+        if (!entry || (linksAreHidden() && leadsElsewhere(entry, name)) ||
+            !(readOnly ? deleteReadOnly(entry) : deleteOpen(entry)))
+            noteFailure();
     }
 
     // A link that is hidden has opened what it leads to.
     bool leadsElsewhere(const FreshHandle& entry, std::wstring_view name)
     {
         const std::wstring& folder = levels_.back().name;
+        SetLastError(ERROR_NOT_SUPPORTED); // For the case that the name can be had, and is another.
         const std::wstring_view opened = nameOf(entry);
         return opened.size() != folder.size() + 1 + name.size() || !opened.starts_with(folder) ||
                !opened.ends_with(name);
@@ -154,22 +169,44 @@ private:
         return {info->FileName, info->FileNameLength / sizeof(wchar_t)};
     }
 
+    void noteFailure()
+    {
+        const DWORD error = GetLastError();
+        if (failure_.error == ERROR_SUCCESS)
+            failure_ = {path_, error};
+    }
+
+    bool goesOn()
+    {
+        ended_ = goOn_ && !goOn_(path_.c_str());
+        return !ended_;
+    }
+
     void leave()
     {
         levels_.pop_back();
+        if (!goesOn())
+            return;
         if (RemoveDirectoryW(path_.c_str()))
             return;
-        if (const FreshHandle folder = openToDelete(path_))
-            deleteReadOnly(folder);
+        const FreshHandle folder = openToDelete(path_);
+        if (!folder || !deleteReadOnly(folder))
+            noteFailure();
     }
 
     static constexpr std::size_t longestName = 32'768;
 
     Path path_;
+    DeletionFailure& failure_;
+    const std::function<bool(const wchar_t*)>& goOn_;
+    bool ended_ = false;
     std::vector<Level> levels_;
     std::vector<char> nameBuffer_ = std::vector<char>(sizeof(FILE_NAME_INFO) + longestName * sizeof(wchar_t));
 };
 } // namespace
 
-void deleteTree(const wchar_t* folder) { TreeDeletion(longPath(folder)).run(); }
+bool deleteTree(const wchar_t* folder, DeletionFailure& failure, const std::function<bool(const wchar_t*)>& goOn)
+{
+    return TreeDeletion(longPath(folder), failure, goOn).run();
+}
 } // namespace tarn

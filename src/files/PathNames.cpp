@@ -46,9 +46,7 @@ template <class Query, class Ch> BasicString<Ch> queryPath(Query query, const Ch
 // Without the prefix again if the path can be used so.
 Path withoutNeedlessPrefix(const Path& path)
 {
-    const Path bare = path.startsWith(longSharePrefix)  ? Path(L"\\\\") + path.mid(8)
-                      : path.startsWith(longPathPrefix) ? path.mid(4)
-                                                        : path;
+    const Path bare = withoutPrefix(path);
     return bare.size() < MAX_PATH ? bare : path;
 }
 
@@ -69,6 +67,20 @@ Path longPath(const wchar_t* name)
     if (path.startsWith(L"\\\\.\\") || path.startsWith(longPathPrefix))
         return path;
     return path.startsWith(L"\\\\") ? Path(longSharePrefix) + path.mid(2) : Path(longPathPrefix) + path;
+}
+
+Path withoutSeparator(Path path)
+{
+    if (path.endsWith(L"\\") || path.endsWith(L"/"))
+        path.pop_back();
+    return path;
+}
+
+Path withoutPrefix(const Path& path)
+{
+    return path.startsWith(longSharePrefix)  ? Path(L"\\\\") + path.mid(8)
+           : path.startsWith(longPathPrefix) ? path.mid(4)
+                                             : path;
 }
 
 BasicString<char> WindowsFile::getShortPath(const char* name) { return queryPath(ShortPath(), name, name); }

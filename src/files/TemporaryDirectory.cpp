@@ -74,7 +74,8 @@ void TemporaryDirectory::removeTree() noexcept
     if (path_.empty())
         return;
     try {
-        deleteTree(path_.c_str());
+        DeletionFailure ignored;
+        deleteTree(path_.c_str(), ignored);
     } catch (...) { // Without memory the folder stays.
     }
 }

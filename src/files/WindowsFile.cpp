@@ -4,6 +4,7 @@
 #include "../foundation/Quoted.h"
 #include "../system/FreshHandle.h"
 #include "FileApi.h"
+#include "LongPath.h"
 
 namespace tarn {
 static_assert(Seekable::begin == FILE_BEGIN && Seekable::current == FILE_CURRENT && Seekable::end == FILE_END);
@@ -55,6 +56,50 @@ void WindowsFile::open(const wchar_t* name, unsigned long access, unsigned long 
 {
     giveTo(*this, openFile(name, access, share, security, creation, flags, templateFile));
 }
+
+namespace {
+const char* usable(const char* name) { return name; }
+// Only where it is needed, because the prefix takes a name literally.
+BasicString<wchar_t> usable(const wchar_t* name)
+{
+    return ConstString<wchar_t>(name).length() < MAX_PATH ? BasicString<wchar_t>(name) : longPath(name);
+}
+
+template <class Ch>
+WindowsFile opened(const Ch* name, unsigned long access, unsigned long share, unsigned long creation)
+{
+    WindowsFile file;
+    giveTo(file, FreshHandle(ensureNot(
+                     INVALID_HANDLE_VALUE,
+                     createFile(usable(name), access, share, nullptr, creation, FILE_ATTRIBUTE_NORMAL, nullptr),
+                     [&] { return "Can't open " + quoted(name); })));
+    return file;
+}
+
+template <class Ch> WindowsFile openedToRead(const Ch* name)
+{
+    return opened(name, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING);
+}
+template <class Ch> WindowsFile openedToChange(const Ch* name)
+{
+    return opened(name, GENERIC_READ | GENERIC_WRITE, 0, OPEN_EXISTING);
+}
+template <class Ch> WindowsFile openedToAppend(const Ch* name)
+{
+    return opened(name, FILE_APPEND_DATA | SYNCHRONIZE, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_ALWAYS);
+}
+} // namespace
+
+WindowsFile WindowsFile::openToRead(const char* name) { return openedToRead(name); }
+WindowsFile WindowsFile::openToRead(const wchar_t* name) { return openedToRead(name); }
+WindowsFile WindowsFile::openToChange(const char* name) { return openedToChange(name); }
+WindowsFile WindowsFile::openToChange(const wchar_t* name) { return openedToChange(name); }
+WindowsFile WindowsFile::overwrite(const char* name) { return opened(name, GENERIC_WRITE, 0, CREATE_ALWAYS); }
+WindowsFile WindowsFile::overwrite(const wchar_t* name) { return opened(name, GENERIC_WRITE, 0, CREATE_ALWAYS); }
+WindowsFile WindowsFile::createNew(const char* name) { return opened(name, GENERIC_WRITE, 0, CREATE_NEW); }
+WindowsFile WindowsFile::createNew(const wchar_t* name) { return opened(name, GENERIC_WRITE, 0, CREATE_NEW); }
+WindowsFile WindowsFile::openToAppend(const char* name) { return openedToAppend(name); }
+WindowsFile WindowsFile::openToAppend(const wchar_t* name) { return openedToAppend(name); }
 
 unsigned int WindowsFile::write(const void* buffer, unsigned int size)
 {

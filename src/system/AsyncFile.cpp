@@ -36,11 +36,20 @@ void AsyncFile::beginConnect()
     begin([&] { return ConnectNamedPipe(file_.get(), &overlapped_); });
 }
 
+void AsyncFile::beginWatch(void* buffer, unsigned size, bool recursive)
+{
+    constexpr DWORD changes = FILE_NOTIFY_CHANGE_FILE_NAME | FILE_NOTIFY_CHANGE_DIR_NAME | FILE_NOTIFY_CHANGE_SIZE |
+                              FILE_NOTIFY_CHANGE_LAST_WRITE;
+    begin([&] {
+        return ReadDirectoryChangesW(file_.get(), buffer, size, recursive, changes, nullptr, &overlapped_, nullptr);
+    });
+}
+
 unsigned AsyncFile::finish()
 {
     DWORD count = 0;
     pending_ = false;
-    if (!GetOverlappedResult(file_.get(), &overlapped_, &count, TRUE))
+    if (!GetOverlappedResult(file_.get(), &overlapped_, &count, TRUE) && GetLastError() != ERROR_NOTIFY_ENUM_DIR)
         noteEnd(GetLastError());
     return count;
 }

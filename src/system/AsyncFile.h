@@ -6,8 +6,9 @@
 #include <tarn/Event.h>
 
 namespace tarn {
-/// One end of a pipe that is read and written without blocking: one thread waits for several of them, or for some time.
-/// One transfer is under way at a time, and its memory has to stay until it has ended. Failures throw WindowsError.
+/// One end of a pipe, or a folder, that is used without blocking: one thread waits for several of them, or for some
+/// time. One transfer is under way at a time, and its memory has to stay until it has ended. Failures throw
+/// WindowsError.
 class AsyncFile {
 public:
     /// Takes a file that was opened with `FILE_FLAG_OVERLAPPED`. What transfers throw begins with `failed`.
@@ -21,6 +22,8 @@ public:
     void beginRead(void* buffer, unsigned size);
     void beginWrite(const void* data, unsigned size);
     void beginConnect();
+    /// For a folder: what happens in it. The count is then 0 when more did than there is room for.
+    void beginWatch(void* buffer, unsigned size, bool recursive);
     ///@}
     /// The number of bytes, 0 when the other side is gone. Waits if need be.
     unsigned finish();

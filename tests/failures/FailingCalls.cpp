@@ -147,6 +147,7 @@ constexpr const char* cannotFail[] = {
     "AddVectoredExceptionHandler",
     "CallNextHookEx",
     "CallWindowProcW",
+    "CoTaskMemFree",
     "CoUninitialize",
     "CommDlgExtendedError",
     "DefSubclassProc",

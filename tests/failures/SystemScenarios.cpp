@@ -1,7 +1,9 @@
 #include "Campaign.h"
 
+#include <tarn/AtomicFile.h>
 #include <tarn/BasicString.h>
 #include <tarn/Event.h>
+#include <tarn/FileSystem.h>
 #include <tarn/IniString.h>
 #include <tarn/LocalMemory.h>
 #include <tarn/Lock.h>
@@ -61,6 +63,17 @@ void useTemporaries(const WorkPlace& place)
     const tarn::TemporaryDirectory folder(place.file(L"").c_str(), L"tmp");
     const tarn::BasicString<wchar_t> inside = tarn::BasicString<wchar_t>(folder) + L"\\inside.txt";
     tarn::WindowsFile(inside.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr).close();
+}
+
+void saveAndCopyTree(const WorkPlace& place)
+{
+    const std::wstring from = place.file(L"tree"), inside = from + L"\\file", to = place.file(L"copy");
+    tarn::FileSystem::createFolder(from.c_str());
+    tarn::AtomicFile::save(inside.c_str(), content, sizeof content);
+    expect(tarn::FileSystem::copy(from.c_str(), to.c_str()), "ended");
+    expect(tarn::FileSystem::getEntry((to + L"\\file").c_str()).size == sizeof content, "the size differs");
+    expect(tarn::FileSystem::remove(to.c_str()), "ended");
+    expect(tarn::FileSystem::remove(from.c_str()), "ended");
 }
 
 void useModules(const WorkPlace&)
@@ -191,6 +204,7 @@ std::vector<Scenario> systemScenarios()
     return {{"save and load a file", saveAndLoad},
             {"ask about files", askAboutFiles},
             {"temporary file and folder", useTemporaries},
+            {"saved and copied tree", saveAndCopyTree},
             {"modules", useModules},
             {"resources", readResource},
             {"version of a file", readVersion},

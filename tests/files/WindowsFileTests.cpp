@@ -50,6 +50,31 @@ TEMPLATE_TEST_CASE("WindowsFile: what is written can be read back from any posit
     CHECK(WindowsFile::isDirectory(fileIn<TestType>(folder, "").c_str()));
 }
 
+TEMPLATE_TEST_CASE("WindowsFile: the named ways to open make, empty, keep and share as they say", "[files][file]", char,
+                   wchar_t)
+{
+    const support::ScratchFolder folder;
+    const auto path = fileIn<TestType>(folder, "file");
+    const TestType* const name = path.c_str();
+    expectWindowsError([&] { WindowsFile::openToRead(name); }, ERROR_FILE_NOT_FOUND,
+                       "Can't open \"" + folder.file("file") + "\"");
+    WindowsFile::createNew(name).write("12345", 5);
+    expectWindowsError([&] { WindowsFile::createNew(name); }, ERROR_FILE_EXISTS,
+                       "Can't open \"" + folder.file("file") + "\"");
+    WindowsFile::openToChange(name).write("ab", 2);
+    CHECK(folder.read("file") == "ab345");
+    WindowsFile::overwrite(name).write("x", 1);
+    {
+        WindowsFile one = WindowsFile::openToAppend(name), other = WindowsFile::openToAppend(name);
+        one.write("1", 1);
+        other.write("2", 1);
+        one.write("3", 1);
+    }
+    const WindowsFile reader = WindowsFile::openToRead(name), second = WindowsFile::openToRead(name);
+    CHECK(folder.read("file") == "x123");
+    CHECK_THROWS_AS(WindowsFile::openToChange(name), WindowsError);
+}
+
 TEST_CASE("WindowsFile: sizes and positions beyond 4 GB, and a low word of all ones", "[files][file]")
 {
     const support::ScratchFolder folder;
