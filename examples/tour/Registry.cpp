@@ -3,6 +3,7 @@
 #include <tarn/BasicString.h>
 #include <tarn/IniString.h>
 #include <tarn/RegistryKey.h>
+#include <tarn/RegistryWatch.h>
 
 #include <iostream>
 #include <list>
@@ -25,6 +26,9 @@ void showValues(const RegistryKey& user)
     unsigned long height = 720;
     std::cout << "a missing value leaves the default: " << std::boolalpha << key.getValue("Height", height) << ", "
               << height << '\n';
+    tarn::RegistryWatch watch(key);
+    key.setValue("Width", 1024);
+    std::cout << "a change was noticed: " << watch.waitForChange(60'000) << '\n';
 }
 
 void showTrees(const RegistryKey& user)

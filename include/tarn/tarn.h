@@ -94,6 +94,7 @@
 #include <tarn/ReadingFailure.h>
 #include <tarn/RegistryKey.h>
 #include <tarn/RegistryValue.h>
+#include <tarn/RegistryWatch.h>
 #include <tarn/RunProcess.h>
 #include <tarn/SETranslator.h>
 #include <tarn/SafeArray.h>

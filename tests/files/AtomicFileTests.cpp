@@ -5,6 +5,7 @@
 #include <tarn/FileSystem.h>
 #include <tarn/Process.h>
 
+#include <cstdlib>
 #include <random>
 #include <string>
 

@@ -41,11 +41,11 @@ TEST_CASE("CommandLine: 100,000 random arguments arrive as they are by the platf
           "[system][process]")
 {
     std::mt19937 random; // The same each time.
-    for (unsigned round = 0; round < 100; ++round) {
+    for (unsigned round = 0; round < 50; ++round) {
         CommandLine line(L"system_child.exe");
         line.add("arguments");
         Words words;
-        for (unsigned i = 0; i < 1000; ++i) {
+        for (unsigned i = 0; i < 2000; ++i) {
             words.push_back(argument(random));
             line.add(words.back());
         }

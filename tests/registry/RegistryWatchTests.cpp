@@ -1,0 +1,51 @@
+#include <catch2/catch.hpp>
+
+#include <tarn/RegistryWatch.h>
+
+#include "Expect.h"
+#include "Handles.h"
+#include "ScratchKey.h"
+#include "Wine.h"
+
+using namespace tarn;
+
+TEST_CASE("RegistryWatch: changes of the key, and below it if asked, are told once each", "[registry][watch]")
+{
+    const support::ScratchKey scratch;
+    scratch.makeKey(L"below");
+    const RegistryKey key(scratch, false);
+    RegistryWatch all(key), own(key, false);
+    CHECK_FALSE(all.waitForChange(0));
+    scratch.storeText(L"below", L"name", L"value");
+    CHECK(all.waitForChange(20'000));
+    CHECK_FALSE(own.waitForChange(0));
+    CHECK_FALSE(all.waitForChange(0));
+    scratch.storeText(L"", L"name", L"value");
+    CHECK(WindowsHandle::waitForAny({own.getEvent()}, 20'000).first == WindowsHandle::signaled);
+    CHECK(all.waitForChange(20'000));
+    scratch.makeKey(L"another");
+    CHECK(all.waitForChange(20'000));
+}
+
+TEST_CASE("RegistryWatch: nothing of it stays, and the key may have been opened for anything", "[registry][watch]")
+{
+    const support::ScratchKey scratch;
+    const RegistryKey key(scratch, false);
+    const unsigned long handles = support::openHandles();
+    RegistryWatch(key).waitForChange(0);
+    CHECK(support::openHandles() == handles);
+
+    scratch.makeKey(L"gone");
+    RegistryWatch gone(RegistryKey(key, L"gone", KEY_READ));
+    RegDeleteKeyW(scratch, L"gone");
+    const auto read = [&] {
+        while (gone.waitForChange(100))
+            ;
+    };
+    if (support::isWine())
+        WARN("Wine says nothing when a watched key is deleted");
+    else
+        support::expectWindowsError(read, ERROR_KEY_DELETED, "Can't watch registry key");
+    const RegistryKey unreadable(key, L"", KEY_SET_VALUE);
+    CHECK_NOTHROW(RegistryWatch(unreadable)); // Which opens the key itself.
+}
