@@ -3,33 +3,35 @@
 #include <algorithm>
 
 namespace planner {
+namespace {
+constexpr unsigned long wasCancelled = 0, wasDone = 1; // What the thread ends with.
+}
+
 // Here, and not by the base class, because the members are gone then.
 BackgroundWork::~BackgroundWork()
 {
-    try {
-        cancel();
-        join();
-    } catch (...) { // The base class tries once more.
-    }
+    cancel();
+    join();
 }
 
 void BackgroundWork::start(HWND listener)
 {
     listener_ = listener;
-    Thread::start(false);
+    Thread::start();
 }
 
 unsigned long BackgroundWork::run()
 {
+    const struct Finish {
+        ~Finish() { PostMessageW(listener, finished, 0, 0); }
+        HWND listener;
+    } whateverHappens{listener_};
     try {
         work_([this](std::size_t done, std::size_t total) { report(done, total); });
-        isDone_ = true;
+        return wasDone;
     } catch (const Cancelled&) {
-    } catch (...) {
-        error_ = std::current_exception();
+        return wasCancelled;
     }
-    PostMessageW(listener_, finished, 0, 0);
-    return 0;
 }
 
 void BackgroundWork::report(std::size_t done, std::size_t total)
@@ -41,11 +43,5 @@ void BackgroundWork::report(std::size_t done, std::size_t total)
         PostMessageW(listener_, progressed, percent_ = percent, 0);
 }
 
-bool BackgroundWork::finish()
-{
-    join();
-    if (error_)
-        std::rethrow_exception(error_);
-    return isDone_;
-}
+bool BackgroundWork::finish() { return joinOrThrow() == wasDone; }
 } // namespace planner

@@ -5,7 +5,6 @@
 #include <tarn/Thread.h>
 
 #include <atomic>
-#include <exception>
 
 namespace planner {
 /// Work on a thread of its own, which tells a window by messages how far it is and that it is done. It
@@ -35,7 +34,5 @@ private:
     HWND listener_ = nullptr;
     std::atomic<bool> isCancelled_ = false;
     unsigned percent_ = 0;
-    std::exception_ptr error_;
-    bool isDone_ = false;
 };
 } // namespace planner

@@ -48,17 +48,14 @@ ScriptPlayer::ScriptPlayer(PlannerWindow& window, const support::Options& option
     : window_(window), options_(options), messages_(messages), windowThread_(GetModuleHandleW(nullptr))
 {
     messages_.setScripted(true);
-    start(false);
+    start();
 }
 
 // Here, and not by the base class, because the members are gone then.
 ScriptPlayer::~ScriptPlayer()
 {
-    try {
-        windowThread_.close();
-        join();
-    } catch (...) { // The base class tries once more.
-    }
+    windowThread_.close();
+    join();
 }
 
 unsigned long ScriptPlayer::run()

@@ -1,5 +1,7 @@
 #include "Document.h"
 
+#include <tarn/StreamValues.h>
+
 #include <algorithm>
 #include <tuple>
 
@@ -7,24 +9,6 @@ namespace planner {
 static const tarn::SerializableImpl<Document> documentRegistration;
 
 namespace {
-template <class T> void writeAll(tarn::OutputStream& out, const std::vector<tarn::ref_ptr<T>>& items)
-{
-    out << static_cast<int>(items.size());
-    for (const auto& item : items)
-        out << item;
-}
-
-template <class T> void readAll(tarn::InputStream& in, std::vector<tarn::ref_ptr<T>>& items)
-{
-    items.clear();
-    // The number may be damaged: room is made only for what is there.
-    for (int left = in.readInt32(); left > 0; --left) {
-        tarn::ref_ptr<T> item;
-        in >> item;
-        items.push_back(item);
-    }
-}
-
 void collect(const AppointmentPtr& appointment, Day first, Day last, const Zone& zone, std::vector<Occurrence>& found)
 {
     const Event& event = appointment->event();
@@ -48,16 +32,11 @@ bool Occurrence::touches(Day day) const
     return beginsThere || (start < midnightOf(day) && end > midnightOf(day));
 }
 
-void Document::serialize(tarn::OutputStream& out) const
-{
-    writeAll(out, categories_);
-    writeAll(out, appointments_);
-}
+void Document::serialize(tarn::OutputStream& out) const { out << categories_ << appointments_; }
 
 void Document::deserialize(tarn::InputStream& in)
 {
-    readAll(in, categories_);
-    readAll(in, appointments_);
+    in >> categories_ >> appointments_;
     buildIndexes();
 }
 
