@@ -28,23 +28,20 @@ public:
     void create(HWND parent, unsigned short id, const RECT& rect, unsigned long style);
 
     /// The new item's index.
-    ///@{
     int addString(const char* text) const;
+    /// The same.
     int addString(const wchar_t* text) const;
-    ///@}
     /// Each line of a string resource (null: the program's) becomes an item, without empty ones. Gives the
     /// last item's index, -1 when there was none, also because the resource is missing.
     int addString(unsigned short resource, HINSTANCE module) const;
     /// Before the item `index`, or at the end for -1, also in a sorted box; otherwise as addString().
-    ///@{
     int insertString(unsigned index, const char* text) const;
+    /// The same.
     int insertString(unsigned index, const wchar_t* text) const;
-    ///@}
     /// The text of an item.
-    ///@{
     BasicString<char> getStringA(unsigned index) const;
+    /// The same.
     BasicString<wchar_t> getStringW(unsigned index) const;
-    ///@}
     /// For an owner-drawn box whose style has no `..._HASSTRINGS`: an item that is only this value.
     int addItem(const void* data) const;
     /// How many are left.
@@ -59,10 +56,9 @@ public:
     /// All bits set for an item that does not exist.
     void* getItemData(unsigned index) const;
     /// The first item behind `start`, and then from the top, that begins with the text, in any case.
-    ///@{
     int findString(const char* text, unsigned start = static_cast<unsigned>(-1)) const;
+    /// The same.
     int findString(const wchar_t* text, unsigned start = static_cast<unsigned>(-1)) const;
-    ///@}
     /// -1 when none is selected. Of a box in which one item can be selected.
     int getCurrentSelection() const;
     /// Gives the index, -1 for an item that does not exist: then, and for -1, nothing is selected any more.
@@ -70,12 +66,12 @@ public:
 
     /// The style `..._HASSTRINGS`, which matters for owner-drawn boxes only.
     bool hasStrings() const;
-    /// The styles `..._OWNERDRAWFIXED` and `..._OWNERDRAWVARIABLE`, or either of them.
-    ///@{
+    /// The style `..._OWNERDRAWFIXED`.
     bool isOwnerDrawFixed() const;
+    /// The style `..._OWNERDRAWVARIABLE`.
     bool isOwnerDrawVariable() const;
+    /// Either of them.
     bool isOwnerDraw() const;
-    ///@}
 };
 
 extern template class StringBox<detail::ComboBoxMessages>;
