@@ -180,7 +180,7 @@ struct ValueWithoutEncoding {
 } // namespace detail
 
 // clang-format off
-/// What nobody has said how to encode does not compile. Standard containers, optional values, instants of <chrono>,
+/// What nobody has said how to encode does not compile. Standard containers, optional values, instants of `chrono`,
 /// paths, GUID, Point and the like have their operators in StreamValues.h, a structure of one's own gets them by a
 /// fieldsOf(), and pointers to objects belong into an Archive.
 ///@{

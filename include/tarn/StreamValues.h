@@ -45,18 +45,23 @@ template <class T> struct StreamFields {
 /// have in memory.
 ///@{
 template <std::derived_from<_GUID> T> struct StreamFields<T> {
+    /// Its numbers.
     template <class Self> static auto of(Self& id) { return fields(id.Data1, id.Data2, id.Data3, id.Data4); }
 };
 template <std::derived_from<tagPOINT> T> struct StreamFields<T> {
+    /// Its numbers.
     template <class Self> static auto of(Self& point) { return fields(point.x, point.y); }
 };
 template <std::derived_from<tagSIZE> T> struct StreamFields<T> {
+    /// Its numbers.
     template <class Self> static auto of(Self& size) { return fields(size.cx, size.cy); }
 };
 template <std::derived_from<tagRECT> T> struct StreamFields<T> {
+    /// Its numbers.
     template <class Self> static auto of(Self& rect) { return fields(rect.left, rect.top, rect.right, rect.bottom); }
 };
 template <std::derived_from<_FILETIME> T> struct StreamFields<T> {
+    /// Its numbers.
     template <class Self> static auto of(Self& time) { return fields(time.dwLowDateTime, time.dwHighDateTime); }
 };
 ///@}
@@ -315,8 +320,8 @@ template <class... T> InputStream& operator>>(InputStream& in, std::variant<T...
 ///@}
 
 /// As the text that it is, in the platform's encoding: UTF-16 on Windows.
-///@{
 template <StreamPath T> OutputStream& operator<<(OutputStream& out, const T& path) { return out << path.native(); }
+/// The same.
 template <StreamPath T> InputStream& operator>>(InputStream& in, T& path)
 {
     typename T::string_type text;
@@ -324,16 +329,15 @@ template <StreamPath T> InputStream& operator>>(InputStream& in, T& path)
     path = std::move(text);
     return in;
 }
-///@}
 
 /// The number of its units, and for an instant that since the clock's beginning. The unit is not written: give both
 /// sides the same type, one with a unit of its own (`std::chrono::sys_seconds`), since that of the clock differs
 /// between compilers.
-///@{
 template <StreamDuration T> OutputStream& operator<<(OutputStream& out, const T& duration)
 {
     return out << duration.count();
 }
+/// The same.
 template <StreamDuration T> InputStream& operator>>(InputStream& in, T& duration)
 {
     typename T::rep count;
@@ -341,10 +345,12 @@ template <StreamDuration T> InputStream& operator>>(InputStream& in, T& duration
     duration = T(count);
     return in;
 }
+/// The same.
 template <StreamTimePoint T> OutputStream& operator<<(OutputStream& out, const T& instant)
 {
     return out << instant.time_since_epoch();
 }
+/// The same.
 template <StreamTimePoint T> InputStream& operator>>(InputStream& in, T& instant)
 {
     typename T::duration since;
@@ -352,15 +358,15 @@ template <StreamTimePoint T> InputStream& operator>>(InputStream& in, T& instant
     instant = T(since);
     return in;
 }
-///@}
+
 /// The year in 16 bits, month and day in 8 each. Whether the day exists is not looked at.
-///@{
 template <StreamDay T> OutputStream& operator<<(OutputStream& out, const T& day)
 {
     return out << static_cast<std::int16_t>(static_cast<int>(day.year()))
                << static_cast<std::uint8_t>(static_cast<unsigned int>(day.month()))
                << static_cast<std::uint8_t>(static_cast<unsigned int>(day.day()));
 }
+/// The same.
 template <StreamDay T> InputStream& operator>>(InputStream& in, T& value)
 {
     std::int16_t year;
@@ -369,7 +375,6 @@ template <StreamDay T> InputStream& operator>>(InputStream& in, T& value)
     value = T(decltype(value.year())(year), decltype(value.month())(month), decltype(value.day())(day));
     return in;
 }
-///@}
 
 /// An integer that has 64 bits on the stream whatever its own width is, as fixed64() makes it.
 template <std::integral T> struct Fixed64 {

@@ -13,8 +13,10 @@ namespace tarn {
 namespace detail {
 /// Whether a shared object is alive still, for all that refer to it weakly.
 struct WeakAnchor {
-    unsigned int* count;     ///< Null once the last ref_ptr has let go.
-    unsigned int references; ///< Of weak_refs.
+    /// Null once the last ref_ptr has let go.
+    unsigned int* count;
+    /// Of weak_refs.
+    unsigned int references;
 };
 /// That of an object, made when it has none, with one reference more. Throws BadAllocation.
 TARN_API WeakAnchor* anchorOf(unsigned int* count);
