@@ -5,6 +5,7 @@
 #include <tarn/Archive.h>
 #include <tarn/BufferingStream.h>
 #include <tarn/Fields.h>
+#include <tarn/FramedStream.h>
 #include <tarn/MemoryStream.h>
 #include <tarn/StdIOStream.h>
 
@@ -371,6 +372,69 @@ TEST_CASE("Archive against cereal's binary archive")
     printRow("read, against the same by hand", 2.0, reading, handReading);
 }
 #endif
+
+namespace {
+/// The same item with a version.
+struct VersionedItem : Item {
+    static constexpr unsigned int classVersion = 1;
+};
+struct VersionedLeaf final : VersionedItem {};
+struct VersionedBranch final : VersionedItem {};
+const SerializableImpl<VersionedLeaf> versionedLeafRegistration("struct versioned::Leaf");
+const SerializableImpl<VersionedBranch> versionedBranchRegistration("struct versioned::Branch");
+
+void writeFramed(Buffer& buffer, const ref_ptr<Item>& root)
+{
+    BufferStream stream(buffer);
+    FramedOutputStream frame(stream);
+    Archive archive(stream, frame);
+    archive << root;
+    frame.close();
+}
+
+ref_ptr<Item> readFramed(Buffer& buffer)
+{
+    BufferStream stream(buffer);
+    FramedInputStream frame(stream);
+    Archive archive(frame, stream);
+    ref_ptr<Item> root;
+    archive >> root;
+    frame.finish();
+    return root;
+}
+} // namespace
+
+TEST_CASE("Archive: versions and frames against an archive without")
+{
+    bench::Ratios table("A graph of 100,000 shared objects");
+    const auto plain = makeGraph<ref_ptr<Item>, Leaf, Branch>(100000);
+    const auto versioned = makeGraph<ref_ptr<Item>, VersionedLeaf, VersionedBranch>(100000);
+    Buffer buffer, versionedBuffer, framedBuffer;
+    const auto write = [&] {
+        buffer.clear();
+        writeGraph(buffer, plain[0]);
+    };
+    const auto writeVersions = [&] {
+        versionedBuffer.clear();
+        writeGraph(versionedBuffer, versioned[0]);
+    };
+    const auto writeFrame = [&] {
+        framedBuffer.clear();
+        writeFramed(framedBuffer, plain[0]);
+    };
+    table.row("write with versions", 1.1, writeVersions, write);
+    table.row("write into a frame", 1.15, writeFrame, write);
+    dismantle(plain[0]);
+    dismantle(versioned[0]);
+    double reading = 1e9, readingVersions = 1e9, readingFrame = 1e9;
+    for (int round = 0; round < 15; ++round) {
+        reading = std::min(reading, secondsOfReading<ref_ptr<Item>>(buffer, readGraph));
+        readingVersions = std::min(readingVersions, secondsOfReading<ref_ptr<Item>>(versionedBuffer, readGraph));
+        readingFrame = std::min(readingFrame, secondsOfReading<ref_ptr<Item>>(framedBuffer, readFramed));
+    }
+    printRow("read with versions", 1.1, readingVersions, reading);
+    printRow("read from a frame", 1.15, readingFrame, reading);
+}
 
 TEST_CASE("Archive: time for each object, from small graphs to large ones")
 {

@@ -7,6 +7,7 @@
 #include "Document.h"
 #include "Explain.h"
 
+#include <tarn/FramedStream.h>
 #include <tarn/MemoryStream.h>
 #include <tarn/StdIOStream.h>
 
@@ -35,16 +36,21 @@ ElementPtr makeDocument()
 void save(const ElementPtr& document, const std::string& file)
 {
     tarn::StdIOStream stream(file.c_str(), "wb");
-    tarn::Archive archive(stream, stream);
+    tarn::FramedOutputStream frame(stream);
+    tarn::Archive archive(stream, frame);
     archive << document;
+    frame.close();
     stream.flush();
 }
 
 ElementPtr load(const std::string& file)
 {
     tarn::StdIOStream stream(file.c_str(), "rb");
-    tarn::Archive archive(stream, stream);
-    return archive.load<Element>();
+    tarn::FramedInputStream frame(stream);
+    tarn::Archive archive(frame, stream);
+    const ElementPtr document = archive.load<Element>();
+    frame.finish();
+    return document;
 }
 
 void show(const char* title, const ElementPtr& document)

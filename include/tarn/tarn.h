@@ -56,6 +56,7 @@
 #include <tarn/FolderWalk.h>
 #include <tarn/FolderWatch.h>
 #include <tarn/Font.h>
+#include <tarn/FramedStream.h>
 #include <tarn/GDIHandle.h>
 #include <tarn/GUID.h>
 #include <tarn/GregorianCalendar.h>

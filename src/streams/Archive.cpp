@@ -1,5 +1,6 @@
 #include <tarn/Archive.h>
 
+#include <tarn/FramedStream.h>
 #include <tarn/NewerData.h>
 
 #include "../foundation/Closing.h"
@@ -227,6 +228,8 @@ private:
 // Where the next byte would be read, if the stream can tell.
 std::optional<unsigned long long> Archive::findOffset() const
 {
+    if (auto* const framed = dynamic_cast<FramedInputStream*>(&input_))
+        return framed->getReadCount();
     auto* const seekable = dynamic_cast<Seekable*>(&input_);
     if (!seekable)
         return {};
