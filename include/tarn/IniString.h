@@ -20,7 +20,9 @@ TARN_API BasicString<wchar_t> getIniString(const wchar_t* file, const wchar_t* s
 /// Writes an entry, and makes the file and the section when they are missing. A null `value` deletes the
 /// entry, a null `key` the section. A wide text that the code page lacks is kept only when the file is
 /// UTF-16 already: make it with the bytes FF FE first. Throws WindowsError "Can't write private profile
-/// string "FILE" : [SECTION] KEY="VALUE"".
+/// string "FILE" : [SECTION] KEY="VALUE"": with the code ERROR_INVALID_PARAMETER for a line break in a text, which
+/// would write another entry, and with ERROR_DISK_FULL when the entry cannot be read again. The platform writes the
+/// whole file anew, so that on a full disk other entries may be lost then.
 ///@{
 TARN_API void setIniString(const char* file, const char* section, const char* key, const char* value);
 TARN_API void setIniString(const wchar_t* file, const wchar_t* section, const wchar_t* key, const wchar_t* value);

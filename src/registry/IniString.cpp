@@ -25,12 +25,44 @@ BasicString<Ch> readIniString(const Ch* file, const Ch* section, const Ch* key, 
     }
 }
 
+template <class Ch> bool hasAny(const Ch* text, const char* characters)
+{
+    const BasicString<Ch> all(text), wanted(characters);
+    return all.find_first_of(wanted) != all.npos;
+}
+
+// What reading gives of a value.
+template <class Ch> BasicString<Ch> withoutBlanksAndQuotes(const Ch* value)
+{
+    BasicString<Ch> text = BasicString<Ch>(value).trim();
+    const bool isQuoted = text.size() > 1 && text.front() == text.back() && (text[0] == '"' || text[0] == '\'');
+    return isQuoted ? BasicString<Ch>(text.substr(1, text.size() - 2)) : text;
+}
+
+// Whether what was written can be read again. Compares lengths, because the code page may lack a character.
+template <class Ch> bool isStored(const Ch* file, const Ch* section, const Ch* key, const Ch* value)
+{
+    const bool isReadable = !hasAny(section, "]") && !hasAny(key, "=") && *key != ';' && *key != '[';
+    constexpr const Ch* nothing = nullptr;
+    writePrivateProfileString(nothing, nothing, nothing, file); // Forgets what the platform has kept of the file.
+    const Ch missing[] = {1, 0};
+    const BasicString<Ch> stored = isReadable ? readIniString(file, section, key, missing) : BasicString<Ch>(value);
+    return stored != missing && stored.size() >= withoutBlanksAndQuotes(value).size();
+}
+
 template <class Ch> void writeIniString(const Ch* file, const Ch* section, const Ch* key, const Ch* value)
 {
-    ensure(writePrivateProfileString(section, key, value, file), [&] {
+    const auto failed = [&] {
         return "Can't write private profile string " + quoted(file) + " : [" + section + "] " + key + "=" +
                quoted(value);
-    });
+    };
+    // Behind a line break there would be an entry of its own.
+    if (hasAny(section, "\r\n") || hasAny(key, "\r\n") || hasAny(value, "\r\n"))
+        throwError(WindowsError(ERROR_INVALID_PARAMETER, failed()));
+    ensure(writePrivateProfileString(section, key, value, file), failed);
+    // On a full disk the platform cuts the file and reports success.
+    if (section && key && *key && value && !isStored(file, section, key, value))
+        throwError(WindowsError(ERROR_DISK_FULL, failed()));
 }
 } // namespace
 

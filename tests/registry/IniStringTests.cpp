@@ -5,6 +5,7 @@
 #include "Expect.h"
 #include "ScratchFolder.h"
 #include "TextOf.h"
+#include "Wine.h"
 
 using support::expectWindowsError;
 using support::ScratchFolder;
@@ -79,6 +80,30 @@ TEMPLATE_TEST_CASE("setIniString: a failure names file, section, key and value",
                        "Can't write private profile string \"" + path + "\" : [s] k=\"v\"");
     expectWindowsError([&] { setIniString(file, TEXT_OF("s"), nullptr, nullptr); }, ERROR_PATH_NOT_FOUND,
                        "Can't write private profile string \"" + path + "\" : [s] =\"\"");
+}
+
+TEMPLATE_TEST_CASE("setIniString: a line break is refused, and writes no other entry", "[registry][ini]", char, wchar_t)
+{
+    const ScratchFolder folder;
+    const std::string path = folder.write("a.ini", "[s]\r\nk=v\r\n");
+    const BasicString<TestType> file(path.c_str());
+    expectWindowsError([&] { setIniString(file, TEXT_OF("s"), TEXT_OF("k"), TEXT_OF("x\n[admin]\nyes=1")); },
+                       ERROR_INVALID_PARAMETER,
+                       "Can't write private profile string \"" + path + "\" : [s] k=\"x\n[admin]\nyes=1\"");
+    CHECK_THROWS_AS(setIniString(file, TEXT_OF("s"), TEXT_OF("k\r"), TEXT_OF("x")), tarn::WindowsError);
+    CHECK_THROWS_AS(setIniString(file, TEXT_OF("s]\n[t"), TEXT_OF("k"), nullptr), tarn::WindowsError);
+    CHECK(folder.read("a.ini") == "[s]\r\nk=v\r\n");
+    for (const char* const value : {"", " \"a b\" ", "'", ";"})
+        CHECK_NOTHROW(setIniString(file, TEXT_OF("s"), TEXT_OF("k"), BasicString<TestType>(value)));
+}
+
+TEST_CASE("setIniString: a full disk is noticed", "[registry][ini]")
+{
+    if (support::isWine()) // A file that takes nothing.
+        expectWindowsError([] { setIniString("Z:\\dev\\full", "s", "k", "v"); }, ERROR_DISK_FULL,
+                           "Can't write private profile string \"Z:\\dev\\full\" : [s] k=\"v\"");
+    else
+        WARN("There is no file here that is always full");
 }
 
 TEST_CASE("Profile strings: a UTF-16 file keeps texts that no code page has", "[registry][ini]")
