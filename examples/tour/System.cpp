@@ -7,6 +7,7 @@
 #include <tarn/Exception.h>
 #include <tarn/FileSystem.h>
 #include <tarn/FolderWatch.h>
+#include <tarn/LogFile.h>
 #include <tarn/RunProcess.h>
 #include <tarn/Semaphore.h>
 #include <tarn/SingleInstance.h>
@@ -42,6 +43,7 @@ void showFiles()
     log.writeFully("please\n", 7);
     log.close();
     FileSystem::createFolder(path + L"\\empty");
+    LogFile(path + L"\\tour.log").info("A line with time, thread, level and place");
     FolderWatch watch(path);
     AtomicFile::save(path + L"\\saved whole.txt", "or not at all\n", 14);
     for (const FolderEntry& entry : FolderWalk(path, {.recursive = true}))

@@ -74,6 +74,7 @@
 #include <tarn/ListView.h>
 #include <tarn/LocalMemory.h>
 #include <tarn/Lock.h>
+#include <tarn/LogFile.h>
 #include <tarn/LowLevelIOStream.h>
 #include <tarn/MemoryStream.h>
 #include <tarn/Menu.h>
@@ -91,8 +92,8 @@
 #include <tarn/PropertyPage.h>
 #include <tarn/PropertySheet.h>
 #include <tarn/RadioButtonGroup.h>
-#include <tarn/Rect.h>
 #include <tarn/ReadingFailure.h>
+#include <tarn/Rect.h>
 #include <tarn/RegistryKey.h>
 #include <tarn/RegistryValue.h>
 #include <tarn/RegistryWatch.h>

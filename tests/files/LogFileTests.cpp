@@ -1,0 +1,160 @@
+#include <catch2/catch.hpp>
+
+#include <tarn/CommandLine.h>
+#include <tarn/Exception.h>
+#include <tarn/FileLock.h>
+#include <tarn/FileSystem.h>
+#include <tarn/LogFile.h>
+#include <tarn/RunProcess.h>
+
+#include <algorithm>
+#include <regex>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "DebuggerOutput.h"
+#include "ScratchFolder.h"
+#include "Wine.h"
+
+using namespace tarn;
+
+namespace {
+std::vector<std::string> linesOf(const std::string& text)
+{
+    std::vector<std::string> lines;
+    for (std::size_t begin = 0, end; (end = text.find("\r\n", begin)) != text.npos; begin = end + 2)
+        lines.push_back(text.substr(begin, end - begin));
+    return lines;
+}
+
+/// What stands between level and place in the lines of a log.
+std::vector<std::string> textsOf(const std::string& log)
+{
+    std::vector<std::string> texts;
+    for (const std::string& line : linesOf(log)) {
+        const std::size_t begin = line.find("] ") + 2;
+        texts.push_back(line.substr(begin, line.rfind(" (") - begin));
+    }
+    return texts;
+}
+} // namespace
+
+TEST_CASE("LogFile: a line has time, thread, level, text and place, and is one line", "[files][log]")
+{
+    const support::ScratchFolder folder;
+    LogFile log(folder.file(L"\x0416.log").c_str());
+    log.info("begins");
+    const auto all = [&] {
+        FileSystem::copy(folder.file(L"\x0416.log").c_str(), folder.file(L"copy").c_str(), {.replace = true});
+        return folder.read("copy");
+    };
+    const std::regex form(
+        R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z \[\d+\] INFO begins \(LogFileTests\.cpp:\d+\)\r\n)");
+    CHECK(std::regex_match(all(), form));
+    log.debug("left out");
+    log.setLevel(LogLevel::debug);
+    log.debug(L"\x0416");
+    log.warning("one\r\ntwo\n2026-01-01 ERROR forged");
+    log.error(WindowsError(ERROR_ACCESS_DENIED, "Can't"));
+    log.write(LogLevel::error, static_cast<const char*>(nullptr));
+    std::vector<std::string> texts = textsOf(all());
+    REQUIRE(texts.size() == 5);
+    CHECK(texts[1] == "DEBUG \xD0\x96");
+    CHECK(texts[2] == "WARNING one\\ntwo\\n2026-01-01 ERROR forged");
+    CHECK(texts[3].starts_with("ERROR Can't: "));
+    CHECK(texts[4] == "ERROR ");
+    CHECK(log.getLostLines() == 0);
+}
+
+TEST_CASE("LogFile: a file that is full is renamed, and so many are kept", "[files][log]")
+{
+    const support::ScratchFolder folder;
+    folder.write("a.log", std::string(90, 'o') + "\r\n"); // From before.
+    {
+        LogFile log(folder.file(L"a.log").c_str(), {.rotateAt = 100, .keep = 2});
+        for (const char* const text : {"first", "second", "third"})
+            log.info(text);
+    }
+    CHECK(textsOf(folder.read("a.log")) == std::vector<std::string>{"INFO third"});
+    CHECK(textsOf(folder.read("a.log.1")) == std::vector<std::string>{"INFO second"});
+    CHECK(textsOf(folder.read("a.log.2")) == std::vector<std::string>{"INFO first"});
+    CHECK_FALSE(FileSystem::exists(folder.file(L"a.log.3").c_str()));
+
+    LogFile alone(folder.file(L"b.log").c_str(), {.rotateAt = 1, .keep = 0});
+    alone.info("first");
+    alone.info("second");
+    CHECK(textsOf(folder.read("b.log")) == std::vector<std::string>{"INFO second"});
+
+    LogFile read(folder.file(L"c.log").c_str(), {.rotateAt = 100});
+    const WindowsFile reader(folder.file(L"c.log").c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                             OPEN_EXISTING, 0, nullptr); // Who reads it keeps its name.
+    for (int i = 0; i < 5; ++i)
+        read.info("grows");
+    CHECK(textsOf(folder.read("c.log")).size() == 5);
+}
+
+TEST_CASE("LogFile: lines of several threads stay whole", "[files][log]")
+{
+    const support::ScratchFolder folder;
+    {
+        LogFile log(folder.file(L"a.log").c_str());
+        std::vector<std::thread> threads;
+        for (int thread = 0; thread < 4; ++thread)
+            threads.emplace_back([&] {
+                for (int i = 0; i < 200; ++i)
+                    log.info("whole");
+            });
+        for (std::thread& thread : threads)
+            thread.join();
+    }
+    const std::vector<std::string> texts = textsOf(folder.read("a.log"));
+    CHECK(texts.size() == 800);
+    CHECK(std::count(texts.begin(), texts.end(), "INFO whole") == 800);
+}
+
+TEST_CASE("LogFile: a line that cannot be written throws nothing, and the next one tells of it", "[files][log]")
+{
+    const support::ScratchFolder folder;
+    CHECK_THROWS_AS(LogFile(folder.file(L"none\\a.log").c_str()), WindowsError);
+    if (support::isWine()) { // A file that takes nothing; no lock keeps others from appending.
+        LogFile full(L"Z:\\dev\\full");
+        const support::DebuggerOutput output;
+        full.info("lost");
+        full.info("lost");
+        CHECK(full.getLostLines() == 2);
+        CHECK(output.calls().size() >= 2);
+        return;
+    }
+    LogFile log(folder.file(L"a.log").c_str());
+    WindowsFile other(folder.file(L"a.log").c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                      OPEN_EXISTING, 0, nullptr);
+    {
+        const FileLock lock(other, FileLock::exclusive);
+        log.info("lost");
+    }
+    CHECK(log.getLostLines() == 1);
+    log.info("written");
+    const std::string all = folder.read("a.log");
+    CHECK(all.find(" 1 lines could not be written") < all.find("written ("));
+}
+
+TEST_CASE("ends with a log", "[.]") // The child of the next one.
+{
+    LogFile log(L"end.log");
+    log.logTermination();
+    std::thread([] { throw std::runtime_error("nobody catches this"); }).join();
+}
+
+TEST_CASE("LogFile: what ends the program is in the log", "[files][log]")
+{
+    const support::ScratchFolder folder;
+    const std::wstring path = folder.path();
+    wchar_t program[MAX_PATH];
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    runProcess(CommandLine(program).add("ends with a log"), {.start = {.workingFolder = path.c_str()}});
+    CHECK(textsOf(folder.read("end.log")) ==
+          std::vector<std::string>{"ERROR The program ends by an exception that nobody catches:",
+                                   "ERROR nobody catches this"});
+}
