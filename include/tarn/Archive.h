@@ -133,7 +133,7 @@ private:
     unsigned int readPartTag();
     void readRecord(ref_ptr<Serializable>& ptr);
     void readOwned(OwnedObject& object);
-    Serializable* createNamed();
+    Serializable* createNamed(bool isPart);
     Serializable* createFrom(unsigned int length);
     void readData(Serializable& object);
     void readBody(Serializable& object, unsigned int version, unsigned int firstWord);

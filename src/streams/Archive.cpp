@@ -75,8 +75,7 @@ void Archive::writeObject(const Serializable* object, unsigned long key)
     auto place = tables_->written.placeFor(word);
     if (place) {
         if (!writesPlain_ && tables_->writer.isInParts()) {
-            tables_->writer.putWord(referencePart);
-            tables_->writer.putWord(word);
+            tables_->writer.putWords(static_cast<unsigned int>(referencePart), word);
         } else {
             static_cast<OutputStream&>(*this) << word;
         }
@@ -133,16 +132,15 @@ void Archive::writeInParts(const Serializable& object, unsigned int key)
 {
     OutputStream& self = *this;
     const ClassName name(typeid(object));
-    const auto* const sealed = dynamic_cast<const SealedObject*>(&object);
+    const auto* const sealed = name.isRegistered() ? nullptr : dynamic_cast<const SealedObject*>(&object);
     const DataVersion version = sealed ? DataVersion(*sealed) : DataVersion(name, object);
 
     const bool isPart = tables_->writer.isInParts();
     if (isPart)
-        tables_->writer.putWord(objectPart);
+        tables_->writer.putWords(static_cast<unsigned int>(objectPart), key);
     BodyWriter::Object scope(tables_->writer, writesPlain_);
     if (!isPart)
-        self << objectCookie;
-    self << key;
+        self << objectCookie << key;
     if (version.isWritten()) {
         self << VersionedHead(sealed ? sealed->getClassName().c_str() : name.toWrite(), version.number());
         writeBody(object, version);
@@ -268,15 +266,16 @@ unsigned int Archive::readPartTag()
         throwError(tarn::Exception("An object is taken apart"));
     const unsigned int part = reader.state.left == 0 ? reader.takeWord(input_) : endOfBody;
     if (part == referencePart)
-        return reader.takeWord(input_);
+        return reader.takeKey(input_);
     if (part != objectPart)
         throwError(Serializable::Exception("The data have no object where one is expected"));
+    reader.readHead(input_);
     return objectCookie;
 }
 
-Serializable* Archive::createNamed()
+Serializable* Archive::createNamed(bool isPart)
 {
-    const unsigned int length = readUInt32();
+    const unsigned int length = isPart ? tables_->reader.head[1] : readUInt32();
     return ObjectHead::isPlain(length) ? ObjectHead::createPlain(*this, length) : createFrom(length);
 }
 
@@ -374,12 +373,13 @@ namespace {
 // `object` has it as soon as it is made.
 void Archive::readOwned(OwnedObject& object)
 {
-    if ((readsPlain_ ? readUInt32() : readPartTag()) != objectCookie)
+    const bool isPart = !readsPlain_;
+    if ((isPart ? readPartTag() : readUInt32()) != objectCookie)
         throwReferred();
     Reading reading(*this);
-    const unsigned int key = readUInt32();
+    const unsigned int key = isPart ? tables_->reader.head[0] : readUInt32();
     tables_->single.makeRoom(depth_); // For the objects around it, too: none is lost later for want of memory.
-    object.reset(createNamed());
+    object.reset(createNamed(isPart));
     reading.reads(*object);
     readData(*object);
     tables_->addSingle(key);
@@ -420,7 +420,8 @@ void Archive::readObject(ref_ptr<Serializable>& ptr)
 
 void Archive::readRecord(ref_ptr<Serializable>& ptr)
 {
-    if (const unsigned int reference = readsPlain_ ? readUInt32() : readPartTag(); reference != objectCookie) {
+    const bool isPart = !readsPlain_;
+    if (const unsigned int reference = isPart ? readPartTag() : readUInt32(); reference != objectCookie) {
         const ref_ptr<Serializable>* const known = tables_->find(reference);
         if (!known)
             throwUnknownKey();
@@ -428,11 +429,11 @@ void Archive::readRecord(ref_ptr<Serializable>& ptr)
         return;
     }
     Reading reading(*this);
-    const unsigned int key = readUInt32();
+    const unsigned int key = isPart ? tables_->reader.head[0] : readUInt32();
     if (tables_->isSingle(key))
         throwSingle();
     tables_->makeRoom();
-    Serializable* const made = createNamed();
+    Serializable* const made = createNamed(isPart);
     ref_ptr<Serializable> object(tables_->counts.take(), made);
     // Known before its data are read, so that references inside them find it, and it is not lost when they fail.
     const unsigned int place = tables_->add(key, object);

@@ -3,32 +3,27 @@
 #include "CopyPiece.h"
 
 #include <algorithm>
-#include <cstring>
+#include <utility>
 
 namespace tarn {
 namespace {
-constexpr std::size_t enough = 0x10000; // To be passed on.
+constexpr unsigned int enough = 0x10000; // To be passed on.
 constexpr unsigned int longestPart = 0x7FFFFFFF;
 constexpr unsigned int wordSize = sizeof(unsigned int);
 } // namespace
 
-void BodyWriter::append(const void* data, std::size_t size)
+char* BodyWriter::append(unsigned int size)
 {
-    const char* const bytes = static_cast<const char*>(data);
-    pending_.insert(pending_.end(), bytes, bytes + size);
-}
-
-void BodyWriter::putWord(unsigned int word)
-{
-    endPart();
-    append(&word, sizeof word);
+    if (pending_.size() - used_ < size)
+        pending_.resize(std::max(2 * pending_.size(), used_ + size + 0x100));
+    return pending_.data() + std::exchange(used_, used_ + size);
 }
 
 void BodyWriter::endPart()
 {
     if (part_ == none)
         return;
-    const auto size = static_cast<unsigned int>(pending_.size() - part_ - wordSize);
+    const unsigned int size = used_ - part_ - wordSize;
     std::memcpy(pending_.data() + part_, &size, sizeof size);
     part_ = none;
 }
@@ -36,9 +31,8 @@ void BodyWriter::endPart()
 void BodyWriter::pass(OutputStream& out)
 {
     endPart();
-    if (!pending_.empty())
-        out.writeFully(pending_.data(), static_cast<unsigned int>(pending_.size()));
-    pending_.clear();
+    if (const unsigned int size = std::exchange(used_, 0))
+        out.writeFully(pending_.data(), size);
 }
 
 void BodyWriter::write(OutputStream& out, const void* data, unsigned int size)
@@ -50,19 +44,18 @@ void BodyWriter::write(OutputStream& out, const void* data, unsigned int size)
         for (unsigned int piece; size > 0; bytes += piece, size -= piece) {
             piece = std::min(size, longestPart);
             if (inParts_)
-                putWord(piece);
+                putWords(piece);
             pass(out);
             out.writeFully(bytes, piece);
         }
         return;
     }
     if (inParts_ && part_ == none) {
-        const std::size_t start = pending_.size();
-        append(&size, sizeof size); // Its place; endPart() knows better.
-        part_ = start;
+        part_ = used_;
+        append(wordSize);
     }
-    append(data, size);
-    if (pending_.size() > enough)
+    copyPiece(append(size), static_cast<const char*>(data), size);
+    if (used_ > enough)
         pass(out);
 }
 
@@ -75,7 +68,7 @@ void BodyWriter::Object::beginBody()
 
 void BodyWriter::Object::endBody(OutputStream& out)
 {
-    writer_.putWord(endOfBody);
+    writer_.putWords(static_cast<unsigned int>(endOfBody));
     if (writer_.depth_ == 1)
         writer_.pass(out);
 }
@@ -84,16 +77,22 @@ BodyWriter::Object::~Object()
 {
     writer_.inParts_ = outer_;
     if (hasBody_ && --writer_.depth_ == 0) {
-        writer_.pending_.clear(); // Something is left when writing failed.
+        writer_.used_ = 0; // Something is left when writing failed.
         writer_.part_ = none;
         isOff_ = true;
     }
 }
 
+void BodyReader::readWords(InputStream& in, unsigned int* words, unsigned int count)
+{
+    if (in.read(words, count * wordSize) != count * wordSize)
+        detail::throwShortRead(words, count * wordSize);
+}
+
 unsigned int BodyReader::nextWord(InputStream& in)
 {
     if (!state.hasWord) {
-        in.readFully(&state.word, wordSize);
+        readWords(in, &state.word, 1);
         state.hasWord = true;
     }
     return state.word;

@@ -1,9 +1,10 @@
 #pragma once
 
+#include <tarn/Array.h>
 #include <tarn/Stream.h>
 
-#include <cstddef>
-#include <vector>
+#include <concepts>
+#include <cstring>
 
 // The data of an object with a version. They are told from what follows by being written in parts: a word, and what it
 // announces.
@@ -27,8 +28,13 @@ public:
     bool isInParts() const { return inParts_; }
 
     void write(OutputStream& out, const void* data, unsigned int size);
-    /// A word by itself, between parts.
-    void putWord(unsigned int word);
+    /// Words by themselves, between parts.
+    template <std::same_as<unsigned int>... Word> void putWords(Word... words)
+    {
+        endPart();
+        const unsigned int all[] = {words...};
+        std::memcpy(append(sizeof all), all, sizeof all);
+    }
 
     /// Stands for an object while it is written: how its data are written, and what comes after it goes on as before.
     class Object {
@@ -53,15 +59,16 @@ public:
     };
 
 private:
-    void append(const void* data, std::size_t size);
+    char* append(unsigned int size);
     void endPart();
     void pass(OutputStream& out);
 
-    static constexpr std::size_t none = ~std::size_t{0};
+    static constexpr unsigned int none = ~0u;
 
-    std::vector<char> pending_;
-    std::size_t part_ = none; // Where the word of the part lies that is being written.
-    unsigned int depth_ = 0;  // Of bodies inside of each other.
+    Array<char> pending_;
+    unsigned int used_ = 0;
+    unsigned int part_ = none; // Where the word of the part lies that is being written.
+    unsigned int depth_ = 0;   // Of bodies inside of each other.
     bool inParts_ = false;
 };
 
@@ -90,6 +97,17 @@ public:
     }
     /// The word in front of the next part. Throws EndOfFile.
     unsigned int nextWord(InputStream& in);
+    /// Behind the word of a reference: its key. What comes next has a word, too, which is read along.
+    unsigned int takeKey(InputStream& in)
+    {
+        unsigned int words[2];
+        readWords(in, words, 2);
+        state.word = words[1];
+        state.hasWord = true;
+        return words[0];
+    }
+    /// Behind the word of an object: its key, and the length of its name.
+    void readHead(InputStream& in) { readWords(in, head, 2); }
     unsigned int takeWord(InputStream& in)
     {
         const unsigned int word = nextWord(in);
@@ -98,8 +116,10 @@ public:
     }
 
     State state;
+    unsigned int head[2] = {};
 
 private:
+    static void readWords(InputStream& in, unsigned int* words, unsigned int count);
     unsigned int readParts(InputStream& in, void* buffer, unsigned int size);
     unsigned int readZeros(void* buffer, unsigned int size);
     bool openPart(InputStream& in);

@@ -24,6 +24,7 @@ public:
     unsigned int version() const { return registration_ ? registration_->traits.version : 0; }
     /// Whether objects may have data of newer programs.
     bool keepsNewerData() const { return registration_ && registration_->traits.keepsNewerData; }
+    bool isRegistered() const { return registration_; }
     /// Whether objects are written as their data alone.
     bool isPlain() const
     {

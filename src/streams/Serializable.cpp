@@ -129,9 +129,18 @@ OutputStream& operator<<(OutputStream& out, const VersionedHead& head)
     const auto length = static_cast<unsigned int>(std::strlen(head.text));
     if ((length & versionMask) != 0)
         throwError(Serializable::Exception("The name of a class is too long"));
-    out << (length | versionMark);
-    out.writeFully(head.text, length);
-    return out << head.version;
+    const unsigned int mark = length | versionMark;
+    char words[128];
+    if (length > sizeof words - 2 * sizeof mark) {
+        out << mark;
+        out.writeFully(head.text, length);
+        return out << head.version;
+    }
+    std::memcpy(words, &mark, sizeof mark);
+    std::memcpy(words + sizeof mark, head.text, length);
+    std::memcpy(words + sizeof mark + length, &head.version, sizeof head.version);
+    out.writeFully(words, static_cast<unsigned int>(2 * sizeof mark) + length);
+    return out;
 }
 
 Serializable* ObjectHead::createPlain(InputStream& in, unsigned int length)
