@@ -96,6 +96,25 @@ public:
     /// Asks the service to stop and returns what it reports, which may be that it is still stopping.
     /// Throws "Can't stop service".
     SERVICE_STATUS stop();
+    /// Sends one of the platform's `SERVICE_CONTROL_` numbers, to pause for instance, or a command of the service's
+    /// own, 128 to 255. Throws "Can't control service".
+    SERVICE_STATUS control(unsigned long code) const;
+
+    /// What it does at the moment. Throws "Can't query service status".
+    SERVICE_STATUS_PROCESS getStatus() const;
+    /// Waits until it is in one of the platform's states, `SERVICE_RUNNING` for instance; false when the time is up.
+    /// Looks again every few milliseconds. Throws as getStatus().
+    bool waitForState(unsigned long state, unsigned timeoutMs) const;
+
+    /// How it is kept: what people read of it, when it starts (one of the platform's `SERVICE_..._START` numbers), and
+    /// that it is started again `delayMs` after it has ended without being told, so many times a day. The rest is said
+    /// to create(). Needs the right `SERVICE_CHANGE_CONFIG`, and `SERVICE_START` for restarts. Throw "Can't configure
+    /// service".
+    ///@{
+    void setDescription(const wchar_t* text) const;
+    void setStartType(unsigned long startType) const;
+    void setRestart(unsigned delayMs, unsigned times) const;
+    ///@}
 
 private:
     friend class Driver; // For the service's handle.

@@ -104,6 +104,7 @@
 #include <tarn/Semaphore.h>
 #include <tarn/Serializable.h>
 #include <tarn/Service.h>
+#include <tarn/ServiceProgram.h>
 #include <tarn/ShellExtension.h>
 #include <tarn/SingleInstance.h>
 #include <tarn/Size.h>

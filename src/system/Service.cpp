@@ -2,12 +2,18 @@
 
 #include "../foundation/Check.h"
 #include "../foundation/Closing.h"
+#include "Deadline.h"
 #include "ServiceApi.h"
 
+#include <tarn/BasicString.h>
+
 #include <utility>
+#include <vector>
 
 namespace tarn {
 namespace {
+constexpr const char* notConfigured = "Can't configure service";
+
 template <class Ch> SC_HANDLE openManager(const Ch* machine, unsigned long access)
 {
     return ensure(openSCManager(machine, access), "Can't open service manager");
@@ -103,5 +109,56 @@ SERVICE_STATUS Service::stop()
     SERVICE_STATUS status{};
     ensure(ControlService(getHandle(), SERVICE_CONTROL_STOP, &status), "Can't stop service");
     return status;
+}
+
+SERVICE_STATUS Service::control(unsigned long code) const
+{
+    SERVICE_STATUS status{};
+    ensure(ControlService(getHandle(), code, &status), "Can't control service");
+    return status;
+}
+
+SERVICE_STATUS_PROCESS Service::getStatus() const
+{
+    SERVICE_STATUS_PROCESS status{};
+    DWORD needed = 0;
+    ensure(QueryServiceStatusEx(getHandle(), SC_STATUS_PROCESS_INFO, reinterpret_cast<BYTE*>(&status), sizeof status,
+                                &needed),
+           "Can't query service status");
+    return status;
+}
+
+bool Service::waitForState(unsigned long state, unsigned timeoutMs) const
+{
+    constexpr DWORD pauseMs = 10;
+    for (const Deadline deadline(timeoutMs); getStatus().dwCurrentState != state; Sleep(pauseMs))
+        if (deadline.remainingMs() == 0)
+            return false;
+    return true;
+}
+
+void Service::setDescription(const wchar_t* text) const
+{
+    BasicString<wchar_t> writable(text);
+    SERVICE_DESCRIPTIONW description{writable.data()};
+    ensure(ChangeServiceConfig2W(getHandle(), SERVICE_CONFIG_DESCRIPTION, &description), notConfigured);
+}
+
+void Service::setStartType(unsigned long startType) const
+{
+    ensure(ChangeServiceConfigW(getHandle(), SERVICE_NO_CHANGE, startType, SERVICE_NO_CHANGE, nullptr, nullptr, nullptr,
+                                nullptr, nullptr, nullptr, nullptr),
+           notConfigured);
+}
+
+void Service::setRestart(unsigned delayMs, unsigned times) const
+{
+    constexpr DWORD day = 24 * 60 * 60;
+    std::vector<SC_ACTION> actions(times, SC_ACTION{SC_ACTION_RESTART, delayMs});
+    actions.push_back({SC_ACTION_NONE, 0}); // Or the last one would be done for ever.
+    SERVICE_FAILURE_ACTIONSW failure{day, nullptr, nullptr, static_cast<DWORD>(actions.size()), actions.data()};
+    ensure(ChangeServiceConfig2W(getHandle(), SERVICE_CONFIG_FAILURE_ACTIONS, &failure), notConfigured);
+    SERVICE_FAILURE_ACTIONS_FLAG alsoForErrors{TRUE}; // And not for crashes alone.
+    ensure(ChangeServiceConfig2W(getHandle(), SERVICE_CONFIG_FAILURE_ACTIONS_FLAG, &alsoForErrors), notConfigured);
 }
 } // namespace tarn

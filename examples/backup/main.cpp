@@ -1,0 +1,162 @@
+// Keeps a copy of a folder up to date, by hand or as a service:
+//
+//     backup install C:\Data D:\Copy      registers the service, which saves every hour
+//     backup remove
+//     backup once C:\Data D:\Copy         saves once, and says what was done
+//     backup C:\Data D:\Copy              saves every hour until Ctrl+C
+//
+// Only files whose size or time has changed are copied. What was saved stands in "index.txt" beside the copies, and
+// what was done in "backup.log". After each saving the command in "backup.ini" is run, if there is one: [After]
+// Command=...
+
+#include "Index.h"
+
+#include <tarn/CommandLine.h>
+#include <tarn/Exception.h>
+#include <tarn/FileSystem.h>
+#include <tarn/IniString.h>
+#include <tarn/LogFile.h>
+#include <tarn/RunProcess.h>
+#include <tarn/Service.h>
+#include <tarn/ServiceProgram.h>
+
+#include <iostream>
+
+namespace {
+using namespace tarn;
+using Path = BasicString<wchar_t>;
+using Words = std::vector<Path>;
+
+constexpr const wchar_t* serviceName = L"TarnExampleBackup";
+constexpr unsigned hourMs = 60 * 60 * 1000;
+constexpr unsigned commandMs = 60 * 1000;
+
+/// The folder, its copy, and what is known of both.
+class Backup {
+public:
+    Backup(const Path& from, const Path& to)
+        : from_(from), to_(to), log_((to + L"\\backup.log").c_str(), {.rotateAt = 1'000'000})
+    {
+        log_.logTermination();
+    }
+
+    /// Copies what is new until `stop` is signaled; the number of files copied.
+    unsigned save(const Event& stop)
+    {
+        log_.info(L"Saving " + from_);
+        const Index former = Index::read((to_ + L"\\index.txt").c_str());
+        Index index;
+        unsigned copied = 0;
+        for (const FolderEntry& entry : FolderWalk(from_, {.recursive = true, .skipUnreadable = true})) {
+            if (stop.isSignaled())
+                return copied; // The former index still holds: nothing counts as saved that is not.
+            const Path inside(entry.path.substr(from_.size() + 1));
+            if (!entry.isFolder() && !former.knows(inside, entry)) {
+                copy(entry, inside);
+                ++copied;
+            }
+            if (!entry.isFolder())
+                index.note(inside, entry);
+        }
+        index.save((to_ + L"\\index.txt").c_str());
+        log_.info((std::to_string(copied) + " files copied").c_str());
+        runCommand();
+        return copied;
+    }
+
+    LogFile& log() { return log_; }
+
+private:
+    void copy(const FolderEntry& entry, const Path& inside)
+    {
+        const Path target = to_ + L"\\files\\" + inside;
+        FileSystem::createFolder(target.getDirectory());
+        FileSystem::copy(entry.path, target, {.replace = true});
+    }
+
+    void runCommand()
+    {
+        const Path ini = to_ + L"\\backup.ini";
+        const Path command = getIniString(ini.c_str(), L"After", L"Command", L"");
+        if (command.empty())
+            return;
+        const RunResult result = runProcess(command, {.timeoutMs = commandMs, .mergeErrors = true});
+        if (result.timedOut)
+            log_.warning(L"Took too long: " + command);
+        log_.info(("The command ended with " + std::to_string(result.exitCode) + ": " + result.output).c_str());
+    }
+
+    const Path from_, to_;
+    LogFile log_;
+};
+
+/// The program that saves again and again.
+class Program : public ServiceProgram {
+public:
+    Program(const Path& from, const Path& to) : ServiceProgram(serviceName), backup_(from, to) {}
+
+    unsigned long run(const Words&) override
+    {
+        do {
+            try {
+                backup_.save(getStopEvent());
+            } catch (const std::exception& error) { // The next time it may go well.
+                backup_.log().error(error);
+            }
+        } while (getStopEvent().wait(hourMs) == WindowsHandle::timeout);
+        return 0;
+    }
+
+private:
+    Backup backup_;
+};
+
+void install(const Words& words)
+{
+    const auto full = [&](std::size_t word) { return WindowsFile::getFullPath(words[word].c_str()); };
+    const CommandLine line = CommandLine(full(0)).add("--service").add(full(2)).add(full(3));
+    Service service;
+    service.create(ServiceManager(nullptr, SC_MANAGER_CREATE_SERVICE), serviceName, L"Example backup",
+                   SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS, SERVICE_AUTO_START, SERVICE_ERROR_NORMAL, line,
+                   nullptr, nullptr, nullptr, nullptr, nullptr);
+    service.setDescription(L"Keeps a copy of a folder up to date.");
+}
+
+void remove()
+{
+    Service service;
+    service.open(ServiceManager(nullptr, SC_MANAGER_CONNECT), serviceName, DELETE);
+    service.remove();
+}
+
+int start(const Words& words)
+{
+    const Path command = words.size() > 1 ? words[1] : Path();
+    if (command == L"remove") {
+        remove();
+    } else if (words.size() == 4 && command == L"install") {
+        install(words);
+    } else if (words.size() == 4 && command == L"once") {
+        FileSystem::createFolder(words[3]);
+        std::cout << Backup(words[2], words[3]).save(Event(true, false)) << " files copied\n";
+    } else if (words.size() >= 3) {
+        const Path &from = words[words.size() - 2], &to = words.back();
+        FileSystem::createFolder(to);
+        return Program(from, to).main();
+    } else {
+        std::cerr << "usage: backup [install|once] FROM TO, or backup remove\n";
+        return 2;
+    }
+    return 0;
+}
+} // namespace
+
+int main()
+{
+    try {
+        return start(CommandLine::own());
+    } catch (const std::exception& error) {
+        std::cerr << "backup: " << w2a(whatW(error), CP_UTF8) << '\n';
+        return 1;
+    }
+}

@@ -1,0 +1,7 @@
+#include <tarn/ServiceProgram.h>
+
+using namespace tarn;
+
+void saveWhatIsNew();
+
+#include "ServiceProgram.example"

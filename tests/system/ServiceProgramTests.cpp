@@ -1,0 +1,147 @@
+#include <catch2/catch.hpp>
+
+#include <tarn/CommandLine.h>
+#include <tarn/Service.h>
+#include <tarn/ServiceProgram.h>
+
+#include <future>
+#include <stdexcept>
+#include <string>
+
+#include "Expect.h"
+#include "Wine.h"
+
+using namespace tarn;
+
+namespace {
+constexpr DWORD timeoutMs = 20'000;
+
+/// Works until it is stopped; the first argument behind the name says how it ends.
+class Sample : public ServiceProgram {
+public:
+    Sample() : ServiceProgram(L"TarnTestProgram") {}
+
+    unsigned long run(const std::vector<BasicString<wchar_t>>& arguments) override
+    {
+        const BasicString<wchar_t> how = arguments.size() > 1 ? arguments[1] : BasicString<wchar_t>();
+        if (how == L"error")
+            throw WindowsError(ERROR_DISK_FULL, "Can't save");
+        if (how == L"exception")
+            throw std::runtime_error("Can't go on");
+        if (how == L"7")
+            return 7;
+        begun.set();
+        getStopEvent().wait(INFINITE);
+        reportProgress(1000);
+        return 0;
+    }
+
+    const Event begun{true, false};
+
+protected:
+    bool canPause() const override { return true; }
+    void onCommand(unsigned long command) override
+    {
+        if (command == 200)
+            throw std::runtime_error("Can't obey");
+    }
+};
+
+/// The sample as an installed service.
+struct Installed {
+    Installed()
+    {
+        wchar_t program[MAX_PATH];
+        GetModuleFileNameW(nullptr, program, MAX_PATH);
+        const CommandLine line = CommandLine(program).add("is a service");
+        service.create(ServiceManager(nullptr, SC_MANAGER_CONNECT | SC_MANAGER_CREATE_SERVICE), L"TarnTestProgram",
+                       L"TarnTestProgram", SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS, SERVICE_DEMAND_START,
+                       SERVICE_ERROR_IGNORE, line, nullptr, nullptr, nullptr, nullptr, nullptr);
+    }
+    ~Installed() { service.remove(); }
+
+    /// How the service ended that was started so.
+    SERVICE_STATUS_PROCESS endOf(const wchar_t* how)
+    {
+        const wchar_t* arguments[] = {how};
+        service.start(arguments, 1);
+        CHECK(service.waitForState(SERVICE_STOPPED, timeoutMs));
+        return service.getStatus();
+    }
+
+    Service service;
+};
+} // namespace
+
+TEST_CASE("is a service", "[.]") // Started by the service manager.
+{
+    try {
+        Sample().runAsService();
+    } catch (const std::exception&) { // The service manager has been told.
+    }
+}
+
+TEST_CASE("ServiceProgram: the service manager starts, pauses, commands and stops it", "[system][service]")
+{
+    Installed installed;
+    Service& service = installed.service;
+    service.start();
+    REQUIRE(service.waitForState(SERVICE_RUNNING, timeoutMs));
+    CHECK((service.getStatus().dwControlsAccepted & SERVICE_ACCEPT_PAUSE_CONTINUE) != 0);
+    CHECK_FALSE(service.waitForState(SERVICE_STOPPED, 20));
+    service.control(SERVICE_CONTROL_PAUSE);
+    CHECK(service.waitForState(SERVICE_PAUSED, timeoutMs));
+    service.control(SERVICE_CONTROL_CONTINUE);
+    CHECK(service.waitForState(SERVICE_RUNNING, timeoutMs));
+    service.control(150);
+    service.stop();
+    CHECK(service.waitForState(SERVICE_STOPPED, timeoutMs));
+    CHECK(service.getStatus().dwWin32ExitCode == NO_ERROR);
+    support::expectWindowsError([&] { service.control(150); }, ERROR_SERVICE_NOT_ACTIVE, "Can't control service");
+}
+
+TEST_CASE("ServiceProgram: how it fails is told to the service manager", "[system][service]")
+{
+    Installed installed;
+    CHECK(installed.endOf(L"error").dwWin32ExitCode == ERROR_DISK_FULL);
+    CHECK(installed.endOf(L"exception").dwWin32ExitCode == ERROR_EXCEPTION_IN_SERVICE);
+    const SERVICE_STATUS_PROCESS status = installed.endOf(L"7");
+    CHECK(status.dwWin32ExitCode == ERROR_SERVICE_SPECIFIC_ERROR);
+    CHECK(status.dwServiceSpecificExitCode == 7);
+    installed.service.start();
+    REQUIRE(installed.service.waitForState(SERVICE_RUNNING, timeoutMs));
+    installed.service.control(200);
+    CHECK(installed.service.waitForState(SERVICE_STOPPED, timeoutMs));
+    CHECK(installed.service.getStatus().dwWin32ExitCode == ERROR_EXCEPTION_IN_SERVICE);
+}
+
+TEST_CASE("ServiceProgram: in the console and as an object it runs until it is asked to stop", "[system][service]")
+{
+    Sample sample;
+    auto console = std::async(std::launch::async, [&] { return sample.runInConsole(); });
+    CHECK(sample.begun.wait(timeoutMs) == WindowsHandle::signaled);
+    sample.requestStop();
+    CHECK(console.get() == 0);
+    CHECK(Sample().run({L"name", L"7"}) == 7);
+}
+
+TEST_CASE("Service: its description, start type and restarts are kept", "[system][service]")
+{
+    Installed installed;
+    const Service& service = installed.service;
+    service.setDescription(L"\x0416");
+    service.setStartType(SERVICE_AUTO_START);
+    try {
+        service.setRestart(5000, 2);
+    } catch (const WindowsError& error) {
+        WARN("Restarts for errors are not known, as under Wine");
+        CHECK((support::isWine() && error.getError() == ERROR_INVALID_LEVEL));
+    }
+    Service reader;
+    reader.open(ServiceManager(nullptr, SC_MANAGER_CONNECT), L"TarnTestProgram", SERVICE_QUERY_STATUS);
+    support::expectWindowsError([&] { reader.setDescription(L"x"); }, ERROR_ACCESS_DENIED, "Can't configure service");
+    support::expectWindowsError([&] { reader.setStartType(SERVICE_DISABLED); }, ERROR_ACCESS_DENIED,
+                                "Can't configure service");
+    const Service none;
+    support::expectWindowsError([&] { none.getStatus(); }, ERROR_INVALID_HANDLE, "Can't query service status");
+}
