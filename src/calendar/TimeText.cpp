@@ -14,31 +14,44 @@
 
 namespace tarn {
 namespace {
+/// What clocks in a zone show.
+struct Local {
+    Local(const Time& time, const TimeZone& zone)
+    {
+        GregorianCalendar calendar(zone);
+        calendar.setTime(time);
+        const std::int64_t zoneOffset = calendar.get(Calendar::FieldZoneOffset);
+        minutes = static_cast<int>((zoneOffset + calendar.get(Calendar::FieldDstOffset)) / millisPerMinute);
+        if (__builtin_add_overflow(std::int64_t(time), std::int64_t(minutes) * millisPerMinute, &millis)) {
+            millis = time; // Within an offset of the ends of time only UTC is left.
+            minutes = 0;
+        }
+    }
+
+    std::int64_t millis = 0;
+    int minutes; // Ahead of UTC.
+};
+
+std::string formatYear(int year)
+{
+    char text[16];
+    std::snprintf(text, sizeof text, year < 0 ? "%05d" : year > 9999 ? "%+d" : "%04d", year);
+    return text;
+}
 
 std::string formatISOTime(const Time& time, const TimeZone& zone)
 {
-    GregorianCalendar calendar(zone);
-    calendar.setTime(time);
-    const std::int64_t zoneOffset = calendar.get(Calendar::FieldZoneOffset);
-    auto minutes = static_cast<int>((zoneOffset + calendar.get(Calendar::FieldDstOffset)) / millisPerMinute);
-    std::int64_t local = 0;
-    if (__builtin_add_overflow(std::int64_t(time), std::int64_t(minutes) * millisPerMinute, &local)) {
-        local = time; // Within an offset of the ends of time only UTC is left.
-        minutes = 0;
-    }
-
+    const Local local(time, zone);
+    const int minutes = local.minutes;
     int millis = 0;
-    const YearDay date = gregorianYearDay(splitDay(local, millis));
+    const YearDay date = gregorianYearDay(splitDay(local.millis, millis));
     const int month = monthOfDay(date.day, date.leap);
-    const char* yearFormat = date.year < 0 ? "%05d" : date.year > 9999 ? "%+d" : "%04d";
-    char year[16];
-    std::snprintf(year, sizeof year, yearFormat, date.year);
     char offset[16] = "Z";
     if (minutes != 0)
         std::snprintf(offset, sizeof offset, "%c%02d:%02d", minutes < 0 ? '-' : '+', std::abs(minutes) / 60,
                       std::abs(minutes) % 60);
     char text[64];
-    std::snprintf(text, sizeof text, "%s-%02d-%02dT%02d:%02d:%02d.%03d%s", year, month + 1,
+    std::snprintf(text, sizeof text, "%s-%02d-%02dT%02d:%02d:%02d.%03d%s", formatYear(date.year).c_str(), month + 1,
                   date.day - daysBeforeMonth[date.leap][month] + 1, millis / 3600000, millis / 60000 % 60,
                   millis / 1000 % 60, millis % 1000, offset);
     return text;
@@ -79,6 +92,28 @@ private:
     const Ch* next_;
 };
 
+// Sunday is the last day of the week.
+int isoWeekdayOf(std::int64_t epochDay) { return (weekdayOf(epochDay) + 6) % 7 + 1; }
+
+ISOWeek weekOfDay(std::int64_t epochDay)
+{
+    const int weekday = isoWeekdayOf(epochDay);
+    const YearDay thursday = gregorianYearDay(epochDay - weekday + 4);
+    return {thursday.year, thursday.day / 7 + 1, weekday};
+}
+
+/// What follows "2026-W": the day since the epoch, Monday when none is named.
+template <class Ch> std::optional<std::int64_t> readWeek(Reader<Ch>& text, int year)
+{
+    const auto week = text.upTo(53);
+    const auto weekday = text.skip('-') ? text.number(1, 1) : 1;
+    if (!week || !weekday || *weekday < 1 || *weekday > 7)
+        return std::nullopt;
+    const std::int64_t fourth = julianDayBeforeYear(true, year) - epochJulianDay + 4; // Of January, in the first week.
+    const std::int64_t day = fourth - isoWeekdayOf(fourth) + 7 * (*week - 1) + *weekday;
+    return weekOfDay(day).week == *week ? std::optional(day) : std::nullopt;
+}
+
 /// The day since the epoch.
 template <class Ch> std::optional<std::int64_t> readDate(Reader<Ch>& text)
 {
@@ -89,6 +124,8 @@ template <class Ch> std::optional<std::int64_t> readDate(Reader<Ch>& text)
         return std::nullopt;
     if (negative)
         year = -*year;
+    if (text.skip('W'))
+        return readWeek(text, *year);
     const auto month = text.upTo(12);
     if (!month || *month == 0 || !text.skip('-'))
         return std::nullopt;
@@ -194,6 +231,21 @@ BasicString<char> formatISOTimeA(const Time& time, const TimeZone& zone) { retur
 BasicString<wchar_t> formatISOTimeW(const Time& time, const TimeZone& zone)
 {
     return BasicString<wchar_t>(formatISOTime(time, zone).c_str());
+}
+
+ISOWeek isoWeekOf(const Time& time, const TimeZone& zone)
+{
+    int millis = 0;
+    return weekOfDay(splitDay(Local(time, zone).millis, millis));
+}
+BasicString<char> formatISOWeekA(const Time& time, const TimeZone& zone)
+{
+    const ISOWeek week = isoWeekOf(time, zone);
+    return BasicString<char>::fromFormat("%s-W%02d-%d", formatYear(week.year).c_str(), week.week, week.weekday);
+}
+BasicString<wchar_t> formatISOWeekW(const Time& time, const TimeZone& zone)
+{
+    return BasicString<wchar_t>(formatISOWeekA(time, zone).c_str());
 }
 
 Time parseISOTime(const char* text, const TimeZone& zone) { return parse(text, zone); }

@@ -51,13 +51,76 @@ TEST_CASE("TimeText: the parts after the date may be left out", "[calendar][text
     CHECK(parseISOTime("2000-07-01T12:00", zones::north()) == 962445600000);
 }
 
+TEST_CASE("TimeText: weeks belong to the year of their Thursday, and are read back", "[calendar][text]")
+{
+    const auto& [day, week] = GENERATE(table<const char*, const char*>({
+        {"2005-01-01", "2004-W53-6"},
+        {"2005-01-02", "2004-W53-7"},
+        {"2005-12-31", "2005-W52-6"},
+        {"2007-01-01", "2007-W01-1"},
+        {"2008-12-28", "2008-W52-7"},
+        {"2008-12-29", "2009-W01-1"},
+        {"2010-01-03", "2009-W53-7"},
+        {"2026-11-22", "2026-W47-7"},
+        {"-0001-01-01", "-0002-W53-5"},
+        {"+12000-01-01", "+11999-W52-6"},
+    }));
+    CHECK(tarn::formatISOWeekA(parseISOTime(day)) == week);
+    CHECK(parseISOTime(week) == parseISOTime(day));
+    CHECK(parseISOTime(L"2026-W47T12:00") == parseISOTime("2026-11-16T12:00"));
+    CHECK(tarn::formatISOWeekW(962409600000 - 1, zones::north()) == L"2000-W26-6");
+    CHECK(tarn::isoWeekOf(0).weekday == 4);
+}
+
+TEST_CASE("TimeText: every day of 400 years has one week, and days follow each other", "[calendar][text]")
+{
+    tarn::ISOWeek before = tarn::isoWeekOf(tarn::Time(-86400000));
+    int mistakes = 0;
+    for (std::int64_t day = 0; day < 146097; ++day) {
+        const tarn::ISOWeek now = tarn::isoWeekOf(tarn::Time(day * 86400000));
+        const bool isNewWeek = before.weekday == 7, isNewYear = now.year != before.year;
+        mistakes += now.weekday != (isNewWeek ? 1 : before.weekday + 1);
+        mistakes += isNewYear ? !isNewWeek || now.week != 1 || before.week < 52 || now.year != before.year + 1
+                              : now.week != before.week + isNewWeek || now.week > 53;
+        before = now;
+    }
+    CHECK(mistakes == 0);
+}
+
+TEST_CASE("TimeText: durations are written, and read back", "[calendar][text]")
+{
+    using tarn::parseISODuration;
+    const auto least = std::numeric_limits<std::int64_t>::min(), greatest = std::numeric_limits<std::int64_t>::max();
+    const std::pair<std::int64_t, const char*> rows[] = {{0, "PT0S"},
+                                                         {-1, "-PT0.001S"},
+                                                         {90061250, "P1DT1H1M1.250S"},
+                                                         {1209600000, "P14D"},
+                                                         {5400000, "PT1H30M"},
+                                                         {least, "-P106751991167DT7H12M55.808S"},
+                                                         {greatest, "P106751991167DT7H12M55.807S"}};
+    for (const auto& [millis, text] : rows) {
+        CHECK(tarn::formatISODurationA(millis) == text);
+        CHECK(parseISODuration(text) == millis);
+    }
+    CHECK(tarn::formatISODurationW(1000) == L"PT1S");
+    CHECK(parseISODuration(L"+P2W") == 1209600000);
+    CHECK(parseISODuration("P1W1DT36H") == 820800000);
+    CHECK(parseISODuration("-PT1,5009S") == -1500);
+
+    const std::string text = GENERATE("", "P", "PT", "P1DT", "1D", "P1Y", "P1M", "P1D1W", "PT1S1M", "P1.5D", "PT1.S",
+                                      "P-1D", "PT1H ", "P106751991168D", "PT9223372036854775808S", "P1D1D");
+    support::expectError<tarn::Exception>([&] { parseISODuration(text.c_str()); },
+                                          "Not an ISO 8601 duration of weeks to seconds: \"" + text + '"');
+}
+
 TEST_CASE("TimeText: other texts are refused", "[calendar][text]")
 {
-    const char* const text = GENERATE(
-        "", "2000", "2000-2-29", "1900-02-29", "2000-13-01", "2000-00-01", "2000-01-00", "2000-02-29T",
-        "2000-02-29T24:00:01", "2000-02-29T12", "2000-02-29T12:60", "2000-02-29T12:00:60", "2000-02-29T12:00:00.",
-        "2000-02-29T12:00+", "2000-02-29T12:00+24", "2000-02-29T12:00Zx", "2000-02-29Z", "20000-01-01",
-        "+999999999-01-01", "-292275055-05-16T16:47:04.191Z", "+292278994-08-17T07:12:55.808Z");
+    const char* const text =
+        GENERATE("", "2000", "2000-2-29", "1900-02-29", "2000-13-01", "2000-00-01", "2000-01-00", "2000-02-29T",
+                 "2000-02-29T24:00:01", "2000-02-29T12", "2000-02-29T12:60", "2000-02-29T12:00:60",
+                 "2000-02-29T12:00:00.", "2000-02-29T12:00+", "2008-W53-1", "2009-W54", "2009-W00-1", "2009-W01-0",
+                 "2009-W01-8", "2009-W1-1", "2009-W01-", "2000-02-29T12:00+24", "2000-02-29T12:00Zx", "2000-02-29Z",
+                 "20000-01-01", "+999999999-01-01", "-292275055-05-16T16:47:04.191Z", "+292278994-08-17T07:12:55.808Z");
     support::expectError<tarn::Exception>([&] { parseISOTime(text); },
                                           std::string("Not an ISO 8601 time: \"") + text + '"');
 }
