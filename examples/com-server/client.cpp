@@ -3,6 +3,7 @@
 
 #include "Greeter.h"
 
+#include <tarn/COMApartment.h>
 #include <tarn/COMInterfacePointer.h>
 #include <tarn/GUID.h>
 #include <tarn/RegistryKey.h>
@@ -15,17 +16,6 @@
 #include <iostream>
 
 namespace {
-class COMSession {
-public:
-    COMSession()
-    {
-        tarn::HRESULTHolder::throwOnError(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), "Can't start COM");
-    }
-    COMSession(const COMSession&) = delete;
-    COMSession& operator=(const COMSession&) = delete;
-    ~COMSession() { CoUninitialize(); }
-};
-
 /// The server's entry in the registry, while this object lives: for the current user or, on systems that
 /// do not look for classes there, for all users.
 class Registration {
@@ -104,7 +94,7 @@ void useGreeter()
 int main()
 {
     try {
-        const COMSession com;
+        const tarn::COMApartment com;
         const auto folder = tarn::WindowsModule(static_cast<HINSTANCE>(nullptr)).getFilenameW().getDirectory();
         {
             const Registration registration((folder + L"\\com-server.dll").c_str());

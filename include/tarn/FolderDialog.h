@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tarn/BasicString.h>
+#include <tarn/COMApartment.h>
 #include <tarn/Export.h>
 #include <tarn/ItemIDList.h>
 #include <tarn/Window.h>
@@ -63,19 +64,12 @@ protected:
     void enableOk(bool enable);
 
 private:
-    struct COMUse {
-        COMUse();
-        COMUse(const COMUse&) = delete;
-        COMUse& operator=(const COMUse&) = delete;
-        ~COMUse();
-    };
-
     FolderDialog(HWND owner, BasicString<wchar_t> title, unsigned flags, int);
     static int CALLBACK callback(HWND hwnd, UINT msg, LPARAM lParam, LPARAM data);
     int handle(HWND hwnd, UINT msg, LPARAM lParam);
     void select();
 
-    COMUse com_; // First, so that it is there for everything else and ends last.
+    COMApartment com_; // First, so that it is there for everything else and ends last.
     BROWSEINFOW info_{};
     ItemIDList selection_;
     ItemIDList root_;

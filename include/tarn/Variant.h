@@ -6,6 +6,8 @@
 #include <tarn/Export.h>
 #include <tarn/Layout.h>
 #include <tarn/SafeArray.h>
+#include <tarn/Time.h>
+#include <tarn/TimeZone.h>
 #include <tarn/Windows.h>
 
 #include <concepts>
@@ -70,8 +72,11 @@ public:
     static Variant missing() noexcept;
     /// `VT_ERROR`.
     static Variant error(HRESULT hr) noexcept;
-    /// Days since 1899-12-30, local time.
+    /// Days since 1899-12-30, local time; before that day the time of day counts on from the day all the same.
     static Variant date(double days) noexcept;
+    /// What clocks in the zone show at the instant, to the millisecond. Throws COMError "Can't convert time to date",
+    /// `DISP_E_OVERFLOW`, for years outside of 100 to 9999.
+    static Variant date(const Time& time, const TimeZone& zone);
 
     /// The type as it lies: `VT_ARRAY` and `VT_BYREF` are bits of it. isNull() is about `VT_NULL`, and isEmpty() about
     /// a variant without a value.
@@ -94,6 +99,9 @@ public:
     ///@}
     /// In the system's ANSI code page.
     BasicString<char> toAString() const;
+    /// The instant at which clocks in the zone show the date, the earlier one where they show it twice; see
+    /// TimeZone::instantsOf(). Throws "Can't convert variant".
+    Time toTime(const TimeZone& zone) const;
     /// With a reference of its own; empty for a null object. Throw "Can't convert variant".
     ///@{
     COMInterfacePointer<IUnknown> toUnknown() const;

@@ -24,6 +24,7 @@
 #include <tarn/Brush.h>
 #include <tarn/BufferingStream.h>
 #include <tarn/Button.h>
+#include <tarn/COMApartment.h>
 #include <tarn/COMIdentifiers.h>
 #include <tarn/COMInterfacePointer.h>
 #include <tarn/COMModule.h>

@@ -2,6 +2,8 @@
 
 #include <tarn/Exception.h>
 
+#include <cmath>
+#include <cstdint>
 #include <utility>
 
 namespace tarn {
@@ -106,6 +108,26 @@ Variant Variant::date(double days) noexcept
     return result;
 }
 
+namespace {
+constexpr std::int64_t millisPerDay = 86400000;
+constexpr std::int64_t epochDate = 25569; // 1970-01-01.
+constexpr std::int64_t firstDate = -657434, lastDate = 2958465;
+} // namespace
+
+Variant Variant::date(const Time& time, const TimeZone& zone)
+{
+    const int daylight = zone.InDaylightTime(time) ? zone.GetDSTOffset() : 0;
+    const std::int64_t utcDay = std::int64_t(time) / millisPerDay + epochDate;
+    if (utcDay < firstDate - 2 || utcDay > lastDate + 2)
+        HRESULTHolder::throwOnError(DISP_E_OVERFLOW, "Can't convert time to date");
+    const std::int64_t local = std::int64_t(time) + zone.GetStandardOffset() + daylight + epochDate * millisPerDay;
+    const std::int64_t day = local / millisPerDay - (local % millisPerDay < 0);
+    if (day < firstDate || day > lastDate)
+        HRESULTHolder::throwOnError(DISP_E_OVERFLOW, "Can't convert time to date");
+    const double fraction = static_cast<double>(local - day * millisPerDay) / millisPerDay;
+    return date(static_cast<double>(day) + (day < 0 ? -fraction : fraction));
+}
+
 Variant Variant::convertedTo(VARTYPE type, LCID locale) const
 {
     Variant result;
@@ -132,6 +154,16 @@ BasicString<char> Variant::toAString() const
     BStr text;
     text.attach(convertedTo(VT_BSTR).detach().bstrVal);
     return text.toAString();
+}
+
+Time Variant::toTime(const TimeZone& zone) const
+{
+    const double days = static_cast<const VARIANT&>(convertedTo(VT_DATE)).date;
+    if (!(days > firstDate - 1 && days < lastDate + 1))
+        HRESULTHolder::throwOnError(DISP_E_OVERFLOW, "Can't convert variant");
+    const double day = std::trunc(days);
+    const std::int64_t millis = std::llround(std::abs(days - day) * millisPerDay);
+    return zone.instantsOf((static_cast<std::int64_t>(day) - epochDate) * millisPerDay + millis).earlier;
 }
 
 COMInterfacePointer<IUnknown> Variant::toUnknown() const { return convertedTo(VT_UNKNOWN).punkVal; }

@@ -9,12 +9,6 @@
 #include <utility>
 
 namespace tarn {
-FolderDialog::COMUse::COMUse()
-{
-    HRESULTHolder::throwOnError(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), "Can't initialize COM");
-}
-FolderDialog::COMUse::~COMUse() { CoUninitialize(); }
-
 FolderDialog::FolderDialog(HWND owner, BasicString<wchar_t> title, unsigned flags, int) : title_(std::move(title))
 {
     info_.hwndOwner = owner;

@@ -7,6 +7,7 @@
 #include <tarn/RegistryKey.h>
 #include <tarn/RegistryValue.h>
 #include <tarn/SafeArray.h>
+#include <tarn/TimeText.h>
 #include <tarn/Variant.h>
 
 #include <type_traits>
@@ -47,6 +48,29 @@ TEST_CASE("Variant: converts between types or says why not", "[com][variant]")
     CHECK(failureOf([] { Variant::null().toLong(); }) == DISP_E_TYPEMISMATCH);
     support::expectError<tarn::COMError>([] { Variant("word").toDouble(); },
                                          "Can't convert variant: HRESULT value 80020005"s);
+}
+
+TEST_CASE("Variant: an instant is the date that clocks show, and comes back", "[com][variant]")
+{
+    tarn::TimeZone zone;
+    zone.SetStandardOffset(3600000);
+    zone.SetDSTOffset(3600000);
+    zone.SetStartRuleByWeekday(tarn::GregorianCalendarBase::March, -1, tarn::GregorianCalendarBase::Sunday, 7200000);
+    zone.SetEndRuleByWeekday(tarn::GregorianCalendarBase::October, -1, tarn::GregorianCalendarBase::Sunday, 7200000);
+    const std::pair<const char*, double> rows[] = {{"1899-12-29T23:00Z", 0},         {"1899-12-29T05:00Z", -1.25},
+                                                   {"2026-07-01T10:00Z", 46204.5},   {"2026-01-01T11:00Z", 46023.5},
+                                                   {"0099-12-31T23:00Z", -657434.0}, {"9999-12-31T16:59:59.999Z", 0}};
+    for (const auto& [text, days] : rows) {
+        const tarn::Time time = tarn::parseISOTime(text);
+        const Variant date = Variant::date(time, zone);
+        CHECK(date.getType() == VT_DATE);
+        CHECK(date.toTime(zone) == time);
+        if (days != 0)
+            CHECK(static_cast<const VARIANT&>(date).date == days);
+    }
+    CHECK(Variant(0.25).toTime(tarn::TimeZone()) == Variant(-0.25).toTime(tarn::TimeZone()));
+    for (const char* const text : {"0099-12-31T22:59:59.999Z", "9999-12-31T23:00Z", "+292278994-08-17T07:12:55.807Z"})
+        CHECK(failureOf([&] { Variant::date(tarn::parseISOTime(text), zone); }) == DISP_E_OVERFLOW);
 }
 
 TEST_CASE("Variant: keeps the object that it holds alive", "[com][variant]")

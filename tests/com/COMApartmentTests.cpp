@@ -1,0 +1,45 @@
+#include <tarn/COMApartment.h>
+#include <tarn/COMInterfacePointer.h>
+
+#include "Expect.h"
+
+#include <shlobj.h>
+
+#include <thread>
+
+using tarn::COMApartment;
+
+namespace {
+/// Whether the thread has COM.
+bool hasCOM()
+{
+    try {
+        return tarn::COMInterfacePointer<IShellLinkW>::create(CLSID_ShellLink) != nullptr;
+    } catch (const tarn::COMError& error) {
+        CHECK(error.getHRESULT() == CO_E_NOTINITIALIZED);
+        return false;
+    }
+}
+} // namespace
+
+TEST_CASE("COMApartment: a thread has COM as long as the outermost one lives", "[com][apartment]")
+{
+    const auto model = GENERATE(COMApartment::singleThreaded, COMApartment::multiThreaded);
+    const auto other =
+        model == COMApartment::singleThreaded ? COMApartment::multiThreaded : COMApartment::singleThreaded;
+    std::thread([&] {
+        CHECK_FALSE(hasCOM());
+        {
+            const COMApartment outer(model);
+            {
+                const COMApartment inner(model);
+            }
+            CHECK(hasCOM());
+            const auto error = support::thrownBy<tarn::COMError>([&] { COMApartment failing(other); });
+            CHECK(error.getHRESULT() == RPC_E_CHANGED_MODE);
+            CHECK(std::string(error.what()).starts_with("Can't initialize COM: "));
+            CHECK(hasCOM()); // What failed does not end what is there.
+        }
+        CHECK_FALSE(hasCOM());
+    }).join();
+}
