@@ -60,7 +60,7 @@ public:
         }
         index.save((to_ + L"\\index.txt").c_str());
         log_.info((std::to_string(copied) + " files copied").c_str());
-        runCommand();
+        runCommand(stop);
         return copied;
     }
 
@@ -74,15 +74,15 @@ private:
         FileSystem::copy(entry.path, target, {.replace = true});
     }
 
-    void runCommand()
+    void runCommand(const Event& stop)
     {
         const Path ini = to_ + L"\\backup.ini";
         const Path command = getIniString(ini.c_str(), L"After", L"Command", L"");
         if (command.empty())
             return;
-        const RunResult result = runProcess(command, {.timeoutMs = commandMs, .mergeErrors = true});
-        if (result.timedOut)
-            log_.warning(L"Took too long: " + command);
+        const RunResult result = runProcess(command, {.timeoutMs = commandMs, .stop = &stop, .mergeErrors = true});
+        if (result.timedOut || result.stopped)
+            log_.warning(L"Had to be ended: " + command);
         log_.info(("The command ended with " + std::to_string(result.exitCode) + ": " + result.output).c_str());
     }
 

@@ -36,7 +36,7 @@ public:
     ///@}
     ~FolderWatch();
 
-    /// Waits until something has happened, and gives all there is; nothing when the time is up.
+    /// Waits until something has happened, and gives what there is; nothing when the time is up.
     std::vector<FolderChange> getChanges(unsigned timeoutMs);
     /// Signaled when getChanges(0) has something, to wait for it with other handles. Lent.
     void* getEvent() const;

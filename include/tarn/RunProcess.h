@@ -18,6 +18,8 @@ struct RunOptions {
     BasicString<char> input = {};
     /// How long it may take, all in all.
     unsigned timeoutMs = INFINITE;
+    /// An event, say, that ends the program as a time-out does as soon as it is signaled; null for none.
+    const WindowsHandle* stop = nullptr;
     /// Errors go where the output goes, in the order in which they were written.
     bool mergeErrors = false;
     /// Gets the output line by line while the program runs, on the thread that called, without the line's end. What it
@@ -29,10 +31,12 @@ struct RunOptions {
 
 /// How a program has ended, and what it has written.
 struct RunResult {
-    /// That of the program, be it a failure or not; ERROR_TIMEOUT when it had to be ended.
+    /// That of the program, be it a failure or not; ERROR_TIMEOUT or ERROR_CANCELLED when it had to be ended.
     unsigned long exitCode = 0;
     /// The time was up, so the program was ended with all that it had started. What they wrote before is here.
     bool timedOut = false;
+    /// The same because `stop` was signaled.
+    bool stopped = false;
     /// As bytes; without what a handler got, and what went to a stream that was given.
     ///@{
     BasicString<char> output = {};

@@ -39,8 +39,9 @@ public:
         const Deadline deadline(timeoutMs);
         if (!folder_.isPending()) // After a failure, which is told again if it lasts.
             begin();
+        constexpr int mostReads = 16; // What happens without a pause is no reason never to return.
         while (changes.empty() && folder_.wait(deadline)) {
-            do {
+            for (int reads = 0; reads < mostReads && folder_.isReady(); ++reads) {
                 const unsigned size = folder_.finish();
                 std::swap(filling_, filled_);
                 begin();
@@ -48,7 +49,7 @@ public:
                     noteLoss(changes);
                 else
                     read(changes);
-            } while (folder_.isReady());
+            }
         }
         return changes;
     }

@@ -55,6 +55,8 @@ STARTUPINFOEXW startupFor(const ProcessOptions& options, InheritedHandles& inher
     for (void* const handle : options.handles)
         inherited.add(handle);
     startup.lpAttributeList = inherited.getAttributes();
+    if (!startup.lpAttributeList)
+        info.cb = sizeof info;
     return startup;
 }
 
@@ -110,7 +112,8 @@ void Process::create(const wchar_t* commandLine, const ProcessOptions& options)
         const std::shared_lock lock(starting);
         InheritedHandles inherited;
         STARTUPINFOEXW startup = startupFor(options, inherited);
-        const DWORD flags = options.creationFlags | EXTENDED_STARTUPINFO_PRESENT | CREATE_UNICODE_ENVIRONMENT |
+        const DWORD flags = options.creationFlags | CREATE_UNICODE_ENVIRONMENT |
+                            (startup.lpAttributeList ? EXTENDED_STARTUPINFO_PRESENT : 0) |
                             (options.job ? CREATE_SUSPENDED : 0);
         ensure(CreateProcessW(nullptr, writable.data(), nullptr, nullptr, startup.lpAttributeList != nullptr, flags,
                               options.environment ? environment.data() : nullptr,

@@ -179,26 +179,30 @@ private:
             stream.finish();
     }
 
-    // False when the time is up.
+    // False when the time is up, or stopping was asked for.
     bool waitForNews()
     {
         std::vector<void*> handles;
+        if (options_.stop) // First, because of several that are signaled the first ends the wait.
+            handles.push_back(*options_.stop);
         for (const ChildPipe* const pipe : {&input_.pipe(), &output_.pipe(), &errors_.pipe()})
             if (pipe->isPending())
                 handles.push_back(pipe->getEvent());
         if (!ended_)
             handles.push_back(process_);
-        const auto [result, index] = WindowsHandle::waitForAny(handles, deadline_.remainingMs());
-        if (result == WindowsHandle::timeout)
+        const unsigned remainingMs = deadline_.remainingMs();
+        const auto [result, index] = WindowsHandle::waitForAny(handles, remainingMs);
+        if (result == WindowsHandle::timeout || remainingMs == 0) // Who always writes has no more time either.
             return false;
         ended_ = ended_ || process_.isSignaled();
-        return true;
+        result_.stopped = options_.stop && index == 0;
+        return !result_.stopped;
     }
 
     void endAll()
     {
-        result_.timedOut = true;
-        job_.terminate(ERROR_TIMEOUT);
+        result_.timedOut = !result_.stopped;
+        job_.terminate(result_.stopped ? ERROR_CANCELLED : ERROR_TIMEOUT);
         process_.wait(INFINITE);
         output_.drain();
         errors_.drain();

@@ -1,6 +1,7 @@
 #include <catch2/catch.hpp>
 
 #include <tarn/CommandLine.h>
+#include <tarn/Event.h>
 #include <tarn/Pipe.h>
 #include <tarn/RunProcess.h>
 
@@ -66,6 +67,22 @@ TEST_CASE("runProcess: at the time limit the whole tree ends, and what it wrote 
     CHECK(result.errors == "late");
     const WindowsHandle sleeper(OpenProcess(SYNCHRONIZE, FALSE, std::strtoul(result.output.c_str(), nullptr, 10)));
     CHECK((!sleeper.isOpen() || sleeper.wait(20'000) == WindowsHandle::signaled));
+}
+
+TEST_CASE("runProcess: a signal stops it, also when the child never stops to write", "[system][process]")
+{
+    const Event stop(false, false);
+    std::thread stopper([&] {
+        Sleep(100);
+        stop.set();
+    });
+    const RunResult result =
+        run(L"flood 4000000000", RunOptions{.stop = &stop, .onOutputLine = [](std::string_view) {}});
+    stopper.join();
+    CHECK((result.stopped && !result.timedOut));
+    CHECK(result.exitCode == ERROR_CANCELLED);
+    CHECK_FALSE(run(L"out x", RunOptions{.stop = &stop}).stopped);
+    CHECK(run(L"flood 4000000000", RunOptions{.timeoutMs = 50, .onOutputLine = [](std::string_view) {}}).timedOut);
 }
 
 TEST_CASE("runProcess: a handler gets whole lines while the program runs, and its exception ends that",
