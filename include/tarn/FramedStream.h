@@ -65,6 +65,7 @@ private:
 /// The other stream stays the caller's and must outlive this one. Not a byte behind the frame is read from it.
 class TARN_API FramedInputStream final : public InputStream {
 public:
+    /// Reads nothing yet.
     explicit FramedInputStream(InputStream& source) : source_(source) {}
     FramedInputStream(const FramedInputStream&) = delete;
     FramedInputStream& operator=(const FramedInputStream&) = delete;

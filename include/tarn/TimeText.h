@@ -22,9 +22,12 @@ TARN_API BasicString<wchar_t> formatISOTimeW(const Time& time, const TimeZone& z
 /// A day as ISO 8601 counts it in weeks that begin on Monday. The week belongs to the year in which its Thursday lies,
 /// so that around New Year `year` may be the neighbouring one.
 struct ISOWeek {
-    int year;    ///< Astronomical, 0 being 1 BC, and Gregorian also before 1582.
-    int week;    ///< 1 to 53.
-    int weekday; ///< 1, Monday, to 7, Sunday.
+    /// Astronomical, 0 being 1 BC, and Gregorian also before 1582.
+    int year;
+    /// 1 to 53.
+    int week;
+    /// 1, Monday, to 7, Sunday.
+    int weekday;
 };
 /// The day of an instant in the zone.
 TARN_API ISOWeek isoWeekOf(const Time& time, const TimeZone& zone = TimeZone());

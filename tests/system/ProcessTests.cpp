@@ -5,6 +5,7 @@
 #include <tarn/Pipe.h>
 #include <tarn/Process.h>
 #include <tarn/RunProcess.h>
+#include <tarn/WindowsModule.h>
 
 #include "Expect.h"
 #include "Handles.h"
@@ -121,7 +122,9 @@ TEST_CASE("Process: a wide name, folder, environment and window state reach the 
 {
     const support::ScratchFolder folder;
     const std::wstring program = folder.file(L"\x0416 \x4E2D.exe"), path = folder.path();
-    REQUIRE(CopyFileW(L"system_child.exe", program.c_str(), TRUE));
+    const auto original =
+        WindowsModule(GetModuleHandleW(nullptr)).getFilenameW().getDirectory() + L"\\system_child.exe";
+    REQUIRE(CopyFileW(original, program.c_str(), TRUE));
     Environment environment = Environment::current();
     environment.set(L"\x0416", L"\x4E2D");
     ProcessOptions options{.workingFolder = path.c_str(), .environment = environment, .showWindow = SW_SHOWMAXIMIZED};
