@@ -44,8 +44,9 @@ CRTError& CRTError::operator=(const CRTError&) noexcept = default;
 CRTError::~CRTError() = default;
 BasicString<wchar_t> CRTError::whatW() const
 {
-    const std::string text = what();
-    const std::string tail = tailOf(text + '\0' + (what() + text.size() + 1));
+    const char* const own = std::runtime_error::what();
+    const std::string text = what(); // Of a derived class, perhaps, with nothing behind its zero.
+    const std::string tail = what() == own ? tailOf(text + '\0' + (own + text.size() + 1)) : std::string();
     if (tail.empty())
         return a2w(text, CP_ACP);
     const std::string reason = std::string(": ") + std::strerror(error_);

@@ -126,7 +126,7 @@ BasicString<wchar_t> SEHError::whatW() const
 {
     const LastErrorKept kept;
     static constexpr const char* accesses[] = {"", " reading 0x", " writing 0x", " executing 0x"};
-    const Details details = detailsOf(what());
+    const Details details = detailsOf(std::runtime_error::what()); // A derived class may have a text of its own.
     std::string fault = nameOf(code_);
     if (details.access != Access::unknown)
         fault += accesses[static_cast<std::size_t>(details.access)] + toHex(details.target);

@@ -121,6 +121,11 @@ TEST_CASE("Errors: whatW keeps what the code page cannot hold", "[foundation][ex
         CHECK(tarn::whatW(WindowsError(2, "Gr\xFC\xDF")) == L"Gr\xFC\xDF" + reason);
         CHECK(WindowsError(2).whatW() == reason.substr(2));
         CHECK(tarn::whatW(tarn::CRTError("x", ENOENT)).startsWith(L"x: "));
+        struct Derived : tarn::CRTError {
+            using CRTError::CRTError;
+            const char* what() const noexcept override { return "own"; }
+        };
+        CHECK(tarn::whatW(Derived("x", ENOENT)) == L"own");
         CHECK(tarn::whatW(tarn::Exception("\xFC")) == L"\xFC");
         CHECK(tarn::whatW(std::out_of_range("\xFC")) == L"\xFC");
     }
