@@ -430,7 +430,7 @@ void Archive::readRecord(ref_ptr<Serializable>& ptr)
     }
     Reading reading(*this);
     const unsigned int key = isPart ? tables_->reader.head[0] : readUInt32();
-    if (tables_->isSingle(key))
+    if (tables_->isSingle(key) && !tables_->readsNewerData) // There an object of one owner is read like any other.
         throwSingle();
     tables_->makeRoom();
     Serializable* const made = createNamed(isPart);
@@ -463,8 +463,10 @@ std::shared_ptr<Serializable> Archive::readStandardShared()
 
 void Archive::refuse(const Serializable& object, const std::type_info& expected)
 {
-    throwError(Serializable::Exception("An object of " + std::string(ClassName(typeid(object)).text()) +
-                                       " was read where one of " + ClassName(expected).text() + " is expected"));
+    const auto* const sealed = dynamic_cast<const SealedObject*>(&object);
+    const std::string found = sealed ? sealed->getClassName() : ClassName(typeid(object)).text();
+    throwError(Serializable::Exception("An object of " + found + " was read where one of " +
+                                       ClassName(expected).text() + " is expected"));
 }
 
 void Archive::refuse(const ref_ptr<Serializable>& object, const std::type_info& expected)

@@ -2,6 +2,7 @@
 
 #include "../streams/Graph.h"
 
+#include <tarn/FramedStream.h>
 #include <tarn/StreamValues.h>
 #include <tarn/WindowsFile.h>
 
@@ -26,9 +27,14 @@ inline void writeSample(const char* file)
     tarn::WindowsFile out(file, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
     std::apply([&](const auto&... values) { (out << ... << values); }, sampleValues);
     tarn::MemoryInputStream nothing;
-    tarn::Archive archive(nothing, out);
+    tarn::FramedOutputStream frame(out);
+    tarn::Archive archive(nothing, frame);
     const graph::NodePtr root = graph::makeGraph();
-    archive << root;
+    const tarn::ref_ptr<graph::Card> card(new graph::Card);
+    card->title = "with a version";
+    card->node = root;
+    archive << root << card;
+    frame.close();
     graph::dismantle(root);
 }
 
@@ -39,13 +45,20 @@ inline bool isSample(const char* file)
     std::remove_const_t<decltype(sampleValues)> read;
     std::apply([&](auto&... values) { (in >> ... >> values); }, read);
     tarn::MemoryOutputStream nowhere;
-    tarn::Archive archive(in, nowhere);
+    tarn::FramedInputStream frame(in);
     graph::NodePtr root;
-    archive >> root;
+    tarn::ref_ptr<graph::Card> card;
+    {
+        tarn::Archive archive(frame, nowhere);
+        root = archive.load<graph::Node>();
+        card = archive.load<graph::Card>();
+    }
+    frame.finish();
     const graph::NodePtr branch = root->right, leaf = branch->left;
     const bool same = read == sampleValues && root->name == "root" && root->left->left == branch &&
                       branch->right == leaf && leaf->left == root && leaf->style == branch->style &&
-                      root->style != branch->style && root->style->colour == "red";
+                      root->style != branch->style && root->style->colour == "red" && card->title == "with a version" &&
+                      card->node == root;
     graph::dismantle(root);
     return same;
 }

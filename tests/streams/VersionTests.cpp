@@ -227,6 +227,26 @@ TEST_CASE("Versions: reading beyond an object's data is the end, not what follow
     CHECK_THROWS_AS(archive >> copy, EndOfFile);
 }
 
+TEST_CASE("NewerData: what has one owner is kept beside owners that are known", "[streams][version]")
+{
+    MemoryInputStream nothing;
+    MemoryOutputStream out;
+    const ref_ptr<second::Sheet> original = makeSecond();
+    {
+        Archive archive(nothing, out);
+        archive.writeObject(titled<first::Sheet>("single").get());
+        archive << original;
+    }
+    open(original);
+    const std::string bytes =
+        renamed(renamed(contentOf(out), "test2::Sheet", "test1::Sheet"), "test2::Star", "test1::Star");
+    MemoryInputStream in = readerOf(bytes);
+    Archive archive(in, out);
+    CHECK(archive.readSingle<first::Sheet>()->title == "single");
+    const ref_ptr<first::Sheet> sheet = archive.load<first::Sheet>();
+    CHECK(sheet->hasNewerData());
+}
+
 TEST_CASE("NewerData: unknown objects in a circle go with the last one that keeps them", "[streams][version]")
 {
     const ref_ptr<second::Sheet> original = makeSecond();
