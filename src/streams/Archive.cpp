@@ -236,7 +236,8 @@ std::optional<unsigned long long> Archive::findOffset() const
     return offset;
 }
 
-// Errors that leave the outermost object get their place, in the text that they hold.
+// Errors that leave the outermost object get their place, in the text that they hold. Without the memory for it they
+// are the same errors.
 template <class Read> void Archive::located(Read read)
 {
     tables_->failed.classes.clear();
@@ -250,10 +251,11 @@ template <class Read> void Archive::located(Read read)
     try {
         read();
     } catch (EndOfFile& error) {
-        static_cast<std::runtime_error&>(error) = EndOfFile(placed(error, "The data end too early"));
+        closeQuietly(
+            [&] { static_cast<std::runtime_error&>(error) = EndOfFile(placed(error, "The data end too early")); });
         throw;
     } catch (tarn::Exception& error) {
-        static_cast<tarn::Exception&>(error) = tarn::Exception(placed(error, nullptr));
+        closeQuietly([&] { static_cast<tarn::Exception&>(error) = tarn::Exception(placed(error, nullptr)); });
         throw;
     }
 }

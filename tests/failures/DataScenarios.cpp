@@ -56,6 +56,28 @@ void archiveObjects(const WorkPlace&)
     expect(first->next->name.startsWith("second"), "another object came back");
 }
 
+// Without the memory for its place the error is still that of the data.
+void readDamaged(const WorkPlace&)
+{
+    tarn::MemoryOutputStream out;
+    {
+        tarn::MemoryInputStream nothing;
+        tarn::Archive archive(nothing, out);
+        const tarn::ref_ptr<Node> node(new Node);
+        node->name = "cut in the middle";
+        archive << node;
+    }
+    tarn::MemoryInputStream in(out.getData(), static_cast<unsigned>(out.getSize() - 10));
+    tarn::Archive archive(in, out);
+    tarn::ref_ptr<Node> node;
+    try {
+        archive >> node;
+    } catch (const tarn::EndOfFile&) {
+        return;
+    }
+    expect(false, "read to the end");
+}
+
 void streamFiles(const WorkPlace& place)
 {
     const std::string path = place.narrowFile("stream.bin");
@@ -166,7 +188,10 @@ void registerServer(const WorkPlace&)
 
 std::vector<Scenario> foundationScenarios()
 {
-    return {{"objects in an archive", archiveObjects}, {"streams of files", streamFiles}, {"texts", convertText}};
+    return {{"objects in an archive", archiveObjects},
+            {"damaged archive", readDamaged},
+            {"streams of files", streamFiles},
+            {"texts", convertText}};
 }
 
 std::vector<Scenario> registryScenarios() { return {{"registry values", useRegistry}, {"registry trees", workOnTree}}; }
