@@ -26,8 +26,9 @@ public:
     SingleInstance(SingleInstance&& other) noexcept;
     SingleInstance& operator=(SingleInstance&& other) noexcept;
     ///@}
-    /// When the first ends, the next one that is started is the first; those that run stay what they are.
-    ~SingleInstance();
+    /// When the first ends, the next one that is started is the first; those that run stay what they are. Throws "Error
+    /// while closing handle".
+    ~SingleInstance() noexcept(false);
 
     /// Whether no other object of this name was there.
     bool isFirst() const { return first_ != nullptr; }
@@ -45,6 +46,8 @@ public:
 
 private:
     class First;
+
+    void end();
 
     BasicString<wchar_t> pipeName_;
     std::unique_ptr<First> first_;

@@ -95,9 +95,14 @@ void AsyncFile::close() { reset(nullptr); }
 void AsyncFile::reset(FreshHandle file)
 {
     if (std::exchange(pending_, false)) {
+        // The platform has to be done with the memory. Where nothing can be cancelled, the end of the file does it.
         DWORD count = 0;
-        CancelIo(file_.get());
-        GetOverlappedResult(file_.get(), &overlapped_, &count, TRUE); // The platform is done with the memory then.
+        if (CancelIo(file_.get())) {
+            GetOverlappedResult(file_.get(), &overlapped_, &count, TRUE);
+        } else {
+            file_.reset();
+            WaitForSingleObject(done_.getHandle(), INFINITE);
+        }
     }
     file_ = std::move(file);
 }

@@ -116,8 +116,22 @@ SingleInstance::SingleInstance(const wchar_t* name) : pipeName_(pipeNameFor(name
 }
 
 SingleInstance::SingleInstance(SingleInstance&& other) noexcept = default;
-SingleInstance& SingleInstance::operator=(SingleInstance&& other) noexcept = default;
-SingleInstance::~SingleInstance() = default;
+SingleInstance& SingleInstance::operator=(SingleInstance&& other) noexcept
+{
+    if (this != &other) {
+        closeQuietly([this] { end(); });
+        pipeName_.swap(other.pipeName_);
+        first_ = std::move(other.first_);
+    }
+    return *this;
+}
+SingleInstance::~SingleInstance() noexcept(false)
+{
+    closeAtEnd([this] { end(); });
+}
+
+// By hand, because the pointer's own destructor must not throw.
+void SingleInstance::end() { delete first_.release(); }
 
 bool SingleInstance::handOver(const std::vector<BasicString<wchar_t>>& arguments, unsigned timeoutMs) const
 {
