@@ -66,14 +66,17 @@ void HandlerScope::keepCurrentException(const CallbackOrigin& origin, const void
     scope->onKept();
 }
 
-// The timer has the loop take a message; where painting goes on for ever no timer's turn comes.
+// The timer has the loop take a message; where painting goes on for ever no timer's turn comes, and where there is no
+// timer an empty message does it.
 void HandlerScope::keepEndingLoop() noexcept
 {
     constexpr UINT intervalMs = 10;
-    if (!timer_)
-        timer_ = SetTimer(nullptr, 0, intervalMs, onTimer);
     if (!hook_)
         hook_ = SetWindowsHookExW(WH_GETMESSAGE, onMessageTaken, nullptr, GetCurrentThreadId());
+    if (!timer_)
+        timer_ = SetTimer(nullptr, 0, intervalMs, onTimer);
+    if (!timer_)
+        PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
 }
 
 void HandlerScope::stopEndingLoop() noexcept
@@ -96,7 +99,8 @@ void CALLBACK HandlerScope::onTimer(HWND, UINT, UINT_PTR, DWORD) { endLoops(); }
 
 LRESULT CALLBACK HandlerScope::onMessageTaken(int code, WPARAM wParam, LPARAM lParam)
 {
-    if (code == HC_ACTION && reinterpret_cast<const MSG*>(lParam)->message == WM_PAINT)
+    const UINT msg = code == HC_ACTION ? reinterpret_cast<const MSG*>(lParam)->message : WM_APP;
+    if (msg == WM_PAINT || msg == WM_NULL)
         endLoops();
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }
