@@ -37,11 +37,8 @@ void ItemIDList::copy(const ITEMIDLIST* list)
 
 void ItemIDList::close() noexcept
 {
-    IMalloc* allocator = nullptr;
-    if (list_ && owns_ && SUCCEEDED(SHGetMalloc(&allocator))) {
-        allocator->Free(list_);
-        allocator->Release();
-    }
+    if (owns_)
+        CoTaskMemFree(list_); // The shell's allocator is COM's, which need not be asked for.
     list_ = nullptr;
     owns_ = false;
 }
