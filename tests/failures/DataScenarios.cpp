@@ -11,6 +11,7 @@
 #include <tarn/LowLevelIOStream.h>
 #include <tarn/MemoryStream.h>
 #include <tarn/RegistryKey.h>
+#include <tarn/RegistryValue.h>
 #include <tarn/SafeArray.h>
 #include <tarn/StdIOStream.h>
 #include <tarn/Variant.h>
@@ -116,6 +117,10 @@ void useRegistry(const WorkPlace& place)
     expect(key.getDWordValue("width") == 640, "another number");
     expect(key.getStringValue(L"title") == L"A title", "another text");
     expect(!key.existsValue("height"), "a value too many");
+    key.setValue(L"folder", tarn::RegistryValue<wchar_t>(L"%windir%", REG_EXPAND_SZ));
+    expect(key.getExpandedStringValue(L"folder").length() > 8, "not expanded");
+    key.deleteValue("folder");
+    key.flush();
     expect(tarn::RegistryKey::ValueEnumeration<char>(key).size() == 2, "another number of values");
     key.deleteValue("width");
     key.close();

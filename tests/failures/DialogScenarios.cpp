@@ -6,11 +6,13 @@
 #include <tarn/Dialog.h>
 #include <tarn/EditControl.h>
 #include <tarn/FileDialog.h>
+#include <tarn/FolderDialog.h>
 #include <tarn/PropertyPage.h>
 #include <tarn/PropertySheet.h>
 
 #include <commdlg.h>
 #include <prsht.h>
+#include <shlobj.h>
 
 namespace failures {
 namespace {
@@ -84,6 +86,18 @@ void showMessage(const WorkPlace&)
     expect(tarn::Window::messageBox(nullptr, L"Text", L"Caption", MB_OK) == IDOK, "another answer");
 }
 
+void chooseFolder(const WorkPlace&)
+{
+    drainMessages();
+    tarn::FolderDialog dialog(static_cast<HWND>(nullptr), L"Choose", BIF_RETURNONLYFSDIRS);
+    dialog.setRoot(CSIDL_WINDOWS);
+    const support::Driver driver([] {
+        const HWND shown = support::visibleDialog();
+        return shown && PostMessageW(shown, WM_COMMAND, IDCANCEL, 0);
+    });
+    expect(!dialog.showModal(), "chosen");
+}
+
 void chooseFile(const WorkPlace& place)
 {
     drainMessages();
@@ -100,10 +114,7 @@ void chooseFile(const WorkPlace& place)
 
 std::vector<Scenario> dialogScenarios()
 {
-    return {{"dialog", askInDialog},
-            {"modeless dialog", workModelessDialog},
-            {"property sheet", showSheet},
-            {"message box", showMessage},
-            {"file dialog", chooseFile}};
+    return {{"dialog", askInDialog},      {"modeless dialog", workModelessDialog}, {"property sheet", showSheet},
+            {"message box", showMessage}, {"folder dialog", chooseFolder},         {"file dialog", chooseFile}};
 }
 } // namespace failures

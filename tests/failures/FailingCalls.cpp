@@ -208,6 +208,7 @@ constexpr const char* cannotFail[] = {
     "SendMessageW",
     "SetCapture",
     "SetLastError",
+    "SetScrollInfo",
     "ShowWindow",
     "Sleep",
     "SysFreeString",

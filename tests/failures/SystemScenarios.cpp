@@ -11,12 +11,15 @@
 #include <tarn/Pipe.h>
 #include <tarn/Process.h>
 #include <tarn/RunProcess.h>
+#include <tarn/Semaphore.h>
 #include <tarn/Service.h>
+#include <tarn/SingleInstance.h>
 #include <tarn/TemporaryDirectory.h>
 #include <tarn/TemporaryFile.h>
 #include <tarn/Thread.h>
 #include <tarn/TimeZone.h>
 #include <tarn/VersionInfo.h>
+#include <tarn/WaitableTimer.h>
 #include <tarn/WindowsFile.h>
 #include <tarn/WindowsModule.h>
 
@@ -82,6 +85,10 @@ void useModules(const WorkPlace&)
     expect(loaded.getProcAddress("GetFileVersionInfoW", false) != nullptr, "no entry point");
     expect(!loaded.getFilenameW().empty(), "no file name");
     loaded.close();
+    expect(tarn::WindowsModule(L"resources.dll", LOAD_LIBRARY_AS_DATAFILE).isOwner(), "not owned");
+    expect(tarn::BasicString<wchar_t>::fromResource(1, tarn::WindowsModule("resources.dll", true).getHandle()) ==
+               L"Short",
+           "another text");
     const tarn::WindowsModule present(L"kernelbase.dll", false);
     expect(!present.getMessageA(ERROR_FILE_NOT_FOUND, 0).empty(), "no message");
 }
@@ -123,6 +130,24 @@ void signalAndLock(const WorkPlace&)
     expect(tarn::WindowsHandle::wait(event, mutex, 0, false).second == 1, "the mutex is not free");
     mutex.unlock();
     event.close();
+}
+
+void waitForOthers(const WorkPlace&)
+{
+    const tarn::Semaphore semaphore(L"tarn-campaign semaphore", 1, 2);
+    semaphore.acquire();
+    semaphore.release();
+    expect(tarn::Semaphore::openNamed(L"tarn-campaign semaphore").tryAcquire(), "not free");
+    const tarn::WaitableTimer timer(true);
+    timer.set(0);
+    expect(timer.wait(10000) == tarn::WindowsHandle::signaled, "not signaled");
+    timer.cancel();
+    const tarn::Event event(L"tarn-campaign event", true, false);
+    tarn::Event::openNamed(L"tarn-campaign event").set();
+    expect(event.isSignaled(), "another event");
+    tarn::SingleInstance first(L"tarn-campaign");
+    expect(first.isFirst() && !tarn::SingleInstance(L"tarn-campaign").isFirst(), "not alone");
+    expect(!first.receive(0), "received");
 }
 
 struct Counting : tarn::Thread {
@@ -210,6 +235,7 @@ std::vector<Scenario> systemScenarios()
             {"version of a file", readVersion},
             {"local memory", lockMemory},
             {"event and mutex", signalAndLock},
+            {"waits for others", waitForOthers},
             {"thread", runThread},
             {"child process", runProcess},
             {"captured process", captureProcess},

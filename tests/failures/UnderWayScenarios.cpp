@@ -6,6 +6,7 @@
 #include <tarn/Event.h>
 #include <tarn/Lock.h>
 #include <tarn/MemoryStream.h>
+#include <tarn/Menu.h>
 #include <tarn/PaintDeviceContext.h>
 #include <tarn/Pen.h>
 #include <tarn/Rect.h>
@@ -24,6 +25,7 @@
 namespace failures {
 namespace {
 const HINSTANCE program = GetModuleHandleW(nullptr);
+const tarn::Rect place(900, 700, 1000, 800); // Where no test beside this one has its windows.
 
 struct UnderWay : std::exception {};
 
@@ -40,23 +42,26 @@ template <class Action> void expectUnderWay(Action action)
 }
 
 struct Thrower : tarn::Window {
+    explicit Thrower(UINT at = WM_APP) : at_(at) {}
     LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
     {
-        if (msg == WM_APP)
+        if (msg == at_)
             throw UnderWay();
         return Window::onMessage(msg, wParam, lParam);
     }
+
+private:
+    UINT at_;
 };
 
 struct Owners {
-    explicit Owners(const WorkPlace& place)
-        : file(place.file(L"owned.txt").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr),
-          key(tarn::RegistryKey::createOwned(place.key(), L"owned", KEY_ALL_ACCESS)),
+    explicit Owners(const WorkPlace& work)
+        : file(work.file(L"owned.txt").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr),
+          key(tarn::RegistryKey::createOwned(work.key(), L"owned", KEY_ALL_ACCESS)),
           windowClass(0, 0, nullptr, COLOR_WINDOW, nullptr, program)
     {
         memory.select(pen.getHandle());
-        window.create(windowClass, L"Owned", WS_OVERLAPPEDWINDOW, tarn::Rect(0, 0, 100, 100), nullptr, nullptr,
-                      program);
+        window.create(windowClass, L"Owned", WS_OVERLAPPEDWINDOW, place, nullptr, nullptr, program);
         throw UnderWay();
     }
 
@@ -74,9 +79,9 @@ struct Owners {
     Thrower window;
 };
 
-void endOwners(const WorkPlace& place)
+void endOwners(const WorkPlace& work)
 {
-    expectUnderWay([&] { const Owners owners(place); });
+    expectUnderWay([&] { const Owners owners(work); });
 }
 
 struct FailingPainter : Thrower {
@@ -92,8 +97,7 @@ void failInPainting(const WorkPlace&)
     expectUnderWay([] {
         const tarn::WindowClass windowClass(0, 0, nullptr, COLOR_WINDOW, nullptr, program);
         FailingPainter window;
-        window.create(windowClass, L"Painted", WS_OVERLAPPEDWINDOW, tarn::Rect(0, 0, 100, 100), nullptr, nullptr,
-                      program);
+        window.create(windowClass, L"Painted", WS_OVERLAPPEDWINDOW, place, nullptr, nullptr, program);
         window.show(SW_SHOW);
         window.update();
     });
@@ -114,8 +118,7 @@ void failInMessageBox(const WorkPlace&)
     expectUnderWay([] {
         const tarn::WindowClass windowClass(0, 0, nullptr, COLOR_WINDOW, nullptr, program);
         Thrower window;
-        window.create(windowClass, L"Owner", WS_OVERLAPPEDWINDOW, tarn::Rect(0, 0, 100, 100), nullptr, nullptr,
-                      program);
+        window.create(windowClass, L"Owner", WS_OVERLAPPEDWINDOW, place, nullptr, nullptr, program);
         const DWORD start = GetTickCount();
         const support::Driver user([start] { // Where nothing finds the box any more, its user ends it.
             constexpr DWORD patienceMs = 300;
@@ -126,6 +129,18 @@ void failInMessageBox(const WorkPlace&)
         window.messageBox(L"Text", L"Caption", MB_OK);
     });
 }
+
+void failInMenu(const WorkPlace&)
+{
+    expectUnderWay([] {
+        const tarn::WindowClass windowClass(0, 0, nullptr, COLOR_WINDOW, nullptr, program);
+        Thrower window(WM_ENTERMENULOOP);
+        window.create(windowClass, L"Owner", WS_OVERLAPPEDWINDOW, place, nullptr, nullptr, program);
+        tarn::Menu menu(true);
+        menu.insert(L"Item", 0, MF_BYPOSITION, 1);
+        window.trackPopupMenu(menu, place.left, place.top, TPM_RETURNCMD);
+    });
+}
 } // namespace
 
 std::vector<Scenario> underWayScenarios()
@@ -133,6 +148,7 @@ std::vector<Scenario> underWayScenarios()
     return {{"owners that end early", endOwners},
             {"failure in painting", failInPainting},
             {"failure in a dialog", failInDialog},
-            {"failure in a message box", failInMessageBox}};
+            {"failure in a message box", failInMessageBox},
+            {"failure in a menu", failInMenu}};
 }
 } // namespace failures

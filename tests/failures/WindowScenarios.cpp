@@ -14,13 +14,14 @@
 namespace failures {
 namespace {
 const HINSTANCE program = GetModuleHandleW(nullptr);
+const tarn::Rect place(900, 700, 1100, 800); // Where no test beside this one has its windows.
 
 // The guide's own pattern: the class is a member, and the constructor makes the window.
 class Painted : public tarn::Window {
 public:
     Painted() : class_(0, 0, nullptr, COLOR_WINDOW, LoadCursorW(nullptr, IDC_ARROW), program)
     {
-        create(class_, L"Painted", WS_OVERLAPPEDWINDOW, tarn::Rect(10, 10, 210, 110), nullptr, nullptr, program);
+        create(class_, L"Painted", WS_OVERLAPPEDWINDOW, place, nullptr, nullptr, program);
         startTimer(1, 10000);
     }
     ~Painted() override { destroy(); }
@@ -43,7 +44,7 @@ void showWindow(const WorkPlace&)
     window.show(SW_SHOW);
     window.setText("Another title");
     expect(window.getTextW() == L"Another title", "another title");
-    window.move(20, 20, 300, 200, true);
+    window.move(910, 710, 300, 200, true);
     expect(window.getWindowSize().cx == 300, "another size");
     window.update();
     expect(window.postMessageW(WM_CLOSE), "not posted");
@@ -64,6 +65,17 @@ void workControls(const WorkPlace&)
     combo.addString("one");
     combo.setItemData(0, &combo);
     expect(combo.getItemData(0) == &combo, "other data");
+}
+
+void takeMessages(const WorkPlace&)
+{
+    drainMessages();
+    const Painted window;
+    expect(window.postMessageA(WM_APP, 7, 0), "not posted");
+    MSG msg;
+    expect(window.getMessage(msg, WM_APP, WM_APP) && msg.wParam == 7, "another message");
+    PostThreadMessageW(GetCurrentThreadId(), WM_APP + 1, 8, 0);
+    expect(tarn::Window::getThreadMessage(msg, WM_APP + 1, WM_APP + 1) && msg.wParam == 8, "another message");
 }
 
 void useMenu(const WorkPlace&)
@@ -92,7 +104,13 @@ void scrollAndFocus(const WorkPlace&)
     window.setScrollRange(tarn::Window::vertical, 0, 100, false);
     window.setScrollPosition(tarn::Window::vertical, 7, false);
     expect(window.getScrollPosition(tarn::Window::vertical) == 7, "another position");
-    window.setPosition(nullptr, tarn::Rect(10, 10, 110, 110), SWP_NOZORDER);
+    SCROLLINFO info = window.getScrollInfo(SB_VERT, SIF_ALL);
+    info.nPage = 10;
+    window.setScrollInfo(SB_VERT, info, false);
+    window.enableScrollBar(SB_VERT, ESB_DISABLE_BOTH);
+    window.showScrollBar(tarn::Window::vertical, false);
+    window.setPosition(nullptr, tarn::Rect(910, 710, 1010, 810), SWP_NOZORDER);
+    expect(window.getClientSize().cx > 0, "no size");
     window.scroll(0, 5, nullptr, nullptr);
     window.invalidate(true);
     expect(window.fromScreen(window.toScreen(POINT{3, 4})).x == 3, "another point");
@@ -126,10 +144,8 @@ void workTree(const WorkPlace&)
 
 std::vector<Scenario> windowScenarios()
 {
-    return {{"window", showWindow},
-            {"controls", workControls},
-            {"tree", workTree},
-            {"scrolling and focus", scrollAndFocus},
-            {"menu", useMenu}};
+    return {{"window", showWindow},     {"controls", workControls},
+            {"tree", workTree},         {"scrolling and focus", scrollAndFocus},
+            {"messages", takeMessages}, {"menu", useMenu}};
 }
 } // namespace failures
