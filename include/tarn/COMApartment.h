@@ -11,8 +11,10 @@ class TARN_API COMApartment {
 public:
     /// How other threads reach the objects that this one makes.
     enum model {
-        singleThreaded, ///< By messages that this thread has to dispatch: for threads with windows.
-        multiThreaded   ///< Directly: their classes have to know how to share.
+        /// By messages that this thread has to dispatch: for threads with windows.
+        singleThreaded,
+        /// Directly: their classes have to know how to share.
+        multiThreaded
     };
     /// Throws COMError "Can't initialize COM", with `RPC_E_CHANGED_MODE` where the thread has the other model already.
     explicit COMApartment(model threads = singleThreaded);
