@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tarn/BStr.h>
 #include <tarn/Exception.h>
 #include <tarn/Export.h>
 #include <tarn/Layout.h>
@@ -10,8 +11,10 @@
 
 #include <concepts>
 #include <initializer_list>
+#include <string_view>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace tarn {
 class Variant;
@@ -33,6 +36,9 @@ public:
     SafeArray(VARTYPE type, unsigned count, long lowerBound = 0);
     /// Several dimensions, each with its number of elements and its lower bound, leftmost index first.
     SafeArray(VARTYPE type, std::initializer_list<SAFEARRAYBOUND> bounds);
+    /// One dimension with the elements of a container of the standard library, or one like it: numbers, `bool`, wide
+    /// texts, which become `VT_BSTR`, or Variants. Throws "Can't create safe array".
+    template <class Container> static SafeArray of(const Container& elements);
     /// A copy of a plain array. Throws "Can't copy safe array".
     explicit SafeArray(SAFEARRAY* array);
     /// A copy copies the elements, a move leaves its source null. An assignment destroys the array held before.
@@ -78,6 +84,10 @@ public:
     void setElement(long index, const VARIANT& value);
     void setElement(std::initializer_list<long> indices, const VARIANT& value);
     ///@}
+
+    /// The elements of all dimensions, the leftmost index running fastest, for the same types as of(). Throws "Can't
+    /// access safe array", with `DISP_E_TYPEMISMATCH` when the elements are no T.
+    template <class T> std::vector<T> toVector() const;
 
     /// Changes the number of elements of the rightmost dimension. Throws "Can't resize safe array", with
     /// `DISP_E_ARRAYISLOCKED` while an Access is alive.
@@ -198,4 +208,82 @@ private:
     T* data_ = nullptr;
     unsigned size_ = 0;
 };
+
+namespace detail {
+/// The type of the elements that a T becomes, and the T as which they lie in memory.
+template <VARTYPE code, class T> struct ElementAs {
+    static constexpr VARTYPE type = code;
+    using InMemory = T;
+};
+template <class T> struct Element;
+template <> struct Element<bool> : ElementAs<VT_BOOL, short> {
+};
+template <> struct Element<signed char> : ElementAs<VT_I1, signed char> {
+};
+template <> struct Element<unsigned char> : ElementAs<VT_UI1, unsigned char> {
+};
+template <> struct Element<short> : ElementAs<VT_I2, short> {
+};
+template <> struct Element<unsigned short> : ElementAs<VT_UI2, unsigned short> {
+};
+template <> struct Element<int> : ElementAs<VT_I4, int> {
+};
+template <> struct Element<long> : ElementAs<VT_I4, long> {
+};
+template <> struct Element<unsigned int> : ElementAs<VT_UI4, unsigned int> {
+};
+template <> struct Element<unsigned long> : ElementAs<VT_UI4, unsigned long> {
+};
+template <> struct Element<long long> : ElementAs<VT_I8, long long> {
+};
+template <> struct Element<unsigned long long> : ElementAs<VT_UI8, unsigned long long> {
+};
+template <> struct Element<float> : ElementAs<VT_R4, float> {
+};
+template <> struct Element<double> : ElementAs<VT_R8, double> {
+};
+template <std::derived_from<std::wstring> T> struct Element<T> : ElementAs<VT_BSTR, BSTR> {
+};
+template <> struct Element<Variant> : ElementAs<VT_VARIANT, VARIANT> {
+};
+} // namespace detail
+
+template <class Container> SafeArray SafeArray::of(const Container& elements)
+{
+    using T = typename Container::value_type;
+    using InMemory = typename detail::Element<T>::InMemory;
+    SafeArray array(detail::Element<T>::type, static_cast<unsigned>(elements.size()));
+    const Access<InMemory> access(array);
+    InMemory* to = access.begin();
+    for (const T& element : elements) {
+        if constexpr (std::same_as<InMemory, BSTR>)
+            *to++ = BStr(element.data(), static_cast<unsigned>(element.size())).detach();
+        else if constexpr (std::same_as<InMemory, VARIANT>)
+            *to++ = T(element).detach();
+        else if constexpr (std::same_as<T, bool>)
+            *to++ = element ? VARIANT_TRUE : VARIANT_FALSE;
+        else
+            *to++ = element;
+    }
+    return array;
+}
+
+template <class T> std::vector<T> SafeArray::toVector() const
+{
+    using InMemory = typename detail::Element<T>::InMemory;
+    if (std::same_as<T, bool> && getType() != VT_BOOL)
+        HRESULTHolder::throwOnError(DISP_E_TYPEMISMATCH, "Can't access safe array");
+    const Access<InMemory> access(*this);
+    std::vector<T> elements;
+    elements.reserve(access.size());
+    for (const InMemory& element : access) {
+        if constexpr (std::same_as<InMemory, BSTR>)
+            elements.push_back(T(element ? element : L"", SysStringLen(element)));
+        else if constexpr (std::same_as<T, bool>)
+            elements.push_back(element != VARIANT_FALSE);
+        else
+            elements.push_back(element);
+    }
+    return elements;
+}
 } // namespace tarn

@@ -7,9 +7,12 @@
 #include <tarn/Variant.h>
 
 #include <array>
+#include <list>
 #include <numeric>
 #include <span>
+#include <string>
 #include <utility>
+#include <vector>
 
 using support::failureOf;
 using tarn::SafeArray;
@@ -114,4 +117,26 @@ TEST_CASE("SafeArray: copies are deep, also inside variants", "[com][safearray]"
     CHECK((texts.get() == nullptr && moved.getElement(0).toString() == L"two"));
     *moved.put() = SafeArrayCreateVector(VT_UI1, 0, 8);
     CHECK(moved.getSize() == 8);
+}
+
+TEST_CASE("SafeArray: made of containers, and made into them", "[com][array]")
+{
+    const auto there = []<class T>(const std::vector<T>& elements, VARTYPE type) {
+        const SafeArray array = SafeArray::of(elements);
+        CHECK(array.getType() == type);
+        CHECK(array.getSize() == elements.size());
+        CHECK(array.toVector<T>() == elements);
+    };
+    there(std::vector<int>{1, -2}, VT_I4);
+    there(std::vector<double>{0.5}, VT_R8);
+    there(std::vector<bool>{true, false}, VT_BOOL);
+    there(std::vector<unsigned char>{}, VT_UI1);
+    there(std::vector<tarn::BasicString<wchar_t>>{L"a", L""}, VT_BSTR);
+    there(std::vector<std::wstring>{std::wstring(L"a\0b", 3)}, VT_BSTR);
+
+    const SafeArray mixed = SafeArray::of(std::list<Variant>{Variant(7), Variant("text")});
+    CHECK(mixed.toVector<Variant>()[1].toString() == L"text");
+    for (const auto& wrong : {failureOf([&] { mixed.toVector<int>(); }),
+                              failureOf([] { SafeArray::of(std::vector<short>{1}).toVector<bool>(); })})
+        CHECK(wrong == DISP_E_TYPEMISMATCH);
 }
