@@ -6,19 +6,23 @@
 //     backup C:\Data D:\Copy              saves every hour until Ctrl+C
 //
 // Only files whose size or time has changed are copied. What was saved stands in "index.txt" beside the copies, and
-// what was done in "backup.log". After each saving the command in "backup.ini" is run, if there is one: [After]
-// Command=...
+// what was done in "backup.log". After each saving a command is run, if "backup.ini" there has one, for so many seconds
+// at most:
+//
+//     [After]
+//     Command=...
+//     Seconds=60
 
 #include "Index.h"
 
 #include <tarn/CommandLine.h>
 #include <tarn/Exception.h>
 #include <tarn/FileSystem.h>
-#include <tarn/IniString.h>
 #include <tarn/LogFile.h>
 #include <tarn/RunProcess.h>
 #include <tarn/Service.h>
 #include <tarn/ServiceProgram.h>
+#include <tarn/Settings.h>
 
 #include <iostream>
 
@@ -29,7 +33,6 @@ using Words = std::vector<Path>;
 
 constexpr const wchar_t* serviceName = L"TarnExampleBackup";
 constexpr unsigned hourMs = 60 * 60 * 1000;
-constexpr unsigned commandMs = 60 * 1000;
 
 /// The folder, its copy, and what is known of both.
 class Backup {
@@ -38,6 +41,9 @@ public:
         : from_(from), to_(to), log_((to + L"\\backup.log").c_str(), {.rotateAt = 1'000'000})
     {
         log_.logTermination();
+        settings_.declareText(L"Command", L"");
+        settings_.declareNumber(L"Seconds", 60, 1, 24 * 60 * 60);
+        settings_.load();
     }
 
     /// Copies what is new until `stop` is signaled; the number of files copied.
@@ -76,17 +82,20 @@ private:
 
     void runCommand(const Event& stop)
     {
-        const Path ini = to_ + L"\\backup.ini";
-        const Path command = getIniString(ini.c_str(), L"After", L"Command", L"");
+        const Path command = settings_.getText(L"Command");
         if (command.empty())
             return;
-        const RunResult result = runProcess(command, {.timeoutMs = commandMs, .stop = &stop, .mergeErrors = true});
+        const RunResult result =
+            runProcess(command, {.timeoutMs = 1000 * static_cast<unsigned>(settings_.getNumber(L"Seconds")),
+                                 .stop = &stop,
+                                 .mergeErrors = true});
         if (result.timedOut || result.stopped)
             log_.warning(L"Had to be ended: " + command);
         log_.info(("The command ended with " + std::to_string(result.exitCode) + ": " + result.output).c_str());
     }
 
     const Path from_, to_;
+    Settings settings_{std::make_unique<IniSettingsStore>((to_ + L"\\backup.ini").c_str(), L"After")};
     LogFile log_;
 };
 

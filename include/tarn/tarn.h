@@ -106,6 +106,8 @@
 #include <tarn/Serializable.h>
 #include <tarn/Service.h>
 #include <tarn/ServiceProgram.h>
+#include <tarn/Settings.h>
+#include <tarn/SettingsStore.h>
 #include <tarn/ShellExtension.h>
 #include <tarn/SingleInstance.h>
 #include <tarn/Size.h>

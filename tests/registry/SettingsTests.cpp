@@ -1,0 +1,219 @@
+#include <catch2/catch.hpp>
+
+#include <tarn/CommandLine.h>
+#include <tarn/Event.h>
+#include <tarn/FileSystem.h>
+#include <tarn/IniString.h>
+#include <tarn/Process.h>
+#include <tarn/RegistryKey.h>
+#include <tarn/Settings.h>
+#include <tarn/WindowsFile.h>
+
+#include <cstdlib>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "Expect.h"
+#include "ScratchFolder.h"
+#include "ScratchKey.h"
+
+using namespace tarn;
+
+namespace {
+using Values = SettingsStore::Values;
+enum Kind { file, ini, registry };
+constexpr const wchar_t* begunName = L"Local\\TarnTestSaving";
+
+/// A store below the current folder or key, as the child of the last test makes it, too.
+std::unique_ptr<SettingsStore> storeOf(Kind kind, const std::wstring& path, const std::wstring& key)
+{
+    switch (kind) {
+    case file:
+        return std::make_unique<FileSettingsStore>(path.c_str());
+    case ini:
+        return std::make_unique<IniSettingsStore>(path.c_str(), L"Settings");
+    default:
+        return std::make_unique<RegistrySettingsStore>(HKEY_CURRENT_USER, key.c_str());
+    }
+}
+
+struct Stores {
+    std::unique_ptr<SettingsStore> of(Kind kind) const
+    {
+        return storeOf(kind, folder.file(L"\x0416.txt"), key.path() + L"\\Settings");
+    }
+    support::ScratchFolder folder;
+    support::ScratchKey key;
+};
+} // namespace
+
+TEST_CASE("SettingsStore: all that was saved comes back, and nothing else", "[registry][settings]")
+{
+    const Stores stores;
+    const Kind kind = GENERATE(file, ini, registry);
+    CAPTURE(kind);
+    CHECK(stores.of(kind)->load().empty());
+    const Values values{
+        {L"a", L""}, {L"b", L" \"x\\n\" \r\n=;"}, {L"\x0416", L"\x4E2D"}, {L"q", L"'"}, {L"w", L"\"a\""}};
+    stores.of(kind)->save({{L"old", L"1"}});
+    stores.of(kind)->save(values);
+    CHECK(stores.of(kind)->load() == values);
+    stores.of(kind)->save(values);
+    CHECK(stores.of(kind)->load() == values);
+}
+
+TEST_CASE("SettingsStore: what is damaged gives what was saved before, and what is nothing gives nothing",
+          "[registry][settings]")
+{
+    const Stores stores;
+    const Values first{{L"a", L"1"}}, second{{L"a", L"2"}, {L"b", L"3"}};
+    const Kind kind = GENERATE(file, ini);
+    CAPTURE(kind);
+    stores.of(kind)->save(first);
+    stores.of(kind)->save(second);
+    const std::wstring path = stores.folder.file(L"\x0416.txt");
+    const auto size = static_cast<unsigned>(WindowsFile::getSize(path.c_str()));
+    for (const unsigned kept : {0u, 1u, size / 2, size - 6}) {
+        WindowsFile cut = WindowsFile::openToChange(path.c_str());
+        cut.seek(kept, Seekable::begin);
+        REQUIRE(SetEndOfFile(cut));
+        cut.close();
+        CHECK(stores.of(kind)->load() == first);
+    }
+    stores.of(kind)->save(second); // Does not take the damaged one for what was saved before.
+    WindowsFile::overwrite(path.c_str()).write("\0\xFF=\n=", 5);
+    CHECK(stores.of(kind)->load() == first);
+    FileSystem::remove((path + L".last").c_str());
+    CHECK_NOTHROW(stores.of(kind)->load());
+}
+
+TEST_CASE("SettingsStore: a registry store that somebody has worked on is no failure", "[registry][settings]")
+{
+    const Stores stores;
+    stores.of(registry)->save({{L"a", L"1"}});
+    stores.of(registry)->save({{L"a", L"2"}});
+    stores.key.storeText(L"Settings", L"Current", L"damaged");
+    CHECK(stores.of(registry)->load().size() == 1);
+    stores.of(registry)->save({{L"a", L"3"}});
+    CHECK(stores.of(registry)->load() == Values{{L"a", L"3"}});
+}
+
+TEST_CASE("SettingsStore: an INI file keeps its other sections, and may be written by hand", "[registry][settings]")
+{
+    const Stores stores;
+    const std::wstring path = stores.folder.file(L"\x0416.txt");
+    setIniString(path.c_str(), L"Settings", L"a", L"by hand");
+    setIniString(path.c_str(), L"Other", L"b", L"kept");
+    CHECK(stores.of(ini)->load() == Values{{L"a", L"by hand"}});
+    stores.of(ini)->save({{L"c", L"1"}});
+    CHECK(getIniString(path.c_str(), L"Other", L"b", L"") == L"kept");
+    CHECK(stores.of(ini)->load() == Values{{L"c", L"1"}});
+}
+
+TEST_CASE("Settings: a value is the stored one if it fits, or the default", "[registry][settings]")
+{
+    const Stores stores;
+    stores.of(file)->save({{L"Width", L"99999"}, {L"Height", L"480"}, {L"Flag", L"yes"}, {L"Unknown", L"kept"}});
+    Settings settings(stores.of(file));
+    settings.declareNumber(L"Width", 640, 320, 10'000);
+    settings.declareNumber(L"Height", 400);
+    settings.declareFlag(L"Flag", true);
+    settings.declareText(L"Title", L"none");
+    CHECK(settings.getNumber(L"Height") == 400);
+    std::vector<std::wstring> changes;
+    settings.onChange([&](const wchar_t* name) { changes.emplace_back(name); });
+    settings.load();
+    CHECK((settings.getNumber(L"Width") == 640 && settings.getNumber(L"Height") == 480 && settings.getFlag(L"Flag")));
+    settings.setFlag(L"Flag", false);
+    settings.setText(L"Title", L"\x0416");
+    settings.setText(L"Title", L"\x0416");
+    settings.reset(L"Height");
+    CHECK(changes == std::vector<std::wstring>{L"Height", L"Flag", L"Title", L"Height"});
+    settings.save();
+    CHECK(stores.of(file)->load() == Values{{L"Width", L"640"},
+                                            {L"Height", L"400"},
+                                            {L"Flag", L"0"},
+                                            {L"Title", L"\x0416"},
+                                            {L"Unknown", L"kept"},
+                                            {L"Version", L"1"}});
+
+    support::expectError<Exception>([&] { settings.setNumber(L"Width", 1); }, "Not in the range of setting \"Width\"");
+    support::expectError<Exception>([&] { settings.getText(L"Width"); }, "No setting \"Width\" of this type");
+    support::expectError<Exception>([&] { settings.reset(L"None"); }, "No setting \"None\" of this type");
+    support::expectError<Exception>([&] { settings.declareNumber(L"x", 0, 1, 2); },
+                                    "Not in the range of setting \"x\"");
+    support::expectError<Exception>([&] { settings.declareText(L"End", L""); }, "Not in the range of setting \"End\"");
+}
+
+TEST_CASE("Settings: what an older version has stored is migrated, and a newer one stays newer", "[registry][settings]")
+{
+    const Stores stores;
+    stores.of(file)->save({{L"Size", L"7"}});
+    const auto inMillimetres = [](Values& values, long long version) {
+        if (version < 2)
+            values[L"Length"] = values[L"Size"] + L"0";
+        values.erase(L"Size");
+    };
+    for (int time = 0; time < 2; ++time) {
+        Settings settings(stores.of(file), 2, inMillimetres);
+        settings.declareNumber(L"Length", 1);
+        settings.load();
+        CHECK(settings.getNumber(L"Length") == 70);
+        settings.save();
+    }
+    CHECK(stores.of(file)->load() == Values{{L"Length", L"70"}, {L"Version", L"2"}});
+    Settings older(stores.of(file), 1);
+    older.load();
+    older.save();
+    CHECK(stores.of(file)->load().at(L"Version") == L"2");
+}
+
+TEST_CASE("saves settings for ever", "[.]") // The child of the next one, which says by the environment where.
+{
+    const wchar_t *const kind = _wgetenv(L"TARN_KIND"), *const path = _wgetenv(L"TARN_PATH"),
+                         *const key = _wgetenv(L"TARN_KEY");
+    REQUIRE((kind && path && key));
+    const auto store = storeOf(static_cast<Kind>(kind[0] - L'0'), path, key);
+    const Event begun = Event::openNamed(begunName);
+    for (int number = 0;; number = (number + 1) % 1000) {
+        Values values;
+        for (int i = 0; i < 50; ++i)
+            values[BasicString<wchar_t>(L"n") + std::to_wstring(i)] = std::to_wstring(number);
+        store->save(values);
+        begun.set();
+    }
+}
+
+TEST_CASE("SettingsStore: a program that is killed while it saves loses nothing", "[registry][settings]")
+{
+    const char* const wish = std::getenv("TARN_KILLS");
+    const int kills = wish ? std::atoi(wish) : 8;
+    const Stores stores;
+    const Kind kind = GENERATE(file, ini, registry);
+    CAPTURE(kind);
+    wchar_t program[MAX_PATH];
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    Environment environment = Environment::current();
+    environment.set(L"TARN_KIND", std::to_wstring(kind).c_str());
+    environment.set(L"TARN_PATH", stores.folder.file(L"\x0416.txt").c_str());
+    environment.set(L"TARN_KEY", (stores.key.path() + L"\\Settings").c_str());
+    const Event begun(begunName, true, false);
+    std::mt19937 random;
+    int whole = 0;
+    for (int i = 0; i < kills; ++i) {
+        begun.reset();
+        Process child(CommandLine(program).add("saves settings for ever"),
+                      ProcessOptions{.environment = environment, .creationFlags = CREATE_NO_WINDOW});
+        REQUIRE(begun.wait(20'000) == WindowsHandle::signaled);
+        Sleep(random() % 20);
+        child.terminate(0);
+        child.wait(INFINITE);
+        const Values values = stores.of(kind)->load();
+        bool isWhole = values.size() == 50;
+        for (const auto& [name, value] : values)
+            isWhole = isWhole && value == values.begin()->second;
+        whole += isWhole;
+    }
+    CHECK(whole == kills);
+}
