@@ -121,6 +121,25 @@ TEST_CASE("Archive: a graph with circles comes back as it was", "[streams][archi
         graph::dismantle(node);
 }
 
+TEST_CASE("Archive: what the first version of the library wrote is read", "[streams][archive]")
+{
+    // A node with a style, to whose right is one with the same style that leads back.
+    Memory reader("\0\0\0\0\x10\x20\x30\0\x12\0\0\0struct graph::Node\4\0\0\0root\4\0\0\0"
+                  "\1\0\0\0\0\x20\x20\x30\0\x13\0\0\0struct graph::Style\3\0\0\0red\0\0\0\0\0\0\xF8\x3F"
+                  "\0"
+                  "\1\0\0\0\0\x30\x20\x30\0\x12\0\0\0struct graph::Node\4\0\0\0twig\7\0\0\0"
+                  "\1\x20\x20\x30\0\1\x10\x20\x30\0\0"s);
+    const NodePtr root = reader.archive.load<Node>();
+    CHECK(root->name == "root");
+    CHECK(root->style->width == 1.5);
+    CHECK_FALSE(root->left);
+    CHECK(root->right->number == 7);
+    CHECK(root->right->style == root->style);
+    CHECK(root->right->left == root);
+    CHECK(reader.in.getFilePointer() == reader.bytes.size());
+    graph::dismantle(root);
+}
+
 TEST_CASE("Archive: a single object can be read as a shared one until the first single read", "[streams][archive]")
 {
     Memory reader(pointRecord(zero, 1, 0) + pointRecord(zero, 2, 0) + pointRecord(zero, 3, 0));
