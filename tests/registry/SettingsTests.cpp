@@ -63,6 +63,27 @@ TEST_CASE("SettingsStore: all that was saved comes back, and nothing else", "[re
     CHECK(stores.of(kind)->load() == values);
 }
 
+TEST_CASE("SettingsStore: the bytes of a file, of an INI file and of a key", "[registry][settings]")
+{
+    const Stores stores;
+    const Values values{{L"a", L" 1"}, {L"b", L"x\n"}, {L"\x0416", L"2"}};
+    stores.of(file)->save(values);
+    const std::wstring path = stores.folder.file(L"\x0416.txt");
+    FileSystem::move(path.c_str(), stores.folder.file(L"copy").c_str());
+    CHECK(stores.folder.read("copy") == "4239863374\na=\" 1\"\nb=x\\n\n\xD0\x96=2\n");
+    stores.of(ini)->save({{L"a", L" 1"}});
+    FileSystem::move(path.c_str(), stores.folder.file(L"copy").c_str(), {.replace = true});
+    const std::string bytes = stores.folder.read("copy");
+    CHECK(bytes.starts_with("\xFF\xFE"));
+    std::string text;
+    for (std::size_t i = 2; i < bytes.size(); i += 2)
+        text += bytes[i];
+    CHECK(text == "[Settings]\r\na=\" 1\"\r\nEnd=1\r\n");
+    stores.of(registry)->save(values);
+    CHECK(stores.key.stored(L"Settings\\A", L"a").data == support::bytesOf(L" 1"));
+    CHECK(stores.key.stored(L"Settings", L"Current").data == std::vector<unsigned char>{0, 0, 0, 0});
+}
+
 TEST_CASE("SettingsStore: what is damaged gives what was saved before, and what is nothing gives nothing",
           "[registry][settings]")
 {
