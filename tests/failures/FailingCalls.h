@@ -13,7 +13,6 @@ namespace support {
 /// How a call that is made to fail says so: this code as the last error, as the result of calls that return
 /// their code, and in the HRESULTs of COM. Nothing else in the tests meets it.
 constexpr unsigned long injectedError = ERROR_LICENSE_QUOTA_EXCEEDED;
-constexpr int injectedErrno = 28; // ENOSPC
 
 /// A call of the platform that the library imports.
 struct PlatformCall {
