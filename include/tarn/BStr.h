@@ -80,6 +80,15 @@ public:
     /// Equal lengths and equal characters; null equals "". The other one may be narrow, too.
     bool operator==(const BStr& other) const noexcept;
 
+    /// Adds wide text at the end, a BStr's own, too. Throw BadAllocation, the text being as it was then.
+    ///@{
+    BStr& append(std::wstring_view text);
+    BStr& operator+=(std::wstring_view text) { return append(text); }
+    BStr& operator+=(const std::wstring& text) { return append(text); }
+    BStr& operator+=(const wchar_t* text) { return append(text ? text : std::wstring_view()); }
+    BStr& operator+=(const BStr& text) { return append(text.view()); }
+    ///@}
+
     /// Takes ownership of `text`.
     void attach(BSTR text) noexcept;
     /// The caller frees the result.

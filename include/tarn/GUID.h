@@ -30,6 +30,8 @@ TARN_API BasicString<char> toAString(const GUID& guid, bool lookUpName = false);
 TARN_API GUID toGUID(const char* text);
 TARN_API GUID toGUID(const wchar_t* text);
 ///@}
+/// A new identifier, which no other has. Throws COMError "Can't make a GUID".
+TARN_API GUID newGUID();
 } // namespace tarn
 
 // A map's std::less<GUID> looks only where GUID itself is declared.

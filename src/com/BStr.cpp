@@ -42,6 +42,13 @@ BStr::BStr(const BasicString<wchar_t>& text) : text_(allocate(text)) {}
 BStr::BStr(const BasicString<char>& text) : text_(allocate(widened(text))) {}
 BStr::BStr(const BStr& other) : text_(other.text_ ? allocate(other.text_, other.length()) : nullptr) {}
 
+BStr& BStr::append(std::wstring_view text)
+{
+    std::wstring whole(view());
+    whole += text;
+    return *this = BStr(whole.c_str(), static_cast<unsigned>(whole.size()));
+}
+
 BasicString<wchar_t> BStr::toString() const { return BasicString<wchar_t>(view()); }
 
 BasicString<char> BStr::toAString() const

@@ -32,5 +32,12 @@ GUID toGUID(const wchar_t* text)
     return guid;
 }
 
+GUID newGUID()
+{
+    GUID guid;
+    HRESULTHolder::throwOnError(CoCreateGuid(&guid), "Can't make a GUID");
+    return guid;
+}
+
 GUID toGUID(const char* text) { return toGUID(BasicString<wchar_t>(text).c_str()); }
 } // namespace tarn

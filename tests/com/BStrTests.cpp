@@ -63,3 +63,16 @@ TEST_CASE("BStr: the standard's containers and algorithms order it as text", "[c
         ++map[BStr(key)], ++table[BStr(key)];
     CHECK((map.size() == 3 && table.size() == 3 && map.find(L"a")->second == 2));
 }
+
+TEST_CASE("BStr: text is added at its end, its own, too", "[com][bstr]")
+{
+    BStr text;
+    text += L"";
+    CHECK(text.get() != nullptr);
+    text += L"ab";
+    text += text;
+    text += tarn::BasicString<wchar_t>();
+    text += static_cast<const wchar_t*>(nullptr);
+    text.append(std::wstring_view(L"\0c", 2));
+    CHECK(text.view() == std::wstring_view(L"abab\0c", 6));
+}

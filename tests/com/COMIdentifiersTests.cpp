@@ -111,6 +111,8 @@ TEST_CASE("GUID: converts from and to text, and is ordered by its bytes in memor
     CHECK(toGUID(L"{00020400-0000-0000-c000-000000000046}") == IID_IDispatch);
     CHECK(tarn::toWString(IID_IDispatch) == L"{00020400-0000-0000-C000-000000000046}");
     CHECK(toGUID(static_cast<const char*>(nullptr)) == IID_NULL);
+    const GUID made = tarn::newGUID();
+    CHECK((made != IID_NULL && made != tarn::newGUID()));
     support::expectError<tarn::COMError>(
         [] { toGUID("{00020400-0000-0000-C000-00000000004}"); },
         "Can't convert \"{00020400-0000-0000-C000-00000000004}\" to a GUID: HRESULT value 800401f3");
