@@ -199,6 +199,7 @@ constexpr const char* cannotFail[] = {
     "ReleaseSRWLockShared",
     "ReleaseStgMedium",
     "RemoveVectoredExceptionHandler",
+    "ResumeThread", // Wine may end the process with the thread that the library then kills: docs/failing-calls.md.
     "RtlLookupFunctionEntry",
     "RtlPcToFileHeader",
     "RtlVirtualUnwind",
