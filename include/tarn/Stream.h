@@ -175,7 +175,7 @@ inline OutputStream& operator<<(OutputStream& out, const std::wstring& text) { r
 namespace detail {
 /// Any value that has no operator: the conversion makes that operator below the last choice.
 struct ValueWithoutEncoding {
-    template <class T> ValueWithoutEncoding(T&&);
+    template <class T> ValueWithoutEncoding(T&&); // NOLINT(bugprone-forwarding-reference-overload)
 };
 } // namespace detail
 

@@ -20,7 +20,7 @@ namespace {
 constexpr unsigned int objectCookie = 0;
 constexpr unsigned int singleKey = 0;
 
-constexpr std::size_t longestPart = 0x7FFFFFFF;
+constexpr std::size_t longestWrite = 0x7FFFFFFF;
 } // namespace
 
 Archive::Archive(InputStream& input, OutputStream& output)
@@ -168,8 +168,9 @@ void Archive::writeNewerData(const NewerData& data)
         else if (part.object)
             writeObject(part.object.get());
         else
-            for (std::size_t at = 0; at < part.bytes.size(); at += longestPart)
-                write(part.bytes.data() + at, static_cast<unsigned int>(std::min(part.bytes.size() - at, longestPart)));
+            for (std::size_t at = 0; at < part.bytes.size(); at += longestWrite)
+                write(part.bytes.data() + at,
+                      static_cast<unsigned int>(std::min(part.bytes.size() - at, longestWrite)));
     }
 }
 

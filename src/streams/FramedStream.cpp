@@ -16,14 +16,14 @@
 namespace tarn {
 namespace {
 constexpr char signature[] = {'\x89', 'T', 'F', '1'};
-constexpr unsigned int wordSize = sizeof(std::uint32_t);
+constexpr unsigned int frameWord = sizeof(std::uint32_t);
 constexpr unsigned int largestBlock = 0x10000;
 
 // One step is a permutation of the words, whatever the lane was: no two words have the same effect.
 std::uint32_t mixed(std::uint32_t lane, const char* word)
 {
     std::uint32_t bits;
-    std::memcpy(&bits, word, wordSize);
+    std::memcpy(&bits, word, frameWord);
     return std::rotl((lane ^ bits) * 0x9E3779B1u, 15);
 }
 } // namespace
@@ -63,7 +63,7 @@ std::uint32_t detail::Checksum::get() const noexcept
 
 // In the buffer there is room for the length in front of a block, and the checksum behind it.
 FramedOutputStream::FramedOutputStream(OutputStream& target)
-    : target_(target), buffer_(wordSize + largestBlock + wordSize), used_(wordSize)
+    : target_(target), buffer_(frameWord + largestBlock + frameWord), used_(frameWord)
 {
 }
 
@@ -89,14 +89,14 @@ void FramedOutputStream::pass()
 {
     if (written_ == 0)
         target_.writeFully(signature, sizeof signature);
-    const std::uint32_t size = used_ - wordSize;
-    std::memcpy(buffer_.data(), &size, wordSize);
+    const std::uint32_t size = used_ - frameWord;
+    std::memcpy(buffer_.data(), &size, frameWord);
     checksum_.add(buffer_.data(), used_);
     const std::uint32_t sum = checksum_.get();
-    std::memcpy(buffer_.data() + used_, &sum, wordSize);
-    target_.writeFully(buffer_.data(), used_ + wordSize);
+    std::memcpy(buffer_.data() + used_, &sum, frameWord);
+    target_.writeFully(buffer_.data(), used_ + frameWord);
     written_ += size;
-    used_ = wordSize;
+    used_ = frameWord;
 }
 
 unsigned int FramedOutputStream::write(const void* data, unsigned int count)
@@ -105,7 +105,7 @@ unsigned int FramedOutputStream::write(const void* data, unsigned int count)
         throwError(Exception("The frame is closed"));
     const char* from = static_cast<const char*>(data);
     for (unsigned int left = count;;) {
-        const unsigned int piece = std::min(left, wordSize + largestBlock - used_);
+        const unsigned int piece = std::min(left, frameWord + largestBlock - used_);
         copyPiece(buffer_.data() + used_, from, piece);
         used_ += piece;
         left -= piece;
@@ -119,7 +119,7 @@ unsigned int FramedOutputStream::write(const void* data, unsigned int count)
 void FramedOutputStream::flush()
 {
     keepFailure([this] {
-        if (used_ > wordSize)
+        if (used_ > frameWord)
             pass();
         if (auto* const buffered = dynamic_cast<BufferedOutputStream*>(&target_))
             buffered->flush();
@@ -131,7 +131,7 @@ void FramedOutputStream::close()
     if (isClosed_)
         return;
     keepFailure([this] {
-        if (used_ > wordSize)
+        if (used_ > frameWord)
             pass();
         end();
     });
@@ -143,11 +143,11 @@ void FramedOutputStream::end()
 {
     if (written_ == 0)
         target_.writeFully(signature, sizeof signature);
-    char last[wordSize + sizeof written_ + wordSize] = {};
-    std::memcpy(last + wordSize, &written_, sizeof written_);
-    checksum_.add(last, wordSize + sizeof written_);
+    char last[frameWord + sizeof written_ + frameWord] = {};
+    std::memcpy(last + frameWord, &written_, sizeof written_);
+    checksum_.add(last, frameWord + sizeof written_);
     const std::uint32_t sum = checksum_.get();
-    std::memcpy(last + wordSize + sizeof written_, &sum, wordSize);
+    std::memcpy(last + frameWord + sizeof written_, &sum, frameWord);
     target_.writeFully(last, sizeof last);
 }
 
@@ -169,7 +169,7 @@ void FramedInputStream::readWhole(void* buffer, unsigned int size)
 void FramedInputStream::check()
 {
     std::uint32_t sum;
-    readWhole(&sum, wordSize);
+    readWhole(&sum, frameWord);
     if (sum != checksum_.get())
         throwDamaged();
 }
@@ -185,29 +185,29 @@ bool FramedInputStream::nextBlock()
         readWhole(found, sizeof found);
         if (std::memcmp(found, signature, sizeof found) != 0)
             throwDamaged();
-        buffer_.resize(wordSize + largestBlock);
+        buffer_.resize(frameWord + largestBlock);
         hasBegun_ = true;
     }
     std::uint32_t size;
-    readWhole(&size, wordSize);
+    readWhole(&size, frameWord);
     if (size > largestBlock)
         throwDamaged();
     char* const block = buffer_.data();
-    std::memcpy(block, &size, wordSize);
+    std::memcpy(block, &size, frameWord);
     if (size > 0) {
-        readWhole(block + wordSize, size);
-        checksum_.add(block, wordSize + size);
+        readWhole(block + frameWord, size);
+        checksum_.add(block, frameWord + size);
         check();
-        position_ = wordSize;
-        filled_ = wordSize + size;
+        position_ = frameWord;
+        filled_ = frameWord + size;
         read_ += size;
         isBroken_ = false;
         return true;
     }
     unsigned long long total;
-    readWhole(block + wordSize, sizeof total);
-    std::memcpy(&total, block + wordSize, sizeof total);
-    checksum_.add(block, wordSize + sizeof total);
+    readWhole(block + frameWord, sizeof total);
+    std::memcpy(&total, block + frameWord, sizeof total);
+    checksum_.add(block, frameWord + sizeof total);
     check();
     if (total != read_)
         throwDamaged();

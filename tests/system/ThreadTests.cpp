@@ -203,7 +203,7 @@ TEST_CASE("Thread: without memory for its stack start fails and can be tried aga
     Worker thread([](Worker&) { return 3ul; });
     std::vector<void*> reserved;
     reserved.reserve(4096);
-    for (std::size_t size = 256 << 20; size >= 512 << 10; size /= 2)
+    for (std::size_t size = SIZE_MAX / 16 + 1; size >= 512 << 10; size /= 2)
         while (void* const block = VirtualAlloc(nullptr, size, MEM_RESERVE, PAGE_NOACCESS))
             reserved.push_back(block);
     std::string description;
