@@ -75,7 +75,7 @@ public:
 
     /// For a loop over all: goes on from where the walk is.
     ///@{
-    Iterator begin();
+    inline Iterator begin();
     std::default_sentinel_t end() const { return {}; }
     ///@}
 
@@ -110,5 +110,5 @@ private:
     FolderWalk* walk_;
 };
 
-inline FolderWalk::Iterator FolderWalk::begin() { return Iterator(*this); }
+FolderWalk::Iterator FolderWalk::begin() { return Iterator(*this); }
 } // namespace tarn

@@ -3,11 +3,11 @@
 #include <tarn/BasicString.h>
 #include <tarn/Export.h>
 #include <tarn/Lock.h>
+#include <tarn/SourceLocation.h>
 #include <tarn/WindowsFile.h>
 
 #include <atomic>
 #include <exception>
-#include <source_location>
 
 namespace tarn {
 /// How much a line of a log matters.
@@ -51,23 +51,22 @@ public:
 
     /// A line with its level; the place is that of the call.
     ///@{
-    void write(LogLevel level, const char* text, std::source_location place = std::source_location::current()) noexcept;
-    void write(LogLevel level, const wchar_t* text,
-               std::source_location place = std::source_location::current()) noexcept;
+    void write(LogLevel level, const char* text, SourceLocation place = SourceLocation::current()) noexcept;
+    void write(LogLevel level, const wchar_t* text, SourceLocation place = SourceLocation::current()) noexcept;
     ///@}
     /// The same with the level in the name.
     ///@{
-    void debug(const char* text, std::source_location place = std::source_location::current()) noexcept;
-    void info(const char* text, std::source_location place = std::source_location::current()) noexcept;
-    void warning(const char* text, std::source_location place = std::source_location::current()) noexcept;
-    void error(const char* text, std::source_location place = std::source_location::current()) noexcept;
-    void debug(const wchar_t* text, std::source_location place = std::source_location::current()) noexcept;
-    void info(const wchar_t* text, std::source_location place = std::source_location::current()) noexcept;
-    void warning(const wchar_t* text, std::source_location place = std::source_location::current()) noexcept;
-    void error(const wchar_t* text, std::source_location place = std::source_location::current()) noexcept;
+    void debug(const char* text, SourceLocation place = SourceLocation::current()) noexcept;
+    void info(const char* text, SourceLocation place = SourceLocation::current()) noexcept;
+    void warning(const char* text, SourceLocation place = SourceLocation::current()) noexcept;
+    void error(const char* text, SourceLocation place = SourceLocation::current()) noexcept;
+    void debug(const wchar_t* text, SourceLocation place = SourceLocation::current()) noexcept;
+    void info(const wchar_t* text, SourceLocation place = SourceLocation::current()) noexcept;
+    void warning(const wchar_t* text, SourceLocation place = SourceLocation::current()) noexcept;
+    void error(const wchar_t* text, SourceLocation place = SourceLocation::current()) noexcept;
     ///@}
     /// The whole text of an exception, with every character.
-    void error(const std::exception& exception, std::source_location place = std::source_location::current()) noexcept;
+    void error(const std::exception& exception, SourceLocation place = SourceLocation::current()) noexcept;
 
     /// From now on.
     void setLevel(LogLevel level) noexcept { level_ = level; }
@@ -79,7 +78,7 @@ public:
     void logTermination() noexcept;
 
 private:
-    void writeLine(LogLevel level, const BasicString<char>& text, const std::source_location& place);
+    void writeLine(LogLevel level, const BasicString<char>& text, const SourceLocation& place);
     void append(const BasicString<char>& line);
     void rotate();
 

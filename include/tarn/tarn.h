@@ -111,6 +111,7 @@
 #include <tarn/ShellExtension.h>
 #include <tarn/SingleInstance.h>
 #include <tarn/Size.h>
+#include <tarn/SourceLocation.h>
 #include <tarn/StatusBar.h>
 #include <tarn/StdIOStream.h>
 #include <tarn/Stream.h>

@@ -69,7 +69,7 @@ LogFile::~LogFile()
     terminationLog.compare_exchange_strong(self, nullptr);
 }
 
-void LogFile::writeLine(LogLevel level, const BasicString<char>& text, const std::source_location& place)
+void LogFile::writeLine(LogLevel level, const BasicString<char>& text, const SourceLocation& place)
 {
     const BasicString<char> time = formatISOTimeA(Time::now());
     const BasicString<char> line = time + " [" + std::to_string(GetCurrentThreadId()) + "] " + nameOf(level) + " " +
@@ -114,7 +114,7 @@ void LogFile::rotate()
     limit_ = std::max(options_.rotateAt, size_ + options_.rotateAt / 8); // Not tried again with each line.
 }
 
-void LogFile::write(LogLevel level, const char* text, std::source_location place) noexcept
+void LogFile::write(LogLevel level, const char* text, SourceLocation place) noexcept
 {
     if (level < level_)
         return;
@@ -125,7 +125,7 @@ void LogFile::write(LogLevel level, const char* text, std::source_location place
         dropCurrentException();
     }
 }
-void LogFile::write(LogLevel level, const wchar_t* text, std::source_location place) noexcept
+void LogFile::write(LogLevel level, const wchar_t* text, SourceLocation place) noexcept
 {
     if (level < level_)
         return;
@@ -137,19 +137,16 @@ void LogFile::write(LogLevel level, const wchar_t* text, std::source_location pl
     }
 }
 
-void LogFile::debug(const char* text, std::source_location place) noexcept { write(LogLevel::debug, text, place); }
-void LogFile::info(const char* text, std::source_location place) noexcept { write(LogLevel::info, text, place); }
-void LogFile::warning(const char* text, std::source_location place) noexcept { write(LogLevel::warning, text, place); }
-void LogFile::error(const char* text, std::source_location place) noexcept { write(LogLevel::error, text, place); }
-void LogFile::debug(const wchar_t* text, std::source_location place) noexcept { write(LogLevel::debug, text, place); }
-void LogFile::info(const wchar_t* text, std::source_location place) noexcept { write(LogLevel::info, text, place); }
-void LogFile::warning(const wchar_t* text, std::source_location place) noexcept
-{
-    write(LogLevel::warning, text, place);
-}
-void LogFile::error(const wchar_t* text, std::source_location place) noexcept { write(LogLevel::error, text, place); }
+void LogFile::debug(const char* text, SourceLocation place) noexcept { write(LogLevel::debug, text, place); }
+void LogFile::info(const char* text, SourceLocation place) noexcept { write(LogLevel::info, text, place); }
+void LogFile::warning(const char* text, SourceLocation place) noexcept { write(LogLevel::warning, text, place); }
+void LogFile::error(const char* text, SourceLocation place) noexcept { write(LogLevel::error, text, place); }
+void LogFile::debug(const wchar_t* text, SourceLocation place) noexcept { write(LogLevel::debug, text, place); }
+void LogFile::info(const wchar_t* text, SourceLocation place) noexcept { write(LogLevel::info, text, place); }
+void LogFile::warning(const wchar_t* text, SourceLocation place) noexcept { write(LogLevel::warning, text, place); }
+void LogFile::error(const wchar_t* text, SourceLocation place) noexcept { write(LogLevel::error, text, place); }
 
-void LogFile::error(const std::exception& exception, std::source_location place) noexcept
+void LogFile::error(const std::exception& exception, SourceLocation place) noexcept
 {
     try {
         write(LogLevel::error, whatW(exception).c_str(), place);

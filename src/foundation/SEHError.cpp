@@ -117,7 +117,7 @@ BasicString<wchar_t> placeName(ULONG_PTR address)
 } // namespace
 
 SEHError::SEHError(unsigned long code) : SEHError(code, textWith({})) {}
-SEHError::SEHError(unsigned long code, const std::string& text) : std::runtime_error(text), code_(code) {}
+SEHError::SEHError(unsigned long code, const std::string& what) : std::runtime_error(what), code_(code) {}
 SEHError::SEHError(const SEHError&) noexcept = default;
 SEHError& SEHError::operator=(const SEHError&) noexcept = default;
 SEHError::~SEHError() = default;

@@ -161,7 +161,7 @@ private:
     void compareStored()
     {
         compareStored(model_);
-        agree("set", [this](auto& calendar) {
+        agree("set", [](auto& calendar) {
             int set = 0;
             for (int field = 0; field < Calendar::FieldCount; ++field)
                 set |= calendar.isSet(field) << field;

@@ -67,10 +67,10 @@ TEST_CASE("GDIHandle: moving hands on what is owned and releases what was held",
     std::vector<Pen> pens;
     for (const unsigned long colour : {red, green, blue})
         pens.emplace_back(colour, PS_DASH, 2);
-    const HPEN green = pens[1], last = pens[2];
+    const HPEN middle = pens[1], last = pens[2];
     std::swap(pens[0], pens[2]);
     pens.erase(pens.begin() + 1);
-    CHECK((pens.size() == 2 && pens[0].getHandle() == last && isAlive(last) && isAlive(pens[1]) && !isAlive(green)));
+    CHECK((pens.size() == 2 && pens[0].getHandle() == last && isAlive(last) && isAlive(pens[1]) && !isAlive(middle)));
     const Pen borrower(pens[0].getHandle(), false);
     Pen& same = pens[0];
     same = std::move(pens[0]);
