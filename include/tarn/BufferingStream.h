@@ -18,7 +18,8 @@ public:
     explicit BufferingOutputStream(OutputStream& target, unsigned int size = 0x10000);
     BufferingOutputStream(const BufferingOutputStream&) = delete;
     BufferingOutputStream& operator=(const BufferingOutputStream&) = delete;
-    /// As flush(), when no failure was thrown before; while an exception is on its way the debugger alone hears of one.
+    /// As flush(), when something is held back and no failure was thrown before; while an exception is on its way the
+    /// debugger alone hears of one.
     ~BufferingOutputStream() noexcept(false);
 
     /// All of the bytes, or an exception: what the other stream throws, or EndOfFile "EOF in writeFully(...)" when it
@@ -40,7 +41,6 @@ public:
 
 private:
     void pass();
-    template <class Call> void keepFailure(Call call);
 
     OutputStream& target_;
     Array<char> buffer_;

@@ -49,7 +49,6 @@ public:
 private:
     void pass();
     void end();
-    template <class Call> void keepFailure(Call call);
 
     OutputStream& target_;
     Array<char> buffer_;

@@ -5,6 +5,7 @@
 #include "../foundation/Closing.h"
 #include "../foundation/Throw.h"
 #include "CopyPiece.h"
+#include "KeepFailure.h"
 
 #include <algorithm>
 
@@ -24,21 +25,8 @@ BufferingOutputStream::BufferingOutputStream(OutputStream& target, unsigned int 
 }
 BufferingOutputStream::~BufferingOutputStream() noexcept(false)
 {
-    if (!failure_)
+    if (!failure_ && used_ != 0)
         closeAtEnd([this] { flush(); });
-}
-
-// The first failure is kept: nobody knows how much has arrived, and writing on would leave a hole.
-template <class Call> void BufferingOutputStream::keepFailure(Call call)
-{
-    if (failure_)
-        std::rethrow_exception(failure_);
-    try {
-        call();
-    } catch (...) {
-        failure_ = std::current_exception();
-        throw;
-    }
 }
 
 void BufferingOutputStream::pass()
@@ -54,7 +42,7 @@ unsigned int BufferingOutputStream::write(const void* data, unsigned int count)
         used_ += count;
         return count;
     }
-    keepFailure([&] {
+    keepFailure(failure_, [&] {
         pass();
         if (count >= buffer_.size()) {
             target_.writeFully(data, count);
@@ -68,7 +56,7 @@ unsigned int BufferingOutputStream::write(const void* data, unsigned int count)
 
 void BufferingOutputStream::flush()
 {
-    keepFailure([this] {
+    keepFailure(failure_, [this] {
         pass();
         if (auto* const buffered = dynamic_cast<BufferedOutputStream*>(&target_))
             buffered->flush();
@@ -78,7 +66,7 @@ void BufferingOutputStream::flush()
 void BufferingOutputStream::setFilePointer(long long offset, whence origin)
 {
     Seekable& target = positionOf(target_);
-    keepFailure([this] { pass(); });
+    keepFailure(failure_, [this] { pass(); });
     target.setFilePointer(offset, origin);
 }
 

@@ -4,6 +4,7 @@
 
 #include "../foundation/Throw.h"
 #include "CopyPiece.h"
+#include "KeepFailure.h"
 
 #include <algorithm>
 #include <bit>
@@ -73,18 +74,6 @@ FramedOutputStream::~FramedOutputStream() noexcept(false)
         close();
 }
 
-template <class Call> void FramedOutputStream::keepFailure(Call call)
-{
-    if (failure_)
-        std::rethrow_exception(failure_);
-    try {
-        call();
-    } catch (...) {
-        failure_ = std::current_exception();
-        throw;
-    }
-}
-
 void FramedOutputStream::pass()
 {
     if (written_ == 0)
@@ -112,13 +101,13 @@ unsigned int FramedOutputStream::write(const void* data, unsigned int count)
         if (left == 0)
             return count;
         from += piece;
-        keepFailure([this] { pass(); });
+        keepFailure(failure_, [this] { pass(); });
     }
 }
 
 void FramedOutputStream::flush()
 {
-    keepFailure([this] {
+    keepFailure(failure_, [this] {
         if (used_ > frameWord)
             pass();
         if (auto* const buffered = dynamic_cast<BufferedOutputStream*>(&target_))
@@ -130,7 +119,7 @@ void FramedOutputStream::close()
 {
     if (isClosed_)
         return;
-    keepFailure([this] {
+    keepFailure(failure_, [this] {
         if (used_ > frameWord)
             pass();
         end();
