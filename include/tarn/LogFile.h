@@ -78,6 +78,7 @@ public:
     void logTermination() noexcept;
 
 private:
+    template <class Text> void tryToWrite(LogLevel level, Text textOf, const SourceLocation& place) noexcept;
     void writeLine(LogLevel level, const BasicString<char>& text, const SourceLocation& place);
     void append(const BasicString<char>& line);
     void rotate();

@@ -75,6 +75,7 @@ private:
 
     void declare(const wchar_t* name, Setting setting);
     const Setting& find(const wchar_t* name, Type type) const;
+    Setting& find(const wchar_t* name, Type type);
     void change(const wchar_t* name, Setting& setting, const BasicString<wchar_t>& value);
     static bool fits(const Setting& setting, const BasicString<wchar_t>& value);
 

@@ -2,6 +2,7 @@
 
 #include <tarn/Windows.h>
 
+#include "../foundation/LastErrorKept.h"
 #include "../system/FreshHandle.h"
 #include "FoundEntries.h"
 #include "LongPath.h"
@@ -52,9 +53,8 @@ bool deleteReadOnly(const FreshHandle& entry)
     writable.FileAttributes = FILE_ATTRIBUTE_NORMAL;
     SetFileInformationByHandle(entry.get(), FileBasicInfo, &writable, sizeof writable);
     const bool deleted = deleteOpen(entry);
-    const DWORD error = GetLastError();
+    const LastErrorKept kept;
     SetFileInformationByHandle(entry.get(), FileBasicInfo, &basic, sizeof basic);
-    SetLastError(error);
     return deleted;
 }
 

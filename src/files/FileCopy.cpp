@@ -1,6 +1,7 @@
 #include <tarn/FileSystem.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/LastErrorKept.h"
 #include "../foundation/Quoted.h"
 #include "DeleteTree.h"
 #include "LongPath.h"
@@ -115,9 +116,8 @@ void removeOne(const wchar_t* path, const Path& opened, DWORD attributes)
         SetFileAttributesW(opened.c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
         if (deleteOne(opened, attributes))
             return;
-        const DWORD error = GetLastError();
+        const LastErrorKept kept;
         SetFileAttributesW(opened.c_str(), attributes);
-        SetLastError(error);
     }
     throwLastError([&] { return "Can't remove " + quoted(path); });
 }

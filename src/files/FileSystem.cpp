@@ -2,10 +2,10 @@
 
 #include "../foundation/Check.h"
 #include "../foundation/Quoted.h"
-#include "../system/FreshHandle.h"
 #include "DeleteTree.h"
 #include "FoundEntries.h"
 #include "LongPath.h"
+#include "OpenShared.h"
 
 #include <optional>
 
@@ -71,11 +71,7 @@ namespace {
 void setTimesOf(const wchar_t* path, const FILETIME* creation, const FILETIME* lastAccess, const FILETIME* lastWrite)
 {
     const auto failed = [&] { return "Can't set times of " + quoted(path); };
-    const FreshHandle file(ensureNot(INVALID_HANDLE_VALUE,
-                                     CreateFileW(longPath(path).c_str(), FILE_WRITE_ATTRIBUTES,
-                                                 FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                                 OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr),
-                                     failed));
+    const FreshHandle file = openShared(longPath(path), FILE_WRITE_ATTRIBUTES, failed);
     ensure(SetFileTime(file.get(), creation, lastAccess, lastWrite), failed);
 }
 } // namespace

@@ -2,9 +2,9 @@
 
 #include "../foundation/Check.h"
 #include "../foundation/Quoted.h"
-#include "../system/FreshHandle.h"
 #include "FoundEntries.h"
 #include "LongPath.h"
+#include "OpenShared.h"
 
 #include <algorithm>
 #include <utility>
@@ -24,11 +24,7 @@ struct FolderIdentity {
 FolderIdentity identityOf(const BasicString<wchar_t>& path, const BasicString<wchar_t>& shown)
 {
     const auto failed = [&] { return "Can't read folder " + quoted(shown.c_str()); };
-    const FreshHandle folder(ensureNot(INVALID_HANDLE_VALUE,
-                                       CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,
-                                                   FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                                   OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr),
-                                       failed));
+    const FreshHandle folder = openShared(path, FILE_READ_ATTRIBUTES, failed);
     BY_HANDLE_FILE_INFORMATION info{};
     ensure(GetFileInformationByHandle(folder.get(), &info), failed);
     return {info.dwVolumeSerialNumber, info.nFileIndexHigh, info.nFileIndexLow};

@@ -4,6 +4,7 @@
 #include "../foundation/Quoted.h"
 #include "../system/AsyncFile.h"
 #include "LongPath.h"
+#include "OpenShared.h"
 
 #include <cstddef>
 #include <utility>
@@ -14,11 +15,9 @@ constexpr DWORD bufferSize = 64 * 1024; // More is refused for a folder of anoth
 
 FreshHandle openToWatch(const wchar_t* folder)
 {
-    return FreshHandle(ensureNot(INVALID_HANDLE_VALUE,
-                                 CreateFileW(longPath(folder).c_str(), FILE_LIST_DIRECTORY,
-                                             FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                             OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OVERLAPPED, nullptr),
-                                 [&] { return "Can't watch folder " + quoted(folder); }));
+    return openShared(
+        longPath(folder), FILE_LIST_DIRECTORY, [&] { return "Can't watch folder " + quoted(folder); },
+        FILE_FLAG_OVERLAPPED);
 }
 } // namespace
 

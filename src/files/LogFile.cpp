@@ -52,8 +52,6 @@ const char* fileNameIn(const char* path)
     const std::size_t end = all.find_last_of("/\\");
     return end == all.npos ? path : path + end + 1;
 }
-
-BasicString<char> utf8(const wchar_t* text) { return w2a(text, CP_UTF8); }
 } // namespace
 
 LogFile::LogFile(const wchar_t* path, const LogOptions& options)
@@ -114,27 +112,27 @@ void LogFile::rotate()
     limit_ = std::max(options_.rotateAt, size_ + options_.rotateAt / 8); // Not tried again with each line.
 }
 
-void LogFile::write(LogLevel level, const char* text, SourceLocation place) noexcept
+template <class Text> void LogFile::tryToWrite(LogLevel level, Text textOf, const SourceLocation& place) noexcept
 {
     if (level < level_)
         return;
     try {
-        writeLine(level, text, place);
+        writeLine(level, textOf(), place);
     } catch (...) {
         ++lost_;
         dropCurrentException();
     }
 }
+
+void LogFile::write(LogLevel level, const char* text, SourceLocation place) noexcept
+{
+    tryToWrite(
+        level, [text] { return BasicString<char>(text); }, place);
+}
 void LogFile::write(LogLevel level, const wchar_t* text, SourceLocation place) noexcept
 {
-    if (level < level_)
-        return;
-    try {
-        writeLine(level, utf8(text), place);
-    } catch (...) {
-        ++lost_;
-        dropCurrentException();
-    }
+    tryToWrite(
+        level, [text] { return w2a(text, CP_UTF8); }, place);
 }
 
 void LogFile::debug(const char* text, SourceLocation place) noexcept { write(LogLevel::debug, text, place); }

@@ -73,6 +73,11 @@ const Settings::Setting& Settings::find(const wchar_t* name, Type type) const
     return found->second;
 }
 
+Settings::Setting& Settings::find(const wchar_t* name, Type type)
+{
+    return const_cast<Setting&>(std::as_const(*this).find(name, type));
+}
+
 long long Settings::getNumber(const wchar_t* name) const { return *numberIn(find(name, number).value); }
 bool Settings::getFlag(const wchar_t* name) const { return find(name, flag).value == L"1"; }
 BasicString<wchar_t> Settings::getText(const wchar_t* name) const { return find(name, text).value; }
@@ -85,18 +90,9 @@ void Settings::change(const wchar_t* name, Setting& setting, const BasicString<w
         handler_(name);
 }
 
-void Settings::setNumber(const wchar_t* name, long long value)
-{
-    change(name, const_cast<Setting&>(find(name, number)), textOf(value));
-}
-void Settings::setFlag(const wchar_t* name, bool value)
-{
-    change(name, const_cast<Setting&>(find(name, flag)), textOf(value));
-}
-void Settings::setText(const wchar_t* name, const wchar_t* value)
-{
-    change(name, const_cast<Setting&>(find(name, text)), value);
-}
+void Settings::setNumber(const wchar_t* name, long long value) { change(name, find(name, number), textOf(value)); }
+void Settings::setFlag(const wchar_t* name, bool value) { change(name, find(name, flag), textOf(value)); }
+void Settings::setText(const wchar_t* name, const wchar_t* value) { change(name, find(name, text), value); }
 
 void Settings::reset(const wchar_t* name)
 {
