@@ -11,5 +11,5 @@ if(TARN_BUILD_EXAMPLES)
     file(MAKE_DIRECTORY "${folder_of_tour}")
     add_test(NAME planner-tour WORKING_DIRECTORY "${folder_of_tour}"
         COMMAND planner --script "${planner}/tour.txt" --screenshot planner.png)
-    set_tests_properties(planner-tour PROPERTIES TIMEOUT 300)
+    set_tests_properties(planner-tour PROPERTIES TIMEOUT 300 RESOURCE_LOCK screen)
 endif()
