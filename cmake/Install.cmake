@@ -29,4 +29,5 @@ configure_package_config_file(cmake/tarnConfig.cmake.in "${PROJECT_BINARY_DIR}/t
     INSTALL_DESTINATION ${package_dir})
 write_basic_package_version_file("${PROJECT_BINARY_DIR}/tarnConfigVersion.cmake" COMPATIBILITY SameMinorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/tarnConfig.cmake" "${PROJECT_BINARY_DIR}/tarnConfigVersion.cmake"
+    cmake/Program.cmake cmake/Program.manifest.in cmake/Program.rc.in
     DESTINATION ${package_dir})

@@ -33,5 +33,8 @@ function(tarn_copy_runtime target)
     endforeach()
     add_custom_target(tarn_runtime DEPENDS ${copies})
     add_dependencies(${target} tarn_runtime)
+    # For those who deploy programs, with the package, too.
+    set_target_properties(${target} PROPERTIES
+        TARN_RUNTIME_DLLS "${TARN_RUNTIME_DLLS}" EXPORT_PROPERTIES TARN_RUNTIME_DLLS)
     set(TARN_RUNTIME_COPIES "${copies}" PARENT_SCOPE)
 endfunction()

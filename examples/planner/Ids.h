@@ -1,7 +1,7 @@
 #pragma once
 
 // Of the resources.
-#define ID_PROGRAM 1 // The icon, the menu and the accelerators.
+#define ID_PROGRAM 1 // The icon (which the build adds), the menu and the accelerators.
 #define DIALOG_APPOINTMENT 101
 #define DIALOG_GO_TO 102
 #define DIALOG_QUESTION 103

@@ -10,14 +10,15 @@
 #include <tarn/WindowsModule.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 #include <string>
 
 namespace {
-std::string shippedCapture()
+std::filesystem::path shippedCapture()
 {
-    return tarn::WindowsModule(GetModuleHandleW(nullptr)).getFilenameA().getDirectory() + "\\capture.t42";
+    return tarn::WindowsModule(GetModuleHandleW(nullptr)).getFilenameW().getDirectory() + L"\\capture.t42";
 }
 
 /// The names of the control bits that are set. C12 to C14 are one number, the national character set.
@@ -59,11 +60,12 @@ void print(unsigned number, const DecodedPacket& packet)
     std::printf(" %s\n", controlNames(header).c_str());
 }
 
-void list(const std::string& file)
+void list(const std::filesystem::path& file)
 {
+    const std::string name(tarn::w2a(file.c_str(), CP_ACP).c_str());
     std::ifstream in(file, std::ios::binary);
     if (!in)
-        throw std::runtime_error("can't open " + file);
+        throw std::runtime_error("can't open " + name);
     unsigned number = 0, counts[3] = {};
     unsigned char packet[packetSize];
     while (in.read(reinterpret_cast<char*>(packet), packetSize)) {
@@ -73,14 +75,14 @@ void list(const std::string& file)
     }
     std::printf("%u packets: %u headers, %u others, %u damaged\n", number, counts[0], counts[1], counts[2]);
     if (in.gcount() != 0)
-        throw std::runtime_error(file + " ends within a packet");
+        throw std::runtime_error(name + " ends within a packet");
 }
 } // namespace
 
-int main(int argc, char** argv)
+int wmain(int argc, wchar_t** argv) // Wide, for files with any name.
 {
     try {
-        list(argc > 1 ? argv[1] : shippedCapture());
+        list(argc > 1 ? std::filesystem::path(argv[1]) : shippedCapture());
     } catch (const std::exception& e) {
         std::fprintf(stderr, "teletext-header: %s\n", e.what());
         return 1;
