@@ -57,8 +57,7 @@ TEST_CASE("Bit fields against plain memory")
             [&] {
                 std::memset(bytes.data(), 0xFF, megabyte);
                 bench::keep(bytes[0]);
-            },
-            200);
+            });
     }
 
     Bytes from = noise(megabyte + 1);

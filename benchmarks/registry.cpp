@@ -87,14 +87,14 @@ TEST_CASE("Registry: snapshots against the platform's enumeration loop")
     bench::Ratios ratios("Snapshots of 10,000 entries, against the raw loop that keeps the same");
     ratios.row(
         "subkeys, wide", limit, [&] { bench::keep(snapshotKeys<wchar_t>(filled.keys())); },
-        [&] { bench::keep(rawKeys<wchar_t>(filled.keys(), RegEnumKeyExW)); });
+        [&] { bench::keep(rawKeys<wchar_t>(filled.keys(), RegEnumKeyExW)); }, bench::Clock::wall);
     ratios.row(
         "subkeys, narrow", limit, [&] { bench::keep(snapshotKeys<char>(filled.keys())); },
-        [&] { bench::keep(rawKeys<char>(filled.keys(), RegEnumKeyExA)); });
+        [&] { bench::keep(rawKeys<char>(filled.keys(), RegEnumKeyExA)); }, bench::Clock::wall);
     ratios.row(
         "values, wide", limit, [&] { bench::keep(snapshotValues<wchar_t>(filled.values())); },
-        [&] { bench::keep(rawValues<wchar_t>(filled.values(), RegEnumValueW)); });
+        [&] { bench::keep(rawValues<wchar_t>(filled.values(), RegEnumValueW)); }, bench::Clock::wall);
     ratios.row(
         "values, narrow", limit, [&] { bench::keep(snapshotValues<char>(filled.values())); },
-        [&] { bench::keep(rawValues<char>(filled.values(), RegEnumValueA)); });
+        [&] { bench::keep(rawValues<char>(filled.values(), RegEnumValueA)); }, bench::Clock::wall);
 }

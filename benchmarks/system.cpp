@@ -10,6 +10,7 @@
 #include <tarn/WindowsFile.h>
 #include <tarn/WindowsModule.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -104,7 +105,6 @@ unsigned long long readThroughRawPipe()
 }
 
 constexpr unsigned filesInFolder = 5000;
-constexpr int deletions = 4;
 
 /// A temporary folder with empty files in it.
 TemporaryDirectory filledFolder()
@@ -129,21 +129,23 @@ void deleteByHand(const std::wstring& folder)
     RemoveDirectoryW(folder.c_str());
 }
 
-/// Deletes folders that were filled before, one a round.
 void deletionRow(bench::Ratios& ratios)
 {
-    std::vector<TemporaryDirectory> ours, others;
-    for (int i = 0; i < deletions; ++i) {
-        ours.push_back(filledFolder());
-        others.push_back(filledFolder());
-    }
     ratios.row(
-        "TemporaryDirectory: delete 5,000 files", 1.1, [&] { ours.pop_back(); },
-        [&] {
-            deleteByHand(others.back().detach());
-            others.pop_back();
+        "TemporaryDirectory: delete 5,000 files", 1.1,
+        [](bench::Stopwatch& watch) {
+            std::optional<TemporaryDirectory> folder(filledFolder());
+            watch.start();
+            folder.reset();
+            watch.stop();
         },
-        deletions);
+        [](bench::Stopwatch& watch) {
+            const std::wstring folder = filledFolder().detach().c_str();
+            watch.start();
+            deleteByHand(folder);
+            watch.stop();
+        },
+        bench::Clock::wall);
 }
 
 DWORD WINAPI idle(void*) { return 0; }
@@ -162,7 +164,6 @@ TEST_CASE("system")
 
     deletionRow(ratios);
 
-    // Ten rounds, 10,000 threads in all.
     constexpr unsigned threads = 1000;
     ratios.row(
         "Thread: 1000 times start and join", 1.2,
@@ -180,12 +181,12 @@ TEST_CASE("system")
                 CloseHandle(thread);
             }
         },
-        10);
+        bench::Clock::wall);
 
     const auto enough = [](unsigned long long bytes) { REQUIRE(bytes >= 1ull * pipedMegabytes << 20); };
     ratios.row(
         "Pipe: 1 GB from a child, 64 KB at a time", 1.05, [&] { enough(readThroughPipe()); },
-        [&] { enough(readThroughRawPipe()); }, 9);
+        [&] { enough(readThroughRawPipe()); }, bench::Clock::wall);
 }
 
 TEST_CASE("a child that writes", "[.]")
