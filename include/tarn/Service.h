@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tarn/BasicString.h>
 #include <tarn/Export.h>
 #include <tarn/Layout.h>
 #include <tarn/Windows.h>
@@ -7,6 +8,7 @@
 #include <boost/noncopyable.hpp>
 
 #include <utility>
+#include <vector>
 
 namespace tarn {
 /// Owns one handle of the service manager; the base of ServiceManager and Service, which can be moved and not
@@ -37,6 +39,36 @@ private:
     SC_HANDLE handle_ = nullptr;
 };
 
+/// A service among others, in ServiceManager::getServices().
+struct ServiceEntry {
+    /// What Service::open() takes.
+    BasicString<wchar_t> name;
+    /// What people read.
+    BasicString<wchar_t> displayName;
+    /// State, process, and what it accepts, at that moment.
+    SERVICE_STATUS_PROCESS status{};
+};
+
+/// How a service is kept. The numbers are the platform's.
+struct ServiceConfiguration {
+    /// A `SERVICE_WIN32_OWN_PROCESS` for instance.
+    unsigned long serviceType = 0;
+    /// A `SERVICE_..._START`.
+    unsigned long startType = 0;
+    /// A `SERVICE_ERROR_...`.
+    unsigned long errorControl = 0;
+    /// With its arguments.
+    BasicString<wchar_t> binaryPath;
+    /// Empty where the system's own account is meant.
+    BasicString<wchar_t> account;
+    /// What people read.
+    ///@{
+    BasicString<wchar_t> displayName, description;
+    ///@}
+    /// The names of the services that have to run before; those of groups begin with "+".
+    std::vector<BasicString<wchar_t>> dependencies;
+};
+
 /// The database of a machine's services, which Service looks in. Opening closes the handle held before,
 /// also when it then fails.
 class TARN_API ServiceManager : public ServiceHandle {
@@ -52,6 +84,12 @@ public:
     void open(const wchar_t* machine, unsigned long access);
     void open(unsigned long access);
     ///@}
+
+    /// All services of these types (a set of the platform's `SERVICE_WIN32`, `SERVICE_DRIVER` and the like) that are
+    /// active, inactive or either (`SERVICE_ACTIVE`, `SERVICE_INACTIVE`), as they are at the moment. Needs the right
+    /// `SC_MANAGER_ENUMERATE_SERVICE`. Throws "Can't list services".
+    std::vector<ServiceEntry> getServices(unsigned long types = SERVICE_WIN32,
+                                          unsigned long states = SERVICE_STATE_ALL) const;
 
 private:
     friend class Service; // For the manager's handle.
@@ -106,10 +144,13 @@ public:
     /// Looks again every few milliseconds. Throws as getStatus().
     bool waitForState(unsigned long state, unsigned timeoutMs) const;
 
-    /// How it is kept: what people read of it, when it starts (one of the platform's `SERVICE_..._START` numbers), and
-    /// that it is started again `delayMs` after it has ended without being told, so many times a day. The rest is said
-    /// to create(). Needs the right `SERVICE_CHANGE_CONFIG`, and `SERVICE_START` for restarts. Throw "Can't configure
-    /// service".
+    /// How it is kept at the moment. Needs the right `SERVICE_QUERY_CONFIG`. Throws "Can't query service
+    /// configuration".
+    ServiceConfiguration getConfiguration() const;
+    /// How it is to be kept: what people read of it, when it starts (one of the platform's `SERVICE_..._START`
+    /// numbers), and that it is started again `delayMs` after it has ended without being told, so many times a day. The
+    /// rest is said to create(). Needs the right `SERVICE_CHANGE_CONFIG`, and `SERVICE_START` for restarts. Throw
+    /// "Can't configure service".
     ///@{
     void setDescription(const wchar_t* text) const;
     void setStartType(unsigned long startType) const;

@@ -8,6 +8,7 @@
 
 #include "../foundation/Check.h"
 #include "../foundation/Quoted.h"
+#include "../foundation/ZeroSeparated.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -119,11 +120,9 @@ Values valuesIn(const Text& file, const Text& section)
 {
     Values values;
     const Text names = getIniString(file, section, static_cast<const wchar_t*>(nullptr), L"");
-    for (std::size_t begin = 0, end; (end = names.find(L'\0', begin)) != names.npos && end > begin; begin = end + 1) {
-        const Text name(names.substr(begin, end - begin));
-        if (name != endMark)
+    for (const std::wstring_view entry : textsIn<wchar_t>(names))
+        if (const Text name(entry); name != endMark)
             values[name] = unescaped(getIniString(file, section, name, L""));
-    }
     return values;
 }
 } // namespace

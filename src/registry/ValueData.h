@@ -6,6 +6,7 @@
 #include "../foundation/Check.h"
 #include "../foundation/Memory.h"
 #include "../foundation/NumericCast.h"
+#include "../foundation/ZeroSeparated.h"
 #include "RegistryApi.h"
 
 #include <algorithm>
@@ -77,15 +78,8 @@ template <class Ch> BasicString<Ch> stringOf(const ValueData& data)
 template <class Ch> std::list<BasicString<Ch>> stringsOf(const ValueData& data)
 {
     const BasicString<Ch> text = textOf<Ch>(data);
-    std::list<BasicString<Ch>> strings;
-    for (std::size_t start = 0; start < text.size();) {
-        const std::size_t end = std::min(text.find(Ch(), start), text.size());
-        if (end == start)
-            break;
-        strings.emplace_back(text.data() + start, end - start);
-        start = end + 1;
-    }
-    return strings;
+    const auto strings = textsIn<Ch>(text);
+    return std::list<BasicString<Ch>>(strings.begin(), strings.end());
 }
 
 template <class Ch> BasicString<Ch> joined(const std::list<BasicString<Ch>>& strings)

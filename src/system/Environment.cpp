@@ -2,6 +2,7 @@
 
 #include "../foundation/Check.h"
 #include "../foundation/Quoted.h"
+#include "../foundation/ZeroSeparated.h"
 
 #include <memory>
 #include <string_view>
@@ -23,13 +24,10 @@ Environment Environment::current()
 {
     Environment environment;
     const std::unique_ptr<wchar_t, FreeBlock> block(ensure(GetEnvironmentStringsW(), "Can't read the environment"));
-    for (const wchar_t* entry = block.get(); *entry;) {
-        const std::wstring_view text = entry;
+    for (const std::wstring_view text : textsAt(block.get()))
         // The first character belongs to the name: the current folders of drives are called "=C:".
         if (const std::size_t end = text.find(L'=', 1); end != text.npos)
             environment.variables_[BasicString<wchar_t>(text.substr(0, end))] = text.substr(end + 1);
-        entry += text.size() + 1;
-    }
     return environment;
 }
 

@@ -2,13 +2,12 @@
 
 #include "../foundation/Check.h"
 #include "../foundation/Closing.h"
+#include "../foundation/ZeroSeparated.h"
 #include "Deadline.h"
 #include "ServiceApi.h"
 
-#include <tarn/BasicString.h>
-
+#include <algorithm>
 #include <utility>
-#include <vector>
 
 namespace tarn {
 namespace {
@@ -62,6 +61,27 @@ void ServiceManager::open(const wchar_t* machine, unsigned long access)
     setHandle(openManager(machine, access));
 }
 void ServiceManager::open(unsigned long access) { open(static_cast<const wchar_t*>(nullptr), access); }
+
+std::vector<ServiceEntry> ServiceManager::getServices(unsigned long types, unsigned long states) const
+{
+    constexpr DWORD mostBytes = 256 * 1024; // The platform takes no larger buffer, and goes on with the next call.
+    std::vector<ServiceEntry> services;
+    std::vector<BYTE> buffer;
+    DWORD resume = 0;
+    for (bool more = true; more;) {
+        DWORD needed = 0, count = 0;
+        more = !EnumServicesStatusExW(getHandle(), SC_ENUM_PROCESS_INFO, types, states, buffer.data(),
+                                      static_cast<DWORD>(buffer.size()), &needed, &count, &resume, nullptr);
+        if (more && (GetLastError() != ERROR_MORE_DATA || (count == 0 && buffer.size() == mostBytes)))
+            throwLastError("Can't list services");
+        const auto* const entries = reinterpret_cast<const ENUM_SERVICE_STATUS_PROCESSW*>(buffer.data());
+        for (DWORD i = 0; i < count; ++i)
+            services.push_back({entries[i].lpServiceName, entries[i].lpDisplayName, entries[i].ServiceStatusProcess});
+        if (more && count == 0)
+            buffer.resize(std::min(mostBytes, static_cast<DWORD>(buffer.size()) + needed));
+    }
+    return services;
+}
 
 void Service::create(const ServiceManager& manager, const char* name, const char* displayName, unsigned long access,
                      unsigned long serviceType, unsigned long startType, unsigned long errorControl,
@@ -135,6 +155,38 @@ bool Service::waitForState(unsigned long state, unsigned timeoutMs) const
         if (deadline.remainingMs() == 0)
             return false;
     return true;
+}
+
+namespace {
+/// What `call` puts into a buffer, which takes its place, its size, and where to say how large it has to be.
+template <class Call> std::vector<BYTE> configurationBy(Call call)
+{
+    std::vector<BYTE> buffer;
+    for (DWORD needed = 0; !call(buffer.data(), static_cast<DWORD>(buffer.size()), &needed); buffer.resize(needed))
+        if (GetLastError() != ERROR_INSUFFICIENT_BUFFER)
+            throwLastError("Can't query service configuration");
+    return buffer;
+}
+} // namespace
+
+ServiceConfiguration Service::getConfiguration() const
+{
+    const auto bytes = configurationBy([this](BYTE* buffer, DWORD size, DWORD* needed) {
+        return QueryServiceConfigW(getHandle(), reinterpret_cast<QUERY_SERVICE_CONFIGW*>(buffer), size, needed);
+    });
+    const auto described = configurationBy([this](BYTE* buffer, DWORD size, DWORD* needed) {
+        return QueryServiceConfig2W(getHandle(), SERVICE_CONFIG_DESCRIPTION, buffer, size, needed);
+    });
+    const auto& stored = *reinterpret_cast<const QUERY_SERVICE_CONFIGW*>(bytes.data());
+    const auto dependencies = textsAt<wchar_t>(stored.lpDependencies);
+    return {stored.dwServiceType,
+            stored.dwStartType,
+            stored.dwErrorControl,
+            stored.lpBinaryPathName,
+            stored.lpServiceStartName,
+            stored.lpDisplayName,
+            reinterpret_cast<const SERVICE_DESCRIPTIONW*>(described.data())->lpDescription,
+            {dependencies.begin(), dependencies.end()}};
 }
 
 void Service::setDescription(const wchar_t* text) const

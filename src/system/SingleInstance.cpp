@@ -4,6 +4,7 @@
 
 #include "../foundation/Check.h"
 #include "../foundation/Closing.h"
+#include "../foundation/ZeroSeparated.h"
 #include "AsyncFile.h"
 
 #include <algorithm>
@@ -29,14 +30,6 @@ BasicString<wchar_t> pipeNameFor(const wchar_t* name)
     DWORD session = 0;
     ProcessIdToSessionId(GetCurrentProcessId(), &session);
     return L"\\\\.\\pipe\\tarn-instance-" + BasicString<wchar_t>(std::to_wstring(session)) + L'-' + name;
-}
-
-Texts splitAtZeros(const BasicString<wchar_t>& all)
-{
-    Texts texts;
-    for (std::size_t begin = 0, end; (end = all.find(L'\0', begin)) != all.npos; begin = end + 1)
-        texts.emplace_back(all.substr(begin, end - begin));
-    return texts;
 }
 } // namespace
 
@@ -99,7 +92,8 @@ private:
             return std::nullopt;
         char end; // The other closes its end when it has read that; closing this one earlier might lose it.
         pipe_.read(&end, 1, deadline);
-        return splitAtZeros(all);
+        const auto texts = textsIn<wchar_t>(all, true);
+        return Texts(texts.begin(), texts.end());
     }
 
     const Mutex mutex_;

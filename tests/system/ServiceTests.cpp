@@ -4,10 +4,12 @@
 #include <tarn/Service.h>
 #include <tarn/WindowsModule.h>
 
+#include <algorithm>
 #include <string>
 
 #include "Expect.h"
 #include "ScratchFolder.h"
+#include "Wine.h"
 
 using namespace tarn;
 using support::expectWindowsError;
@@ -116,6 +118,39 @@ TEST_CASE("Service: failing calls name themselves", "[system][service]")
     } stale;
     expectWindowsError([&] { stale.close(); }, ERROR_INVALID_HANDLE, "Can't close service handle");
     CHECK_FALSE(stale.isOpen());
+}
+
+TEST_CASE("Service: all that are installed are listed, with what they do and how they are kept", "[system][service]")
+{
+    const Registered registered("TarnTest");
+    registered.service.setDescription(L"\x0416");
+    const ServiceManager manager(nullptr, SC_MANAGER_ENUMERATE_SERVICE);
+    const auto listed = [&](unsigned long states) {
+        const auto services = manager.getServices(SERVICE_WIN32, states);
+        const auto found = std::ranges::find(services, L"TarnTest", &ServiceEntry::name);
+        return found == services.end() ? 0 : found->status.dwCurrentState;
+    };
+    CHECK(manager.getServices().size() > 1);
+    CHECK((listed(SERVICE_STATE_ALL) == SERVICE_STOPPED && listed(SERVICE_ACTIVE) == 0));
+    registered.service.start();
+    REQUIRE(reaches("TarnTest", SERVICE_RUNNING));
+    CHECK((listed(SERVICE_STATE_ALL) == SERVICE_RUNNING && listed(SERVICE_INACTIVE) == 0));
+
+    const ServiceConfiguration kept = registered.service.getConfiguration();
+    CHECK((kept.serviceType == SERVICE_WIN32_OWN_PROCESS && kept.startType == SERVICE_DEMAND_START));
+    CHECK((kept.binaryPath.endsWith(L"system_service.exe") && kept.displayName == L"TarnTest"));
+    CHECK((kept.description == L"\x0416" && kept.dependencies.empty()));
+    Service dependent;
+    dependent.create(ServiceManager(nullptr, managerAccess), L"TarnTestMissing", nullptr, SERVICE_ALL_ACCESS,
+                     SERVICE_WIN32_OWN_PROCESS, SERVICE_DISABLED, SERVICE_ERROR_IGNORE, L"x", nullptr, nullptr,
+                     L"TarnTest\0+Group\0", nullptr, nullptr);
+    const auto dependencies = dependent.getConfiguration().dependencies;
+    dependent.remove();
+    CHECK((dependencies == std::vector<BasicString<wchar_t>>{L"TarnTest", L"+Group"} || support::isWine()));
+
+    dependent.open(ServiceManager(nullptr, SC_MANAGER_CONNECT), "TarnTest", SERVICE_QUERY_STATUS);
+    expectWindowsError([&] { dependent.getConfiguration(); }, ERROR_ACCESS_DENIED, "Can't query service configuration");
+    expectWindowsError([] { ServiceManager().getServices(); }, ERROR_INVALID_HANDLE, "Can't list services");
 }
 
 TEST_CASE("Driver: a service that exists is started and stopped, and stays registered", "[system][driver]")
