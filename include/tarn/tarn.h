@@ -77,6 +77,7 @@
 #include <tarn/Lock.h>
 #include <tarn/LogFile.h>
 #include <tarn/LowLevelIOStream.h>
+#include <tarn/MappedFile.h>
 #include <tarn/MemoryStream.h>
 #include <tarn/Menu.h>
 #include <tarn/MessageLoop.h>
