@@ -1,4 +1,4 @@
-// Files, processes and threads.
+// Files, processes, services and threads.
 
 #include "Tour.h"
 
@@ -8,8 +8,10 @@
 #include <tarn/FileSystem.h>
 #include <tarn/FolderWatch.h>
 #include <tarn/LogFile.h>
+#include <tarn/MappedFile.h>
 #include <tarn/RunProcess.h>
 #include <tarn/Semaphore.h>
+#include <tarn/Service.h>
 #include <tarn/SingleInstance.h>
 #include <tarn/TemporaryDirectory.h>
 #include <tarn/Thread.h>
@@ -37,6 +39,9 @@ void showFiles()
     const int square = file.readInt32();
     std::cout << "numbers.bin: " << file.getSize() << " bytes; the number at byte 164 is " << square << '\n';
     file.close();
+    const MappedFile mapped((path + L"\\numbers.bin").c_str());
+    std::cout << "  looked at as memory: " << std::to_integer<int>(mapped.getData()[164]) << " + 256 * "
+              << std::to_integer<int>(mapped.getData()[165]) << '\n';
 
     WindowsFile log((path + L"\\read me.txt").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_READONLY,
                     nullptr);
@@ -125,9 +130,19 @@ void showWaiting()
         std::cout << "A second start would have opened " << BasicString<char>(arguments->back()) << '\n';
 }
 
-const tour::Section section(50, "System: files, processes, threads", [] {
+void showServices()
+{
+    std::cout << "Services that run:";
+    for (const ServiceEntry& service :
+         ServiceManager(nullptr, SC_MANAGER_ENUMERATE_SERVICE).getServices(SERVICE_WIN32, SERVICE_ACTIVE))
+        std::cout << ' ' << BasicString<char>(service.name);
+    std::cout << '\n';
+}
+
+const tour::Section section(50, "System: files, processes, services, threads", [] {
     showFiles();
     showProcess();
+    showServices();
     showThread();
     showWaiting();
 });

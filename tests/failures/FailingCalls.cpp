@@ -175,6 +175,7 @@ constexpr const char* cannotFail[] = {
     "GetSysColorBrush",
     "GetSystemMetrics",
     "GetSystemTimeAsFileTime",
+    "GetSystemInfo",
     "GetTickCount64",
     "HeapFree",
     "InitializeCriticalSection",

@@ -7,6 +7,7 @@
 #include <tarn/IniString.h>
 #include <tarn/LocalMemory.h>
 #include <tarn/Lock.h>
+#include <tarn/MappedFile.h>
 #include <tarn/MemoryStream.h>
 #include <tarn/Pipe.h>
 #include <tarn/Process.h>
@@ -56,6 +57,15 @@ void askAboutFiles(const WorkPlace& place)
     expect(tarn::WindowsFile::getSize(path.c_str()) == 0, "the file is not empty");
     tarn::WindowsFile::getShortPath(path.c_str());
     expect(tarn::WindowsFile::getFullPath(path.c_str()) == path, "the full path differs");
+}
+
+void mapFile(const WorkPlace& place)
+{
+    const std::wstring name = place.file(L"mapped");
+    tarn::WindowsFile::createNew(name.c_str()).write("x", 1);
+    tarn::MappedFile file(name.c_str(), tarn::MappedFile::write);
+    file.getWritableData()[0] = std::byte('y');
+    file.flush();
 }
 
 void useTemporaries(const WorkPlace& place)
@@ -201,7 +211,11 @@ void captureProcess(const WorkPlace&)
 void askServices(const WorkPlace&)
 {
     tarn::ServiceManager manager(static_cast<const char*>(nullptr), SC_MANAGER_ALL_ACCESS);
+    const auto services = manager.getServices();
+    expect(!services.empty(), "no services");
     tarn::Service service;
+    service.open(manager, services.front().name, SERVICE_QUERY_CONFIG);
+    expect(service.getConfiguration().displayName == services.front().displayName, "another name");
     service.create(manager, "tarn-campaign", "Campaign", SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS,
                    SERVICE_DEMAND_START, SERVICE_ERROR_IGNORE, "C:\\no-such-program.exe", nullptr, nullptr, nullptr,
                    nullptr, nullptr);
@@ -228,6 +242,7 @@ std::vector<Scenario> systemScenarios()
 {
     return {{"save and load a file", saveAndLoad},
             {"ask about files", askAboutFiles},
+            {"mapped file", mapFile},
             {"temporary file and folder", useTemporaries},
             {"saved and copied tree", saveAndCopyTree},
             {"modules", useModules},

@@ -100,6 +100,39 @@ TEST_CASE("FileSystem: a tree is copied, moved and removed, whatever is read-onl
     CHECK(FileSystem::remove(third.c_str())); // No error.
 }
 
+TEST_CASE("FileSystem: on another drive a tree is copied, and removed only when all was copied", "[files][filesystem]")
+{
+    const support::ScratchFolder folder;
+    // Wine's drive Z: has more than one of the host's drives in it; elsewhere the variable says where to.
+    const wchar_t* const wish = _wgetenv(L"TARN_OTHER_DRIVE");
+    const std::wstring other =
+        std::wstring(wish ? wish : L"Z:\\dev\\shm") + L"\\tarn" + folder.path().filename().wstring();
+    const std::wstring from = folder.file(L"from"), file = folder.file(L"from\\a\\file");
+    FileSystem::createFolder(folder.file(L"from\\a").c_str());
+    folder.write("from\\a\\file", "content");
+    if (MoveFileExW(from.c_str(), other.c_str(), 0) || GetLastError() != ERROR_NOT_SAME_DEVICE) {
+        FileSystem::remove(other.c_str());
+        WARN("There is no other drive: name a folder on one in TARN_OTHER_DRIVE");
+        return;
+    }
+    FileSystem::setAttributes(file.c_str(), FILE_ATTRIBUTE_READONLY);
+    unsigned calls = 0;
+    const FileOptions twice{.onProgress = [&](const FileProgress&) { return ++calls < 4; }};
+    CHECK_FALSE(FileSystem::move(from.c_str(), other.c_str(), twice));
+    CHECK(entriesIn(from) == 2);
+    CHECK(FileSystem::remove(other.c_str()));
+    CHECK(FileSystem::move(from.c_str(), other.c_str()));
+    CHECK_FALSE(FileSystem::exists(from.c_str()));
+    CHECK(entriesIn(other) == 2);
+    CHECK(FileSystem::move((other + L"\\a\\file").c_str(), folder.file(L"back").c_str()));
+    CHECK(folder.read("back") == "content");
+    FileSystem::setAttributes(folder.file(L"back").c_str(), FILE_ATTRIBUTE_NORMAL);
+    folder.write("second", "new");
+    CHECK_THROWS_AS(FileSystem::move(folder.file(L"second").c_str(), (other + L"\\none\\x").c_str()), WindowsError);
+    CHECK(FileSystem::exists(folder.file(L"second").c_str()));
+    FileSystem::remove(other.c_str());
+}
+
 TEST_CASE("FileSystem: what cannot be removed is named, and all else is gone", "[files][filesystem]")
 {
     const support::ScratchFolder folder;
