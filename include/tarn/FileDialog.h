@@ -10,7 +10,8 @@
 #include <memory>
 
 namespace tarn {
-/// The system's dialogs for choosing a file to open or to save.
+/// The system's dialogs for choosing a file to open or to save. In new programs take OpenFileDialog and SaveFileDialog
+/// of ShellFileDialog.h, which give several files as a list and add the extension before they ask about replacing.
 ///
 /// With `OFN_ALLOWMULTISELECT | OFN_EXPLORER` the path has, when several files were chosen, the folder and
 /// the names with a zero behind each but the last. Throws BadAllocation when there is no memory.

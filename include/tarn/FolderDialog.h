@@ -10,7 +10,8 @@
 #include <shlobj.h>
 
 namespace tarn {
-/// The shell's dialog for choosing a folder. Derive from it to watch and check the choice.
+/// The shell's dialog for choosing a folder, a tree. Derive from it to watch and check the choice. In new programs take
+/// OpenFolderDialog of ShellFileDialog.h unless they need that.
 ///
 /// Uses COM on the thread that constructs it, as an apartment; destroy it on the same thread. COM failures
 /// throw as HRESULTHolder::throwOnError does. What the handlers throw cancels the dialog and comes out of

@@ -110,6 +110,7 @@
 #include <tarn/Settings.h>
 #include <tarn/SettingsStore.h>
 #include <tarn/ShellExtension.h>
+#include <tarn/ShellFileDialog.h>
 #include <tarn/SingleInstance.h>
 #include <tarn/Size.h>
 #include <tarn/SourceLocation.h>

@@ -1,20 +1,15 @@
 #include <tarn/KnownFolder.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/TaskMemory.h"
 #include "LongPath.h"
 
 #include <knownfolders.h>
 #include <shlobj.h>
 
-#include <memory>
-
 namespace tarn {
 namespace {
 constexpr const char* notFound = "Can't find known folder";
-
-struct FreeTaskMemory {
-    void operator()(wchar_t* path) const { CoTaskMemFree(path); }
-};
 
 BasicString<wchar_t> temporaryFolder()
 {
@@ -65,7 +60,7 @@ BasicString<wchar_t> getKnownFolder(const GUID& id)
 {
     wchar_t* path = nullptr;
     const HRESULT result = SHGetKnownFolderPath(id, 0, nullptr, &path);
-    const std::unique_ptr<wchar_t, FreeTaskMemory> owned(path);
+    const TaskText owned(path);
     if (FAILED(result)) // Of the platform's errors, and so with the code that lies in it.
         throwWindowsError(
             static_cast<unsigned long>(HRESULT_FACILITY(result) == FACILITY_WIN32 ? HRESULT_CODE(result) : result),
