@@ -35,7 +35,7 @@ void PlannerWindow::perform(unsigned short id)
     case ID_NEW:
         return makeNew();
     case ID_OPEN:
-        if (const std::wstring file = askForFile(false, L"Open", documentFilter, L"planner"); !file.empty())
+        if (const std::wstring file = askToOpen(FileKind::document, L"Open"); !file.empty())
             open(file);
         return;
     case ID_SAVE:
@@ -45,11 +45,11 @@ void PlannerWindow::perform(unsigned short id)
         saveAs();
         return;
     case ID_IMPORT:
-        if (const std::wstring file = askForFile(false, L"Import", calendarFilter, L"ics"); !file.empty())
+        if (const std::wstring file = askToOpen(FileKind::calendar, L"Import"); !file.empty())
             importFile(file);
         return;
     case ID_EXPORT:
-        if (const std::wstring file = askForFile(true, L"Export", calendarFilter, L"ics"); !file.empty())
+        if (const std::wstring file = askToSave(FileKind::calendar, L"Export"); !file.empty())
             exportFile(file);
         return;
     case ID_RECENT:

@@ -5,11 +5,9 @@
 #include "SafeFile.h"
 #include "Text.h"
 
-#include <tarn/FileDialog.h>
 #include <tarn/Menu.h>
+#include <tarn/ShellFileDialog.h>
 #include <tarn/WindowsFile.h>
-
-#include <commdlg.h>
 
 // Documents and calendars in files.
 
@@ -21,28 +19,29 @@ std::wstring appointments(std::size_t count)
 {
     return std::to_wstring(count) + (count == 1 ? L" appointment" : L" appointments");
 }
+
+// Empty when the user cancelled.
+template <class Dialog> std::wstring ask(Dialog& dialog, bool isDocument, const wchar_t* title)
+{
+    dialog.setTitle(title);
+    dialog.setFilters({isDocument ? tarn::ShellFileDialog::Filter{L"Planner documents (*.planner)", L"*.planner"}
+                                  : tarn::ShellFileDialog::Filter{L"iCalendar files (*.ics)", L"*.ics"},
+                       {L"All files", L"*.*"}});
+    dialog.setDefaultExtension(isDocument ? L"planner" : L"ics");
+    return dialog.showModal() ? dialog.getPathW() : std::wstring();
+}
 } // namespace
 
-const wchar_t* const PlannerWindow::documentFilter = L"Planner documents (*.planner)\0*.planner\0All files\0*.*\0";
-const wchar_t* const PlannerWindow::calendarFilter = L"iCalendar files (*.ics)\0*.ics\0All files\0*.*\0";
-
-std::wstring PlannerWindow::askForFile(bool save, const wchar_t* title, const wchar_t* filter, const wchar_t* extension)
+std::wstring PlannerWindow::askToOpen(FileKind kind, const wchar_t* title) const
 {
-    tarn::FileDialog dialog(this, save,
-                            OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_PATHMUSTEXIST |
-                                (save ? OFN_OVERWRITEPROMPT : OFN_FILEMUSTEXIST));
-    dialog.setTitle(title);
-    dialog.setFilter(filter);
-    if (!dialog.showModal())
-        return L"";
-    const std::wstring path = dialog.getPathW();
-    if (!save || !dialog.getExtensionW().empty())
-        return path;
-    // The dialog has not asked about the file with the extension.
-    const std::wstring extended = path + L"." + extension;
-    const bool exists = GetFileAttributesW(extended.c_str()) != INVALID_FILE_ATTRIBUTES;
-    const std::wstring question = L"\"" + nameOf(extended) + L"\" exists. Is it to be replaced?";
-    return !exists || Messages::confirm(*this, question) ? extended : std::wstring();
+    tarn::OpenFileDialog dialog(*this);
+    return ask(dialog, kind == FileKind::document, title);
+}
+
+std::wstring PlannerWindow::askToSave(FileKind kind, const wchar_t* title) const
+{
+    tarn::SaveFileDialog dialog(*this);
+    return ask(dialog, kind == FileKind::document, title);
 }
 
 void PlannerWindow::setFile(const std::wstring& file)
@@ -96,7 +95,7 @@ bool PlannerWindow::save()
 
 bool PlannerWindow::saveAs()
 {
-    const std::wstring file = askForFile(true, L"Save as", documentFilter, L"planner");
+    const std::wstring file = askToSave(FileKind::document, L"Save as");
     if (file.empty())
         return false;
     save(file);

@@ -61,13 +61,14 @@ private:
     void askForMonth();
     void setOptions();
 
-    static const wchar_t *const documentFilter, *const calendarFilter;
+    enum class FileKind { document, calendar };
     void makeNew();
     bool save(); ///< False when the user cancelled, as the next ones.
     bool saveAs();
     bool mayDiscard();
     void setFile(const std::wstring& file);
-    std::wstring askForFile(bool save, const wchar_t* title, const wchar_t* filter, const wchar_t* extension);
+    std::wstring askToOpen(FileKind kind, const wchar_t* title) const;
+    std::wstring askToSave(FileKind kind, const wchar_t* title) const;
 
     HINSTANCE program_;
     const Messages& messages_;
