@@ -11,7 +11,9 @@ namespace tarn {
 /// A file, or a part of it, as memory: it is read when it is looked at.
 ///
 ///     const MappedFile file(L"table.bin");
-///     const auto lines = std::ranges::count(file.getData(), std::byte('\n'));
+///     unsigned sum = 0;
+///     for (const std::byte byte : file.getData())
+///         sum += std::to_integer<unsigned>(byte);
 ///
 /// For data that are looked up here and there; what is read once from front to end a WindowsFile reads as fast. Owns
 /// the file and the view of it, and can be moved. When the file cannot be read any more (a network fails, say), looking
