@@ -55,6 +55,8 @@ private:
     friend class Archive;
     class Circles;
 
+    static void drop(std::vector<detail::SealedPart> parts) noexcept;
+
     unsigned int version_ = 0;
     std::vector<detail::SealedPart> parts_;
 };

@@ -442,7 +442,7 @@ void Archive::readRecord(ref_ptr<Serializable>& ptr)
     const unsigned int place = tables_->add(key, object);
     reading.reads(*made);
     readData(*made);
-    if (key == singleKey)
+    if (key == singleKey && !tables_->readsNewerData) // There nobody else knows where it stands.
         tables_->drop(place);
     reading.succeeds();
     ptr.swap(object);

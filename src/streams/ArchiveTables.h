@@ -4,6 +4,7 @@
 
 #include <tarn/NewerData.h>
 
+#include "../foundation/Closing.h"
 #include "ArchiveBody.h"
 #include "ClassName.h"
 #include "CountPool.h"
@@ -77,18 +78,23 @@ struct Archive::Tables {
     Tables(const Tables& other)
         : keys(other.keys), written(other.written), single(other.single), hasSingleZero(other.hasSingleZero),
           keepsUnknown(other.keepsUnknown), objects(other.objects), shared(other.shared), standard(other.standard),
-          inNewerData(other.inNewerData)
+          foreign(other.foreign)
     {
     }
     Tables& operator=(const Tables&) = delete;
     ~Tables()
     {
-        // Nobody has a pointer of their own class to what stands in newer data or behind standard pointers.
-        if (inNewerData.empty() && standard.empty())
+        if (foreign.empty() && standard.empty())
             return;
-        for (auto& object : objects)
-            if (inNewerData.contains(object.getIdentity()) || standard.contains(object.getIdentity()))
-                Archive::release(object);
+        // Nobody has a pointer of their own class to what stands in newer data or behind standard pointers, and nobody
+        // else opens the circles of unknown objects that a failed reading has left.
+        std::vector<detail::SealedPart> own;
+        closeQuietly([&] {
+            for (auto& object : objects)
+                if (foreign.contains(object.getIdentity()) || standard.contains(object.getIdentity()))
+                    own.emplace_back().object.swap(object);
+        });
+        NewerData::drop(std::move(own));
     }
 
     /// Room for one more shared object, to be made before the object is: later it could be lost for want of it.
@@ -104,8 +110,8 @@ struct Archive::Tables {
     {
         const auto place = static_cast<unsigned int>(objects.size());
         objects.push_back(object);
-        if (readsNewerData)
-            inNewerData.insert(object.getIdentity());
+        if (readsNewerData || (keepsUnknown && dynamic_cast<SealedObject*>(object.get())))
+            foreign.insert(object.getIdentity());
         if (key != 0)
             shared[key] = place;
         return place;
@@ -143,7 +149,7 @@ struct Archive::Tables {
     CountPool counts;                            // For the objects to come.
     KeyTable<unsigned int, unsigned int> shared; // Where the last one of each key lies.
     std::unordered_map<const unsigned int*, std::weak_ptr<Serializable>> standard; // What standard pointers share.
-    std::unordered_set<const unsigned int*> inNewerData;
+    std::unordered_set<const unsigned int*> foreign; // What stands in newer data or is of an unknown class.
     BodyWriter writer;
     BodyReader reader;
     FailedPath failed;

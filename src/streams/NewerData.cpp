@@ -3,6 +3,7 @@
 
 #include "../foundation/Closing.h"
 
+#include <algorithm>
 #include <unordered_map>
 #include <utility>
 
@@ -13,7 +14,7 @@ using Parts = std::vector<detail::SealedPart>;
 SealedObject* sealedIn(const detail::SealedPart& part) { return dynamic_cast<SealedObject*>(part.object.get()); }
 } // namespace
 
-/// Finds the unknown objects that are held by nothing but each other and by data that are about to be dropped. Nobody
+/// Finds the unknown objects that are held by nothing but each other and by what is about to be dropped. Nobody
 /// else could open their circles.
 class NewerData::Circles {
 public:
@@ -76,14 +77,21 @@ private:
 void NewerData::dropNewerData() noexcept
 {
     version_ = 0;
-    if (parts_.empty())
+    drop(std::exchange(parts_, {}));
+}
+
+void NewerData::drop(Parts parts) noexcept
+{
+    if (parts.empty())
         return;
-    std::vector<Parts> dropped;
-    closeQuietly([&] { dropped = Circles(parts_).open(); });
-    dropped.push_back(std::exchange(parts_, {}));
-    for (Parts& parts : dropped)
-        for (detail::SealedPart& part : parts)
+    const auto letGo = [](Parts& of) {
+        for (detail::SealedPart& part : of)
             Archive::release(part.object);
+    };
+    std::vector<Parts> inCircles;
+    closeQuietly([&] { inCircles = Circles(parts).open(); });
+    std::ranges::for_each(inCircles, letGo);
+    letGo(parts);
 }
 
 NewerData& NewerData::operator=(const NewerData& other)
