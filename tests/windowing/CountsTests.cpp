@@ -35,5 +35,5 @@ TEST_CASE("The counters of leaks notice what is left over", "[window][load]")
     CHECK(support::usedBytes() >= bytes + needed);
     for (auto& number : numbers)
         number.reset();
-    CHECK(support::usedBytes() < bytes + needed / 10);
+    CHECK(support::usedBytes() < bytes + needed / 2);
 }

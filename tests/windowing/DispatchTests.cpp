@@ -286,6 +286,7 @@ TEST_CASE("Window: a failure that a handler catches ends neither the user's menu
 {
     Actor window(WS_OVERLAPPEDWINDOW | WS_VISIBLE), other;
     other.act = failing;
+    bool fails = false;
     int messages = 0;
     const auto isInLoop = [] {
         GUITHREADINFO info{};
@@ -294,7 +295,7 @@ TEST_CASE("Window: a failure that a handler catches ends neither the user's menu
         return (info.flags & (GUI_INMENUMODE | GUI_INMOVESIZE)) != 0;
     };
     window.act = [&]() -> LRESULT {
-        if (++messages == 1)
+        if (++messages == 1 && fails)
             expectHandlersError([&] { other.sendMessageA(ask); });
         CHECK(isInLoop());
         if (messages < 4)
@@ -303,16 +304,26 @@ TEST_CASE("Window: a failure that a handler catches ends neither the user's menu
             PostMessageW(GetCapture() ? GetCapture() : HWND(window), WM_KEYDOWN, VK_ESCAPE, 0);
         return 0;
     };
-    window.postMessageW(ask);
-    SECTION("menu")
-    {
-        const HMENU menu = CreatePopupMenu();
-        insertMenu(menu, 0, MF_BYPOSITION, 1, "item");
-        CHECK(window.trackPopupMenu(menu, 0, 0, TPM_RETURNCMD) == 0);
-        DestroyMenu(menu);
-    }
-    SECTION("moving") { window.sendMessageA(WM_SYSCOMMAND, SC_MOVE, 0); }
-    CHECK(messages == 4);
+    // A loop may end by itself after the first message, as that of moving does in Wine 10.
+    const auto isAsLongWithFailure = [&](const auto& loop) {
+        const auto count = [&](bool withFailure) {
+            MSG msg;
+            while (PeekMessageW(&msg, window, ask, ask, PM_REMOVE)) {
+            }
+            messages = 0;
+            fails = withFailure;
+            window.postMessageW(ask);
+            loop();
+            return messages;
+        };
+        const int without = count(false);
+        return without >= 1 && count(true) == without;
+    };
+    const HMENU menu = CreatePopupMenu();
+    insertMenu(menu, 0, MF_BYPOSITION, 1, "item");
+    CHECK(isAsLongWithFailure([&] { CHECK(window.trackPopupMenu(menu, 0, 0, TPM_RETURNCMD) == 0); }));
+    DestroyMenu(menu);
+    CHECK(isAsLongWithFailure([&] { window.sendMessageA(WM_SYSCOMMAND, SC_MOVE, 0); }));
 }
 
 TEST_CASE("Window: waiting for a message ends when another thread's message fails", "[window][exceptions]")
