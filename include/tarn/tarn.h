@@ -8,6 +8,7 @@
 /// that a member gives here in quotation marks is the description that begins what(). Names in capitals in
 /// such a text stand for what the call was about.
 
+#include <tarn/Anchors.h>
 #include <tarn/Archive.h>
 #include <tarn/Array.h>
 #include <tarn/Atom.h>
@@ -42,6 +43,7 @@
 #include <tarn/Debug.h>
 #include <tarn/DeviceContext.h>
 #include <tarn/Dialog.h>
+#include <tarn/DialogValues.h>
 #include <tarn/Driver.h>
 #include <tarn/EditControl.h>
 #include <tarn/Environment.h>

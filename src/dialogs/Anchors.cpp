@@ -1,0 +1,107 @@
+#include <tarn/Anchors.h>
+
+#include "../foundation/Check.h"
+#include "../windowing/HandlerScope.h"
+
+#include <algorithm>
+
+namespace tarn {
+namespace {
+// Where the two sides of a control lie when the window has grown by `growth` between the edges `near` and `far`.
+void follow(LONG& nearSide, LONG& farSide, LONG growth, bool holdsNear, bool holdsFar, LONG room)
+{
+    const LONG centre = (nearSide + farSide) / 2;
+    const LONG share = room > 0 ? MulDiv(growth, centre, room) : 0;
+    nearSide += holdsNear ? 0 : holdsFar ? growth : share;
+    farSide += holdsFar ? growth : holdsNear ? 0 : share;
+    farSide = std::max(farSide, nearSide);
+}
+} // namespace
+
+Anchors::~Anchors() { end(); }
+
+void Anchors::add(int id, unsigned edges)
+{
+    std::erase_if(controls_, [id](const Control& control) { return control.id == id; });
+    controls_.push_back({id, edges, {}});
+}
+
+void Anchors::begin(HWND window)
+{
+    end();
+    measure(window);
+    minimum_ = Window(window).getWindowSize();
+    const auto id = reinterpret_cast<UINT_PTR>(this);
+    ensureGDI([&] { return SetWindowSubclass(window, onMessage, id, id); }, "Can't follow size of window");
+    window_ = window;
+}
+
+void Anchors::end()
+{
+    if (window_)
+        RemoveWindowSubclass(window_, onMessage, reinterpret_cast<UINT_PTR>(this));
+    window_ = nullptr;
+}
+
+void Anchors::restart() { measure(window_); }
+
+void Anchors::measure(HWND window)
+{
+    start_ = Window(window).getClientSize();
+    for (Control& control : controls_) {
+        const HWND hwnd = ensure(GetDlgItem(window, control.id), "Can't find anchored control");
+        control.rect = Window(hwnd).getWindowRectangle();
+        MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(static_cast<RECT*>(&control.rect)), 2);
+    }
+}
+
+void Anchors::place() const
+{
+    const Size size = Window(window_).getClientSize();
+    HDWP moves = BeginDeferWindowPos(static_cast<int>(controls_.size()));
+    for (const Control& control : controls_) {
+        Rect rect = control.rect;
+        follow(rect.left, rect.right, size.cx - start_.cx, control.edges & left, control.edges & right, start_.cx);
+        follow(rect.top, rect.bottom, size.cy - start_.cy, control.edges & top, control.edges & bottom, start_.cy);
+        const HWND hwnd = GetDlgItem(window_, control.id);
+        if (hwnd && moves)
+            moves = DeferWindowPos(moves, hwnd, nullptr, rect.left, rect.top, rect.getWidth(), rect.getHeight(),
+                                   SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS); // The window erases later.
+    }
+    if (moves)
+        EndDeferWindowPos(moves);
+}
+
+void Anchors::handled(UINT msg, WPARAM wParam, LPARAM lParam, const Size& former)
+{
+    if (msg == WM_SIZE && wParam != SIZE_MINIMIZED && !isRescaling_)
+        place();
+    if (msg == WM_GETMINMAXINFO) {
+        POINT& smallest = reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize;
+        smallest = {std::max(smallest.x, minimum_.cx), std::max(smallest.y, minimum_.cy)};
+    }
+    if (msg == WM_DPICHANGED) { // The window's own procedure has given it and its controls their new sizes.
+        isRescaling_ = false;
+        const Size size = Window(window_).getWindowSize();
+        minimum_ = {MulDiv(minimum_.cx, size.cx, former.cx), MulDiv(minimum_.cy, size.cy, former.cy)};
+        restart();
+    }
+}
+
+LRESULT CALLBACK Anchors::onMessage(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR self)
+{
+    auto* const anchors = reinterpret_cast<Anchors*>(self);
+    Size former;
+    if (msg == WM_NCDESTROY)
+        anchors->end();
+    if (msg == WM_DPICHANGED) {
+        former = Window(hwnd).getWindowSize();
+        anchors->isRescaling_ = true;
+    }
+    const LRESULT result = DefSubclassProc(hwnd, msg, wParam, lParam);
+    if (!GetWindowSubclass(hwnd, onMessage, id, &self)) // A handler may have ended it.
+        return result;
+    return guardedCallback(result, {"the anchors of a window", hwnd, msg},
+                           [&] { return anchors->handled(msg, wParam, lParam, former), result; });
+}
+} // namespace tarn

@@ -1,0 +1,6 @@
+#include <tarn/DialogValues.h>
+#include <tarn/Dialog.h>
+
+using namespace tarn;
+
+#include "DialogValues.example"
