@@ -82,6 +82,13 @@ void PropertyPage::enableWatermark(bool enable)
         data_.dwFlags |= PSP_USEHEADERSUBTITLE;
 }
 
+void PropertyPage::enableHelp(bool enable)
+{
+    data_.dwFlags &= ~static_cast<DWORD>(PSP_HASHELP);
+    if (enable)
+        data_.dwFlags |= PSP_HASHELP;
+}
+
 // They come from Esc and Enter in some controls. Ending the page alone would only hide it.
 void PropertyPage::onCommand(Window* sender, unsigned short code, unsigned short id)
 {
@@ -108,6 +115,12 @@ LRESULT PropertyPage::onNotify(const NMHDR& header)
         return onDeactivate();
     case static_cast<int>(PSN_QUERYCANCEL):
         return onCancel();
+    case static_cast<int>(PSN_APPLY):
+        return onApply() ? PSNRET_INVALID : PSNRET_NOERROR;
+    case static_cast<int>(PSN_RESET):
+        return onReset(), 0;
+    case static_cast<int>(PSN_HELP):
+        return onHelp(), 0;
     default:
         return Window::onNotify(header);
     }
@@ -119,6 +132,27 @@ bool PropertyPage::onFinish() { return false; }
 int PropertyPage::onActivate() { return 0; }
 bool PropertyPage::onDeactivate() { return false; }
 bool PropertyPage::onCancel() { return false; }
+bool PropertyPage::onApply() { return false; }
+void PropertyPage::onReset() {}
+void PropertyPage::onHelp() {}
+
+PropertySheet* PropertyPage::getSheet() const
+{
+    PropertySheet* const sheet = PropertySheet::findShowing(this);
+    return sheet && sheet->isOpen() ? sheet : nullptr;
+}
+
+void PropertyPage::setChanged(bool changed) const
+{
+    if (const PropertySheet* const sheet = getSheet())
+        sheet->sendMessageA(changed ? PSM_CHANGED : PSM_UNCHANGED, reinterpret_cast<WPARAM>(getWindowHandle()));
+}
+
+void PropertyPage::setWizardButtons(unsigned long flags) const
+{
+    if (const PropertySheet* const sheet = getSheet())
+        sheet->postMessageW(PSM_SETWIZBUTTONS, 0, static_cast<LPARAM>(flags));
+}
 
 INT_PTR CALLBACK PropertyPage::dlgProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
 {

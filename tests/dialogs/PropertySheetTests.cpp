@@ -26,7 +26,10 @@ public:
     int onActivate() override { return told("activate"), 0; }
     bool onDeactivate() override { return told("deactivate"), false; }
     bool onCancel() override { return told("cancel"), stay; }
-    bool stay = false;
+    bool onApply() override { return told("apply"), invalid; }
+    void onReset() override { told("reset"); }
+    void onHelp() override { told("help"); }
+    bool stay = false, invalid = false;
     std::string throwing;
 
 private:
@@ -99,6 +102,26 @@ TEST_CASE("PropertySheet: a wizard goes on only as far as its pages let it", "[s
     CHECK((t.wasTold("next11 next11") && t.log.find("back12") < t.log.find("finish12")));
 }
 
+TEST_CASE("PropertyPage: Apply, Help and Cancel come to it, and it reaches its sheet", "[sheet]")
+{
+    Sheet t;
+    t.first.enableHelp(true);
+    t.first.setChanged();
+    CHECK((!t.first.getSheet() && (t.first.getInitData().dwFlags & PSP_HASHELP) != 0));
+    const auto step = [&] {
+        PropertySheet* const sheet = t.first.getSheet();
+        REQUIRE(sheet == &t.sheet);
+        t.first.setChanged();
+        t.first.invalid = true;
+        sheet->pressButton(PSBTN_OK); // The page is not content after all.
+        CHECK((sheet->isOpen() && t.log == "activate11 deactivate11 apply11 "));
+        sheet->pressButton(PSBTN_HELP);
+        sheet->pressButton(PSBTN_CANCEL);
+    };
+    t.showAnd(step);
+    CHECK(t.log.substr(32) == "help11 cancel11 reset11 ");
+}
+
 TEST_CASE("PropertySheet: what a page throws cancels the sheet without asking and comes out", "[sheet]")
 {
     Sheet t;
@@ -115,9 +138,10 @@ TEST_CASE("PropertySheet: Apply waits until a page tells of a change; an open sh
     Page third(12, t.log), missing(99, t.log);
     const auto step = [&] {
         const HWND apply = GetDlgItem(t.sheet, ID_APPLY_NOW);
-        CHECK(!IsWindowEnabled(apply));
-        PropSheet_Changed(t.sheet.getWindowHandle(), t.first.getWindowHandle()); // The platform's macro.
-        CHECK(IsWindowEnabled(apply));
+        for (const bool changed : {false, true, false}) {
+            t.first.setChanged(changed);
+            CHECK((IsWindowEnabled(apply) != 0) == changed);
+        }
         t.sheet.addPage(&third);
         expectWindowsError([&] { t.sheet.addPage(&missing); }, "Can't create property page");
         t.sheet.activate(&third, 2);
