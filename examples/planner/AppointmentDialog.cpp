@@ -51,7 +51,21 @@ bool AppointmentDialog::onInitDialog(tarn::Window&)
         setText(ID_ZONE, (L"Times of the zone\n" + widened(event_.zone)).c_str());
     fillRepeats();
     enableTimes();
+    followSize();
     return true;
+}
+
+// The fields grow with the dialog, the note in both directions.
+void AppointmentDialog::followSize()
+{
+    using tarn::Anchors;
+    for (const int id : {ID_SUBJECT, ID_PLACE, ID_REPEAT})
+        anchors_.add(id, Anchors::left | Anchors::top | Anchors::right);
+    anchors_.add(ID_NOTE, Anchors::all);
+    anchors_.add(ID_HINT, Anchors::left | Anchors::right | Anchors::bottom);
+    for (const int id : {IDOK, IDCANCEL})
+        anchors_.add(id, Anchors::right | Anchors::bottom);
+    anchors_.begin(*this);
 }
 
 void AppointmentDialog::fillRepeats()

@@ -2,6 +2,7 @@
 
 #include "Event.h"
 
+#include <tarn/Anchors.h>
 #include <tarn/ComboBox.h>
 #include <tarn/Dialog.h>
 #include <tarn/EditControl.h>
@@ -23,6 +24,7 @@ public:
 private:
     void fillRepeats();
     void enableTimes() const;
+    void followSize();
     void accept();
     Event read();
     void readTimes(Event& event);
@@ -34,5 +36,6 @@ private:
     const Reckoning& reckoning_;
     int field_ = 0; // What is being read, to go there when it is wrong.
     tarn::ComboBox category_, repeat_;
+    tarn::Anchors anchors_;
 };
 } // namespace planner

@@ -4,6 +4,7 @@
 
 #include <tarn/ComboBox.h>
 #include <tarn/Dialog.h>
+#include <tarn/DialogValues.h>
 
 namespace planner {
 /// Asks for a month and a year.
@@ -18,9 +19,8 @@ public:
     void onCommand(tarn::Window* sender, unsigned short code, unsigned short id) override;
 
 private:
-    bool readYear(); // False when there is none that can be shown.
-
     int year_, month_;
+    tarn::DialogValues values_;
     tarn::ComboBox months_;
 };
 } // namespace planner

@@ -24,17 +24,15 @@ OptionsPage::OptionsPage(unsigned short resource, Settings& settings)
 void OptionsPage::onCommand(tarn::Window* sender, unsigned short code, unsigned short id)
 {
     if (code == CBN_SELCHANGE || code == CBN_EDITCHANGE)
-        SendMessageW(GetParent(*this), PSM_CHANGED, reinterpret_cast<WPARAM>(getWindowHandle()), 0);
+        setChanged();
     PropertyPage::onCommand(sender, code, id);
 }
 
-LRESULT OptionsPage::onNotify(const NMHDR& header)
+bool OptionsPage::onApply()
 {
-    if (header.code != PSN_APPLY)
-        return PropertyPage::onNotify(header);
     apply();
-    onApply();
-    return PSNRET_NOERROR;
+    applied();
+    return false;
 }
 
 WeeksPage::WeeksPage(Settings& settings) : OptionsPage(PAGE_WEEKS, settings) {}
@@ -104,10 +102,10 @@ void TimePage::apply()
 
 Day TimePage::readCutover() const { return parseCutover(trimmed(cutover_.getTextW())); }
 
-OptionsSheet::OptionsSheet(HWND owner, Settings& settings, const std::function<void()>& onApply)
+OptionsSheet::OptionsSheet(HWND owner, Settings& settings, const std::function<void()>& applied)
     : sheet_(owner, TEXT_OPTIONS, 0, program), weeks_(settings), time_(settings)
 {
-    weeks_.onApply = time_.onApply = onApply;
+    weeks_.applied = time_.applied = applied;
     sheet_.addPage(&weeks_);
     sheet_.addPage(&time_);
 }

@@ -15,9 +15,9 @@ public:
     OptionsPage(unsigned short resource, Settings& settings);
 
     void onCommand(tarn::Window* sender, unsigned short code, unsigned short id) override;
-    LRESULT onNotify(const NMHDR& header) override;
+    bool onApply() override;
 
-    std::function<void()> onApply; ///< The settings have changed.
+    std::function<void()> applied; ///< The settings have changed.
 
 protected:
     virtual void apply() = 0;
@@ -52,8 +52,8 @@ private:
 /// The program's options.
 class OptionsSheet {
 public:
-    /// `onApply` is called whenever the settings have changed.
-    OptionsSheet(HWND owner, Settings& settings, const std::function<void()>& onApply);
+    /// `applied` is called whenever the settings have changed.
+    OptionsSheet(HWND owner, Settings& settings, const std::function<void()>& applied);
     void showModal() { sheet_.showModal(); }
 
 private:

@@ -14,7 +14,6 @@ namespace planner {
 namespace {
 using Names = std::map<std::string, int>;
 
-constexpr int fileNameField = 0x47C; // Of the system's dialogs for files, as its header dlgs.h has it.
 const Names commandIds = {
     {"new", ID_NEW},       {"open", ID_OPEN},     {"save", ID_SAVE},     {"save-as", ID_SAVE_AS},
     {"import", ID_IMPORT}, {"export", ID_EXPORT}, {"recent", ID_RECENT}, {"exit", ID_EXIT},
@@ -25,7 +24,7 @@ const Names fields = {{"subject", ID_SUBJECT}, {"place", ID_PLACE},         {"ca
                       {"to-date", ID_TO_DATE}, {"to-time", ID_TO_TIME},     {"repeat", ID_REPEAT},
                       {"note", ID_NOTE},       {"zone", ID_ZONE},           {"month", ID_MONTH},
                       {"year", ID_YEAR},       {"first-day", ID_FIRST_DAY}, {"minimal-days", ID_MINIMAL_DAYS},
-                      {"cutover", ID_CUTOVER}, {"file-name", fileNameField}};
+                      {"cutover", ID_CUTOVER}};
 const Names buttons = {{"ok", IDOK}, {"cancel", IDCANCEL}, {"yes", IDYES}, {"no", IDNO}, {"apply", 0x3021}};
 const Names keys = {{"left", VK_LEFT},     {"right", VK_RIGHT},   {"up", VK_UP},         {"down", VK_DOWN},
                     {"pageup", VK_PRIOR},  {"pagedown", VK_NEXT}, {"home", VK_HOME},     {"end", VK_END},

@@ -18,7 +18,7 @@ OrderPage::OrderPage(unsigned short resource, unsigned short title, unsigned lon
 
 int OrderPage::onActivate()
 {
-    PostMessageW(GetParent(*this), PSM_SETWIZBUTTONS, 0, static_cast<LPARAM>(buttons_));
+    setWizardButtons(buttons_);
     return 0;
 }
 
