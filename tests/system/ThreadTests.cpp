@@ -198,6 +198,7 @@ TEST_CASE("Thread: failing calls name themselves", "[system][thread]")
     thread.close();
 }
 
+#ifndef _WIN64 // There nobody uses up all addresses before the system needs some itself.
 TEST_CASE("Thread: without memory for its stack start fails and can be tried again", "[system][thread]")
 {
     Worker thread([](Worker&) { return 3ul; });
@@ -219,6 +220,7 @@ TEST_CASE("Thread: without memory for its stack start fails and can be tried aga
     thread.start(false);
     CHECK(thread.join() == 3);
 }
+#endif
 
 TEST_CASE("Thread: 200 threads take turns while they are suspended and resumed, and leave no handle",
           "[system][thread][stress]")
