@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <exception>
+#include <functional>
 
 namespace tarn {
 /// How much a line of a log matters.
@@ -23,6 +24,9 @@ struct LogOptions {
     unsigned keep = 3;
     /// Lines go to the debugger, too.
     bool tellDebugger = false;
+    /// Gets each text that is not left out, too, for an EventLog or a window for instance: before it is written, on the
+    /// thread that writes. Several threads may call it at once. Of what it throws the debugger alone hears.
+    std::function<void(LogLevel level, const wchar_t* text)> onText = {};
 };
 
 /// A log: lines with time, thread, level and the place in the source that wrote them.

@@ -75,6 +75,8 @@ void LogFile::writeLine(LogLevel level, const BasicString<char>& text, const Sou
                                    std::to_string(place.line()) + ")\r\n";
     if (options_.tellDebugger)
         OutputDebugStringA(line.c_str());
+    if (options_.onText)
+        closeQuietly([&] { options_.onText(level, a2w(text, CP_UTF8)); });
     const AutoLock lock(lock_);
     if (size_ > 0 && size_ + line.size() > limit_)
         rotate();

@@ -158,3 +158,19 @@ TEST_CASE("LogFile: what ends the program is in the log", "[files][log]")
           std::vector<std::string>{"ERROR The program ends by an exception that nobody catches:",
                                    "ERROR nobody catches this"});
 }
+
+TEST_CASE("LogFile: a handler gets the texts, too, and may fail", "[files][log]")
+{
+    const support::ScratchFolder folder;
+    std::vector<std::wstring> texts;
+    const auto keep = [&](LogLevel level, const wchar_t* text) {
+        texts.push_back((level == LogLevel::error ? L"!" : L"") + std::wstring(text));
+        throw std::runtime_error("the handler fails");
+    };
+    LogFile log(folder.file(L"log").c_str(), {.onText = keep});
+    log.debug("left out");
+    log.info(L"\x0416");
+    log.error("two\nlines");
+    CHECK(texts == std::vector<std::wstring>{L"\x0416", L"!two\nlines"});
+    CHECK(log.getLostLines() == 0);
+}
