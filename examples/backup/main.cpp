@@ -15,7 +15,9 @@
 
 #include "Index.h"
 
+#include <tarn/ChangeList.h>
 #include <tarn/CommandLine.h>
+#include <tarn/EventLog.h>
 #include <tarn/Exception.h>
 #include <tarn/FileSystem.h>
 #include <tarn/LogFile.h>
@@ -38,7 +40,11 @@ constexpr unsigned hourMs = 60 * 60 * 1000;
 class Backup {
 public:
     Backup(const Path& from, const Path& to)
-        : from_(from), to_(to), log_((to + L"\\backup.log").c_str(), {.rotateAt = 1'000'000})
+        : from_(from), to_(to), log_((to + L"\\backup.log").c_str(),
+                                     {.rotateAt = 1'000'000, .onText = [this](LogLevel level, const wchar_t* text) {
+                                          if (level == LogLevel::error)
+                                              events_.report(EventLog::error, text);
+                                      }})
     {
         log_.logTermination();
         settings_.declareText(L"Command", L"");
@@ -96,6 +102,7 @@ private:
 
     const Path from_, to_;
     Settings settings_{std::make_unique<IniSettingsStore>((to_ + L"\\backup.ini").c_str(), L"After")};
+    const EventLog events_{serviceName};
     LogFile log_;
 };
 
@@ -120,10 +127,8 @@ private:
     Backup backup_;
 };
 
-void install(const Words& words)
+void createService(const CommandLine& line)
 {
-    const auto full = [&](std::size_t word) { return WindowsFile::getFullPath(words[word].c_str()); };
-    const CommandLine line = CommandLine(full(0)).add("--service").add(full(2)).add(full(3));
     Service service;
     service.create(ServiceManager(nullptr, SC_MANAGER_CREATE_SERVICE), serviceName, L"Example backup",
                    SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS, SERVICE_AUTO_START, SERVICE_ERROR_NORMAL, line,
@@ -131,11 +136,29 @@ void install(const Words& words)
     service.setDescription(L"Keeps a copy of a folder up to date.");
 }
 
-void remove()
+void removeService()
 {
     Service service;
     service.open(ServiceManager(nullptr, SC_MANAGER_CONNECT), serviceName, DELETE);
     service.remove();
+}
+
+void install(const Words& words)
+{
+    const auto full = [&](std::size_t word) { return WindowsFile::getFullPath(words[word].c_str()); };
+    const CommandLine line = CommandLine(full(0)).add("--service").add(full(2)).add(full(3));
+    ChangeList changes; // Not the one without the other.
+    changes.add(
+        L"Install the service", [&] { createService(line); }, &removeService);
+    changes.add(
+        L"Make the event log know it", [] { EventLog::registerSource(serviceName); }, [] {});
+    changes.apply();
+}
+
+void remove()
+{
+    removeService();
+    EventLog::unregisterSource(serviceName);
 }
 
 int start(const Words& words)

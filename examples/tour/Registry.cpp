@@ -1,6 +1,8 @@
 #include "Tour.h"
 
 #include <tarn/BasicString.h>
+#include <tarn/ChangeList.h>
+#include <tarn/Exception.h>
 #include <tarn/IniString.h>
 #include <tarn/RegistryKey.h>
 #include <tarn/RegistryWatch.h>
@@ -50,6 +52,20 @@ void showTrees(const RegistryKey& user)
               << '\n';
 }
 
+void showChanges(const RegistryKey& user)
+{
+    tarn::ChangeList changes;
+    changes.setValue(user, L"Tarn++ Tour\\Window", L"Title", tarn::RegistryValue<wchar_t>(L"Another title"));
+    changes.add(
+        L"Fail", [] { throw tarn::Exception("the last step fails"); }, [] {});
+    try {
+        changes.apply();
+    } catch (const tarn::Exception& e) {
+        std::cout << "all or nothing: " << e.what() << ", and so the title is still "
+                  << RegistryKey(user, "Tarn++ Tour\\Window", KEY_READ).getStringValue("Title") << '\n';
+    }
+}
+
 void showErrors(const RegistryKey& user)
 {
     try {
@@ -74,6 +90,7 @@ void show()
     const RegistryKey user(HKEY_CURRENT_USER, "Software", KEY_ALL_ACCESS);
     showValues(user);
     showTrees(user);
+    showChanges(user);
     showErrors(user);
     user.deleteKeyRecursive("Tarn++ Tour");
     std::cout << "gone again: " << !user.existsKey("Tarn++ Tour") << '\n';

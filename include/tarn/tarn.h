@@ -32,6 +32,7 @@
 #include <tarn/COMPropertyPage.h>
 #include <tarn/COMServer.h>
 #include <tarn/Calendar.h>
+#include <tarn/ChangeList.h>
 #include <tarn/CharTraits.h>
 #include <tarn/ClassSource.h>
 #include <tarn/Cloneable.h>
@@ -48,6 +49,7 @@
 #include <tarn/EditControl.h>
 #include <tarn/Environment.h>
 #include <tarn/Event.h>
+#include <tarn/EventLog.h>
 #include <tarn/Exception.h>
 #include <tarn/Export.h>
 #include <tarn/Factory.h>
@@ -99,6 +101,7 @@
 #include <tarn/ReadingFailure.h>
 #include <tarn/Rect.h>
 #include <tarn/RegistryKey.h>
+#include <tarn/RegistryTransaction.h>
 #include <tarn/RegistryValue.h>
 #include <tarn/RegistryWatch.h>
 #include <tarn/RunProcess.h>

@@ -6,13 +6,14 @@
 #include <tarn/WindowsModule.h>
 
 #include "../foundation/Check.h"
-#include "RegistryChanges.h"
+#include "../registry/RegistryChanges.h"
 
 #include <exception>
 
 namespace tarn {
 namespace {
 using Text = BasicString<wchar_t>;
+using Value = RegistryValue<wchar_t>;
 
 constexpr const wchar_t* inProcessServerKey = L"InprocServer32";
 constexpr const wchar_t* localServerKey = L"LocalServer32";
@@ -69,22 +70,22 @@ void write(RegistryChanges& changes, const RegistryKey& classes, const COMModule
     if (!c.name)
         throwWindowsError(ERROR_INVALID_PARAMETER, "Can't register COM class without a name");
     const RegistryKey key = changes.createKey(classes, classPath(c));
-    changes.setText(key, L"", c.name);
+    changes.setValue(key, L"", Value(c.name));
     const RegistryKey serverEntry = changes.createKey(key, serverKey);
-    changes.setText(serverEntry, L"", server);
+    changes.setValue(serverEntry, L"", Value(server));
     if (threading)
-        changes.setText(serverEntry, L"ThreadingModel", threading);
+        changes.setValue(serverEntry, L"ThreadingModel", Value(threading));
     else
         changes.deleteValue(serverEntry, L"ThreadingModel");
     if (!hasProgID(c))
         return;
     if (!standsFor(classes, c, true))
         throwWindowsError(ERROR_ALREADY_EXISTS, "Programmatic identifier of COM class belongs to another class");
-    changes.setText(changes.createKey(key, L"ProgID"), L"", c.progID);
+    changes.setValue(changes.createKey(key, L"ProgID"), L"", Value(c.progID));
     const RegistryKey program = changes.createKey(classes, c.progID);
     if (standsFor(classes, c, false) || !program.existsValue(L"")) // The text of a type of files stays.
-        changes.setText(program, L"", c.name);
-    changes.setText(changes.createKey(program, L"CLSID"), L"", toWString(c.clsid));
+        changes.setValue(program, L"", Value(c.name));
+    changes.setValue(changes.createKey(program, L"CLSID"), L"", Value(toWString(c.clsid)));
 }
 
 // Deletes the default text of a key, if it is this one, and the key if nothing else is left in it.

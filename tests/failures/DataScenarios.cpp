@@ -5,6 +5,7 @@
 #include <tarn/BStr.h>
 #include <tarn/BasicString.h>
 #include <tarn/COMIdentifiers.h>
+#include <tarn/ChangeList.h>
 #include <tarn/COMModule.h>
 #include <tarn/GUID.h>
 #include <tarn/IUnknownImpl.h>
@@ -189,6 +190,35 @@ void registerServer(const WorkPlace&)
     tarn::RegistryKey left;
     expect(!left.open(HKEY_CURRENT_USER, L"Software\\Classes\\Tarn.Campaign", KEY_READ), "left registered");
 }
+
+void changeAll(const WorkPlace& place)
+{
+    const std::wstring kept = place.file(L"kept"), gone = place.file(L"gone"), folder = place.file(L"new");
+    for (const std::wstring& name : {kept, gone})
+        CloseHandle(CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
+    RegSetKeyValueW(place.key(), L"former", L"text", REG_SZ, L"", 2);
+    tarn::ChangeList changes;
+    changes.createFolder(folder.c_str());
+    changes.writeFile(kept.c_str(), "new", 3);
+    changes.move(gone.c_str(), (folder + L"\\moved").c_str());
+    changes.setValue(place.key(), L"a\\b", L"", tarn::RegistryValue<wchar_t>(1ul));
+    changes.deleteKey(place.key(), L"former");
+    try {
+        changes.apply();
+    } catch (...) {
+        WIN32_FILE_ATTRIBUTE_DATA data{};
+        HKEY key = nullptr;
+        const bool isAsBefore =
+            GetFileAttributesExW(kept.c_str(), GetFileExInfoStandard, &data) && data.nFileSizeLow == 0 &&
+            GetFileAttributesW(gone.c_str()) != INVALID_FILE_ATTRIBUTES &&
+            GetFileAttributesW(folder.c_str()) == INVALID_FILE_ATTRIBUTES &&
+            RegGetValueW(place.key(), L"former", L"text", RRF_RT_ANY, nullptr, nullptr, nullptr) == ERROR_SUCCESS &&
+            RegOpenKeyExW(place.key(), L"a", 0, KEY_READ, &key) == ERROR_FILE_NOT_FOUND;
+        RegCloseKey(key);
+        expect(isAsBefore || !changes.getNotUndone().empty(), "not as it was, without a word");
+        throw;
+    }
+}
 } // namespace
 
 std::vector<Scenario> foundationScenarios()
@@ -199,7 +229,10 @@ std::vector<Scenario> foundationScenarios()
             {"texts", convertText}};
 }
 
-std::vector<Scenario> registryScenarios() { return {{"registry values", useRegistry}, {"registry trees", workOnTree}}; }
+std::vector<Scenario> registryScenarios()
+{
+    return {{"registry values", useRegistry}, {"registry trees", workOnTree}, {"all or nothing", changeAll}};
+}
 
 std::vector<Scenario> comScenarios()
 {

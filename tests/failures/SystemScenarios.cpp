@@ -3,6 +3,7 @@
 #include <tarn/AtomicFile.h>
 #include <tarn/BasicString.h>
 #include <tarn/Event.h>
+#include <tarn/EventLog.h>
 #include <tarn/FileSystem.h>
 #include <tarn/IniString.h>
 #include <tarn/LocalMemory.h>
@@ -224,6 +225,13 @@ void askServices(const WorkPlace&)
     manager.close();
 }
 
+void useEventLog(const WorkPlace&)
+{
+    const tarn::EventLog events(L"tarn-campaign");
+    events.report(tarn::EventLog::information, L"text");
+    tarn::EventLog::read(L"tarn-campaign", 1);
+}
+
 void useIniFile(const WorkPlace& place)
 {
     const std::string path = place.narrowFile("settings.ini");
@@ -255,6 +263,7 @@ std::vector<Scenario> systemScenarios()
             {"child process", runProcess},
             {"captured process", captureProcess},
             {"service", askServices},
+            {"event log", useEventLog},
             {"INI file", useIniFile},
             {"time zone", askZone}};
 }

@@ -1,0 +1,157 @@
+#include <catch2/catch.hpp>
+
+#include <tarn/ChangeList.h>
+#include <tarn/FileSystem.h>
+#include <tarn/RegistryKey.h>
+#include <tarn/WindowsFile.h>
+
+#include <map>
+#include <string>
+
+#include "Expect.h"
+#include "ScratchFolder.h"
+#include "ScratchKey.h"
+
+using namespace tarn;
+
+namespace {
+/// Something of each kind to change.
+struct Place {
+    Place()
+    {
+        folder.write("file", "old");
+        FileSystem::createFolder(path(L"tree\\inside").c_str());
+        folder.write("tree\\inside\\leaf", "leaf");
+        FileSystem::setAttributes(path(L"tree\\inside\\leaf").c_str(), FILE_ATTRIBUTE_READONLY);
+        key.storeText(L"a", L"text", L"old");
+        key.storeText(L"b\\below", L"text", L"below");
+    }
+
+    std::wstring path(const wchar_t* name) const { return folder.file(name); }
+
+    /// All there is, by name: contents and attributes of files, values of keys.
+    std::map<std::wstring, std::string> state() const
+    {
+        std::map<std::wstring, std::string> all;
+        for (const FolderEntry& entry : FolderWalk(folder.path().c_str(), {.recursive = true})) {
+            const bool isReadOnly = (entry.attributes & FILE_ATTRIBUTE_READONLY) != 0;
+            const std::string name = std::filesystem::relative(entry.path.c_str(), folder.path()).string();
+            all[entry.path] = (entry.isFolder() ? "" : folder.read(name)) + (isReadOnly ? "!" : "");
+        }
+        note(all, L"");
+        return all;
+    }
+    void note(std::map<std::wstring, std::string>& all, const std::wstring& name) const
+    {
+        const RegistryKey opened(key, name.c_str(), KEY_READ);
+        for (const auto& value : RegistryKey::ValueEnumeration<wchar_t>(opened))
+            all[name + L"|" + value.name] = BasicString<char>(opened.getStringValue(value.name));
+        for (const auto& subkey : RegistryKey::KeyEnumeration<wchar_t>(opened)) {
+            all[name + L"\\" + subkey.name] = "key";
+            note(all, name + (name.empty() ? L"" : L"\\") + subkey.name);
+        }
+    }
+
+    /// A step of each kind, the first `count` of them.
+    void addSteps(ChangeList& changes, std::size_t count) const
+    {
+        const RegistryValue<wchar_t> value(L"new");
+        const std::function<void()> steps[] = {[&] { changes.createFolder(path(L"new\\folder").c_str()); },
+                                               [&] { changes.writeFile(path(L"new\\folder\\file").c_str(), "new", 3); },
+                                               [&] { changes.writeFile(path(L"file").c_str(), "newer", 5); },
+                                               [&] { changes.copy(path(L"tree").c_str(), path(L"copy").c_str()); },
+                                               [&] { changes.move(path(L"file").c_str(), path(L"moved").c_str()); },
+                                               [&] { changes.remove(path(L"tree").c_str()); },
+                                               [&] { changes.createKey(key, L"new\\key"); },
+                                               [&] { changes.setValue(key, L"a", L"text", value); },
+                                               [&] { changes.setValue(key, L"c\\d", L"text", value); },
+                                               [&] { changes.deleteValue(key, L"a", L"text"); },
+                                               [&] { changes.deleteKey(key, L"b"); },
+                                               [&] { changes.deleteKey(key, L"none"); }};
+        for (std::size_t i = 0; i < std::min(count, std::size(steps)); ++i)
+            steps[i]();
+    }
+
+    support::ScratchFolder folder;
+    support::ScratchKey key;
+};
+} // namespace
+
+TEST_CASE("ChangeList: a failure at any step leaves all as it was, and without one all is done", "[registry][changes]")
+{
+    const Place place;
+    const auto before = place.state();
+    for (std::size_t count = 0; count <= 12; ++count) {
+        ChangeList changes;
+        bool undone = false;
+        changes.add(
+            L"Own step", [] {}, [&] { undone = true; });
+        place.addSteps(changes, count);
+        changes.add(
+            L"Failing step", [] { throw Exception("planted"); }, [] { FAIL("nothing was done"); });
+        CHECK(place.state() == before);
+        CAPTURE(count);
+        support::expectError<Exception>([&] { changes.apply(); }, "planted");
+        CHECK(place.state() == before);
+        CHECK((undone && changes.getNotUndone().empty()));
+    }
+
+    ChangeList changes;
+    place.addSteps(changes, 12);
+    CHECK(changes.getSteps()[2] == L"Write file \"" + place.path(L"file") + L"\", 5 bytes");
+    CHECK(changes.getSteps().size() == 12);
+    changes.apply();
+    const std::map<std::wstring, std::string> after{{place.path(L"copy"), ""},
+                                                    {place.path(L"copy\\inside"), ""},
+                                                    {place.path(L"copy\\inside\\leaf"), "leaf!"},
+                                                    {place.path(L"moved"), "newer"},
+                                                    {place.path(L"new"), ""},
+                                                    {place.path(L"new\\folder"), ""},
+                                                    {place.path(L"new\\folder\\file"), "new"},
+                                                    {L"\\a", "key"},
+                                                    {L"\\c", "key"},
+                                                    {L"c\\d|text", "new"},
+                                                    {L"c\\d", "key"},
+                                                    {L"\\new", "key"},
+                                                    {L"new\\key", "key"}};
+    CHECK(place.state() == after);
+}
+
+TEST_CASE("ChangeList: a step that fails by itself harms nothing that was there", "[registry][changes]")
+{
+    const Place place;
+    const auto before = place.state();
+    const auto path = [&](const wchar_t* name) { return place.path(name); };
+    const std::function<void(ChangeList&)> failing[] = {
+        [&](ChangeList& changes) { changes.writeFile(path(L"tree").c_str(), "", 0); },
+        [&](ChangeList& changes) { changes.createFolder(path(L"file\\folder").c_str()); },
+        [&](ChangeList& changes) { changes.copy(path(L"file").c_str(), path(L"tree\\inside\\leaf").c_str()); },
+        [&](ChangeList& changes) { changes.move(path(L"file").c_str(), path(L"tree").c_str()); },
+        [&](ChangeList& changes) { changes.move(path(L"none").c_str(), path(L"file").c_str()); },
+        [&](ChangeList& changes) { changes.createKey(nullptr, L"a"); }};
+    for (const auto& add : failing) {
+        ChangeList changes;
+        add(changes);
+        CAPTURE(changes.getSteps()[0]);
+        CHECK_THROWS_AS(changes.apply(), WindowsError);
+        CHECK(place.state() == before);
+        CHECK(changes.getNotUndone().empty());
+    }
+}
+
+TEST_CASE("ChangeList: what cannot be undone is told", "[registry][changes]")
+{
+    const Place place;
+    ChangeList changes;
+    changes.createFolder(place.path(L"new").c_str());
+    changes.add(
+        L"", [&] { place.folder.write("new\\foreign", "x"); }, [] {});
+    changes.remove(place.path(L"file").c_str());
+    changes.add(
+        L"", [] { throw Exception("planted"); }, [] {});
+    CHECK_THROWS_WITH(changes.apply(), "planted");
+    CHECK(place.folder.read("file") == "old");
+    REQUIRE(changes.getNotUndone().size() == 1);
+    CHECK(changes.getNotUndone()[0].startsWith(L"Can't remove \"" + place.path(L"new") + L"\": "));
+    FileSystem::remove(place.path(L"new").c_str());
+}
