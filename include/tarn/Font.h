@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tarn/DPI.h>
 #include <tarn/Export.h>
 #include <tarn/GDIHandle.h>
 #include <tarn/Windows.h>
@@ -32,5 +33,9 @@ public:
                 bool strikeOut, unsigned long charSet, unsigned long outPrecision, unsigned long clipPrecision,
                 unsigned long quality, unsigned long pitchAndFamily, const wchar_t* face);
     ///@}
+
+    /// The same font for another screen: an owned one, as much larger as that has more dots. Throws "Can't create
+    /// font".
+    Font rescaled(const DPI& from, const DPI& to) const;
 };
 } // namespace tarn

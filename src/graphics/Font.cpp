@@ -51,4 +51,14 @@ void Font::create(int height, int width, int escapement, int orientation, int we
                       outPrecision, clipPrecision, quality, pitchAndFamily),
               true);
 }
+
+Font Font::rescaled(const DPI& from, const DPI& to) const
+{
+    constexpr const char* failed = "Can't create font";
+    LOGFONTW font;
+    ensureGDI([&] { return GetObjectW(getHandle(), sizeof font, &font); }, failed);
+    for (LONG* const length : {&font.lfHeight, &font.lfWidth})
+        *length = MulDiv(*length, static_cast<int>(to.getDots()), static_cast<int>(from.getDots()));
+    return {ensureGDI([&] { return CreateFontIndirectW(&font); }, failed), true};
+}
 } // namespace tarn
