@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tarn/Export.h>
+#include <tarn/Font.h>
 #include <tarn/Window.h>
 #include <tarn/Windows.h>
 
@@ -40,6 +41,8 @@ public:
     void onPaint() override;
     /// The big icon, else the small one, else the default's.
     HICON onQueryDragIcon() override;
+    /// Gives font, controls and dialog the size for the new screen.
+    void onDPIChanged(const DPI& dpi, const Rect& suggested) override;
     /// All controls are there, nothing is visible yet. True lets the dialog manager set the focus, to
     /// `focus` (which is not open when no control can have it); false when the handler set it itself.
     virtual bool onInitDialog(Window& focus);
@@ -82,5 +85,7 @@ private:
     unsigned short resource_ = 0;
     HINSTANCE instance_ = nullptr;
     HWND parent_ = nullptr;
+    DPI dpi_;   // What the controls have the size for.
+    Font font_; // What they have since the dots have changed; the template's belongs to the system.
 };
 } // namespace tarn

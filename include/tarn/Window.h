@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tarn/BasicString.h>
+#include <tarn/DPI.h>
 #include <tarn/Export.h>
 #include <tarn/OwnerDrawable.h>
 #include <tarn/Point.h>
@@ -8,6 +9,7 @@
 #include <tarn/Size.h>
 #include <tarn/WindowMessageNames.h>
 #include <tarn/WindowPointer.h>
+#include <tarn/WindowTask.h>
 #include <tarn/Windows.h>
 
 #include <commctrl.h>
@@ -16,10 +18,15 @@
 #include <boost/noncopyable.hpp>
 
 #include <concepts>
+#include <functional>
 #include <list>
 #include <map>
+#include <memory>
+#include <optional>
+#include <type_traits>
 
 namespace tarn {
+class DeviceContext;
 class Menu;
 class WindowClass;
 
@@ -38,12 +45,13 @@ class WindowClass;
 /// An object that dies first: call unsubclass() before a subclassing object dies, otherwise the window goes
 /// on with the system's plain default processing; an attached window goes on as it was.
 ///
-/// Keep all windows that have objects on one thread, which alone uses the objects: nothing locks the map of them.
-/// Failures throw WindowsError. An exception that leaves a handler is thrown on by the library call that made the
-/// system send the message (dispatchMessage, sendMessageA, create, update and so on). If it was sent by a call of the
-/// system's own functions the exception goes on to the library call outside of that one, and it ends the program when
-/// there is none, with a message to the standard error and the debugger: loops that call `DispatchMessage` themselves
-/// have to catch what their handlers throw. Code that calls windowProc() directly gets it as it came.
+/// Every thread may have windows. A window and its object belong to the thread that made the window, which alone uses
+/// the object; post() and call() are for the others. Failures throw WindowsError. An exception that leaves a handler is
+/// thrown on by the library call that made the system send the message (dispatchMessage, sendMessageA, create, update
+/// and so on). If it was sent by a call of the system's own functions the exception goes on to the library call outside
+/// of that one, and it ends the program when there is none, with a message to the standard error and the debugger:
+/// loops that call `DispatchMessage` themselves have to catch what their handlers throw. Code that calls windowProc()
+/// directly gets it as it came.
 ///
 /// An object stays where it is, because the system and the map know its address: it is neither copied nor moved. Keep
 /// it as a member, or behind a `std::unique_ptr`.
@@ -76,21 +84,22 @@ public:
     Window(HWND hwnd = nullptr) : hwnd_(hwnd) {}
 
     /// Destroys the window that the object is bound to and makes a new one; `rect` gives its position and
-    /// size as a whole (`{CW_USEDEFAULT, CW_USEDEFAULT, 0, 0}` leaves them to the system). Throws "Can't
-    /// destroy window", "Can't create window" and what a handler of the creation messages throws.
+    /// size as a whole (`{CW_USEDEFAULT, CW_USEDEFAULT, 0, 0}` leaves them to the system), `extendedStyle` is made of
+    /// `WS_EX_...`. Throws "Can't destroy window", "Can't create window" and what a handler of the creation messages
+    /// throws.
     ///
     /// A window of a class that was not made with WindowClass ("BUTTON") sends its object messages only when
     /// made by the narrow form, which subclasses it (throws "Can't retrieve window procedure") and leaves
     /// its end to its parent; with the wide form call subclass() afterwards.
     ///@{
     void create(const char* className, const char* title, unsigned long style, const RECT& rect, HWND parent,
-                HMENU menu, HINSTANCE instance);
+                HMENU menu, HINSTANCE instance, unsigned long extendedStyle = 0);
     void create(const wchar_t* className, const wchar_t* title, unsigned long style, const RECT& rect, HWND parent,
-                HMENU menu, HINSTANCE instance);
+                HMENU menu, HINSTANCE instance, unsigned long extendedStyle = 0);
     void create(const WindowClass& windowClass, const char* title, unsigned long style, const RECT& rect, HWND parent,
-                HMENU menu, HINSTANCE instance);
+                HMENU menu, HINSTANCE instance, unsigned long extendedStyle = 0);
     void create(const WindowClass& windowClass, const wchar_t* title, unsigned long style, const RECT& rect,
-                HWND parent, HMENU menu, HINSTANCE instance);
+                HWND parent, HMENU menu, HINSTANCE instance, unsigned long extendedStyle = 0);
     ///@}
     /// Throws "Can't get dialog item ID for attaching".
     void attach(HWND parent, unsigned short id);
@@ -155,6 +164,42 @@ public:
     bool postMessageA(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
     bool postMessageT(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
     bool postMessageW(UINT msg, WPARAM wParam = 0, LPARAM lParam = 0) const;
+    ///@}
+
+    // ---- From other threads
+
+    /// Has the thread of a window call `f()`, later and in the order of the posts; a modal loop of that thread does so,
+    /// too. Any thread may post, with the handle also when the object may have died. If the window ends before, `f` is
+    /// destroyed without a call, on the thread that ends it; destroying it must throw nothing. What it throws comes out
+    /// of the loop, as from a handler. For windows that send their messages to an object: created with a WindowClass,
+    /// subclassed, or dialogs. Throws "Can't post to the window's thread".
+    ///@{
+    template <std::invocable F> static void post(HWND hwnd, F f)
+    {
+        postTask(hwnd, std::make_unique<FunctionTask<F>>(std::move(f)));
+    }
+    template <std::invocable F> void post(F f) const { post(hwnd_, std::move(f)); }
+    ///@}
+    /// Waits until the thread of a window has called `f()`, after what was posted before, and gives its result or
+    /// throws what it threw; on that thread itself it is a plain call. Meanwhile the calling thread answers messages
+    /// that others send to its windows. Do not let the other thread wait for this one: it has to handle its messages.
+    /// Throws "Can't call on the window's thread", also when the window ends before.
+    ///@{
+    template <std::invocable F> static auto call(HWND hwnd, F f)
+    {
+        using Result = std::decay_t<std::invoke_result_t<F&>>;
+        if constexpr (std::is_void_v<Result>) {
+            FunctionTask<F> task(std::move(f));
+            callTask(hwnd, task);
+        } else {
+            std::optional<Result> result;
+            const auto keep = [&] { result.emplace(f()); };
+            FunctionTask<decltype(keep)> task(keep);
+            callTask(hwnd, task);
+            return std::move(*result);
+        }
+    }
+    template <std::invocable F> auto call(F f) const { return call(hwnd_, std::move(f)); }
     ///@}
 
     /// The window procedure of all windows made with WindowClass.
@@ -253,6 +298,43 @@ public:
     /// destroy() to hear of them.
     /// It throws nothing itself, but derived classes may have members whose end does.
     virtual ~Window() noexcept(false);
+    /// `WM_CLOSE`: the user wants the window closed, which the default does: destroy() it, or leave it open.
+    virtual void onClose();
+    /// `WM_CHAR`, which `TranslateMessage` makes of keys: a unit of UTF-16, of which some characters need two.
+    virtual void onChar(wchar_t character, unsigned short repeat);
+    /// `WM_SETFOCUS`, `WM_KILLFOCUS`: the keys come to this window from now on, or to `other`; null when the other
+    /// belongs to another program or thread.
+    ///@{
+    virtual void onFocusGained(Window* other);
+    virtual void onFocusLost(Window* other);
+    ///@}
+    /// `WM_CONTEXTMENU`: a menu is wanted for `sender`, this window or a child, at a position on the screen, or
+    /// (-1, -1) when a key asked for it.
+    virtual void onContextMenu(Window* sender, const Point& position);
+    /// `WM_SETCURSOR`: the mouse moves in `sender`, this window or a child; `hitTest` is an `HT...`, `mouseMessage`
+    /// what it is about. True when this has set the cursor, false lets the next window do so.
+    virtual bool onSetCursor(Window* sender, unsigned short hitTest, unsigned short mouseMessage);
+    /// `WM_ERASEBKGND`: true when nothing is to be erased any more.
+    virtual bool onEraseBackground(const DeviceContext& context);
+    /// `WM_MOUSEHWHEEL`: as onMouseWheel(), but that `delta` is positive to the right.
+    virtual void onMouseHWheel(unsigned short keys, short delta, const Point& position);
+    /// `WM_MOUSELEAVE`, once after each trackMouseLeave().
+    virtual void onMouseLeave();
+    /// `WM_ACTIVATE`: `state` is `WA_INACTIVE`, `WA_ACTIVE` or `WA_CLICKACTIVE`; `other` as for the focus.
+    virtual void onActivate(unsigned short state, bool isMinimised, Window* other);
+    /// `WM_SHOWWINDOW`: about to be shown or hidden; `status` is 0 when a call says so, else an `SW_...`.
+    virtual void onShow(bool visible, UINT status);
+    /// `WM_ENABLE`.
+    virtual void onEnable(bool enabled);
+    /// `WM_SETTINGCHANGE`: the user or a program has changed what `what`, an `SPI_...`, or `section` stands for. Either
+    /// may be missing, 0 or null.
+    virtual void onSettingsChanged(UINT what, const wchar_t* section);
+    /// `WM_DPICHANGED`: the window has come to a screen with other dots, and should take the place `suggested`. By
+    /// default it does; dialogs also adapt their font and controls.
+    virtual void onDPIChanged(const DPI& dpi, const Rect& suggested);
+    /// `WM_NOTIFY`, for notifications that are answered in their structure (`LVN_GETDISPINFO`) or by the result; by
+    /// default the result of onNotify(), which tells of all others.
+    virtual LRESULT onNotifyToAnswer(NMHDR& header);
 
     // ---- Visibility, position and size
 
@@ -324,6 +406,14 @@ public:
     unsigned long setExtendedStyle(unsigned long style) const;
     unsigned long setExtendedStyle(unsigned long remove, unsigned long add) const;
     ///@}
+
+    // ---- Resolution
+
+    /// Of the screen that the window is on, or what the system makes a program believe that has no manifest for it.
+    DPI getDPI() const;
+    /// Moves and sizes the controls by what two screens differ in, and gives those with the font `former` (null:
+    /// none has to change) the font `next`, which has to live as long as they use it.
+    void rescaleControls(const DPI& from, const DPI& to, HFONT former, HFONT next) const;
 
     // ---- Painting
 
@@ -441,8 +531,13 @@ public:
 
     /// Throws "Can't create timer with id ID and interval INTERVAL".
     void startTimer(UINT_PTR id, unsigned int intervalMs) const;
+    /// The same, with a function that is called instead of onTimer(), until stopTimer() or the end of the window. Only
+    /// for windows that send their messages to this object.
+    void startTimer(UINT_PTR id, unsigned int intervalMs, std::function<void()> f);
     /// Throws "Can't stop timer with id ID".
     void stopTimer(UINT_PTR id) const;
+    /// Has onMouseLeave() called when the mouse leaves the client area. Throws "Can't track the mouse".
+    void trackMouseLeave() const;
 
     /// The icon before. Neither call makes or takes ownership.
     HICON setIcon(HICON icon, bool big) const;
@@ -504,12 +599,19 @@ private:
     class ActiveMessage;
 
     static bool getMessage(MSG& msg, HWND hwnd, UINT min, UINT max);
+    static void postTask(HWND hwnd, std::unique_ptr<WindowTask> task);
+    static void callTask(HWND hwnd, WindowTask& task);
+    static WPARAM addTask(HWND hwnd, std::unique_ptr<WindowTask> task, const char* failed);
     static Window* find(HWND hwnd);
+    static Window* enter(HWND hwnd, Window* window);
+    static void leave(HWND hwnd);
+    static bool runTask(HWND hwnd, UINT msg, WPARAM number);
+    bool runTimerFunction(UINT_PTR id);
     static Window* bindCreated(HWND hwnd, LPARAM lParam);
     static LRESULT route(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam);
     template <class Ch>
     void createWindow(const Ch* className, const Ch* title, unsigned long style, const RECT& rect, HWND parent,
-                      HMENU menu, HINSTANCE instance);
+                      HMENU menu, HINSTANCE instance, unsigned long extendedStyle);
     void attachWindow(HWND hwnd, bool owns);
     void bind(HWND hwnd);
     void unbind();
@@ -526,8 +628,11 @@ private:
 
     HWND hwnd_ = nullptr;
     bool owns_ = false;
+    bool listens_ = false; // Whether the messages of the window come to this object.
     WNDPROC previousProc_ = nullptr;
     MessageStack messages_;
+    // Shared with the call of one that stops itself.
+    mutable std::map<UINT_PTR, std::shared_ptr<std::function<void()>>> timers_;
     Watch* watch_ = nullptr; // The innermost of the calls in progress that must notice the object's death.
 };
 

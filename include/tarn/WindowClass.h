@@ -13,10 +13,10 @@ namespace tarn {
 /// A window class of the system whose windows are handled by Window objects: give it to Window::create.
 ///
 /// Objects with equal attributes share one registration, which is counted and ends with the last of them.
-/// The name is made from the attributes. Keep the object as long as its windows live; as a
-/// member of a window object it goes first, so there call destroy() in the destructor. May be used from any
-/// thread. Failures throw WindowsError, also out of the destructor, unless another exception is on its way. A
-/// class that the destructor could not unregister ends with its last window.
+/// The name is made from the attributes, unless the program gives one. Keep the object as long as its windows live; as
+/// a member of a window object it goes first, so there call destroy() in the destructor. May be used from any thread.
+/// Failures throw WindowsError, also out of the destructor, unless another exception is on its way. A class that the
+/// destructor could not unregister ends with its last window.
 class TARN_API WindowClass {
 public:
     WindowClass() = default;
@@ -24,6 +24,13 @@ public:
     ///@{
     WindowClass(unsigned int style, int menu, HICON icon, HBRUSH brush, HCURSOR cursor, HINSTANCE instance);
     WindowClass(unsigned int style, int menu, HICON icon, unsigned int colourIndex, HCURSOR cursor, HINSTANCE instance);
+    ///@}
+    /// The same with a name for others to find the windows by (`FindWindow`).
+    ///@{
+    WindowClass(const wchar_t* name, unsigned int style, int menu, HICON icon, HBRUSH brush, HCURSOR cursor,
+                HINSTANCE instance);
+    WindowClass(const wchar_t* name, unsigned int style, int menu, HICON icon, unsigned int colourIndex, HCURSOR cursor,
+                HINSTANCE instance);
     ///@}
     WindowClass(const WindowClass&) = delete;
     /// Takes the reference over, and leaves the other object without one.
@@ -42,6 +49,14 @@ public:
     void create(unsigned int style, int menu, HICON icon, HBRUSH brush, HCURSOR cursor, HINSTANCE instance);
     /// The same with the background in a colour of the system, `COLOR_WINDOW` for instance.
     void create(unsigned int style, int menu, HICON icon, unsigned int colourIndex, HCURSOR cursor, HINSTANCE instance);
+    /// The same with a name of the program's choice, which one class has at a time: with other attributes, or when
+    /// somebody else has registered it, this throws "Can't create window class".
+    ///@{
+    void create(const wchar_t* name, unsigned int style, int menu, HICON icon, HBRUSH brush, HCURSOR cursor,
+                HINSTANCE instance);
+    void create(const wchar_t* name, unsigned int style, int menu, HICON icon, unsigned int colourIndex, HCURSOR cursor,
+                HINSTANCE instance);
+    ///@}
     /// Throws "Can't unregister window class" while windows of the class exist, and then still refers to it.
     void close();
 

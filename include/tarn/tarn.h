@@ -40,6 +40,7 @@
 #include <tarn/CommandLine.h>
 #include <tarn/ConstString.h>
 #include <tarn/Cursor.h>
+#include <tarn/DPI.h>
 #include <tarn/DeHam48.h>
 #include <tarn/Debug.h>
 #include <tarn/DeviceContext.h>
@@ -141,6 +142,7 @@
 #include <tarn/WindowClass.h>
 #include <tarn/WindowMessageNames.h>
 #include <tarn/WindowPointer.h>
+#include <tarn/WindowTask.h>
 #include <tarn/Windows.h>
 #include <tarn/WindowsFile.h>
 #include <tarn/WindowsHandle.h>

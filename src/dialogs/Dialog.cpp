@@ -41,6 +41,16 @@ HICON Dialog::onQueryDragIcon()
     return Window::onQueryDragIcon();
 }
 
+void Dialog::onDPIChanged(const DPI& dpi, const Rect& suggested)
+{
+    const HFONT former = font_ ? font_.getHandle() : reinterpret_cast<HFONT>(sendMessageA(WM_GETFONT));
+    Font next = former ? Font(former, false).rescaled(dpi_, dpi) : Font();
+    rescaleControls(dpi_, dpi, former, next);
+    font_ = std::move(next);
+    dpi_ = dpi;
+    Window::onDPIChanged(dpi, suggested);
+}
+
 bool Dialog::onInitDialog(Window&) { return true; }
 
 void Dialog::create(HWND parent, unsigned short resource, HINSTANCE instance)
@@ -89,6 +99,9 @@ void Dialog::end(int result) const
 INT_PTR Dialog::initialize(HWND hwnd, HWND focus)
 {
     attach(hwnd, false);
+    listens_ = true;
+    dpi_ = getDPI();
+    font_.close();
     const Pointer<Window> focused = getWindowFromHandle(focus, true);
     Window none;
     return onInitDialog(focused ? *focused : none);

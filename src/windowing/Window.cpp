@@ -14,8 +14,6 @@
 // while it is bound, and never under another handle than its own.
 
 namespace tarn {
-std::map<HWND, Window*> Window::WindowMap;
-
 namespace {
 HWND dialogItemForAttaching(HWND parent, unsigned short id)
 {
@@ -34,7 +32,7 @@ Window::~Window() noexcept(false)
     if (owns_ && hwnd_)
         destroyQuietly(hwnd_);
     if (isBound()) // An attached or subclassed window stays as it is, but must not lead to a dead object.
-        WindowMap.erase(hwnd_);
+        leave(hwnd_);
     Watch::tellDeath(watch_);
 }
 
@@ -62,7 +60,7 @@ void Window::destroyForNext(const char* failed)
 
 template <class Ch>
 void Window::createWindow(const Ch* className, const Ch* title, unsigned long style, const RECT& rect, HWND parent,
-                          HMENU menu, HINSTANCE instance)
+                          HMENU menu, HINSTANCE instance, unsigned long extendedStyle)
 {
     constexpr const char* failed = "Can't create window";
     const Watch watch(*this);
@@ -70,8 +68,9 @@ void Window::createWindow(const Ch* className, const Ch* title, unsigned long st
     HWND hwnd = nullptr;
     try {
         runningHandlers([&] {
-            hwnd = createWindowEx(className, title, style, rect.left, rect.top, distance(rect.left, rect.right),
-                                  distance(rect.top, rect.bottom), parent, menu, instance, static_cast<void*>(this));
+            hwnd = createWindowEx(extendedStyle, className, title, style, rect.left, rect.top,
+                                  distance(rect.left, rect.right), distance(rect.top, rect.bottom), parent, menu,
+                                  instance, static_cast<void*>(this));
         });
         ensure(hwnd, failed);
         if (!watch.isAlive())
@@ -91,10 +90,10 @@ void Window::createWindow(const Ch* className, const Ch* title, unsigned long st
 }
 
 void Window::create(const char* className, const char* title, unsigned long style, const RECT& rect, HWND parent,
-                    HMENU menu, HINSTANCE instance)
+                    HMENU menu, HINSTANCE instance, unsigned long extendedStyle)
 {
     const Watch watch(*this);
-    createWindow(className, title, style, rect, parent, menu, instance);
+    createWindow(className, title, style, rect, parent, menu, instance, extendedStyle);
     if (watch.isAlive())
         takeOverCreated();
 }
@@ -107,21 +106,21 @@ void Window::takeOverCreated()
 }
 
 void Window::create(const wchar_t* className, const wchar_t* title, unsigned long style, const RECT& rect, HWND parent,
-                    HMENU menu, HINSTANCE instance)
+                    HMENU menu, HINSTANCE instance, unsigned long extendedStyle)
 {
-    createWindow(className, title, style, rect, parent, menu, instance);
+    createWindow(className, title, style, rect, parent, menu, instance, extendedStyle);
 }
 
 void Window::create(const WindowClass& windowClass, const char* title, unsigned long style, const RECT& rect,
-                    HWND parent, HMENU menu, HINSTANCE instance)
+                    HWND parent, HMENU menu, HINSTANCE instance, unsigned long extendedStyle)
 {
-    create(MAKEINTRESOURCEA(windowClass.getAtom()), title, style, rect, parent, menu, instance);
+    create(MAKEINTRESOURCEA(windowClass.getAtom()), title, style, rect, parent, menu, instance, extendedStyle);
 }
 
 void Window::create(const WindowClass& windowClass, const wchar_t* title, unsigned long style, const RECT& rect,
-                    HWND parent, HMENU menu, HINSTANCE instance)
+                    HWND parent, HMENU menu, HINSTANCE instance, unsigned long extendedStyle)
 {
-    create(MAKEINTRESOURCEW(windowClass.getAtom()), title, style, rect, parent, menu, instance);
+    create(MAKEINTRESOURCEW(windowClass.getAtom()), title, style, rect, parent, menu, instance, extendedStyle);
 }
 
 void Window::attach(HWND parent, unsigned short id)
@@ -152,6 +151,7 @@ void Window::subclass(HWND hwnd)
         return;
     if (taken) { // The shared procedure is in its place already; one that somebody put before it stays there.
         previousProc_ = taken;
+        listens_ = true;
         return;
     }
     try {
@@ -159,6 +159,7 @@ void Window::subclass(HWND hwnd)
         // The shared procedure as its own predecessor would be called without end.
         if (reinterpret_cast<WNDPROC>(previous) != &Window::windowProc)
             previousProc_ = reinterpret_cast<WNDPROC>(previous);
+        listens_ = true;
     } catch (...) {
         unbind();
         throw;
@@ -215,12 +216,6 @@ Window::Pointer<Window> Window::getDialogItem(int id, bool createTemporary) cons
         createTemporary);
 }
 
-Window* Window::find(HWND hwnd)
-{
-    const auto found = WindowMap.find(hwnd);
-    return found == WindowMap.end() ? nullptr : found->second;
-}
-
 bool Window::isBound() const { return hwnd_ && find(hwnd_) == this; }
 
 // The object leaves its window, and an object that was bound to the new one before is replaced: it becomes
@@ -230,13 +225,12 @@ void Window::bind(HWND hwnd)
     unbind();
     if (!hwnd)
         return;
-    Window*& entry = WindowMap[hwnd];
-    if (entry) {
-        entry->restoreProcedure();
-        if (!entry->owns_)
-            entry->forget();
+    if (Window* const former = enter(hwnd, this)) {
+        former->restoreProcedure();
+        former->listens_ = false;
+        if (!former->owns_)
+            former->forget();
     }
-    entry = this;
     hwnd_ = hwnd;
 }
 
@@ -244,7 +238,7 @@ void Window::unbind()
 {
     restoreProcedure();
     if (isBound())
-        WindowMap.erase(hwnd_);
+        leave(hwnd_);
     forget();
 }
 
@@ -257,7 +251,8 @@ void Window::restoreProcedure()
 void Window::forget()
 {
     hwnd_ = nullptr;
-    owns_ = false;
+    owns_ = listens_ = false;
+    timers_.clear();
 }
 
 void Window::endOfWindow(HWND hwnd)

@@ -5,15 +5,17 @@
 // One name for each pair of entry points.
 
 namespace tarn {
-inline HWND createWindowEx(const char* className, const char* title, DWORD style, int x, int y, int width, int height,
-                           HWND parent, HMENU menu, HINSTANCE instance, void* parameter)
+inline HWND createWindowEx(DWORD extendedStyle, const char* className, const char* title, DWORD style, int x, int y,
+                           int width, int height, HWND parent, HMENU menu, HINSTANCE instance, void* parameter)
 {
-    return CreateWindowExA(0, className, title, style, x, y, width, height, parent, menu, instance, parameter);
+    return CreateWindowExA(extendedStyle, className, title, style, x, y, width, height, parent, menu, instance,
+                           parameter);
 }
-inline HWND createWindowEx(const wchar_t* className, const wchar_t* title, DWORD style, int x, int y, int width,
-                           int height, HWND parent, HMENU menu, HINSTANCE instance, void* parameter)
+inline HWND createWindowEx(DWORD extendedStyle, const wchar_t* className, const wchar_t* title, DWORD style, int x,
+                           int y, int width, int height, HWND parent, HMENU menu, HINSTANCE instance, void* parameter)
 {
-    return CreateWindowExW(0, className, title, style, x, y, width, height, parent, menu, instance, parameter);
+    return CreateWindowExW(extendedStyle, className, title, style, x, y, width, height, parent, menu, instance,
+                           parameter);
 }
 
 inline int getWindowText(HWND hwnd, char* text, int size) { return GetWindowTextA(hwnd, text, size); }

@@ -57,6 +57,18 @@ WindowClass::WindowClass(unsigned int style, int menu, HICON icon, unsigned int 
     create(style, menu, icon, colourIndex, cursor, instance);
 }
 
+WindowClass::WindowClass(const wchar_t* name, unsigned int style, int menu, HICON icon, HBRUSH brush, HCURSOR cursor,
+                         HINSTANCE instance)
+{
+    create(name, style, menu, icon, brush, cursor, instance);
+}
+
+WindowClass::WindowClass(const wchar_t* name, unsigned int style, int menu, HICON icon, unsigned int colourIndex,
+                         HCURSOR cursor, HINSTANCE instance)
+{
+    create(name, style, menu, icon, colourIndex, cursor, instance);
+}
+
 WindowClass::~WindowClass() noexcept(false)
 {
     closeAtEnd([this] { closeOrAbandon(); });
@@ -72,10 +84,18 @@ WindowClass& WindowClass::operator=(WindowClass&& other) noexcept
 
 void WindowClass::create(unsigned int style, int menu, HICON icon, HBRUSH brush, HCURSOR cursor, HINSTANCE instance)
 {
+    create(nullptr, style, menu, icon, brush, cursor, instance);
+}
+
+void WindowClass::create(const wchar_t* name, unsigned int style, int menu, HICON icon, HBRUSH brush, HCURSOR cursor,
+                         HINSTANCE instance)
+{
     close();
-    const BasicString<wchar_t> name = nameOf(style, menu, icon, brush, cursor, instance);
+    BasicString<wchar_t> key = nameOf(style, menu, icon, brush, cursor, instance);
+    if (name)
+        key += BasicString<wchar_t>(L", Name=") + name;
     const AutoLock lock(CriticalSection);
-    const auto found = Map.find(name);
+    const auto found = Map.find(key);
     if (found != Map.end()) {
         if (found->second->count++ == 0)
             --abandonedClasses;
@@ -83,9 +103,9 @@ void WindowClass::create(unsigned int style, int menu, HICON icon, HBRUSH brush,
         return;
     }
     // The entry first, so that nothing can fail once the class is registered.
-    const auto entry = Map.emplace(name, std::make_shared<Data>(Data{instance, 0, 1})).first;
+    const auto entry = Map.emplace(key, std::make_shared<Data>(Data{instance, 0, 1})).first;
     try {
-        entry->second->atom = registerClass(name, style, menu, icon, brush, cursor, instance);
+        entry->second->atom = registerClass(name ? name : key.c_str(), style, menu, icon, brush, cursor, instance);
     } catch (...) {
         Map.erase(entry);
         throw;
@@ -97,6 +117,12 @@ void WindowClass::create(unsigned int style, int menu, HICON icon, unsigned int 
                          HINSTANCE instance)
 {
     create(style, menu, icon, brushOf(colourIndex), cursor, instance);
+}
+
+void WindowClass::create(const wchar_t* name, unsigned int style, int menu, HICON icon, unsigned int colourIndex,
+                         HCURSOR cursor, HINSTANCE instance)
+{
+    create(name, style, menu, icon, brushOf(colourIndex), cursor, instance);
 }
 
 void WindowClass::close()

@@ -1,5 +1,7 @@
 #include <tarn/Window.h>
 
+#include <tarn/DeviceContext.h>
+
 #include "WindowWatch.h"
 
 #include <shellapi.h>
@@ -35,7 +37,7 @@ struct KeyData {
 
 template <class T> T& pointee(LPARAM lParam) { return *reinterpret_cast<T*>(lParam); }
 
-HWND windowIn(LPARAM lParam) { return reinterpret_cast<HWND>(lParam); }
+template <class Parameter> HWND windowIn(Parameter parameter) { return reinterpret_cast<HWND>(parameter); }
 
 struct FinishDrop {
     void operator()(HDROP drop) const { DragFinish(drop); }
@@ -72,7 +74,7 @@ LRESULT Window::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
     case WM_COMPAREITEM:
         return onCompareItem(static_cast<UINT>(wParam), pointee<const COMPAREITEMSTRUCT>(lParam));
     case WM_NOTIFY:
-        return onNotify(pointee<const NMHDR>(lParam));
+        return onNotifyToAnswer(pointee<NMHDR>(lParam));
     case WM_NCDESTROY: {
         const Watch watch(*this);
         const HWND hwnd = hwnd_;
@@ -95,7 +97,8 @@ LRESULT Window::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
         onCommand(getWindowFromHandle(windowIn(lParam), true), high(wParam), low(wParam));
         break;
     case WM_TIMER:
-        onTimer(wParam);
+        if (!runTimerFunction(wParam))
+            onTimer(wParam);
         break;
     case WM_HSCROLL:
         onHScroll(getWindowFromHandle(windowIn(lParam), true), low(wParam), high(wParam));
@@ -147,6 +150,46 @@ LRESULT Window::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
         break;
     case WM_EXITSIZEMOVE:
         onExitSizeMove();
+        break;
+    case WM_CLOSE:
+        onClose();
+        break;
+    case WM_CHAR:
+        onChar(static_cast<wchar_t>(wParam), KeyData(lParam).repeat());
+        break;
+    case WM_SETFOCUS:
+        onFocusGained(getWindowFromHandle(windowIn(wParam), true));
+        break;
+    case WM_KILLFOCUS:
+        onFocusLost(getWindowFromHandle(windowIn(wParam), true));
+        break;
+    case WM_CONTEXTMENU:
+        onContextMenu(getWindowFromHandle(windowIn(wParam), true), signedPoint(lParam));
+        break;
+    case WM_SETCURSOR:
+        return onSetCursor(getWindowFromHandle(windowIn(wParam), true), low(lParam), high(lParam));
+    case WM_ERASEBKGND:
+        return onEraseBackground(DeviceContext(reinterpret_cast<HDC>(wParam)));
+    case WM_MOUSEHWHEEL:
+        onMouseHWheel(keys, static_cast<short>(high(wParam)), signedPoint(lParam));
+        break;
+    case WM_MOUSELEAVE:
+        onMouseLeave();
+        break;
+    case WM_ACTIVATE:
+        onActivate(low(wParam), high(wParam) != 0, getWindowFromHandle(windowIn(lParam), true));
+        break;
+    case WM_SHOWWINDOW:
+        onShow(wParam != 0, static_cast<UINT>(lParam));
+        break;
+    case WM_ENABLE:
+        onEnable(wParam != 0);
+        break;
+    case WM_SETTINGCHANGE:
+        onSettingsChanged(static_cast<UINT>(wParam), reinterpret_cast<const wchar_t*>(lParam));
+        break;
+    case WM_DPICHANGED:
+        onDPIChanged(DPI(low(wParam)), *reinterpret_cast<const RECT*>(lParam));
         break;
     case WM_DROPFILES:
         reportDroppedFiles(wParam);

@@ -209,6 +209,34 @@ void Window::onEnterSizeMove() { defaultWindowProc(); }
 void Window::onExitSizeMove() { defaultWindowProc(); }
 void Window::onDroppedFiles(const Point&, bool, const std::list<BasicString<wchar_t>>&) { defaultWindowProc(); }
 
+void Window::onClose() { defaultWindowProc(); }
+void Window::onChar(wchar_t, unsigned short) { defaultWindowProc(); }
+void Window::onFocusGained(Window*) { defaultWindowProc(); }
+void Window::onFocusLost(Window*) { defaultWindowProc(); }
+void Window::onContextMenu(Window*, const Point&) { defaultWindowProc(); }
+void Window::onMouseHWheel(unsigned short, short, const Point&) { defaultWindowProc(); }
+void Window::onMouseLeave() { defaultWindowProc(); }
+void Window::onActivate(unsigned short, bool, Window*) { defaultWindowProc(); }
+void Window::onShow(bool, UINT) { defaultWindowProc(); }
+void Window::onEnable(bool) { defaultWindowProc(); }
+void Window::onSettingsChanged(UINT, const wchar_t*) { defaultWindowProc(); }
+LRESULT Window::onNotifyToAnswer(NMHDR& header) { return onNotify(header); }
+
+bool Window::onSetCursor(Window*, unsigned short, unsigned short)
+{
+    defaultWindowProc();
+    return false;
+}
+
+bool Window::onEraseBackground(const DeviceContext&)
+{
+    defaultWindowProc();
+    return false;
+}
+
+// As the system asks of programs that see the dots of each screen; its own procedure leaves the window where it is.
+void Window::onDPIChanged(const DPI&, const Rect& suggested) { setPosition(suggested, SWP_NOACTIVATE); }
+
 void OwnerDrawable::onDrawItem(const DRAWITEMSTRUCT&) {}
 void OwnerDrawable::onMeasureItem(MEASUREITEMSTRUCT&) {}
 void OwnerDrawable::onDeleteItem(const DELETEITEMSTRUCT&) {}

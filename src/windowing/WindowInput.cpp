@@ -43,10 +43,33 @@ void Window::startTimer(UINT_PTR id, unsigned int intervalMs) const
     ensure(SetTimer(hwnd_, id, intervalMs, nullptr), [&] {
         return "Can't create timer with id " + std::to_string(id) + " and interval " + std::to_string(intervalMs);
     });
+    timers_.erase(id);
+}
+void Window::startTimer(UINT_PTR id, unsigned int intervalMs, std::function<void()> f)
+{
+    auto function = std::make_shared<std::function<void()>>(std::move(f));
+    startTimer(id, intervalMs);
+    timers_[id] = std::move(function);
+}
+bool Window::runTimerFunction(UINT_PTR id)
+{
+    const auto found = timers_.find(id);
+    if (found == timers_.end())
+        return false;
+    const auto function = found->second;
+    (*function)();
+    return true;
 }
 void Window::stopTimer(UINT_PTR id) const
 {
     ensure(KillTimer(hwnd_, id), [&] { return "Can't stop timer with id " + std::to_string(id); });
+    timers_.erase(id);
+}
+
+void Window::trackMouseLeave() const
+{
+    TRACKMOUSEEVENT event{sizeof event, TME_LEAVE, hwnd_, 0};
+    ensure(TrackMouseEvent(&event), "Can't track the mouse");
 }
 
 HICON Window::setIcon(HICON icon, bool big) const

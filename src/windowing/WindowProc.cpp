@@ -46,13 +46,15 @@ Window* Window::bindCreated(HWND hwnd, LPARAM lParam)
         return nullptr;
     if (window->hwnd_ != hwnd || !window->isBound()) {
         window->bind(hwnd);
-        window->owns_ = true;
+        window->owns_ = window->listens_ = true;
     }
     return window;
 }
 
 Window::message_result Window::processMessage(UINT msg, WPARAM wParam, LPARAM lParam)
 {
+    if (runTask(hwnd_, msg, wParam))
+        return {0, true};
     const ActiveMessage message(*this, msg, wParam, lParam);
     LRESULT value = onMessage(msg, wParam, lParam);
     if (!message.record()->handled)

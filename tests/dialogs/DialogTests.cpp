@@ -126,6 +126,35 @@ TEST_CASE("Dialog: the size is known before the dialog is open, and nothing appe
     CHECK((before == dialog.getWindowSize() && before.cx > 100));
 }
 
+TEST_CASE("Dialog: font, controls and place follow the dots of the screen, there and back", "[dialog][dpi]")
+{
+    Probe dialog;
+    dialog.create();
+    const auto place = [&](int id) {
+        RECT rect;
+        GetWindowRect(GetDlgItem(dialog, id), &rect);
+        MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&rect), 2);
+        return Rect(rect);
+    };
+    const auto fontHeight = [&] {
+        LOGFONTW font{};
+        GetObjectW(reinterpret_cast<HFONT>(SendDlgItemMessageW(dialog, IDOK, WM_GETFONT, 0, 0)), sizeof font, &font);
+        return font.lfHeight;
+    };
+    const Rect edit = place(10), button = place(IDOK), window = dialog.getWindowRectangle();
+    const LONG height = fontHeight();
+    const auto change = [&](unsigned dots, const Rect& suggested) {
+        dialog.sendMessageA(WM_DPICHANGED, MAKEWPARAM(dots, dots), reinterpret_cast<LPARAM>(&suggested));
+        CHECK(dialog.getWindowRectangle() == suggested);
+    };
+    const unsigned dots = dialog.getDPI().getDots();
+    change(dots * 2, Rect(20, 30, 420, 330));
+    CHECK((place(10).getSize() == Size(edit.getSize().cx * 2, edit.getSize().cy * 2) && fontHeight() == height * 2));
+    CHECK(place(IDOK).getPosition() == Point(button.left * 2, button.top * 2));
+    change(dots, window);
+    CHECK((place(10) == edit && place(IDOK) == button && fontHeight() == height));
+}
+
 TEST_CASE("Dialog: each failure has its text", "[dialog]")
 {
     Probe missing(99);

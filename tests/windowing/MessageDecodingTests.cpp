@@ -2,6 +2,7 @@
 
 #include <Expect.h>
 
+#include <tarn/DeviceContext.h>
 #include <tarn/TreeView.h>
 
 #include <shlobj.h>
@@ -43,6 +44,23 @@ public:
     }
     void onKeyUp(UINT key, unsigned char scanCode, bool extended) override { log("key up", key, +scanCode, extended); }
     void onTimer(UINT_PTR id) override { log("timer", id); }
+    void onClose() override { log("close"); }
+    void onChar(wchar_t character, Word repeat) override { log("char", int(character), repeat); }
+    void onFocusGained(Window* other) override { log("focus", other); }
+    void onFocusLost(Window* other) override { log("no focus", other); }
+    void onContextMenu(Window* sender, const Point& at) override { log("menu", sender, at); }
+    bool onSetCursor(Window* sender, Word hit, Word mouse) override { return log("cursor", sender, hit, mouse), true; }
+    bool onEraseBackground(const DeviceContext& to) override { return log("erase", to.getHandle() != nullptr), true; }
+    void onMouseHWheel(Word keys, short delta, const Point& at) override { log("hwheel", keys, delta, at); }
+    void onMouseLeave() override { log("leave"); }
+    void onActivate(Word state, bool small, Window* other) override { log("activate", state, small, other); }
+    void onShow(bool visible, UINT status) override { log("show", visible, status); }
+    void onEnable(bool enabled) override { log("enable", enabled); }
+    void onSettingsChanged(UINT what, const wchar_t* section) override
+    {
+        log("settings", what, section ? BasicString<char>(section) : "none");
+    }
+    void onDPIChanged(const DPI& dpi, const Rect& at) override { log("dpi", dpi.getDots(), at.left, at.bottom); }
     void onPaint() override { log("paint"), defaultWindowProc(); }
     HICON onQueryDragIcon() override { return log("icon"), reinterpret_cast<HICON>(77); }
     void onSize(UINT type, const Size& size) override { log("size", type, size.cx, size.cy); }
@@ -112,6 +130,7 @@ TEST_CASE("Window: the values packed into a message reach its handler", "[window
         LPARAM lParam;
         const char* expected;
     };
+    const RECT suggested{5, 6, 70, 90};
     const Row rows[] = {
         {WM_MOVE, 0, packed(-5, 7), "moved 65531,7;"},
         {WM_SIZE, SIZE_MAXIMIZED, packed(40000, 300), "size 2 40000 300;"},
@@ -136,6 +155,19 @@ TEST_CASE("Window: the values packed into a message reach its handler", "[window
         {WM_ENTERSIZEMOVE, 0, 0, "enter;"},
         {WM_EXITSIZEMOVE, 0, 0, "exit;"},
         {WM_PAINT, 0, 0, "paint;"},
+        {WM_CLOSE, 0, 0, "close;"},
+        {WM_CHAR, 0x80, 0x001E0003, "char 8364 3;"},
+        {WM_SETFOCUS, 0, 0, "focus none;"},
+        {WM_KILLFOCUS, 0, 0, "no focus none;"},
+        {WM_CONTEXTMENU, 0, packed(-1, -1), "menu none -1,-1;"},
+        {WM_MOUSEHWHEEL, MAKEWPARAM(8, -120), packed(-1, 2), "hwheel 8 -120 -1,2;"},
+        {WM_MOUSELEAVE, 0, 0, "leave;"},
+        {WM_ACTIVATE, MAKEWPARAM(WA_CLICKACTIVE, 1), 0, "activate 2 1 none;"},
+        {WM_SHOWWINDOW, TRUE, SW_PARENTOPENING, "show 1 3;"},
+        {WM_ENABLE, TRUE, 0, "enable 1;"},
+        {WM_SETTINGCHANGE, SPI_SETMOUSE, 0, "settings 4 none;"},
+        {WM_SETTINGCHANGE, 0, reinterpret_cast<LPARAM>("intl"), "settings 0 intl;"},
+        {WM_DPICHANGED, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&suggested), "dpi 144 5 90;"},
     };
     Recorder window;
     for (const Row& row : rows) {
@@ -145,6 +177,9 @@ TEST_CASE("Window: the values packed into a message reach its handler", "[window
     }
     CHECK(window.sendMessageA(WM_QUERYDRAGICON) == 77);
     CHECK(window.take() == "icon;");
+    CHECK(window.sendMessageA(WM_SETCURSOR, 0, packed(HTCLIENT, WM_MOUSEMOVE)) == TRUE);
+    CHECK(window.sendMessageA(WM_ERASEBKGND, 1, 0) == TRUE);
+    CHECK(window.take() == "cursor none 1 512;erase 1;");
 }
 
 TEST_CASE("Window: a control comes to the handler as its object, or as a temporary one", "[window][decoding]")
@@ -163,6 +198,27 @@ TEST_CASE("Window: a control comes to the handler as its object, or as a tempora
     answers(WM_COMMAND, MAKEWPARAM(300, BN_CLICKED), "command ", " 300 0 300;");
     answers(WM_HSCROLL, SB_ENDSCROLL, "hscroll ", " 300 8 0;");
     answers(WM_VSCROLL, SB_ENDSCROLL, "vscroll ", " 300 8 0;");
+}
+
+TEST_CASE("Window: a notification is answered in its structure and by the result", "[window][decoding]")
+{
+    struct Answering : Window {
+        LRESULT onNotifyToAnswer(NMHDR& header) override
+        {
+            if (header.code != LVN_GETDISPINFOW)
+                return Window::onNotifyToAnswer(header);
+            reinterpret_cast<NMLVDISPINFOW&>(header).item.iImage = 7;
+            return 3;
+        }
+        LRESULT onNotify(const NMHDR&) override { return 4; }
+    } window;
+    support::open(window);
+    NMLVDISPINFOW info{};
+    info.hdr.code = LVN_GETDISPINFOW;
+    CHECK(window.sendMessageA(WM_NOTIFY, 0, at(info)) == 3);
+    CHECK(info.item.iImage == 7);
+    info.hdr.code = NM_CLICK;
+    CHECK(window.sendMessageA(WM_NOTIFY, 0, at(info)) == 4);
 }
 
 namespace {

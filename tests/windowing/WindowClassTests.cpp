@@ -46,6 +46,19 @@ TEST_CASE("WindowClass: equal attributes share a registration that ends with the
     CHECK(!isRegistered(atom));
 }
 
+TEST_CASE("WindowClass: a name of the program's choice is shared by equal classes and kept from others",
+          "[windowclass]")
+{
+    const WindowClass one(L"Tarn test name", 0, 0, nullptr, noBrush, nullptr, program);
+    const WindowClass same(L"Tarn test name", 0, 0, nullptr, noBrush, nullptr, program);
+    CHECK((one.getAtom() == same.getAtom() && one.getAtom() != make(0).getAtom()));
+    Window window;
+    open(window, one);
+    CHECK(window.getClassNameW() == L"Tarn test name");
+    support::expectWindowsError([] { WindowClass(L"Tarn test name", CS_HREDRAW, 0, nullptr, 1u, nullptr, program); },
+                                ERROR_CLASS_ALREADY_EXISTS, "Can't create window class");
+}
+
 TEST_CASE("WindowClass: each attribute is part of the name, a colour as the brush that stands for it", "[windowclass]")
 {
     const WindowClass menu(0, 7, nullptr, noBrush, nullptr, program);

@@ -67,6 +67,7 @@ TEST_CASE("Window: each failing call is reported by its own words", "[window][wr
         {"Can't check dialog button", [&] { dead.setCheck(1, true); }, silentOnWine},
         {"Can't enable window", [&] { dead.enable(true); }},
         {"Can't enable window", [&] { dead.enable(1, true); }, silentOnWine},
+        {"Can't track the mouse", [&] { dead.trackMouseLeave(); }, silentOnWine},
         {"Can't update the window", [&] { dead.update(); }, silentOnWine},
         {"Can't show message box", [&] { dead.messageBox("text", "caption", MB_OK); }, silentOnWine},
         {"Can't retrieve dialog item text", [&] { dead.getTextA(1); }, silentOnWine},
@@ -230,4 +231,33 @@ TEST_CASE("Window: the virtual operations lie in their order", "[window][slots]"
     std::vector<int> expected(40);
     std::iota(expected.begin(), expected.end(), 0);
     CHECK(slots == expected);
+    // Behind the destructor, which has two.
+    CHECK(slotsOf(&W::onClose, &W::onChar, &W::onFocusGained, &W::onFocusLost, &W::onContextMenu, &W::onSetCursor,
+                  &W::onEraseBackground, &W::onMouseHWheel, &W::onMouseLeave, &W::onActivate, &W::onShow, &W::onEnable,
+                  &W::onSettingsChanged, &W::onDPIChanged, &W::onNotifyToAnswer) ==
+          std::vector<int>{42, 43, 44, 45, 46, 47, 48, 49, 50, 51, 52, 53, 54, 55, 56});
+}
+
+TEST_CASE("Window: a timer calls its function until it stops itself", "[window][wrappers]")
+{
+    struct Counting : Window {
+        void onTimer(UINT_PTR) override { ++others; }
+        int others = 0;
+    } window;
+    support::open(window);
+    int calls = 0;
+    window.startTimer(1, 10, [&] {
+        if (++calls == 2)
+            window.stopTimer(1);
+    });
+    for (int i = 0; i < 3; ++i)
+        window.sendMessageA(WM_TIMER, 1);
+    CHECK((calls == 2 && window.others == 1));
+}
+
+TEST_CASE("Window: extended styles are given at creation", "[window]")
+{
+    Window window;
+    window.create(support::testClass(), L"", WS_POPUP, Rect(), nullptr, nullptr, nullptr, WS_EX_TOOLWINDOW);
+    CHECK((window.getExtendedStyle() & WS_EX_TOOLWINDOW) != 0);
 }

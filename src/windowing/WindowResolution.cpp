@@ -1,0 +1,57 @@
+#include <tarn/Window.h>
+
+#include "HandlerScope.h"
+
+// Windows that follow the dots of their screen.
+
+namespace tarn {
+namespace {
+// The functions are newer than the oldest Windows that the library runs on.
+template <class Function> Function* userFunction(const char* name)
+{
+    return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"user32.dll"), name)));
+}
+
+bool isComboBox(HWND control)
+{
+    wchar_t name[16];
+    return GetClassNameW(control, name, 16) && CompareStringOrdinal(name, -1, L"ComboBox", -1, TRUE) == CSTR_EQUAL;
+}
+
+// In the coordinates of the parent. A combo box is as high as with its list, or the list would be lost.
+Rect placeIn(HWND parent, HWND control)
+{
+    RECT rect{};
+    GetWindowRect(control, &rect);
+    RECT dropped{};
+    if (isComboBox(control) && SendMessageW(control, CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&dropped)))
+        rect.bottom = rect.top + (dropped.bottom - dropped.top);
+    MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&rect), 2);
+    return rect;
+}
+} // namespace
+
+DPI Window::getDPI() const
+{
+    static const auto getDpiForWindow = userFunction<UINT WINAPI(HWND)>("GetDpiForWindow");
+    const UINT dots = getDpiForWindow ? getDpiForWindow(hwnd_) : 0;
+    return dots ? DPI(dots) : DPI::ofSystem();
+}
+
+void Window::rescaleControls(const DPI& from, const DPI& to, HFONT former, HFONT next) const
+{
+    const auto scale = [&](LONG length) {
+        return MulDiv(length, static_cast<int>(to.getDots()), static_cast<int>(from.getDots()));
+    };
+    runningHandlers([&] {
+        for (HWND child = GetWindow(hwnd_, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+            const Rect old = placeIn(hwnd_, child);
+            if (former && reinterpret_cast<HFONT>(SendMessageW(child, WM_GETFONT, 0, 0)) == former)
+                SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(next), FALSE);
+            SetWindowPos(child, nullptr, scale(old.left), scale(old.top), scale(old.right) - scale(old.left),
+                         scale(old.bottom) - scale(old.top), SWP_NOZORDER | SWP_NOACTIVATE);
+        }
+    });
+    invalidate(true);
+}
+} // namespace tarn
