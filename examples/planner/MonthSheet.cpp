@@ -22,14 +22,11 @@ void MonthSheet::show(MonthContent content)
     invalidate(false);
 }
 
-LRESULT MonthSheet::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
-{
-    if (msg == WM_ERASEBKGND) // Painting covers everything, and erasing before would flicker.
-        return TRUE;
-    if (msg == WM_SETFOCUS || msg == WM_KILLFOCUS)
-        invalidate(false);
-    return Window::onMessage(msg, wParam, lParam);
-}
+// Painting covers everything, and erasing before would flicker.
+bool MonthSheet::onEraseBackground(const tarn::DeviceContext&) { return true; }
+
+void MonthSheet::onFocusGained(Window*) { invalidate(false); }
+void MonthSheet::onFocusLost(Window*) { invalidate(false); }
 
 // Everything is drawn into a bitmap first and appears in one step.
 void MonthSheet::onPaint()

@@ -13,7 +13,9 @@ public:
     void create(HWND parent, HINSTANCE program);
     void show(MonthContent content);
 
-    LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
+    bool onEraseBackground(const tarn::DeviceContext& context) override;
+    void onFocusGained(Window* other) override;
+    void onFocusLost(Window* other) override;
     void onPaint() override;
     void onLeftButtonDown(unsigned short keys, const tarn::Point& position) override;
     void onLeftButtonDoubleClick(unsigned short keys, const tarn::Point& position) override;

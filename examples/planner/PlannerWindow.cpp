@@ -78,24 +78,11 @@ bool PlannerWindow::handleKey(MSG& msg) const
 LRESULT PlannerWindow::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
 {
     switch (msg) {
-    case WM_CLOSE: // What others send while a dialog is open has to wait for its answer.
-        if (IsWindowEnabled(*this))
-            postMessageW(WM_COMMAND, ID_EXIT);
-        else
-            MessageBeep(MB_OK);
-        return 0;
     case WM_QUERYENDSESSION: {
         bool mayEnd = false;
         performGuarded([&] { mayEnd = mayDiscard(); });
         return mayEnd;
     }
-    case WM_ACTIVATE:
-        if (LOWORD(wParam) == WA_INACTIVE && IsChild(*this, GetFocus()))
-            lastFocus_ = GetFocus();
-        break;
-    case WM_SETFOCUS:
-        SetFocus(lastFocus_);
-        return 0;
     case WM_GETFONT: // The controls take it over.
         return reinterpret_cast<LRESULT>(font_.getHandle());
     case WM_MOUSEWHEEL: // Comes up from the controls that do not use it.
@@ -109,6 +96,24 @@ LRESULT PlannerWindow::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
     }
     return Window::onMessage(msg, wParam, lParam);
 }
+
+// What others send while a dialog is open has to wait for its answer.
+void PlannerWindow::onClose()
+{
+    if (IsWindowEnabled(*this))
+        postMessageW(WM_COMMAND, ID_EXIT);
+    else
+        MessageBeep(MB_OK);
+}
+
+void PlannerWindow::onActivate(unsigned short state, bool isMinimised, Window* other)
+{
+    if (state == WA_INACTIVE && IsChild(*this, GetFocus()))
+        lastFocus_ = GetFocus();
+    Window::onActivate(state, isMinimised, other);
+}
+
+void PlannerWindow::onFocusGained(Window*) { SetFocus(lastFocus_); }
 
 // The list's own commands go the way of the menu's, when the list is done with the message.
 LRESULT PlannerWindow::onNotify(const NMHDR& header)

@@ -37,6 +37,9 @@ public:
 
     using tarn::Window::onNotification;
     LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
+    void onClose() override;
+    void onActivate(unsigned short state, bool isMinimised, Window* other) override;
+    void onFocusGained(Window* other) override;
     void onCommand(Window* sender, unsigned short code, unsigned short id) override;
     LRESULT onNotify(const NMHDR& header) override;
     void onSize(UINT type, const tarn::Size& clientSize) override;

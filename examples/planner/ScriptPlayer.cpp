@@ -44,8 +44,11 @@ std::wstring path(support::Arguments& arguments) { return fromUTF8(arguments.res
 } // namespace
 
 ScriptPlayer::ScriptPlayer(PlannerWindow& window, const support::Options& options, Messages& messages)
-    : window_(window), options_(options), messages_(messages), windowThread_(GetModuleHandleW(nullptr))
+    : window_(window), options_(options), messages_(messages)
 {
+    const HINSTANCE program = GetModuleHandleW(nullptr);
+    static const tarn::WindowClass windowClass(0, 0, nullptr, static_cast<HBRUSH>(nullptr), nullptr, program);
+    windows_.create(windowClass, L"", 0, RECT{}, HWND_MESSAGE, nullptr, program);
     messages_.setScripted(true);
     start();
 }
@@ -53,7 +56,7 @@ ScriptPlayer::ScriptPlayer(PlannerWindow& window, const support::Options& option
 // Here, and not by the base class, because the members are gone then.
 ScriptPlayer::~ScriptPlayer()
 {
-    windowThread_.close();
+    windows_.destroy(); // What the thread still waits for is not done any more.
     join();
 }
 
@@ -62,7 +65,7 @@ unsigned long ScriptPlayer::run()
     try {
         play();
     } catch (...) {
-        windowThread_.fail(std::current_exception());
+        windows_.post([error = std::current_exception()] { std::rethrow_exception(error); });
     }
     return 0;
 }
@@ -71,7 +74,7 @@ void ScriptPlayer::play()
 {
     if (!options_.script.empty())
         support::playScript(options_.script, commands());
-    windowThread_.call([this] {
+    windows_.call([this] {
         messages_.setScripted(false);
         if (options_.screenshot.empty())
             return;
@@ -85,7 +88,7 @@ support::Commands ScriptPlayer::commands()
     static const std::map<std::string, Command> all = {
         {"size", &ScriptPlayer::size},
         {"go", &ScriptPlayer::go},
-        {"open", [](auto& p, auto& a) { p.windowThread_.begin([&p, file = path(a)] { p.window_.open(file); }); }},
+        {"open", [](auto& p, auto& a) { p.windows_.post([&p, file = path(a)] { p.window_.open(file); }); }},
         {"save", [](auto& p, auto& a) { p.window_.save(path(a)); }},
         {"import", &ScriptPlayer::importFile},
         {"export", [](auto& p, auto& a) { p.window_.exportFile(path(a)); }},
@@ -109,9 +112,9 @@ support::Commands ScriptPlayer::commands()
     support::Commands commands;
     for (const auto& [name, command] : all) {
         commands[name] = [this, &command = command](support::Arguments& arguments) {
-            windowThread_.call([&] { command(*this, arguments); });
+            windows_.call([&] { command(*this, arguments); });
             // What was posted meanwhile is handled before the next call is.
-            windowThread_.call([] {});
+            windows_.call([] {});
         };
     }
     return commands;

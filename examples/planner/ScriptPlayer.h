@@ -4,7 +4,6 @@
 #include "PlannerWindow.h"
 
 #include <Script.h>
-#include <tarn/Event.h>
 #include <tarn/Thread.h>
 
 #include <exception>
@@ -12,28 +11,6 @@
 #include <string>
 
 namespace planner {
-/// Lets a thread have functions carried out by the thread of the windows, also while a dialog is open.
-class WindowThread : private tarn::Window {
-public:
-    explicit WindowThread(HINSTANCE program);
-
-    /// Carries it out and throws what it throws. Throws Exception when the windows' thread is done with this
-    /// object.
-    void call(const std::function<void()>& action);
-    /// Carries it out without waiting for its end: for what may open a dialog that a later call works.
-    void begin(std::function<void()> action);
-    /// Has it thrown in the windows' thread, through whatever dialogs are open.
-    void fail(std::exception_ptr error);
-    void close() const { closed_.set(); }
-
-private:
-    LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
-
-    tarn::Event closed_{true, false};
-    std::function<void()> begun_;
-    std::exception_ptr error_;
-};
-
 /// Plays a script to the program from a thread of its own, as a user would, one command a line:
 ///
 ///     # what follows is a comment
@@ -87,6 +64,6 @@ private:
     PlannerWindow& window_;
     const support::Options& options_;
     Messages& messages_;
-    WindowThread windowThread_;
+    tarn::Window windows_; // Never seen: what it is called for is done by the thread of the windows.
 };
 } // namespace planner

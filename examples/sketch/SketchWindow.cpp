@@ -94,12 +94,8 @@ std::map<std::string, unsigned short> SketchWindow::choices()
     return commands;
 }
 
-LRESULT SketchWindow::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
-{
-    if (msg == WM_ERASEBKGND) // Painting covers everything, and erasing before would flicker.
-        return TRUE;
-    return Window::onMessage(msg, wParam, lParam);
-}
+// Painting covers everything, and erasing before would flicker.
+bool SketchWindow::onEraseBackground(const tarn::DeviceContext&) { return true; }
 
 void SketchWindow::onCommand(Window* sender, unsigned short code, unsigned short id)
 {

@@ -24,7 +24,7 @@ public:
     /// The commands of the colours and widths in the menu, by their names in lower case.
     static std::map<std::string, unsigned short> choices();
 
-    LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
+    bool onEraseBackground(const tarn::DeviceContext& context) override;
     void onCommand(Window* sender, unsigned short code, unsigned short id) override;
     void onHScroll(Window* bar, unsigned short code, unsigned short position) override;
     void onVScroll(Window* bar, unsigned short code, unsigned short position) override;
