@@ -1,9 +1,12 @@
 #include "Tour.h"
 
 #include <tarn/BasicString.h>
+#include <tarn/ErrorReport.h>
+#include <tarn/ErrorTrace.h>
 #include <tarn/Exception.h>
 #include <tarn/Lock.h>
 #include <tarn/VersionInfo.h>
+#include <tarn/WindowsFile.h>
 #include <tarn/WindowsModule.h>
 
 #include <cstdio>
@@ -80,8 +83,28 @@ void fail()
         int* volatile nowhere = nullptr;
         *nowhere = 1;
     } catch (const tarn::SEHError& e) {
-        std::printf("  %-20s %s 0x%08lX, and the program goes on\n", "a null pointer", e.what(), e.getCode());
+        std::printf("  %-20s %s, and the program goes on\n", "a null pointer", e.getReport().c_str());
     }
+}
+
+void openPlan() { tarn::WindowsFile::getAttributes(L"C:\\plans\\\x4E2D\x6587.txt"); }
+
+void report()
+{
+    tarn::ErrorTrace::enable(); // From now on errors know who called.
+    try {
+        try {
+            openPlan();
+        } catch (const std::exception&) {
+            std::throw_with_nested(tarn::Exception("The plan was not opened"));
+        }
+    } catch (const std::exception& e) {
+        const tarn::ErrorReport report = tarn::reportOf(e);
+        std::cout << "The same for a user: " << tarn::w2a(report.sentence, CP_UTF8)
+                  << "\nand for a log, with the frames of the call:\n"
+                  << tarn::w2a(report.paragraph, CP_UTF8) << '\n';
+    }
+    tarn::ErrorTrace::enable(false);
 }
 
 void lock()
@@ -114,6 +137,7 @@ const tour::Section section(10, "Foundation: strings, errors, locks, modules", [
     convertText();
     workWithText();
     fail();
+    report();
     lock();
     showVersion();
 });

@@ -243,7 +243,17 @@ private:
     unsigned long hr_;
 };
 
-/// The whole text of any error: that of its whatW() when it has one, else what() read in the ANSI code page. For
-/// messages to the user, and with w2a(whatW(error), CP_UTF8) for files and terminals.
+/// The whole text of any error, with the characters of names that the ANSI code page cannot hold: for messages to the
+/// user, in UTF-8 for files and terminals. Other exceptions are read in the ANSI code page.
+///@{
 TARN_API BasicString<wchar_t> whatW(const std::exception& error);
+TARN_API BasicString<char> whatUTF8(const std::exception& error);
+///@}
+
+/// A description that keeps all its characters, for any of the errors here, so that a name does not become "???":
+///
+///     throw tarn::WindowsError(tarn::errorText(L"Can't read \x4E2D.txt"));
+///
+/// what() has it in the ANSI code page, whatW() and whatUTF8() the whole. Keeps the thread's last error.
+TARN_API std::string errorText(const wchar_t* whole);
 } // namespace tarn

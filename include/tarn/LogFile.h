@@ -69,7 +69,7 @@ public:
     void warning(const wchar_t* text, SourceLocation place = SourceLocation::current()) noexcept;
     void error(const wchar_t* text, SourceLocation place = SourceLocation::current()) noexcept;
     ///@}
-    /// The whole text of an exception, with every character.
+    /// The sentence of reportOf(exception); while errors carry an ErrorTrace, its paragraph.
     void error(const std::exception& exception, SourceLocation place = SourceLocation::current()) noexcept;
 
     /// From now on.

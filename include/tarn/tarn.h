@@ -49,6 +49,8 @@
 #include <tarn/Driver.h>
 #include <tarn/EditControl.h>
 #include <tarn/Environment.h>
+#include <tarn/ErrorReport.h>
+#include <tarn/ErrorTrace.h>
 #include <tarn/Event.h>
 #include <tarn/EventLog.h>
 #include <tarn/Exception.h>

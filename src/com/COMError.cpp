@@ -3,6 +3,7 @@
 #include <tarn/COMIdentifiers.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/Description.h"
 
 namespace tarn {
 static_assert(sizeof(HRESULT) == sizeof(long));
@@ -16,7 +17,7 @@ void HRESULTHolder::throwOnError(long hr, const char* description)
     const auto code = static_cast<unsigned long>(hr);
     if ((code & 0x1FFF0000) == 0x00070000)
         throwWindowsError(code & 0xFFFF, description);
-    throwError(COMError(code, description));
+    throwError(COMError(code, description), __builtin_return_address(0));
 }
 
 void HRESULTHolder::throwOnError(long hr) { throwOnError(hr, ""); }
@@ -30,9 +31,20 @@ long HRESULTHolder::getHRESULTFromException(const std::exception& e)
     return dynamic_cast<const std::bad_alloc*>(&e) ? E_OUTOFMEMORY : E_FAIL;
 }
 
-COMError::COMError(unsigned long hr) : std::runtime_error(getHRESULTIdentifier(static_cast<long>(hr))), hr_(hr) {}
+namespace {
+// With a zero in any case, so that a tail can be looked for; most names end in one.
+std::string keptName(unsigned long hr)
+{
+    std::string name = getHRESULTIdentifier(static_cast<long>(hr));
+    if (!name.ends_with('\0'))
+        name += '\0';
+    return name;
+}
+} // namespace
+
+COMError::COMError(unsigned long hr) : std::runtime_error(keptName(hr)), hr_(hr) {}
 COMError::COMError(unsigned long hr, const std::string& description)
-    : std::runtime_error(description + ": " + getHRESULTIdentifier(static_cast<long>(hr))), hr_(hr)
+    : std::runtime_error(textWithReason(description, getHRESULTIdentifier(static_cast<long>(hr)).c_str())), hr_(hr)
 {
 }
 COMError::COMError(const COMError&) noexcept = default;

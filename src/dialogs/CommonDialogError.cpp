@@ -2,11 +2,13 @@
 
 #include <tarn/Windows.h>
 
+#include "../foundation/Description.h"
+
 #include <cderr.h>
 
 namespace tarn {
 CommonDialogError::CommonDialogError(const std::string& description, unsigned long error)
-    : std::runtime_error(description + ": " + errorToString(error)), error_(error)
+    : std::runtime_error(textWithReason(description, errorToString(error).c_str())), error_(error)
 {
 }
 CommonDialogError::CommonDialogError(unsigned long error, const std::string& description)

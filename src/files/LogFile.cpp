@@ -1,6 +1,7 @@
 #include <tarn/LogFile.h>
 
-#include <tarn/Exception.h>
+#include <tarn/ErrorReport.h>
+#include <tarn/ErrorTrace.h>
 #include <tarn/FileSystem.h>
 #include <tarn/Time.h>
 #include <tarn/TimeText.h>
@@ -149,7 +150,8 @@ void LogFile::error(const wchar_t* text, SourceLocation place) noexcept { write(
 void LogFile::error(const std::exception& exception, SourceLocation place) noexcept
 {
     try {
-        write(LogLevel::error, whatW(exception).c_str(), place);
+        const ErrorReport report = reportOf(exception);
+        write(LogLevel::error, (ErrorTrace::isEnabled() ? report.paragraph : report.sentence).c_str(), place);
     } catch (...) { // No memory for the whole text.
         write(LogLevel::error, exception.what(), place);
     }

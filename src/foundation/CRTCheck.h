@@ -15,9 +15,9 @@ template <class What> [[noreturn, gnu::noinline, gnu::cold]] void throwCRTError(
 {
     const int error = errno;
     if constexpr (std::is_invocable_v<What>)
-        throwError(CRTError(error, what()));
+        throwError(CRTError(error, what()), __builtin_return_address(0));
     else
-        throwError(CRTError(error, what));
+        throwError(CRTError(error, what), __builtin_return_address(0));
 }
 
 /// For functions of the runtime library that set `errno`: the result `failed` is a failure; any other is

@@ -23,7 +23,7 @@ namespace tarn {
 template <std::invocable Describe> [[noreturn, gnu::noinline, gnu::cold]] void throwLastError(Describe what)
 {
     const DWORD error = GetLastError();
-    throwError(WindowsError(error, std::string(what())));
+    throwError(WindowsError(error, std::string(what())), __builtin_return_address(0));
 }
 
 /// A false, null or zero result is a failure; any other is handed on, so that calls nest.

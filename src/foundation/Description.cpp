@@ -1,6 +1,9 @@
 #include "Description.h"
 
+#include <tarn/Exception.h>
 #include <tarn/Windows.h>
+
+#include "LastErrorKept.h"
 
 #include <cstring>
 
@@ -26,5 +29,28 @@ std::string tailOf(const std::string& description)
 BasicString<wchar_t> wholeOf(const char* narrow, const std::string& tail)
 {
     return tail.empty() ? a2w(narrow, CP_ACP) : a2w(tail.c_str() + markSize, CP_UTF8);
+}
+
+std::string textWithReason(const std::string& description, const char* reason)
+{
+    const std::string tail = tailOf(description);
+    std::string text;
+    text.reserve(description.size() + std::strlen(reason) + 3);
+    text.append(description.c_str()).append(": ").append(reason);
+    if (!tail.empty())
+        text += tail + ": " + w2a(a2w(reason, CP_ACP), CP_UTF8);
+    return text += '\0';
+}
+
+BasicString<wchar_t> wholeOfKept(const char* text)
+{
+    const std::string narrow = text;
+    return wholeOf(text, tailOf(narrow + '\0' + (text + narrow.size() + 1)));
+}
+
+std::string errorText(const wchar_t* whole)
+{
+    const LastErrorKept kept;
+    return Description(whole);
 }
 } // namespace tarn

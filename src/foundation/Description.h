@@ -35,4 +35,11 @@ std::string tailOf(const std::string& description);
 
 /// The whole of a description of these two parts.
 BasicString<wchar_t> wholeOf(const char* narrow, const std::string& tail);
+
+/// What an error keeps as its text: the description, ": ", the reason, and a zero in any case, so that a tail can be
+/// looked for.
+std::string textWithReason(const std::string& description, const char* reason);
+
+/// The whole of what an error keeps that was made by textWithReason() or of a description with a zero behind it.
+BasicString<wchar_t> wholeOfKept(const char* text);
 } // namespace tarn

@@ -26,16 +26,8 @@ BadAllocation& BadAllocation::operator=(const BadAllocation&) noexcept = default
 BadAllocation::~BadAllocation() = default;
 const char* BadAllocation::what() const noexcept { return "bad allocation"; }
 
-namespace {
-// Behind the text stands a zero in any case, so that a tail can be looked for.
-std::string textOf(const char* description, int error, const std::string& tail)
-{
-    return description + (": " + (std::strerror(error) + tail)) + '\0';
-}
-} // namespace
-
 CRTError::CRTError(int error, const std::string& description)
-    : std::runtime_error(textOf(description.c_str(), error, tailOf(description))), error_(error)
+    : std::runtime_error(textWithReason(description, std::strerror(error))), error_(error)
 {
 }
 CRTError::CRTError(const std::string& description, int error) : CRTError(error, description) {}
@@ -44,12 +36,7 @@ CRTError& CRTError::operator=(const CRTError&) noexcept = default;
 CRTError::~CRTError() = default;
 BasicString<wchar_t> CRTError::whatW() const
 {
-    const char* const own = std::runtime_error::what();
-    const std::string text = what(); // Of a derived class, perhaps, with nothing behind its zero.
-    const std::string tail = what() == own ? tailOf(text + '\0' + (own + text.size() + 1)) : std::string();
-    if (tail.empty())
-        return a2w(text, CP_ACP);
-    const std::string reason = std::string(": ") + std::strerror(error_);
-    return wholeOf("", tail) + a2w(reason, CP_ACP);
+    // A derived class may have a text of its own, with nothing behind its zero.
+    return what() == std::runtime_error::what() ? wholeOfKept(what()) : a2w(what(), CP_ACP);
 }
 } // namespace tarn

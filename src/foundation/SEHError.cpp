@@ -2,6 +2,7 @@
 
 #include <tarn/Windows.h>
 
+#include "CodePlace.h"
 #include "Hex.h"
 #include "LastErrorKept.h"
 #include "SETranslation.h"
@@ -101,19 +102,6 @@ std::string nameOf(unsigned long code)
             return known.name;
     return "Exception 0x" + toHex(code);
 }
-
-// For example "planner.exe+0x1234"; the bare address when no module is there, or not any more.
-BasicString<wchar_t> placeName(ULONG_PTR address)
-{
-    HMODULE module = nullptr;
-    BasicString<wchar_t> path(32768, L'\0');
-    if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                            reinterpret_cast<const wchar_t*>(address), &module))
-        return BasicString<wchar_t>("0x" + toHex(address));
-    path.resize(GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size())));
-    path.erase(0, path.find_last_of(L'\\') + 1);
-    return path + BasicString<wchar_t>("+0x" + toHex(address - reinterpret_cast<ULONG_PTR>(module)));
-}
 } // namespace
 
 SEHError::SEHError(unsigned long code) : SEHError(code, textWith({})) {}
@@ -131,7 +119,7 @@ BasicString<wchar_t> SEHError::whatW() const
     if (details.access != Access::unknown)
         fault += accesses[static_cast<std::size_t>(details.access)] + toHex(details.target);
     const BasicString<wchar_t> report(fault);
-    return details.place ? report + L" at " + placeName(details.place) : report;
+    return details.place ? report + L" at " + codePlace(details.place) : report;
 }
 
 std::string SEHError::getReport() const { return BasicString<char>(whatW()); }
@@ -139,6 +127,7 @@ std::string SEHError::getReport() const { return BasicString<char>(whatW()); }
 void SEHError::translate(unsigned int code, _EXCEPTION_POINTERS* info)
 {
     const bool isKnown = info && info->ExceptionRecord && info->ContextRecord;
-    throwError(SEHError(code, textWith(isKnown ? detailsOf(*info->ExceptionRecord, *info->ContextRecord) : Details())));
+    const Details details = isKnown ? detailsOf(*info->ExceptionRecord, *info->ContextRecord) : Details();
+    throwError(SEHError(code, textWith(details)), details.place ? reinterpret_cast<void*>(details.place + 1) : nullptr);
 }
 } // namespace tarn

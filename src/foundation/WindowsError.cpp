@@ -108,16 +108,35 @@ long WindowsError::getHRESULT() const
     return code < 1 ? code : static_cast<long>((error_ & 0xFFFF) | 0x80070000);
 }
 
+namespace {
+// The text of an error that keeps it as CRTError does; none when this is not one.
+template <class E> std::optional<BasicString<wchar_t>> wholeFrom(const std::exception& error)
+{
+    const auto* const own = dynamic_cast<const E*>(&error);
+    if (!own || own->what() != own->std::runtime_error::what())
+        return std::nullopt;
+    return wholeOfKept(own->what());
+}
+} // namespace
+
 BasicString<wchar_t> whatW(const std::exception& error)
 {
     if (const auto* own = dynamic_cast<const WindowsError*>(&error))
-        return own->whatW();
-    if (const auto* own = dynamic_cast<const CRTError*>(&error))
         return own->whatW();
     if (const auto* own = dynamic_cast<const SEHError*>(&error))
         return own->whatW();
     if (const auto* own = dynamic_cast<const Exception*>(&error))
         return own->whatW();
+    if (const auto text = wholeFrom<CRTError>(error))
+        return *text;
+    if (const auto text = wholeFrom<COMError>(error))
+        return *text;
+    if (const auto text = wholeFrom<EndOfFile>(error))
+        return *text;
+    if (const auto text = wholeFrom<CommonDialogError>(error))
+        return *text;
     return a2w(error.what(), CP_ACP);
 }
+
+BasicString<char> whatUTF8(const std::exception& error) { return w2a(whatW(error), CP_UTF8); }
 } // namespace tarn

@@ -6,6 +6,7 @@
 
 #include "../foundation/Closing.h"
 #include "../foundation/Throw.h"
+#include "../foundation/TypeName.h"
 #include "ArchiveBody.h"
 #include "ClassName.h"
 #include "ClassRegistry.h"
@@ -13,9 +14,7 @@
 #include "Platform.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
-#include <cxxabi.h>
 #include <memory>
 
 namespace tarn {
@@ -100,13 +99,7 @@ const char* ClassName::toWrite() const
     return text();
 }
 
-std::string ClassName::qualifiedName(const std::type_info& type)
-{
-    int status = 0;
-    const std::unique_ptr<char, decltype(&std::free)> readable(
-        abi::__cxa_demangle(type.name(), nullptr, nullptr, &status), &std::free);
-    return readable ? readable.get() : type.name();
-}
+std::string ClassName::qualifiedName(const std::type_info& type) { return typeName(type); }
 
 namespace {
 /// As many of the bytes of a name as come. One that claims to be very long is fetched in pieces.

@@ -1,5 +1,6 @@
 #include "HandlerScope.h"
 
+#include <tarn/ErrorTrace.h>
 #include <tarn/Exception.h>
 #include <tarn/Window.h>
 
@@ -20,10 +21,11 @@ std::string thrown()
     std::string text = ClassName::qualifiedName(*abi::__cxa_current_exception_type());
     try {
         throw;
-    } catch (const SEHError& e) {
-        return text + " (\"" + e.getReport() + "\")";
     } catch (const std::exception& e) {
-        return text + " (\"" + e.what() + "\")";
+        const auto* const fault = dynamic_cast<const SEHError*>(&e);
+        if (const ErrorTrace* const trace = ErrorTrace::of(e))
+            text = ClassName::qualifiedName(trace->getErrorType());
+        return text + " (\"" + (fault ? fault->getReport() : e.what()) + "\")";
     } catch (...) {
         return text;
     }

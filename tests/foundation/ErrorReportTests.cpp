@@ -1,0 +1,151 @@
+#include <catch2/catch.hpp>
+
+#include "Expect.h"
+#include "Wine.h"
+
+#include <tarn/ErrorReport.h>
+#include <tarn/ErrorTrace.h>
+#include <tarn/Exception.h>
+#include <tarn/WindowsFile.h>
+
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+namespace {
+const wchar_t* const lost = L"C:\\\x4E2D\x6587.txt";
+
+struct Tracing {
+    Tracing() { tarn::ErrorTrace::enable(); }
+    Tracing(const Tracing&) = delete;
+    Tracing& operator=(const Tracing&) = delete;
+    ~Tracing() { tarn::ErrorTrace::enable(false); }
+};
+
+[[gnu::noinline]] void failInTheSystem()
+{
+    tarn::WindowsFile::getAttributes(lost);
+    asm volatile(""); // So that the call is not the jump that ends this function.
+}
+[[gnu::noinline]] void fault()
+{
+    volatile int* volatile nowhere = nullptr;
+    *nowhere = 1;
+}
+
+// The trace's part of what is caught by its class, as ever.
+template <class E, class Throwing, class Look> void caught(Throwing throwing, Look look)
+{
+    void (*volatile hidden)() = throwing;
+    try {
+        hidden();
+        FAIL("nothing was thrown");
+    } catch (const E& error) {
+        look(error, tarn::ErrorTrace::of(error));
+    }
+}
+
+// Where the calls of a function are in the frames; the function is short.
+std::size_t depthOf(void (*function)(), const tarn::ErrorTrace& trace)
+{
+    const auto frames = trace.getFrames();
+    const auto isIn = [function](const void* frame) {
+        return reinterpret_cast<ULONG_PTR>(frame) - reinterpret_cast<ULONG_PTR>(function) < 200;
+    };
+    return static_cast<std::size_t>(std::ranges::find_if(frames, isIn) - frames.begin());
+}
+} // namespace
+
+TEST_CASE("ErrorTrace: errors know their callers while the program asks for it", "[foundation][error]")
+{
+    caught<tarn::WindowsError>(failInTheSystem, [](auto&, auto* trace) { CHECK(trace == nullptr); });
+    const Tracing on;
+    caught<tarn::WindowsError>(failInTheSystem, [](auto& error, const tarn::ErrorTrace* trace) {
+        REQUIRE(trace);
+        CHECK(typeid(error) != typeid(tarn::WindowsError));
+        CHECK(trace->getErrorType() == typeid(tarn::WindowsError));
+        CHECK(trace->getThreadID() == GetCurrentThreadId());
+        CHECK(depthOf(failInTheSystem, *trace) >= 1);
+        CHECK(depthOf(failInTheSystem, *trace) <= 4); // Below are getAttributes and what it calls.
+        const auto lines = trace->describeFrames();
+        CHECK(lines.at(0).startsWith(L"Tarn++U"));
+        if (support::isWine()) // Which reads symbols of the compiler, of the form that this file has.
+            CHECK_THAT(tarn::w2a(lines.at(depthOf(failInTheSystem, *trace)), CP_UTF8),
+                       Catch::Contains("failInTheSystem (ErrorReportTests.cpp:"));
+    });
+    caught<tarn::SEHError>(fault, [](auto& error, const tarn::ErrorTrace* trace) {
+        REQUIRE(trace);
+        CHECK(depthOf(fault, *trace) == 0);
+        const std::wstring place = trace->describeFrames().at(0);
+        CHECK(error.whatW().endsWith(L" at " + place.substr(0, place.find(L' '))));
+    });
+
+    SECTION("an error that goes to another thread tells of its own")
+    {
+        std::exception_ptr kept;
+        std::thread([&kept] {
+            try {
+                failInTheSystem();
+            } catch (...) {
+                kept = std::current_exception();
+            }
+        }).join();
+        const auto report = tarn::reportOf(kept);
+        CHECK(report.paragraph.contains(L"thrown in thread "));
+        CHECK_FALSE(report.paragraph.contains(L"thrown in thread " + std::to_wstring(GetCurrentThreadId()) + L"\n"));
+        CHECK(report.paragraph.contains(L"test_foundation.exe+0x"));
+    }
+}
+
+TEST_CASE("reportOf: a sentence for the user and a paragraph for the log, nested errors included",
+          "[foundation][error]")
+{
+    std::wstring inner;
+    try {
+        try {
+            failInTheSystem();
+        } catch (const std::exception& error) {
+            inner = tarn::whatW(error);
+            std::throw_with_nested(tarn::EndOfFile("The plan was not opened."));
+        }
+    } catch (...) {
+        const auto report = tarn::reportOf();
+        CHECK(report.sentence == L"The plan was not opened: " + inner);
+        CHECK(report.paragraph == L"tarn::EndOfFile: The plan was not opened.\n"
+                                  L"because of tarn::WindowsError (0x80070002): " +
+                                      inner);
+        CHECK(inner.find(lost) != inner.npos);
+    }
+    try {
+        try {
+            throw 1;
+        } catch (...) {
+            std::throw_with_nested(std::runtime_error("outer"));
+        }
+    } catch (const std::exception& error) {
+        CHECK(tarn::reportOf(error).sentence == L"outer: An exception that is no std::exception");
+    }
+    CHECK(tarn::reportOf(std::exception_ptr()).paragraph.empty());
+}
+
+TEST_CASE("errorText: every class keeps names that the code page lacks", "[foundation][error]")
+{
+    SetLastError(ERROR_ACCESS_DENIED);
+    const std::string text = tarn::errorText(lost);
+    CHECK(GetLastError() == ERROR_ACCESS_DENIED);
+    const auto check = [](const std::exception& error) {
+        const tarn::BasicString<char> narrow(error.what());
+        CHECK(narrow.startsWith(tarn::BasicString<char>(lost)));
+        CHECK(tarn::whatW(error).startsWith(lost));
+        CHECK(tarn::whatUTF8(error) == tarn::w2a(tarn::whatW(error), CP_UTF8));
+        const std::wstring behind = tarn::whatW(error).substr(std::wcslen(lost));
+        CHECK(narrow.endsWith(tarn::BasicString<char>(behind)));
+    };
+    check(tarn::Exception(text));
+    check(tarn::EndOfFile(text));
+    check(tarn::CRTError(text, ENOENT));
+    check(tarn::WindowsError(text));
+    check(tarn::COMError(0x80004005, text));
+    check(tarn::CommonDialogError(text, 1));
+}
