@@ -13,7 +13,8 @@
 
 namespace {
 constexpr int leftX = 12, leftWidth = 230, rightX = 256, rightWidth = 552;
-constexpr tarn::Size clientSize{820, 546};
+constexpr int nightX = 820, nightWidth = 230, toolsHeight = 30;
+constexpr tarn::Size clientSize{1062, 546 + toolsHeight};
 constexpr unsigned long shown = WS_VISIBLE | WS_TABSTOP;
 constexpr unsigned long windowStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX;
 constexpr short largestFilter = 6000;
@@ -22,7 +23,11 @@ constexpr unsigned long transparent = RGB(255, 0, 255);
 
 constexpr unsigned long views[] = {LVS_REPORT, LVS_LIST, LVS_SMALLICON, LVS_ICON};
 
-tarn::Rect place(int x, int y, int width, int height) { return tarn::Rect(x, y, x + width, y + height); }
+// Below the tool bar.
+tarn::Rect place(int x, int y, int width, int height)
+{
+    return tarn::Rect(tarn::Point(x, y + toolsHeight), tarn::Size(width, height));
+}
 
 std::wstring withSeparators(int number)
 {
@@ -89,6 +94,7 @@ ControlsWindow::ControlsWindow(HINSTANCE program)
     addView();
     addFilter();
     addNote();
+    addObservation();
     fillTree();
 }
 
@@ -196,6 +202,37 @@ void ControlsWindow::addNote()
     swatch_.attach(*this, ID_SWATCH);
 }
 
+void ControlsWindow::addObservation()
+{
+    tools_.create(*this, ID_TOOLS, TBSTYLE_FLAT | TBSTYLE_LIST);
+    tools_.useStandardImages(false);
+    tools_.addButton(ID_CLEAR_NOTE, L"New note", STD_FILENEW);
+    tools_.addButton(ID_WRITE_DOWN, L"Write down", STD_FILESAVE);
+    tools_.addSeparator();
+    tools_.addButton(ID_RESET, L"Reset", STD_UNDO);
+    tools_.adjust();
+
+    addChild(L"STATIC", L"Seen in the ni&ght of", 0, ID_LABEL, place(nightX, 10, nightWidth, 16));
+    day_.create(*this, ID_DAY, place(nightX, 28, nightWidth, 0), shown);
+    const int height = day_.getSizeOfMonth().cy, below = 28 + height;
+    day_.setSize(nightWidth, height, SWP_NOZORDER);
+    addChild(L"STATIC", L"&at", 0, ID_LABEL, place(nightX, below + 14, 90, 16));
+    time_.create(*this, ID_TIME, place(nightX + 100, below + 10, 130, 22), shown | DTS_TIMEFORMAT);
+    addChild(L"STATIC", L"&Magnified", 0, ID_LABEL, place(nightX, below + 44, 90, 16));
+    addChild(L"EDIT", L"", WS_BORDER | WS_TABSTOP | ES_NUMBER, ID_POWER, place(nightX + 100, below + 40, 130, 22));
+    power_.attach(*this, ID_POWER);
+    powerArrows_.create(*this, ID_POWER_ARROWS, place(0, 0, 0, 0),
+                        WS_VISIBLE | UDS_SETBUDDYINT | UDS_ALIGNRIGHT | UDS_ARROWKEYS);
+    powerArrows_.setBuddy(power_);
+    powerArrows_.setRange(10, 400);
+    powerArrows_.setPosition(100);
+
+    tips_.create(*this);
+    tips_.add(reset_, L"All bodies, in their order");
+    tips_.add(swatch_, L"The next colour for the names");
+    tips_.add(power_, L"How many times the telescope magnifies");
+}
+
 void ControlsWindow::fillTree()
 {
     std::vector<HTREEITEM> items;
@@ -271,6 +308,18 @@ void ControlsWindow::describe(const Body& body)
     note_.setText((text + L".\r\n").c_str());
 }
 
+void ControlsWindow::writeDown()
+{
+    const auto day = day_.getDate();
+    const auto time = time_.getTime();
+    wchar_t text[80];
+    std::swprintf(text, 80, L"Seen on %d-%02u-%02u at %02d:%02d, magnified %d times.\r\n", static_cast<int>(day.year()),
+                  static_cast<unsigned>(day.month()), static_cast<unsigned>(day.day()), time->wHour, time->wMinute,
+                  powerArrows_.getPosition());
+    note_.setSelection(-1, -1);
+    note_.replaceSelection(text);
+}
+
 void ControlsWindow::reset()
 {
     smallest_.setPosition(0, true);
@@ -292,6 +341,10 @@ void ControlsWindow::onCommand(Window* sender, unsigned short code, unsigned sho
         note_.setReadonly(readOnly_.getCheck() == checked);
     } else if (id == ID_RESET && code == BN_CLICKED) {
         reset();
+    } else if (id == ID_CLEAR_NOTE) {
+        note_.setText(L"");
+    } else if (id == ID_WRITE_DOWN) {
+        writeDown();
     } else if (id == ID_SWATCH && code == BN_CLICKED) {
         colours_.setCurrentSelection(static_cast<unsigned>((colours_.getCurrentSelection() + 1) % colours_.getCount()));
         showColour();

@@ -5,17 +5,22 @@
 
 #include <tarn/Bitmap.h>
 #include <tarn/ComboBox.h>
+#include <tarn/DateTimePicker.h>
 #include <tarn/EditControl.h>
 #include <tarn/ImageList.h>
 #include <tarn/ListView.h>
+#include <tarn/MonthCalendar.h>
 #include <tarn/ProgressBar.h>
 #include <tarn/RadioButtonGroup.h>
 #include <tarn/Rect.h>
 #include <tarn/ScrollBar.h>
 #include <tarn/StatusBar.h>
 #include <tarn/TabControl.h>
+#include <tarn/ToolBar.h>
+#include <tarn/ToolTip.h>
 #include <tarn/TrackBar.h>
 #include <tarn/TreeView.h>
+#include <tarn/UpDown.h>
 #include <tarn/WindowClass.h>
 
 #include <functional>
@@ -52,6 +57,7 @@ private:
     void addView();
     void addFilter();
     void addNote();
+    void addObservation();
     void fillTree();
 
     void showBodies();
@@ -60,6 +66,7 @@ private:
     void showColour();
     void showWidth();
     void describe(const Body& body);
+    void writeDown();
     void reset();
 
     HINSTANCE program_;
@@ -79,4 +86,10 @@ private:
     tarn::StatusBar status_;
     tarn::Button readOnly_, reset_;
     ColourButton swatch_;
+    tarn::ToolBar tools_;
+    tarn::MonthCalendar day_;
+    tarn::DateTimePicker time_;
+    tarn::EditControl power_;
+    tarn::UpDown powerArrows_;
+    tarn::ToolTip tips_;
 };

@@ -20,6 +20,15 @@
 #define ID_KINDS 116
 #define ID_BODIES 117
 #define ID_STATUS 118
+#define ID_TOOLS 119
+#define ID_DAY 120
+#define ID_TIME 121
+#define ID_POWER 122
+#define ID_POWER_ARROWS 123
+
+// Of the tool bar's buttons.
+#define ID_CLEAR_NOTE 200
+#define ID_WRITE_DOWN 201
 
 // Of the resources.
 #define ID_SMALL_PICTURES 1

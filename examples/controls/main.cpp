@@ -21,7 +21,8 @@ const std::map<std::string, int> names = {
     {"details", ID_DETAILS}, {"list-view", ID_LIST_VIEW}, {"small-icons", ID_SMALL_ICONS},
     {"icons", ID_ICONS},     {"smallest", ID_SMALLEST},   {"width", ID_WIDTH},
     {"note", ID_NOTE},       {"read-only", ID_READ_ONLY}, {"reset", ID_RESET},
-    {"swatch", ID_SWATCH},   {"list", ID_BODIES},         {"kinds", ID_KINDS}};
+    {"swatch", ID_SWATCH},   {"list", ID_BODIES},         {"kinds", ID_KINDS},
+    {"tools", ID_TOOLS},     {"power", ID_POWER},         {"day", ID_DAY}};
 
 const std::map<std::string, WPARAM> keys = {{"left", VK_LEFT}, {"right", VK_RIGHT},  {"up", VK_UP},
                                             {"down", VK_DOWN}, {"pageup", VK_PRIOR}, {"pagedown", VK_NEXT},

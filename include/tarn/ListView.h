@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tarn/BasicString.h>
 #include <tarn/Export.h>
 #include <tarn/Window.h>
 
@@ -51,6 +52,8 @@ public:
     /// `LVSCW_AUTOSIZE` fits the items, `LVSCW_AUTOSIZE_USEHEADER` the heading, too. Throws "Can't set list view column
     /// width".
     void setColumnWidth(unsigned column, int width) const;
+    /// The headings, for a HeaderControl. Lent, not given.
+    HWND getHeader() const;
     /// Shows in the heading of one column that the list is sorted by it, and in no other. Throws "Can't set sort
     /// arrow".
     void setSortArrow(unsigned column, sort_arrow arrow) const;
@@ -114,6 +117,10 @@ public:
     /// How many items a view with the style `LVS_OWNERDATA` shows, which asks its parent for their texts
     /// (`LVN_GETDISPINFO`). Throws "Can't set list view item count".
     void setItemCount(unsigned count) const;
+    /// For the parent of such a view: when the notification asks for the text of an item it gets what `text` gives, cut
+    /// to the control's room (260 characters), and the result is true.
+    static bool giveText(NMHDR& notification,
+                         const std::function<BasicString<wchar_t>(unsigned item, unsigned subitem)>& text);
 
     // ---- Selection and view
 

@@ -42,6 +42,7 @@
 #include <tarn/Cursor.h>
 #include <tarn/DPI.h>
 #include <tarn/DeHam48.h>
+#include <tarn/DateTimePicker.h>
 #include <tarn/Debug.h>
 #include <tarn/DeviceContext.h>
 #include <tarn/Dialog.h>
@@ -69,6 +70,7 @@
 #include <tarn/GUID.h>
 #include <tarn/GregorianCalendar.h>
 #include <tarn/GregorianCalendarBase.h>
+#include <tarn/HeaderControl.h>
 #include <tarn/I2CBus.h>
 #include <tarn/IUnknownImpl.h>
 #include <tarn/Icon.h>
@@ -88,6 +90,7 @@
 #include <tarn/MemoryStream.h>
 #include <tarn/Menu.h>
 #include <tarn/MessageLoop.h>
+#include <tarn/MonthCalendar.h>
 #include <tarn/NewerData.h>
 #include <tarn/OwnedHandle.h>
 #include <tarn/OwnerDrawable.h>
@@ -135,8 +138,11 @@
 #include <tarn/Time.h>
 #include <tarn/TimeText.h>
 #include <tarn/TimeZone.h>
+#include <tarn/ToolBar.h>
+#include <tarn/ToolTip.h>
 #include <tarn/TrackBar.h>
 #include <tarn/TreeView.h>
+#include <tarn/UpDown.h>
 #include <tarn/Variant.h>
 #include <tarn/VersionInfo.h>
 #include <tarn/WaitableTimer.h>

@@ -1,5 +1,6 @@
 #include <tarn/ListView.h>
 
+#include <tarn/HeaderControl.h>
 #include <tarn/ImageList.h>
 
 #include "../windowing/HandlerScope.h"
@@ -12,7 +13,6 @@
 namespace tarn {
 namespace {
 constexpr unsigned atEnd = INT_MAX;
-constexpr const char* cannotSetArrow = "Can't set sort arrow";
 
 struct Sorting {
     const std::function<int(const void*, const void*)>& compare;
@@ -69,6 +69,14 @@ template <class Item> Item withData(Item attributes, const void* data)
     attributes.mask |= LVIF_PARAM;
     attributes.lParam = toLParam(data);
     return attributes;
+}
+
+// As much of the text as the control has room for.
+template <class Ch> void giveTextTo(typename ItemApi<Ch>::ListItem& item, const BasicString<Ch>& text)
+{
+    const auto room = static_cast<std::size_t>(item.cchTextMax);
+    if (room > 0)
+        item.pszText[text.copy(item.pszText, room - 1)] = 0;
 }
 
 // Each sends one message, in either width.
@@ -149,17 +157,10 @@ void ListView::setColumnWidth(unsigned column, int width) const
     ensureSent(*this, FALSE, "Can't set list view column width", LVM_SETCOLUMNWIDTH, column, width);
 }
 
+HWND ListView::getHeader() const { return static_cast<HWND>(toPointer(sendMessageA(LVM_GETHEADER))); }
 void ListView::setSortArrow(unsigned column, sort_arrow arrow) const
 {
-    const Window header(static_cast<HWND>(toPointer(sendMessageA(LVM_GETHEADER))));
-    const auto count = static_cast<unsigned>(ensureSent(header, -1, cannotSetArrow, HDM_GETITEMCOUNT));
-    for (unsigned i = 0; i < count; ++i) {
-        HDITEMW heading{};
-        heading.mask = HDI_FORMAT;
-        ensureSent(header, FALSE, cannotSetArrow, HDM_GETITEMW, i, toLParam(&heading));
-        heading.fmt = (heading.fmt & ~(HDF_SORTUP | HDF_SORTDOWN)) | (i == column ? arrow : no_arrow);
-        ensureSent(header, FALSE, cannotSetArrow, HDM_SETITEMW, i, toLParam(&heading));
-    }
+    HeaderControl(getHeader()).setSortArrow(column, arrow);
 }
 
 int ListView::insertItem(const LVITEMA& item) const { return insertItemBy(LVM_INSERTITEMA, *this, &item); }
@@ -252,6 +253,22 @@ void ListView::sortItems(const std::function<int(const void*, const void*)>& com
 void ListView::setItemCount(unsigned count) const
 {
     ensureSent(*this, FALSE, "Can't set list view item count", LVM_SETITEMCOUNT, count);
+}
+
+bool ListView::giveText(NMHDR& notification,
+                        const std::function<BasicString<wchar_t>(unsigned item, unsigned subitem)>& text)
+{
+    // The structure differs in the type of the text alone.
+    LVITEMW& item = reinterpret_cast<NMLVDISPINFOW&>(notification).item;
+    const UINT code = notification.code;
+    if ((code != LVN_GETDISPINFOW && code != LVN_GETDISPINFOA) || !(item.mask & LVIF_TEXT))
+        return false;
+    const BasicString<wchar_t> wanted = text(static_cast<unsigned>(item.iItem), static_cast<unsigned>(item.iSubItem));
+    if (code == LVN_GETDISPINFOW)
+        giveTextTo(item, wanted);
+    else
+        giveTextTo(reinterpret_cast<LVITEMA&>(item), BasicString<char>(wanted.c_str()));
+    return true;
 }
 
 void ListView::setSelected(unsigned item, bool selected) const

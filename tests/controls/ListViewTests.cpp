@@ -119,7 +119,7 @@ TEST_CASE("ListView: items are sorted by their data, and an arrow shows the colu
     support::expectWindowsError([] { ListView().setSortArrow(0, ListView::ascending); }, "Can't set sort arrow");
 }
 
-TEST_CASE("ListView: items are checked, selected and edited by code; a virtual view only counts them", "[controls]")
+TEST_CASE("ListView: items are checked, selected and edited by code; a virtual view asks for their texts", "[controls]")
 {
     const ListHost host(WC_LISTVIEWW, LVS_REPORT | LVS_EDITLABELS);
     const ListView& view = host.control;
@@ -136,9 +136,26 @@ TEST_CASE("ListView: items are checked, selected and edited by code; a virtual v
     CHECK(view.sendMessageA(LVM_GETEDITCONTROL) != 0);
     support::expectWindowsError([&] { view.setChecked(9, true); }, "Can't set item");
     support::expectWindowsError([&] { view.editItem(9); }, "Can't edit list view item");
-    const ListHost virtualHost(WC_LISTVIEWW, LVS_REPORT | LVS_OWNERDATA);
-    virtualHost.control.setItemCount(1000000);
-    CHECK(virtualHost.control.getItemCount() == 1000000);
+    struct : support::Host {
+        LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
+        {
+            const auto text = [](unsigned item, unsigned subitem) {
+                return BasicString<wchar_t>::fromInt(item) + (subitem ? std::wstring(300, L'\xE9') : L"");
+            };
+            if (msg == WM_NOTIFY && ListView::giveText(*reinterpret_cast<NMHDR*>(lParam), text))
+                return 0;
+            return support::Host::onMessage(msg, wParam, lParam);
+        }
+    } virtualHost;
+    ListView large;
+    large.create(virtualHost, 9, Rect(0, 0, 90, 90), LVS_REPORT | LVS_OWNERDATA);
+    large.insertColumn(0, "column", 40);
+    large.insertColumn(1, "column", 40);
+    large.setItemCount(1000000);
+    CHECK((large.getItemCount() == 1000000 && large.getItemTextW(999999, 0) == L"999999"));
+    const std::wstring cut = large.getItemTextW(5, 1);
+    CHECK((cut.size() >= 200 && cut == L"5" + std::wstring(cut.size() - 1, L'\xE9')));
+    CHECK(large.getItemTextA(7, 0) == "7");
 }
 
 TEMPLATE_TEST_CASE("ListView: what the control refuses is named", "[controls]", LVITEMA, LVITEMW)

@@ -1,0 +1,50 @@
+#include "Controls.h"
+
+#include <tarn/ToolBar.h>
+
+using namespace tarn;
+
+TEST_CASE("ToolBar: it lies at the top, and its buttons are known by their commands", "[controls]")
+{
+    struct : support::Host {
+        void onCommand(Window*, unsigned short, unsigned short button) override { pressed = button; }
+        unsigned short pressed = 0;
+    } host;
+    ToolBar bar;
+    bar.create(host, 5, TBSTYLE_FLAT | TBSTYLE_LIST);
+    bar.useStandardImages(false);
+    bar.addButton(10, "narrow", STD_FILENEW);
+    bar.addSeparator();
+    bar.addButton(11, L"w\u00EFde", I_IMAGENONE, BTNS_CHECK);
+    bar.adjust();
+    CHECK((bar.getButtonCount() == 3 && bar.getWindowSize().cx >= host.getClientSize().cx));
+    CHECK(bar.getWindowRectangle().top <= host.toScreen(Point(0, 0)).y);
+    CHECK((bar.getButtonTextA(10) == "narrow" && bar.getButtonTextW(11) == L"w\u00EFde"));
+
+    bar.enableButton(10, false);
+    bar.setButtonChecked(11, true);
+    CHECK((!bar.isButtonEnabled(10) && bar.isButtonEnabled(11) && bar.isButtonChecked(11) && !bar.isButtonChecked(10)));
+    bar.sendMessageA(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(bar.getClientSize().cx - 1, 5)); // Beside the buttons.
+    CHECK(host.pressed == 0);
+    RECT button{};
+    bar.sendMessageA(TB_GETRECT, 11, reinterpret_cast<LPARAM>(&button));
+    for (const UINT msg : {WM_LBUTTONDOWN, WM_LBUTTONUP})
+        bar.sendMessageA(msg, MK_LBUTTON, MAKELPARAM(button.left + 2, button.top + 2));
+    CHECK((host.pressed == 11 && !bar.isButtonChecked(11)));
+    bar.deleteButton(1);
+    CHECK(bar.getButtonCount() == 2);
+}
+
+TEST_CASE("ToolBar: what the control refuses is named", "[controls]")
+{
+    support::Host host;
+    ToolBar bar;
+    const auto fails = [](auto call, const char* what) { support::expectWindowsError(call, what); };
+    fails([&] { bar.addButton(1, "x"); }, "Can't add tool bar button");
+    bar.create(host, 5);
+    fails([&] { bar.deleteButton(0); }, "Can't delete tool bar button");
+    fails([&] { bar.getButtonTextA(1); }, "Can't get tool bar button");
+    fails([&] { bar.enableButton(1, true); }, "Can't change tool bar button");
+    fails([&] { bar.setButtonChecked(1, true); }, "Can't change tool bar button");
+    CHECK((!bar.isButtonEnabled(1) && !bar.isButtonChecked(1)));
+}
