@@ -20,7 +20,6 @@ class TARN_API EventLog {
 public:
     /// How much it matters.
     enum Severity { information, warning, error };
-    /// What was reported.
     struct Entry;
 
     /// As `source`, on this machine. Throws "Can't open event log".
@@ -45,6 +44,7 @@ private:
     std::unique_ptr<void, Close> log_;
 };
 
+/// What was reported.
 struct EventLog::Entry {
     /// What is no error and no warning counts as information.
     Severity severity = information;
