@@ -19,5 +19,5 @@ public:
     bool knows(const tarn::BasicString<wchar_t>& path, const tarn::FolderEntry& file) const;
 
 private:
-    std::map<tarn::BasicString<char>, tarn::BasicString<char>> files_;
+    std::map<tarn::BasicString<wchar_t>, tarn::BasicString<wchar_t>> files_;
 };

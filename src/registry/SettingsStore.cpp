@@ -4,6 +4,7 @@
 #include <tarn/FileSystem.h>
 #include <tarn/IniString.h>
 #include <tarn/RegistryKey.h>
+#include <tarn/StandardStreams.h>
 #include <tarn/WindowsFile.h>
 
 #include "../foundation/Check.h"
@@ -64,10 +65,7 @@ std::string contentOf(const Text& path)
     if (!FileSystem::isFile(path))
         return {};
     WindowsFile file = WindowsFile::openToRead(path.c_str());
-    std::string content(static_cast<std::size_t>(file.getSize()), '\0');
-    if (!content.empty())
-        file.readFully(content.data(), static_cast<unsigned>(content.size()));
-    return content;
+    return readAll(file);
 }
 
 void write(const Text& path, const std::string& content)

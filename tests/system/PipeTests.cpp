@@ -1,12 +1,12 @@
 #include <catch2/catch.hpp>
 
 #include <tarn/Pipe.h>
+#include <tarn/StandardStreams.h>
 
 #include <thread>
 
 #include "Expect.h"
 #include "Handles.h"
-#include "Streams.h"
 #include "Wine.h"
 
 using namespace tarn;

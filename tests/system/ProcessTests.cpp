@@ -5,12 +5,12 @@
 #include <tarn/Pipe.h>
 #include <tarn/Process.h>
 #include <tarn/RunProcess.h>
+#include <tarn/StandardStreams.h>
 #include <tarn/WindowsModule.h>
 
 #include "Expect.h"
 #include "Handles.h"
 #include "ScratchFolder.h"
-#include "Streams.h"
 
 using namespace tarn;
 using support::expectWindowsError;

@@ -4,6 +4,7 @@
 #include <tarn/Event.h>
 #include <tarn/Pipe.h>
 #include <tarn/RunProcess.h>
+#include <tarn/StandardStreams.h>
 
 #include <atomic>
 #include <cstdlib>
@@ -13,7 +14,6 @@
 
 #include "Expect.h"
 #include "Handles.h"
-#include "Streams.h"
 
 using namespace tarn;
 

@@ -3,6 +3,7 @@
 #include <tarn/Event.h>
 #include <tarn/Pipe.h>
 #include <tarn/Process.h>
+#include <tarn/StandardStreams.h>
 #include <tarn/Thread.h>
 
 #include <algorithm>
@@ -15,7 +16,6 @@
 #include "DebuggerOutput.h"
 #include "Expect.h"
 #include "Handles.h"
-#include "Streams.h"
 
 using namespace tarn;
 using support::expectWindowsError;
