@@ -3,8 +3,11 @@
 #include <tarn/Archive.h>
 #include <tarn/BasicString.h>
 #include <tarn/MemoryStream.h>
+#include <tarn/StandardStreams.h>
+#include <tarn/TextLines.h>
 
 #include <cstdio>
+#include <iomanip>
 #include <iostream>
 
 namespace {
@@ -53,6 +56,23 @@ void showValues()
     std::cout << "a picture's header with the high byte first: " << width << " x " << height << '\n';
 }
 
+void showText()
+{
+    tarn::MemoryOutputStream file;
+    tarn::LineWriter writer(file, {.encoding = tarn::utf16, .byteOrderMark = true});
+    writer.writeLine(L"\x201ETerns\x201C");
+    writer.writeLine(L"second");
+    tarn::MemoryInputStream bytes(file.getData(), static_cast<unsigned>(file.getSize()));
+    tarn::LineReader reader(bytes); // The byte order mark says what it is.
+    tarn::BasicString<wchar_t> line;
+    while (reader.readLine(line))
+        std::cout << "line " << reader.getLineNumber() << ": " << line.size() << " characters\n";
+
+    tarn::StreamBuffer buffer(static_cast<tarn::OutputStream&>(file));
+    std::ostream(&buffer) << std::setw(6) << 42 << std::flush;
+    std::cout << "with what a standard stream wrote there are " << file.getSize() << " bytes\n";
+}
+
 void showGraph()
 {
     tarn::MemoryOutputStream out;
@@ -91,6 +111,7 @@ void showGraph()
 void showStreams()
 {
     showValues();
+    showText();
     showGraph();
 }
 

@@ -31,6 +31,7 @@
 #include <tarn/COMModule.h>
 #include <tarn/COMPropertyPage.h>
 #include <tarn/COMServer.h>
+#include <tarn/COMStream.h>
 #include <tarn/Calendar.h>
 #include <tarn/ChangeList.h>
 #include <tarn/CharTraits.h>
@@ -125,6 +126,7 @@
 #include <tarn/SingleInstance.h>
 #include <tarn/Size.h>
 #include <tarn/SourceLocation.h>
+#include <tarn/StandardStreams.h>
 #include <tarn/StatusBar.h>
 #include <tarn/StdIOStream.h>
 #include <tarn/Stream.h>
@@ -134,6 +136,7 @@
 #include <tarn/TabControl.h>
 #include <tarn/TemporaryDirectory.h>
 #include <tarn/TemporaryFile.h>
+#include <tarn/TextLines.h>
 #include <tarn/Thread.h>
 #include <tarn/Time.h>
 #include <tarn/TimeText.h>
