@@ -37,7 +37,21 @@ struct KeyData {
 
 template <class T> T& pointee(LPARAM lParam) { return *reinterpret_cast<T*>(lParam); }
 
-template <class Parameter> HWND windowIn(Parameter parameter) { return reinterpret_cast<HWND>(parameter); }
+/// The object of the window that a parameter names, or one that stands for it until the handler returns; null for none.
+class Partner {
+public:
+    template <class Parameter>
+    explicit Partner(Parameter parameter)
+        : temporary_(reinterpret_cast<HWND>(parameter)), bound_(Window::getWindowFromHandle(temporary_, false))
+    {
+    }
+
+    operator Window*() { return bound_ || !temporary_ ? bound_.get() : &temporary_; }
+
+private:
+    Window temporary_;
+    Window::Pointer<Window> bound_;
+};
 
 struct FinishDrop {
     void operator()(HDROP drop) const { DragFinish(drop); }
@@ -94,17 +108,17 @@ LRESULT Window::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
         break;
     }
     case WM_COMMAND:
-        onCommand(getWindowFromHandle(windowIn(lParam), true), high(wParam), low(wParam));
+        onCommand(Partner(lParam), high(wParam), low(wParam));
         break;
     case WM_TIMER:
         if (!runTimerFunction(wParam))
             onTimer(wParam);
         break;
     case WM_HSCROLL:
-        onHScroll(getWindowFromHandle(windowIn(lParam), true), low(wParam), high(wParam));
+        onHScroll(Partner(lParam), low(wParam), high(wParam));
         break;
     case WM_VSCROLL:
-        onVScroll(getWindowFromHandle(windowIn(lParam), true), low(wParam), high(wParam));
+        onVScroll(Partner(lParam), low(wParam), high(wParam));
         break;
     case WM_MOUSEMOVE:
         onMouseMove(keys, signedPoint(lParam));
@@ -158,16 +172,16 @@ LRESULT Window::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
         onChar(static_cast<wchar_t>(wParam), KeyData(lParam).repeat());
         break;
     case WM_SETFOCUS:
-        onFocusGained(getWindowFromHandle(windowIn(wParam), true));
+        onFocusGained(Partner(wParam));
         break;
     case WM_KILLFOCUS:
-        onFocusLost(getWindowFromHandle(windowIn(wParam), true));
+        onFocusLost(Partner(wParam));
         break;
     case WM_CONTEXTMENU:
-        onContextMenu(getWindowFromHandle(windowIn(wParam), true), signedPoint(lParam));
+        onContextMenu(Partner(wParam), signedPoint(lParam));
         break;
     case WM_SETCURSOR:
-        return onSetCursor(getWindowFromHandle(windowIn(wParam), true), low(lParam), high(lParam));
+        return onSetCursor(Partner(wParam), low(lParam), high(lParam));
     case WM_ERASEBKGND:
         return onEraseBackground(DeviceContext(reinterpret_cast<HDC>(wParam)));
     case WM_MOUSEHWHEEL:
@@ -177,7 +191,7 @@ LRESULT Window::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
         onMouseLeave();
         break;
     case WM_ACTIVATE:
-        onActivate(low(wParam), high(wParam) != 0, getWindowFromHandle(windowIn(lParam), true));
+        onActivate(low(wParam), high(wParam) != 0, Partner(lParam));
         break;
     case WM_SHOWWINDOW:
         onShow(wParam != 0, static_cast<UINT>(lParam));

@@ -190,6 +190,7 @@ constexpr const char* cannotFail[] = {
     "IsWindowUnicode",
     "LeaveCriticalSection",
     "LsaNtStatusToWinError",
+    "MsgWaitForMultipleObjects", // Of handles that there are.
     "MulDiv",
     "OutputDebugStringA",
     "OutputDebugStringW",
