@@ -116,7 +116,7 @@ private:
     template <class T> friend OutputStream& operator<<(OutputStream& out, const std::shared_ptr<T>& ptr);
     template <class T> friend InputStream& operator>>(InputStream& in, std::shared_ptr<T>& ptr);
 
-    void writeObject(const Serializable* object, unsigned long key);
+    void writeShared(const Serializable& object, const void* identity);
     [[noreturn]] void refuse(const ref_ptr<Serializable>& object, const std::type_info& expected);
     [[noreturn]] static void refuse(const Serializable& object, const std::type_info& expected);
 
@@ -126,7 +126,6 @@ private:
     void writeInParts(const Serializable& object, unsigned int key);
     void writeBody(const Serializable& object, const DataVersion& version);
     void writeNewerData(const NewerData& data);
-    void writeStandardShared(const Serializable* object);
 
     std::optional<unsigned long long> findOffset() const;
     template <class Read> void located(Read read);
@@ -234,7 +233,7 @@ template <class T> OutputStream& operator<<(OutputStream& out, const std::shared
 {
     out << static_cast<bool>(ptr);
     if (ptr)
-        Archive::behind(out).writeStandardShared(ptr.get());
+        Archive::behind(out).writeShared(*ptr, dynamic_cast<const void*>(ptr.get()));
     return out;
 }
 template <class T> InputStream& operator>>(InputStream& in, std::shared_ptr<T>& ptr)

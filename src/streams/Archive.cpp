@@ -50,40 +50,34 @@ unsigned int Archive::write(const void* buffer, unsigned int size)
 
 // ---- Writing
 
-void Archive::writeObject(const Serializable* object) { writeObject(object, singleKey); }
+void Archive::writeObject(const Serializable* object)
+{
+    const NestingLevel level(depth_);
+    writeRecord(object, singleKey);
+}
 
 void Archive::writeObject(const ref_ptr<Serializable>& ptr)
 {
-    const auto counter = reinterpret_cast<std::uintptr_t>(ptr.getIdentity());
-    writeObject(ptr.get(), tables_->keys.of(counter, tables_->written));
+    if (ptr)
+        writeShared(*ptr, ptr.getIdentity());
+    else
+        writeObject(nullptr); // Which fails.
 }
 
-void Archive::writeStandardShared(const Serializable* object)
+void Archive::writeShared(const Serializable& object, const void* identity)
 {
-    const auto address = reinterpret_cast<std::uintptr_t>(dynamic_cast<const void*>(object));
-    writeObject(object, tables_->keys.of(address, tables_->written));
-}
-
-void Archive::writeObject(const Serializable* object, unsigned long key)
-{
-    const auto word = static_cast<unsigned int>(key);
-    if (word == singleKey) {
-        const NestingLevel level(depth_);
-        writeRecord(object, word);
-        return;
-    }
-    auto place = tables_->written.placeFor(word);
+    auto place = tables_->written.placeFor(reinterpret_cast<std::uintptr_t>(identity));
     if (place) {
         if (!writesPlain_ && tables_->writer.isInParts()) {
-            tables_->writer.putWords(static_cast<unsigned int>(referencePart), word);
+            tables_->writer.putWords(static_cast<unsigned int>(referencePart), place.key());
         } else {
-            static_cast<OutputStream&>(*this) << word;
+            static_cast<OutputStream&>(*this) << place.key();
         }
         return;
     }
     const NestingLevel level(depth_);
     place.put(); // Before the data are written, so that a circle leads to a reference.
-    writeRecord(object, word);
+    writeRecord(&object, place.key());
 }
 
 namespace {
@@ -435,7 +429,7 @@ void Archive::readRecord(ref_ptr<Serializable>& ptr)
     const unsigned int key = isPart ? tables_->reader.head[0] : readUInt32();
     if (tables_->isSingle(key) && !tables_->readsNewerData) // There an object of one owner is read like any other.
         throwSingle();
-    tables_->makeRoom();
+    tables_->makeRoom(key);
     Serializable* const made = createNamed(isPart);
     ref_ptr<Serializable> object(tables_->counts.take(), made);
     // Known before its data are read, so that references inside them find it, and it is not lost when they fail.

@@ -5,6 +5,7 @@
 #include <tarn/NewerData.h>
 
 #include "../foundation/Closing.h"
+#include "AddressTable.h"
 #include "ArchiveBody.h"
 #include "ClassName.h"
 #include "CountPool.h"
@@ -22,26 +23,71 @@
 namespace tarn {
 using KeySet = KeyTable<unsigned int>;
 
-/// The key of a shared object where an address fits a key: the address of its counter.
-struct AddressKeys {
-    unsigned int of(std::uintptr_t counter, const KeySet&) { return static_cast<unsigned int>(counter); }
-};
-/// The key where it does not: the low half of the address or the next number that is neither 0 nor taken.
-struct AssignedKeys {
-    unsigned int of(std::uint64_t counter, const KeySet& taken)
+/// The keys of the shared objects that were written. The key is the address of the object's counter, where that fits
+/// the 32 bits of a key; else the address's low half, or the next number that is neither 0 nor taken.
+template <bool areAddresses> class KeysOfAddresses {
+    using HighHalf = std::conditional_t<areAddresses, NoValue, unsigned int>;
+    using Table = AddressTable<HighHalf>;
+
+public:
+    /// The key of an object, and whether it was written: one search for both. Valid until the next one.
+    class Place {
+    public:
+        explicit operator bool() const { return static_cast<bool>(place_); } ///< Whether it was written.
+        unsigned int key() const { return key_; }
+        void put()
+        {
+            if constexpr (!areAddresses)
+                if (keys_)
+                    keys_->assigned_[address_] = key_;
+            place_.put(high_);
+        }
+
+    private:
+        friend class KeysOfAddresses;
+        Place(typename Table::Place place, unsigned int key, HighHalf high) : place_(place), key_(key), high_(high) {}
+
+        typename Table::Place place_;
+        unsigned int key_;
+        [[no_unique_address]] HighHalf high_;
+        KeysOfAddresses* keys_ = nullptr; // For a key that is not the low half.
+        std::uint64_t address_ = 0;
+    };
+
+    /// Of an address other than 0.
+    Place placeFor(std::uint64_t address)
     {
-        if (counter == 0)
-            return 0;
-        if (const unsigned int* const known = keys.find(counter))
-            return *known;
-        auto key = static_cast<unsigned int>(counter);
-        while (key == 0 || taken.contains(key))
-            ++key;
-        return keys[counter] = key;
+        const auto key = static_cast<unsigned int>(address);
+        if constexpr (areAddresses) {
+            return Place(table_.placeFor(key), key, {});
+        } else {
+            const auto high = static_cast<unsigned int>(address >> 32);
+            if (key != 0)
+                if (const auto place = table_.placeFor(key); !place || place.value() == high)
+                    return Place(place, key, high);
+            return placeOfAssigned(address);
+        }
     }
 
-    KeyTable<std::uint64_t, unsigned int> keys;
+private:
+    static constexpr unsigned int noHighHalf = ~0u; // No address has this one.
+
+    [[gnu::noinline]] Place placeOfAssigned(std::uint64_t address)
+    {
+        const unsigned int* const known = assigned_.find(address);
+        auto key = known ? *known : static_cast<unsigned int>(address);
+        while (!known && (key == 0 || table_.contains(key)))
+            ++key;
+        Place place(table_.placeFor(key), key, noHighHalf);
+        place.keys_ = this;
+        place.address_ = address;
+        return place;
+    }
+
+    Table table_;
+    KeyTable<std::uint64_t, unsigned int> assigned_;
 };
+using WrittenKeys = KeysOfAddresses<sizeof(void*) == sizeof(unsigned int)>;
 
 /// The version that an object is written with: that of its class, or that of a newer program whose data it keeps.
 class Archive::DataVersion {
@@ -76,7 +122,7 @@ struct Archive::Tables {
     Tables() = default;
     /// The copy begins on the outside.
     Tables(const Tables& other)
-        : keys(other.keys), written(other.written), single(other.single), hasSingleZero(other.hasSingleZero),
+        : written(other.written), single(other.single), hasSingleZero(other.hasSingleZero),
           keepsUnknown(other.keepsUnknown), objects(other.objects), shared(other.shared), standard(other.standard),
           foreign(other.foreign)
     {
@@ -98,11 +144,12 @@ struct Archive::Tables {
     }
 
     /// Room for one more shared object, to be made before the object is: later it could be lost for want of it.
-    void makeRoom()
+    void makeRoom(unsigned int key)
     {
         if (objects.size() == objects.capacity())
             objects.reserve(2 * objects.size() + 8);
-        shared.makeRoom(1);
+        if (key != 0)
+            shared.placeFor(key);
         counts.makeRoom();
     }
     /// Keeps a shared object for as long as the archive lives, also when another comes up with its key.
@@ -113,7 +160,7 @@ struct Archive::Tables {
         if (readsNewerData || (keepsUnknown && dynamic_cast<SealedObject*>(object.get())))
             foreign.insert(object.getIdentity());
         if (key != 0)
-            shared[key] = place;
+            shared.placeFor(key).put(place);
         return place;
     }
     /// Gives the object at a place up again, which no key leads to.
@@ -139,15 +186,14 @@ struct Archive::Tables {
             single.insert(key);
     }
 
-    std::conditional_t<sizeof(void*) == sizeof(unsigned int), AddressKeys, AssignedKeys> keys;
-    KeySet written;
+    WrittenKeys written;
     KeySet single;
     bool hasSingleZero = false;
     bool keepsUnknown = false;
-    bool readsNewerData = false;                 // In which objects of unknown classes are kept in any case.
-    std::vector<ref_ptr<Serializable>> objects;  // All shared ones that were read; null for those given up.
-    CountPool counts;                            // For the objects to come.
-    KeyTable<unsigned int, unsigned int> shared; // Where the last one of each key lies.
+    bool readsNewerData = false;                // In which objects of unknown classes are kept in any case.
+    std::vector<ref_ptr<Serializable>> objects; // All shared ones that were read; null for those given up.
+    CountPool counts;                           // For the objects to come.
+    AddressTable<unsigned int> shared;          // Where the last one of each key lies.
     std::unordered_map<const unsigned int*, std::weak_ptr<Serializable>> standard; // What standard pointers share.
     std::unordered_set<const unsigned int*> foreign; // What stands in newer data or is of an unknown class.
     BodyWriter writer;

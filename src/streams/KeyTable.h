@@ -11,7 +11,7 @@ namespace tarn {
 struct NoValue {};
 
 /// Values by keys other than 0, side by side in one piece of memory: it takes memory when it doubles, not for each
-/// entry, and nothing is ever taken out.
+/// entry, and nothing is ever taken out. Nothing is known of the keys.
 template <class Key, class Value = NoValue> class KeyTable {
     struct Slot {
         Key key = 0;
@@ -30,6 +30,7 @@ public:
     class Place {
     public:
         explicit operator bool() const { return slot_->key != 0; } ///< Whether it is there.
+        Value& value() const { return slot_->value; }
         Value& put()
         {
             slot_->key = key_;

@@ -275,16 +275,32 @@ TEST_CASE("Archive: nesting is limited in writing and in reading", "[streams][ar
     }
 }
 
-TEST_CASE("AssignedKeys: counters whose addresses agree in their low half get keys of their own", "[streams][archive]")
+TEST_CASE("KeysOfAddresses: counters whose addresses agree in their low half get keys of their own",
+          "[streams][archive]")
 {
-    AssignedKeys keys;
-    KeySet taken;
+    KeysOfAddresses<false> keys;
     const std::pair<std::uint64_t, unsigned> rows[] = {
         {0x100001000, 0x1000}, {0x200001000, 0x1001}, {0x300000000, 1}, {0x4FFFFFFFF, 0xFFFFFFFF}, {0x5FFFFFFFF, 2}};
     for (const auto& [counter, key] : rows) {
-        CHECK(keys.of(counter, taken) == key);
-        taken.insert(key);
+        auto place = keys.placeFor(counter);
+        CHECK((!place && place.key() == key));
+        place.put();
     }
-    CHECK(keys.of(0x200001000, taken) == 0x1001);
-    CHECK(keys.of(0, taken) == 0);
+    for (const auto& [counter, key] : rows)
+        CHECK((keys.placeFor(counter) && keys.placeFor(counter).key() == key));
+}
+
+TEST_CASE("AddressTable: keys of any distances are found again, and no others", "[streams][archive]")
+{
+    const unsigned distance = GENERATE(1, 8, 100, 5000);
+    AddressTable<unsigned> table;
+    for (unsigned i = 1; i <= 10000; ++i)
+        table.placeFor(i * distance).put(i);
+    table.placeFor(distance).put(7); // In place of the former.
+    CHECK(*table.find(distance) == 7);
+    bool found = true;
+    for (unsigned i = 2; i <= 10000; ++i)
+        found =
+            found && *table.find(i * distance) == i && table.contains(i * distance + 1) == (distance == 1 && i < 10000);
+    CHECK(found);
 }
