@@ -3,6 +3,7 @@
 #include <tarn/Windows.h>
 
 #include "../foundation/LastErrorKept.h"
+#include "../foundation/NativeCall.h"
 #include "../system/FreshHandle.h"
 #include "FoundEntries.h"
 #include "LongPath.h"
@@ -38,6 +39,23 @@ bool linksAreHidden()
     return hidden;
 }
 
+// Opens an entry of an open folder, which spares Wine the way to it: for links that are hidden, each file has to be
+// open before it is deleted.
+FreshHandle openInFolder(const FreshHandle& folder, std::wstring_view name, DWORD access, DWORD share)
+{
+    CountedName counted(name);
+    OBJECT_ATTRIBUTES attributes = below(folder.get(), counted, OBJ_CASE_INSENSITIVE);
+    IO_STATUS_BLOCK ignored{};
+    HANDLE handle = nullptr;
+    const DWORD error = callNative<HANDLE*, ACCESS_MASK, OBJECT_ATTRIBUTES*, IO_STATUS_BLOCK*, ULONG, ULONG>(
+        "NtOpenFile", &handle, access | SYNCHRONIZE, &attributes, &ignored, share,
+        FILE_SYNCHRONOUS_IO_NONALERT | FILE_OPEN_REPARSE_POINT | FILE_OPEN_FOR_BACKUP_INTENT);
+    if (error == ERROR_SUCCESS)
+        return FreshHandle(handle);
+    SetLastError(error);
+    return {};
+}
+
 bool deleteOpen(const FreshHandle& entry)
 {
     FILE_DISPOSITION_INFO deleted{TRUE};
@@ -58,11 +76,8 @@ bool deleteReadOnly(const FreshHandle& entry)
     return deleted;
 }
 
-FreshHandle openToDelete(const Path& path)
-{
-    return openEntry(path, DELETE | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES,
-                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
-}
+constexpr DWORD toDelete = DELETE | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES;
+constexpr DWORD sharedWithAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 // Keeps no frame of the stack for a level, since a tree may have 16,000 of them.
 class TreeDeletion {
@@ -145,7 +160,8 @@ private:
 
     void deleteByHandle(std::wstring_view name, bool readOnly)
     {
-        const FreshHandle entry = openToDelete(path_);
+        const FreshHandle entry = linksAreHidden() ? openInFolder(levels_.back().folder, name, toDelete, sharedWithAll)
+                                                   : openEntry(path_, toDelete, sharedWithAll);
         if (!entry || (linksAreHidden() && leadsElsewhere(entry, name)) ||
             !(readOnly ? deleteReadOnly(entry) : deleteOpen(entry)))
             noteFailure();
@@ -189,7 +205,7 @@ private:
             return;
         if (RemoveDirectoryW(path_.c_str()))
             return;
-        const FreshHandle folder = openToDelete(path_);
+        const FreshHandle folder = openEntry(path_, toDelete, sharedWithAll);
         if (!folder || !deleteReadOnly(folder))
             noteFailure();
     }

@@ -1,9 +1,7 @@
 #include "NativeRegistry.h"
 
 #include "../foundation/Check.h"
-
-#include <ntsecapi.h>
-#include <winternl.h>
+#include "../foundation/NativeCall.h"
 
 #include <cstddef>
 
@@ -14,38 +12,12 @@ using Text = BasicString<wchar_t>;
 // The keys of other machines are no handles of the kernel's but odd numbers, as some of the roots are.
 bool isRemote(HKEY key) { return (reinterpret_cast<ULONG_PTR>(key) & 1) != 0; }
 
-// Looked up and not linked: the import library has the runtime library's functions, too, in versions of the kernel's.
 template <class... Arguments> LSTATUS callNative(HKEY on, const char* function, Arguments... arguments)
 {
-    if (isRemote(on))
-        return ERROR_NOT_SUPPORTED;
-    const HMODULE module = GetModuleHandleW(L"ntdll.dll");
-    const FARPROC procedure = module ? GetProcAddress(module, function) : nullptr;
-    if (!procedure)
-        return static_cast<LSTATUS>(GetLastError());
-    const auto call = reinterpret_cast<NTSTATUS(NTAPI*)(Arguments...)>(reinterpret_cast<void*>(procedure));
-    const NTSTATUS status = call(arguments...);
-    return status == 0 ? ERROR_SUCCESS : static_cast<LSTATUS>(LsaNtStatusToWinError(status));
+    return isRemote(on) ? ERROR_NOT_SUPPORTED : static_cast<LSTATUS>(tarn::callNative(function, arguments...));
 }
 
 bool hasZero(const Text& name) { return name.find(L'\0') != Text::npos; }
-
-/// A name as the native calls take it.
-class CountedName : public UNICODE_STRING {
-public:
-    explicit CountedName(const Text& name)
-        : UNICODE_STRING{static_cast<USHORT>(name.size() * sizeof(wchar_t)),
-                         static_cast<USHORT>(name.size() * sizeof(wchar_t)), const_cast<wchar_t*>(name.data())}
-    {
-    }
-};
-
-OBJECT_ATTRIBUTES below(HKEY parent, CountedName& name, ULONG attributes)
-{
-    OBJECT_ATTRIBUTES result;
-    InitializeObjectAttributes(&result, &name, attributes, parent, nullptr);
-    return result;
-}
 } // namespace
 
 LSTATUS openItself(HKEY parent, const char* subkey, REGSAM access, HKEY* key)
