@@ -7,9 +7,11 @@
 #include <tarn/Palette.h>
 #include <tarn/Pen.h>
 #include <tarn/Point.h>
+#include <tarn/Rect.h>
 #include <tarn/Size.h>
 #include <tarn/Windows.h>
 
+#include <span>
 #include <string>
 
 namespace tarn {
@@ -73,6 +75,43 @@ public:
     /// In the colours of buttons: as standing out, or as pressed in.
     void drawRectangle3D(const RECT& rectangle, bool raised) const;
 
+    // Shapes have an outline in the selected pen, and are filled with the selected brush. What is given as a rectangle
+    // reaches up to its right and bottom edges, without them.
+
+    /// Throws "Can't draw rectangle".
+    void drawRectangle(const RECT& rectangle) const;
+    /// `corner` is the size of the ellipse whose quarters are the corners. Throws "Can't draw round rectangle".
+    void drawRoundRectangle(const RECT& rectangle, const SIZE& corner) const;
+    /// Throws "Can't draw ellipse".
+    void drawEllipse(const RECT& bounds) const;
+    /// A piece of the ellipse in `bounds`, counterclockwise from the ray through `from` to that through `to`: the slice
+    /// with its centre, or the line alone. Throws "Can't draw pie", "Can't draw arc".
+    ///@{
+    void drawPie(const RECT& bounds, const POINT& from, const POINT& to) const;
+    void drawArc(const RECT& bounds, const POINT& from, const POINT& to) const;
+    ///@}
+    /// Closes by itself. Throws "Can't draw polygon".
+    void drawPolygon(std::span<const POINT> points) const;
+    /// Lines alone, without a filling. Throws "Can't draw lines".
+    void drawLines(std::span<const POINT> points) const;
+    /// Curves from the first point on, with three more for each: two that pull it, and its end. Throws "Can't draw
+    /// curves".
+    void drawCurves(std::span<const POINT> points) const;
+    /// Lines one pixel wide just inside, whatever the pen. Throws "Can't draw frame".
+    void drawFrame(const Brush& brush, const RECT& rectangle) const;
+    /// The dotted frame of what has the focus; a second call takes it away. Throws "Can't draw frame".
+    void drawFocusFrame(const RECT& rectangle) const;
+
+    /// The part that can be drawn on, in logical coordinates; AutoClip makes it smaller for a block. Throws "Can't get
+    /// clipping rectangle".
+    Rect getClipRectangle() const;
+    /// What is behind texts and the gaps of lines: `OPAQUE` (the background colour, as it is at first) or
+    /// `TRANSPARENT`. Setting it gives the old one. Throws "Can't set background mode" (the getter too).
+    ///@{
+    int setBackgroundMode(int mode);
+    int getBackgroundMode() const;
+    ///@}
+
     /// Setting a colour gives the old one. Throws "Can't set back colour" (sic, the getter too).
     ///@{
     unsigned long setBackgroundColour(unsigned long colour);
@@ -125,6 +164,12 @@ public:
 
     /// Copies from another context with a raster operation such as `SRCCOPY`. Throws "Can't blit bits".
     void blit(HDC source, int x, int y, int width, int height, int sourceX, int sourceY, unsigned long rop) const;
+    /// Copies a part of another context into a rectangle of any size, smoothly. Throws "Can't stretch bits".
+    void stretch(HDC source, const RECT& to, const RECT& from) const;
+    /// Mixes a part of another context into a rectangle of any size: `opacity` is 0 to 255. With `perPixel` the source
+    /// is a bitmap of 32 bits with an opacity for each pixel, by which its colours are multiplied already, as
+    /// loadPicture() gives it. Throws "Can't blend bits".
+    void blend(HDC source, const RECT& to, const RECT& from, unsigned char opacity, bool perPixel = false) const;
     /// Copies the pixels of a bitmap that are not of the transparent colour; what would come from outside of the
     /// bitmap is left out. A bitmap without colours of its own (monochrome) is shown in this context's text and
     /// background colours, and `transparentColour` is compared with these. The bitmap must not be selected into
@@ -135,6 +180,8 @@ public:
                          unsigned long transparentColour, HPALETTE palette = nullptr) const;
     /// Throws "Can't draw icon".
     void drawIcon(int x, int y, HICON icon) const;
+    /// In any size; Icon::load() with a size gets the picture that fits it. Throws the same.
+    void drawIcon(const RECT& rectangle, HICON icon) const;
 
     /// Throws "Can't retrieve text metrics".
     ///@{
@@ -163,6 +210,19 @@ public:
     void drawText(int x, int y, const wchar_t* text) const;
     void drawText(int x, int y, const std::string& text) const;
     void drawText(int x, int y, const std::wstring& text) const;
+    ///@}
+
+    /// Text in a rectangle, to which it is clipped: `format` is made of `DT_...`, for alignment, for one line or
+    /// several, for what is too long, and for `&` as the mark of a key. As it stands it is wrapped, at the left and
+    /// from the top. Gives the height of the text. Throws "Can't draw text".
+    ///@{
+    int drawText(const RECT& rectangle, const char* text, unsigned format = DT_WORDBREAK | DT_NOPREFIX) const;
+    int drawText(const RECT& rectangle, const wchar_t* text, unsigned format = DT_WORDBREAK | DT_NOPREFIX) const;
+    ///@}
+    /// The size that drawText() needs in a rectangle of this width. Throws "Can't retrieve text extent".
+    ///@{
+    Size getWrappedExtent(int width, const char* text, unsigned format = DT_WORDBREAK | DT_NOPREFIX) const;
+    Size getWrappedExtent(int width, const wchar_t* text, unsigned format = DT_WORDBREAK | DT_NOPREFIX) const;
     ///@}
 
     // Between beginPath and endPath drawing collects an outline instead; then fill it, stroke it or both.

@@ -2,6 +2,7 @@
 
 #include <tarn/Export.h>
 #include <tarn/OwnedHandle.h>
+#include <tarn/Size.h>
 #include <tarn/Windows.h>
 
 namespace tarn {
@@ -40,7 +41,25 @@ public:
     void load(const wchar_t* name, HINSTANCE module);
     ///@}
 
+    /// The picture of an icon whose width and height are nearest to `size` in pixels, in that size; releases the held
+    /// icon first. Throws "Can't load icon".
+    ///@{
+    void load(unsigned id, HINSTANCE module, int size);
+    void load(const char* name, HINSTANCE module, int size);
+    void load(const wchar_t* name, HINSTANCE module, int size);
+    ///@}
+    /// The same from a file, "program.ico".
+    ///@{
+    void loadFile(const char* file, int size);
+    void loadFile(const wchar_t* file, int size);
+    ///@}
+    /// In pixels. Throws "Can't get size of icon".
+    Size getSize() const;
+
     /// Destroys an owned icon. Becomes null in any case. Throws "Can't destroy icon".
     void close();
+
+private:
+    template <class Ch> void loadSized(const Ch* name, HINSTANCE module, int size, UINT flags);
 };
 } // namespace tarn

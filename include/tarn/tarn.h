@@ -8,12 +8,12 @@
 /// that a member gives here in quotation marks is the description that begins what(). Names in capitals in
 /// such a text stand for what the call was about.
 
-#include <tarn/AcceleratorTable.h>
 #include <tarn/Anchors.h>
 #include <tarn/Archive.h>
 #include <tarn/Array.h>
 #include <tarn/Atom.h>
 #include <tarn/AtomicFile.h>
+#include <tarn/AutoClip.h>
 #include <tarn/AutoColour.h>
 #include <tarn/AutoRedraw.h>
 #include <tarn/AutoSelect.h>
@@ -24,6 +24,7 @@
 #include <tarn/BitField.h>
 #include <tarn/Bitmap.h>
 #include <tarn/Brush.h>
+#include <tarn/BufferedPaint.h>
 #include <tarn/BufferingStream.h>
 #include <tarn/Button.h>
 #include <tarn/COMApartment.h>
@@ -37,6 +38,7 @@
 #include <tarn/ChangeList.h>
 #include <tarn/CharTraits.h>
 #include <tarn/ClassSource.h>
+#include <tarn/Clipboard.h>
 #include <tarn/Cloneable.h>
 #include <tarn/ComboBox.h>
 #include <tarn/CommandLine.h>
@@ -99,6 +101,7 @@
 #include <tarn/PaintDeviceContext.h>
 #include <tarn/Palette.h>
 #include <tarn/Pen.h>
+#include <tarn/PictureFile.h>
 #include <tarn/Pipe.h>
 #include <tarn/Point.h>
 #include <tarn/Process.h>

@@ -12,6 +12,14 @@ struct DeleteContext {
     using pointer = HDC;
     void operator()(HDC context) const { DeleteDC(context); }
 };
+using OwnedContext = std::unique_ptr<HDC, DeleteContext>;
+
+BITMAPINFO pixelsFormat(int width, int height)
+{
+    BITMAPINFO info{};
+    info.bmiHeader = {sizeof info.bmiHeader, width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0}; // From the top.
+    return info;
+}
 } // namespace
 
 Bitmap::Bitmap(unsigned short resource, HINSTANCE module)
@@ -33,6 +41,29 @@ Bitmap::Bitmap(HDC context, int width, int height)
 {
 }
 
+Bitmap Bitmap::withPixels(int width, int height, std::uint32_t*& pixels)
+{
+    const BITMAPINFO info = pixelsFormat(width, height);
+    void* bits = nullptr;
+    const auto make = [&] { return CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0); };
+    Bitmap bitmap(ensureGDI(make, "Can't create bitmap"), true);
+    pixels = static_cast<std::uint32_t*>(bits);
+    return bitmap;
+}
+
+std::vector<std::uint32_t> Bitmap::getPixels() const
+{
+    constexpr const char* failed = "Can't get pixels of bitmap";
+    const Size size = getSize();
+    std::vector<std::uint32_t> pixels(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy));
+    BITMAPINFO info = pixelsFormat(size.cx, size.cy);
+    const OwnedContext context(ensureGDI([] { return CreateCompatibleDC(nullptr); }, failed));
+    const auto rows = static_cast<UINT>(size.cy);
+    ensureGDI([&] { return GetDIBits(context.get(), getHandle(), 0, rows, pixels.data(), &info, DIB_RGB_COLORS); },
+              failed);
+    return pixels;
+}
+
 void Bitmap::getHeader(BITMAPINFOHEADER& header) const
 {
     struct {
@@ -41,7 +72,7 @@ void Bitmap::getHeader(BITMAPINFOHEADER& header) const
     } info = {};
     info.header.biSize = sizeof info.header; // Without a number of bits this asks for the header only.
     constexpr char failed[] = "Can't query bitmap info header";
-    const std::unique_ptr<HDC, DeleteContext> context(ensureGDI([] { return CreateCompatibleDC(nullptr); }, failed));
+    const OwnedContext context(ensureGDI([] { return CreateCompatibleDC(nullptr); }, failed));
     ensureGDI(
         [&] {
             return GetDIBits(context.get(), getHandle(), 0, 0, nullptr, reinterpret_cast<BITMAPINFO*>(&info),

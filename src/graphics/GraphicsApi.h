@@ -20,6 +20,24 @@ inline BOOL textOut(HDC context, int x, int y, const wchar_t* text, int length)
     return TextOutW(context, x, y, text, length);
 }
 
+inline int drawTextIn(HDC context, const char* text, RECT* rectangle, unsigned format)
+{
+    return DrawTextA(context, text, -1, rectangle, format);
+}
+inline int drawTextIn(HDC context, const wchar_t* text, RECT* rectangle, unsigned format)
+{
+    return DrawTextW(context, text, -1, rectangle, format);
+}
+
+inline HANDLE loadImage(HINSTANCE module, const char* name, UINT type, int size, UINT flags)
+{
+    return LoadImageA(module, name, type, size, size, flags);
+}
+inline HANDLE loadImage(HINSTANCE module, const wchar_t* name, UINT type, int size, UINT flags)
+{
+    return LoadImageW(module, name, type, size, size, flags);
+}
+
 inline BOOL getTextExtentPoint(HDC context, const char* text, int length, SIZE* size)
 {
     return GetTextExtentPointA(context, text, length, size);

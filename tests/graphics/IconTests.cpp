@@ -1,7 +1,9 @@
+#include "Canvas.h"
 #include "Expect.h"
 
 #include <tarn/Cursor.h>
 #include <tarn/Icon.h>
+#include <tarn/Rect.h>
 
 using namespace tarn;
 using namespace support;
@@ -35,6 +37,23 @@ TEMPLATE_TEST_CASE("Icon, Cursor: load by number, narrow and wide name", "[graph
     fails([&] { TestType("MISSING", program); });
     fails([&] { TestType(L"MISSING", program); });
     CHECK(isAlive(TestType(32512, nullptr))); // IDI_APPLICATION and IDC_ARROW.
+}
+
+TEST_CASE("Icon: any size is loaded and drawn", "[graphics][icon]")
+{
+    Icon icon;
+    icon.load(5, program, 24);
+    CHECK(icon.getSize() == Size(24, 24));
+    icon.load("PICTURE", program, 48);
+    CHECK(icon.getSize() == Size(48, 48));
+    icon.load(L"PICTURE", program, 16);
+    Canvas canvas(40, 40);
+    canvas.context.drawIcon(Rect(10, 10, 40, 40), icon);
+    CHECK(canvas.pixels().find_first_not_of(".\n") >= 10 * 41);
+    CHECK(canvas.pixels().find_last_not_of(".\n") > 30 * 41); // Larger than it is itself.
+    expectWindowsError([&] { icon.load(6, program, 16); }, "Can't load icon");
+    expectWindowsError([&] { icon.loadFile("missing.ico", 16); }, "Can't load icon");
+    expectWindowsError([&] { icon.getSize(); }, "Can't get size of icon");
 }
 
 TEMPLATE_TEST_CASE("Icon, Cursor: only the owner destroys", "[graphics][icon][ownership]", Icon, Cursor)

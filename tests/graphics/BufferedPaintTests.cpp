@@ -1,0 +1,59 @@
+#include "../windowing/Windows.h"
+#include "Canvas.h"
+#include "Expect.h"
+
+#include <tarn/BufferedPaint.h>
+
+#include <functional>
+#include <stdexcept>
+
+using namespace tarn;
+using namespace support;
+
+namespace {
+struct Painter : Window {
+    void onPaint() override
+    {
+        BufferedPaint context(*this);
+        paint(context);
+    }
+    std::function<void(BufferedPaint&)> paint;
+};
+} // namespace
+
+TEST_CASE("BufferedPaint: what is drawn appears at the end, where the window is invalid", "[graphics][context]")
+{
+    Painter window;
+    open(window, WS_POPUP | WS_VISIBLE);
+    const DeviceContext seen(window, false);
+    seen.fillRectangle(white, Rect(0, 0, 200, 100));
+    window.paint = [&](BufferedPaint& context) {
+        CHECK(context.getUpdateRectangle() == Rect(10, 10, 30, 20));
+        context.fillRectangle(red, Rect(0, 0, 200, 100));
+        context.setViewportOrigin(5, 5);
+        GdiFlush();
+        CHECK(seen.getPixel(15, 15) == white);
+    };
+    const Rect part(10, 10, 30, 20);
+    RedrawWindow(window, nullptr, nullptr, RDW_VALIDATE);
+    InvalidateRect(window, &part, FALSE);
+    window.update();
+    CHECK((seen.getPixel(15, 15) == red && seen.getPixel(9, 15) == white && seen.getPixel(15, 20) == white));
+    CHECK(!GetUpdateRect(window, nullptr, FALSE));
+}
+
+TEST_CASE("BufferedPaint: an exception shows nothing, and ends painting", "[graphics][context]")
+{
+    Painter window;
+    open(window, WS_POPUP | WS_VISIBLE);
+    const DeviceContext seen(window, false);
+    seen.fillRectangle(white, Rect(0, 0, 200, 100));
+    window.paint = [](BufferedPaint& context) {
+        context.fillRectangle(red, Rect(0, 0, 200, 100));
+        throw std::runtime_error("while painting");
+    };
+    InvalidateRect(window, nullptr, FALSE);
+    expectError<std::runtime_error>([&] { window.update(); }, "while painting");
+    CHECK((seen.getPixel(15, 15) == white && !GetUpdateRect(window, nullptr, FALSE)));
+    expectWindowsError([] { BufferedPaint(HWND(0x7FF0)); }, "Error in BeginPaint");
+}

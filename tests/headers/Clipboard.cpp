@@ -1,0 +1,9 @@
+#include <tarn/Clipboard.h>
+
+using namespace tarn;
+
+void copy(HWND window);
+void copy(HWND window)
+{
+#include "Clipboard.example"
+}

@@ -1,0 +1,65 @@
+#include "Windows.h"
+
+#include <tarn/Clipboard.h>
+
+#include <string>
+#include <thread>
+#include <vector>
+
+using namespace tarn;
+
+TEST_CASE("Clipboard: texts, files and bytes come back as they were put there", "[clipboard]")
+{
+    const support::OpenWindow window;
+    const unsigned own = Clipboard::registerFormat("Tarn++ test");
+    CHECK(own == Clipboard::registerFormat(L"Tarn++ test"));
+    const std::vector<BasicString<wchar_t>> files{L"C:\\a.txt", L"C:\\\u03B1.txt"};
+    const std::vector<std::byte> bytes{std::byte(1), std::byte(0), std::byte(255)};
+    {
+        Clipboard clipboard(window);
+        clipboard.clear();
+        CHECK((!clipboard.getText() && !clipboard.getData(own) && clipboard.getFiles().empty()));
+        CHECK(clipboard.getPicture().isNull());
+        clipboard.setText(L"\u03B1 and more");
+        clipboard.setFiles(files);
+        clipboard.setData(own, bytes);
+    }
+    CHECK((Clipboard::has(own) && Clipboard::has(CF_TEXT) && !Clipboard::has(CF_BITMAP)));
+    Clipboard clipboard(window);
+    CHECK(clipboard.getText() == L"\u03B1 and more");
+    CHECK(clipboard.getFiles() == files);
+    const auto read = clipboard.getData(own);
+    REQUIRE((read && read->size() >= bytes.size()));
+    CHECK(std::equal(bytes.begin(), bytes.end(), read->begin()));
+    clipboard.clear();
+    clipboard.setText("narrow");
+    CHECK((clipboard.getText() == L"narrow" && !Clipboard::has(own)));
+}
+
+TEST_CASE("Clipboard: a picture comes back as a copy", "[clipboard]")
+{
+    const support::OpenWindow window;
+    std::uint32_t* pixels = nullptr;
+    const Bitmap bitmap = Bitmap::withPixels(2, 1, pixels);
+    pixels[0] = 0xFF0000, pixels[1] = 0x00FF00;
+    Clipboard clipboard(window);
+    clipboard.clear();
+    clipboard.setPicture(bitmap);
+    pixels[0] = 0;
+    const Bitmap copy = clipboard.getPicture();
+    clipboard.clear();
+    REQUIRE(copy.getSize() == Size(2, 1));
+    CHECK(((copy.getPixels()[0] & 0xFFFFFF) == 0xFF0000 && (copy.getPixels()[1] & 0xFFFFFF) == 0x00FF00));
+}
+
+TEST_CASE("Clipboard: who has it open keeps others waiting, and then an error", "[clipboard]")
+{
+    const support::OpenWindow window;
+    const Clipboard clipboard(window);
+    std::thread([] {
+        const HWND other = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+        support::expectWindowsError([=] { Clipboard refused(other); }, "Can't open clipboard");
+        DestroyWindow(other);
+    }).join();
+    support::expectWindowsError([] { Clipboard::registerFormat(L""); }, "Can't register clipboard format");
+}
