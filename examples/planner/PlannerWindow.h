@@ -6,7 +6,6 @@
 #include "MonthTree.h"
 #include "Settings.h"
 
-#include <tarn/AcceleratorTable.h>
 #include <tarn/StatusBar.h>
 #include <tarn/WindowClass.h>
 
@@ -83,7 +82,7 @@ private:
 
     tarn::WindowClass windowClass_;
     tarn::Font font_, titleFont_;
-    tarn::AcceleratorTable accelerators_;
+    HACCEL accelerators_;
     MonthTree tree_;
     MonthSheet sheet_;
     DayList list_;

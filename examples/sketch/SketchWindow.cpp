@@ -3,8 +3,11 @@
 #include <tarn/AutoColour.h>
 #include <tarn/AutoSelect.h>
 #include <tarn/Brush.h>
+#include <tarn/BufferedPaint.h>
+#include <tarn/Clipboard.h>
 #include <tarn/Menu.h>
-#include <tarn/PaintDeviceContext.h>
+#include <tarn/PictureFile.h>
+#include <tarn/ShellFileDialog.h>
 
 #include <iterator>
 
@@ -40,6 +43,8 @@ tarn::Menu makeMenu()
     };
     append(drawing, SketchWindow::undo, "Undo\tBackspace");
     append(drawing, SketchWindow::clear, "Clear\tDel");
+    append(drawing, SketchWindow::copy, "Copy\tIns");
+    append(drawing, SketchWindow::save, "Save a picture...");
     drawing.insertSeparator();
     append(drawing, SketchWindow::leave, "Exit\tEsc");
     for (std::size_t i = 0; i < std::size(colours); ++i)
@@ -107,6 +112,12 @@ void SketchWindow::onCommand(Window* sender, unsigned short code, unsigned short
         sketch_.clear();
         files_.clear();
         notice(L"A new sheet.");
+        break;
+    case copy:
+        copyPicture();
+        break;
+    case save:
+        savePicture();
         break;
     case leave:
         destroy();
@@ -224,6 +235,8 @@ void SketchWindow::onKeyDown(UINT key, unsigned short, unsigned char, bool, bool
         return onCommand(nullptr, 0, undo);
     case VK_DELETE:
         return onCommand(nullptr, 0, clear);
+    case VK_INSERT:
+        return onCommand(nullptr, 0, copy);
     case VK_ESCAPE:
         return onCommand(nullptr, 0, leave);
     default:
@@ -305,18 +318,42 @@ void SketchWindow::onDroppedFiles(const Point&, bool, const std::list<tarn::Basi
     notice(std::to_wstring(files.size()) + (files.size() == 1 ? L" file was dropped." : L" files were dropped."));
 }
 
-// Everything is drawn into a bitmap first and appears in one step.
+// The whole sheet.
+tarn::Bitmap SketchWindow::picture() const
+{
+    const tarn::DeviceContext screen(nullptr, false);
+    tarn::Bitmap bitmap(screen, Sketch::size.cx, Sketch::size.cy);
+    tarn::DeviceContext memory = tarn::DeviceContext::createCompatible(screen);
+    const tarn::AutoSelect use(memory, bitmap);
+    memory.fillRectangle(paper, Rect(Point(), Sketch::size));
+    sketch_.draw(memory);
+    return bitmap;
+}
+
+void SketchWindow::copyPicture()
+{
+    tarn::Clipboard clipboard(*this);
+    clipboard.clear();
+    clipboard.setPicture(picture());
+    notice(L"The picture is on the clipboard.");
+}
+
+void SketchWindow::savePicture()
+{
+    tarn::SaveFileDialog dialog(*this); // It has COM on this thread for the codecs, too.
+    dialog.setTitle(L"Save a picture");
+    dialog.setFilters({{L"PNG pictures (*.png)", L"*.png"}, {L"JPEG pictures (*.jpg)", L"*.jpg"}});
+    dialog.setDefaultExtension(L"png");
+    if (!dialog.showModal())
+        return;
+    tarn::savePicture(picture(), dialog.getPathW());
+    notice(L"The picture is saved.");
+}
+
 void SketchWindow::onPaint()
 {
-    const tarn::PaintDeviceContext window(*this);
-    const Rect client = getClientRectangle();
-    if (client.getWidth() == 0 || client.getHeight() == 0)
-        return;
-    const tarn::Bitmap picture(window, client.getWidth(), client.getHeight());
-    tarn::DeviceContext memory = tarn::DeviceContext::createCompatible(window);
-    const tarn::AutoSelect use(memory, picture);
-    drawAll(memory, client);
-    window.blit(memory, 0, 0, client.getWidth(), client.getHeight(), 0, 0, SRCCOPY);
+    tarn::BufferedPaint context(*this);
+    drawAll(context, getClientRectangle());
 }
 
 void SketchWindow::drawAll(tarn::DeviceContext& context, const Rect& client) const
@@ -338,7 +375,7 @@ void SketchWindow::drawPanel(tarn::DeviceContext& context, const Rect& client) c
     context.fillRectangle(panel, area);
     context.drawRectangle3D(area, true);
     const tarn::AutoSelect use(context, font_);
-    const tarn::AutoTextColour text(context, ink);
+    const tarn::AutoTextColour useInk(context, ink);
     const tarn::AutoBackgroundColour background(context, panel);
     int y = area.top + 4;
     for (const auto& file : files_) {
@@ -347,7 +384,8 @@ void SketchWindow::drawPanel(tarn::DeviceContext& context, const Rect& client) c
     }
     const int half = widths[width_].pixels / 2;
     context.fillRectangle(colours[colour_].value, Rect(8, y + 8 - half, 40, y + 9 + half));
-    context.drawText(48, y,
-                     std::to_wstring(sketch_.strokeCount()) +
-                         (sketch_.strokeCount() == 1 ? L" stroke   " : L" strokes   ") + notice_);
+    const std::wstring text = std::to_wstring(sketch_.strokeCount()) +
+                              (sketch_.strokeCount() == 1 ? L" stroke   " : L" strokes   ") + notice_;
+    context.drawText(Rect(48, y, area.right - 8, y + lineHeight), text.c_str(),
+                     DT_SINGLELINE | DT_END_ELLIPSIS | DT_NOPREFIX);
 }

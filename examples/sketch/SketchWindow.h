@@ -16,7 +16,7 @@
 class SketchWindow : public tarn::Window {
 public:
     /// Menu commands. Colours and widths follow each other in the order of their tables.
-    enum Command { clear = 100, undo, leave, firstColour = 200, firstWidth = 300 };
+    enum Command { clear = 100, undo, leave, copy, save, firstColour = 200, firstWidth = 300 };
 
     explicit SketchWindow(HINSTANCE program);
     ~SketchWindow() override;
@@ -51,6 +51,9 @@ private:
     void onScroll(scroll_bar_type bar, unsigned short code);
     void scrollTo(const tarn::Point& origin);
     tarn::Point scrollPosition() const;
+    tarn::Bitmap picture() const;
+    void copyPicture();
+    void savePicture();
     void drawAll(tarn::DeviceContext& context, const tarn::Rect& client) const;
     void drawPanel(tarn::DeviceContext& context, const tarn::Rect& client) const;
 
