@@ -91,19 +91,6 @@ private:
 
     const ControlsWindow& window_;
 };
-
-/// With the Tab key and the letters of the labels.
-int runLoop(HWND window)
-{
-    MSG msg{};
-    while (tarn::Window::getThreadMessage(msg)) {
-        if (tarn::handleDialogMessage(window, msg))
-            continue;
-        TranslateMessage(&msg);
-        tarn::Window::dispatchMessage(msg);
-    }
-    return static_cast<int>(msg.wParam);
-}
 } // namespace
 
 int main(int argc, char** argv)
@@ -114,7 +101,11 @@ int main(int argc, char** argv)
         window.show(SW_SHOW);
         support::handleMessages();
         const Hand hand(window);
-        return support::demonstrate(options, hand.commands(), window) ? 0 : runLoop(window);
+        if (support::demonstrate(options, hand.commands(), window))
+            return 0;
+        tarn::MessageLoop loop;
+        loop.addDialog(window); // With the Tab key and the letters of the labels.
+        return loop.run();
     } catch (const std::exception& e) {
         std::cerr << "controls: " << e.what() << '\n';
         return 1;

@@ -19,11 +19,8 @@ PlannerWindow::PlannerWindow(HINSTANCE program, const Messages& messages)
       document_(new Document), selected_(today(Zone(settings_.zone))),
       windowClass_(0, ID_PROGRAM, LoadIconW(program, MAKEINTRESOURCEW(ID_PROGRAM)), COLOR_BTNFACE,
                    LoadCursorW(nullptr, IDC_ARROW), program),
-      font_(makeFont(-13, FW_NORMAL)), titleFont_(makeFont(-14, FW_BOLD)),
-      accelerators_(LoadAcceleratorsW(program, MAKEINTRESOURCEW(ID_PROGRAM)))
+      font_(makeFont(-13, FW_NORMAL)), titleFont_(makeFont(-14, FW_BOLD)), accelerators_(ID_PROGRAM, program)
 {
-    if (!accelerators_)
-        throw tarn::WindowsError("Can't load the menu's keys");
     create(windowClass_, L"Planner", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, Rect(tarn::Point(40, 30), usualSize),
            nullptr, nullptr, program);
     addChildren();

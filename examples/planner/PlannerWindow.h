@@ -6,6 +6,7 @@
 #include "MonthTree.h"
 #include "Settings.h"
 
+#include <tarn/AcceleratorTable.h>
 #include <tarn/StatusBar.h>
 #include <tarn/WindowClass.h>
 
@@ -82,7 +83,7 @@ private:
 
     tarn::WindowClass windowClass_;
     tarn::Font font_, titleFont_;
-    HACCEL accelerators_;
+    tarn::AcceleratorTable accelerators_;
     MonthTree tree_;
     MonthSheet sheet_;
     DayList list_;

@@ -6,27 +6,35 @@
 #include "PlannerWindow.h"
 #include "ScriptPlayer.h"
 
+#include <tarn/MessageLoop.h>
+
 #include <exception>
 #include <iostream>
 #include <optional>
 
 namespace {
-/// Until the window is closed. What a message's handler throws comes out of handleKey or dispatchMessage;
-/// the user is told, and the program goes on.
+/// Of the keys of dialogs the window wants but one.
+class Loop : public tarn::MessageLoop {
+public:
+    explicit Loop(const planner::PlannerWindow& window) : window_(window) {}
+
+private:
+    bool onMessage(MSG& msg) override { return window_.handleKey(msg); }
+
+    const planner::PlannerWindow& window_;
+};
+
+/// Until the window is closed. The user is told what a message's handler throws, and the program goes on.
 int runLoop(const planner::PlannerWindow& window, const planner::Messages& messages)
 {
-    MSG msg{};
-    while (tarn::Window::getThreadMessage(msg)) {
+    Loop loop(window);
+    for (;;) {
         try {
-            if (window.handleKey(msg))
-                continue;
-            TranslateMessage(&msg);
-            tarn::Window::dispatchMessage(msg);
+            return loop.run();
         } catch (...) {
             messages.error(window);
         }
     }
-    return static_cast<int>(msg.wParam);
 }
 } // namespace
 

@@ -20,17 +20,6 @@ std::string dateOf(const GregorianCalendar& calendar)
            (calendar.get(Calendar::FieldEra) == GregorianCalendar::BC ? " BC" : "");
 }
 
-tarn::TimeZone centralEurope()
-{
-    constexpr int hour = 3600000;
-    tarn::TimeZone zone;
-    zone.SetStandardOffset(hour);
-    zone.SetDSTOffset(hour);
-    zone.SetStartRuleByWeekday(GregorianCalendar::March, -1, GregorianCalendar::Sunday, 2 * hour);
-    zone.SetEndRuleByWeekday(GregorianCalendar::October, -1, GregorianCalendar::Sunday, 2 * hour);
-    return zone;
-}
-
 void show()
 {
     std::cout << "Now, in UTC:            " << tarn::formatISOTimeA(tarn::Time::now()) << '\n';
@@ -54,12 +43,18 @@ void show()
     calendar.roll(Calendar::FieldDayOfMonth, 1);
     std::cout << "rolled by a day:        " << dateOf(calendar) << " (the month stays)\n";
 
-    GregorianCalendar local(centralEurope());
+    GregorianCalendar local(tarn::TimeZone::named("Europe/Berlin"));
     local.Clear();
     local.set(2000, GregorianCalendar::March, 25, 12, 0);
     std::cout << "Before summer time:     " << tarn::formatISOTimeA(local.getTime(), local.GetTimeZone()) << '\n';
     local.add(Calendar::FieldDayOfMonth, 1);
     std::cout << "a day on, same clock:   " << tarn::formatISOTimeA(local.getTime(), local.GetTimeZone()) << '\n';
+
+    const tarn::TimeZone moscow = tarn::TimeZone::named("Europe/Moscow"); // Changed its standard time.
+    std::cout << "In Moscow:             ";
+    for (const char* time : {"2010-07-01", "2012-01-01", "2016-07-01"})
+        std::cout << ' ' << tarn::formatISOTimeA(tarn::parseISOTime(time), moscow);
+    std::cout << '\n';
 }
 
 const tour::Section section(30, "Calendar and time", show);

@@ -48,9 +48,9 @@ public:
     virtual bool onInitDialog(Window& focus);
 
     /// A modeless dialog; an open one of the object is destroyed before. Override onCommand() and use
-    /// destroy() there, because end() only hides such a dialog. The program's message loop has to pass messages
-    /// through handleDialogMessage() of MessageLoop.h for the keyboard. What is given here is what the shorter
-    /// forms and showModal() use from then on. Throw "Can't create dialog".
+    /// destroy() there, because end() only hides such a dialog. For the keyboard the program needs a MessageLoop, or a
+    /// loop that passes messages through handleDialogMessage(). What is given here is what the shorter forms and
+    /// showModal() use from then on. Throw "Can't create dialog".
     ///@{
     void create(HWND parent, unsigned short resource, HINSTANCE instance);
     void create(HWND parent);

@@ -9,7 +9,10 @@ struct _TIME_DYNAMIC_ZONE_INFORMATION;
 struct _TIME_ZONE_INFORMATION;
 
 namespace tarn {
-/// An offset from UTC with two yearly rules, the start and the end of daylight time.
+class ZoneHistory;
+
+/// An offset from UTC with two yearly rules, the start and the end of daylight time; or, of a zone by its name, all
+/// that the platform's tables know of its past and future.
 ///
 /// A value that a Calendar carries. Offsets are milliseconds to add to UTC, positive east of Greenwich;
 /// times of day are milliseconds after midnight. Rules compare local dates with a transition: the
@@ -37,9 +40,20 @@ public:
     /// nearest of these), right to the millisecond. The rules are dates, so they hold for no other year.
     /// Throws as current().
     static TimeZone currentForYear(int year);
-    /// The same for the zone of a name, that of Windows, "W. Europe Standard Time", or that of the rest of the world,
-    /// "Europe/Berlin", by the rules that the platform's tables have for the year. They know no more than two
-    /// changes a year; for years that they do not cover the system takes rules of others. Throws as current(), with
+    /// The zone of a name, that of Windows, "W. Europe Standard Time", or that of the rest of the world,
+    /// "Europe/Berlin", for all times: by the platform's tables in the years that these know, by their first and last
+    /// year in others. The offsets that it tells by itself are those of the last year; to set one of them, or a rule,
+    /// makes it a zone with the same rules for all years. Throws as current(), with ERROR_FILE_NOT_FOUND for a name
+    /// that is not known.
+    ///@{
+    static TimeZone named(const char* name);
+    static TimeZone named(const wchar_t* name);
+    ///@}
+    /// The same for the zone of the running system.
+    static TimeZone ofSystem();
+    /// As currentForYear() for the zone of a name, that of Windows, "W. Europe Standard Time", or that of the rest of
+    /// the world, "Europe/Berlin", by the rules that the platform's tables have for the year. They know no more than
+    /// two changes a year; for years that they do not cover the system takes rules of others. Throws as current(), with
     /// ERROR_FILE_NOT_FOUND for a name that is not known.
     ///@{
     static TimeZone named(const char* name, int year);
@@ -50,15 +64,16 @@ public:
     ///@{
     int GetDSTOffset() const { return dstOffset_; }
     /// 0: no daylight time.
-    void SetDSTOffset(int milliseconds) { dstOffset_ = milliseconds; }
+    void SetDSTOffset(int milliseconds);
     ///@}
     /// What standard time adds to UTC, in milliseconds.
     ///@{
     int GetStandardOffset() const { return rawOffset_; }
-    void SetStandardOffset(int milliseconds) { rawOffset_ = milliseconds; }
+    void SetStandardOffset(int milliseconds);
     ///@}
-    /// Whether the daylight offset is other than 0; rules alone make no daylight time.
-    bool UseDaylightTime() const { return dstOffset_ != 0; }
+    /// Whether the daylight offset is other than 0; rules alone make no daylight time. In a zone for all times, whether
+    /// its clocks have ever been changed.
+    bool UseDaylightTime() const { return dstOffset_ != 0 || hasHistory(); }
 
     /// A rule by weekday: with -1 the last one of the month, with -2 the one before (February counts 28
     /// days in every year). A positive `dayOfWeekInMonth` is meant to count from the month's start, but the
@@ -88,6 +103,18 @@ public:
     /// how long February is.
     int GetOffset(Era era, int year, Month month, int day, DayOfWeek dayOfWeek, int millis) const;
 
+    /// What clocks add to UTC, in milliseconds.
+    struct Offsets {
+        /// The standard offset that is in force.
+        int standard;
+        /// What daylight time adds to it; 0 when there is none.
+        int daylight;
+
+        /// Equal numbers.
+        bool operator==(const Offsets&) const = default;
+    };
+    /// At an instant.
+    Offsets offsetsAt(const Time& time) const;
     /// Whether daylight time is in force at the instant.
     bool InDaylightTime(const Time& time) const;
 
@@ -119,9 +146,16 @@ private:
         int dayByWeekday(int monthLength, int dateDay, DayOfWeek dateDayOfWeek) const;
     };
 
+    friend class GregorianCalendar;
+    static constexpr int wholeHistory = 3; // The mode of a start rule in whose place there is a history.
+
     explicit TimeZone(const _TIME_ZONE_INFORMATION& information);
+    explicit TimeZone(const ZoneHistory& history);
     static TimeZone forYear(int year, const _TIME_DYNAMIC_ZONE_INFORMATION* zone);
     void set(const _TIME_ZONE_INFORMATION& information);
+    bool hasHistory() const { return start_.mode == wholeHistory; }
+    const ZoneHistory& history() const;
+    void dropHistory();
 
     int dstOffset_ = 0;
     int rawOffset_ = 0;

@@ -8,6 +8,7 @@
 /// that a member gives here in quotation marks is the description that begins what(). Names in capitals in
 /// such a text stand for what the call was about.
 
+#include <tarn/AcceleratorTable.h>
 #include <tarn/Anchors.h>
 #include <tarn/Archive.h>
 #include <tarn/Array.h>

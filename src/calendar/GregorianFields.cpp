@@ -81,14 +81,19 @@ void GregorianCalendar::computeFieldsOfDerived()
 // All but the week fields.
 void GregorianCalendar::computeFieldsInto(int* values) const
 {
-    const int rawOffset = zone_.GetStandardOffset();
+    const bool hasHistory = zone_.hasHistory();
+    const TimeZone::Offsets offsets =
+        hasHistory ? zone_.offsetsAt(time_) : TimeZone::Offsets{zone_.GetStandardOffset(), 0};
+    const int rawOffset = offsets.standard;
     const std::int64_t localMillis = addOrEpoch(time_, rawOffset);
     int millisInDay = 0;
     const std::int64_t day = splitDay(localMillis, millisInDay);
     setDate(values, localMillis >= normalizedGregorianCutover(), day);
     int dstOffset = 0;
     if (zone_.UseDaylightTime()) {
-        dstOffset = wrappingSubtract(offsetOfDay(static_cast<Era>(values[FieldEra]), values, millisInDay), rawOffset);
+        dstOffset = hasHistory ? offsets.daylight
+                               : wrappingSubtract(offsetOfDay(static_cast<Era>(values[FieldEra]), values, millisInDay),
+                                                  rawOffset);
         // A daylight amount below zero is not carried into the day before, one of days only into the next.
         const bool carries = std::int64_t(millisInDay) + dstOffset >= millisPerDay;
         millisInDay = wrappingAdd(millisInDay, dstOffset);

@@ -2,6 +2,7 @@
 #include <tarn/Windows.h>
 
 #include "../foundation/Check.h"
+#include "ZoneHistory.h"
 #include "ZoneNames.h"
 
 #include <algorithm>
@@ -46,6 +47,9 @@ template <class Ch> DYNAMIC_TIME_ZONE_INFORMATION zoneOf(const Ch* text)
     return zone;
 }
 } // namespace
+
+TimeZone TimeZone::named(const char* name) { return TimeZone(ZoneHistory::of(zoneOf(name))); }
+TimeZone TimeZone::named(const wchar_t* name) { return TimeZone(ZoneHistory::of(zoneOf(name))); }
 
 TimeZone TimeZone::named(const char* name, int year)
 {

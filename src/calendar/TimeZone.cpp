@@ -6,59 +6,53 @@
 #include "../foundation/Check.h"
 #include "Arithmetic.h"
 #include "DayNumbers.h"
+#include "PlatformZone.h"
+#include "ZoneHistory.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace tarn {
 namespace {
-enum RuleMode { fixedDay, weekdayInMonth, nthWeekday };
+enum RuleMode { fixedDay, weekdayInMonth, nthWeekday }; // And wholeHistory.
 
 constexpr const char* noInformation = "Can't get time zone information";
-
-int timeOfDay(const SYSTEMTIME& time)
-{
-    return ((time.wHour * 60 + time.wMinute) * 60 + time.wSecond) * 1000 + time.wMilliseconds;
-}
-
-// The platform's transition as local milliseconds since the epoch. Its fifth weekday is the last one.
-std::int64_t transitionIn(int year, const SYSTEMTIME& date)
-{
-    const bool leap = isLeapIn(true, year);
-    const int month = std::clamp<int>(date.wMonth, 1, 12) - 1;
-    const std::int64_t before =
-        julianDayBeforeYear(true, year) - epochJulianDay + daysBeforeMonth[leap][month]; // the month's first day
-    int day = date.wDay;
-    if (date.wYear == 0) {
-        day = 1 + floorRemainder(date.wDayOfWeek - weekdayOf(before + 1), 7) + 7 * (date.wDay - 1);
-        while (day > daysInMonth[leap][month])
-            day -= 7;
-    }
-    return (before + day) * millisPerDay + timeOfDay(date);
-}
 
 // The year's local dates run from its first millisecond to its last.
 std::int64_t clampToYear(int year, std::int64_t local)
 {
-    const std::int64_t first = (julianDayBeforeYear(true, year) + 1 - epochJulianDay) * millisPerDay;
-    const std::int64_t next = (julianDayBeforeYear(true, year + 1) + 1 - epochJulianDay) * millisPerDay;
-    return std::clamp(local, first, next - 1);
-}
-
-// Of a named zone, or without one of the system's.
-TIME_ZONE_INFORMATION informationOf(int year, const DYNAMIC_TIME_ZONE_INFORMATION* zone)
-{
-    TIME_ZONE_INFORMATION information;
-    ensure(GetTimeZoneInformationForYear(static_cast<USHORT>(year), const_cast<DYNAMIC_TIME_ZONE_INFORMATION*>(zone),
-                                         &information),
-           noInformation);
-    return information;
+    return std::clamp(local, newYear(year), newYear(year + 1) - 1);
 }
 } // namespace
 
 TimeZone::TimeZone() = default;
 TimeZone::TimeZone(const char*) {}
 TimeZone::TimeZone(const TIME_ZONE_INFORMATION& information) { set(information); }
+
+// Zones are no larger than they were without a history, which lives on: the place of a rule has room for its address.
+TimeZone::TimeZone(const ZoneHistory& history)
+{
+    const ZoneHistory::Offsets latest = history.latest();
+    rawOffset_ = latest.standard;
+    dstOffset_ = latest.daylight;
+    if (history.isConstant())
+        return;
+    const std::uint64_t address = reinterpret_cast<std::uintptr_t>(&history);
+    start_ = {wholeHistory, 0, 0, static_cast<int>(address), static_cast<int>(address >> 32)};
+}
+
+const ZoneHistory& TimeZone::history() const
+{
+    const std::uint64_t address =
+        std::uint64_t(static_cast<std::uint32_t>(start_.day)) << 32 | static_cast<std::uint32_t>(start_.dayOfWeek);
+    return *reinterpret_cast<const ZoneHistory*>(static_cast<std::uintptr_t>(address));
+}
+
+void TimeZone::dropHistory()
+{
+    if (hasHistory())
+        start_ = end_ = {};
+}
 
 TimeZone TimeZone::current()
 {
@@ -67,12 +61,19 @@ TimeZone TimeZone::current()
     return TimeZone(information);
 }
 
+TimeZone TimeZone::ofSystem()
+{
+    DYNAMIC_TIME_ZONE_INFORMATION zone;
+    ensureNot(TIME_ZONE_ID_INVALID, GetDynamicTimeZoneInformation(&zone), noInformation);
+    return TimeZone(ZoneHistory::of(zone));
+}
+
 TimeZone TimeZone::currentForYear(int year) { return forYear(year, nullptr); }
 
 TimeZone TimeZone::forYear(int year, const DYNAMIC_TIME_ZONE_INFORMATION* named)
 {
-    year = std::clamp(year, 1601, 30827);
-    const TIME_ZONE_INFORMATION information = informationOf(year, named);
+    year = std::clamp(year, firstPlatformYear, lastPlatformYear);
+    const TIME_ZONE_INFORMATION information = zoneInformation(year, named);
     TimeZone zone;
     zone.rawOffset_ = -static_cast<int>(information.Bias + information.StandardBias) * millisPerMinute;
     if (information.DaylightDate.wMonth == 0 || information.StandardDate.wMonth == 0)
@@ -118,6 +119,17 @@ void TimeZone::set(const TIME_ZONE_INFORMATION& information)
     end_ = ruleFrom(information.StandardDate);
 }
 
+void TimeZone::SetDSTOffset(int milliseconds)
+{
+    dropHistory();
+    dstOffset_ = milliseconds;
+}
+void TimeZone::SetStandardOffset(int milliseconds)
+{
+    dropHistory();
+    rawOffset_ = milliseconds;
+}
+
 void TimeZone::SetStartRule(Month month, int dayOfWeekInMonth, DayOfWeek dayOfWeek, int time)
 {
     start_ = {weekdayInMonth, month, time, dayOfWeek, dayOfWeekInMonth};
@@ -125,9 +137,14 @@ void TimeZone::SetStartRule(Month month, int dayOfWeekInMonth, DayOfWeek dayOfWe
 void TimeZone::SetStartRule(Month month, int dayOfMonth, int time) { start_ = {fixedDay, month, time, 0, dayOfMonth}; }
 void TimeZone::SetEndRule(Month month, int dayOfWeekInMonth, DayOfWeek dayOfWeek, int time)
 {
+    dropHistory();
     end_ = {weekdayInMonth, month, time, dayOfWeek, dayOfWeekInMonth};
 }
-void TimeZone::SetEndRule(Month month, int dayOfMonth, int time) { end_ = {fixedDay, month, time, 0, dayOfMonth}; }
+void TimeZone::SetEndRule(Month month, int dayOfMonth, int time)
+{
+    dropHistory();
+    end_ = {fixedDay, month, time, 0, dayOfMonth};
+}
 
 // What is compared with a rule's time counts as after it from the next millisecond on.
 void TimeZone::SetStartRuleByWeekday(Month month, int nth, DayOfWeek dayOfWeek, int time)
@@ -136,6 +153,7 @@ void TimeZone::SetStartRuleByWeekday(Month month, int nth, DayOfWeek dayOfWeek, 
 }
 void TimeZone::SetEndRuleByWeekday(Month month, int nth, DayOfWeek dayOfWeek, int time)
 {
+    dropHistory();
     end_ = {nthWeekday, month, wrappingSubtract(time, 1), dayOfWeek, nth};
 }
 
@@ -176,6 +194,17 @@ int TimeZone::Rule::dayByWeekday(int monthLength, int dateDay, DayOfWeek dateDay
 
 int TimeZone::GetOffset(Era era, int year, Month month, int day, DayOfWeek dayOfWeek, int millis) const
 {
+    if (hasHistory()) {
+        constexpr int endOfTime = 280000000;
+        const int counted =
+            std::clamp(era == GregorianCalendarBase::AD ? year : wrappingSubtract(1, year), -endOfTime, endOfTime);
+        const bool gregorian = counted > 1582;
+        const std::int64_t before = julianDayBeforeYear(gregorian, counted) - epochJulianDay +
+                                    daysBeforeMonth[isLeapIn(gregorian, counted)][floorRemainder(month, 12)];
+        const std::int64_t local = (before + day) * millisPerDay + millis;
+        const Instants instants = history().instantsOf(local);
+        return static_cast<int>(local - (instants.count == 0 ? instants.earlier : instants.later));
+    }
     if (dstOffset_ == 0 || era != GregorianCalendarBase::AD)
         return rawOffset_;
     const int start = start_.compare(year, month, day, dayOfWeek, millis);
@@ -185,22 +214,23 @@ int TimeZone::GetOffset(Era era, int year, Month month, int day, DayOfWeek dayOf
     return standard ? rawOffset_ : wrappingAdd(rawOffset_, dstOffset_);
 }
 
-bool TimeZone::InDaylightTime(const Time& time) const
+TimeZone::Offsets TimeZone::offsetsAt(const Time& time) const
 {
+    if (hasHistory())
+        return history().at(time);
     GregorianCalendar calendar(*this);
     calendar.setTime(time);
-    return calendar.InDaylightTime();
+    return {rawOffset_, calendar.get(Calendar::FieldDstOffset)};
 }
+
+bool TimeZone::InDaylightTime(const Time& time) const { return offsetsAt(time).daylight != 0; }
 
 TimeZone::Instants TimeZone::instantsOf(const Time& local) const
 {
+    if (hasHistory())
+        return history().instantsOf(local);
     const std::int64_t standard = wrappingSubtract(std::int64_t(local), rawOffset_);
     const std::int64_t daylight = wrappingSubtract(standard, dstOffset_);
-    const bool isStandard = !InDaylightTime(standard), isDaylight = InDaylightTime(daylight);
-    if (isStandard != isDaylight) {
-        const Time only = isStandard ? standard : daylight;
-        return {1, only, only};
-    }
-    return {isStandard ? 2 : 0, std::min(standard, daylight), std::max(standard, daylight)};
+    return instantsAmong(standard, !InDaylightTime(standard), daylight, InDaylightTime(daylight));
 }
 } // namespace tarn

@@ -116,11 +116,11 @@ constexpr std::int64_t firstDate = -657434, lastDate = 2958465;
 
 Variant Variant::date(const Time& time, const TimeZone& zone)
 {
-    const int daylight = zone.InDaylightTime(time) ? zone.GetDSTOffset() : 0;
+    const TimeZone::Offsets offsets = zone.offsetsAt(time);
     const std::int64_t utcDay = std::int64_t(time) / millisPerDay + epochDate;
     if (utcDay < firstDate - 2 || utcDay > lastDate + 2)
         HRESULTHolder::throwOnError(DISP_E_OVERFLOW, "Can't convert time to date");
-    const std::int64_t local = std::int64_t(time) + zone.GetStandardOffset() + daylight + epochDate * millisPerDay;
+    const std::int64_t local = std::int64_t(time) + offsets.standard + offsets.daylight + epochDate * millisPerDay;
     const std::int64_t day = local / millisPerDay - (local % millisPerDay < 0);
     if (day < firstDate || day > lastDate)
         HRESULTHolder::throwOnError(DISP_E_OVERFLOW, "Can't convert time to date");

@@ -6,9 +6,14 @@
 
 #include "Expect.h"
 #include "Private.h"
+#include "Wine.h"
+#include "ZoneSums.h"
 #include "Zones.h"
 
+#include <algorithm>
 #include <cstring>
+#include <map>
+#include <string>
 
 using tarn::TimeZone;
 using Base = tarn::GregorianCalendarBase;
@@ -132,6 +137,9 @@ TEST_CASE("TimeZone: named zones have the offsets of their years", "[calendar][z
     INFO(name << " at " << instant);
     CHECK_THAT(tarn::formatISOTimeA(time - 1, zone), Catch::EndsWith(before));
     CHECK_THAT(tarn::formatISOTimeA(time, zone), Catch::EndsWith(after));
+    const TimeZone forAllTimes = TimeZone::named(name);
+    CHECK_THAT(tarn::formatISOTimeA(time - 1, forAllTimes), Catch::EndsWith(before));
+    CHECK_THAT(tarn::formatISOTimeA(time, forAllTimes), Catch::EndsWith(after));
     CHECK(
         TimeZone::named(std::wstring(name, name + std::strlen(name)).c_str(), std::atoi(instant)).GetStandardOffset() ==
         zone.GetStandardOffset());
@@ -142,8 +150,112 @@ TEST_CASE("TimeZone: a name that nobody knows is an error", "[calendar][zone]")
     const char* const name = GENERATE(as<const char*>(), nullptr, "", "Berlin", "Europe/Berlin ", "europe/berlin");
     support::expectWindowsError([&] { TimeZone::named(name, 2026); }, ERROR_FILE_NOT_FOUND,
                                 "Can't get time zone information");
+    support::expectWindowsError([&] { TimeZone::named(name); }, ERROR_FILE_NOT_FOUND,
+                                "Can't get time zone information");
     support::expectWindowsError([] { TimeZone::named(std::wstring(200, L'x').c_str(), 2026); }, ERROR_FILE_NOT_FOUND,
                                 "Can't get time zone information");
+}
+
+namespace {
+std::int64_t offsetAt(const TimeZone& zone, std::int64_t seconds)
+{
+    const TimeZone::Offsets offsets = zone.offsetsAt(seconds * 1000);
+    return (offsets.standard + offsets.daylight) / 1000;
+}
+
+// As tools/zone-names has it.
+std::int64_t sumOf(const TimeZone& zone, int year)
+{
+    const auto beginOf = [](int ofYear) { return zones::on(ofYear, 0, 2).getTime() / 1000; };
+    std::int64_t time = beginOf(year), current = offsetAt(zone, time), sum = (current + 65521) % 65521;
+    for (const std::int64_t end = beginOf(year + 1); time < end;) {
+        std::int64_t step = std::min(time + 43200, end);
+        if (offsetAt(zone, step) != current) {
+            while (step - time > 1) {
+                const std::int64_t middle = (time + step) / 2;
+                (offsetAt(zone, middle) != current ? step : time) = middle;
+            }
+            current = offsetAt(zone, step);
+            sum = ((sum * 31 + step) * 31 + current) % 65521;
+        }
+        time = step;
+    }
+    return sum;
+}
+} // namespace
+
+TEST_CASE("TimeZone: zones for all times agree with another implementation", "[calendar][zone]")
+{
+    if (!support::isWine()) // The tables of Windows differ from the world's in more years.
+        return;
+    // More than two changes in a year, or other dates in the platform's tables.
+    const std::multimap<std::string, std::pair<int, int>> others = {
+        {"Africa/Cairo", {2010, 2010}},         {"Africa/Cairo", {2014, 2014}},
+        {"Africa/Casablanca", {2012, 2018}},    {"America/Buenos_Aires", {2000, 2000}},
+        {"America/Punta_Arenas", {2015, 2016}}, {"America/St_Johns", {2011, 2011}},
+        {"Asia/Hebron", {2011, 2011}},          {"Asia/Kamchatka", {2009, 2010}},
+        {"Asia/Tbilisi", {2004, 2004}},         {"Asia/Tomsk", {2002, 2002}},
+        {"Europe/Istanbul", {2011, 2011}},      {"Europe/Istanbul", {2014, 2014}},
+        {"Europe/Samara", {2009, 2010}},        {"Pacific/Apia", {2011, 2011}},
+    };
+    for (const zones::Sums& row : zones::zoneSums) {
+        const TimeZone zone = TimeZone::named(row.name);
+        const auto [begin, end] = others.equal_range(row.name);
+        for (int year = 2000; year <= 2022; ++year) {
+            INFO(row.name << ' ' << year);
+            const auto isThis = [year](const auto& other) {
+                return year >= other.second.first && year <= other.second.second;
+            };
+            if (std::none_of(begin, end, isThis))
+                CHECK(sumOf(zone, year) == row.years[year - 2000]);
+        }
+    }
+}
+
+TEST_CASE("TimeZone: a zone for all times tells what clocks showed when its standard time changed", "[calendar][zone]")
+{
+    const auto& [name, local, count, earlier, later] =
+        GENERATE(table<const char*, const char*, int, const char*, const char*>({
+            {"Europe/Moscow", "2014-10-26T01:30", 2, "2014-10-25T21:30", "2014-10-25T22:30"},
+            {"Asia/Pyongyang", "2018-05-04T23:45", 0, "2018-05-04T14:45", "2018-05-04T15:15"},
+            {"Europe/Berlin", "2026-03-29T02:30", 0, "2026-03-29T00:30", "2026-03-29T01:30"},
+            {"Europe/Berlin", "2426-03-29T12:00", 1, "2426-03-29T10:00", "2426-03-29T10:00"},
+            {"America/New_York", "1700-01-01T12:00", 1, "1700-01-01T17:00", "1700-01-01T17:00"},
+        }));
+    const TimeZone zone = TimeZone::named(name);
+    const auto instants = zone.instantsOf(tarn::parseISOTime(local));
+    CHECK(instants.count == count);
+    CHECK(tarn::formatISOTimeA(instants.earlier) == tarn::formatISOTimeA(tarn::parseISOTime(earlier)));
+    CHECK(tarn::formatISOTimeA(instants.later) == tarn::formatISOTimeA(tarn::parseISOTime(later)));
+    // As with rules: of what is shown twice the second, of what is left out an hour before.
+    CHECK(tarn::parseISOTime(local, zone) == (count == 0 ? instants.earlier : instants.later));
+
+    SECTION("calendars reckon with the standard time of the instant")
+    {
+        auto calendar = zones::at(instants.later - 86400000, zone);
+        const TimeZone::Offsets offsets = zone.offsetsAt(instants.later - 86400000);
+        CHECK(calendar.get(tarn::Calendar::FieldZoneOffset) == offsets.standard);
+        CHECK(calendar.get(tarn::Calendar::FieldDstOffset) == offsets.daylight);
+        const int hourOfDay = calendar.get(tarn::Calendar::FieldHourOfDay);
+        calendar.add(tarn::Calendar::FieldDayOfMonth, 2);
+        CHECK(calendar.get(tarn::Calendar::FieldHourOfDay) == hourOfDay);
+        CHECK(calendar.getTime() ==
+              zone.instantsOf(calendar.getTime() + 1000 * offsetAt(zone, calendar.getTime() / 1000)).later);
+    }
+}
+
+TEST_CASE("TimeZone: setting a rule or an offset leaves the same rules for all times", "[calendar][zone]")
+{
+    TimeZone zone = TimeZone::named("Europe/Moscow");
+    CHECK(zone.UseDaylightTime());
+    CHECK(zone.GetStandardOffset() == 3 * hour);
+    zone.SetDSTOffset(0);
+    CHECK_FALSE(zone.UseDaylightTime());
+    CHECK(zone.offsetsAt(0) == TimeZone::Offsets{3 * hour, 0});
+    CHECK_FALSE(TimeZone::named("Asia/Tokyo").UseDaylightTime());
+    const tarn::Time now = tarn::Time::now();
+    CHECK(TimeZone::ofSystem().offsetsAt(now) ==
+          TimeZone::currentForYear(zones::at(now).get(tarn::Calendar::FieldYear)).offsetsAt(now));
 }
 
 TEST_CASE("TimeZone: local times that are left out or repeated are told apart", "[calendar][zone]")

@@ -1,0 +1,112 @@
+#include "Windows.h"
+
+#include <tarn/AcceleratorTable.h>
+#include <tarn/MessageLoop.h>
+
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+using namespace tarn;
+
+namespace {
+/// Writes down its commands, keys and focus.
+struct Listener : support::OpenWindow {
+    explicit Listener(std::string& list) : OpenWindow(WS_OVERLAPPEDWINDOW | WS_VISIBLE), log(list) {}
+    void onCommand(Window*, unsigned short, unsigned short id) override
+    {
+        log += "command " + std::to_string(id) + ';';
+    }
+    void onKeyDown(UINT key, unsigned short, unsigned char, bool, bool) override
+    {
+        log += "key " + std::to_string(key) + ';';
+    }
+    std::string& log;
+};
+
+void press(HWND hwnd, WPARAM key) { PostMessageW(hwnd, WM_KEYDOWN, key, 1); }
+
+/// Ends the loop as soon as nothing is left to do.
+struct Once : MessageLoop {
+    bool onIdle() override { return ++turns == 1 ? true : (PostQuitMessage(turns), false); }
+    int turns = 0;
+};
+
+INT_PTR CALLBACK ignore(HWND, UINT, WPARAM, LPARAM) { return FALSE; }
+
+HWND makeDialog(HWND parent, DWORD style)
+{
+    struct alignas(4) {
+        DLGTEMPLATE head;
+        WORD none[3];
+    } templ{{style, 0, 0, 0, 0, 60, 40}, {}};
+    return CreateDialogIndirectParamW(nullptr, &templ.head, parent, ignore, 0);
+}
+} // namespace
+
+TEST_CASE("MessageLoop: idle time comes when no message waits, again while it is wanted", "[window][loop]")
+{
+    std::string log;
+    const Listener window(log);
+    press(window, 'A');
+    Once loop;
+    CHECK(loop.run() == 2);
+    CHECK(log == "key 65;");
+}
+
+TEST_CASE("MessageLoop: accelerators work in their window, and not in a dialog beside it", "[window][loop]")
+{
+    std::string log;
+    const Listener window(log);
+    const AcceleratorTable table({{FVIRTKEY, VK_F5, 7}});
+    const HWND dialog = makeDialog(window, WS_POPUP | WS_VISIBLE), button = support::makeButton(window, 5, WS_VISIBLE);
+    Once loop;
+    loop.addAccelerators(window, table);
+    press(window, VK_F5), press(button, VK_F5), press(dialog, VK_F5), press(window, VK_F6);
+    loop.run();
+    CHECK(log == "command 7;command 7;key 117;");
+    DestroyWindow(dialog);
+}
+
+TEST_CASE("MessageLoop: the keys of dialogs work in modeless dialogs, and in windows that ask for them",
+          "[window][loop]")
+{
+    std::string log;
+    const Listener window(log);
+    const bool isDialog = GENERATE(true, false);
+    const HWND parent =
+        isDialog ? makeDialog(makeDialog(window, WS_POPUP | WS_VISIBLE), WS_CHILD | WS_VISIBLE) : window;
+    const HWND first = support::makeButton(parent, 5, WS_VISIBLE | WS_TABSTOP);
+    const HWND second = support::makeButton(parent, 6, WS_VISIBLE | WS_TABSTOP);
+    if (isDialog)
+        SetWindowLongPtrW(parent, GWL_EXSTYLE, WS_EX_CONTROLPARENT);
+    SetFocus(first);
+    press(first, VK_TAB);
+    Once loop;
+    if (!isDialog)
+        loop.addDialog(window);
+    loop.run();
+    CHECK(GetFocus() == second);
+}
+
+TEST_CASE("MessageLoop: what a handler throws comes out, and the loop goes on when called again", "[window][loop]")
+{
+    const support::OpenWindow window;
+    window.post([] { throw std::runtime_error("no"); });
+    Once loop;
+    CHECK_THROWS_WITH(loop.run(), "no");
+    CHECK(loop.run() == 2);
+}
+
+TEST_CASE("AcceleratorTable: a table that was made has one owner", "[window][loop]")
+{
+    AcceleratorTable table({{FVIRTKEY | FCONTROL, 'S', 7}, {FVIRTKEY, VK_F5, 8}});
+    const HACCEL handle = table;
+    CHECK(CopyAcceleratorTableW(handle, nullptr, 0) == 2);
+    AcceleratorTable moved(std::move(table));
+    CHECK((moved.getHandle() == handle && table.isNull()));
+    moved = AcceleratorTable({{FVIRTKEY, VK_F6, 7}});
+    CHECK((CopyAcceleratorTableW(handle, nullptr, 0) == 0 && CopyAcceleratorTableW(moved, nullptr, 0) == 1));
+    support::expectWindowsError([] { AcceleratorTable(1, nullptr); }, "Can't load accelerators");
+    support::expectWindowsError([] { AcceleratorTable(std::vector<ACCEL>()); }, "Can't create accelerators");
+}
