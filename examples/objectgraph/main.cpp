@@ -9,6 +9,7 @@
 
 #include <tarn/FramedStream.h>
 #include <tarn/MemoryStream.h>
+#include <tarn/ObjectGraph.h>
 #include <tarn/StdIOStream.h>
 
 #include <cstdio>
@@ -76,6 +77,25 @@ void explainSmallArchive()
     explain(in);
 }
 
+void changeAndUndo()
+{
+    const tarn::ref_ptr<Style> style(new Style("Arial", 16));
+    ElementPtr section = make<Section>("Section", style);
+    Element::add(section, make<Paragraph>("Paragraph", style));
+    tarn::UndoHistory<Element> history;
+    history.note(section);
+    const tarn::ObjectGraph before(section);
+    std::cout << "\nThe same for people to read:\n" << before.getJSON() << "Circles: " << before.getCircles().size();
+
+    section->set("Chapter", tarn::deepCopy(style));
+    history.note(section);
+    std::cout << "\nAfter a change:\n";
+    for (const std::string& difference : tarn::ObjectGraph(section).getDifferences(before))
+        std::cout << "  " << difference << '\n';
+    section = history.undo();
+    std::cout << "Undone it is as before: " << std::boolalpha << (tarn::ObjectGraph(section) == before) << '\n';
+}
+
 int saveAndHaveItRead(const char* program)
 {
     const char* const folder = std::getenv("TEMP");
@@ -91,6 +111,8 @@ int saveAndHaveItRead(const char* program)
     if (result != 0)
         throw std::runtime_error("The second process could not read the document");
     explainSmallArchive();
+    std::fflush(stdout);
+    changeAndUndo();
     return 0;
 }
 

@@ -12,6 +12,9 @@
 #include <vector>
 
 namespace tarn {
+class GraphRecorder;
+template <class T> class weak_ref;
+
 /// Writes and reads whole graphs of Serializable objects: what is shared through ref_ptr is written once,
 /// and is one shared object again after reading, circles included.
 ///
@@ -115,7 +118,12 @@ private:
     friend TARN_API unsigned int versionOf(InputStream& in);
     template <class T> friend OutputStream& operator<<(OutputStream& out, const std::shared_ptr<T>& ptr);
     template <class T> friend InputStream& operator>>(InputStream& in, std::shared_ptr<T>& ptr);
+    template <class T> friend OutputStream& operator<<(OutputStream& out, const weak_ref<T>& reference);
+    friend class ObjectGraph;
 
+    void recordWith(GraphRecorder& recorder);
+    void recordObject(const Serializable& object, unsigned int key);
+    void writeWeak(const ref_ptr<Serializable>& ptr);
     void writeShared(const Serializable& object, const void* identity);
     [[noreturn]] void refuse(const ref_ptr<Serializable>& object, const std::type_info& expected);
     [[noreturn]] static void refuse(const Serializable& object, const std::type_info& expected);

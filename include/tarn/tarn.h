@@ -97,6 +97,7 @@
 #include <tarn/MessageLoop.h>
 #include <tarn/MonthCalendar.h>
 #include <tarn/NewerData.h>
+#include <tarn/ObjectGraph.h>
 #include <tarn/OwnedHandle.h>
 #include <tarn/OwnerDrawable.h>
 #include <tarn/PaintDeviceContext.h>

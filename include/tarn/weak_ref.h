@@ -87,7 +87,10 @@ private:
 ///@{
 template <class T> OutputStream& operator<<(OutputStream& out, const weak_ref<T>& reference)
 {
-    writeOptional(out, reference.lock());
+    const ref_ptr<T> object = reference.lock();
+    out << static_cast<bool>(object);
+    if (object)
+        Archive::behind(out).writeWeak(object);
     return out;
 }
 template <class T> InputStream& operator>>(InputStream& in, weak_ref<T>& reference)

@@ -44,7 +44,10 @@ unsigned int Archive::write(const void* buffer, unsigned int size)
 {
     if (writesPlain_)
         return output_.write(buffer, size);
-    tables_->writer.write(output_, buffer, size);
+    if (tables_->recorder)
+        tables_->recorder->write(buffer, size);
+    else
+        tables_->writer.write(output_, buffer, size);
     return size;
 }
 
@@ -68,7 +71,9 @@ void Archive::writeShared(const Serializable& object, const void* identity)
 {
     auto place = tables_->written.placeFor(reinterpret_cast<std::uintptr_t>(identity));
     if (place) {
-        if (!writesPlain_ && tables_->writer.isInParts()) {
+        if (!writesPlain_ && tables_->recorder) {
+            tables_->recorder->refer(place.key());
+        } else if (!writesPlain_ && tables_->writer.isInParts()) {
             tables_->writer.putWords(static_cast<unsigned int>(referencePart), place.key());
         } else {
             static_cast<OutputStream&>(*this) << place.key();
@@ -114,8 +119,10 @@ bool writesPlainHead(OutputStream& out, const Serializable* object, unsigned int
 
 void Archive::writeRecord(const Serializable* object, unsigned int key)
 {
-    if (!object)
-        static_cast<OutputStream&>(*this) << objectCookie << key; // What comes next fails.
+    if (!object) {
+        static_cast<OutputStream&>(*this) << objectCookie << key;
+        throwError(std::bad_typeid());
+    }
     if (writesPlain_ && writesPlainHead(*this, object, key))
         object->serialize(*this);
     else
@@ -124,6 +131,10 @@ void Archive::writeRecord(const Serializable* object, unsigned int key)
 
 void Archive::writeInParts(const Serializable& object, unsigned int key)
 {
+    if (tables_->recorder) {
+        recordObject(object, key);
+        return;
+    }
     OutputStream& self = *this;
     const ClassName name(typeid(object));
     const auto* const sealed = name.isRegistered() ? nullptr : dynamic_cast<const SealedObject*>(&object);
@@ -142,6 +153,29 @@ void Archive::writeInParts(const Serializable& object, unsigned int key)
         self << name.toWrite();
         object.serialize(*this);
     }
+}
+
+void Archive::recordWith(GraphRecorder& recorder)
+{
+    tables_->recorder = &recorder;
+    writesPlain_ = false;
+}
+
+void Archive::recordObject(const Serializable& object, unsigned int key)
+{
+    const auto* const sealed = dynamic_cast<const SealedObject*>(&object);
+    tables_->recorder->begin(key, sealed ? sealed->getClassName() : ClassName(typeid(object)).text());
+    object.serialize(*this);
+    if (const auto* const keeper = dynamic_cast<const NewerData*>(&object))
+        writeNewerData(*keeper);
+    tables_->recorder->end();
+}
+
+void Archive::writeWeak(const ref_ptr<Serializable>& ptr)
+{
+    if (tables_->recorder)
+        tables_->recorder->expectWeak();
+    writeObject(ptr);
 }
 
 void Archive::writeBody(const Serializable& object, const DataVersion& version)

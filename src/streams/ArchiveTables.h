@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <memory>
 #include <optional>
+#include <string>
 #include <type_traits>
 #include <typeinfo>
 #include <unordered_map>
@@ -117,6 +118,22 @@ struct FailedPath {
     std::optional<unsigned long long> offset;
 };
 
+/// Gets what an archive would write, in the pieces in which the objects write it.
+class GraphRecorder {
+public:
+    virtual void write(const void* data, unsigned int size) = 0;
+    /// An object that was written before.
+    virtual void refer(unsigned int key) = 0;
+    /// What comes until end() is of a new object, one of a single owner when the key is 0.
+    virtual void begin(unsigned int key, std::string className) = 0;
+    virtual void end() = 0;
+    /// The next reference does not keep its object alive.
+    virtual void expectWeak() = 0;
+
+protected:
+    ~GraphRecorder() = default;
+};
+
 /// What an archive has written and read so far.
 struct Archive::Tables {
     Tables() = default;
@@ -196,6 +213,7 @@ struct Archive::Tables {
     AddressTable<unsigned int> shared;          // Where the last one of each key lies.
     std::unordered_map<const unsigned int*, std::weak_ptr<Serializable>> standard; // What standard pointers share.
     std::unordered_set<const unsigned int*> foreign; // What stands in newer data or is of an unknown class.
+    GraphRecorder* recorder = nullptr;               // Gets what would be written.
     BodyWriter writer;
     BodyReader reader;
     FailedPath failed;
