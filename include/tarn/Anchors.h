@@ -66,6 +66,7 @@ private:
     std::vector<Control> controls_;
     HWND window_ = nullptr;
     bool isRescaling_ = false;
+    bool* ended_ = nullptr; // While a message is under way: whether the window was let go.
     Size start_, minimum_;
 };
 } // namespace tarn

@@ -4,6 +4,7 @@
 #include "../windowing/HandlerScope.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tarn {
 namespace {
@@ -41,6 +42,8 @@ void Anchors::end()
     if (window_)
         RemoveWindowSubclass(window_, onMessage, reinterpret_cast<UINT_PTR>(this));
     window_ = nullptr;
+    if (ended_)
+        *ended_ = true;
 }
 
 void Anchors::restart() { measure(window_); }
@@ -88,10 +91,12 @@ void Anchors::handled(UINT msg, WPARAM wParam, LPARAM lParam, const Size& former
     }
 }
 
-LRESULT CALLBACK Anchors::onMessage(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR self)
+LRESULT CALLBACK Anchors::onMessage(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR self)
 {
     auto* const anchors = reinterpret_cast<Anchors*>(self);
     Size former;
+    bool ended = false;
+    bool* const outer = std::exchange(anchors->ended_, &ended);
     if (msg == WM_NCDESTROY)
         anchors->end();
     if (msg == WM_DPICHANGED) {
@@ -99,8 +104,12 @@ LRESULT CALLBACK Anchors::onMessage(HWND hwnd, UINT msg, WPARAM wParam, LPARAM l
         anchors->isRescaling_ = true;
     }
     const LRESULT result = DefSubclassProc(hwnd, msg, wParam, lParam);
-    if (!GetWindowSubclass(hwnd, onMessage, id, &self)) // A handler may have ended it.
+    if (ended) { // By a handler, and perhaps there is no object any more.
+        if (outer)
+            *outer = true;
         return result;
+    }
+    anchors->ended_ = outer;
     return guardedCallback(result, {"the anchors of a window", hwnd, msg},
                            [&] { return anchors->handled(msg, wParam, lParam, former), result; });
 }
