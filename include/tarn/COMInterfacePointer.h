@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tarn/Exception.h>
+#include <tarn/Export.h>
 #include <tarn/Layout.h>
 #include <tarn/Windows.h>
 
@@ -27,6 +28,9 @@ public:
 
 /// What `->` gives: a class of one's own that is final has to be as it is.
 template <class T> using Lent = std::conditional_t<std::is_final_v<T>, T, Uncounted<T>>;
+
+/// What COMInterfacePointer::throwOnError() does.
+TARN_API void throwOnErrorOf(IUnknown* object, const GUID& iid, long hr, const char* description);
 
 /// A second type to which a pointer class converts, so that `delete` of it is ambiguous.
 class NotToBeDeleted;
@@ -95,6 +99,17 @@ public:
             result.detach();
         HRESULTHolder::throwOnError(hr, "Can't get COM interface");
         return result;
+    }
+
+    /// For the result of a method of this interface, throws as HRESULTHolder::throwOnError() does. What the object
+    /// tells of its failure (`ISupportErrorInfo`, `IErrorInfo`) stands behind the description:
+    ///
+    ///     const auto file = tarn::COMInterfacePointer<IPersistFile>::create(CLSID_NULL);
+    ///     file.throwOnError(file->Load(L"C:\\x", STGM_READ), "Can't read the shortcut");
+    void throwOnError(HRESULT hr, const char* description) const
+    {
+        if (FAILED(hr))
+            detail::throwOnErrorOf(object_, __uuidof(T), hr, description);
     }
 
     /// Null when empty. Lent, not given: it adds no reference.

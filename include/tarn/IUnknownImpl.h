@@ -8,6 +8,8 @@
 #include <tarn/Layout.h>
 #include <tarn/Windows.h>
 
+#include <oaidl.h>
+
 #include <exception>
 #include <type_traits>
 
@@ -82,8 +84,12 @@ private:
 
 TARN_LAYOUT(IUnknownImpl, 12, 24);
 
+/// In a catch block: the result for the exception, the HRESULT that it carries, `E_OUTOFMEMORY`, or `E_FAIL`. Its whole
+/// text becomes the thread's error information (`IErrorInfo`).
+TARN_API HRESULT resultOfCurrentException() noexcept;
+
 /// Runs the body of a COM method, which returns an HRESULT or nothing (`S_OK`), and turns exceptions into
-/// the result: the HRESULT that they carry, `E_OUTOFMEMORY`, or `E_FAIL`.
+/// the result, as resultOfCurrentException() does.
 template <class Call> HRESULT asHRESULT(Call call) noexcept
 {
     try {
@@ -93,12 +99,22 @@ template <class Call> HRESULT asHRESULT(Call call) noexcept
         } else {
             return call();
         }
-    } catch (const std::exception& e) {
-        return HRESULTHolder::getHRESULTFromException(e);
     } catch (...) {
-        return E_FAIL;
+        return resultOfCurrentException();
     }
 }
+
+/// Another interface of an object: it tells clients that what asHRESULT() leaves as error information belongs to the
+/// failures of these interfaces, so that they show it (COMInterfacePointer::throwOnError). A base of the class behind
+/// these interfaces; the object's queryInterface answers for `ISupportErrorInfo`, too.
+template <class... Interfaces> class SupportErrorInfo : public ISupportErrorInfo {
+public:
+    /// `S_OK` for the interfaces, `S_FALSE` for others.
+    HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) override
+    {
+        return ((iid == __uuidof(Interfaces)) || ...) ? S_OK : S_FALSE;
+    }
+};
 } // namespace tarn
 
 /// The three methods that every COM interface begins with, for a class derived from interfaces and from

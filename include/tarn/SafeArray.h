@@ -39,6 +39,10 @@ public:
     /// One dimension with the elements of a container of the standard library, or one like it: numbers, `bool`, wide
     /// texts, which become `VT_BSTR`, or Variants. Throws "Can't create safe array".
     template <class Container> static SafeArray of(const Container& elements);
+    /// Several dimensions with these elements, in the order in which toVector() has them. Throws with `E_INVALIDARG`
+    /// when the bounds have room for more or less.
+    template <class Container>
+    static SafeArray of(const Container& elements, std::initializer_list<SAFEARRAYBOUND> bounds);
     /// A copy of a plain array. Throws "Can't copy safe array".
     explicit SafeArray(SAFEARRAY* array);
     /// A copy copies the elements, a move leaves its source null. An assignment destroys the array held before.
@@ -250,9 +254,17 @@ template <> struct Element<Variant> : ElementAs<VT_VARIANT, VARIANT> {
 
 template <class Container> SafeArray SafeArray::of(const Container& elements)
 {
+    return of(elements, {{static_cast<ULONG>(elements.size()), 0}});
+}
+
+template <class Container>
+SafeArray SafeArray::of(const Container& elements, std::initializer_list<SAFEARRAYBOUND> bounds)
+{
     using T = typename Container::value_type;
     using InMemory = typename detail::Element<T>::InMemory;
-    SafeArray array(detail::Element<T>::type, static_cast<unsigned>(elements.size()));
+    SafeArray array(detail::Element<T>::type, bounds);
+    if (array.getSize() != elements.size())
+        HRESULTHolder::throwOnError(E_INVALIDARG, "Can't create safe array");
     const Access<InMemory> access(array);
     InMemory* to = access.begin();
     for (const T& element : elements) {

@@ -10,6 +10,7 @@
 #include <tarn/TimeZone.h>
 #include <tarn/Windows.h>
 
+#include <compare>
 #include <concepts>
 
 namespace tarn {
@@ -23,7 +24,7 @@ class TARN_API Variant : public VARIANT {
 public:
     /// `VT_EMPTY`.
     Variant() noexcept { VariantInit(this); }
-    /// A copy. Throws "Can't copy variant".
+    /// A copy; of a value by reference (`VT_BYREF`) one of what it refers to. Throws "Can't copy variant".
     Variant(const VARIANT& value);
     /// A copy is deep; a move leaves its source empty. An assignment frees the value held before.
     ///@{
@@ -86,6 +87,13 @@ public:
     bool isNull() const noexcept { return vt == VT_NULL; }
     bool isArray() const noexcept { return (vt & VT_ARRAY) != 0; }
     ///@}
+
+    /// Whether both have the same type and value: texts character by character, arrays with their bounds, objects when
+    /// they are one object. Records are equal when they are one record.
+    bool operator==(const Variant& other) const;
+    /// As scripts compare, whatever the types: numbers by value, and before texts, which are in the order of the
+    /// locale. Unordered when one is `VT_NULL`. Throws "Can't compare variants".
+    std::partial_ordering compare(const Variant& other, LCID locale = LOCALE_USER_DEFAULT) const;
 
     /// The value as another type. Throws "Can't convert variant".
     Variant convertedTo(VARTYPE type, LCID locale = LOCALE_USER_DEFAULT) const;

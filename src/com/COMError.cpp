@@ -1,23 +1,88 @@
 #include <tarn/Exception.h>
 
+#include <tarn/BStr.h>
 #include <tarn/COMIdentifiers.h>
+#include <tarn/COMInterfacePointer.h>
+#include <tarn/IUnknownImpl.h>
 
-#include "../foundation/Check.h"
+#include "../foundation/Closing.h"
 #include "../foundation/Description.h"
+#include "../foundation/Throw.h"
+
+#include <oleauto.h>
 
 namespace tarn {
 static_assert(sizeof(HRESULT) == sizeof(long));
 
-void HRESULTHolder::throwOnError(long hr, const char* description)
+namespace {
+[[noreturn, gnu::noinline, gnu::cold]] void throwResult(long hr, const std::string& description, const void* caller)
 {
-    if (hr >= 0)
-        return;
     if (hr == E_OUTOFMEMORY)
-        throwError(BadAllocation());
+        throwError(BadAllocation(), caller);
     const auto code = static_cast<unsigned long>(hr);
     if ((code & 0x1FFF0000) == 0x00070000)
-        throwWindowsError(code & 0xFFFF, description);
-    throwError(COMError(code, description), __builtin_return_address(0));
+        throwError(WindowsError(code & 0xFFFF, description), caller);
+    throwError(COMError(code, description), caller);
+}
+
+// What the object says of the failure that it has just reported; empty when it says nothing.
+BasicString<wchar_t> toldBy(IUnknown* object, const GUID& iid)
+{
+    const auto support = COMInterfacePointer<IUnknown>(object).as<ISupportErrorInfo>();
+    COMInterfacePointer<IErrorInfo> info;
+    BStr text;
+    if (!support || support->InterfaceSupportsErrorInfo(iid) != S_OK || GetErrorInfo(0, info.put()) != S_OK ||
+        FAILED(info->GetDescription(text.put())))
+        return {};
+    return text.toString();
+}
+
+// The text of the code alone, which an error has at its end in any case.
+BasicString<wchar_t> textOfResult(long hr)
+{
+    try {
+        throwResult(hr, "", nullptr);
+    } catch (const WindowsError& error) {
+        return L": " + error.whatW();
+    } catch (const std::exception& error) {
+        return whatW(error);
+    }
+}
+} // namespace
+
+void HRESULTHolder::throwOnError(long hr, const char* description)
+{
+    if (hr < 0)
+        throwResult(hr, description, __builtin_return_address(0));
+}
+
+void detail::throwOnErrorOf(IUnknown* object, const GUID& iid, long hr, const char* description)
+{
+    BasicString<wchar_t> told = toldBy(object, iid);
+    if (const BasicString<wchar_t> end = textOfResult(hr); told.endsWith(end))
+        told.resize(told.size() - end.size());
+    const std::string whole = told.empty() ? description : errorText((a2w(description, CP_ACP) + L": " + told).c_str());
+    throwResult(hr, whole, __builtin_return_address(0));
+}
+
+HRESULT resultOfCurrentException() noexcept
+{
+    SetErrorInfo(0, nullptr); // That of an earlier failure is none of this one.
+    try {
+        throw;
+    } catch (const std::exception& error) {
+        const HRESULT hr = HRESULTHolder::getHRESULTFromException(error);
+        closeQuietly([&] {
+            COMInterfacePointer<ICreateErrorInfo> info;
+            HRESULTHolder::throwOnError(CreateErrorInfo(info.put()));
+            BasicString<wchar_t> text = whatW(error);
+            HRESULTHolder::throwOnError(info->SetDescription(text.data()));
+            HRESULTHolder::throwOnError(SetErrorInfo(0, info.require<IErrorInfo>()));
+        });
+        return hr;
+    } catch (...) {
+        return E_FAIL;
+    }
 }
 
 void HRESULTHolder::throwOnError(long hr) { throwOnError(hr, ""); }

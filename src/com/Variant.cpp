@@ -3,13 +3,16 @@
 #include <tarn/Exception.h>
 
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <string_view>
 #include <utility>
 
 namespace tarn {
 Variant::Variant(const VARIANT& value) : Variant()
 {
-    HRESULTHolder::throwOnError(VariantCopy(this, const_cast<VARIANT*>(&value)), "Can't copy variant");
+    HRESULTHolder::throwOnError(VariantCopyInd(this, const_cast<VARIANT*>(&value)), "Can't copy variant");
 }
 
 Variant::Variant(unsigned char value) noexcept : Variant()
@@ -126,6 +129,102 @@ Variant Variant::date(const Time& time, const TimeZone& zone)
         HRESULTHolder::throwOnError(DISP_E_OVERFLOW, "Can't convert time to date");
     const double fraction = static_cast<double>(local - day * millisPerDay) / millisPerDay;
     return date(static_cast<double>(day) + (day < 0 ? -fraction : fraction));
+}
+
+namespace {
+bool isSameObject(IUnknown* a, IUnknown* b)
+{
+    return COMInterfacePointer<IUnknown>(a).as<IUnknown>() == COMInterfacePointer<IUnknown>(b).as<IUnknown>();
+}
+
+// An element of any type as a value of its own.
+Variant elementAt(SAFEARRAY* array, VARTYPE type, unsigned index)
+{
+    VARIANT reference{};
+    reference.vt = static_cast<VARTYPE>(type | VT_BYREF);
+    reference.byref = static_cast<char*>(array->pvData) + std::size_t(index) * array->cbElements;
+    return reference;
+}
+
+bool isSameArray(const SafeArray& a, const SafeArray& b)
+{
+    if (!a || !b)
+        return !a && !b;
+    if (a.getDimensionCount() != b.getDimensionCount())
+        return false;
+    for (unsigned i = 1; i <= a.getDimensionCount(); ++i)
+        if (a.getLowerBound(i) != b.getLowerBound(i) || a.getUpperBound(i) != b.getUpperBound(i))
+            return false;
+    const VARTYPE type = a.getType();
+    if (type == VT_RECORD)
+        return false;
+    for (unsigned i = 0; i < a.getSize(); ++i)
+        if (elementAt(a, type, i) != elementAt(b, type, i))
+            return false;
+    return true;
+}
+
+std::size_t sizeOf(VARTYPE type)
+{
+    switch (type) {
+    case VT_EMPTY:
+    case VT_NULL:
+        return 0;
+    case VT_I1:
+    case VT_UI1:
+        return 1;
+    case VT_I2:
+    case VT_UI2:
+    case VT_BOOL:
+        return 2;
+    case VT_I8:
+    case VT_UI8:
+    case VT_CY:
+        return 8;
+    case VT_RECORD:
+        return 2 * sizeof(void*);
+    default:
+        return 4;
+    }
+}
+} // namespace
+
+bool Variant::operator==(const Variant& other) const
+{
+    if ((vt | other.vt) & VT_BYREF)
+        return Variant(static_cast<const VARIANT&>(*this)) == Variant(static_cast<const VARIANT&>(other));
+    if (vt != other.vt)
+        return false;
+    if (isArray())
+        return isSameArray(toSafeArray(), other.toSafeArray());
+    switch (vt) {
+    case VT_BSTR:
+        return std::wstring_view(bstrVal ? bstrVal : L"", SysStringLen(bstrVal)) ==
+               std::wstring_view(other.bstrVal ? other.bstrVal : L"", SysStringLen(other.bstrVal));
+    case VT_UNKNOWN:
+    case VT_DISPATCH:
+        return isSameObject(punkVal, other.punkVal);
+    case VT_R4:
+        return fltVal == other.fltVal;
+    case VT_R8:
+    case VT_DATE:
+        return dblVal == other.dblVal;
+    case VT_DECIMAL:
+        return VarDecCmp(const_cast<DECIMAL*>(&decVal), const_cast<DECIMAL*>(&other.decVal)) == VARCMP_EQ;
+    default:
+        return std::memcmp(&llVal, &other.llVal, sizeOf(vt)) == 0;
+    }
+}
+
+std::partial_ordering Variant::compare(const Variant& other, LCID locale) const
+{
+    const auto plain = [](const Variant& value) { return const_cast<VARIANT*>(static_cast<const VARIANT*>(&value)); };
+    const HRESULT result = VarCmp(plain(*this), plain(other), locale, 0);
+    HRESULTHolder::throwOnError(result, "Can't compare variants");
+    return result == VARCMP_LT   ? std::partial_ordering::less
+           : result == VARCMP_GT ? std::partial_ordering::greater
+           : result == VARCMP_EQ ? std::partial_ordering::equivalent
+                                 : std::partial_ordering::unordered;
 }
 
 Variant Variant::convertedTo(VARTYPE type, LCID locale) const

@@ -1,10 +1,15 @@
 #include "Expect.h"
 #include "Persistent.h"
 
+#include <tarn/COMApartment.h>
 #include <tarn/COMModule.h>
 #include <tarn/Factory.h>
 
+#include <functional>
 #include <stdexcept>
+#include <string>
+#include <thread>
+#include <utility>
 
 using support::Persistent;
 using tarn::COMInterfacePointer;
@@ -77,6 +82,47 @@ TEST_CASE("IUnknownImpl: a query counts, refuses and reports without touching th
 
     Failing failing(nullptr);
     CHECK(failing.internalQueryInterface(IID_IUnknown, &found) == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+}
+
+namespace {
+// Fails with an error whose text the code page cannot hold, and tells its clients, if asked to.
+template <class... Told> struct Complaining : Persistent, tarn::SupportErrorInfo<Told...> {
+    explicit Complaining(std::function<void()> method) : Persistent(nullptr), fail(std::move(method)) {}
+    TARN_IUNKNOWN_METHODS
+    HRESULT STDMETHODCALLTYPE GetClassID(CLSID*) override { return tarn::asHRESULT(fail); }
+    void* queryInterface(const GUID& iid) override
+    {
+        return iid == IID_ISupportErrorInfo ? static_cast<ISupportErrorInfo*>(this) : Persistent::queryInterface(iid);
+    }
+    std::function<void()> fail;
+};
+
+template <class Error, class... Told> std::wstring toldOf(std::function<void()> method)
+{
+    const COMInterfacePointer<IPersist> object(new Complaining<Told...>(std::move(method)));
+    CLSID clsid;
+    object.throwOnError(S_OK, "nothing");
+    return tarn::whatW(support::thrownBy<Error>([&] { object.throwOnError(object->GetClassID(&clsid), "Can't ask"); }));
+}
+} // namespace
+
+TEST_CASE("asHRESULT: the text of an exception arrives at the client", "[com][unknown]")
+{
+    std::thread([model = GENERATE(tarn::COMApartment::singleThreaded, tarn::COMApartment::multiThreaded)] {
+        const tarn::COMApartment com(model);
+        const std::wstring failed = tarn::whatW(tarn::COMError(static_cast<unsigned long>(E_FAIL)));
+        const auto fail = [] { throw tarn::COMError(0x80040123, tarn::errorText(L"The plan \x4E2D is locked")); };
+        CHECK(toldOf<tarn::COMError, IPersist>(fail) ==
+              L"Can't ask: The plan \x4E2D is locked: HRESULT value 80040123");
+        CHECK(toldOf<tarn::COMError, IDispatch>(fail) == L"Can't ask: HRESULT value 80040123"); // Of another interface.
+        CHECK(toldOf<tarn::COMError, IPersist>([] { throw std::runtime_error("Too late"); }) ==
+              L"Can't ask: Too late: " + failed);
+        const std::wstring reason = tarn::whatW(tarn::WindowsError(ERROR_ACCESS_DENIED));
+        CHECK(toldOf<tarn::WindowsError, IPersist>([] { throw tarn::WindowsError(ERROR_ACCESS_DENIED, "No key"); }) ==
+              L"Can't ask: No key: " + reason);
+        CHECK(toldOf<tarn::BadAllocation, IPersist>([] { throw std::bad_alloc(); }) == L"bad allocation");
+        CHECK(toldOf<tarn::COMError, IPersist>([] { throw 1; }) == L"Can't ask: " + failed); // Not the last.
+    }).join();
 }
 
 TEST_CASE("Factory: a new object has one reference, and every failure is a result and leaves none", "[com][factory]")

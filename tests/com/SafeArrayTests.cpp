@@ -70,6 +70,19 @@ TEST_CASE("SafeArray: elements convert to and from variants", "[com][safearray]"
     support::expectWindowsError([] { SafeArray().getType(); }, ERROR_INVALID_PARAMETER, "Can't get type of safe array");
 }
 
+TEST_CASE("SafeArray: several dimensions are made of a container, and into one", "[com][safearray]")
+{
+    const std::vector<double> elements = {1, 2, 3, 4, 5, 6};
+    const SafeArray matrix = SafeArray::of(elements, {{2, 0}, {3, 1}});
+    CHECK((matrix.getElement({1, 1}) == 2.0 && matrix.getElement({0, 3}) == 5.0));
+    CHECK(matrix.toVector<double>() == elements);
+    support::expectWindowsError(
+        [&] {
+            SafeArray::of(elements, {{2, 0}, {2, 0}});
+        },
+        ERROR_INVALID_PARAMETER, "Can't create safe array");
+}
+
 TEST_CASE("SafeArray: elements in place, of the right type only, and locked meanwhile", "[com][safearray]")
 {
     SafeArray matrix(VT_R8, {{2, 0}, {3, 1}});

@@ -11,6 +11,7 @@
 #include <tarn/Variant.h>
 
 #include <type_traits>
+#include <vector>
 
 using support::failureOf;
 using tarn::Variant;
@@ -48,6 +49,53 @@ TEST_CASE("Variant: converts between types or says why not", "[com][variant]")
     CHECK(failureOf([] { Variant::null().toLong(); }) == DISP_E_TYPEMISMATCH);
     support::expectError<tarn::COMError>([] { Variant("word").toDouble(); },
                                          "Can't convert variant: HRESULT value 80020005"s);
+}
+
+TEST_CASE("Variant: is equal to what has the same type and value", "[com][variant]")
+{
+    const std::vector<Variant> values = {{},
+                                         Variant::null(),
+                                         true,
+                                         1,
+                                         1.0,
+                                         -0.5f,
+                                         1ll,
+                                         "1",
+                                         L"1\x4E2D",
+                                         Variant::date(1),
+                                         Variant::missing(),
+                                         Variant(1).convertedTo(VT_CY),
+                                         Variant(1).convertedTo(VT_DECIMAL),
+                                         Variant(2).convertedTo(VT_DECIMAL),
+                                         tarn::SafeArray::of(std::vector{1, 2}),
+                                         tarn::SafeArray::of(std::vector{1, 3}),
+                                         tarn::SafeArray::of(std::vector{1, 2}, {{2, 1}}),
+                                         tarn::SafeArray::of(std::vector<Variant>{1, "x"})};
+    for (std::size_t a = 0; a < values.size(); ++a)
+        for (std::size_t b = 0; b < values.size(); ++b)
+            CHECK((Variant(values[a]) == values[b]) == (a == b));
+    CHECK((Variant(5) == 5 && Variant("x") != "y"));
+    CHECK((Variant(1).compare(1.5) < 0 && Variant("a").compare("B") < 0 && Variant(2).compare("2") < 0));
+    CHECK((Variant(3).compare(Variant::null()) == std::partial_ordering::unordered));
+    CHECK(failureOf([] { Variant(1).compare(tarn::SafeArray(VT_I4, 1)); }) < 0);
+}
+
+TEST_CASE("Variant: what is passed by reference is copied, and not referred to any more", "[com][variant]")
+{
+    long number = 7;
+    Variant text("text");
+    VARIANT reference{}, ofVariant{};
+    reference.vt = VT_I4 | VT_BYREF;
+    reference.plVal = &number;
+    ofVariant.vt = VT_VARIANT | VT_BYREF;
+    ofVariant.pvarVal = &text;
+    const Variant copy(reference), copyOfVariant(ofVariant);
+    number = 8;
+    text = 9;
+    CHECK((copy == 7 && copyOfVariant == "text"));
+    VARIANT twice = ofVariant; // A reference to a reference is none that automation has.
+    twice.pvarVal = &ofVariant;
+    support::expectWindowsError([&] { Variant{twice}; }, ERROR_INVALID_PARAMETER, "Can't copy variant");
 }
 
 TEST_CASE("Variant: an instant is the date that clocks show, and comes back", "[com][variant]")
