@@ -38,7 +38,7 @@ struct Place {
             const std::string name = std::filesystem::relative(entry.path.c_str(), folder.path()).string();
             all[entry.path] = (entry.isFolder() ? "" : folder.read(name)) + (isReadOnly ? "!" : "");
         }
-        note(all, L"");
+        note(all, {});
         return all;
     }
     void note(std::map<std::wstring, std::string>& all, const std::wstring& name) const
@@ -48,7 +48,7 @@ struct Place {
             all[name + L"|" + value.name] = BasicString<char>(opened.getStringValue(value.name));
         for (const auto& subkey : RegistryKey::KeyEnumeration<wchar_t>(opened)) {
             all[name + L"\\" + subkey.name] = "key";
-            note(all, name + (name.empty() ? L"" : L"\\") + subkey.name);
+            note(all, name.empty() ? std::wstring(subkey.name) : name + L'\\' + subkey.name);
         }
     }
 

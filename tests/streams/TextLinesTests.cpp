@@ -54,14 +54,14 @@ std::string written(const Lines& lines, const LineOptions& options)
 
 TEST_CASE("LineReader: every encoding, mark and end of a line, in pieces of any size", "[streams][text]")
 {
-    const Lines both{L"\x416 a", L"", L"b"};
+    const Lines both{L"\x416 a", {}, L"b"};
     const struct {
         std::string bytes;
         unsigned encoding;
         Lines lines;
     } table[] = {{"", utf8, {}},
                  {"\xEF\xBB\xBF", ansi, {}},
-                 {"\n", utf8, {L""}},
+                 {"\n", utf8, Lines(1)},
                  {"\xD0\x96 a\r\n\nb", utf8, both},
                  {"\xEF\xBB\xBF\xD0\x96 a\n\r\nb\r\n", 1252, both},
                  {"\xC6 a\n\nb", 1251, both},
@@ -101,7 +101,7 @@ TEST_CASE("LineReader: bytes that are no text are refused by line, or replaced",
 
 TEST_CASE("LineWriter: the bytes of every encoding, and what an encoding lacks", "[streams][text]")
 {
-    const Lines lines{L"\x416", L""};
+    const Lines lines{L"\x416", {}};
     CHECK(written(lines, {}) == "\xD0\x96\r\n\r\n");
     CHECK(written(lines, {.lineEnd = LineEnd::lf, .byteOrderMark = true}) == "\xEF\xBB\xBF\xD0\x96\n\n");
     CHECK(written(lines, {.encoding = utf16, .lineEnd = LineEnd::lf}) == "\x16\x04\n\0\n\0"s);

@@ -61,12 +61,12 @@ TEST_CASE("EventLog: of the platform's records those of the source count", "[sys
     };
     add(EVENTLOG_AUDIT_SUCCESS, 0xC0000001, L"Mine", 2, std::wstring(L"a\0\0", 3));
     add(EVENTLOG_ERROR_TYPE, 2, L"Mine too", 1, std::wstring(L"b\0", 2));
-    add(EVENTLOG_WARNING_TYPE, 3, L"Mine", 0, L"");
+    add(EVENTLOG_WARNING_TYPE, 3, L"Mine", 0, {});
     std::vector<EventLog::Entry> entries;
     appendEntries(entries, records.data(), records.size(), L"Mine");
     REQUIRE(entries.size() == 2);
     CHECK((entries[0].severity == EventLog::information && entries[0].id == 0xC0000001));
     CHECK(entries[0].time == Time::fromTimeT64(4'000'000'000));
-    CHECK(entries[0].texts == std::vector<BasicString<wchar_t>>{L"a", L""});
+    CHECK(entries[0].texts == std::vector<BasicString<wchar_t>>{L"a", {}});
     CHECK((entries[1].severity == EventLog::warning && entries[1].texts.empty()));
 }
