@@ -20,7 +20,7 @@ tarn::Rect shrunk(const RECT& rect, int distance)
 
 void ColourList::fill() const
 {
-    sendMessageA(LB_SETITEMHEIGHT, 0, itemHeight);
+    sendMessageA(LB_SETITEMHEIGHT, 0, getDPI().toPixels(itemHeight));
     for (const Colour& colour : all)
         addItem(&colour);
     setCurrentSelection(0);
@@ -42,7 +42,7 @@ void ColourList::onDrawItem(const DRAWITEMSTRUCT& item)
     const tarn::Rect area(item.rcItem);
     context.fillRectangle(isSelected ? COLOR_HIGHLIGHT : COLOR_WINDOW, area);
     tarn::Rect patch = shrunk(area, 3);
-    patch.right = patch.left + 30;
+    patch.right = patch.left + getDPI().toPixels(30);
     context.fillRectangle(colour.value, patch);
     SetBkMode(context, TRANSPARENT);
     const tarn::AutoTextColour text(context, GetSysColor(isSelected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));

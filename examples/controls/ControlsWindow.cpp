@@ -23,10 +23,13 @@ constexpr unsigned long transparent = RGB(255, 0, 255);
 
 constexpr unsigned long views[] = {LVS_REPORT, LVS_LIST, LVS_SMALLICON, LVS_ICON};
 
-// Below the tool bar.
+// All these are in units of 1/96 inch.
+int toPixels(int units) { return tarn::DPI::ofSystem().toPixels(units); }
+
+// In pixels, below the tool bar.
 tarn::Rect place(int x, int y, int width, int height)
 {
-    return tarn::Rect(tarn::Point(x, y + toolsHeight), tarn::Size(width, height));
+    return tarn::DPI::ofSystem().toPixels(tarn::Rect(tarn::Point(x, y + toolsHeight), tarn::Size(width, height)));
 }
 
 std::wstring withSeparators(int number)
@@ -87,7 +90,7 @@ ControlsWindow::ControlsWindow(HINSTANCE program)
       largePictures_(ID_LARGE_PICTURES, tarn::ImageList::bitmap, 32, transparent, LR_CREATEDIBSECTION, program),
       resetPicture_(loadOnButtonFace(ID_RESET_PICTURE, program)), swatch_(colours_)
 {
-    tarn::Rect rect(tarn::Point(60, 60), clientSize);
+    tarn::Rect rect(tarn::Point(60, 60), tarn::DPI::ofSystem().toPixels(clientSize));
     AdjustWindowRect(&rect, windowStyle, FALSE);
     create(windowClass_, L"The solar system", windowStyle, rect, nullptr, nullptr, program);
     addLeftSide();
@@ -149,9 +152,9 @@ void ControlsWindow::addView()
     list_.swapImageList(tarn::ListView::small_images, smallPictures_);
     list_.swapImageList(tarn::ListView::normal, largePictures_);
     list_.setExtendedListViewStyle(LVS_EX_FULLROWSELECT);
-    list_.insertColumn(0, L"Name", usualWidth);
-    list_.insertColumn(1, L"Diameter (km)", 110, LVCFMT_RIGHT);
-    list_.insertColumn(2, L"Once round (days)", 120, LVCFMT_RIGHT);
+    list_.insertColumn(0, L"Name", toPixels(usualWidth));
+    list_.insertColumn(1, L"Diameter (km)", toPixels(110), LVCFMT_RIGHT);
+    list_.insertColumn(2, L"Once round (days)", toPixels(120), LVCFMT_RIGHT);
     addChild(L"STATIC", L"What goes round the selected body", 0, ID_LABEL, place(rightX, 10, rightWidth, 16));
 
     addChild(L"BUTTON", L"View", BS_GROUPBOX, ID_LABEL, place(rightX, 316, 130, 112));
@@ -191,7 +194,7 @@ void ControlsWindow::addNote()
              place(rightX, 456, 360, 46));
     note_.attach(*this, ID_NOTE);
     status_.create(*this, ID_STATUS);
-    status_.setParts({rightX, -1});
+    status_.setParts({toPixels(rightX), -1});
 
     addChild(L"BUTTON", L"&Read-only", WS_TABSTOP | BS_AUTOCHECKBOX, ID_READ_ONLY, place(rightX + 372, 436, 100, 18));
     readOnly_.attach(*this, ID_READ_ONLY);
@@ -214,8 +217,8 @@ void ControlsWindow::addObservation()
 
     addChild(L"STATIC", L"Seen in the ni&ght of", 0, ID_LABEL, place(nightX, 10, nightWidth, 16));
     day_.create(*this, ID_DAY, place(nightX, 28, nightWidth, 0), shown);
-    const int height = day_.getSizeOfMonth().cy, below = 28 + height;
-    day_.setSize(nightWidth, height, SWP_NOZORDER);
+    const int height = day_.getSizeOfMonth().cy, below = 28 + tarn::DPI::ofSystem().toUnits(height);
+    day_.setSize(toPixels(nightWidth), height, SWP_NOZORDER);
     addChild(L"STATIC", L"&at", 0, ID_LABEL, place(nightX, below + 14, 90, 16));
     time_.create(*this, ID_TIME, place(nightX + 100, below + 10, 130, 22), shown | DTS_TIMEFORMAT);
     addChild(L"STATIC", L"&Magnified", 0, ID_LABEL, place(nightX, below + 44, 90, 16));
@@ -297,7 +300,7 @@ void ControlsWindow::showColour()
     swatch_.invalidate(false);
 }
 
-void ControlsWindow::showWidth() { list_.setColumnWidth(0, width_.getScrollInfo(SIF_POS).nPos); }
+void ControlsWindow::showWidth() { list_.setColumnWidth(0, toPixels(width_.getScrollInfo(SIF_POS).nPos)); }
 
 void ControlsWindow::describe(const Body& body)
 {
@@ -420,6 +423,16 @@ void ControlsWindow::onNotification(const NMLISTVIEW& notification)
         describe(*static_cast<const Body*>(list_.getItemData(static_cast<unsigned>(notification.iItem))));
     else
         Window::onNotification(notification);
+}
+
+void ControlsWindow::onDPIChanged(const tarn::DPI& dpi, const tarn::Rect& suggested)
+{
+    const HFONT former = reinterpret_cast<HFONT>(tree_.sendMessageA(WM_GETFONT));
+    tarn::Font next = tarn::Font(former, false).rescaled(dpi_, dpi);
+    rescaleControls(dpi_, dpi, former, next);
+    font_ = std::move(next);
+    dpi_ = dpi;
+    Window::onDPIChanged(dpi, suggested);
 }
 
 void ControlsWindow::onDestroy() { PostQuitMessage(0); }

@@ -7,6 +7,7 @@
 #include <tarn/ComboBox.h>
 #include <tarn/DateTimePicker.h>
 #include <tarn/EditControl.h>
+#include <tarn/Font.h>
 #include <tarn/ImageList.h>
 #include <tarn/ListView.h>
 #include <tarn/MonthCalendar.h>
@@ -49,6 +50,7 @@ public:
     void onCommand(Window* sender, unsigned short code, unsigned short id) override;
     void onHScroll(Window* bar, unsigned short code, unsigned short position) override;
     void onNotification(const NMLISTVIEW& notification) override;
+    void onDPIChanged(const tarn::DPI& dpi, const tarn::Rect& suggested) override;
     void onDestroy() override;
 
 private:
@@ -92,4 +94,6 @@ private:
     tarn::EditControl power_;
     tarn::UpDown powerArrows_;
     tarn::ToolTip tips_;
+    tarn::DPI dpi_ = tarn::DPI::ofSystem(); // What the controls have the size for.
+    tarn::Font font_;                       // What they have since it has changed.
 };

@@ -55,9 +55,13 @@ void DayList::show(std::vector<Occurrence> occurrences, Day day)
 
 void DayList::layOut() const
 {
-    const int room = std::max(static_cast<int>(getClientSize().cx) - timeWidth - categoryWidth, 100);
+    const tarn::DPI dpi = getDPI();
+    const int time = dpi.toPixels(timeWidth), category = dpi.toPixels(categoryWidth);
+    const int room = std::max(static_cast<int>(getClientSize().cx) - time - category, 100);
+    setColumnWidth(0, time);
     setColumnWidth(1, room * 3 / 5);
     setColumnWidth(2, room - room * 3 / 5);
+    setColumnWidth(3, category);
 }
 
 const Occurrence* DayList::selected() const

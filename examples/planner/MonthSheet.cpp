@@ -28,7 +28,16 @@ bool MonthSheet::onEraseBackground(const tarn::DeviceContext&) { return true; }
 void MonthSheet::onFocusGained(Window*) { invalidate(false); }
 void MonthSheet::onFocusLost(Window*) { invalidate(false); }
 
-// Everything is drawn into a bitmap first and appears in one step.
+// Of the client area, rounded up: what is painted covers all of it.
+tarn::Size MonthSheet::units() const
+{
+    const tarn::Size size = getClientSize();
+    const int dots = static_cast<int>(getDPI().getDots());
+    return {static_cast<int>(size.cx * 96 + dots - 1) / dots, static_cast<int>(size.cy * 96 + dots - 1) / dots};
+}
+
+// Everything is drawn into a bitmap first and appears in one step. Layout and painting are in units of 1/96 inch, of
+// which the context makes pixels.
 void MonthSheet::onPaint()
 {
     const tarn::PaintDeviceContext window(*this);
@@ -38,12 +47,18 @@ void MonthSheet::onPaint()
     const tarn::Bitmap picture(window, size.cx, size.cy);
     tarn::DeviceContext memory = tarn::DeviceContext::createCompatible(window);
     const tarn::AutoSelect use(memory, picture);
-    MonthPainter(memory, fonts_, layout(), content_, GetFocus() == getWindowHandle()).paint(size);
+    const auto dots = static_cast<int>(getDPI().getDots());
+    SetMapMode(memory, MM_ANISOTROPIC);
+    SetWindowExtEx(memory, 96, 96, nullptr);
+    SetViewportExtEx(memory, dots, dots, nullptr);
+    MonthPainter(memory, fonts_, layout(), content_, GetFocus() == getWindowHandle()).paint(units());
+    SetMapMode(memory, MM_TEXT);
     window.blit(memory, 0, 0, size.cx, size.cy, 0, 0, SRCCOPY);
 }
 
-void MonthSheet::onLeftButtonDown(unsigned short, const Point& position)
+void MonthSheet::onLeftButtonDown(unsigned short, const Point& pixels)
 {
+    const Point position = getDPI().toUnits(pixels);
     setFocus();
     if (layout().previousButton().contains(position))
         selectInOtherMonth(-1);
@@ -55,7 +70,7 @@ void MonthSheet::onLeftButtonDown(unsigned short, const Point& position)
 
 void MonthSheet::onLeftButtonDoubleClick(unsigned short keys, const Point& position)
 {
-    if (layout().dayAt(position))
+    if (layout().dayAt(getDPI().toUnits(position)))
         onOpen();
     else
         onLeftButtonDown(keys, position); // A fast second click on a button.

@@ -26,7 +26,8 @@ public:
     std::function<void()> onOpen;      ///< The user wants to write into the selected day.
 
 private:
-    SheetLayout layout() const { return SheetLayout(getClientSize(), content_); }
+    tarn::Size units() const;
+    SheetLayout layout() const { return SheetLayout(units(), content_); }
     void selectInOtherMonth(int months) const;
 
     SheetFonts fonts_;

@@ -5,11 +5,13 @@
 #include <tarn/MessageLoop.h>
 
 #include <algorithm>
+#include <initializer_list>
 
 using tarn::Rect;
 
 namespace planner {
 namespace {
+// In units of 1/96 inch.
 constexpr int treeWidth = 170, gap = 6, greatestListHeight = 150, dayTitleHeight = 24;
 constexpr tarn::Size usualSize{1040, 760}, smallestSize{640, 520};
 } // namespace
@@ -19,10 +21,12 @@ PlannerWindow::PlannerWindow(HINSTANCE program, const Messages& messages)
       document_(new Document), selected_(today(Zone(settings_.zone))),
       windowClass_(0, ID_PROGRAM, LoadIconW(program, MAKEINTRESOURCEW(ID_PROGRAM)), COLOR_BTNFACE,
                    LoadCursorW(nullptr, IDC_ARROW), program),
-      font_(makeFont(-13, FW_NORMAL)), titleFont_(makeFont(-14, FW_BOLD)), accelerators_(ID_PROGRAM, program)
+      accelerators_(ID_PROGRAM, program)
 {
-    create(windowClass_, L"Planner", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, Rect(tarn::Point(40, 30), usualSize),
-           nullptr, nullptr, program);
+    const tarn::DPI dpi = tarn::DPI::ofSystem();
+    makeFonts(dpi);
+    create(windowClass_, L"Planner", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
+           Rect(tarn::Point(40, 30), dpi.toPixels(usualSize)), nullptr, nullptr, program);
     addChildren();
     layOut(getClientSize());
     setFile(L"");
@@ -85,9 +89,11 @@ LRESULT PlannerWindow::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
     case WM_MOUSEWHEEL: // Comes up from the controls that do not use it.
         sheet_.sendMessageW(msg, wParam, lParam);
         return 0;
-    case WM_GETMINMAXINFO:
-        reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = POINT{smallestSize.cx, smallestSize.cy};
+    case WM_GETMINMAXINFO: {
+        const tarn::Size smallest = getDPI().toPixels(smallestSize);
+        reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = POINT{smallest.cx, smallest.cy};
         return 0;
+    }
     default:
         break;
     }
@@ -126,17 +132,34 @@ void PlannerWindow::onSize(UINT type, const tarn::Size& clientSize)
         layOut(clientSize);
 }
 
-void PlannerWindow::layOut(const tarn::Size& size)
+void PlannerWindow::layOut(const tarn::Size& pixels)
 {
     status_.adjust();
-    const long bottom = size.cy - status_.getWindowSize().cy - gap;
+    const tarn::DPI dpi = getDPI();
+    const tarn::Size size = dpi.toUnits(pixels);
+    const long bottom = size.cy - dpi.toUnits(status_.getWindowSize()).cy - gap;
     const long listTop = bottom - std::min<long>(greatestListHeight, size.cy / 4), titleTop = listTop - dayTitleHeight,
                left = treeWidth + 2 * gap;
-    tree_.move(Rect(gap, gap, treeWidth + gap, bottom), true);
-    sheet_.move(Rect(left, gap, size.cx - gap, titleTop - gap), true);
-    dayTitle_.move(Rect(left, titleTop, size.cx - gap, listTop), true);
-    list_.move(Rect(left, listTop, size.cx - gap, bottom), true);
+    tree_.move(dpi.toPixels(Rect(gap, gap, treeWidth + gap, bottom)), true);
+    sheet_.move(dpi.toPixels(Rect(left, gap, size.cx - gap, titleTop - gap)), true);
+    dayTitle_.move(dpi.toPixels(Rect(left, titleTop, size.cx - gap, listTop)), true);
+    list_.move(dpi.toPixels(Rect(left, listTop, size.cx - gap, bottom)), true);
     list_.layOut();
+}
+
+void PlannerWindow::makeFonts(const tarn::DPI& dpi)
+{
+    font_ = makeFont(dpi.toPixels(-13), FW_NORMAL);
+    titleFont_ = makeFont(dpi.toPixels(-14), FW_BOLD);
+}
+
+void PlannerWindow::onDPIChanged(const tarn::DPI& dpi, const Rect& suggested)
+{
+    makeFonts(dpi);
+    for (const Window* const child : std::initializer_list<const Window*>{&tree_, &list_, &status_})
+        child->sendMessageW(WM_SETFONT, reinterpret_cast<WPARAM>(font_.getHandle()), FALSE);
+    dayTitle_.sendMessageW(WM_SETFONT, reinterpret_cast<WPARAM>(titleFont_.getHandle()), FALSE);
+    Window::onDPIChanged(dpi, suggested); // Which leads to onSize().
 }
 
 // Whether midnight has passed.

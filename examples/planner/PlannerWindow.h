@@ -43,13 +43,15 @@ public:
     void onFocusGained(Window* other) override;
     void onCommand(Window* sender, unsigned short code, unsigned short id) override;
     LRESULT onNotify(const NMHDR& header) override;
+    void onDPIChanged(const tarn::DPI& dpi, const tarn::Rect& suggested) override;
     void onSize(UINT type, const tarn::Size& clientSize) override;
     void onTimer(UINT_PTR id) override;
     void onDestroy() override;
 
 private:
     void addChildren();
-    void layOut(const tarn::Size& size);
+    void layOut(const tarn::Size& pixels);
+    void makeFonts(const tarn::DPI& dpi);
 
     void refresh();
     void showDay(const Zone& zone);

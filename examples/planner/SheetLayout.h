@@ -7,7 +7,7 @@
 #include <optional>
 
 namespace planner {
-/// Where the parts of a month's sheet lie in its window.
+/// Where the parts of a month's sheet lie in its window, in units of 1/96 inch.
 class SheetLayout {
 public:
     SheetLayout(const tarn::Size& size, const MonthContent& content) : size_(size), content_(content) {}
@@ -37,7 +37,7 @@ public:
 private:
     static constexpr int titleHeight = 46, top = titleHeight + 24, left = 34;
 
-    // All the room is given away, to the pixel.
+    // All the room is given away, to the unit.
     long columnLeft(int column) const { return left + (size_.cx - left) * column / 7; }
     long rowTop(int row) const { return top + (size_.cy - top) * row / content_.weeks(); }
 
