@@ -4,15 +4,11 @@
 #include "Greeter.h"
 
 #include <tarn/COMApartment.h>
-#include <tarn/COMInterfacePointer.h>
+#include <tarn/Dispatch.h>
 #include <tarn/GUID.h>
 #include <tarn/RegistryKey.h>
-#include <tarn/Variant.h>
 #include <tarn/WindowsModule.h>
 
-#include <oaidl.h>
-
-#include <initializer_list>
 #include <iostream>
 
 namespace {
@@ -59,35 +55,18 @@ private:
     const wchar_t* scope_ = L"user";
 };
 
-tarn::Variant call(IDispatch& object, const wchar_t* member, WORD how,
-                   std::initializer_list<tarn::Variant> arguments = {})
-{
-    auto* name = const_cast<wchar_t*>(member);
-    DISPID id = 0;
-    tarn::HRESULTHolder::throwOnError(object.GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id),
-                                      "No such member");
-    DISPID assigned = DISPID_PROPERTYPUT;
-    DISPPARAMS parameters = {const_cast<tarn::Variant*>(arguments.begin()), nullptr,
-                             static_cast<UINT>(arguments.size()), 0};
-    if (how == DISPATCH_PROPERTYPUT) {
-        parameters.rgdispidNamedArgs = &assigned;
-        parameters.cNamedArgs = 1;
-    }
-    tarn::Variant result;
-    tarn::HRESULTHolder::throwOnError(
-        object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, how, &parameters, result.put(), nullptr, nullptr),
-        "Call failed");
-    return result;
-}
-
 void useGreeter()
 {
-    const auto greeter =
-        tarn::COMInterfacePointer<IDispatch>::create(tarn::toGUID(greeterProgID), CLSCTX_INPROC_SERVER);
-    std::cout << call(*greeter, L"greet", DISPATCH_METHOD).toAString() << '\n';
-    call(*greeter, L"name", DISPATCH_PROPERTYPUT, {L"COM"});
-    std::cout << call(*greeter, L"greet", DISPATCH_METHOD).toAString() << '\n';
-    std::cout << "Greetings so far: " << call(*greeter, L"greetings", DISPATCH_PROPERTYGET).toLong() << '\n';
+    const tarn::Dispatch greeter(tarn::toGUID(greeterProgID), CLSCTX_INPROC_SERVER);
+    std::cout << greeter.call(L"greet").toAString() << '\n';
+    greeter.set(L"name", L"COM");
+    std::cout << greeter.call(L"greet").toAString() << '\n';
+    std::cout << "Greetings so far: " << greeter.get(L"greetings").toLong() << '\n';
+    try {
+        greeter.set(L"name", L"");
+    } catch (const std::exception& e) { // With what the server says.
+        std::cout << e.what() << '\n';
+    }
 }
 } // namespace
 

@@ -13,7 +13,7 @@
 #include <iterator>
 
 namespace {
-class Greeter : public IDispatch, public tarn::IUnknownImpl {
+class Greeter : public IDispatch, public tarn::SupportErrorInfo<IDispatch>, public tarn::IUnknownImpl {
 public:
     explicit Greeter(IUnknown* outer) : IUnknownImpl(outer) {}
 
@@ -27,6 +27,8 @@ public:
 protected:
     void* queryInterface(const GUID& iid) override
     {
+        if (iid == IID_ISupportErrorInfo)
+            return static_cast<ISupportErrorInfo*>(this);
         return iid == IID_IDispatch ? static_cast<IDispatch*>(this) : IUnknownImpl::queryInterface(iid);
     }
 
@@ -66,6 +68,8 @@ tarn::Variant Greeter::call(DISPID id, WORD flags, const DISPPARAMS& arguments)
         throw tarn::COMError(static_cast<unsigned long>(DISP_E_BADPARAMCOUNT));
     if (isAssignment) {
         const auto name = tarn::Variant(arguments.rgvarg[0]).toString();
+        if (name.empty())
+            throw tarn::Exception("Nobody has an empty name");
         const tarn::AutoLock lock(section_);
         name_ = name;
         return {};

@@ -51,6 +51,7 @@
 #include <tarn/Debug.h>
 #include <tarn/DeviceContext.h>
 #include <tarn/Dialog.h>
+#include <tarn/Dispatch.h>
 #include <tarn/DialogValues.h>
 #include <tarn/Driver.h>
 #include <tarn/EditControl.h>

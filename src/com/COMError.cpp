@@ -8,6 +8,7 @@
 #include "../foundation/Closing.h"
 #include "../foundation/Description.h"
 #include "../foundation/Throw.h"
+#include "ToldError.h"
 
 #include <oleauto.h>
 
@@ -25,18 +26,6 @@ namespace {
     throwError(COMError(code, description), caller);
 }
 
-// What the object says of the failure that it has just reported; empty when it says nothing.
-BasicString<wchar_t> toldBy(IUnknown* object, const GUID& iid)
-{
-    const auto support = COMInterfacePointer<IUnknown>(object).as<ISupportErrorInfo>();
-    COMInterfacePointer<IErrorInfo> info;
-    BStr text;
-    if (!support || support->InterfaceSupportsErrorInfo(iid) != S_OK || GetErrorInfo(0, info.put()) != S_OK ||
-        FAILED(info->GetDescription(text.put())))
-        return {};
-    return text.toString();
-}
-
 // The text of the code alone, which an error has at its end in any case.
 BasicString<wchar_t> textOfResult(long hr)
 {
@@ -44,7 +33,7 @@ BasicString<wchar_t> textOfResult(long hr)
         throwResult(hr, "", nullptr);
     } catch (const WindowsError& error) {
         return L": " + error.whatW();
-    } catch (const std::exception& error) {
+    } catch (const std::exception& error) { // Keeps the ": " in front of its name.
         return whatW(error);
     }
 }
@@ -56,13 +45,30 @@ void HRESULTHolder::throwOnError(long hr, const char* description)
         throwResult(hr, description, __builtin_return_address(0));
 }
 
+BasicString<wchar_t> toldBy(IUnknown* object, const GUID& iid)
+{
+    const auto support = COMInterfacePointer<IUnknown>(object).as<ISupportErrorInfo>();
+    COMInterfacePointer<IErrorInfo> info;
+    BStr text;
+    if (!support || support->InterfaceSupportsErrorInfo(iid) != S_OK || GetErrorInfo(0, info.put()) != S_OK ||
+        FAILED(info->GetDescription(text.put())))
+        return {};
+    return text.toString();
+}
+
+void throwTold(long hr, const std::string& description, const BasicString<wchar_t>& told, const void* caller)
+{
+    if (told.empty())
+        throwResult(hr, description, caller);
+    BasicString<wchar_t> whole = wholeOf(description.c_str(), tailOf(description)) + L": " + told;
+    if (const BasicString<wchar_t> end = textOfResult(hr); whole.endsWith(end))
+        whole.resize(whole.size() - end.size());
+    throwResult(hr, errorText(whole.c_str()), caller);
+}
+
 void detail::throwOnErrorOf(IUnknown* object, const GUID& iid, long hr, const char* description)
 {
-    BasicString<wchar_t> told = toldBy(object, iid);
-    if (const BasicString<wchar_t> end = textOfResult(hr); told.endsWith(end))
-        told.resize(told.size() - end.size());
-    const std::string whole = told.empty() ? description : errorText((a2w(description, CP_ACP) + L": " + told).c_str());
-    throwResult(hr, whole, __builtin_return_address(0));
+    throwTold(hr, description, toldBy(object, iid), __builtin_return_address(0));
 }
 
 HRESULT resultOfCurrentException() noexcept
