@@ -117,8 +117,8 @@ public:
     /// How many items a view with the style `LVS_OWNERDATA` shows, which asks its parent for their texts
     /// (`LVN_GETDISPINFO`). Throws "Can't set list view item count".
     void setItemCount(unsigned count) const;
-    /// For the parent of such a view: when the notification asks for the text of an item it gets what `text` gives, cut
-    /// to the control's room (260 characters), and the result is true.
+    /// For the parent of such a view, in its onNotifyToAnswer(): when the notification asks for the text of an item it
+    /// gets what `text` gives, cut to the control's room (260 characters), and the result is true.
     static bool giveText(NMHDR& notification,
                          const std::function<BasicString<wchar_t>(unsigned item, unsigned subitem)>& text);
 

@@ -62,7 +62,7 @@ public:
     /// `PSBTN_...`
     void pressButton(int button);
     /// Of a wizard: which buttons can be pressed (`PSWIZB_...`), and whether there is a Back button at all.
-    /// The place for it is the page's onActivate().
+    /// From a page's onActivate() take PropertyPage::setWizardButtons(): the system's sheet heeds no message there.
     void setWizardButtons(unsigned long flags, bool showBack = true);
     /// Replaces Next by a Finish button of this text and takes Back away.
     void setFinishText(const char* text);

@@ -42,8 +42,8 @@ void Anchors::end()
     if (window_)
         RemoveWindowSubclass(window_, onMessage, reinterpret_cast<UINT_PTR>(this));
     window_ = nullptr;
-    if (ended_)
-        *ended_ = true;
+    if (bool* const ended = std::exchange(ended_, nullptr))
+        *ended = true;
 }
 
 void Anchors::restart() { measure(window_); }

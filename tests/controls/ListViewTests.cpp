@@ -140,7 +140,7 @@ TEST_CASE("ListView: items are checked, selected and edited by code; a virtual v
         LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
         {
             const auto text = [](unsigned item, unsigned subitem) {
-                return BasicString<wchar_t>::fromInt(item) + (subitem ? std::wstring(300, L'\xE9') : L"");
+                return BasicString<wchar_t>::fromInt(item) + std::wstring(subitem ? 300u : 0u, L'\xE9');
             };
             if (msg == WM_NOTIFY && ListView::giveText(*reinterpret_cast<NMHDR*>(lParam), text))
                 return 0;
@@ -154,7 +154,7 @@ TEST_CASE("ListView: items are checked, selected and edited by code; a virtual v
     large.setItemCount(1000000);
     CHECK((large.getItemCount() == 1000000 && large.getItemTextW(999999, 0) == L"999999"));
     const std::wstring cut = large.getItemTextW(5, 1);
-    CHECK((cut.size() >= 200 && cut == L"5" + std::wstring(cut.size() - 1, L'\xE9')));
+    CHECK((cut.size() >= 200 && cut[0] == L'5' && cut.find_first_not_of(L'\xE9', 1) == cut.npos));
     CHECK(large.getItemTextA(7, 0) == "7");
 }
 

@@ -52,7 +52,7 @@ TEST_CASE("DialogValues: what is shown is taken back, each kind of value", "[dia
     values.addRadio(radio, radio + 2, checked);
     values.show(form);
     CHECK((form.getTextW(number) == L"-9223372036854775808" && form.getTextW(amount) == L"2.5"));
-    name = L"";
+    name.clear();
     count = 0, price = 0, isOn = false, chosen = checked = -1;
     CHECK(!values.check(form));
     CHECK((name == L"Ad\x3B1" && count == std::numeric_limits<long long>::min() && price == 2.5));
