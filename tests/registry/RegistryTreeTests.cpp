@@ -54,6 +54,7 @@ TEMPLATE_TEST_CASE("RegistryKey: cleanEmptyTree judges a key by what is in it", 
     const auto& [what, fill, isDeleted] = GENERATE(table<const char*, void (*)(const ScratchKey&), bool>({
         {"nothing", [](const ScratchKey&) {}, true},
         {"a default value without data", [](const ScratchKey& s) { s.store(L"k", L"", REG_SZ, {}); }, true},
+        {"a default value of a byte", [](const ScratchKey& s) { s.store(L"k", L"", REG_BINARY, {1}); }, false},
         {"an empty default text", [](const ScratchKey& s) { s.storeText(L"k", L"", L""); }, false},
         {"one value", [](const ScratchKey& s) { s.storeText(L"k", L"v", L"text"); }, true},
         {"two values", [](const ScratchKey& s) { s.storeText(L"k", L"v", L""), s.storeText(L"k", L"w", L""); }, false},

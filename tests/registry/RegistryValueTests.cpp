@@ -143,8 +143,10 @@ TEMPLATE_TEST_CASE("RegistryKey: expanded texts have the variables of REG_EXPAND
     SetEnvironmentVariableW(L"tarn-test", longValue.c_str());
     scratch.store(L"", L"v", REG_EXPAND_SZ, bytesOf(L"<%tarn-test%> %tarn-none%"));
     scratch.storeText(L"", L"plain", L"%tarn-test%");
-    CHECK(key.getExpandedStringValue(TEXT_OF("v")) ==
-          BasicString<TestType>((L"<" + longValue + L"> %tarn-none%").c_str()));
+    const BasicString<TestType> expanded((L"<" + longValue + L"> %tarn-none%").c_str());
+    CHECK(key.getExpandedStringValue(TEXT_OF("v")) == expanded);
+    CHECK(key.getExpandedStringValue(TEXT_OF("v"), TEXT_OF("default")) == expanded);
+    CHECK(key.findExpandedStringValue(TEXT_OF("v")) == expanded);
     CHECK(key.getExpandedStringValue(TEXT_OF("plain")) == TEXT_OF("%tarn-test%"));
     SetEnvironmentVariableW(L"tarn-test", nullptr);
     expectWindowsError([&] { key.getExpandedStringValue(TEXT_OF("none")); }, ERROR_FILE_NOT_FOUND,

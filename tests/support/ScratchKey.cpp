@@ -1,5 +1,10 @@
 #include "ScratchKey.h"
 
+#include "Handles.h"
+
+#include <catch2/catch.hpp>
+
+#include <exception>
 #include <stdexcept>
 
 namespace support {
@@ -44,10 +49,13 @@ ScratchKey::ScratchKey()
     path_ = L"Software\\tarn-test-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++count);
     require(RegCreateKeyExW(HKEY_CURRENT_USER, path_.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key_, nullptr),
             "RegCreateKeyExW");
+    handles_ = openHandles();
 }
 
 ScratchKey::~ScratchKey()
 {
+    if (std::uncaught_exceptions() == 0)
+        CHECK(openHandles() == handles_);
     RegDeleteTreeW(key_, nullptr);
     RegCloseKey(key_);
     RegDeleteKeyW(HKEY_CURRENT_USER, path_.c_str());

@@ -14,7 +14,8 @@ struct StoredValue {
 };
 
 /// A new key of the current user's, removed with everything in it at the end. Reads and writes with the
-/// platform's own calls, so that tests can look past the classes that they test.
+/// platform's own calls, so that tests can look past the classes that they test. What is made after it has to leave no
+/// handle open.
 class ScratchKey {
 public:
     ScratchKey();
@@ -42,6 +43,7 @@ public:
 private:
     std::wstring path_;
     HKEY key_ = nullptr;
+    unsigned long handles_;
 };
 
 /// The bytes of a text with its terminator.
