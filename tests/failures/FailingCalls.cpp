@@ -221,6 +221,7 @@ constexpr const char* cannotFail[] = {
     "SysStringLen",
     "TranslateAcceleratorW",
     "TranslateMessage",
+    "VarCmp", // Can, but its name stands for two functions here.
     "VariantInit",
     "VirtualProtect",
     "VirtualQuery",
