@@ -59,6 +59,7 @@
 #include <tarn/ErrorReport.h>
 #include <tarn/ErrorTrace.h>
 #include <tarn/Event.h>
+#include <tarn/EventConnection.h>
 #include <tarn/EventLog.h>
 #include <tarn/Exception.h>
 #include <tarn/Export.h>

@@ -1,0 +1,97 @@
+#include "Expect.h"
+#include "FailureOf.h"
+
+#include <tarn/COMApartment.h>
+#include <tarn/EventConnection.h>
+#include <tarn/IUnknownImpl.h>
+
+#include <olectl.h>
+
+#include <map>
+#include <thread>
+
+using support::failureOf;
+using tarn::COMInterfacePointer;
+using tarn::EventConnection;
+using tarn::Variant;
+
+namespace {
+constexpr GUID DIID_Events = {0x7f0c4f52, 0x1b9d, 0x4f06, {0x9a, 0x3e, 0x5d, 0x21, 0x77, 0x08, 0xc4, 0x6b}};
+
+// An object with events, which is its own and only connection point.
+class Sender : public IConnectionPointContainer, public IConnectionPoint, public tarn::IUnknownImpl {
+public:
+    Sender() : IUnknownImpl(nullptr) {}
+
+    TARN_IUNKNOWN_METHODS
+    HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID iid, IConnectionPoint** point) override
+    {
+        return iid == DIID_Events ? QueryInterface(IID_IConnectionPoint, reinterpret_cast<void**>(point))
+                                  : CONNECT_E_NOCONNECTION;
+    }
+    HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID* iid) override { return *iid = DIID_Events, S_OK; }
+    HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(IConnectionPointContainer**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override
+    {
+        IDispatch* handed = nullptr; // Asked for as the interface of the events.
+        const HRESULT result = sink->QueryInterface(DIID_Events, reinterpret_cast<void**>(&handed));
+        sinks[*cookie = 7].attach(handed);
+        return result;
+    }
+    HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override
+    {
+        return sinks.erase(cookie) ? S_OK : CONNECT_E_NOCONNECTION;
+    }
+    HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections**) override { return E_NOTIMPL; }
+
+    void* queryInterface(const GUID& iid) override
+    {
+        if (iid == IID_IConnectionPoint)
+            return static_cast<IConnectionPoint*>(this);
+        return iid == IID_IConnectionPointContainer ? static_cast<IConnectionPointContainer*>(this)
+                                                    : IUnknownImpl::queryInterface(iid);
+    }
+
+    std::map<DWORD, COMInterfacePointer<IDispatch>> sinks;
+};
+
+HRESULT send(IDispatch* sink, Variant& answer)
+{
+    Variant backwards[] = {2, "one"};
+    DISPPARAMS parameters = {backwards, nullptr, 2, 0};
+    return sink->Invoke(5, IID_NULL, 0, DISPATCH_METHOD, &parameters, answer.put(), nullptr, nullptr);
+}
+} // namespace
+
+TEST_CASE("EventConnection: a handler gets the events of an object until it is disconnected", "[com][events]")
+{
+    const unsigned before = tarn::IUnknownImpl::getInstanceCount();
+    std::thread([model = GENERATE(tarn::COMApartment::singleThreaded, tarn::COMApartment::multiThreaded)] {
+        const tarn::COMApartment com(model);
+        auto* const sender = new Sender;
+        const COMInterfacePointer<IConnectionPointContainer> source(sender);
+        int count = 0;
+        EventConnection connection(source, DIID_Events, [&](DISPID event, const std::vector<Variant>& arguments) {
+            CHECK((event == 5 && arguments == std::vector<Variant>{"one", 2}));
+            if (++count == 2)
+                throw tarn::WindowsError(ERROR_ACCESS_DENIED);
+            return Variant("heard");
+        });
+        Variant answer;
+        const COMInterfacePointer<IDispatch> sink = sender->sinks.at(7);
+        CHECK((send(sink, answer) == S_OK && answer == "heard"));
+        EventConnection moved(std::move(connection));
+        CHECK(send(sink, answer) == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+        moved.disconnect();
+        moved.disconnect();
+        CHECK(sender->sinks.empty());
+        CHECK((send(sink, answer) == S_OK && count == 2)); // Who keeps the sink is no danger.
+        CHECK(failureOf([&] { EventConnection(source, IID_IDispatch, {}); }) == CONNECT_E_NOCONNECTION);
+        {
+            const EventConnection ended(source, DIID_Events, {});
+        }
+        CHECK(sender->sinks.empty());
+    }).join();
+    CHECK(tarn::IUnknownImpl::getInstanceCount() == before);
+}
