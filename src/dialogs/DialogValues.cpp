@@ -41,7 +41,9 @@ template <class T> BasicString<wchar_t> askForNumber(const wchar_t* sentence, co
 {
     if (sentence)
         return sentence;
-    return BasicString<wchar_t>("Enter a " + std::string(kind) + " from " + asText(min) + " to " + asText(max) + ".");
+    std::string text = "Enter a ";
+    text.append(kind).append(" from ").append(asText(min)).append(" to ").append(asText(max)).append(".");
+    return BasicString<wchar_t>(text);
 }
 
 bool isListBox(HWND control)

@@ -197,7 +197,7 @@ std::vector<std::string> ObjectGraph::getDifferences(const ObjectGraph& other) c
     }
     add("Number of objects: ", std::to_string(objects_.size()), std::to_string(other.objects_.size()));
     if (differences.empty() && *this != other)
-        differences.push_back("The data differ in bytes that are shown alike");
+        differences.emplace_back("The data differ in bytes that are shown alike");
     return differences;
 }
 
