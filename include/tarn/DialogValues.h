@@ -39,7 +39,7 @@ namespace tarn {
 ///
 /// The variables have to live as long as the object uses them. A sentence tells the user what to enter; without one
 /// there is an English sentence for the check. Ids are those of the controls; one that the dialog does not have throws
-/// when its text is shown or read, as Window::getTextW() does.
+/// WindowsError "Can't retrieve dialog item ID" when it is to be shown or read.
 class TARN_API DialogValues : private boost::noncopyable {
 public:
     /// What the user has entered wrongly.

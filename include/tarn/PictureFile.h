@@ -19,7 +19,8 @@ TARN_API Bitmap loadPicture(const wchar_t* file);
 ///@}
 
 /// Writes a bitmap, which must not be selected into a context, as the kind of picture that the file's extension says:
-/// png, jpg or jpeg, bmp, gif, tif or tiff. A file that exists is replaced. With `hasOpacity` the pixels are as
+/// png, jpg or jpeg, bmp, gif, tif or tiff. A file that exists is replaced, also by a broken one when
+/// the disk is full. With `hasOpacity` the pixels are as
 /// loadPicture() gives them; without, none is transparent. Throws "Can't save picture".
 ///@{
 TARN_API void savePicture(HBITMAP bitmap, const char* file, bool hasOpacity = false);

@@ -3,6 +3,8 @@
 #include <tarn/ComboBox.h>
 #include <tarn/ListBox.h>
 
+#include "../foundation/Check.h"
+
 #include <array>
 #include <charconv>
 #include <string_view>
@@ -45,6 +47,9 @@ template <class T> BasicString<wchar_t> askForNumber(const wchar_t* sentence, co
     text.append(kind).append(" from ").append(asText(min)).append(" to ").append(asText(max)).append(".");
     return BasicString<wchar_t>(text);
 }
+
+// What is not there would answer that it is not checked, or that its first item is selected.
+void ensureThere(const Window& dialog, int id) { ensure(GetDlgItem(dialog, id), "Can't retrieve dialog item ID"); }
 
 bool isListBox(HWND control)
 {
@@ -139,14 +144,17 @@ void DialogValues::addRadio(int first, int last, int& index)
 
 void DialogValues::show(const Window& dialog) const
 {
-    for (const Control& control : controls_)
+    for (const Control& control : controls_) {
+        ensureThere(dialog, control.id);
         control.show(dialog);
+    }
 }
 
 std::optional<DialogValues::Refusal> DialogValues::check(const Window& dialog) const
 {
     std::vector<Taking> takings;
     for (const Control& control : controls_) {
+        ensureThere(dialog, control.id);
         takings.push_back(control.read(dialog));
         if (!takings.back())
             return Refusal{control.id, control.sentence};

@@ -19,7 +19,7 @@ void drawPoints(BOOL(WINAPI* draw)(HDC, const POINT*, int), HDC context, std::sp
 
 template <class Ch> int drawTextOf(HDC context, const RECT& rectangle, const Ch* text, unsigned format)
 {
-    if (!*text) // The system answers as if it had failed.
+    if (!text || !*text) // The system answers as if it had failed.
         return 0;
     Rect space = rectangle;
     return ensureGDI([&] { return drawTextIn(context, text, &space, format & ~DT_MODIFYSTRING); }, "Can't draw text");
@@ -27,7 +27,7 @@ template <class Ch> int drawTextOf(HDC context, const RECT& rectangle, const Ch*
 
 template <class Ch> Size wrappedExtent(HDC context, int width, const Ch* text, unsigned format)
 {
-    if (!*text)
+    if (!text || !*text)
         return {};
     Rect space(0, 0, width, 0);
     format = (format & ~DT_MODIFYSTRING) | DT_CALCRECT;

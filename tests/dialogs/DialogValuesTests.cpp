@@ -92,6 +92,24 @@ TEST_CASE("DialogValues: a wrong value is refused with a sentence, and all varia
     refused(combo, L"Choose.");
 }
 
+TEST_CASE("DialogValues: a control that the dialog does not have is an error", "[dialogvalues]")
+{
+    Form form;
+    std::wstring name;
+    int index = 0;
+    bool isOn = false;
+    const auto fails = [&](auto add) {
+        DialogValues values;
+        add(values);
+        support::expectWindowsError([&] { values.show(form); }, "Can't retrieve dialog item ID");
+        support::expectWindowsError([&] { values.check(form); }, "Can't retrieve dialog item ID");
+    };
+    fails([&](DialogValues& v) { v.addText(99, name); });
+    fails([&](DialogValues& v) { v.addCheck(99, isOn); });
+    fails([&](DialogValues& v) { v.addChoice(99, index); });
+    fails([&](DialogValues& v) { v.addRadio(98, 99, index); });
+}
+
 TEST_CASE("DialogValues: the user is told, and the control that was refused has the focus", "[dialogvalues]")
 {
     Form form;
