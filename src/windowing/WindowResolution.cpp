@@ -24,7 +24,9 @@ Rect placeIn(HWND parent, HWND control)
     RECT rect{};
     GetWindowRect(control, &rect);
     RECT dropped{};
-    if (isComboBox(control) && SendMessageW(control, CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&dropped)))
+    if (isComboBox(control))
+        SendMessageW(control, CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&dropped));
+    if (!IsRectEmpty(&dropped)) // Wine's result says that it failed.
         rect.bottom = rect.top + (dropped.bottom - dropped.top);
     MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&rect), 2);
     return rect;

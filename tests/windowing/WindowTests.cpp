@@ -255,6 +255,28 @@ TEST_CASE("Window: a timer calls its function until it stops itself", "[window][
     CHECK((calls == 2 && window.others == 1));
 }
 
+TEST_CASE("Window: controls are rescaled, combo boxes with their lists, and a window takes the place suggested",
+          "[window][dpi]")
+{
+    const support::OpenWindow window;
+    const HWND combo = CreateWindowExW(0, L"COMBOBOX", L"", WS_CHILD | CBS_DROPDOWNLIST, 10, 20, 80, 120, window,
+                                       nullptr, nullptr, nullptr);
+    const auto list = [&] {
+        RECT rect{};
+        SendMessageW(combo, CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&rect));
+        MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&rect), 2);
+        return Rect(rect);
+    };
+    const Rect before = list();
+    window.rescaleControls(DPI(96), DPI(192), nullptr, nullptr);
+    CHECK((list().getPosition() == Point(20, 40) && list().getWidth() == 160));
+    CHECK(list().getHeight() * 2 > before.getHeight() * 3); // Not twice: the font is the same, and so is the field.
+    const Rect place(5, 6, 305, 206);
+    window.sendMessageA(WM_DPICHANGED, MAKEWPARAM(192, 192), reinterpret_cast<LPARAM>(&place));
+    CHECK(window.getWindowRectangle() == place);
+    CHECK(window.getDPI().getDots() == DPI::ofSystem().getDots());
+}
+
 TEST_CASE("Window: extended styles are given at creation", "[window]")
 {
     Window window;
