@@ -14,7 +14,7 @@ namespace tarn {
 /// Holds a reference to it. Nothing is buffered here. Failures throw what HRESULTHolder::throwOnError() makes of them.
 class TARN_API COMStream final : public BufferedOutputStream, public SeekableInputStream {
 public:
-    /// Not a null pointer.
+    /// With a null pointer each use throws COMError(`E_POINTER`).
     explicit COMStream(COMInterfacePointer<IStream> stream) : stream_(std::move(stream)) {}
 
     /// Throws "Can't read from COM stream".

@@ -6,6 +6,7 @@
 #include <tarn/Serializable.h>
 #include <tarn/ref_ptr.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <deque>
 #include <string>
@@ -98,7 +99,7 @@ template <class T> ref_ptr<T> deepCopy(const ref_ptr<T>& object) { return detail
 template <class T> class UndoHistory {
 public:
     /// Keeps up to so many states, the present one included; the oldest goes first.
-    explicit UndoHistory(std::size_t most = 100) : most_(most) {}
+    explicit UndoHistory(std::size_t most = 100) : most_(std::max<std::size_t>(most, 1)) {}
 
     /// The state to which undo() leads back later. What was undone cannot be redone from here on.
     void note(const ref_ptr<T>& document)

@@ -8,25 +8,25 @@ namespace tarn {
 unsigned int COMStream::read(void* buffer, unsigned int size)
 {
     ULONG count = 0;
-    HRESULTHolder::throwOnError(stream_.get()->Read(buffer, size, &count), "Can't read from COM stream");
+    HRESULTHolder::throwOnError(stream_->Read(buffer, size, &count), "Can't read from COM stream");
     return count;
 }
 
 unsigned int COMStream::write(const void* buffer, unsigned int size)
 {
     ULONG count = 0;
-    HRESULTHolder::throwOnError(stream_.get()->Write(buffer, size, &count), "Can't write to COM stream");
+    HRESULTHolder::throwOnError(stream_->Write(buffer, size, &count), "Can't write to COM stream");
     return count;
 }
 
-void COMStream::flush() { HRESULTHolder::throwOnError(stream_.get()->Commit(STGC_DEFAULT), "Can't commit COM stream"); }
+void COMStream::flush() { HRESULTHolder::throwOnError(stream_->Commit(STGC_DEFAULT), "Can't commit COM stream"); }
 
 unsigned long long COMStream::moveTo(long long offset, DWORD origin) const
 {
     LARGE_INTEGER distance;
     distance.QuadPart = offset;
     ULARGE_INTEGER position{};
-    HRESULTHolder::throwOnError(stream_.get()->Seek(distance, origin, &position), "Can't seek in COM stream");
+    HRESULTHolder::throwOnError(stream_->Seek(distance, origin, &position), "Can't seek in COM stream");
     return position.QuadPart;
 }
 

@@ -47,6 +47,7 @@ TEST_CASE("COMStream: a stream of the platform's is one of the library's", "[com
     stream >> number >> text;
     CHECK((number == 42 && text == L"\x0416" && stream.read(&number, 4) == 0));
     CHECK_THROWS_AS(stream.setFilePointer(-1, Seekable::begin), std::exception);
+    CHECK_THROWS_AS(COMStream(nullptr).flush(), COMError);
     Slow slow;
     COMStream failing(makeCOMStream(slow));
     char bytes[10];

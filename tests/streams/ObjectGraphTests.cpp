@@ -135,7 +135,9 @@ TEST_CASE("deepCopy: other objects, which share what was shared", "[streams][gra
 
 TEST_CASE("UndoHistory: leads back and forth, until something new is noted", "[streams][graph]")
 {
-    UndoHistory<Part> history(3);
+    UndoHistory<Part> history(3), forgetful(0);
+    forgetful.note(ref_ptr<Part>(new Part));
+    CHECK_FALSE(forgetful.canUndo());
     CHECK((!history.canUndo() && !history.canRedo() && !history.undo() && !history.redo()));
     ref_ptr<Part> document(new Part("one"));
     for (const char* const name : {"one", "two", "three", "four"}) {
