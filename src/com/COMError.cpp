@@ -5,6 +5,7 @@
 #include <tarn/COMInterfacePointer.h>
 #include <tarn/IUnknownImpl.h>
 
+#include "../foundation/Check.h"
 #include "../foundation/Closing.h"
 #include "../foundation/Description.h"
 #include "../foundation/Throw.h"
@@ -16,7 +17,7 @@ namespace tarn {
 static_assert(sizeof(HRESULT) == sizeof(long));
 
 namespace {
-[[noreturn, gnu::noinline, gnu::cold]] void throwResult(long hr, const std::string& description, const void* caller)
+[[noreturn]] void throwResult(long hr, const std::string& description, const void* caller)
 {
     if (hr == E_OUTOFMEMORY)
         throwError(BadAllocation(), caller);
@@ -39,10 +40,17 @@ BasicString<wchar_t> textOfResult(long hr)
 }
 } // namespace
 
+// Says again what throwResult does, because each frame and each text more makes a throw slower.
 void HRESULTHolder::throwOnError(long hr, const char* description)
 {
-    if (hr < 0)
-        throwResult(hr, description, __builtin_return_address(0));
+    if (hr >= 0)
+        return;
+    if (hr == E_OUTOFMEMORY)
+        throwError(BadAllocation(), __builtin_return_address(0));
+    const auto code = static_cast<unsigned long>(hr);
+    if ((code & 0x1FFF0000) == 0x00070000)
+        throwWindowsError(code & 0xFFFF, description);
+    throwError(COMError(code, description), __builtin_return_address(0));
 }
 
 BasicString<wchar_t> toldBy(IUnknown* object, const GUID& iid)
