@@ -31,14 +31,22 @@ BasicString<wchar_t> wholeOf(const char* narrow, const std::string& tail)
     return tail.empty() ? a2w(narrow, CP_ACP) : a2w(tail.c_str() + markSize, CP_UTF8);
 }
 
+namespace {
+[[gnu::noinline, gnu::cold]] void appendTail(std::string& text, const std::string& description, const char* reason)
+{
+    if (const std::string tail = tailOf(description); !tail.empty())
+        text += tail + ": " + w2a(a2w(reason, CP_ACP), CP_UTF8);
+}
+} // namespace
+
 std::string textWithReason(const std::string& description, const char* reason)
 {
-    const std::string tail = tailOf(description);
+    const std::size_t length = std::strlen(description.c_str()), reasonLength = std::strlen(reason);
     std::string text;
-    text.reserve(description.size() + std::strlen(reason) + 3);
-    text.append(description.c_str()).append(": ").append(reason);
-    if (!tail.empty())
-        text += tail + ": " + w2a(a2w(reason, CP_ACP), CP_UTF8);
+    text.reserve(length + reasonLength + 3);
+    text.append(description, 0, length).append(": ", 2).append(reason, reasonLength);
+    if (length < description.size())
+        appendTail(text, description, reason);
     return text += '\0';
 }
 
