@@ -1,6 +1,7 @@
 #include "CerealGraph.h"
 #include "GraphByHand.h"
 #include "ObjectGraph.h"
+#include "Growth.h"
 #include "Ratios.h"
 
 #include <catch2/catch.hpp>
@@ -134,4 +135,54 @@ TEST_CASE("Archive: large graphs against small ones")
     growthRows(
         table, ", for comparison by hand", makeHandItems, [](Buffer& to, HandItem* root) { writeByHand(to, *root); },
         readByHand);
+}
+
+namespace {
+/// Objects each inside the one before, as deep as an archive takes them.
+template <class Pointer, class LeafType> Pointer makeChain(unsigned depth)
+{
+    Pointer first(new LeafType), last = first;
+    for (unsigned i = 1; i < depth; ++i) {
+        last->content.left = last->content.right = Pointer(new LeafType);
+        last = last->content.left;
+    }
+    last->content.left = last->content.right = first;
+    return first;
+}
+
+template <class Root, class Write> auto writingAll(Root root, Write write)
+{
+    return [root, write, buffer = Buffer()](bench::Stopwatch& watch) mutable {
+        buffer.clear();
+        watch.start();
+        write(buffer, root);
+        watch.stop();
+    };
+}
+template <class Root, class Write, class Read> auto readingAll(Root root, Write write, Read read)
+{
+    Buffer buffer;
+    write(buffer, root);
+    dismantle(root);
+    return [buffer, read](bench::Stopwatch& watch) mutable { reading(buffer, read)(watch); };
+}
+} // namespace
+
+TEST_CASE("Archive: growth", "[.growth]")
+{
+    const auto writeHand = [](Buffer& to, HandItem* root) { writeByHand(to, *root); };
+    const bench::Growth graph("A graph of shared objects", "objects");
+    graph.line("write", bench::tens(3, 6), [](unsigned size) { return writingAll(makeItems(size)[0], writeGraph); });
+    graph.line("read", bench::tens(3, 6),
+               [](unsigned size) { return readingAll(makeItems(size)[0], writeGraph, readGraph); });
+    graph.line("write by hand", bench::tens(3, 6),
+               [&](unsigned size) { return writingAll(makeHandItems(size)[0], writeHand); });
+    graph.line("read by hand", bench::tens(3, 6),
+               [&](unsigned size) { return readingAll(makeHandItems(size)[0], writeHand, readByHand); });
+
+    const bench::Growth nesting("Objects inside each other", "levels");
+    nesting.line("write", bench::tens(0, 3),
+                 [](unsigned depth) { return writingAll(makeChain<ItemPointer, Leaf>(depth), writeGraph); });
+    nesting.line("write by hand", bench::tens(0, 3),
+                 [&](unsigned depth) { return writingAll(makeChain<HandPointer, HandLeaf>(depth), writeHand); });
 }

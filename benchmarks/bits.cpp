@@ -1,3 +1,4 @@
+#include "Growth.h"
 #include "Ratios.h"
 
 #include <catch2/catch.hpp>
@@ -110,4 +111,21 @@ TEST_CASE("Hamming decoding against a constant table")
                 decoded[i] = table[received[i]];
             bench::keep(decoded[0]);
         });
+}
+
+TEST_CASE("Bit fields: growth", "[.growth]")
+{
+    const bench::Growth growth("Setting all bits of a field", "bytes");
+    growth.line("library", bench::tens(2, 7), [](unsigned size) {
+        return [bytes = Bytes(size + 1), size]() mutable {
+            tarn::BitField(bytes.data(), 3, size * 8).set(true);
+            bench::keep(bytes[0]);
+        };
+    });
+    growth.line("memset", bench::tens(2, 7), [](unsigned size) {
+        return [bytes = Bytes(size + 1), size]() mutable {
+            std::memset(bytes.data(), 0xFF, size);
+            bench::keep(bytes[0]);
+        };
+    });
 }

@@ -3,6 +3,7 @@
 #include <tarn/GregorianCalendar.h>
 #include <tarn/Windows.h>
 
+#include "Growth.h"
 #include "Ratios.h"
 
 #include <boost/date_time/gregorian/gregorian_types.hpp>
@@ -153,4 +154,24 @@ TEST_CASE("calendar")
     table.row(
         "fields to instant, 1401 to 9990 / Boost.Date_Time", 0.95, [&] { compose(calendar, all); },
         [&] { composeByBoost(all); });
+}
+
+TEST_CASE("calendar: growth", "[.growth]")
+{
+    const bench::Growth growth("Reading the fields of instants", "instants");
+    const auto some = [](unsigned size) {
+        std::vector<std::int64_t> times;
+        while (times.size() < size)
+            for (const std::int64_t time : instants(1602, 8000))
+                times.push_back(time);
+        times.resize(size);
+        return times;
+    };
+    growth.line("library", bench::tens(1, 6), [&](unsigned size) {
+        return [times = some(size), calendar = GregorianCalendar((tarn::TimeZone()))]() mutable {
+            decompose(calendar, times);
+        };
+    });
+    growth.line("FileTimeToSystemTime", bench::tens(1, 6),
+                [&](unsigned size) { return [times = some(size)] { decomposeByPlatform(times); }; });
 }

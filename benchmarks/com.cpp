@@ -1,3 +1,4 @@
+#include "Growth.h"
 #include "Ratios.h"
 
 #include <catch2/catch.hpp>
@@ -240,4 +241,29 @@ TEST_CASE("COM")
     lookUp(
         "name a GUID among 20,000", [](int i) { return tarn::toAString(guidOf(i), true); },
         [&](int i) { return guidNames.find(guidOf(i)); });
+}
+
+TEST_CASE("COM: growth", "[.growth]")
+{
+    const bench::Growth growth("Loading the names of GUIDs", "names");
+    const auto listOf = [](unsigned size) {
+        std::ostringstream out;
+        for (unsigned i = 0; i < size; ++i)
+            out << tarn::toAString(guidOf(static_cast<int>(i))).c_str() << " IID_ISomeInterface" << i << '\n';
+        return out.str();
+    };
+    growth.line("library", bench::tens(2, 5), [&](unsigned size) {
+        return [text = listOf(size)] {
+            std::istringstream in(text);
+            bench::keep(tarn::readGUIDNames(in).size());
+        };
+    });
+    growth.line("reading the words", bench::tens(2, 5), [&](unsigned size) {
+        return [text = listOf(size)] {
+            std::istringstream in(text);
+            std::string first, second;
+            while (in >> first >> second)
+                bench::keep(second);
+        };
+    });
 }

@@ -1,3 +1,4 @@
+#include "Growth.h"
 #include "Ratios.h"
 
 #include <catch2/catch.hpp>
@@ -155,4 +156,22 @@ TEST_CASE("Controls")
         "list view: their 150,000 texts / messages", 1.2, [&] { read(list); }, [&] { readRaw(list); });
     ratios.row(
         "tree view: 20,000 nodes / messages", 1.05, [&] { fill(tree, rows); }, [&] { fillTreeRaw(tree, rows); });
+}
+
+TEST_CASE("Controls: growth", "[.growth]")
+{
+    const Host host(WC_LISTVIEWW, LVS_REPORT | LVS_NOSCROLL);
+    const tarn::ListView list(host.child);
+    for (unsigned column = 0; column < 3; ++column)
+        list.insertColumn(column, L"column", 80);
+    const bench::Growth growth("Filling a list view", "items");
+    const auto some = [](unsigned size) {
+        std::vector<Row> rows = makeRows();
+        rows.resize(size);
+        return rows;
+    };
+    growth.line("library", bench::tens(1, 4),
+                [&](unsigned size) { return [&list, rows = some(size)] { fill(list, rows); }; });
+    growth.line("messages by hand", bench::tens(1, 4),
+                [&](unsigned size) { return [&list, rows = some(size)] { fillRaw(list, rows); }; });
 }

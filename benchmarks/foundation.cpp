@@ -1,5 +1,6 @@
 #include <catch2/catch.hpp>
 
+#include "Growth.h"
 #include "Ratios.h"
 
 #include <tarn/BasicString.h>
@@ -211,4 +212,13 @@ TEST_CASE("errors")
     table.row("20,000 times WindowsError, text not asked for", 1.2,
               repeated(20000, [] { return thrownAndCaught<tarn::WindowsError>(5ul, "Can't open the file"); }),
               repeated(20000, [] { return thrownAndCaught<std::runtime_error>("Can't open the file"); }));
+}
+
+TEST_CASE("text: growth", "[.growth]")
+{
+    const bench::Growth growth("Replacing words in a text", "characters");
+    growth.line("replaceAll", bench::tens(2, 7),
+                [](unsigned size) { return [text = String(linesOf(size))] { keep(text.replaceAll("value", "x")); }; });
+    growth.line("loop over the standard string", bench::tens(2, 7),
+                [](unsigned size) { return [text = linesOf(size)] { keep(replacedByHand(text, "value", "x")); }; });
 }

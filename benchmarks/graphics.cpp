@@ -1,3 +1,4 @@
+#include "Growth.h"
 #include "Ratios.h"
 
 #include <catch2/catch.hpp>
@@ -69,4 +70,27 @@ TEST_CASE("Drawing")
                repeated([&](int) { TextOutW(raw, 5, 5, L"eleven char", 11); }));
     ratios.row("drawText: narrow / TextOut", 1.1, repeated([&](int) { context.drawText(5, 5, "eleven char"); }),
                repeated([&](int) { TextOutA(raw, 5, 5, "eleven char", 11); }));
+}
+
+TEST_CASE("Drawing: growth", "[.growth]")
+{
+    const bench::Growth growth("Filling rectangles with a brush", "rectangles");
+    Paper paper;
+    tarn::DeviceContext& context = paper.context;
+    const HDC raw = context;
+    const tarn::Rect area(10, 10, 26, 26);
+    const tarn::Brush brush(red);
+    const HBRUSH rawBrush = brush;
+    growth.line("library", bench::tens(0, 5), [&](unsigned size) {
+        return [&, size] {
+            for (unsigned i = 0; i < size; ++i)
+                context.fillRectangle(brush, area);
+        };
+    });
+    growth.line("FillRect", bench::tens(0, 5), [&](unsigned size) {
+        return [&, size] {
+            for (unsigned i = 0; i < size; ++i)
+                FillRect(raw, &area, rawBrush);
+        };
+    });
 }

@@ -2,6 +2,7 @@
 
 #include <tarn/RegistryKey.h>
 
+#include "Growth.h"
 #include "Ratios.h"
 #include "ScratchKey.h"
 
@@ -97,4 +98,20 @@ TEST_CASE("Registry: snapshots against the platform's enumeration loop")
     ratios.row(
         "values, narrow", limit, [&] { bench::keep(snapshotValues<char>(filled.values())); },
         [&] { bench::keep(rawValues<char>(filled.values(), RegEnumValueA)); }, bench::Clock::wall);
+}
+
+TEST_CASE("Registry: growth", "[.growth]")
+{
+    const bench::Growth growth("A snapshot of the values of a key", "values", bench::Clock::wall);
+    const auto filled = [](unsigned size) {
+        auto key = std::make_unique<support::ScratchKey>();
+        for (unsigned i = 0; i < size; ++i)
+            key->storeText(L"", std::to_wstring(i).c_str(), L"data");
+        return key;
+    };
+    growth.line("library", bench::tens(2, 4),
+                [&](unsigned size) { return [key = filled(size)] { bench::keep(snapshotValues<wchar_t>(*key)); }; });
+    growth.line("loop by hand", bench::tens(2, 4), [&](unsigned size) {
+        return [key = filled(size)] { bench::keep(rawValues<wchar_t>(*key, RegEnumValueW)); };
+    });
 }

@@ -1,3 +1,4 @@
+#include "Growth.h"
 #include "Ratios.h"
 
 #include <catch2/catch.hpp>
@@ -179,4 +180,35 @@ TEST_CASE("StdIOStream against fread and fwrite")
                 fclose(file);
             });
     }
+}
+
+TEST_CASE("Memory: growth", "[.growth]")
+{
+    const bench::Growth growth("Integers into a stream in memory", "integers");
+    const auto writeTo = [](OutputStream& out, unsigned count) {
+        for (unsigned i = 0; i < count; ++i)
+            out << i;
+    };
+    growth.line("MemoryOutputStream", bench::tens(2, 6), [&](unsigned count) {
+        return [=] {
+            MemoryOutputStream out;
+            writeTo(out, count);
+        };
+    });
+    growth.line("behind a BufferingOutputStream", bench::tens(2, 6), [&](unsigned count) {
+        return [=] {
+            MemoryOutputStream memory;
+            BufferingOutputStream out(memory);
+            writeTo(out, count);
+            out.flush();
+        };
+    });
+    growth.line("into a standard vector", bench::tens(2, 6), [](unsigned count) {
+        return [=] {
+            std::vector<unsigned> memory;
+            for (unsigned i = 0; i < count; ++i)
+                memory.push_back(i);
+            bench::keep(memory);
+        };
+    });
 }

@@ -10,10 +10,12 @@
 #include <tarn/WindowsFile.h>
 #include <tarn/WindowsModule.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "Growth.h"
 #include "Ratios.h"
 
 using namespace tarn;
@@ -107,11 +109,11 @@ unsigned long long readThroughRawPipe()
 constexpr unsigned filesInFolder = 5000;
 
 /// A temporary folder with empty files in it.
-TemporaryDirectory filledFolder()
+TemporaryDirectory filledFolder(unsigned files = filesInFolder)
 {
     TemporaryDirectory folder(nullptr, L"tar");
     const std::wstring prefix = static_cast<const wchar_t*>(folder) + std::wstring(L"\\file ");
-    for (unsigned i = 0; i < filesInFolder; ++i)
+    for (unsigned i = 0; i < files; ++i)
         CloseHandle(
             CreateFileW((prefix + std::to_wstring(i)).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
     return folder;
@@ -194,4 +196,55 @@ TEST_CASE("a child that writes", "[.]")
     DWORD written = 0;
     for (unsigned i = 0; i < pipedMegabytes; ++i)
         WriteFile(GetStdHandle(STD_OUTPUT_HANDLE), megabyte, sizeof megabyte, &written, nullptr);
+}
+
+namespace {
+/// Starts so many threads, and joins them when all run.
+auto startingThreads(unsigned count)
+{
+    return [count] {
+        std::vector<std::unique_ptr<Idle>> threads(count);
+        for (auto& thread : threads) {
+            thread = std::make_unique<Idle>();
+            thread->start(false);
+        }
+    };
+}
+auto startingRawThreads(unsigned count)
+{
+    return [count] {
+        std::vector<HANDLE> threads(count);
+        for (HANDLE& thread : threads)
+            thread = CreateThread(nullptr, 0, idle, nullptr, 0, nullptr);
+        for (const HANDLE thread : threads) {
+            WaitForSingleObject(thread, INFINITE);
+            CloseHandle(thread);
+        }
+    };
+}
+} // namespace
+
+TEST_CASE("system: growth", "[.growth]")
+{
+    const bench::Growth threads("Threads, started and joined", "threads", bench::Clock::wall);
+    threads.line("library", bench::tens(0, 3), startingThreads);
+    threads.line("calls by hand", bench::tens(0, 3), startingRawThreads);
+
+    const bench::Growth folders("Deleting a folder", "files", bench::Clock::wall);
+    folders.line("TemporaryDirectory", bench::tens(1, 4), [](unsigned size) {
+        return [size](bench::Stopwatch& watch) {
+            std::optional<TemporaryDirectory> folder(filledFolder(size));
+            watch.start();
+            folder.reset();
+            watch.stop();
+        };
+    });
+    folders.line("loop by hand", bench::tens(1, 4), [](unsigned size) {
+        return [size](bench::Stopwatch& watch) {
+            const std::wstring folder = filledFolder(size).detach().c_str();
+            watch.start();
+            deleteByHand(folder);
+            watch.stop();
+        };
+    });
 }

@@ -1,3 +1,4 @@
+#include "Growth.h"
 #include "Ratios.h"
 
 #include <catch2/catch.hpp>
@@ -128,4 +129,34 @@ TEST_CASE("Windows")
             }
         },
         bench::Clock::wall);
+}
+
+TEST_CASE("Windows: growth", "[.growth]")
+{
+    registerRaw();
+    Window parent;
+    parent.create(ourClass(), L"", WS_POPUP, Rect(0, 0, 10, 10), nullptr, nullptr, program);
+
+    const bench::Growth sending("A message to each of many windows", "windows");
+    sending.line("library", bench::tens(0, 4), [&](unsigned count) {
+        std::vector<std::unique_ptr<Ours>> windows(count);
+        for (auto& window : windows) {
+            window = std::make_unique<Ours>();
+            create(*window, parent);
+        }
+        return [windows = std::move(windows)] {
+            for (const auto& window : windows)
+                bench::keep(SendMessageW(*window, question, 0, 0));
+        };
+    });
+    sending.line("window procedure by hand", bench::tens(0, 4), [&](unsigned count) {
+        auto raw = std::make_unique<Raw>();
+        std::vector<HWND> windows(count);
+        for (HWND& window : windows)
+            window = raw->create(parent);
+        return [raw = std::move(raw), windows] {
+            for (const HWND window : windows)
+                bench::keep(SendMessageW(window, question, 0, 0));
+        };
+    });
 }

@@ -5,7 +5,7 @@ set(CPACK_COMPONENTS_ALL Unspecified)
 if(CMAKE_BUILD_TYPE STREQUAL "RelWithDebInfo")
     add_custom_command(TARGET tarn POST_BUILD
         COMMAND ${CMAKE_OBJCOPY} --only-keep-debug $<TARGET_FILE:tarn> $<TARGET_FILE:tarn>.debug
-        COMMAND ${CMAKE_STRIP} --strip-debug $<TARGET_FILE:tarn>
+        COMMAND ${CMAKE_STRIP} --strip-all $<TARGET_FILE:tarn>
         COMMAND ${CMAKE_OBJCOPY} --add-gnu-debuglink=$<TARGET_FILE:tarn>.debug $<TARGET_FILE:tarn> VERBATIM)
     install(FILES "$<TARGET_FILE:tarn>.debug" DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT symbols)
     list(APPEND CPACK_COMPONENTS_ALL symbols)
