@@ -7,6 +7,8 @@
 #include <exception>
 
 namespace tarn {
+class MemoryOutputStream;
+
 /// Gathers small writes, and passes them on to another stream in large pieces: to be put in front of one that is slow
 /// with small ones (WindowsFile, LowLevelFileStream, a MemoryOutputStream that grows).
 ///
@@ -14,8 +16,12 @@ namespace tarn {
 /// the size while it is in use. Call flush() to hear of failures in time.
 class TARN_API BufferingOutputStream final : public BufferedOutputStream, public Seekable {
 public:
-    /// Holds back up to `size` bytes. Throws BadAllocation.
-    explicit BufferingOutputStream(OutputStream& target, unsigned int size = 0x10000);
+    /// Holds back up to `size` bytes, without one up to 64 KB, and in front of a MemoryOutputStream as many as that
+    /// holds, since it may move with all of them each time it grows. Throw BadAllocation.
+    ///@{
+    explicit BufferingOutputStream(OutputStream& target);
+    BufferingOutputStream(OutputStream& target, unsigned int size);
+    ///@}
     BufferingOutputStream(const BufferingOutputStream&) = delete;
     BufferingOutputStream& operator=(const BufferingOutputStream&) = delete;
     /// As flush(), when something is held back and no failure was thrown before; while an exception is on its way the
@@ -41,8 +47,10 @@ public:
 
 private:
     void pass();
+    void enlarge() noexcept;
 
     OutputStream& target_;
+    MemoryOutputStream* memory_ = nullptr; // The target, when the buffer grows with it.
     Array<char> buffer_;
     unsigned int used_ = 0;
     std::exception_ptr failure_;

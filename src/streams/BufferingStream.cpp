@@ -1,6 +1,7 @@
 #include <tarn/BufferingStream.h>
 
 #include <tarn/Exception.h>
+#include <tarn/MemoryStream.h>
 
 #include "../foundation/Closing.h"
 #include "../foundation/Throw.h"
@@ -11,6 +12,9 @@
 
 namespace tarn {
 namespace {
+constexpr unsigned int usualSize = 0x10000;
+constexpr unsigned int largestSize = 0x4000000;
+
 template <class Stream> Seekable& positionOf(Stream& stream)
 {
     if (auto* const seekable = dynamic_cast<Seekable*>(&stream))
@@ -19,6 +23,10 @@ template <class Stream> Seekable& positionOf(Stream& stream)
 }
 } // namespace
 
+BufferingOutputStream::BufferingOutputStream(OutputStream& target) : BufferingOutputStream(target, usualSize)
+{
+    memory_ = dynamic_cast<MemoryOutputStream*>(&target);
+}
 BufferingOutputStream::BufferingOutputStream(OutputStream& target, unsigned int size)
     : target_(target), buffer_(std::max(size, 1u))
 {
@@ -33,6 +41,21 @@ void BufferingOutputStream::pass()
 {
     if (const unsigned int count = std::exchange(used_, 0))
         target_.writeFully(buffer_.data(), count);
+    if (memory_ && memory_->getSize() > buffer_.size())
+        enlarge();
+}
+
+// While nothing is held back. Without the memory it stays as large as it is.
+void BufferingOutputStream::enlarge() noexcept
+{
+    if (buffer_.size() >= largestSize)
+        return;
+    try {
+        Array<char> larger(2 * buffer_.size());
+        buffer_.swap(larger);
+    } catch (const std::bad_alloc&) {
+        memory_ = nullptr;
+    }
 }
 
 unsigned int BufferingOutputStream::write(const void* data, unsigned int count)

@@ -4,7 +4,11 @@
 #include <tarn/BufferingStream.h>
 
 #include <algorithm>
+#include <cstring>
+#include <numeric>
+#include <set>
 #include <stdexcept>
+#include <vector>
 
 using namespace tarn;
 using support::expectError;
@@ -93,6 +97,23 @@ TEST_CASE("BufferingOutputStream: position and size count what is held back", "[
     }
     CHECK(contentOf(memory).substr(0, 8) == std::string("\1\0\0\0x\0\0\0", 8));
     CHECK(memory.getSize() == 11);
+}
+
+TEST_CASE("BufferingOutputStream: memory is written in ever larger pieces", "[streams][buffering]")
+{
+    std::vector<unsigned> numbers(1000000);
+    std::iota(numbers.begin(), numbers.end(), 0u);
+    MemoryOutputStream memory;
+    BufferingOutputStream out(memory);
+    std::set<unsigned long long> sizes;
+    for (const unsigned number : numbers) {
+        out << number;
+        sizes.insert(memory.getSize());
+    }
+    out.flush();
+    CHECK(sizes.size() < 10);
+    REQUIRE(memory.getSize() == numbers.size() * sizeof numbers[0]);
+    CHECK(std::memcmp(memory.getData(), numbers.data(), numbers.size() * sizeof numbers[0]) == 0);
 }
 
 TEST_CASE("BufferingOutputStream: the first failure is thrown, and again by each call that follows",
