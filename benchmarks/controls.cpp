@@ -164,6 +164,7 @@ TEST_CASE("Controls: growth", "[.growth]")
     const tarn::ListView list(host.child);
     for (unsigned column = 0; column < 3; ++column)
         list.insertColumn(column, L"column", 80);
+    fillRaw(list, makeRows()); // As above.
     const bench::Growth growth("Filling a list view", "items");
     const auto some = [](unsigned size) {
         std::vector<Row> rows = makeRows();

@@ -40,5 +40,9 @@ int main(int count, char** arguments)
     if (count == 77)
         useSystem();
 #endif
+#if defined(WITH_LIBRARY)
+    return count > 0 && Text(arguments[0]).toUpper().empty(); // A function of the DLL's.
+#else
     return count > 0 && Text(arguments[0]).empty();
+#endif
 }

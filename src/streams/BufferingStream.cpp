@@ -12,8 +12,9 @@
 
 namespace tarn {
 namespace {
-constexpr unsigned int usualSize = 0x10000;
-constexpr unsigned int largestSize = 0x4000000;
+constexpr unsigned int usualBuffer = 0x10000;
+constexpr unsigned int largestBuffer = 0x4000000;
+constexpr unsigned int movingSize = sizeof(void*) * 0x20000; // From which on the heap moves what grows.
 
 template <class Stream> Seekable& positionOf(Stream& stream)
 {
@@ -23,7 +24,7 @@ template <class Stream> Seekable& positionOf(Stream& stream)
 }
 } // namespace
 
-BufferingOutputStream::BufferingOutputStream(OutputStream& target) : BufferingOutputStream(target, usualSize)
+BufferingOutputStream::BufferingOutputStream(OutputStream& target) : BufferingOutputStream(target, usualBuffer)
 {
     memory_ = dynamic_cast<MemoryOutputStream*>(&target);
 }
@@ -41,17 +42,18 @@ void BufferingOutputStream::pass()
 {
     if (const unsigned int count = std::exchange(used_, 0))
         target_.writeFully(buffer_.data(), count);
-    if (memory_ && memory_->getSize() > buffer_.size())
+    if (memory_ && memory_->getSize() >= movingSize && memory_->getSize() > buffer_.size())
         enlarge();
 }
 
 // While nothing is held back. Without the memory it stays as large as it is.
 void BufferingOutputStream::enlarge() noexcept
 {
-    if (buffer_.size() >= largestSize)
+    const auto size = static_cast<unsigned int>(std::min<unsigned long long>(memory_->getSize(), largestBuffer));
+    if (size <= buffer_.size())
         return;
     try {
-        Array<char> larger(2 * buffer_.size());
+        Array<char> larger(size);
         buffer_.swap(larger);
     } catch (const std::bad_alloc&) {
         memory_ = nullptr;

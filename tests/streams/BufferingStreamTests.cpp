@@ -111,7 +111,7 @@ TEST_CASE("BufferingOutputStream: memory is written in ever larger pieces", "[st
         sizes.insert(memory.getSize());
     }
     out.flush();
-    CHECK(sizes.size() < 10);
+    CHECK(sizes.size() < 25); // With pieces of one size there are 62.
     REQUIRE(memory.getSize() == numbers.size() * sizeof numbers[0]);
     CHECK(std::memcmp(memory.getData(), numbers.data(), numbers.size() * sizeof numbers[0]) == 0);
 }
