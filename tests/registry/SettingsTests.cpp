@@ -72,7 +72,7 @@ struct Stores {
     static bool use(const support::ScratchFolder& folder)
     {
         for (const Kind kind : {file, ini})
-            storeOf(kind, folder.file(L"first"), L"")->save({{L"a", L""}});
+            storeOf(kind, folder.file(L"first"), {})->save({{L"a", L"b"}});
         return true;
     }
     support::ScratchFolder folder;
