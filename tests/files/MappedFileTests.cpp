@@ -70,9 +70,9 @@ TEST_CASE("MappedFile: a part begins at any byte; what is empty, missing or too 
         CHECK(empty.getData().empty());
     }
     const std::string failed = "Can't map \"" + folder.file("large") + "\"";
-    for (const auto& [offset, size] : {std::pair(200'001ull, MappedFile::all), {200'000, 1}, {0, 200'001}, {~0ull, 2}})
-        expectWindowsError([&] { MappedFile(large.c_str(), MappedFile::read, offset, size); }, ERROR_HANDLE_EOF,
-                           failed);
+    for (const auto& part : {std::pair(200'001ull, MappedFile::all), {200'000, 1}, {0, 200'001}, {~0ull, 2}})
+        expectWindowsError([&] { MappedFile(large.c_str(), MappedFile::read, part.first, part.second); },
+                           ERROR_HANDLE_EOF, failed);
     expectWindowsError([&] { MappedFile(folder.file(L"none").c_str()); }, ERROR_FILE_NOT_FOUND,
                        "Can't open \"" + folder.file("none") + "\"");
 }

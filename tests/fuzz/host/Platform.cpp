@@ -1,5 +1,7 @@
 // What streams ask of the platform, answered by the host.
 
+#include <tarn/ErrorTrace.h>
+
 #include "foundation/Description.h"
 #include "streams/Platform.h"
 
@@ -24,6 +26,13 @@ bool stackHasRoom() noexcept
 // Every name fits the host's texts.
 std::string tailOf(const std::string&) { return {}; }
 BasicString<wchar_t> wholeOf(const char* narrow, const std::string&) { return a2w(narrow, CP_ACP); }
+std::string textWithReason(const std::string& description, const char* reason) { return description + ": " + reason; }
+BasicString<wchar_t> wholeOfKept(const char* text) { return a2w(text, CP_ACP); }
 
 bool liesInLibrary(const void*) noexcept { return false; }
+
+// Nobody asks for traces.
+bool ErrorTrace::isEnabled() noexcept { return false; }
+ErrorTrace::ErrorTrace(const void*) noexcept {}
+ErrorTrace::~ErrorTrace() = default;
 } // namespace tarn
