@@ -11,6 +11,7 @@
 
 #include "Expect.h"
 #include "ScratchFolder.h"
+#include "TryAgain.h"
 
 using namespace tarn;
 using support::expectWindowsError;
@@ -78,8 +79,10 @@ TEST_CASE("AtomicFile: a program that is killed while it saves leaves the old co
     GetModuleFileNameW(nullptr, program, MAX_PATH);
     int whole = 0, begun = 0;
     for (int i = 0; i < kills; ++i) {
-        Process child(CommandLine(program).add("saves for ever"),
-                      ProcessOptions{.workingFolder = folder.path().c_str(), .creationFlags = CREATE_NO_WINDOW});
+        Process child = support::tryAgain([&] {
+            return Process(CommandLine(program).add("saves for ever"),
+                           ProcessOptions{.workingFolder = folder.path().c_str(), .creationFlags = CREATE_NO_WINDOW});
+        });
         const Time before = FileSystem::getEntry(folder.file(L"saved").c_str()).lastWriteTime;
         while (FileSystem::getEntry(folder.file(L"saved").c_str()).lastWriteTime == before && !child.isSignaled())
             Sleep(1);

@@ -19,6 +19,7 @@
 #include "Expect.h"
 #include "ScratchFolder.h"
 #include "ScratchKey.h"
+#include "TryAgain.h"
 
 using namespace tarn;
 
@@ -257,8 +258,10 @@ TEST_CASE("SettingsStore: a program that is killed while it saves loses nothing"
     int whole = 0, inTheMiddle = 0;
     for (int i = 0; i < kills; ++i) {
         begun.reset();
-        Process child(CommandLine(program).add("saves settings for ever"),
-                      ProcessOptions{.environment = environment, .creationFlags = CREATE_NO_WINDOW});
+        Process child = support::tryAgain([&] {
+            return Process(CommandLine(program).add("saves settings for ever"),
+                           ProcessOptions{.environment = environment, .creationFlags = CREATE_NO_WINDOW});
+        });
         REQUIRE(begun.wait(20'000) == WindowsHandle::signaled);
         Sleep(random() % 20);
         child.terminate(0);

@@ -14,13 +14,15 @@
 
 #include "Expect.h"
 #include "Handles.h"
+#include "TryAgain.h"
 
 using namespace tarn;
 
 namespace {
 RunResult run(const wchar_t* commands, const RunOptions& options = {})
 {
-    return runProcess((std::wstring(L"system_child.exe ") + commands).c_str(), options);
+    return support::tryAgain(
+        [&] { return runProcess((std::wstring(L"system_child.exe ") + commands).c_str(), options); });
 }
 } // namespace
 
@@ -112,21 +114,13 @@ TEST_CASE("runProcess: 8 threads run children with both pipes at the same time",
     const unsigned each = (wish ? static_cast<unsigned>(std::atoi(wish)) : 80u) / 8;
     std::atomic<unsigned> right = 0;
     std::vector<std::thread> threads;
-    const auto isRight = [](const std::string& text) {
-        for (int attempt = 0; attempt < 3; ++attempt)
-            try {
-                const RunResult result = run(L"copy err e exit 5", RunOptions{.input = text.c_str()});
-                return result.output == text && result.errors == "e" && result.exitCode == 5;
-            } catch (const WindowsError& e) {
-                if (e.getError() != ERROR_INTERNAL_ERROR) // Wine's, once in thousands of processes.
-                    return false;
-            }
-        return false;
-    };
     for (unsigned thread = 0; thread < 8; ++thread)
-        threads.emplace_back([&right, &isRight, each, thread] {
-            for (unsigned i = 0; i < each; ++i)
-                right += isRight(std::to_string(thread * each + i));
+        threads.emplace_back([&right, each, thread] {
+            for (unsigned i = 0; i < each; ++i) {
+                const std::string text = std::to_string(thread * each + i);
+                const RunResult result = run(L"copy err e exit 5", RunOptions{.input = text.c_str()});
+                right += result.output == text && result.errors == "e" && result.exitCode == 5;
+            }
         });
     for (std::thread& thread : threads)
         thread.join();

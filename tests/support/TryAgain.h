@@ -1,0 +1,19 @@
+#pragma once
+
+#include <tarn/Exception.h>
+#include <tarn/Windows.h>
+
+namespace support {
+/// What `start()` gives, which starts a process: again when that fails as in 64-bit Wine, which has an internal error
+/// once in some thousands of processes.
+template <class Start> auto tryAgain(const Start& start)
+{
+    try {
+        return start();
+    } catch (const tarn::WindowsError& e) {
+        if (e.getError() != ERROR_INTERNAL_ERROR)
+            throw;
+    }
+    return start();
+}
+} // namespace support
