@@ -42,13 +42,19 @@ void requireWindow(const wchar_t* viewer)
     std::ofstream(std::filesystem::path(name)) << "text";
     tarn::Process process;
     process.create((L'"' + std::wstring(viewer) + L"\" " + name).c_str(), tarn::ProcessOptions());
-    HWND window = nullptr;
-    for (int i = 0; i < 500 && !window && process.wait(20) == tarn::WindowsHandle::timeout; ++i)
+    const struct Ender { // Or it would stay when something is wrong.
+        ~Ender() { TerminateProcess(process.getHandle(), 1); }
+        const tarn::Process& process;
+    } ender{process};
+    HWND window = nullptr, edit = nullptr;
+    DWORD_PTR length = 0; // The window is there a little before its text.
+    for (int i = 0; i < 500 && length != 4 && process.wait(20) == tarn::WindowsHandle::timeout; ++i) {
         window = FindWindowW(nullptr, name);
+        edit = GetDlgItem(window, 1);
+        SendMessageTimeoutW(edit, WM_GETTEXTLENGTH, 0, 0, 0, 1000, &length);
+    }
     require(window != nullptr, "there is no window of that name");
-    const HWND edit = GetDlgItem(window, 1);
-    DWORD_PTR length = 0;
-    require(SendMessageTimeoutW(edit, WM_GETTEXTLENGTH, 0, 0, 0, 10000, &length) && length == 4, "the text is another");
+    require(length == 4, "the text is another");
     require(GetAwarenessFromDpiAwarenessContext(GetWindowDpiAwarenessContext(edit)) == DPI_AWARENESS_PER_MONITOR_AWARE,
             "the system scales the window");
     PostMessageW(window, WM_COMMAND, 100, 0);
