@@ -1,5 +1,6 @@
 #include "CodePlace.h"
 
+#include "FunctionOf.h"
 #include "Hex.h"
 #include "TypeName.h"
 
@@ -24,32 +25,18 @@ BasicString<wchar_t> codePlace(ULONG_PTR address)
 
 namespace {
 std::mutex oneAtATime; // The functions of "dbghelp.dll" are not to be called by two threads.
-
-/// A function of a library; null when it is not there.
-template <class Function> class Looked {
-public:
-    Looked(HMODULE module, const char* name)
-        : function_(module ? reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(module, name)))
-                           : nullptr)
-    {
-    }
-    explicit operator bool() const { return function_; }
-    template <class... Arguments> auto operator()(Arguments... arguments) const { return function_(arguments...); }
-
-private:
-    Function* function_;
-};
 } // namespace
 
 struct SymbolNames::Library {
     const std::lock_guard<std::mutex> lock{oneAtATime};
     const HMODULE module = LoadLibraryW(L"dbghelp.dll");
-    const Looked<decltype(SymInitializeW)> initialize{module, "SymInitializeW"};
-    const Looked<decltype(SymCleanup)> cleanup{module, "SymCleanup"};
-    const Looked<decltype(SymGetOptions)> getOptions{module, "SymGetOptions"};
-    const Looked<decltype(SymSetOptions)> setOptions{module, "SymSetOptions"};
-    const Looked<decltype(SymFromAddrW)> fromAddress{module, "SymFromAddrW"};
-    const Looked<decltype(SymGetLineFromAddrW64)> lineOf{module, "SymGetLineFromAddrW64"};
+    decltype(SymInitializeW)* const initialize = functionOf<decltype(SymInitializeW)>(module, "SymInitializeW");
+    decltype(SymCleanup)* const cleanup = functionOf<decltype(SymCleanup)>(module, "SymCleanup");
+    decltype(SymGetOptions)* const getOptions = functionOf<decltype(SymGetOptions)>(module, "SymGetOptions");
+    decltype(SymSetOptions)* const setOptions = functionOf<decltype(SymSetOptions)>(module, "SymSetOptions");
+    decltype(SymFromAddrW)* const fromAddress = functionOf<decltype(SymFromAddrW)>(module, "SymFromAddrW");
+    decltype(SymGetLineFromAddrW64)* const lineOf =
+        functionOf<decltype(SymGetLineFromAddrW64)>(module, "SymGetLineFromAddrW64");
     // A handle of its own, so that a program that uses these functions, too, keeps its session.
     HANDLE process = nullptr;
     DWORD formerOptions = 0;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <tarn/Windows.h>
+#include "FunctionOf.h"
 
 #include <ntsecapi.h>
 #include <winternl.h>
@@ -12,11 +12,9 @@ namespace tarn {
 /// up and not linked: the import library has the runtime library's functions, too, in versions of the kernel's.
 template <class... Arguments> DWORD callNative(const char* function, Arguments... arguments)
 {
-    const HMODULE module = GetModuleHandleW(L"ntdll.dll");
-    const FARPROC procedure = module ? GetProcAddress(module, function) : nullptr;
-    if (!procedure)
+    const auto call = functionOf<NTSTATUS NTAPI(Arguments...)>(GetModuleHandleW(L"ntdll.dll"), function);
+    if (!call)
         return GetLastError();
-    const auto call = reinterpret_cast<NTSTATUS(NTAPI*)(Arguments...)>(reinterpret_cast<void*>(procedure));
     const NTSTATUS status = call(arguments...);
     return status == 0 ? ERROR_SUCCESS : LsaNtStatusToWinError(status);
 }

@@ -101,13 +101,17 @@ void DeviceContext::stretch(HDC source, const RECT& to, const RECT& from) const
 {
     constexpr const char* failed = "Can't stretch bits";
     const Rect target(to), part(from);
-    const int former = ensureGDI([&] { return SetStretchBltMode(handle_, HALFTONE); }, failed);
-    const BOOL done = StretchBlt(handle_, target.left, target.top, target.getWidth(), target.getHeight(), source,
-                                 part.left, part.top, part.getWidth(), part.getHeight(), SRCCOPY);
-    const DWORD error = GetLastError();
-    SetStretchBltMode(handle_, former);
-    if (!done)
-        throwWindowsError(error, failed);
+    const struct FormerMode {
+        ~FormerMode() { SetStretchBltMode(context, mode); }
+        HDC context;
+        int mode;
+    } former{handle_, ensureGDI([&] { return SetStretchBltMode(handle_, HALFTONE); }, failed)};
+    ensureGDI(
+        [&] {
+            return StretchBlt(handle_, target.left, target.top, target.getWidth(), target.getHeight(), source,
+                              part.left, part.top, part.getWidth(), part.getHeight(), SRCCOPY);
+        },
+        failed);
 }
 
 void DeviceContext::blend(HDC source, const RECT& to, const RECT& from, unsigned char opacity, bool perPixel) const

@@ -1,5 +1,7 @@
 #include "Platform.h"
 
+#include "../foundation/FunctionOf.h"
+
 #include <tarn/Windows.h>
 
 #include <algorithm>
@@ -20,17 +22,17 @@ void WINAPI findStack(ULONG_PTR* low, ULONG_PTR* high)
     *high = reinterpret_cast<ULONG_PTR>(page.BaseAddress) + page.RegionSize;
 }
 
-using FindStack = void(WINAPI*)(ULONG_PTR* low, ULONG_PTR* high);
-FindStack stackFinder() noexcept
+using FindStack = void WINAPI(ULONG_PTR* low, ULONG_PTR* high);
+FindStack* stackFinder() noexcept
 {
-    const FARPROC found = GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "GetCurrentThreadStackLimits");
-    return found ? reinterpret_cast<FindStack>(reinterpret_cast<void*>(found)) : &findStack;
+    FindStack* const found = functionOf<FindStack>(GetModuleHandleW(L"kernel32.dll"), "GetCurrentThreadStackLimits");
+    return found ? found : &findStack;
 }
 } // namespace
 
 bool stackHasRoom() noexcept
 {
-    static const FindStack find = stackFinder();
+    static FindStack* const find = stackFinder();
     Stack stack;
     find(&stack.low, &stack.high);
     const ULONG_PTR kept = std::min<ULONG_PTR>(256 << 10, (stack.high - stack.low) / 4);

@@ -97,6 +97,8 @@ bool encode(BasicString<wchar_t> text, unsigned encoding, std::string& bytes)
     }
     resizeOrThrow(bytes, static_cast<std::size_t>(ensure(length, notConverted)));
     ensure(convert(), notConverted);
+    if (encoding == utf8) // Which lacks none.
+        return isGood;
     BasicString<wchar_t> back; // Not all code pages tell what they lack.
     return decode(bytes, encoding, back) && back == text && isGood;
 }

@@ -1,17 +1,12 @@
 #include <tarn/Window.h>
 
+#include "../foundation/FunctionOf.h"
 #include "HandlerScope.h"
 
 // Windows that follow the dots of their screen.
 
 namespace tarn {
 namespace {
-// The functions are newer than the oldest Windows that the library runs on.
-template <class Function> Function* userFunction(const char* name)
-{
-    return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"user32.dll"), name)));
-}
-
 bool isComboBox(HWND control)
 {
     wchar_t name[16];
@@ -35,7 +30,9 @@ Rect placeIn(HWND parent, HWND control)
 
 DPI Window::getDPI() const
 {
-    static const auto getDpiForWindow = userFunction<UINT WINAPI(HWND)>("GetDpiForWindow");
+    // Newer than the oldest Windows that the library runs on.
+    static const auto getDpiForWindow =
+        functionOf<UINT WINAPI(HWND)>(GetModuleHandleW(L"user32.dll"), "GetDpiForWindow");
     const UINT dots = getDpiForWindow ? getDpiForWindow(hwnd_) : 0;
     return dots ? DPI(dots) : DPI::ofSystem();
 }
