@@ -43,6 +43,7 @@ public:
 private:
     std::wstring path_;
     HKEY key_ = nullptr;
+    int exceptions_;
     unsigned long handles_;
 };
 
