@@ -37,7 +37,8 @@ TEST_CASE("MappedFile: what is written is in the file, or the object's own", "[f
     own.flush();
     CHECK((textOf(own) == "kontent" && textOf(read) == "Content" && folder.read("file") == "Content"));
     support::expectError<Exception>([&] { read.getWritableData(); }, "The file is mapped for reading");
-    CHECK_THROWS_AS(const_cast<std::byte&>(read.getData()[0]) = std::byte(), SEHError);
+    void (*volatile overwrite)(const std::byte&) = [](auto& byte) { const_cast<std::byte&>(byte) = std::byte(); };
+    CHECK_THROWS_AS(overwrite(read.getData()[0]), SEHError);
 
     read = std::move(own);
     CHECK((textOf(read) == "kontent" && own.getData().empty()));
