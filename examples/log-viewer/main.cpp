@@ -68,7 +68,7 @@ private:
     Anchors anchors_;
 };
 
-class LogWindow : public Window {
+class LogWindow : public Window, private DropTarget {
 public:
     LogWindow() : settings_(std::make_unique<RegistrySettingsStore>(HKEY_CURRENT_USER, L"Software\\Tarn\\LogViewer"))
     {
@@ -91,6 +91,7 @@ public:
         status_.create(*this, ID_STATUS, SBARS_SIZEGRIP);
         onSize(SIZE_RESTORED, getClientSize());
         choose();
+        begin(*this);
     }
 
     void open(const Text& path)
@@ -123,6 +124,8 @@ public:
     }
     void onNotification(const NMLISTVIEW& notification) override
     {
+        if (notification.hdr.code == LVN_BEGINDRAG)
+            dragOut();
         if (notification.hdr.code != LVN_COLUMNCLICK)
             return;
         const auto column = static_cast<unsigned>(notification.iSubItem);
@@ -156,16 +159,35 @@ private:
         settings_.save();
         choose();
     }
-    void copy()
+    Text selected() const
     {
         Text text;
         for (int i = -1; (i = list_.getNextSelectedItem(i)) >= 0;) {
             const Line& line = lines_[shown_[static_cast<std::size_t>(i)]];
             text += line[0] + L" " + line[1] + L" " + line[2] + L" " + line[3] + L"\r\n";
         }
+        return text;
+    }
+    void dragOut()
+    {
+        DragData data;
+        data.setText(selected().c_str());
+        data.drag();
+    }
+    unsigned long onDragOver(const DraggedData& data, unsigned long, const Point&, unsigned long) override
+    {
+        return data.has(CF_HDROP) ? DROPEFFECT_COPY : DROPEFFECT_NONE;
+    }
+    unsigned long onDrop(const DraggedData& data, unsigned long, const Point&, unsigned long) override
+    {
+        open(data.getFiles().at(0));
+        return DROPEFFECT_COPY;
+    }
+    void copy()
+    {
         Clipboard clipboard(*this);
         clipboard.clear();
-        clipboard.setText(text.c_str());
+        clipboard.setText(selected().c_str());
     }
     void choose()
     {

@@ -53,6 +53,7 @@
 #include <tarn/Dialog.h>
 #include <tarn/Dispatch.h>
 #include <tarn/DialogValues.h>
+#include <tarn/DragDrop.h>
 #include <tarn/Driver.h>
 #include <tarn/EditControl.h>
 #include <tarn/Environment.h>

@@ -3,6 +3,7 @@
 #include <commctrl.h>
 #include <commdlg.h>
 #include <objbase.h>
+#include <ole2.h>
 #include <oleauto.h>
 #include <shellapi.h>
 #include <shlobj.h>
@@ -196,6 +197,7 @@ constexpr const char* cannotFail[] = {
     "LsaNtStatusToWinError",
     "MsgWaitForMultipleObjects", // Of handles that there are.
     "MulDiv",
+    "OleUninitialize",
     "OutputDebugStringA",
     "OutputDebugStringW",
     "PeekMessageW",
