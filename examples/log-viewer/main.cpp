@@ -70,7 +70,9 @@ private:
 
 class LogWindow : public Window, private DropTarget {
 public:
-    LogWindow() : settings_(std::make_unique<RegistrySettingsStore>(HKEY_CURRENT_USER, L"Software\\Tarn\\LogViewer"))
+    LogWindow()
+        : settings_(std::make_unique<RegistrySettingsStore>(HKEY_CURRENT_USER, L"Software\\Tarn\\LogViewer")),
+          place_(settings_)
     {
         settings_.declareText(L"Filter", L"");
         settings_.declareFlag(L"GravesOnly", false);
@@ -94,6 +96,7 @@ public:
         begin(*this);
     }
 
+    void showAsLeft() const { place_.show(*this); }
     void open(const Text& path)
     {
         WindowsFile file = WindowsFile::openToRead(path.c_str());
@@ -140,7 +143,12 @@ public:
         status_.adjust();
         list_.move(0, 0, size.cx, size.cy - status_.getWindowSize().cy, true);
     }
-    void onDestroy() override { PostQuitMessage(0); }
+    void onDestroy() override
+    {
+        PostQuitMessage(0);
+        place_.keep(*this);
+        settings_.save();
+    }
 
 private:
     void ask()
@@ -211,6 +219,7 @@ private:
     }
 
     Settings settings_;
+    WindowPlace place_;
     Filter filter_;
     std::vector<Line> lines_;
     std::vector<std::size_t> shown_; // Places in lines_, as they stand in the list.
@@ -227,7 +236,7 @@ int wmain(int argc, wchar_t** argv)
         LogWindow window;
         if (argc > 1)
             window.open(argv[1]);
-        window.show(SW_SHOW);
+        window.showAsLeft();
         const AcceleratorTable keys(ID_PROGRAM, GetModuleHandleW(nullptr));
         MessageLoop loop;
         loop.addAccelerators(window, keys);

@@ -161,6 +161,7 @@
 #include <tarn/Window.h>
 #include <tarn/WindowClass.h>
 #include <tarn/WindowMessageNames.h>
+#include <tarn/WindowPlace.h>
 #include <tarn/WindowPointer.h>
 #include <tarn/WindowTask.h>
 #include <tarn/Windows.h>

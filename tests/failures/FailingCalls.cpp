@@ -172,6 +172,7 @@ constexpr const char* cannotFail[] = {
     "GetGUIThreadInfo",
     "GetLastError",
     "GetProcessHeap",
+    "GetStartupInfoW",
     "GetSysColor",
     "GetSysColorBrush",
     "GetSystemInfo",
@@ -195,6 +196,7 @@ constexpr const char* cannotFail[] = {
     "IsWindowUnicode",
     "LeaveCriticalSection",
     "LsaNtStatusToWinError",
+    "MonitorFromPoint",
     "MsgWaitForMultipleObjects", // Of handles that there are.
     "MulDiv",
     "OleUninitialize",
