@@ -165,8 +165,11 @@ void PlannerWindow::onDPIChanged(const tarn::DPI& dpi, const Rect& suggested)
 // Whether midnight has passed.
 void PlannerWindow::onTimer(UINT_PTR)
 {
-    if (today(Zone(settings_.zone)) != today_)
+    const Zone zone(settings_.zone);
+    if (today(zone) != today_)
         refresh();
+    if (reminder_)
+        reminder_->look(*document_, zone);
 }
 
 void PlannerWindow::goTo(Day day)

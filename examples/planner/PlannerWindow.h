@@ -4,6 +4,7 @@
 #include "Messages.h"
 #include "MonthSheet.h"
 #include "MonthTree.h"
+#include "Reminder.h"
 #include "Settings.h"
 
 #include <tarn/AcceleratorTable.h>
@@ -11,6 +12,7 @@
 #include <tarn/WindowClass.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace planner {
@@ -22,6 +24,8 @@ public:
 
     /// As the user left it.
     void showAsLeft();
+    /// Tells of appointments that are about to begin, from now on.
+    void beginReminding() { reminder_.emplace(*this, program_); }
     /// The menu's keys, and Tab to the next control: true when the message was one.
     bool handleKey(MSG& msg) const;
 
@@ -92,5 +96,6 @@ private:
     tarn::Window dayTitle_;
     tarn::StatusBar status_;
     HWND lastFocus_ = nullptr;
+    std::optional<Reminder> reminder_;
 };
 } // namespace planner

@@ -48,6 +48,8 @@ int main(int argc, char** argv)
         std::optional<planner::ScriptPlayer> player;
         if (!options.script.empty() || !options.screenshot.empty())
             player.emplace(window, options, messages);
+        else
+            window.beginReminding();
         return runLoop(window, messages);
     } catch (const std::exception& e) {
         std::cerr << "planner: " << e.what() << '\n';

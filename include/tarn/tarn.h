@@ -153,6 +153,7 @@
 #include <tarn/ToolBar.h>
 #include <tarn/ToolTip.h>
 #include <tarn/TrackBar.h>
+#include <tarn/TrayIcon.h>
 #include <tarn/TreeView.h>
 #include <tarn/UpDown.h>
 #include <tarn/Variant.h>

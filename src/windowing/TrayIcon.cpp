@@ -1,0 +1,178 @@
+#include <tarn/TrayIcon.h>
+
+#include "../foundation/Check.h"
+#include "../foundation/Closing.h"
+
+#include <shellapi.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace tarn {
+namespace {
+// Sent to all windows by a task bar that is made; the first one, or another after a crash of the shell.
+UINT taskbarCreated()
+{
+    static const UINT msg = RegisterWindowMessageW(L"TaskbarCreated");
+    return msg;
+}
+
+// The shell may not have begun yet, or be beginning again.
+bool hasTaskBar() { return FindWindowW(L"Shell_TrayWnd", nullptr) != nullptr; }
+
+// As much as there is room for, without the half of a character.
+template <std::size_t size> void copyTo(wchar_t (&target)[size], const wchar_t* text)
+{
+    const std::size_t length = wcsnlen(text, size - 1);
+    const bool isHalf = text[length] && IS_HIGH_SURROGATE(text[length - 1]);
+    std::copy_n(text, isHalf ? length - 1 : length, target);
+}
+
+Point pointOf(WPARAM wParam) { return Point(static_cast<short>(LOWORD(wParam)), static_cast<short>(HIWORD(wParam))); }
+} // namespace
+
+TrayIcon::~TrayIcon() noexcept(false)
+{
+    closeAtEnd([this] { destroy(); }); // Before the class of the window.
+}
+
+void TrayIcon::onSelect(const Point&) {}
+void TrayIcon::onMenu(const Point&) {}
+void TrayIcon::onNoticeSelect() {}
+
+void TrayIcon::create(unsigned icon, HINSTANCE module, const char* tip)
+{
+    create(icon, module, BasicString<wchar_t>(tip).c_str());
+}
+void TrayIcon::create(unsigned icon, HINSTANCE module, const wchar_t* tip)
+{
+    destroy();
+    resource_ = icon;
+    module_ = module;
+    tip_ = tip;
+    try {
+        begin();
+    } catch (...) {
+        closeQuietly([this] { destroy(); });
+        throw;
+    }
+}
+
+void TrayIcon::begin()
+{
+    const HINSTANCE program = GetModuleHandleW(nullptr);
+    class_.create(0, 0, nullptr, static_cast<HBRUSH>(nullptr), nullptr, program);
+    Window::create(class_, L"", WS_POPUP, RECT(), nullptr, nullptr, program, WS_EX_TOOLWINDOW);
+    ChangeWindowMessageFilterEx(*this, taskbarCreated(), MSGFLT_ALLOW, nullptr); // Programs with more rights need that.
+    loadPicture();
+    add();
+}
+
+void TrayIcon::loadPicture() { picture_.load(resource_, module_, getDPI().toPixels(16)); }
+
+void TrayIcon::setPicture(unsigned icon, HINSTANCE module)
+{
+    resource_ = icon;
+    module_ = module;
+    loadPicture();
+    change();
+}
+void TrayIcon::setPicture(HICON icon)
+{
+    picture_ = Icon(icon, false);
+    resource_ = 0;
+    change();
+}
+void TrayIcon::setTip(const char* tip) { setTip(BasicString<wchar_t>(tip).c_str()); }
+void TrayIcon::setTip(const wchar_t* tip)
+{
+    tip_ = tip;
+    change();
+}
+
+void TrayIcon::showNotice(const char* title, const char* text, notice_kind kind) const
+{
+    showNotice(BasicString<wchar_t>(title).c_str(), BasicString<wchar_t>(text).c_str(), kind);
+}
+void TrayIcon::showNotice(const wchar_t* title, const wchar_t* text, notice_kind kind) const
+{
+    change(title, text, kind);
+}
+void TrayIcon::hideNotice() const { change(L""); }
+
+int TrayIcon::showMenu(HMENU menu, const POINT& position) const
+{
+    SetForegroundWindow(*this); // Or a click elsewhere does not close the menu.
+    const int command = trackPopupMenu(menu, position, TPM_RETURNCMD | TPM_NONOTIFY | TPM_RIGHTBUTTON);
+    postMessageW(WM_NULL); // Or the next menu closes at once.
+    if (command == 0)
+        tell(NIM_SETFOCUS);
+    return command;
+}
+
+// With a title, or an empty one, about a notice.
+bool TrayIcon::tell(DWORD what, const wchar_t* title, const wchar_t* text, unsigned kind) const
+{
+    NOTIFYICONDATAW data{};
+    data.cbSize = sizeof data;
+    data.hWnd = *this;
+    data.uCallbackMessage = message;
+    data.hIcon = picture_;
+    data.uVersion = NOTIFYICON_VERSION_4;
+    data.uFlags = NIF_MESSAGE | NIF_ICON | NIF_TIP | NIF_SHOWTIP;
+    copyTo(data.szTip, tip_.c_str());
+    if (title) {
+        data.uFlags |= NIF_INFO;
+        data.dwInfoFlags = kind | NIIF_RESPECT_QUIET_TIME;
+        copyTo(data.szInfoTitle, title);
+        copyTo(data.szInfo, text);
+    }
+    return Shell_NotifyIconW(what, &data) != FALSE;
+}
+
+void TrayIcon::change(const wchar_t* title, const wchar_t* text, unsigned kind) const
+{
+    const auto tellOrWait = [&] { return tell(NIM_MODIFY, title, text, kind) || !hasTaskBar(); };
+    if (isShown_)
+        ensureGDI(tellOrWait, "Can't change tray icon");
+}
+
+// A task bar that is busy reports a failure though it has added the icon.
+void TrayIcon::add()
+{
+    if (!hasTaskBar())
+        return;
+    ensureGDI([&] { return tell(NIM_ADD) || tell(NIM_MODIFY); }, "Can't add tray icon");
+    tell(NIM_SETVERSION);
+    isShown_ = true;
+}
+
+LRESULT TrayIcon::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
+{
+    if (msg == taskbarCreated()) {
+        isShown_ = false;
+        add();
+        return 0;
+    }
+    if (msg == WM_DESTROY && std::exchange(isShown_, false))
+        tell(NIM_DELETE);
+    if (msg == WM_DPICHANGED && resource_)
+        setPicture(resource_, module_);
+    if (msg != message)
+        return Window::onMessage(msg, wParam, lParam);
+    switch (LOWORD(lParam)) {
+    case NIN_SELECT:
+    case NIN_KEYSELECT:
+        onSelect(pointOf(wParam));
+        return 0;
+    case WM_CONTEXTMENU:
+        onMenu(pointOf(wParam));
+        return 0;
+    case NIN_BALLOONUSERCLICK:
+        onNoticeSelect();
+        return 0;
+    default:
+        return Window::onMessage(msg, wParam, lParam);
+    }
+}
+} // namespace tarn
