@@ -4,7 +4,6 @@
 #define ID_PROGRAM 1 // The icon (which the build adds), the menu and the accelerators.
 #define DIALOG_APPOINTMENT 101
 #define DIALOG_GO_TO 102
-#define DIALOG_QUESTION 103
 #define DIALOG_PROGRESS 104
 #define PAGE_WEEKS 105
 #define PAGE_TIME 106
@@ -43,7 +42,6 @@
 #define ID_ZONE 1012
 #define ID_MONTH 1013
 #define ID_YEAR 1014
-#define ID_QUESTION 1015
 #define ID_BAR 1016
 #define ID_FIRST_DAY 1017
 #define ID_MINIMAL_DAYS 1018

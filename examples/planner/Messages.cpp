@@ -1,10 +1,10 @@
 #include "Messages.h"
 
-#include "Ids.h"
 #include "Text.h"
 
-#include <tarn/Dialog.h>
 #include <tarn/Exception.h>
+#include <tarn/TaskDialog.h>
+#include <tarn/Window.h>
 
 #include <exception>
 #include <iostream>
@@ -13,28 +13,6 @@
 namespace planner {
 namespace {
 constexpr const wchar_t* caption = L"Planner";
-
-class QuestionDialog : public tarn::Dialog {
-public:
-    QuestionDialog(HWND owner, const std::wstring& question, const wchar_t* yes, const wchar_t* no)
-        : Dialog(owner, DIALOG_QUESTION, GetModuleHandleW(nullptr)), question_(question), yes_(yes), no_(no)
-    {
-    }
-
-    bool onInitDialog(tarn::Window&) override
-    {
-        setText(ID_QUESTION, question_.c_str());
-        setText(IDYES, yes_);
-        setText(IDNO, no_);
-        return true;
-    }
-
-    void onCommand(tarn::Window*, unsigned short, unsigned short id) override { end(id); }
-
-private:
-    const std::wstring& question_;
-    const wchar_t *yes_, *no_;
-};
 } // namespace
 
 void Messages::error(HWND owner) const
@@ -65,6 +43,12 @@ bool Messages::confirm(HWND owner, const std::wstring& question)
 
 int Messages::ask(HWND owner, const std::wstring& question, const wchar_t* yes, const wchar_t* no)
 {
-    return QuestionDialog(owner, question, yes, no).showModal();
+    tarn::TaskDialog dialog(owner);
+    dialog.setTitle(caption);
+    dialog.setInstruction(question.c_str());
+    dialog.addButton(IDYES, yes);
+    dialog.addButton(IDNO, no);
+    dialog.setCommonButtons(TDCBF_CANCEL_BUTTON);
+    return dialog.showModal();
 }
 } // namespace planner

@@ -143,6 +143,7 @@
 #include <tarn/StringBox.h>
 #include <tarn/StringHelper.h>
 #include <tarn/TabControl.h>
+#include <tarn/TaskDialog.h>
 #include <tarn/TemporaryDirectory.h>
 #include <tarn/TemporaryFile.h>
 #include <tarn/TextLines.h>

@@ -1,0 +1,258 @@
+#include <tarn/TaskDialog.h>
+
+#include <tarn/Exception.h>
+#include <tarn/Window.h>
+
+#include "../foundation/Check.h"
+#include "../foundation/FunctionOf.h"
+#include "../windowing/HandlerScope.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace tarn {
+namespace {
+constexpr const char* cannotAsk = "Can't show task dialog";
+
+// Null rather than the empty text, which would take up a line.
+const wchar_t* orNull(const BasicString<wchar_t>& text) { return text.empty() ? nullptr : text.c_str(); }
+
+template <class Buttons> std::vector<TASKDIALOG_BUTTON> asSystemHas(const Buttons& buttons)
+{
+    std::vector<TASKDIALOG_BUTTON> result;
+    result.reserve(buttons.size());
+    for (const auto& button : buttons)
+        result.push_back({button.id, button.text.c_str()});
+    return result;
+}
+
+struct KnownButton {
+    unsigned flag;
+    int id;
+    const wchar_t* text;
+};
+constexpr KnownButton knownButtons[] = {{TDCBF_OK_BUTTON, IDOK, L"OK"},
+                                        {TDCBF_YES_BUTTON, IDYES, L"Yes"},
+                                        {TDCBF_NO_BUTTON, IDNO, L"No"},
+                                        {TDCBF_RETRY_BUTTON, IDRETRY, L"Retry"},
+                                        {TDCBF_CANCEL_BUTTON, IDCANCEL, L"Cancel"},
+                                        {TDCBF_CLOSE_BUTTON, IDCLOSE, L"Close"}};
+
+const wchar_t* textOfKnown(int id) { return std::ranges::find(knownButtons, id, &KnownButton::id)->text; }
+
+/// The buttons of a kind of message box, by their ids.
+struct BoxKind {
+    unsigned type;
+    std::size_t count;
+    std::array<int, 3> ids;
+};
+constexpr BoxKind boxKinds[] = {{MB_OK, 1, {IDOK}},
+                                {MB_YESNO, 2, {IDYES, IDNO}},
+                                {MB_OKCANCEL, 2, {IDOK, IDCANCEL}},
+                                {MB_RETRYCANCEL, 2, {IDRETRY, IDCANCEL}},
+                                {MB_YESNOCANCEL, 3, {IDYES, IDNO, IDCANCEL}}};
+
+// The first that has as many buttons, and the most of them in their place.
+template <class Buttons> const BoxKind& boxFor(const Buttons& buttons)
+{
+    const auto fit = [&](const BoxKind& kind) {
+        int matches = kind.count == buttons.size() ? 0 : -1;
+        for (std::size_t i = 0; matches >= 0 && i < kind.count; ++i)
+            matches += kind.ids[i] == buttons[i].id;
+        return matches;
+    };
+    return *std::ranges::max_element(boxKinds, {}, fit);
+}
+} // namespace
+
+TaskDialog::TaskDialog(HWND owner) : owner_(owner), options_(owner ? TDF_POSITION_RELATIVE_TO_WINDOW : 0) {}
+TaskDialog::~TaskDialog() = default;
+
+void TaskDialog::onCreated() {}
+bool TaskDialog::onButton(int) { return true; }
+void TaskDialog::onRadioButton(int) {}
+void TaskDialog::onCheck(bool) {}
+void TaskDialog::onTimer(unsigned) {}
+void TaskDialog::onLink(const wchar_t*) {}
+void TaskDialog::onHelp() {}
+
+void TaskDialog::setTitle(const char* title) { title_ = title; }
+void TaskDialog::setTitle(const wchar_t* title) { title_ = title; }
+void TaskDialog::setInstruction(const char* text) { setInstruction(BasicString<wchar_t>(text).c_str()); }
+void TaskDialog::setInstruction(const wchar_t* text) { change(instruction_, text, TDE_MAIN_INSTRUCTION); }
+void TaskDialog::setContent(const char* text) { setContent(BasicString<wchar_t>(text).c_str()); }
+void TaskDialog::setContent(const wchar_t* text) { change(content_, text, TDE_CONTENT); }
+void TaskDialog::setDetails(const char* text) { setDetails(BasicString<wchar_t>(text).c_str()); }
+void TaskDialog::setDetails(const wchar_t* text) { change(details_, text, TDE_EXPANDED_INFORMATION); }
+void TaskDialog::setFooter(const char* text) { setFooter(BasicString<wchar_t>(text).c_str()); }
+void TaskDialog::setFooter(const wchar_t* text) { change(footer_, text, TDE_FOOTER); }
+
+void TaskDialog::addButton(int id, const char* text) { buttons_.push_back({id, text}); }
+void TaskDialog::addButton(int id, const wchar_t* text) { buttons_.push_back({id, text}); }
+void TaskDialog::addRadioButton(int id, const char* text) { radioButtons_.push_back({id, text}); }
+void TaskDialog::addRadioButton(int id, const wchar_t* text) { radioButtons_.push_back({id, text}); }
+void TaskDialog::setCheckBox(const char* text, bool isChecked)
+{
+    setCheckBox(BasicString<wchar_t>(text).c_str(), isChecked);
+}
+void TaskDialog::setCheckBox(const wchar_t* text, bool isChecked)
+{
+    checkBox_ = text;
+    isChecked_ = isChecked;
+}
+
+void TaskDialog::setProgress(int percent)
+{
+    percent_ = percent;
+    setOptions(TDF_SHOW_PROGRESS_BAR, TDF_SHOW_MARQUEE_PROGRESS_BAR);
+    send(TDM_SET_PROGRESS_BAR_POS, static_cast<WPARAM>(percent), 0);
+}
+void TaskDialog::setEndlessProgress() { setOptions(TDF_SHOW_MARQUEE_PROGRESS_BAR, TDF_SHOW_PROGRESS_BAR); }
+
+int TaskDialog::getRadioButton() const
+{
+    const bool isPreset = radioButton_ != 0 || radioButtons_.empty() || (options_ & TDF_NO_DEFAULT_RADIO_BUTTON) != 0;
+    return isPreset ? radioButton_ : radioButtons_.front().id;
+}
+
+LRESULT TaskDialog::send(UINT msg, WPARAM wParam, LPARAM lParam) const
+{
+    return hwnd_ ? runningHandlers([&] { return SendMessageW(hwnd_, msg, wParam, lParam); }) : 0;
+}
+void TaskDialog::change(BasicString<wchar_t>& text, BasicString<wchar_t> next, int element)
+{
+    text = std::move(next);
+    send(TDM_SET_ELEMENT_TEXT, static_cast<WPARAM>(element), reinterpret_cast<LPARAM>(text.c_str()));
+}
+void TaskDialog::press(int id) const { send(TDM_CLICK_BUTTON, static_cast<WPARAM>(id), 0); }
+void TaskDialog::enableButton(int id, bool enable) const { send(TDM_ENABLE_BUTTON, static_cast<WPARAM>(id), enable); }
+
+int TaskDialog::showModal()
+{
+    const auto taskDialog =
+        functionOf<decltype(TaskDialogIndirect)>(GetModuleHandleW(L"comctl32.dll"), "TaskDialogIndirect");
+    if (!taskDialog)
+        return showMessageBox();
+    const auto buttons = asSystemHas(buttons_), radioButtons = asSystemHas(radioButtons_);
+    TASKDIALOGCONFIG config{};
+    config.cbSize = sizeof config;
+    config.hwndParent = owner_;
+    config.dwFlags = static_cast<int>(options_ | TDF_CALLBACK_TIMER | (isChecked_ ? TDF_VERIFICATION_FLAG_CHECKED : 0));
+    config.dwCommonButtons = static_cast<int>(commonButtons_);
+    config.pszWindowTitle = orNull(title_);
+    config.pszMainIcon = MAKEINTRESOURCEW(-picture_); // The platform counts them down from -1.
+    config.pszMainInstruction = orNull(instruction_);
+    config.pszContent = orNull(content_);
+    config.cButtons = static_cast<UINT>(buttons.size());
+    config.pButtons = buttons.data();
+    config.nDefaultButton = defaultButton_;
+    config.cRadioButtons = static_cast<UINT>(radioButtons.size());
+    config.pRadioButtons = radioButtons.data();
+    config.nDefaultRadioButton = radioButton_;
+    config.pszVerificationText = orNull(checkBox_);
+    config.pszExpandedInformation = orNull(details_);
+    config.pszFooter = orNull(footer_);
+    config.pfCallback = &TaskDialog::onNotification;
+    config.lpCallbackData = reinterpret_cast<LONG_PTR>(this);
+
+    struct Unbinding {
+        ~Unbinding() { dialog.hwnd_ = nullptr; }
+        TaskDialog& dialog;
+    };
+    const Unbinding unbinding{*this};
+    isEnding_ = false;
+    int pressed = 0, selected = 0;
+    BOOL isChecked = FALSE;
+    const auto cancel = [this]() noexcept {
+        isEnding_ = true;
+        if (hwnd_)
+            PostMessageW(hwnd_, TDM_CLICK_BUTTON, IDCANCEL, 0);
+    };
+    HRESULTHolder::throwOnError(
+        runningLoop([&] { return taskDialog(&config, &pressed, &selected, &isChecked); }, cancel), cannotAsk);
+    radioButton_ = selected;
+    isChecked_ = isChecked != FALSE;
+    return pressed;
+}
+
+HRESULT CALLBACK TaskDialog::onNotification(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, LONG_PTR self)
+{
+    auto* const dialog = reinterpret_cast<TaskDialog*>(self);
+    dialog->hwnd_ = msg == TDN_DESTROYED ? nullptr : hwnd;
+    return guardedCallback(S_OK, {"a handler of a task dialog", hwnd, msg},
+                           [&] { return dialog->isEnding_ ? S_OK : dialog->handle(msg, wParam, lParam); });
+}
+
+HRESULT TaskDialog::handle(UINT msg, WPARAM wParam, LPARAM lParam)
+{
+    switch (msg) {
+    case TDN_CREATED:
+        if (options_ & TDF_SHOW_PROGRESS_BAR)
+            setProgress(percent_);
+        send(TDM_SET_PROGRESS_BAR_MARQUEE, (options_ & TDF_SHOW_MARQUEE_PROGRESS_BAR) != 0, 0);
+        onCreated();
+        return S_OK;
+    case TDN_BUTTON_CLICKED:
+        return onButton(static_cast<int>(wParam)) ? S_OK : S_FALSE;
+    case TDN_RADIO_BUTTON_CLICKED:
+        onRadioButton(static_cast<int>(wParam));
+        return S_OK;
+    case TDN_VERIFICATION_CLICKED:
+        onCheck(wParam != FALSE);
+        return S_OK;
+    case TDN_TIMER:
+        onTimer(static_cast<unsigned>(wParam));
+        return S_OK;
+    case TDN_HYPERLINK_CLICKED:
+        onLink(reinterpret_cast<const wchar_t*>(lParam));
+        return S_OK;
+    case TDN_HELP:
+        onHelp();
+        return S_OK;
+    default:
+        return S_OK;
+    }
+}
+
+std::vector<TaskDialog::Button> TaskDialog::answers() const
+{
+    std::vector<Button> result = buttons_;
+    for (const KnownButton& button : knownButtons)
+        if (commonButtons_ & button.flag)
+            result.push_back({button.id, button.text});
+    if (result.empty())
+        result.push_back({IDOK, L"OK"});
+    return result;
+}
+
+int TaskDialog::showMessageBox()
+{
+    const std::vector<Button> buttons = answers();
+    if (buttons.size() > 3)
+        throwWindowsError(ERROR_NOT_SUPPORTED, cannotAsk);
+    const BoxKind& kind = boxFor(buttons);
+    constexpr unsigned icons[] = {0, MB_ICONWARNING, MB_ICONERROR, MB_ICONINFORMATION, 0};
+    unsigned type = kind.type | icons[picture_];
+    BasicString<wchar_t> text;
+    for (const BasicString<wchar_t>& part : {instruction_, content_, details_, footer_})
+        if (!part.empty())
+            text.append(text.empty() ? L"" : L"\n\n").append(part);
+    const wchar_t* gap = L"\n\n";
+    for (std::size_t i = 0; i < buttons.size(); ++i) {
+        if (buttons[i].id == defaultButton_)
+            type |= static_cast<unsigned>(i * MB_DEFBUTTON2);
+        if (buttons[i].id == kind.ids[i])
+            continue;
+        const BasicString<wchar_t> meaning = buttons[i].text.replaceAll(L"&", L"");
+        text.append(std::exchange(gap, L"\n")).append(textOfKnown(kind.ids[i])).append(L": ").append(meaning);
+    }
+    for (;;) {
+        const int pressed = Window::messageBox(owner_, text.c_str(), title_.c_str(), type);
+        const auto place = std::ranges::find(kind.ids, pressed) - kind.ids.begin();
+        const int id = buttons[static_cast<std::size_t>(place)].id;
+        if (onButton(id))
+            return id;
+    }
+}
+} // namespace tarn

@@ -1,0 +1,185 @@
+#include "../windowing/Windows.h"
+#include "Driving.h"
+#include "Expect.h"
+
+#include <tarn/TaskDialog.h>
+
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+using namespace tarn;
+
+namespace {
+constexpr int save = 100, discard = 101, firstKind = 200, secondKind = 201;
+
+/// Does a step when it is shown, and notes what the user does.
+struct Asked : TaskDialog {
+    explicit Asked(HWND owner = nullptr) : TaskDialog(owner)
+    {
+        setTitle(L"Plan");
+        setInstruction("Save the changes?");
+        addButton(save, "&Save");
+        addButton(discard, L"&Discard");
+    }
+    void onCreated() override { step(*this); }
+    bool onButton(int id) override
+    {
+        events.push_back("button " + std::to_string(id));
+        return id != stubborn;
+    }
+    void onRadioButton(int id) override { events.push_back("radio " + std::to_string(id)); }
+    void onCheck(bool isChecked) override { events.push_back(isChecked ? "checked" : "unchecked"); }
+    void onTimer(unsigned) override
+    {
+        if (tick)
+            tick(*this);
+    }
+
+    using TaskDialog::enableButton;
+    using TaskDialog::getWindowHandle;
+    using TaskDialog::press;
+    using TaskDialog::showMessageBox;
+
+    std::function<void(Asked&)> step = [](Asked& dialog) { dialog.press(discard); };
+    std::function<void(Asked&)> tick;
+    int stubborn = 0;
+    std::vector<std::string> events;
+};
+
+BOOL CALLBACK appendText(HWND child, LPARAM texts)
+{
+    reinterpret_cast<std::wstring*>(texts)->append(Window(child).getTextW()).append(1, L'|');
+    return TRUE;
+}
+
+std::wstring textsIn(HWND dialog)
+{
+    std::wstring texts;
+    EnumChildWindows(dialog, appendText, reinterpret_cast<LPARAM>(&texts));
+    return texts;
+}
+} // namespace
+
+TEST_CASE("TaskDialog: it shows its texts and buttons, and gives the one that was pressed", "[taskdialog]")
+{
+    const support::OpenWindow owner;
+    Asked dialog(owner);
+    dialog.setPicture(TaskDialog::warning);
+    dialog.setContent(L"There is m\u00F6re.");
+    dialog.setCommonButtons(TDCBF_CANCEL_BUTTON);
+    dialog.setDefaultButton(discard);
+    std::wstring texts;
+    dialog.step = [&](Asked& shown) {
+        texts = textsIn(shown.getWindowHandle());
+        CHECK(Window(shown.getWindowHandle()).getTextW() == L"Plan");
+        CHECK(!IsWindowEnabled(owner));
+        shown.press(IDCANCEL);
+    };
+    CHECK(dialog.showModal() == IDCANCEL);
+    for (const wchar_t* text : {L"&Save", L"&Discard", L"Cancel"})
+        CHECK(texts.find(text) != std::wstring::npos);
+    CHECK((IsWindowEnabled(owner) && !dialog.getWindowHandle()));
+    dialog.step = [](Asked& shown) { shown.press(discard); };
+    CHECK(dialog.showModal() == discard);
+    CHECK(dialog.events == std::vector<std::string>{"button 2", "button 101"});
+}
+
+TEST_CASE("TaskDialog: a button that is refused leaves it open, and radio buttons and the check box are kept",
+          "[taskdialog]")
+{
+    Asked dialog;
+    dialog.addRadioButton(firstKind, "Near");
+    dialog.addRadioButton(secondKind, L"Far");
+    dialog.setCheckBox("Do not ask again", true);
+    dialog.setContent("before");
+    dialog.setProgress(40);
+    CHECK((dialog.getRadioButton() == firstKind && dialog.isChecked()));
+    dialog.stubborn = save;
+    dialog.step = [](Asked&) {};
+    int ticks = 0;
+    dialog.tick = [&](Asked& shown) {
+        const HWND hwnd = shown.getWindowHandle();
+        if (++ticks == 1) {
+            shown.events.clear(); // Of what is selected in the beginning.
+            SendMessageW(hwnd, TDM_CLICK_RADIO_BUTTON, secondKind, 0);
+            if (const HWND radio = GetDlgItem(hwnd, secondKind)) // Wine's hears of its own buttons only.
+                SendMessageW(hwnd, WM_COMMAND, secondKind, reinterpret_cast<LPARAM>(radio));
+            SendMessageW(hwnd, TDM_CLICK_VERIFICATION, FALSE, FALSE);
+            shown.setProgress(60);
+            shown.setContent(L"changed");
+            if (const HWND bar = FindWindowExW(hwnd, nullptr, PROGRESS_CLASSW, nullptr))
+                CHECK((SendMessageW(bar, PBM_GETPOS, 0, 0) == 60 &&
+                       textsIn(hwnd).find(L"changed") != std::wstring::npos));
+        } else if (ticks == 2) {
+            shown.press(save);
+            shown.press(discard);
+        }
+    };
+    CHECK(dialog.showModal() == discard);
+    CHECK((dialog.getRadioButton() == secondKind && !dialog.isChecked()));
+    CHECK(dialog.events == std::vector<std::string>{"radio 201", "unchecked", "button 100", "button 101"});
+}
+
+TEST_CASE("TaskDialog: what a handler throws ends it and comes out, from another window, too", "[taskdialog]")
+{
+    struct Thrower : Window {
+        void onCommand(Window*, unsigned short, unsigned short) override { throw std::runtime_error("elsewhere"); }
+    } other;
+    support::open(other);
+    Asked dialog;
+    dialog.step = [](Asked&) { throw std::runtime_error("in a handler"); };
+    support::expectError<std::runtime_error>([&] { dialog.showModal(); }, "in a handler");
+    dialog.step = [&](Asked&) { other.postMessageW(WM_COMMAND); };
+    support::expectError<std::runtime_error>([&] { dialog.showModal(); }, "elsewhere");
+    CHECK((dialog.events.empty() && !support::visibleDialog()));
+}
+
+TEST_CASE("TaskDialog: the message box that stands in for it says what its buttons mean", "[taskdialog]")
+{
+    Asked dialog;
+    dialog.stubborn = save;
+    std::wstring texts;
+    const auto answerBy = [&](WPARAM button) {
+        return [&texts, button] {
+            const HWND box = support::visibleDialog();
+            if (box)
+                texts = textsIn(box);
+            return box && PostMessageW(box, WM_COMMAND, button, 0);
+        };
+    };
+    SECTION("with buttons of its own, of which the handler refuses one")
+    {
+        dialog.setDefaultButton(discard);
+        dialog.setCommonButtons(TDCBF_CANCEL_BUTTON);
+        HWND first = nullptr;
+        const support::Driver driver([&] {
+            const HWND box = support::visibleDialog();
+            const bool isSecond = first && box && box != first;
+            if (box && box != first) {
+                first = box;
+                return answerBy(isSecond ? IDNO : IDYES)() && isSecond;
+            }
+            return false;
+        });
+        CHECK(dialog.showMessageBox() == discard);
+        CHECK(dialog.events == std::vector<std::string>{"button 100", "button 101"});
+        CHECK(texts.find(L"Save the changes?\n\nYes: Save\nNo: Discard") != std::wstring::npos);
+    }
+    SECTION("with the system's, which need no words")
+    {
+        struct Plain : TaskDialog {
+            using TaskDialog::showMessageBox;
+        } plain;
+        plain.setContent("Go on?");
+        plain.setCommonButtons(TDCBF_RETRY_BUTTON | TDCBF_CANCEL_BUTTON);
+        const support::Driver driver(answerBy(IDRETRY));
+        CHECK((plain.showMessageBox() == IDRETRY && texts.find(L"Go on?|") != std::wstring::npos));
+    }
+    SECTION("and takes no more than three")
+    {
+        dialog.setCommonButtons(TDCBF_RETRY_BUTTON | TDCBF_CANCEL_BUTTON);
+        support::expectWindowsError([&] { dialog.showMessageBox(); }, ERROR_NOT_SUPPORTED, "Can't show task dialog");
+    }
+}
