@@ -1,14 +1,9 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/BitField.h>
-#include <tarn/Exception.h>
-#include <tarn/Windows.h>
 
-#include <algorithm>
 #include <random>
-#include <vector>
 
-using tarn::BitField;
 using Bytes = std::vector<unsigned char>;
 
 namespace {
@@ -54,7 +49,7 @@ std::vector<bool> modelOf(const Bytes& bytes)
 }
 } // namespace
 
-TEST_CASE("BitField: bits count from the lowest of the first byte, and stand-ins set them", "[bits][bitfield]")
+TEST_CASE("BitField: bits count from the lowest of the first byte, and stand-ins set them")
 {
     Bytes bytes = {0x81, 0x01, 0x00};
     BitField field(bytes.data(), 2);
@@ -81,7 +76,7 @@ TEST_CASE("BitField: bits count from the lowest of the first byte, and stand-ins
     STATIC_REQUIRE_FALSE((SetsAllBits<int> || SetsAllBits<unsigned> || SetsAllBits<const char*>));
 }
 
-TEST_CASE("BitField: ranges, copies and single bits agree with a naive model", "[bits][bitfield]")
+TEST_CASE("BitField: ranges, copies and single bits agree with a naive model")
 {
     std::mt19937 random(1);
     const auto below = [&](unsigned limit) { return static_cast<unsigned>(random() % limit); };
@@ -112,17 +107,17 @@ TEST_CASE("BitField: ranges, copies and single bits agree with a naive model", "
     }
 }
 
-TEST_CASE("BitField: setting touches the byte behind the range, and no other", "[bits][bitfield]")
+TEST_CASE("BitField: setting touches the byte behind the range, and no other")
 {
     const Pages pages(2 * Pages::size);
     pages.open(0, PAGE_READWRITE);
     unsigned char* const end = pages.start() + Pages::size;
     BitField lastByte(end - 1, 0, 8);
 
-    CHECK_THROWS_AS(lastByte.set(true), tarn::SEHError); // The next page cannot be read.
+    CHECK_THROWS_AS(lastByte.set(true), SEHError); // The next page cannot be read.
     pages.open(Pages::size, PAGE_READONLY);
-    CHECK_THROWS_AS(lastByte.set(true), tarn::SEHError); // Nor written.
-    CHECK_THROWS_AS(BitField(end, 3, 0).clear(), tarn::SEHError);
+    CHECK_THROWS_AS(lastByte.set(true), SEHError); // Nor written.
+    CHECK_THROWS_AS(BitField(end, 3, 0).clear(), SEHError);
     pages.open(Pages::size, PAGE_READWRITE);
     *end = 0xA5;
     lastByte.set(true);
@@ -136,7 +131,7 @@ TEST_CASE("BitField: setting touches the byte behind the range, and no other", "
     CHECK(end[-1] == 0);
 }
 
-TEST_CASE("BitField: the last bits of 512 MB are reached", "[bits][bitfield]")
+TEST_CASE("BitField: the last bits of 512 MB are reached")
 {
     constexpr std::size_t buffer = 0x20000000;
     const Pages pages(buffer + Pages::size);

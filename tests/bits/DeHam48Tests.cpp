@@ -1,10 +1,10 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/DeHam48.h>
 
 #include <array>
 
-TEST_CASE("DeHam48: every byte gives its code's value, corrected by one bit, or -1", "[bits][hamming]")
+TEST_CASE("DeHam48: every byte gives its code's value, corrected by one bit, or -1")
 {
     constexpr std::array<unsigned char, 16> codes = {0x15, 0x02, 0x49, 0x5E, 0x64, 0x73, 0x38, 0x2F,
                                                      0xD0, 0xC7, 0x8C, 0x9B, 0xA1, 0xB6, 0xFD, 0xEA};
@@ -17,6 +17,6 @@ TEST_CASE("DeHam48: every byte gives its code's value, corrected by one bit, or 
     }
     for (unsigned byte = 0; byte < 256; ++byte) {
         CAPTURE(byte);
-        CHECK(tarn::DeHam48(static_cast<unsigned char>(byte)) == expected[byte]);
+        CHECK(DeHam48(static_cast<unsigned char>(byte)) == expected[byte]);
     }
 }

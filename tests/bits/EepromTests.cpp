@@ -1,9 +1,8 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include "SimulatedBus.h"
 
 #include <initializer_list>
-#include <string>
 
 namespace {
 struct Board {
@@ -32,7 +31,7 @@ struct Board {
 };
 } // namespace
 
-TEST_CASE_METHOD(Board, "I2CBusForLines: a chip that stretches the clock is written and read back", "[bits][i2c]")
+TEST_CASE_METHOD(Board, "I2CBusForLines: a chip that stretches the clock is written and read back")
 {
     CHECK_FALSE(write({0xA2}));
     store({0xA0, 0x06, 'a', 'b', 'c', 'd'}); // The page's end is followed by its beginning.

@@ -1,16 +1,14 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/I2CBus.h>
 
 #include <cstdio>
-#include <string>
-#include <vector>
 
 using Bytes = std::vector<unsigned char>;
 
 namespace {
 /// Writes down the primitives that a transaction consists of; refuses to acknowledge the byte given.
-class LoggedBus final : public tarn::I2CBus {
+class LoggedBus final : public I2CBus {
 public:
     explicit LoggedBus(int refused) : refused_(refused) {}
 
@@ -60,7 +58,7 @@ std::string readFrom(const Bytes& address, unsigned count, int refused = -1)
 }
 } // namespace
 
-TEST_CASE("I2CBus: write sends its bytes between start and stop, up to the first refused one", "[bits][i2c]")
+TEST_CASE("I2CBus: write sends its bytes between start and stop, up to the first refused one")
 {
     CHECK(written({0xA0, 0x10, 0x55}) == "start A0 10 55 stop");
     CHECK(written({}) == "start stop");
@@ -74,13 +72,13 @@ concept TakesAddressForBit = requires(Bus bus, unsigned char* data)
 }
 || requires(Bus bus, unsigned char* data) { bus.writeBit(data); };
 
-TEST_CASE("I2CBus: read sends the sub-address, starts again and acknowledges all but the last byte", "[bits][i2c]")
+TEST_CASE("I2CBus: read sends the sub-address, starts again and acknowledges all but the last byte")
 {
     CHECK(readFrom({0xA1, 0x10}, 3) == "start A0 10 start A1 more more last stop");
     CHECK(readFrom({0xA0, 0x12, 0x34}, 1) == "start A0 12 34 start A1 last stop");
     CHECK(readFrom({0xA0}, 2) == "start A1 more last stop");
     CHECK(readFrom({0xA0, 0x10}, 0).empty());
-    STATIC_REQUIRE_FALSE((TakesAddressForBit<tarn::I2CBus&> || TakesAddressForBit<tarn::I2CBusForLines&>));
+    STATIC_REQUIRE_FALSE((TakesAddressForBit<I2CBus&> || TakesAddressForBit<I2CBusForLines&>));
 
     CHECK(readFrom({0xA0, 0x10}, 1, 0xA0) == "start A0 stop failed");
     CHECK(readFrom({0xA0, 0x12, 0x34}, 1, 0x12) == "start A0 12 stop failed");

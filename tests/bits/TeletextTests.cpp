@@ -1,4 +1,4 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include "PageHeader.h"
 
@@ -23,7 +23,7 @@ DecodedPacket decode(const std::string& bytes, std::size_t number)
 constexpr unsigned long bit(unsigned control) { return 1ul << control; }
 } // namespace
 
-TEST_CASE("Teletext: the example's capture gives pages, sub-codes, control bits and texts", "[bits][teletext]")
+TEST_CASE("Teletext: the example's capture gives pages, sub-codes, control bits and texts")
 {
     // The eighth has a character of wrong parity.
     const auto& [number, magazine, page, subcode, control, corrected, text] =
@@ -45,7 +45,7 @@ TEST_CASE("Teletext: the example's capture gives pages, sub-codes, control bits 
     CHECK(packet.header.text == text);
 }
 
-TEST_CASE("Teletext: rows of text and headers damaged beyond repair are told apart", "[bits][teletext]")
+TEST_CASE("Teletext: rows of text and headers damaged beyond repair are told apart")
 {
     const std::string bytes = capture();
     CHECK(bytes.size() == 9 * packetSize);

@@ -1,4 +1,4 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/GregorianCalendar.h>
 
@@ -6,16 +6,12 @@
 #include "Zones.h"
 
 #include <climits>
-#include <vector>
-
-using tarn::Calendar;
-using tarn::GregorianCalendar;
 
 TEST_PRIVATE(NextStamp, int GregorianCalendar::*, &GregorianCalendar::nextStamp_);
 
 namespace {
 struct Open : GregorianCalendar {
-    explicit Open(const tarn::TimeZone& zone = tarn::TimeZone()) : GregorianCalendar(zone) {}
+    explicit Open(const TimeZone& zone = TimeZone()) : GregorianCalendar(zone) {}
     using GregorianCalendar::areAllFieldsSet_;
     using GregorianCalendar::areFieldsSet_;
     using GregorianCalendar::internalGet;
@@ -43,7 +39,7 @@ struct Counted : GregorianCalendar {
 };
 } // namespace
 
-TEST_CASE("Calendar: the generic roll takes single steps and the actual minimum is searched in a copy", "[calendar]")
+TEST_CASE("Calendar: the generic roll takes single steps and the actual minimum is searched in a copy")
 {
     Counted calendar;
     calendar.Calendar::roll(Calendar::FieldMonth, 5);
@@ -54,7 +50,7 @@ TEST_CASE("Calendar: the generic roll takes single steps and the actual minimum 
     CHECK(zones::text(calendar) == "2000-01-15 AD 00:00:00.000");
 }
 
-TEST_CASE("GregorianCalendar: nothing but the searches copies the calendar", "[calendar]")
+TEST_CASE("GregorianCalendar: nothing but the searches copies the calendar")
 {
     Counted calendar;
     for (unsigned field = 0; field < Calendar::FieldCount; ++field) {
@@ -68,7 +64,7 @@ TEST_CASE("GregorianCalendar: nothing but the searches copies the calendar", "[c
     CHECK(calendar.clones == 1);
 }
 
-TEST_CASE("Calendar: instant and fields are synchronised when asked for", "[calendar]")
+TEST_CASE("Calendar: instant and fields are synchronised when asked for")
 {
     Open calendar;
     calendar.setTime(0);
@@ -107,9 +103,9 @@ TEST_CASE("Calendar: instant and fields are synchronised when asked for", "[cale
     }
 }
 
-TEST_CASE("GregorianCalendar: the order in which fields were set never runs out", "[calendar]")
+TEST_CASE("GregorianCalendar: the order in which fields were set never runs out")
 {
-    GregorianCalendar calendar((tarn::TimeZone()));
+    GregorianCalendar calendar((TimeZone()));
     calendar.Clear();
     calendar.*memberOf(NextStamp()) = INT_MAX - 2;
     calendar.set(2000, GregorianCalendar::March, 1);
@@ -117,7 +113,7 @@ TEST_CASE("GregorianCalendar: the order in which fields were set never runs out"
     CHECK(zones::text(calendar) == "2000-02-01 AD 00:00:00.000");
 }
 
-TEST_CASE("GregorianCalendar: limits are those of the tables", "[calendar]")
+TEST_CASE("GregorianCalendar: limits are those of the tables")
 {
     GregorianCalendar calendar;
     const int minimum[] = {0, 1, 0, 1, 0, 1, 1, 1, -1, 0, 0, 0, 0, 0, 0, -43200000, 0};
@@ -132,7 +128,7 @@ TEST_CASE("GregorianCalendar: limits are those of the tables", "[calendar]")
     }
 }
 
-TEST_CASE("GregorianCalendar: lengths of months and years, and days counted from 4713 BC", "[calendar]")
+TEST_CASE("GregorianCalendar: lengths of months and years, and days counted from 4713 BC")
 {
     auto calendar = zones::on(4, 1, 29);
     calendar.set(Calendar::FieldEra, GregorianCalendar::BC);

@@ -1,4 +1,4 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/GregorianCalendar.h>
 
@@ -7,8 +7,6 @@
 #include <climits>
 #include <random>
 
-using tarn::Calendar;
-using tarn::GregorianCalendar;
 using zones::on;
 using zones::text;
 using zones::withWeeks;
@@ -27,7 +25,7 @@ std::string rolled(GregorianCalendar calendar, unsigned field, int amount)
 }
 } // namespace
 
-TEST_CASE("GregorianCalendar: add moves years and months and clamps the day", "[calendar][add]")
+TEST_CASE("GregorianCalendar: add moves years and months and clamps the day")
 {
     CHECK(added(on(2001, 0, 31), Calendar::FieldMonth, 1) == "2001-02-28 AD 00:00:00.000");
     CHECK(added(on(2000, 1, 29), Calendar::FieldYear, 1) == "2001-02-28 AD 00:00:00.000");
@@ -42,7 +40,7 @@ TEST_CASE("GregorianCalendar: add moves years and months and clamps the day", "[
     CHECK(added(bc, Calendar::FieldMonth, 1) == "3-01-01 BC 00:00:00.000"); // Later months, greater numbers.
 }
 
-TEST_CASE("GregorianCalendar: add reads the era as a derived class gives it", "[calendar][add]")
+TEST_CASE("GregorianCalendar: add reads the era as a derived class gives it")
 {
     struct ManyEras : GregorianCalendar {
         ManyEras() : GregorianCalendar(on(5, 0, 31)) {}
@@ -57,7 +55,7 @@ TEST_CASE("GregorianCalendar: add reads the era as a derived class gives it", "[
     CHECK(calendar.getTime() == time);
 }
 
-TEST_CASE("GregorianCalendar: add moves the other fields by fixed lengths", "[calendar][add]")
+TEST_CASE("GregorianCalendar: add moves the other fields by fixed lengths")
 {
     const auto start = on(2000, 1, 28, 23, 30);
     CHECK(added(start, Calendar::FieldWeekOfYear, 1) == "2000-03-06 AD 23:30:00.000");
@@ -71,7 +69,7 @@ TEST_CASE("GregorianCalendar: add moves the other fields by fixed lengths", "[ca
     CHECK(added(on(1582, 9, 4), Calendar::FieldDayOfMonth, 1) == "1582-10-15 AD 00:00:00.000");
 }
 
-TEST_CASE("GregorianCalendar: add keeps the clock for half days and longer", "[calendar][add]")
+TEST_CASE("GregorianCalendar: add keeps the clock for half days and longer")
 {
     const auto before = on(2000, 2, 25, 12, 0, zones::north());
     CHECK(added(before, Calendar::FieldDayOfMonth, 1) == "2000-03-26 AD 12:00:00.000");
@@ -82,7 +80,7 @@ TEST_CASE("GregorianCalendar: add keeps the clock for half days and longer", "[c
     CHECK(added(on(2000, 9, 28, 12, 0, zones::south()), Calendar::FieldDayOfYear, 1) == "2000-10-29 AD 12:00:00.000");
 }
 
-TEST_CASE("GregorianCalendar: adding nothing computes nothing", "[calendar][add]")
+TEST_CASE("GregorianCalendar: adding nothing computes nothing")
 {
     auto calendar = on(2000, 0, 1);
     calendar.set(Calendar::FieldDayOfMonth, 32);
@@ -92,7 +90,7 @@ TEST_CASE("GregorianCalendar: adding nothing computes nothing", "[calendar][add]
     CHECK(text(calendar) == "2000-03-03 AD 00:00:00.000");
 }
 
-TEST_CASE("GregorianCalendar: the greatest values at a date", "[calendar]")
+TEST_CASE("GregorianCalendar: the greatest values at a date")
 {
     CHECK(on(2000, 1, 1).getActualMaximum(Calendar::FieldDayOfMonth) == 29);
     CHECK(on(1900, 1, 1).getActualMaximum(Calendar::FieldDayOfMonth) == 28);
@@ -116,7 +114,7 @@ TEST_CASE("GregorianCalendar: the greatest values at a date", "[calendar]")
     }
 }
 
-TEST_CASE("GregorianCalendar: roll wraps within the actual range", "[calendar][roll]")
+TEST_CASE("GregorianCalendar: roll wraps within the actual range")
 {
     CHECK(rolled(on(2000, 0, 31), Calendar::FieldMonth, 13) == "2000-02-29 AD 00:00");
     CHECK(rolled(on(2000, 0, 31), Calendar::FieldMonth, -1) == "2000-12-31 AD 00:00");
@@ -138,7 +136,7 @@ TEST_CASE("GregorianCalendar: roll wraps within the actual range", "[calendar][r
     CHECK(text(calendar) == "2000-01-30 AD 00:00:00.000");
 }
 
-TEST_CASE("GregorianCalendar: rolling weeks stays in the month or year", "[calendar][roll]")
+TEST_CASE("GregorianCalendar: rolling weeks stays in the month or year")
 {
     // June 1999 from Tuesday to Wednesday: rows of 5, 7, 7, 7 and 4 days from Sunday on.
     CHECK(rolled(withWeeks(on(1999, 5, 6), 1, 1), Calendar::FieldWeekOfMonth, -1) == "1999-06-01 AD 00:00");
@@ -154,7 +152,7 @@ TEST_CASE("GregorianCalendar: rolling weeks stays in the month or year", "[calen
     CHECK(rolled(withWeeks(on(2000, 4, 31), 2, 4), Calendar::FieldDayOfWeek, 1) == "2000-05-25 AD 00:00");
 }
 
-TEST_CASE("GregorianCalendar: rolling steps over the days that the cutover took", "[calendar][roll]")
+TEST_CASE("GregorianCalendar: rolling steps over the days that the cutover took")
 {
     CHECK(rolled(on(1582, 9, 4), Calendar::FieldDayOfMonth, 1) == "1582-10-15 AD 00:00");
     CHECK(rolled(on(1582, 9, 31), Calendar::FieldDayOfMonth, 1) == "1582-10-01 AD 00:00");
@@ -164,9 +162,9 @@ TEST_CASE("GregorianCalendar: rolling steps over the days that the cutover took"
     CHECK(rolled(on(1582, 9, 28), Calendar::FieldDayOfWeekInMonth, 1) == "1582-10-04 AD 00:00");
 }
 
-TEST_CASE("GregorianCalendar: rolling stays in a year that a cutover cut to less than a week", "[calendar][roll]")
+TEST_CASE("GregorianCalendar: rolling stays in a year that a cutover cut to less than a week")
 {
-    GregorianCalendar calendar((tarn::TimeZone()));
+    GregorianCalendar calendar((TimeZone()));
     calendar.setGregorianChange(-719163 * 86400000LL); // The Julian year 1 is left with its first day.
     for (int weeks = 0; weeks < 49; ++weeks) {
         calendar.setFirstDayOfWeek(1 + weeks / 7);
@@ -177,7 +175,7 @@ TEST_CASE("GregorianCalendar: rolling stays in a year that a cutover cut to less
     }
 }
 
-TEST_CASE("GregorianCalendar: what reads as the epoch at the ends of time rolls like the epoch", "[calendar][roll]")
+TEST_CASE("GregorianCalendar: what reads as the epoch at the ends of time rolls like the epoch")
 {
     const auto zone = GENERATE(zones::withOffset(zones::hour), zones::withOffset(-zones::hour));
     const auto end = zones::at(zone.GetStandardOffset() > 0 ? INT64_MAX - 5 : INT64_MIN + 5, zone);
@@ -188,7 +186,7 @@ TEST_CASE("GregorianCalendar: what reads as the epoch at the ends of time rolls 
     }
 }
 
-TEST_CASE("GregorianCalendar: rolling across daylight time keeps the clock, where it exists", "[calendar][roll]")
+TEST_CASE("GregorianCalendar: rolling across daylight time keeps the clock, where it exists")
 {
     CHECK(rolled(on(2000, 2, 1, 12, 0, zones::north()), Calendar::FieldDayOfMonth, -1) == "2000-03-31 AD 12:00");
     CHECK(rolled(on(2000, 2, 26, 23, 30, zones::north()), Calendar::FieldHourOfDay, 1) == "2000-03-26 AD 00:30");
@@ -198,7 +196,7 @@ TEST_CASE("GregorianCalendar: rolling across daylight time keeps the clock, wher
     CHECK(rolled(on(2000, 3, 2, 0, 30, midnight), Calendar::FieldDayOfMonth, -1) == "2000-04-01 AD 01:30");
 }
 
-TEST_CASE("GregorianCalendar: rolling an offset reads the clock in the new one", "[calendar][roll]")
+TEST_CASE("GregorianCalendar: rolling an offset reads the clock in the new one")
 {
     auto calendar = on(2000, 0, 1);
     const std::int64_t time = calendar.getTime();
@@ -209,7 +207,7 @@ TEST_CASE("GregorianCalendar: rolling an offset reads the clock in the new one",
     CHECK(calendar.getTime() == time - zones::hour);
 }
 
-TEST_CASE("GregorianCalendar: rolling days wraps in their month, year or week at any date", "[calendar][roll]")
+TEST_CASE("GregorianCalendar: rolling days wraps in their month, year or week at any date")
 {
     const auto zone = GENERATE(from_range(zones::all()));
     std::mt19937_64 random(7);

@@ -1,14 +1,12 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/GregorianCalendar.h>
 
 #include "Zones.h"
 
-using tarn::GregorianCalendar;
-
 namespace {
 struct Open : GregorianCalendar {
-    explicit Open(const tarn::TimeZone& zone = tarn::TimeZone()) : GregorianCalendar(zone) {}
+    explicit Open(const TimeZone& zone = TimeZone()) : GregorianCalendar(zone) {}
     using GregorianCalendar::floorDivide;
     using GregorianCalendar::isGregorian;
     using GregorianCalendar::isLeapYear;
@@ -16,7 +14,7 @@ struct Open : GregorianCalendar {
 };
 } // namespace
 
-TEST_CASE("GregorianCalendarBase: divisions round down", "[calendar]")
+TEST_CASE("GregorianCalendarBase: divisions round down")
 {
     int remainder = 0;
     CHECK(Open::floorDivide(std::int64_t(-1), 86400000, remainder) == -1);
@@ -29,7 +27,7 @@ TEST_CASE("GregorianCalendarBase: divisions round down", "[calendar]")
     CHECK(Open::floorDivide(std::int64_t(INT64_MIN), std::int64_t(86400000)) == -106751991168);
 }
 
-TEST_CASE("GregorianCalendarBase: the cutover decides the leap years before it", "[calendar]")
+TEST_CASE("GregorianCalendarBase: the cutover decides the leap years before it")
 {
     Open calendar;
     for (const int leap : {-4, 0, 4, 1500, 1600, 2000})

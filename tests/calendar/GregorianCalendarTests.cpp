@@ -1,17 +1,12 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/GregorianCalendar.h>
 
 #include "Zones.h"
 
 #include <climits>
-#include <utility>
-#include <vector>
 
-using tarn::Calendar;
-using tarn::GregorianCalendar;
-
-TEST_CASE("GregorianCalendar: instants at the boundaries have their fields", "[calendar]")
+TEST_CASE("GregorianCalendar: instants at the boundaries have their fields")
 {
     const auto& [time, text, dayOfWeek, dayOfYear] = GENERATE(table<std::int64_t, const char*, int, int>({
         {0, "1970-01-01 AD 00:00:00.000", 5, 1},
@@ -35,10 +30,10 @@ TEST_CASE("GregorianCalendar: instants at the boundaries have their fields", "[c
           calendar.get(Calendar::FieldHourOfDay));
 }
 
-TEST_CASE("GregorianCalendar: every day of 2,500 years has its date, counted on from 400 BC", "[calendar]")
+TEST_CASE("GregorianCalendar: every day of 2,500 years has its date, counted on from 400 BC")
 {
     int year = -399, month = 0, date = 1, dayOfYear = 1; // Astronomical: the year 0 is 1 BC.
-    GregorianCalendar calendar((tarn::TimeZone()));
+    GregorianCalendar calendar((TimeZone()));
     for (std::int64_t day = -865264; year < 2100; ++day) {
         calendar.setTime(day * 86400000);
         const int era = calendar.get(Calendar::FieldEra), shown = calendar.get(Calendar::FieldYear);
@@ -64,7 +59,7 @@ TEST_CASE("GregorianCalendar: every day of 2,500 years has its date, counted on 
     }
 }
 
-TEST_CASE("GregorianCalendar: known weeks and the years that they belong to", "[calendar]")
+TEST_CASE("GregorianCalendar: known weeks and the years that they belong to")
 {
     struct Row {
         int year, month, day, firstDay, minimalDays, weekOfYear, weekOfMonth, weekdayInMonth, isoYear;
@@ -94,13 +89,13 @@ TEST_CASE("GregorianCalendar: known weeks and the years that they belong to", "[
     CHECK(calendar.getISOYear() == row.isoYear);
 }
 
-TEST_CASE("GregorianCalendar: a sum beyond the ends of time is the epoch", "[calendar]")
+TEST_CASE("GregorianCalendar: a sum beyond the ends of time is the epoch")
 {
     CHECK(zones::text(zones::at(INT64_MAX - 1, zones::withOffset(zones::hour))) == "1970-01-01 AD 00:00:00.000");
     CHECK(zones::text(zones::at(INT64_MIN, zones::withOffset(-1))) == "1970-01-01 AD 00:00:00.000");
 }
 
-TEST_CASE("GregorianCalendar: daylight time moves the clock and may move the day", "[calendar]")
+TEST_CASE("GregorianCalendar: daylight time moves the clock and may move the day")
 {
     auto calendar = zones::at(962402400000, zones::north()); // 2000-06-30 22:00 UTC
     CHECK(zones::text(calendar) == "2000-07-01 AD 00:00:00.000");
@@ -117,7 +112,7 @@ TEST_CASE("GregorianCalendar: daylight time moves the clock and may move the day
     CHECK(zones::at(962406000000 - 1, zone).get(Calendar::FieldHourOfDay) == 596);
 }
 
-TEST_CASE("GregorianCalendar: a derived class sees every field that is computed", "[calendar]")
+TEST_CASE("GregorianCalendar: a derived class sees every field that is computed")
 {
     struct Watched : GregorianCalendar {
         Watched() : GregorianCalendar(zones::north()) {}
@@ -143,7 +138,7 @@ TEST_CASE("GregorianCalendar: a derived class sees every field that is computed"
     }
 }
 
-TEST_CASE("GregorianCalendar: the fields set last decide", "[calendar]")
+TEST_CASE("GregorianCalendar: the fields set last decide")
 {
     using C = Calendar;
     using Settings = std::vector<std::pair<unsigned, int>>;
@@ -177,9 +172,9 @@ TEST_CASE("GregorianCalendar: the fields set last decide", "[calendar]")
     CHECK_THAT(zones::text(calendar), Catch::StartsWith(expected));
 }
 
-TEST_CASE("GregorianCalendar: numbers of any size give some instant, and Clear the epoch", "[calendar]")
+TEST_CASE("GregorianCalendar: numbers of any size give some instant, and Clear the epoch")
 {
-    GregorianCalendar calendar((tarn::TimeZone()));
+    GregorianCalendar calendar((TimeZone()));
     for (unsigned field = 0; field < Calendar::FieldCount; ++field)
         for (const int value : {INT_MIN, INT_MAX}) {
             calendar.set(Calendar::FieldDayOfWeek, value);

@@ -98,23 +98,10 @@ public:
             break;
         }
         default: {
-            const std::int64_t units[C::FieldCount] = {0,
-                                                       0,
-                                                       0,
-                                                       7 * millisPerDay,
-                                                       7 * millisPerDay,
-                                                       millisPerDay,
-                                                       millisPerDay,
-                                                       millisPerDay,
-                                                       7 * millisPerDay,
-                                                       millisPerDay / 2,
-                                                       3600000,
-                                                       3600000,
-                                                       60000,
-                                                       1000,
-                                                       1,
-                                                       1,
-                                                       1};
+            constexpr std::int64_t day = millisPerDay,
+                                   units[C::FieldCount] = {0,     0,    0,       7 * day, 7 * day, day,
+                                                           day,   day,  7 * day, day / 2, 3600000, 3600000,
+                                                           60000, 1000, 1,       1,       1};
             const bool keepsClock = units[field] >= millisPerDay / 2 || field >= C::FieldZoneOffset;
             const int before = fields_[C::FieldDstOffset];
             setTime(time_ + amount * units[field]);

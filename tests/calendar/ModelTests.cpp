@@ -1,13 +1,9 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include "Model.h"
 #include "Zones.h"
 
-#include <memory>
 #include <random>
-
-using tarn::Calendar;
-using tarn::GregorianCalendar;
 
 namespace {
 /// Goes the ways that are open to every derived class, and shows what is stored.
@@ -26,7 +22,8 @@ public:
     {
         ++step_;
         const auto field = static_cast<unsigned>(below(Calendar::FieldCount));
-        switch (below(32)) {
+        const int kind = below(32);
+        switch (kind) {
         case 0:
             return each([&, zone = zones_[static_cast<std::size_t>(below(static_cast<int>(zones_.size())))]](
                             auto& calendar) { calendar.SetTimeZone(zone); });
@@ -54,31 +51,18 @@ public:
             return agree("ISO year", [](auto& calendar) { return calendar.getISOYear(); });
         case 10:
             return compareStored();
-        case 11:
-        case 12:
-            return each([field, amount = below(400) - 200](auto& calendar) { calendar.add(field, amount); });
-        case 13:
-        case 14:
-        case 15:
-        case 16:
-            return each([field, value = someValue(field)](auto& calendar) { calendar.set(field, value); });
-        case 17:
-        case 18:
-        case 19:
-        case 20:
-        case 21:
-            return setDate();
-        case 22:
-        case 23:
-        case 24:
-            return each([time = someTime()](auto& calendar) { calendar.setTime(time); });
-        case 25:
-        case 26:
-        case 27:
-            return agree("instant", [](auto& calendar) { return std::int64_t(calendar.getTime()); });
-        default:
-            return agree("field", [field](auto& calendar) { return calendar.get(field); });
         }
+        if (kind < 13)
+            return each([field, amount = below(400) - 200](auto& calendar) { calendar.add(field, amount); });
+        if (kind < 17)
+            return each([field, value = someValue(field)](auto& calendar) { calendar.set(field, value); });
+        if (kind < 22)
+            return setDate();
+        if (kind < 25)
+            return each([time = someTime()](auto& calendar) { calendar.setTime(time); });
+        if (kind < 28)
+            return agree("instant", [](auto& calendar) { return std::int64_t(calendar.getTime()); });
+        agree("field", [field](auto& calendar) { return calendar.get(field); });
     }
 
 private:
@@ -181,11 +165,11 @@ private:
 
     std::mt19937_64 random_;
     int step_ = 0;
-    const std::vector<tarn::TimeZone> zones_ = zones::all();
-    GregorianCalendar limits_{tarn::TimeZone()};
-    GregorianCalendar calendar_{tarn::TimeZone()};
-    Derived derived_{tarn::TimeZone()};
-    Model model_{tarn::TimeZone()};
+    const std::vector<TimeZone> zones_ = zones::all();
+    GregorianCalendar limits_{TimeZone()};
+    GregorianCalendar calendar_{TimeZone()};
+    Derived derived_{TimeZone()};
+    Model model_{TimeZone()};
 };
 
 void run(unsigned firstSeed, int calendars, int steps)
@@ -200,10 +184,7 @@ void run(unsigned firstSeed, int calendars, int steps)
 }
 } // namespace
 
-TEST_CASE("GregorianCalendar: does what its model does, whatever happens to it", "[calendar][model]")
-{
-    run(1, 200, 2000);
-}
+TEST_CASE("GregorianCalendar: does what its model does, whatever happens to it") { run(1, 200, 2000); }
 
 // By hand, some minutes: test_calendar.exe "[model-long]"
 TEST_CASE("GregorianCalendar: does what its model does, 50 million times", "[.][model-long]")

@@ -1,4 +1,4 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include "../com/Persistent.h"
 #include "Apartment.h"
@@ -13,7 +13,6 @@
 // This program against one of the other edition. Where that was not built along, it is one of this edition.
 
 namespace {
-using tarn::RegistryKey;
 
 std::string program(const std::string& name, const std::string& arguments)
 {
@@ -22,8 +21,8 @@ std::string program(const std::string& name, const std::string& arguments)
 
 unsigned long run(const std::string& commandLine)
 {
-    const tarn::Process process(commandLine.c_str(), 0);
-    REQUIRE(process.wait(30000) == tarn::WindowsHandle::signaled);
+    const Process process(commandLine.c_str(), 0);
+    REQUIRE(process.wait(30000) == WindowsHandle::signaled);
     return process.getExitCode();
 }
 
@@ -35,24 +34,24 @@ unsigned long registeredIn(HKEY root, unsigned long view)
 }
 } // namespace
 
-TEST_CASE("Editions: what one writes to streams and archives the other reads", "[editions]")
+TEST_CASE("Editions: what one writes to streams and archives the other reads")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     const std::string ours = folder.file("ours"), theirs = folder.file("theirs");
-    support::writeSample(ours.c_str());
+    writeSample(ours.c_str());
     CHECK(run(program("editions_peer", "read " + ours)) == 0);
     CHECK(run(program("editions_peer", "write " + theirs)) == 0);
-    CHECK(support::isSample(theirs.c_str()));
+    CHECK(isSample(theirs.c_str()));
     CHECK(folder.read("ours").size() == folder.read("theirs").size());
 }
 
-TEST_CASE("Editions: a process of the other talks through pipes", "[editions]")
+TEST_CASE("Editions: a process of the other talks through pipes")
 {
     SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
-    tarn::Pipe input(0, &inheritable), output(0, &inheritable);
+    Pipe input(0, &inheritable), output(0, &inheritable);
     input.keepWriteEnd();
     output.keepReadEnd();
-    tarn::Process process;
+    Process process;
     process.create(program("editions_peer", "double").c_str(), input.getReadEnd(), output.getWriteEnd(),
                    GetStdHandle(STD_ERROR_HANDLE), 0);
     output.getWriteEnd().close();
@@ -66,7 +65,7 @@ TEST_CASE("Editions: a process of the other talks through pipes", "[editions]")
     CHECK(text == L"widewide");
 }
 
-TEST_CASE("Editions: the machine's software has a view for each, the user's is one", "[editions]")
+TEST_CASE("Editions: the machine's software has a view for each, the user's is one")
 {
     REQUIRE(run(program("editions_peer", std::string("register ") + subkey)) == 0);
     const unsigned long view = OTHER_BITS == 32 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
@@ -77,17 +76,17 @@ TEST_CASE("Editions: the machine's software has a view for each, the user's is o
     CHECK(RegDeleteKeyExA(HKEY_LOCAL_MACHINE, subkey, view, 0) == ERROR_SUCCESS);
 }
 
-TEST_CASE("Editions: a local COM server of the other serves", "[editions]")
+TEST_CASE("Editions: a local COM server of the other serves")
 {
-    const support::Apartment com;
-    const tarn::WindowsHandle ended(CreateEventW(nullptr, TRUE, FALSE, support::serverEndedEvent));
+    const Apartment com;
+    const WindowsHandle ended(CreateEventW(nullptr, TRUE, FALSE, serverEndedEvent));
     REQUIRE(run(program("com_test_local", "-register")) == 0);
     {
-        const auto object = tarn::COMInterfacePointer<IPersist>::create(support::CLSID_Persistent, CLSCTX_LOCAL_SERVER);
+        const auto object = COMInterfacePointer<IPersist>::create(CLSID_Persistent, CLSCTX_LOCAL_SERVER);
         CLSID clsid = {};
         CHECK(object->GetClassID(&clsid) == S_OK);
-        CHECK(clsid == support::CLSID_Persistent);
+        CHECK(clsid == CLSID_Persistent);
     }
-    CHECK(ended.wait(20000) == tarn::WindowsHandle::signaled);
+    CHECK(ended.wait(20000) == WindowsHandle::signaled);
     CHECK(run(program("com_test_local", "-unregister")) == 0);
 }

@@ -1,8 +1,4 @@
-#include <catch2/catch.hpp>
-
-#include "DebuggerOutput.h"
-
-#include <tarn/Windows.h>
+#include "Test.h"
 
 #include <future>
 #include <thread>
@@ -80,7 +76,7 @@ private:
 };
 } // namespace
 
-TEST_CASE("Entry point: loading covers the loading thread and later ones, unloading ends it", "[entry]")
+TEST_CASE("Entry point: loading covers the loading thread and later ones, unloading ends it")
 {
     REQUIRE_FALSE(GetModuleHandleA(library));
     WaitingThread before;
@@ -100,9 +96,9 @@ TEST_CASE("Entry point: loading covers the loading thread and later ones, unload
     CHECK(attached.tell() == "untouched");
 }
 
-TEST_CASE("Entry point: every call sends one line to the debugger", "[entry]")
+TEST_CASE("Entry point: every call sends one line to the debugger")
 {
-    const support::DebuggerOutput output;
+    const DebuggerOutput output;
     const HMODULE module = LoadLibraryA(library);
     CHECK(output.calls() == Calls(1, "Tarn++ DllMain"));
     std::thread([] {}).join();
@@ -111,7 +107,7 @@ TEST_CASE("Entry point: every call sends one line to the debugger", "[entry]")
     CHECK(output.calls() == Calls(4, "Tarn++ DllMain"));
 }
 
-TEST_CASE("Entry point: loading and unloading many times leaves nothing behind", "[entry]")
+TEST_CASE("Entry point: loading and unloading many times leaves nothing behind")
 {
     const auto lowestFreeIndex = [] {
         const DWORD index = TlsAlloc();

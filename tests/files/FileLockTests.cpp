@@ -1,4 +1,4 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/FileLock.h>
 #include <tarn/FileSystem.h>
@@ -6,20 +6,15 @@
 
 #include <future>
 
-#include "Expect.h"
 #include "ScratchFolder.h"
-#include "Wine.h"
 
-using namespace tarn;
-using support::expectWindowsError;
-
-TEST_CASE("FileLock: shared ones share, an exclusive one is alone, and parts are apart", "[files][lock]")
+TEST_CASE("FileLock: shared ones share, an exclusive one is alone, and parts are apart")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     folder.write("file", std::string(100, 'x'));
     const auto opened = [&] {
-        return WindowsFile(folder.file(L"file").c_str(), GENERIC_READ | GENERIC_WRITE,
-                           FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
+        return WindowsFile(folder.file(L"file"), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                           nullptr, OPEN_EXISTING, 0, nullptr);
     };
     WindowsFile one = opened(), other = opened();
     FileLock lock(one, FileLock::shared);
@@ -33,10 +28,12 @@ TEST_CASE("FileLock: shared ones share, an exclusive one is alone, and parts are
     auto part = FileLock::tryLock(one, FileLock::exclusive, 10, 5);
     CHECK_FALSE(FileLock::tryLock(other, FileLock::shared, 14, 1));
     CHECK(FileLock::tryLock(other, FileLock::exclusive, 15));
+    const auto beyond = FileLock::tryLock(other, FileLock::exclusive, (1ull << 32) + 10, 5);
+    CHECK((beyond && !FileLock::tryLock(one, FileLock::shared, (1ull << 32) + 14, 1)));
     char byte;
     CHECK(other.read(&byte, 1) == 1);
     other.seek(12, Seekable::begin);
-    if (support::isWine())
+    if (isWine())
         WARN("Wine's locks keep nobody from reading who does not ask");
     else
         CHECK_THROWS_AS(other.read(&byte, 1), WindowsError);
@@ -50,7 +47,7 @@ TEST_CASE("FileLock: shared ones share, an exclusive one is alone, and parts are
     expectWindowsError([&] { FileLock::tryLock(one, FileLock::shared); }, ERROR_INVALID_HANDLE, "Can't lock file");
 }
 
-TEST_CASE("KnownFolder: each is a folder, and an unknown one is an error", "[files][knownfolder]")
+TEST_CASE("KnownFolder: each is a folder, and an unknown one is an error")
 {
     for (int folder = 0; folder <= static_cast<int>(KnownFolder::system); ++folder) {
         const BasicString<wchar_t> path = getKnownFolder(static_cast<KnownFolder>(folder));

@@ -1,19 +1,12 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/FileSystem.h>
 #include <tarn/FolderWatch.h>
 #include <tarn/WindowsHandle.h>
 
 #include <set>
-#include <string>
-#include <vector>
 
-#include "Expect.h"
-#include "Handles.h"
 #include "ScratchFolder.h"
-#include "Wine.h"
-
-using namespace tarn;
 
 namespace {
 /// What happens until a change of this name is seen.
@@ -38,35 +31,35 @@ bool contains(const std::vector<FolderChange>& changes, FolderChange::kind what,
 }
 } // namespace
 
-TEST_CASE("FolderWatch: what is made, changed, renamed and removed is told by name", "[files][watch]")
+TEST_CASE("FolderWatch: what is made, changed, renamed and removed is told by name")
 {
-    const support::ScratchFolder folder;
-    FileSystem::createFolder(folder.file(L"in").c_str());
+    const ScratchFolder folder;
+    FileSystem::createFolder(folder.file(L"in"));
     FolderWatch watch(folder.path().c_str());
     CHECK(watch.getChanges(0).empty());
     folder.write("file", "x");
-    FileSystem::move(folder.file(L"file").c_str(), folder.file(L"\x0416").c_str());
+    FileSystem::move(folder.file(L"file"), folder.file(L"\x0416"));
     folder.write("in\\inside", "y");
-    FileSystem::remove(folder.file(L"\x0416").c_str());
+    FileSystem::remove(folder.file(L"\x0416"));
     CHECK(WindowsHandle::waitForAny({watch.getEvent()}, 20'000).first == WindowsHandle::signaled);
-    FileSystem::createFolder(folder.file(L"end").c_str());
+    FileSystem::createFolder(folder.file(L"end"));
     const auto changes = changesUntil(watch, L"end");
     CHECK(contains(changes, FolderChange::added, L"file"));
     CHECK(contains(changes, FolderChange::modified, L"file"));
     CHECK(contains(changes, FolderChange::renamed, L"\x0416", L"file"));
     if (!contains(changes, FolderChange::added, L"in\\inside")) {
         WARN("Nothing is told of the folders inside, as under Wine");
-        CHECK(support::isWine());
+        CHECK(isWine());
     }
     CHECK(contains(changes, FolderChange::removed, L"\x0416"));
 }
 
-TEST_CASE("FolderWatch: without the folders inside, moved, and ended without a trace", "[files][watch]")
+TEST_CASE("FolderWatch: without the folders inside, moved, and ended without a trace")
 {
-    const support::ScratchFolder folder;
-    FileSystem::createFolder(folder.file(L"in").c_str());
+    const ScratchFolder folder;
+    FileSystem::createFolder(folder.file(L"in"));
     FolderWatch(folder.path().c_str()).getChanges(0);
-    const unsigned long handles = support::openHandles();
+    const unsigned long handles = openHandles();
     {
         FolderWatch first(folder.path().c_str(), false), watch(std::move(first));
         folder.write("in\\inside", "y");
@@ -74,14 +67,14 @@ TEST_CASE("FolderWatch: without the folders inside, moved, and ended without a t
         for (const FolderChange& change : changesUntil(watch, L"end"))
             CHECK(change.name != L"in\\inside");
     }
-    CHECK(support::openHandles() == handles);
-    support::expectWindowsError([&] { FolderWatch(folder.file(L"none").c_str()); }, ERROR_FILE_NOT_FOUND,
-                                "Can't watch folder \"" + folder.file("none") + "\"");
+    CHECK(openHandles() == handles);
+    expectWindowsError([&] { FolderWatch(folder.file(L"none")); }, ERROR_FILE_NOT_FOUND,
+                       "Can't watch folder \"" + folder.file("none") + "\"");
 }
 
-TEST_CASE("FolderWatch: of 10,000 changes none is missed, or the loss is told", "[files][watch][stress]")
+TEST_CASE("FolderWatch: of 10,000 changes none is missed, or the loss is told", "[stress]")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     FolderWatch watch(folder.path().c_str());
     std::set<std::wstring> seen;
     bool lost = false;
@@ -93,11 +86,10 @@ TEST_CASE("FolderWatch: of 10,000 changes none is missed, or the loss is told", 
         }
     };
     for (int i = 0; i < 10'000; ++i) {
-        const std::wstring name = folder.file(std::to_wstring(i));
-        CloseHandle(
-            CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+        const auto name = folder.file(std::to_wstring(i));
+        CloseHandle(CreateFileW(name, GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_FLAG_DELETE_ON_CLOSE, nullptr));
     }
-    FileSystem::createFolder(folder.file(L"end").c_str());
+    FileSystem::createFolder(folder.file(L"end"));
     while (!seen.contains(L"end") && !lost) {
         const auto changes = watch.getChanges(20'000);
         REQUIRE_FALSE(changes.empty());
@@ -105,7 +97,7 @@ TEST_CASE("FolderWatch: of 10,000 changes none is missed, or the loss is told", 
     }
     CHECK((lost || seen.size() == 10'001));
     note(watch.getChanges(0));
-    FileSystem::createFolder(folder.file(L"again").c_str()); // It goes on.
+    FileSystem::createFolder(folder.file(L"again")); // It goes on.
     while (!seen.contains(L"again"))
         note(watch.getChanges(20'000));
 }

@@ -1,11 +1,8 @@
-#include "Expect.h"
+#include "Test.h"
 
 #include <tarn/LocalMemory.h>
 
-using support::expectWindowsError;
-using tarn::LocalMemory;
-
-TEST_CASE("LocalMemory: movable memory is unlocked as often as it was locked, fixed memory never", "[files][memory]")
+TEST_CASE("LocalMemory: movable memory is unlocked as often as it was locked, fixed memory never")
 {
     const HLOCAL block = LocalAlloc(LMEM_MOVEABLE, 16), fixedBlock = LocalAlloc(LMEM_FIXED, 16);
     {
@@ -24,7 +21,7 @@ TEST_CASE("LocalMemory: movable memory is unlocked as often as it was locked, fi
     CHECK(LocalFlags(block) == LMEM_INVALID_HANDLE);
 }
 
-TEST_CASE("LocalMemory: a block that came here locked stays movable, and freed it is fixed", "[files][memory]")
+TEST_CASE("LocalMemory: a block that came here locked stays movable, and freed it is fixed")
 {
     const HLOCAL block = LocalAlloc(LMEM_MOVEABLE, 16);
     void* const address = LocalLock(block);
@@ -39,12 +36,17 @@ TEST_CASE("LocalMemory: a block that came here locked stays movable, and freed i
         CHECK(memory.getFlags().lockCount() == 2);
     }
     CHECK(memory.getFlags().lockCount() == 1);
+    LocalMemory moved;
+    moved = std::move(memory);
+    CHECK((moved.isMovable() && memory.isFixed() && memory.lock() == nullptr));
+    memory = LocalMemory(std::move(moved));
+    CHECK(memory.getFlags().lockCount() == 1);
     memory.free();
     CHECK(memory.isFixed());
     CHECK(memory.lock() == nullptr);
 }
 
-TEST_CASE("LocalMemory: each failing call has its text", "[files][memory]")
+TEST_CASE("LocalMemory: each failing call has its text")
 {
     LocalMemory unlocked(LocalAlloc(LMEM_MOVEABLE, 16), true);
     expectWindowsError([&] { unlocked.unlock(); }, "Can't unlock local memory handle");

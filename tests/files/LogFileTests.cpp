@@ -1,24 +1,15 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/CommandLine.h>
-#include <tarn/Exception.h>
 #include <tarn/FileLock.h>
 #include <tarn/FileSystem.h>
 #include <tarn/LogFile.h>
 #include <tarn/RunProcess.h>
 
-#include <algorithm>
 #include <regex>
-#include <stdexcept>
-#include <string>
 #include <thread>
-#include <vector>
 
-#include "DebuggerOutput.h"
 #include "ScratchFolder.h"
-#include "Wine.h"
-
-using namespace tarn;
 
 namespace {
 std::vector<std::string> linesOf(const std::string& text)
@@ -41,13 +32,13 @@ std::vector<std::string> textsOf(const std::string& log)
 }
 } // namespace
 
-TEST_CASE("LogFile: a line has time, thread, level, text and place, and is one line", "[files][log]")
+TEST_CASE("LogFile: a line has time, thread, level, text and place, and is one line")
 {
-    const support::ScratchFolder folder;
-    LogFile log(folder.file(L"\x0416.log").c_str());
+    const ScratchFolder folder;
+    LogFile log(folder.file(L"\x0416.log"));
     log.info("begins");
     const auto all = [&] {
-        FileSystem::copy(folder.file(L"\x0416.log").c_str(), folder.file(L"copy").c_str(), {.replace = true});
+        FileSystem::copy(folder.file(L"\x0416.log"), folder.file(L"copy"), {.replace = true});
         return folder.read("copy");
     };
     const std::regex form(
@@ -68,38 +59,42 @@ TEST_CASE("LogFile: a line has time, thread, level, text and place, and is one l
     CHECK(log.getLostLines() == 0);
 }
 
-TEST_CASE("LogFile: a file that is full is renamed, and so many are kept", "[files][log]")
+TEST_CASE("LogFile: a file that is full is renamed, and so many are kept")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     folder.write("a.log", std::string(90, 'o') + "\r\n"); // From before.
     {
-        LogFile log(folder.file(L"a.log").c_str(), {.rotateAt = 100, .keep = 2});
+        LogFile log(folder.file(L"a.log"), {.rotateAt = 100, .keep = 2});
         for (const char* const text : {"first", "second", "third"})
             log.info(text);
     }
     CHECK(textsOf(folder.read("a.log")) == std::vector<std::string>{"INFO third"});
     CHECK(textsOf(folder.read("a.log.1")) == std::vector<std::string>{"INFO second"});
     CHECK(textsOf(folder.read("a.log.2")) == std::vector<std::string>{"INFO first"});
-    CHECK_FALSE(FileSystem::exists(folder.file(L"a.log.3").c_str()));
+    CHECK_FALSE(FileSystem::exists(folder.file(L"a.log.3")));
 
-    LogFile alone(folder.file(L"b.log").c_str(), {.rotateAt = 1, .keep = 0});
+    LogFile small(folder.file(L"d.log"), {.rotateAt = 1, .keep = 1});
+    small.info("first");
+    CHECK_FALSE(FileSystem::exists(folder.file(L"d.log.1"))); // Nothing empty is put aside.
+
+    LogFile alone(folder.file(L"b.log"), {.rotateAt = 1, .keep = 0});
     alone.info("first");
     alone.info("second");
     CHECK(textsOf(folder.read("b.log")) == std::vector<std::string>{"INFO second"});
 
-    LogFile read(folder.file(L"c.log").c_str(), {.rotateAt = 100});
-    const WindowsFile reader(folder.file(L"c.log").c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+    LogFile read(folder.file(L"c.log"), {.rotateAt = 100});
+    const WindowsFile reader(folder.file(L"c.log"), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                              OPEN_EXISTING, 0, nullptr); // Who reads it keeps its name.
     for (int i = 0; i < 5; ++i)
         read.info("grows");
     CHECK(textsOf(folder.read("c.log")).size() == 5);
 }
 
-TEST_CASE("LogFile: lines of several threads stay whole", "[files][log]")
+TEST_CASE("LogFile: lines of several threads stay whole")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     {
-        LogFile log(folder.file(L"a.log").c_str());
+        LogFile log(folder.file(L"a.log"));
         std::vector<std::thread> threads;
         for (int thread = 0; thread < 4; ++thread)
             threads.emplace_back([&] {
@@ -114,22 +109,22 @@ TEST_CASE("LogFile: lines of several threads stay whole", "[files][log]")
     CHECK(std::count(texts.begin(), texts.end(), "INFO whole") == 800);
 }
 
-TEST_CASE("LogFile: a line that cannot be written throws nothing, and the next one tells of it", "[files][log]")
+TEST_CASE("LogFile: a line that cannot be written throws nothing, and the next one tells of it")
 {
-    const support::ScratchFolder folder;
-    CHECK_THROWS_AS(LogFile(folder.file(L"none\\a.log").c_str()), WindowsError);
-    if (support::isWine()) { // A file that takes nothing; no lock keeps others from appending.
+    const ScratchFolder folder;
+    CHECK_THROWS_AS(LogFile(folder.file(L"none\\a.log")), WindowsError);
+    if (isWine()) { // A file that takes nothing; no lock keeps others from appending.
         LogFile full(L"Z:\\dev\\full");
-        const support::DebuggerOutput output;
+        const DebuggerOutput output;
         full.info("lost");
         full.info("lost");
         CHECK(full.getLostLines() == 2);
         CHECK(output.calls().size() >= 2);
         return;
     }
-    LogFile log(folder.file(L"a.log").c_str());
-    WindowsFile other(folder.file(L"a.log").c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                      OPEN_EXISTING, 0, nullptr);
+    LogFile log(folder.file(L"a.log"));
+    WindowsFile other(folder.file(L"a.log"), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                      0, nullptr);
     {
         const FileLock lock(other, FileLock::exclusive);
         log.info("lost");
@@ -147,27 +142,25 @@ TEST_CASE("ends with a log", "[.]") // The child of the next one.
     std::thread([] { throw std::runtime_error("nobody catches this"); }).join();
 }
 
-TEST_CASE("LogFile: what ends the program is in the log", "[files][log]")
+TEST_CASE("LogFile: what ends the program is in the log")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     const std::wstring path = folder.path();
-    wchar_t program[MAX_PATH];
-    GetModuleFileNameW(nullptr, program, MAX_PATH);
-    runProcess(CommandLine(program).add("ends with a log"), {.start = {.workingFolder = path.c_str()}});
+    runProcess(CommandLine(ownProgram()).add("ends with a log"), {.start = {.workingFolder = path.c_str()}});
     CHECK(textsOf(folder.read("end.log")) ==
           std::vector<std::string>{"ERROR The program ends by an exception that nobody catches:",
                                    "ERROR nobody catches this"});
 }
 
-TEST_CASE("LogFile: a handler gets the texts, too, and may fail", "[files][log]")
+TEST_CASE("LogFile: a handler gets the texts, too, and may fail")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     std::vector<std::wstring> texts;
     const auto keep = [&](LogLevel level, const wchar_t* text) {
         texts.push_back((level == LogLevel::error ? L"!" : L"") + std::wstring(text));
         throw std::runtime_error("the handler fails");
     };
-    LogFile log(folder.file(L"log").c_str(), {.onText = keep});
+    LogFile log(folder.file(L"log"), {.onText = keep});
     log.debug("left out");
     log.info(L"\x0416");
     log.error("two\nlines");

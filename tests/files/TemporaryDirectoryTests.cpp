@@ -1,28 +1,20 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/Process.h>
 #include <tarn/TemporaryDirectory.h>
 #include <tarn/TemporaryFile.h>
-#include <tarn/Windows.h>
 #include <tarn/WindowsFile.h>
 
 #include <atomic>
 #include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <memory>
-#include <string>
 #include <thread>
-#include <vector>
 
-#include "Expect.h"
 #include "ScratchFolder.h"
 
-using namespace tarn;
-
 namespace {
-bool exists(const BasicString<wchar_t>& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
+bool exists(const BasicString<wchar_t>& path) { return GetFileAttributesW(path) != INVALID_FILE_ATTRIBUTES; }
 
 /// Another value of an environment variable, for a scope.
 class Variable {
@@ -76,8 +68,7 @@ bool makeLink(const std::wstring& link, const std::wstring& target)
 }
 } // namespace
 
-TEMPLATE_TEST_CASE("TemporaryFile: the system chooses the name, whatever is asked for", "[files][temporary]", char,
-                   wchar_t)
+TEMPLATE_TEST_CASE("TemporaryFile: the system chooses the name, whatever is asked for", "", char, wchar_t)
 {
     const TestType anything[] = {'x', 'y', 0};
     BasicString<wchar_t> path;
@@ -99,7 +90,7 @@ TEMPLATE_TEST_CASE("TemporaryFile: the system chooses the name, whatever is aske
     CHECK_FALSE(exists(path));
 }
 
-TEST_CASE("TemporaryFile: a file that could not be removed can be removed later", "[files][temporary]")
+TEST_CASE("TemporaryFile: a file that could not be removed can be removed later")
 {
     using Handle = std::unique_ptr<void, decltype(&CloseHandle)>;
     const auto opened = [](const TemporaryFile& file, DWORD flags) {
@@ -111,7 +102,7 @@ TEST_CASE("TemporaryFile: a file that could not be removed can be removed later"
     const std::string text = "Can't delete temporary file \"" + file.getPathA() + "\"";
     {
         const Handle open = opened(file, 0);
-        support::expectWindowsError([&] { file.remove(); }, ERROR_SHARING_VIOLATION, text);
+        expectWindowsError([&] { file.remove(); }, ERROR_SHARING_VIOLATION, text);
     }
     file.remove();
     CHECK_FALSE(exists(path));
@@ -129,24 +120,23 @@ TEST_CASE("TemporaryFile: a file that could not be removed can be removed later"
     // A destructor that may throw, as it says.
     auto* const other = new TemporaryFile(L"");
     const Handle open = opened(*other, FILE_FLAG_DELETE_ON_CLOSE);
-    support::expectWindowsError([&] { delete other; }, "Can't delete temporary file \"" + other->getPathA() + "\"");
+    expectWindowsError([&] { delete other; }, "Can't delete temporary file \"" + other->getPathA() + "\"");
 }
 
-TEST_CASE("TemporaryFile: where no file can be created there is none", "[files][temporary]")
+TEST_CASE("TemporaryFile: where no file can be created there is none")
 {
     const Variable tmp(L"TMP", L"C:\\no such folder");
     TemporaryFile file;
-    support::expectWindowsError([&] { file.create("x"); }, "Can't create temporary file \"C:\\no such folder\\\"");
+    expectWindowsError([&] { file.create("x"); }, "Can't create temporary file \"C:\\no such folder\\\"");
     CHECK(file.getPathA().empty());
     const Variable tooLong(L"TMP", std::wstring(300, L'x').c_str());
-    const auto noFolder = support::thrownBy<WindowsError>([&] { file.create(L"x"); });
+    const auto noFolder = thrownBy<WindowsError>([&] { file.create(L"x"); });
     CHECK(std::string(noFolder.getDescription()).starts_with("Can't "));
 }
 
-TEST_CASE("TemporaryDirectory: it takes everything in it along and nothing else, and goes with the first of its copies",
-          "[files][temporary]")
+TEST_CASE("TemporaryDirectory: it takes everything in it along and nothing else, and goes with the first of its copies")
 {
-    const support::ScratchFolder outside;
+    const ScratchFolder outside;
     const CurrentFolder current(outside.path());
     outside.write("keep", "this");
     const TemporaryDirectory folder(nullptr, L"tar"), other(nullptr, L"tar");
@@ -154,7 +144,7 @@ TEST_CASE("TemporaryDirectory: it takes everything in it along and nothing else,
     CHECK((GetFileAttributesW(folder) & FILE_ATTRIBUTE_DIRECTORY) != 0);
     CHECK(path != static_cast<const wchar_t*>(other));
     std::ofstream(std::filesystem::path(path) / "read only.txt") << "x";
-    REQUIRE(CreateHardLinkW(outside.file(L"other name").c_str(), (path + L"\\read only.txt").c_str(), nullptr));
+    REQUIRE(CreateHardLinkW(outside.file(L"other name"), (path + L"\\read only.txt").c_str(), nullptr));
     REQUIRE(SetFileAttributesW((path + L"\\read only.txt").c_str(), FILE_ATTRIBUTE_READONLY));
     std::wstring deep = L"\\\\?\\" + path + L"\\with blanks";
     for (int level = 0; level < 20; ++level, deep += L"\\" + std::wstring(20, L'd'))
@@ -164,35 +154,35 @@ TEST_CASE("TemporaryDirectory: it takes everything in it along and nothing else,
         const TemporaryDirectory copy(folder);
         CHECK(std::wstring(copy) == path);
     }
-    CHECK_FALSE(exists(path.c_str()));
+    CHECK_FALSE(exists(path));
     CHECK(outside.read("keep") == "this");
     CHECK((GetFileAttributesW(L"other name") & FILE_ATTRIBUTE_READONLY) != 0);
     SetFileAttributesW(L"other name", FILE_ATTRIBUTE_NORMAL);
 }
 
-TEST_CASE("TemporaryDirectory: it follows no link out of the tree", "[files][temporary]")
+TEST_CASE("TemporaryDirectory: it follows no link out of the tree")
 {
-    const support::ScratchFolder outside;
+    const ScratchFolder outside;
     outside.write("keep", "this");
-    const std::wstring empty = outside.file(L"empty");
-    REQUIRE(CreateDirectoryW(empty.c_str(), nullptr));
+    const auto empty = outside.file(L"empty");
+    REQUIRE(CreateDirectoryW(empty, nullptr));
     std::wstring path;
     {
         const TemporaryDirectory folder(nullptr, L"tar");
         path = static_cast<const wchar_t*>(folder);
         std::ofstream(std::filesystem::path(path) / "inside") << "x";
-        for (const std::wstring& target : {outside.path().wstring(), empty, outside.file(L"keep")})
+        for (const auto& target : {BasicString<wchar_t>(outside.path().wstring()), empty, outside.file(L"keep")})
             if (!makeLink(path + L"\\link-" + std::filesystem::path(target).filename().wstring(), target))
                 WARN("No way to make a link");
     }
     CHECK(outside.read("keep") == "this");
-    CHECK(exists(empty.c_str()));
-    CHECK_FALSE(exists((path + L"\\inside").c_str()));
-    if (exists(path.c_str()))
+    CHECK(exists(empty));
+    CHECK_FALSE(exists(path + L"\\inside"));
+    if (exists(path))
         WARN("The platform cannot delete links, as Wine cannot, and so the folder stays");
 }
 
-TEST_CASE("TemporaryDirectory: a name that a rival has taken is no failure", "[files][temporary]")
+TEST_CASE("TemporaryDirectory: a name that a rival has taken is no failure")
 {
     std::atomic<int> made = 0;
     std::vector<std::thread> rivals;
@@ -210,9 +200,9 @@ TEST_CASE("TemporaryDirectory: a name that a rival has taken is no failure", "[f
     CHECK(made == 500);
 }
 
-TEST_CASE("TemporaryDirectory: what stands in its way is named", "[files][temporary]")
+TEST_CASE("TemporaryDirectory: what stands in its way is named")
 {
-    const support::ScratchFolder scratch;
+    const ScratchFolder scratch;
     // Where the platform finds another way, there is a folder.
     const auto failureIn = [](const wchar_t* directory) -> std::string {
         try {

@@ -1,11 +1,8 @@
-#include "Expect.h"
+#include "Test.h"
 
 #include <tarn/VersionInfo.h>
 
-using support::expectWindowsError;
-using tarn::VersionInfo;
-
-TEST_CASE("VersionInfo: file and product version with their parts, in copies too", "[files][version]")
+TEST_CASE("VersionInfo: file and product version with their parts, in copies too")
 {
     const VersionInfo info("resources.dll");
     CHECK(info.FileVersion().major == 1);
@@ -22,7 +19,7 @@ TEST_CASE("VersionInfo: file and product version with their parts, in copies too
     CHECK(&VersionInfo(copy).FileVersion() != &copy.FileVersion());
 }
 
-TEST_CASE("VersionInfo: each step that fails has its text", "[files][version]")
+TEST_CASE("VersionInfo: each step that fails has its text")
 {
     expectWindowsError([] { VersionInfo("no-such.dll"); }, "Error in GetFileVersionInfoSizeA(no-such.dll,0)");
     expectWindowsError([] { VersionInfo(L"no-such.dll"); }, "Error in GetFileVersionInfoSizeW(no-such.dll,0)");

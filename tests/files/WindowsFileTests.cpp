@@ -1,36 +1,31 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/WindowsFile.h>
 
 #include <winioctl.h>
 
-#include "Expect.h"
-#include "Handles.h"
 #include "ScratchFolder.h"
-
-using namespace tarn;
-using support::expectWindowsError;
 
 namespace {
 constexpr unsigned long long fourGB = 1ull << 32;
 
-template <class Ch> void openFor(WindowsFile& file, const Ch* name, unsigned long access, unsigned long creation)
+void openFor(WindowsFile& file, const auto& name, unsigned long access, unsigned long creation)
 {
     file.open(name, access, FILE_SHARE_READ, nullptr, creation, FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
 /// The path of a file in a folder, in either width.
-template <class Ch> std::basic_string<Ch> fileIn(const support::ScratchFolder& folder, const std::string& name)
+template <class Ch> BasicString<Ch> fileIn(const ScratchFolder& folder, const std::string& name)
 {
     return folder.file(std::basic_string_view<Ch>(std::basic_string<Ch>(name.begin(), name.end())));
 }
 } // namespace
 
-TEMPLATE_TEST_CASE("WindowsFile: what is written can be read back from any position", "[files][file]", char, wchar_t)
+TEMPLATE_TEST_CASE("WindowsFile: what is written can be read back from any position", "", char, wchar_t)
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     const auto name = fileIn<TestType>(folder, "some file.bin");
-    WindowsFile file(name.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
+    WindowsFile file(name, GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
     CHECK(file.write("0123456789", 10) == 10);
     file.flush();
     char buffer[16] = {};
@@ -45,25 +40,31 @@ TEMPLATE_TEST_CASE("WindowsFile: what is written can be read back from any posit
 
     file.close();
     CHECK_FALSE(file.isOpen());
-    CHECK(WindowsFile::getSize(name.c_str()) == 10);
-    CHECK_FALSE(WindowsFile::isDirectory(name.c_str()));
-    CHECK(WindowsFile::isDirectory(fileIn<TestType>(folder, "").c_str()));
+    CHECK(WindowsFile::getSize(name) == 10);
+    CHECK_FALSE(WindowsFile::isDirectory(name));
+    CHECK(WindowsFile::isDirectory(fileIn<TestType>(folder, "")));
 }
 
-TEMPLATE_TEST_CASE("WindowsFile: the named ways to open make, empty, keep and share as they say", "[files][file]", char,
-                   wchar_t)
+TEMPLATE_TEST_CASE("WindowsFile: the named ways to open make, empty, keep and share as they say", "", char, wchar_t)
 {
-    const support::ScratchFolder folder;
-    const auto path = fileIn<TestType>(folder, "file");
-    const TestType* const name = path.c_str();
+    const ScratchFolder folder;
+    const auto name = fileIn<TestType>(folder, "file");
     expectWindowsError([&] { WindowsFile::openToRead(name); }, ERROR_FILE_NOT_FOUND,
                        "Can't open \"" + folder.file("file") + "\"");
-    WindowsFile::createNew(name).write("12345", 5);
+    {
+        WindowsFile made = WindowsFile::createNew(name);
+        CHECK_THROWS_AS(WindowsFile::openToRead(name), WindowsError);
+        made.write("12345", 5);
+    }
     expectWindowsError([&] { WindowsFile::createNew(name); }, ERROR_FILE_EXISTS,
                        "Can't open \"" + folder.file("file") + "\"");
     WindowsFile::openToChange(name).write("ab", 2);
     CHECK(folder.read("file") == "ab345");
-    WindowsFile::overwrite(name).write("x", 1);
+    {
+        WindowsFile emptied = WindowsFile::overwrite(name);
+        CHECK_THROWS_AS(WindowsFile::openToRead(name), WindowsError);
+        emptied.write("x", 1);
+    }
     {
         WindowsFile one = WindowsFile::openToAppend(name), other = WindowsFile::openToAppend(name);
         one.write("1", 1);
@@ -75,12 +76,12 @@ TEMPLATE_TEST_CASE("WindowsFile: the named ways to open make, empty, keep and sh
     CHECK_THROWS_AS(WindowsFile::openToChange(name), WindowsError);
 }
 
-TEST_CASE("WindowsFile: sizes and positions beyond 4 GB, and a low word of all ones", "[files][file]")
+TEST_CASE("WindowsFile: sizes and positions beyond 4 GB, and a low word of all ones")
 {
-    const support::ScratchFolder folder;
-    const std::string name = folder.file("sparse");
+    const ScratchFolder folder;
+    const auto name = folder.file("sparse");
     WindowsFile file;
-    openFor(file, name.c_str(), GENERIC_READ | GENERIC_WRITE, CREATE_ALWAYS);
+    openFor(file, name, GENERIC_READ | GENERIC_WRITE, CREATE_ALWAYS);
     for (const unsigned long long size : {fourGB - 1, 2 * fourGB - 1, fourGB + 10}) {
         CHECK(file.seek(static_cast<long long>(size), Seekable::begin) == size);
         REQUIRE(SetEndOfFile(file));
@@ -88,17 +89,17 @@ TEST_CASE("WindowsFile: sizes and positions beyond 4 GB, and a low word of all o
         CHECK(file.getFilePointer() == size);
         SetLastError(ERROR_INVALID_DATA);
         CHECK(file.getSize() == size);
-        CHECK(WindowsFile::getSize(name.c_str()) == size);
+        CHECK(WindowsFile::getSize(name) == size);
     }
     CHECK(file.seek(-static_cast<long long>(fourGB) - 4, Seekable::end) == 6);
 }
 
-TEST_CASE("WindowsFile: failing calls on a file name themselves", "[files][file]")
+TEST_CASE("WindowsFile: failing calls on a file name themselves")
 {
-    const support::ScratchFolder folder;
-    const std::string name = folder.write("data", "abc");
+    const ScratchFolder folder;
+    const auto name = folder.write("data", "abc");
     WindowsFile file;
-    openFor(file, name.c_str(), GENERIC_READ, OPEN_EXISTING);
+    openFor(file, name, GENERIC_READ, OPEN_EXISTING);
     expectWindowsError([&] { file.write("12", 2); }, ERROR_ACCESS_DENIED, "Error while writing 2 bytes");
     const struct {
         long long offset;
@@ -113,16 +114,16 @@ TEST_CASE("WindowsFile: failing calls on a file name themselves", "[files][file]
     CHECK(file.getFilePointer() == 0);
 
     // A failed open keeps the file open so far.
-    const std::string missing = folder.file("missing");
-    expectWindowsError([&] { openFor(file, missing.c_str(), GENERIC_READ, OPEN_EXISTING); }, ERROR_FILE_NOT_FOUND,
+    const auto missing = folder.file("missing");
+    expectWindowsError([&] { openFor(file, missing, GENERIC_READ, OPEN_EXISTING); }, ERROR_FILE_NOT_FOUND,
                        "Can't open \"" + missing + "\"");
     CHECK(file.getSize() == 3);
-    const unsigned long handles = support::openHandles();
-    openFor(file, name.c_str(), GENERIC_READ, OPEN_EXISTING);
-    CHECK(support::openHandles() == handles);
+    const unsigned long handles = openHandles();
+    openFor(file, name, GENERIC_READ, OPEN_EXISTING);
+    CHECK(openHandles() == handles);
 
     file.close();
-    openFor(file, name.c_str(), GENERIC_WRITE, OPEN_EXISTING);
+    openFor(file, name, GENERIC_WRITE, OPEN_EXISTING);
     char byte;
     expectWindowsError([&] { file.read(&byte, 1); }, ERROR_ACCESS_DENIED,
                        BasicString<char>::fromFormat("Error while reading 1 bytes to %p", &byte));
@@ -135,7 +136,7 @@ TEST_CASE("WindowsFile: failing calls on a file name themselves", "[files][file]
                        "Error in DeviceIoControl");
 }
 
-TEST_CASE("WindowsFile: ioControl exchanges bytes with the device", "[files][file]")
+TEST_CASE("WindowsFile: ioControl exchanges bytes with the device")
 {
     HANDLE readEnd = nullptr, writeEnd = nullptr;
     REQUIRE(CreatePipe(&readEnd, &writeEnd, nullptr, 0));
@@ -152,7 +153,7 @@ TEST_CASE("WindowsFile: ioControl exchanges bytes with the device", "[files][fil
     CHECK(std::string(peeked.data) == "abc");
 }
 
-TEST_CASE("WindowsFile: questions about a path that does not exist throw", "[files][file]")
+TEST_CASE("WindowsFile: questions about a path that does not exist throw")
 {
     const std::string noAttributes = "Can't get file attributes for \"C:\\none\"";
     WIN32_FILE_ATTRIBUTE_DATA data;
@@ -167,42 +168,42 @@ TEST_CASE("WindowsFile: questions about a path that does not exist throw", "[fil
     expectWindowsError([] { WindowsFile::getFullPath(L""); }, "Can't determine the short path name length of \"\"");
 }
 
-TEMPLATE_TEST_CASE("WindowsFile: full and short paths lead to the same file", "[files][path]", char, wchar_t)
+TEMPLATE_TEST_CASE("WindowsFile: full and short paths lead to the same file", "", char, wchar_t)
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     folder.write("a long name with blanks.text", "abc");
     const auto name = fileIn<TestType>(folder, "a long name with blanks.text");
     const auto detour = fileIn<TestType>(folder, "x\\..\\.\\a long name with blanks.text");
-    CHECK(WindowsFile::getFullPath(detour.c_str()) == name);
-    CHECK(WindowsFile::getSize(WindowsFile::getShortPath(name.c_str()).c_str()) == 3);
+    CHECK(WindowsFile::getFullPath(detour) == name);
+    CHECK(WindowsFile::getSize(WindowsFile::getShortPath(name)) == 3);
 }
 
-TEST_CASE("WindowsFile: names over 260 characters go with and without the prefix", "[files][path]")
+TEST_CASE("WindowsFile: names over 260 characters go with and without the prefix")
 {
-    const support::ScratchFolder folder;
-    const std::wstring prefix = L"\\\\?\\";
-    std::wstring path = folder.path().wstring();
+    const ScratchFolder folder;
+    const BasicString<wchar_t> prefix = L"\\\\?\\";
+    BasicString<wchar_t> path = folder.path().wstring();
     while (path.size() <= 270) {
         path += L"\\" + std::wstring(40, L'n');
-        REQUIRE(CreateDirectoryW((prefix + path).c_str(), nullptr));
+        REQUIRE(CreateDirectoryW(prefix + path, nullptr));
     }
-    const std::wstring name = path + L"\\file", missing = path + L"\\missing";
+    const auto name = path + L"\\file", missing = path + L"\\missing";
     WindowsFile file;
-    openFor(file, (prefix + name).c_str(), GENERIC_WRITE, CREATE_NEW);
+    openFor(file, prefix + name, GENERIC_WRITE, CREATE_NEW);
     file.write("abc", 3);
     file.close();
 
-    for (const std::wstring& given : {name, prefix + name}) {
+    for (const auto& given : {name, prefix + name}) {
         // The result has the prefix because no function would take it without.
-        CHECK(WindowsFile::getFullPath(given.c_str()) == prefix + name);
-        CHECK(WindowsFile::getSize(WindowsFile::getShortPath(given.c_str()).c_str()) == 3);
+        CHECK(WindowsFile::getFullPath(given) == prefix + name);
+        CHECK(WindowsFile::getSize(WindowsFile::getShortPath(given)) == 3);
     }
-    CHECK(WindowsFile::getFullPath((path + L"\\..\\..\\..\\..\\..\\..\\..").c_str()).size() < MAX_PATH);
-    const std::wstring share = L"server\\share\\" + std::wstring(260, L's');
-    CHECK(WindowsFile::getFullPath((L"\\\\" + share).c_str()) == L"\\\\?\\UNC\\" + share);
-    CHECK_THROWS_AS(WindowsFile::getShortPath(missing.c_str()), WindowsError);
+    CHECK(WindowsFile::getFullPath(path + L"\\..\\..\\..\\..\\..\\..\\..").size() < MAX_PATH);
+    const auto share = BasicString<wchar_t>(L"server\\share\\") + std::wstring(260, L's');
+    CHECK(WindowsFile::getFullPath(L"\\\\" + share) == L"\\\\?\\UNC\\" + share);
+    CHECK_THROWS_AS(WindowsFile::getShortPath(missing), WindowsError);
 
-    REQUIRE(DeleteFileW((prefix + name).c_str()));
+    REQUIRE(DeleteFileW(prefix + name));
     for (; path != folder.path().wstring(); path.resize(path.rfind(L'\\')))
-        REQUIRE(RemoveDirectoryW((prefix + path).c_str()));
+        REQUIRE(RemoveDirectoryW(prefix + path));
 }

@@ -1,19 +1,12 @@
-#include <catch2/catch.hpp>
-
-#include "Expect.h"
+#include "Test.h"
 
 #include <tarn/WindowsModule.h>
-
-#include <cstring>
-
-using support::expectWindowsError;
-using tarn::WindowsModule;
 
 namespace {
 bool isLoaded(const char* name) { return GetModuleHandleA(name) != nullptr; }
 } // namespace
 
-TEST_CASE("WindowsModule: what it loads is freed, what it queries is not", "[files][module]")
+TEST_CASE("WindowsModule: what it loads is freed, what it queries is not")
 {
     REQUIRE_FALSE(isLoaded("resources.dll"));
     {
@@ -30,9 +23,9 @@ TEST_CASE("WindowsModule: what it loads is freed, what it queries is not", "[fil
     CHECK_FALSE(isLoaded("resources.dll"));
 }
 
-TEST_CASE("WindowsModule: loads with flags, by a name that may lie in the module held before", "[files][module]")
+TEST_CASE("WindowsModule: loads with flags, by a name that may lie in the module held before")
 {
-    const tarn::BasicString<wchar_t> name(L"resources.dll");
+    const BasicString<wchar_t> name(L"resources.dll");
     WindowsModule module(name, LOAD_LIBRARY_AS_DATAFILE);
     CHECK(module.isOwner());
     module.load("resources.dll");
@@ -46,9 +39,9 @@ TEST_CASE("WindowsModule: loads with flags, by a name that may lie in the module
     CHECK(module.getHandle() == GetModuleHandleA(nullptr));
 }
 
-TEMPLATE_TEST_CASE("WindowsModule: a missing module has the text of its call", "[files][module]", char, wchar_t)
+TEMPLATE_TEST_CASE("WindowsModule: a missing module has the text of its call", "", char, wchar_t)
 {
-    const tarn::BasicString<TestType> name("no-such.dll", 11u);
+    const BasicString<TestType> name("no-such.dll", 11u);
     WindowsModule module("resources.dll", true);
     expectWindowsError([&] { module.load(name); }, ERROR_MOD_NOT_FOUND, "Can't load library \"no-such.dll\"");
     CHECK_FALSE(isLoaded("resources.dll")); // Freed first.
@@ -59,7 +52,7 @@ TEMPLATE_TEST_CASE("WindowsModule: a missing module has the text of its call", "
     expectWindowsError([&] { WindowsModule(name, true); }, ERROR_MOD_NOT_FOUND, "Can't load library \"no-such.dll\"");
 }
 
-TEST_CASE("WindowsModule: a failing free throws, out of the destructor too", "[files][module]")
+TEST_CASE("WindowsModule: a failing free throws, out of the destructor too")
 {
     const auto freeTwice = [] {
         const WindowsModule module("resources.dll", true);
@@ -68,8 +61,7 @@ TEST_CASE("WindowsModule: a failing free throws, out of the destructor too", "[f
     expectWindowsError(freeTwice, "Can't free library");
 }
 
-TEST_CASE("WindowsModule: procedures may be missing only when said so, file names come in both widths",
-          "[files][module]")
+TEST_CASE("WindowsModule: procedures may be missing only when said so, file names come in both widths")
 {
     const WindowsModule kernel("kernel32.dll", false);
     CHECK(kernel.getProcAddress("GetLastError", false));
@@ -80,12 +72,12 @@ TEST_CASE("WindowsModule: procedures may be missing only when said so, file name
                        "Can't get proc address for \"60000\"");
 
     CHECK(kernel.getFilenameA().toLower().endsWith("\\kernel32.dll"));
-    CHECK(kernel.getFilenameW() == tarn::a2w(kernel.getFilenameA(), CP_ACP));
+    CHECK(kernel.getFilenameW() == a2w(kernel.getFilenameA(), CP_ACP));
     const WindowsModule nothing(reinterpret_cast<HINSTANCE>(0x10000));
     expectWindowsError([&] { nothing.getFilenameA(); }, "Error in retrieving module file name");
 }
 
-TEST_CASE("WindowsModule: resources are looked for as BINARY whatever type is named", "[files][module]")
+TEST_CASE("WindowsModule: resources are looked for as BINARY whatever type is named")
 {
     const WindowsModule module("resources.dll", true);
     const HRSRC resource = module.findResource("OTHER", 7);
@@ -99,7 +91,7 @@ TEST_CASE("WindowsModule: resources are looked for as BINARY whatever type is na
                            "Unable to find resource with type OTHER and id " + std::to_string(id));
 }
 
-TEST_CASE("WindowsModule: message texts keep their inserts and their line break", "[files][module]")
+TEST_CASE("WindowsModule: message texts keep their inserts and their line break")
 {
     const WindowsModule messages("messages\\netmsg.dll", true);
     CHECK(messages.getMessageA(2221, 0) == "The user name %1 could not be found.\r\n");

@@ -1,21 +1,19 @@
-#include <catch2/catch.hpp>
-
-#include <Expect.h>
+#include "Test.h"
 
 #include "BackgroundWork.h"
 
 using planner::BackgroundWork;
 using planner::Progress;
 
-TEST_CASE("BackgroundWork: it ends by itself, by an error or when it is cancelled", "[planner]")
+TEST_CASE("BackgroundWork: it ends by itself, by an error or when it is cancelled")
 {
     BackgroundWork whole([](const Progress& progress) { progress(1, 1); });
     whole.start(nullptr);
     CHECK(whole.finish());
 
-    BackgroundWork failing([](const Progress&) { throw tarn::Exception("No paper"); });
+    BackgroundWork failing([](const Progress&) { throw Exception("No paper"); });
     failing.start(nullptr);
-    support::expectError<tarn::Exception>([&] { failing.finish(); }, "No paper");
+    expectError<Exception>([&] { failing.finish(); }, "No paper");
 
     const auto forEver = [](const Progress& progress) {
         for (;;)

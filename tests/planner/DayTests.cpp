@@ -1,6 +1,5 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
-#include <Expect.h>
 #include <ScratchKey.h>
 
 #include "Events.h"
@@ -10,7 +9,7 @@
 
 using namespace planner;
 
-TEST_CASE("Reckoning: the cutover decides which days there are", "[planner]")
+TEST_CASE("Reckoning: the cutover decides which days there are")
 {
     const Reckoning rome;
     Reckoning britain;
@@ -24,9 +23,9 @@ TEST_CASE("Reckoning: the cutover decides which days there are", "[planner]")
     CHECK(rome.dateOf(rome.addMonths(*rome.dayOf({1, 0, 31}), -1)) == Date{0, 11, 31});
 }
 
-TEST_CASE("Reckoning: a week that two years share has one number", "[planner]")
+TEST_CASE("Reckoning: a week that two years share has one number")
 {
-    const Reckoning iso, american{tarn::GregorianCalendar::Sunday, 4};
+    const Reckoning iso, american{GregorianCalendar::Sunday, 4};
     const auto week = [](const Reckoning& reckoning, const Date& date) {
         return reckoning.weekOf(*reckoning.dayOf(date));
     };
@@ -35,21 +34,20 @@ TEST_CASE("Reckoning: a week that two years share has one number", "[planner]")
     CHECK((week(american, {2000, 11, 31}) == 1 && week(american, {2001, 0, 1}) == 1));
 }
 
-TEST_CASE("Reckoning: what is typed in is read or refused with a reason", "[planner]")
+TEST_CASE("Reckoning: what is typed in is read or refused with a reason")
 {
     const Reckoning rome;
     CHECK(parseTimeOfDay(L"24:00") == dayLength);
-    support::expectError<tarn::Exception>([&] { parseDay(L"1582-10-10", rome); },
-                                          "There is no 1582-10-10 in this calendar.");
-    support::expectError<tarn::Exception>([&] { parseDay(L"4.10.1582", rome); },
-                                          "\"4.10.1582\" is not a date. Write it as 1582-10-04.");
+    expectError<Exception>([&] { parseDay(L"1582-10-10", rome); }, "There is no 1582-10-10 in this calendar.");
+    expectError<Exception>([&] { parseDay(L"4.10.1582", rome); },
+                           "\"4.10.1582\" is not a date. Write it as 1582-10-04.");
     for (const wchar_t* text : {L"", L"25:00", L"9:60", L"9:3x", L"-1:00", L"24:01"})
-        CHECK_THROWS_AS(parseTimeOfDay(text), tarn::Exception);
+        CHECK_THROWS_AS(parseTimeOfDay(text), Exception);
     for (const wchar_t* text : {L"1582-10-14", L"2000-01-01", L"soon"})
-        CHECK_THROWS_AS(parseCutover(text), tarn::Exception);
+        CHECK_THROWS_AS(parseCutover(text), Exception);
 }
 
-TEST_CASE("Holidays: Easter goes by the calendar in use", "[planner]")
+TEST_CASE("Holidays: Easter goes by the calendar in use")
 {
     const Reckoning rome;
     Reckoning russia;
@@ -62,7 +60,7 @@ TEST_CASE("Holidays: Easter goes by the calendar in use", "[planner]")
     CHECK(easter(1916, russia) == Date{1916, 3, 10});
 }
 
-TEST_CASE("Event: a repetition with an end takes place until its last start is taken out", "[planner]")
+TEST_CASE("Event: a repetition with an end takes place until its last start is taken out")
 {
     Event event;
     event.start = event.end = at("2026-11-21T09:00");
@@ -75,9 +73,9 @@ TEST_CASE("Event: a repetition with an end takes place until its last start is t
     CHECK(event.takesPlace());
 }
 
-TEST_CASE("Settings: what is saved is loaded, and nonsense is ignored", "[planner]")
+TEST_CASE("Settings: what is saved is loaded, and nonsense is ignored")
 {
-    const support::ScratchKey key;
+    const ScratchKey key;
     Settings settings;
     settings.reckoning = {1, 7, parseCutover(L"1752-09-14")};
     settings.zone = "Asia/Tokyo";

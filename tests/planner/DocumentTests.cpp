@@ -1,6 +1,5 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
-#include <Expect.h>
 #include <ScratchFolder.h>
 
 #include "DocumentFile.h"
@@ -37,9 +36,9 @@ std::size_t filesIn(const std::filesystem::path& folder)
 }
 } // namespace
 
-TEST_CASE("Document: what is saved is loaded, with categories shared as before", "[planner]")
+TEST_CASE("Document: what is saved is loaded, with categories shared as before")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     Document document;
     document.put(eventNamed(L"1"));
     document.put(eventNamed(L"2"));
@@ -50,7 +49,7 @@ TEST_CASE("Document: what is saved is loaded, with categories shared as before",
     CHECK(loaded->categories().size() == 1);
 }
 
-TEST_CASE("Document: an appointment is found by its UID when others have gone", "[planner]")
+TEST_CASE("Document: an appointment is found by its UID when others have gone")
 {
     Document document;
     for (const wchar_t* uid : {L"1", L"2", L"3"})
@@ -63,9 +62,9 @@ TEST_CASE("Document: an appointment is found by its UID when others have gone", 
     CHECK_FALSE(document.put(eventNamed(L"1")));
 }
 
-TEST_CASE("Document: damage is noticed wherever it is", "[planner]")
+TEST_CASE("Document: damage is noticed wherever it is")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     Document document;
     document.put(eventNamed(L"1"));
     const std::wstring file = folder.file(L"a.planner");
@@ -73,7 +72,7 @@ TEST_CASE("Document: damage is noticed wherever it is", "[planner]")
     const std::string whole = readWholeFile(file);
     const auto expectRefused = [&](const std::string& content) {
         folder.write("a.planner", content);
-        CHECK_THROWS_AS(loadDocument(file), tarn::Exception);
+        CHECK_THROWS_AS(loadDocument(file), Exception);
     };
     for (std::size_t length = 0; length < whole.size(); ++length)
         expectRefused(whole.substr(0, length));
@@ -82,20 +81,20 @@ TEST_CASE("Document: damage is noticed wherever it is", "[planner]")
     expectRefused(whole + "x");
     const auto refuses = [&](const std::string& content, const char* reason) {
         folder.write("a.planner", content);
-        support::expectError<tarn::Exception>([&] { loadDocument(file); }, '"' + narrow(file) + "\" " + reason);
+        expectError<Exception>([&] { loadDocument(file); }, '"' + narrow(file) + "\" " + reason);
     };
     refuses("BEGIN:VCALENDAR", "is not a planner document");
     refuses(std::string(whole).replace(8, 1, 1, '\x02'), "has the version 2, which this program cannot read");
     refuses(std::string(whole).replace(40, 1, 1, '!'), "is damaged: the check-sum is wrong");
 }
 
-TEST_CASE("Document: saving that fails leaves the old file and no other", "[planner]")
+TEST_CASE("Document: saving that fails leaves the old file and no other")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     const std::wstring file = folder.file(L"a.planner");
     folder.write("a.planner", "old");
     const auto expectKept = [&] {
-        const auto error = support::thrownBy<tarn::WindowsError>([&] { saveDocument(Document(), file); });
+        const auto error = thrownBy<WindowsError>([&] { saveDocument(Document(), file); });
         CHECK(std::string(error.getDescription()) == "Can't replace \"" + narrow(file) + '"');
         CHECK(folder.read("a.planner") == "old");
         CHECK(filesIn(folder.path()) == 1);
@@ -103,12 +102,12 @@ TEST_CASE("Document: saving that fails leaves the old file and no other", "[plan
     SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
     expectKept();
     SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
-    const tarn::WindowsFile user(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    const WindowsFile user(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
     expectKept();
-    CHECK_THROWS_AS(saveDocument(Document(), folder.file(L"missing\\a.planner")), tarn::WindowsError);
+    CHECK_THROWS_AS(saveDocument(Document(), folder.file(L"missing\\a.planner")), WindowsError);
 }
 
-TEST_CASE("Document: what takes place on a day goes by the planner's clock", "[planner]")
+TEST_CASE("Document: what takes place on a day goes by the planner's clock")
 {
     Document document;
     document.put(eventNamed(L"1"));
@@ -122,9 +121,9 @@ TEST_CASE("Document: what takes place on a day goes by the planner's clock", "[p
     CHECK(on("2026-04-04", "Europe/Berlin") == 0); // Left out.
 }
 
-TEST_CASE("Zone: clocks change when the zone's rule says, to the millisecond", "[planner]")
+TEST_CASE("Zone: clocks change when the zone's rule says, to the millisecond")
 {
-    const auto local = [](const char* zone, const char* time) { return Zone(zone).toLocal(tarn::parseISOTime(time)); };
+    const auto local = [](const char* zone, const char* time) { return Zone(zone).toLocal(parseISOTime(time)); };
     CHECK(local("Europe/Berlin", "2026-03-29T00:59:59.999Z") == at("2026-03-29T01:59:59.999"));
     CHECK(local("Europe/Berlin", "2026-03-29T01:00:00.000Z") == at("2026-03-29T03:00:00.000"));
     CHECK(local("America/New_York", "2026-11-01T06:00:00.000Z") == at("2026-11-01T01:00:00.000"));
@@ -134,6 +133,6 @@ TEST_CASE("Zone: clocks change when the zone's rule says, to the millisecond", "
     for (const std::string& name : Zone::names())
         CHECK(Zone::isKnown(name));
     const auto instant = [](const char* time) { return Zone("Europe/Berlin").toTime(at(time)); };
-    CHECK(instant("2026-03-29T02:30:00") == tarn::parseISOTime("2026-03-29T00:30:00Z")); // Left out.
-    CHECK(instant("2026-10-25T02:00:00") == tarn::parseISOTime("2026-10-25T01:00:00Z")); // Shown twice.
+    CHECK(instant("2026-03-29T02:30:00") == parseISOTime("2026-03-29T00:30:00Z")); // Left out.
+    CHECK(instant("2026-10-25T02:00:00") == parseISOTime("2026-10-25T01:00:00Z")); // Shown twice.
 }

@@ -1,6 +1,4 @@
-#include <catch2/catch.hpp>
-
-#include <Expect.h>
+#include "Test.h"
 
 #include "ContentLines.h"
 #include "Events.h"
@@ -9,7 +7,7 @@
 
 using namespace planner;
 
-TEST_CASE("iCalendar: texts are unfolded, unescaped and read as UTF-8", "[planner]")
+TEST_CASE("iCalendar: texts are unfolded, unescaped and read as UTF-8")
 {
     const Event event =
         eventIn("SUMMARY;LANGUAGE=\"de;x:y\";X-A=1,2:Fr\xC3\xBChst\xC3\r\n \xBC"
@@ -22,7 +20,7 @@ TEST_CASE("iCalendar: texts are unfolded, unescaped and read as UTF-8", "[planne
     CHECK(event.start == at("2026-03-01T08:00"));
 }
 
-TEST_CASE("iCalendar: a time is a date, a local time, in UTC or of a zone", "[planner]")
+TEST_CASE("iCalendar: a time is a date, a local time, in UTC or of a zone")
 {
     const Event days = eventIn("DTSTART;VALUE=DATE:20260611\nDTEND;VALUE=DATE:20260614\n");
     CHECK((days.allDay && days.end - days.start == 3 * dayLength));
@@ -34,7 +32,7 @@ TEST_CASE("iCalendar: a time is a date, a local time, in UTC or of a zone", "[pl
     CHECK(eventIn("DTSTART:20260328T230000\nDURATION:PT6H\n").end == at("2026-03-29T06:00"));
 }
 
-TEST_CASE("iCalendar: what is not understood is counted and told", "[planner]")
+TEST_CASE("iCalendar: what is not understood is counted and told")
 {
     const ImportedCalendar calendar =
         readICalendar(calendarWith("UID:1\nDTSTART;TZID=Mars/Olympus:20260101T100000\nATTENDEE:x\nATTENDEE:y\n"
@@ -51,10 +49,10 @@ TEST_CASE("iCalendar: what is not understood is counted and told", "[planner]")
           L"The time zone \"Mars/Olympus\" is not known: its times are taken as those of your zone.\n");
 }
 
-TEST_CASE("iCalendar: what is no calendar is refused, an event that breaks the rules is left out", "[planner]")
+TEST_CASE("iCalendar: what is no calendar is refused, an event that breaks the rules is left out")
 {
     const auto expectRefused = [](const char* text, const char* error) {
-        support::expectError<tarn::Exception>([&] { readICalendar(text, Zone("UTC")); }, error);
+        expectError<Exception>([&] { readICalendar(text, Zone("UTC")); }, error);
     };
     expectRefused("", "Line 1: the file is empty");
     expectRefused("VERSION:2.0\n", "Line 1: BEGIN:VCALENDAR is missing");
@@ -84,7 +82,7 @@ TEST_CASE("iCalendar: what is no calendar is refused, an event that breaks the r
     expectBad("DTSTART:20260102T000000\nRRULE:FREQ=DAILY;COUNT=0\n", "Line 9: \"0\" is not a number from 1");
 }
 
-TEST_CASE("iCalendar: remarks fit on a screen", "[planner]")
+TEST_CASE("iCalendar: remarks fit on a screen")
 {
     std::string lines = "UID:1\nDTSTART:20260101T100000\n";
     for (int i = 0; i < 100; ++i)
@@ -94,7 +92,7 @@ TEST_CASE("iCalendar: remarks fit on a screen", "[planner]")
     CHECK(remarks.size() < 2000);
 }
 
-TEST_CASE("iCalendar: every truncation and every changed byte is read or refused", "[planner]")
+TEST_CASE("iCalendar: every truncation and every changed byte is read or refused")
 {
     const std::string text = calendarWith("UID:1\r\nDTSTART;TZID=Europe/Berlin:20260101T100000\r\nDURATION:PT1H\r\n"
                                           "SUMMARY:\xC3\x84\\, b\r\n c\r\nRRULE:FREQ=WEEKLY;BYDAY=MO,TU;COUNT=3\r\n");
@@ -104,7 +102,7 @@ TEST_CASE("iCalendar: every truncation and every changed byte is read or refused
             for (const Event& event : calendar.events)
                 event.validate();
             return calendar.leftOut.empty();
-        } catch (const tarn::Exception& e) {
+        } catch (const Exception& e) {
             CHECK(std::string(e.what()).starts_with("Line "));
             return false;
         }
@@ -117,7 +115,7 @@ TEST_CASE("iCalendar: every truncation and every changed byte is read or refused
             read(std::string(text).replace(i, 1, 1, c));
 }
 
-TEST_CASE("iCalendar: what is exported comes back the same", "[planner]")
+TEST_CASE("iCalendar: what is exported comes back the same")
 {
     const std::string team = readWholeFile(widened(PLANNER_TEAM));
     const ImportedCalendar calendar = readICalendar(team, Zone("Europe/Berlin"));
@@ -138,7 +136,7 @@ TEST_CASE("iCalendar: what is exported comes back the same", "[planner]")
     CHECK(folded(line).substr(0, 78) == line.substr(0, 74) + "\r\n \xF0"); // The character stays whole.
 }
 
-TEST_CASE("Recurrence: rules give the starts that they name", "[planner]")
+TEST_CASE("Recurrence: rules give the starts that they name")
 {
     // The weeks of an interval begin on Monday, or on Sunday where that is said.
     CHECK(startsOf("DTSTART:19970805T090000\nRRULE:FREQ=WEEKLY;INTERVAL=2;COUNT=4;BYDAY=TU,SU\n", "1997-01-01",
@@ -155,7 +153,7 @@ TEST_CASE("Recurrence: rules give the starts that they name", "[planner]")
                    "2099-01-04") == times({"2099-01-03"}));
 }
 
-TEST_CASE("Recurrence: the end is the last start that there may be", "[planner]")
+TEST_CASE("Recurrence: the end is the last start that there may be")
 {
     // 22:30 UTC is half past midnight in Berlin.
     CHECK(startsOf("DTSTART;TZID=Europe/Berlin:20260701T003000\nRRULE:FREQ=DAILY;UNTIL=20260702T223000Z\n",

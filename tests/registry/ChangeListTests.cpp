@@ -1,4 +1,4 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/ChangeList.h>
 #include <tarn/FileSystem.h>
@@ -6,13 +6,9 @@
 #include <tarn/WindowsFile.h>
 
 #include <map>
-#include <string>
 
-#include "Expect.h"
 #include "ScratchFolder.h"
 #include "ScratchKey.h"
-
-using namespace tarn;
 
 namespace {
 /// Something of each kind to change.
@@ -20,14 +16,14 @@ struct Place {
     Place()
     {
         folder.write("file", "old");
-        FileSystem::createFolder(path(L"tree\\inside").c_str());
+        FileSystem::createFolder(path(L"tree\\inside"));
         folder.write("tree\\inside\\leaf", "leaf");
-        FileSystem::setAttributes(path(L"tree\\inside\\leaf").c_str(), FILE_ATTRIBUTE_READONLY);
+        FileSystem::setAttributes(path(L"tree\\inside\\leaf"), FILE_ATTRIBUTE_READONLY);
         key.storeText(L"a", L"text", L"old");
         key.storeText(L"b\\below", L"text", L"below");
     }
 
-    std::wstring path(const wchar_t* name) const { return folder.file(name); }
+    BasicString<wchar_t> path(const wchar_t* name) const { return folder.file(name); }
 
     /// All there is, by name: contents and attributes of files, values of keys.
     std::map<std::wstring, std::string> state() const
@@ -56,12 +52,12 @@ struct Place {
     void addSteps(ChangeList& changes, std::size_t count) const
     {
         const RegistryValue<wchar_t> value(L"new");
-        const std::function<void()> steps[] = {[&] { changes.createFolder(path(L"new\\folder").c_str()); },
-                                               [&] { changes.writeFile(path(L"new\\folder\\file").c_str(), "new", 3); },
-                                               [&] { changes.writeFile(path(L"file").c_str(), "newer", 5); },
-                                               [&] { changes.copy(path(L"tree").c_str(), path(L"copy").c_str()); },
-                                               [&] { changes.move(path(L"file").c_str(), path(L"moved").c_str()); },
-                                               [&] { changes.remove(path(L"tree").c_str()); },
+        const std::function<void()> steps[] = {[&] { changes.createFolder(path(L"new\\folder")); },
+                                               [&] { changes.writeFile(path(L"new\\folder\\file"), "new", 3); },
+                                               [&] { changes.writeFile(path(L"file"), "newer", 5); },
+                                               [&] { changes.copy(path(L"tree"), path(L"copy")); },
+                                               [&] { changes.move(path(L"file"), path(L"moved")); },
+                                               [&] { changes.remove(path(L"tree")); },
                                                [&] { changes.createKey(key, L"new\\key"); },
                                                [&] { changes.setValue(key, L"a", L"text", value); },
                                                [&] { changes.setValue(key, L"c\\d", L"text", value); },
@@ -72,12 +68,12 @@ struct Place {
             steps[i]();
     }
 
-    support::ScratchFolder folder;
-    support::ScratchKey key;
+    ScratchFolder folder;
+    ScratchKey key;
 };
 } // namespace
 
-TEST_CASE("ChangeList: a failure at any step leaves all as it was, and without one all is done", "[registry][changes]")
+TEST_CASE("ChangeList: a failure at any step leaves all as it was, and without one all is done")
 {
     const Place place;
     const auto before = place.state();
@@ -91,7 +87,7 @@ TEST_CASE("ChangeList: a failure at any step leaves all as it was, and without o
             L"Failing step", [] { throw Exception("planted"); }, [] { FAIL("nothing was done"); });
         CHECK(place.state() == before);
         CAPTURE(count);
-        support::expectError<Exception>([&] { changes.apply(); }, "planted");
+        expectError<Exception>([&] { changes.apply(); }, "planted");
         CHECK(place.state() == before);
         CHECK((undone && changes.getNotUndone().empty()));
     }
@@ -117,17 +113,17 @@ TEST_CASE("ChangeList: a failure at any step leaves all as it was, and without o
     CHECK(place.state() == after);
 }
 
-TEST_CASE("ChangeList: a step that fails by itself harms nothing that was there", "[registry][changes]")
+TEST_CASE("ChangeList: a step that fails by itself harms nothing that was there")
 {
     const Place place;
     const auto before = place.state();
     const auto path = [&](const wchar_t* name) { return place.path(name); };
     const std::function<void(ChangeList&)> failing[] = {
-        [&](ChangeList& changes) { changes.writeFile(path(L"tree").c_str(), "", 0); },
-        [&](ChangeList& changes) { changes.createFolder(path(L"file\\folder").c_str()); },
-        [&](ChangeList& changes) { changes.copy(path(L"file").c_str(), path(L"tree\\inside\\leaf").c_str()); },
-        [&](ChangeList& changes) { changes.move(path(L"file").c_str(), path(L"tree").c_str()); },
-        [&](ChangeList& changes) { changes.move(path(L"none").c_str(), path(L"file").c_str()); },
+        [&](ChangeList& changes) { changes.writeFile(path(L"tree"), "", 0); },
+        [&](ChangeList& changes) { changes.createFolder(path(L"file\\folder")); },
+        [&](ChangeList& changes) { changes.copy(path(L"file"), path(L"tree\\inside\\leaf")); },
+        [&](ChangeList& changes) { changes.move(path(L"file"), path(L"tree")); },
+        [&](ChangeList& changes) { changes.move(path(L"none"), path(L"file")); },
         [&](ChangeList& changes) { changes.createKey(nullptr, L"a"); }};
     for (const auto& add : failing) {
         ChangeList changes;
@@ -139,19 +135,19 @@ TEST_CASE("ChangeList: a step that fails by itself harms nothing that was there"
     }
 }
 
-TEST_CASE("ChangeList: what cannot be undone is told", "[registry][changes]")
+TEST_CASE("ChangeList: what cannot be undone is told")
 {
     const Place place;
     ChangeList changes;
-    changes.createFolder(place.path(L"new").c_str());
+    changes.createFolder(place.path(L"new"));
     changes.add(
         L"", [&] { place.folder.write("new\\foreign", "x"); }, [] {});
-    changes.remove(place.path(L"file").c_str());
+    changes.remove(place.path(L"file"));
     changes.add(
         L"", [] { throw Exception("planted"); }, [] {});
     CHECK_THROWS_WITH(changes.apply(), "planted");
     CHECK(place.folder.read("file") == "old");
     REQUIRE(changes.getNotUndone().size() == 1);
     CHECK(changes.getNotUndone()[0].startsWith(L"Can't remove \"" + place.path(L"new") + L"\": "));
-    FileSystem::remove(place.path(L"new").c_str());
+    FileSystem::remove(place.path(L"new"));
 }

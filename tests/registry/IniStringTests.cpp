@@ -1,19 +1,11 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/IniString.h>
 
-#include "Expect.h"
 #include "ScratchFolder.h"
 #include "TextOf.h"
-#include "Wine.h"
 
-using support::expectWindowsError;
-using support::ScratchFolder;
-using tarn::BasicString;
-using tarn::getIniString;
-using tarn::setIniString;
-
-TEMPLATE_TEST_CASE("getIniString: an entry, or the default when there is none", "[registry][ini]", char, wchar_t)
+TEMPLATE_TEST_CASE("getIniString: an entry, or the default when there is none", "", char, wchar_t)
 {
     const ScratchFolder folder;
     folder.write("a.ini", "[one]\r\nname= \"some text\" \r\nempty=\r\n");
@@ -31,17 +23,17 @@ TEMPLATE_TEST_CASE("getIniString: an entry, or the default when there is none", 
           Text(expected));
 }
 
-TEMPLATE_TEST_CASE("getIniString: values round the first buffer's size come whole", "[registry][ini]", char, wchar_t)
+TEMPLATE_TEST_CASE("getIniString: values round the first buffer's size come whole", "", char, wchar_t)
 {
     const ScratchFolder folder;
     const std::size_t length = GENERATE(998u, 999u, 1000u, 2000u, 30000u);
     const std::string value(length, 'x');
-    const BasicString<TestType> file(folder.write("long.ini", "[s]\r\nk=" + value + "\r\n").c_str());
+    const BasicString<TestType> file(folder.write("long.ini", "[s]\r\nk=" + value + "\r\n"));
     CHECK(
         (getIniString(file, TEXT_OF("s"), TEXT_OF("k"), TEXT_OF("")) == BasicString<TestType>(length, TestType('x'))));
 }
 
-TEMPLATE_TEST_CASE("getIniString: without a key or section it lists all the names", "[registry][ini]", char, wchar_t)
+TEMPLATE_TEST_CASE("getIniString: without a key or section it lists all the names", "", char, wchar_t)
 {
     const ScratchFolder folder;
     // 200 names of 9 characters and a zero: more than the first buffer holds.
@@ -52,17 +44,17 @@ TEMPLATE_TEST_CASE("getIniString: without a key or section it lists all the name
         text += name + "=1\r\n";
         expected += name + '\0';
     }
-    const BasicString<TestType> file(folder.write("names.ini", text + "[second]\r\n").c_str());
+    const BasicString<TestType> file(folder.write("names.ini", text + "[second]\r\n"));
     const auto keys = getIniString(file, TEXT_OF("first"), nullptr, TEXT_OF(""));
     CHECK(keys == BasicString<TestType>(expected.begin(), expected.end()));
     const std::string sections("first\0second\0", 13);
     CHECK(getIniString(file, nullptr, nullptr, TEXT_OF("")) == BasicString<TestType>(sections.begin(), sections.end()));
 }
 
-TEMPLATE_TEST_CASE("setIniString: writes, replaces and deletes entries", "[registry][ini]", char, wchar_t)
+TEMPLATE_TEST_CASE("setIniString: writes, replaces and deletes entries", "", char, wchar_t)
 {
     const ScratchFolder folder;
-    const BasicString<TestType> file(folder.file("new.ini").c_str());
+    const BasicString<TestType> file(folder.file("new.ini"));
     setIniString(file, TEXT_OF("s"), TEXT_OF("a"), TEXT_OF("1"));
     setIniString(file, TEXT_OF("s"), TEXT_OF("b"), TEXT_OF("2"));
     setIniString(file, TEXT_OF("s"), TEXT_OF("a"), TEXT_OF("3"));
@@ -71,42 +63,42 @@ TEMPLATE_TEST_CASE("setIniString: writes, replaces and deletes entries", "[regis
     CHECK(folder.read("new.ini") == "[s]\r\nb=2\r\n");
 }
 
-TEMPLATE_TEST_CASE("setIniString: a failure names file, section, key and value", "[registry][ini]", char, wchar_t)
+TEMPLATE_TEST_CASE("setIniString: a failure names file, section, key and value", "", char, wchar_t)
 {
     const ScratchFolder folder;
-    const std::string path = folder.file("none\\a.ini");
-    const BasicString<TestType> file(path.c_str());
+    const auto path = folder.file("none\\a.ini");
+    const BasicString<TestType> file(path);
     expectWindowsError([&] { setIniString(file, TEXT_OF("s"), TEXT_OF("k"), TEXT_OF("v")); }, ERROR_PATH_NOT_FOUND,
                        "Can't write private profile string \"" + path + "\" : [s] k=\"v\"");
     expectWindowsError([&] { setIniString(file, TEXT_OF("s"), nullptr, nullptr); }, ERROR_PATH_NOT_FOUND,
                        "Can't write private profile string \"" + path + "\" : [s] =\"\"");
 }
 
-TEMPLATE_TEST_CASE("setIniString: a line break is refused, and writes no other entry", "[registry][ini]", char, wchar_t)
+TEMPLATE_TEST_CASE("setIniString: a line break is refused, and writes no other entry", "", char, wchar_t)
 {
     const ScratchFolder folder;
-    const std::string path = folder.write("a.ini", "[s]\r\nk=v\r\n");
-    const BasicString<TestType> file(path.c_str());
+    const auto path = folder.write("a.ini", "[s]\r\nk=v\r\n");
+    const BasicString<TestType> file(path);
     expectWindowsError([&] { setIniString(file, TEXT_OF("s"), TEXT_OF("k"), TEXT_OF("x\n[admin]\nyes=1")); },
                        ERROR_INVALID_PARAMETER,
                        "Can't write private profile string \"" + path + "\" : [s] k=\"x\n[admin]\nyes=1\"");
-    CHECK_THROWS_AS(setIniString(file, TEXT_OF("s"), TEXT_OF("k\r"), TEXT_OF("x")), tarn::WindowsError);
-    CHECK_THROWS_AS(setIniString(file, TEXT_OF("s]\n[t"), TEXT_OF("k"), nullptr), tarn::WindowsError);
+    CHECK_THROWS_AS(setIniString(file, TEXT_OF("s"), TEXT_OF("k\r"), TEXT_OF("x")), WindowsError);
+    CHECK_THROWS_AS(setIniString(file, TEXT_OF("s]\n[t"), TEXT_OF("k"), nullptr), WindowsError);
     CHECK(folder.read("a.ini") == "[s]\r\nk=v\r\n");
     for (const char* const value : {"", " \"a b\" ", "'", ";"})
         CHECK_NOTHROW(setIniString(file, TEXT_OF("s"), TEXT_OF("k"), BasicString<TestType>(value)));
 }
 
-TEST_CASE("setIniString: a full disk is noticed", "[registry][ini]")
+TEST_CASE("setIniString: a full disk is noticed")
 {
-    if (support::isWine()) // A file that takes nothing.
+    if (isWine()) // A file that takes nothing.
         expectWindowsError([] { setIniString("Z:\\dev\\full", "s", "k", "v"); }, ERROR_DISK_FULL,
                            "Can't write private profile string \"Z:\\dev\\full\" : [s] k=\"v\"");
     else
         WARN("There is no file here that is always full");
 }
 
-TEST_CASE("Profile strings: a UTF-16 file keeps texts that no code page has", "[registry][ini]")
+TEST_CASE("Profile strings: a UTF-16 file keeps texts that no code page has")
 {
     const ScratchFolder folder;
     const std::string text("\xFF\xFE[\0s\0]\0\r\0\n\0k\0=\0\x40\x04\r\0\n\0", 22);

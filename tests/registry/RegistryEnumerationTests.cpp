@@ -1,21 +1,14 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/RegistryKey.h>
 
-#include "Expect.h"
 #include "ScratchKey.h"
 #include "TextOf.h"
 
 #include <map>
 #include <tuple>
-#include <utility>
 
-using support::expectWindowsError;
-using support::ScratchKey;
-using tarn::BasicString;
-using tarn::RegistryKey;
-
-TEMPLATE_TEST_CASE("KeyEnumeration: names, classes and times in the platform's order", "[registry]", char, wchar_t)
+TEMPLATE_TEST_CASE("KeyEnumeration: names, classes and times in the platform's order", "", char, wchar_t)
 {
     using Text = BasicString<TestType>;
     const ScratchKey scratch;
@@ -26,11 +19,11 @@ TEMPLATE_TEST_CASE("KeyEnumeration: names, classes and times in the platform's o
     const RegistryKey::KeyEnumeration<TestType> keys(scratch);
     REQUIRE(keys.size() == 3);
     const std::pair<Text, Text> expected[] = {
-        {TEXT_OF("a"), TEXT_OF("")}, {TEXT_OF("b"), TEXT_OF("class of b")}, {Text(longName.c_str()), TEXT_OF("")}};
+        {TEXT_OF("a"), TEXT_OF("")}, {TEXT_OF("b"), TEXT_OF("class of b")}, {Text(longName), TEXT_OF("")}};
     for (std::size_t i = 0; i < 3; ++i) {
         CHECK(keys.begin()[i].name == expected[i].first);
         CHECK(keys.begin()[i].className == expected[i].second);
-        const FILETIME time = RegistryKey(scratch, expected[i].first.c_str(), KEY_READ).GetLastWriteTime();
+        const FILETIME time = RegistryKey(scratch, expected[i].first, KEY_READ).GetLastWriteTime();
         CHECK(time.dwHighDateTime != 0);
         CHECK(CompareFileTime(&keys.begin()[i].lastWriteTime, &time) == 0);
     }
@@ -38,7 +31,7 @@ TEMPLATE_TEST_CASE("KeyEnumeration: names, classes and times in the platform's o
     expectWindowsError([] { RegistryKey::KeyEnumeration<TestType>(nullptr); }, ERROR_INVALID_HANDLE, "");
 }
 
-TEST_CASE("KeyEnumeration: is a copy that outlives the keys", "[registry]")
+TEST_CASE("KeyEnumeration: is a copy that outlives the keys")
 {
     const ScratchKey scratch;
     scratch.makeKey(L"a");
@@ -53,7 +46,7 @@ TEST_CASE("KeyEnumeration: is a copy that outlives the keys", "[registry]")
     CHECK(copy.begin()->name == L"a");
 }
 
-TEMPLATE_TEST_CASE("ValueEnumeration: names, types and sizes, however long the names", "[registry]", char, wchar_t)
+TEMPLATE_TEST_CASE("ValueEnumeration: names, types and sizes, however long the names", "", char, wchar_t)
 {
     using Text = BasicString<TestType>;
     const ScratchKey scratch;
@@ -69,11 +62,11 @@ TEMPLATE_TEST_CASE("ValueEnumeration: names, types and sizes, however long the n
     CHECK(found[Text()] ==
           std::pair(DWORD(REG_SZ), 8 * static_cast<unsigned long>(sizeof(TestType)))); // In the width's bytes.
     CHECK(found[TEXT_OF("number")] == std::pair(DWORD(REG_DWORD), 4ul));
-    CHECK(found[Text(longName.c_str())] == std::pair(0x77ul, 3ul));
+    CHECK(found[Text(longName)] == std::pair(0x77ul, 3ul));
     expectWindowsError([] { RegistryKey::ValueEnumeration<TestType>(nullptr); }, ERROR_INVALID_HANDLE, "");
 }
 
-TEMPLATE_TEST_CASE("RegistryKey: getInfo fills in what is asked for and nothing else", "[registry]", char, wchar_t)
+TEMPLATE_TEST_CASE("RegistryKey: getInfo fills in what is asked for and nothing else", "", char, wchar_t)
 {
     using Info = RegistryKey::Info<TestType>;
     const ScratchKey scratch;

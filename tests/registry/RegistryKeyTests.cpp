@@ -1,47 +1,38 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/RegistryKey.h>
 
-#include "Expect.h"
-#include "Handles.h"
 #include "ScratchKey.h"
 #include "TextOf.h"
 
 #include <optional>
-#include <type_traits>
-#include <utility>
-#include <vector>
 
-using support::expectWindowsError;
-using support::ScratchKey;
-using tarn::RegistryKey;
-
-TEMPLATE_TEST_CASE("RegistryKey: owns the key that it opens, and tells a missing one", "[registry]", char, wchar_t)
+TEMPLATE_TEST_CASE("RegistryKey: owns the key that it opens, and tells a missing one", "", char, wchar_t)
 {
     const ScratchKey scratch;
     scratch.makeKey(L"B");
-    const auto before = support::openHandles();
+    const auto before = openHandles();
     {
         RegistryKey key(scratch, TEXT_OF(""), KEY_READ);
         CHECK(key.ownsKey());
         CHECK(key.open(scratch, TEXT_OF("B"), KEY_READ));
-        CHECK(support::openHandles() == before + 1);
+        CHECK(openHandles() == before + 1);
         CHECK_FALSE(key.open(scratch, TEXT_OF("None"), KEY_READ));
         CHECK_FALSE(key.ownsKey());
         CHECK(key.isNull());
-        CHECK(support::openHandles() == before);
+        CHECK(openHandles() == before);
         expectWindowsError([&] { key.open(nullptr, TEXT_OF("B"), KEY_READ); }, ERROR_INVALID_HANDLE, "");
         key.open(scratch, TEXT_OF("B"), KEY_READ);
     }
-    CHECK(support::openHandles() == before);
+    CHECK(openHandles() == before);
     expectWindowsError([&] { RegistryKey(scratch, TEXT_OF("None"), KEY_READ); }, ERROR_FILE_NOT_FOUND,
                        "Registry key not found");
 }
 
-TEMPLATE_TEST_CASE("RegistryKey: create leaves the key open and unowned", "[registry]", char, wchar_t)
+TEMPLATE_TEST_CASE("RegistryKey: create leaves the key open and unowned", "", char, wchar_t)
 {
     const ScratchKey scratch;
-    const auto before = support::openHandles();
+    const auto before = openHandles();
     HKEY created = nullptr;
     {
         RegistryKey key;
@@ -51,16 +42,16 @@ TEMPLATE_TEST_CASE("RegistryKey: create leaves the key open and unowned", "[regi
         created = key;
     }
     CHECK(scratch.hasKey(L"New"));
-    CHECK(support::openHandles() == before + 1);
+    CHECK(openHandles() == before + 1);
     RegistryKey(created, true).close();
     {
         const RegistryKey owned = RegistryKey::createOwned(scratch, TEXT_OF("Owned"), KEY_READ | KEY_WOW64_64KEY);
         CHECK((owned.ownsKey() && owned.getView() == KEY_WOW64_64KEY && scratch.hasKey(L"Owned")));
     }
-    CHECK(support::openHandles() == before);
+    CHECK(openHandles() == before);
 }
 
-TEMPLATE_TEST_CASE("RegistryKey: create passes class and disposition on", "[registry]", char, wchar_t)
+TEMPLATE_TEST_CASE("RegistryKey: create passes class and disposition on", "", char, wchar_t)
 {
     const ScratchKey scratch;
     RegistryKey key;
@@ -76,7 +67,7 @@ TEMPLATE_TEST_CASE("RegistryKey: create passes class and disposition on", "[regi
     CHECK(key.isNull());
 }
 
-TEST_CASE("RegistryKey: close keeps the handle's value, and a failing one the ownership", "[registry]")
+TEST_CASE("RegistryKey: close keeps the handle's value, and a failing one the ownership")
 {
     const ScratchKey scratch;
     RegistryKey key(scratch, L"", KEY_READ);
@@ -93,11 +84,11 @@ TEST_CASE("RegistryKey: close keeps the handle's value, and a failing one the ow
     key.detach();
 }
 
-TEST_CASE("RegistryKey: keys move into and out of containers, and each is closed once", "[registry]")
+TEST_CASE("RegistryKey: keys move into and out of containers, and each is closed once")
 {
     static_assert(std::is_nothrow_move_assignable_v<RegistryKey>);
     const ScratchKey scratch;
-    const auto before = support::openHandles();
+    const auto before = openHandles();
     {
         std::vector<RegistryKey> keys;
         for (const wchar_t* name : {L"a", L"b", L"c"})
@@ -113,14 +104,14 @@ TEST_CASE("RegistryKey: keys move into and out of containers, and each is closed
         keys[0] = RegistryKey::createOwned(scratch, L"a", KEY_ALL_ACCESS);
         keys[1].detach();
     }
-    CHECK(support::openHandles() == before);
+    CHECK(openHandles() == before);
 }
 
-TEST_CASE("RegistryKey: a copy of an owned key stands alone, a copy of a borrowed one borrows", "[registry]")
+TEST_CASE("RegistryKey: a copy of an owned key stands alone, a copy of a borrowed one borrows")
 {
     const ScratchKey scratch;
     scratch.makeKey(L"Sub");
-    const auto before = support::openHandles();
+    const auto before = openHandles();
     {
         RegistryKey copy;
         {
@@ -136,7 +127,7 @@ TEST_CASE("RegistryKey: a copy of an owned key stands alone, a copy of a borrowe
         CHECK(moved.getValueCount() == 0);
         CHECK(copy.isNull());
     }
-    CHECK(support::openHandles() == before);
+    CHECK(openHandles() == before);
 
     const RegistryKey root(HKEY_CURRENT_USER, false), borrowed = root;
     CHECK(borrowed.getKey() == HKEY_CURRENT_USER);
@@ -144,7 +135,7 @@ TEST_CASE("RegistryKey: a copy of an owned key stands alone, a copy of a borrowe
     CHECK(RegistryKey(RegistryKey(HKEY_CURRENT_USER, true)).existsKey(L"Software"));
 }
 
-TEST_CASE("RegistryKey: keeps the view that it was opened in, as long as it has the key", "[registry]")
+TEST_CASE("RegistryKey: keeps the view that it was opened in, as long as it has the key")
 {
     const ScratchKey scratch;
     RegistryKey key(scratch, L"", KEY_READ | KEY_WOW64_64KEY);
@@ -162,17 +153,17 @@ TEST_CASE("RegistryKey: keeps the view that it was opened in, as long as it has 
     CHECK(key.getView() == 0);
 }
 
-TEMPLATE_TEST_CASE("RegistryKey: a key is there until it is deleted", "[registry]", char, wchar_t)
+TEMPLATE_TEST_CASE("RegistryKey: a key is there until it is deleted", "", char, wchar_t)
 {
     const ScratchKey scratch;
     scratch.makeKey(L"Sub\\Inner");
     const RegistryKey key(scratch, false);
-    const auto before = support::openHandles();
+    const auto before = openHandles();
     CHECK(key.existsKey(TEXT_OF("Sub")));
     CHECK(RegistryKey::existsKey(scratch, TEXT_OF("Sub\\Inner")));
     CHECK_FALSE(key.existsKey(TEXT_OF("None")));
     CHECK_FALSE(RegistryKey::existsKey(nullptr, TEXT_OF("Sub")));
-    CHECK(support::openHandles() == before);
+    CHECK(openHandles() == before);
 
     expectWindowsError([&] { key.deleteKey(TEXT_OF("Sub")); }, ERROR_ACCESS_DENIED, "");
     key.deleteKey(TEXT_OF("Sub\\Inner"));

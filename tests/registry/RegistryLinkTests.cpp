@@ -1,23 +1,19 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/RegistryKey.h>
 #include <tarn/WindowsModule.h>
 
-#include "Expect.h"
 #include "ScratchKey.h"
 #include "TextOf.h"
 
 #include <winternl.h>
-
-using support::ScratchKey;
-using tarn::RegistryKey;
 
 // What only the kernel's own calls make: links, and names with a zero in them.
 
 namespace {
 template <class... Arguments> void ntdll(const char* name, Arguments... arguments)
 {
-    const auto procedure = tarn::WindowsModule("ntdll.dll", false).getProcAddress(name, false);
+    const auto procedure = WindowsModule("ntdll.dll", false).getProcAddress(name, false);
     REQUIRE(reinterpret_cast<LONG(WINAPI*)(Arguments...)>(reinterpret_cast<void*>(procedure))(arguments...) == 0);
 }
 
@@ -61,8 +57,7 @@ UNICODE_STRING counted(std::wstring& name)
 std::wstring withZero(L"a\0b", 3);
 } // namespace
 
-TEMPLATE_TEST_CASE("RegistryKey: a link is deleted as a link, and its target stays, at every level", "[registry]", char,
-                   wchar_t)
+TEMPLATE_TEST_CASE("RegistryKey: a link is deleted as a link, and its target stays, at every level", "", char, wchar_t)
 {
     const ScratchKey scratch;
     scratch.storeText(L"other\\sub", L"v", L"text");
@@ -91,7 +86,7 @@ TEMPLATE_TEST_CASE("RegistryKey: a link is deleted as a link, and its target sta
     CHECK(scratch.hasValue(L"other\\sub", L"v"));
 }
 
-TEST_CASE("RegistryKey: AddContentFrom copies a link as a link, also one that leads back", "[registry]")
+TEST_CASE("RegistryKey: AddContentFrom copies a link as a link, also one that leads back")
 {
     const ScratchKey scratch;
     scratch.storeText(L"from", L"v", L"text");
@@ -105,7 +100,7 @@ TEST_CASE("RegistryKey: AddContentFrom copies a link as a link, also one that le
     to.deleteKey(L"link");
 }
 
-TEST_CASE("RegistryKey: AddContentFrom does not write through a link, nor over a key a link", "[registry]")
+TEST_CASE("RegistryKey: AddContentFrom does not write through a link, nor over a key a link")
 {
     const ScratchKey scratch;
     scratch.storeText(L"from\\sub", L"v", L"text");
@@ -116,14 +111,14 @@ TEST_CASE("RegistryKey: AddContentFrom does not write through a link, nor over a
     CHECK((scratch.hasValue(L"other", L"kept") && !scratch.hasValue(L"other", L"v")));
 
     makeLink(scratch, L"links\\sub", L"other");
-    support::expectWindowsError(
+    expectWindowsError(
         [&] { RegistryKey(scratch, L"to", KEY_ALL_ACCESS).AddContentFrom(RegistryKey(scratch, L"links", KEY_READ)); },
         ERROR_ALREADY_EXISTS, "Can't replace a registry key by a link");
     CHECK(scratch.hasValue(L"to\\sub", L"v"));
     RegistryKey(scratch, false).deleteKeyRecursive(L"links");
 }
 
-TEST_CASE("RegistryKey: names with a zero are copied and deleted like others", "[registry]")
+TEST_CASE("RegistryKey: names with a zero are copied and deleted like others")
 {
     const ScratchKey scratch;
     scratch.makeKey(L"to");

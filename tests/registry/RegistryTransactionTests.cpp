@@ -1,18 +1,14 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
-#include <tarn/Exception.h>
 #include <tarn/RegistryTransaction.h>
 
 #include "ScratchKey.h"
-#include "Wine.h"
 
-using namespace tarn;
-
-TEST_CASE("RegistryTransaction: all counts with the commit, or the platform has none and says so", "[registry]")
+TEST_CASE("RegistryTransaction: all counts with the commit, or the platform has none and says so")
 {
-    const support::ScratchKey scratch;
+    const ScratchKey scratch;
     if (!RegistryTransaction::isAvailable()) {
-        CHECK(support::isWine());
+        CHECK(isWine());
         CHECK_THROWS_AS(RegistryTransaction(), WindowsError);
         return;
     }

@@ -1,25 +1,13 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/RegistryKey.h>
 #include <tarn/RegistryValue.h>
 
-#include "Expect.h"
 #include "ScratchKey.h"
 #include "TextOf.h"
 
 #include <atomic>
-#include <stdexcept>
 #include <thread>
-#include <utility>
-
-using support::bytesOf;
-using support::expectError;
-using support::expectWindowsError;
-using support::ScratchKey;
-using support::StoredValue;
-using tarn::BasicString;
-using tarn::RegistryKey;
-using tarn::RegistryValue;
 
 namespace {
 using Bytes = std::vector<unsigned char>;
@@ -41,7 +29,7 @@ template <class Ch> std::list<BasicString<Ch>> listOf(std::initializer_list<cons
 }
 } // namespace
 
-TEMPLATE_TEST_CASE("RegistryKey: DWORDs of three types are read as they lie, no others", "[registry]", char, wchar_t)
+TEMPLATE_TEST_CASE("RegistryKey: DWORDs of three types are read as they lie, no others", "", char, wchar_t)
 {
     const ScratchKey scratch;
     const RegistryKey key(scratch, false);
@@ -63,8 +51,7 @@ TEMPLATE_TEST_CASE("RegistryKey: DWORDs of three types are read as they lie, no 
     expectWindowsError([&] { key.getDWordValue(TEXT_OF("missing")); }, ERROR_FILE_NOT_FOUND, "");
 }
 
-TEMPLATE_TEST_CASE("RegistryKey: numbers of 64 bits are written, and read from three types", "[registry]", char,
-                   wchar_t)
+TEMPLATE_TEST_CASE("RegistryKey: numbers of 64 bits are written, and read from three types", "", char, wchar_t)
 {
     const ScratchKey scratch;
     const RegistryKey key(scratch, false);
@@ -85,8 +72,8 @@ TEMPLATE_TEST_CASE("RegistryKey: numbers of 64 bits are written, and read from t
     expectWindowsError([&] { key.getQWordValue(TEXT_OF("none")); }, ERROR_FILE_NOT_FOUND, "");
 }
 
-TEMPLATE_TEST_CASE("RegistryKey: a missing value is the default, or nothing; a wrong one is an error", "[registry]",
-                   char, wchar_t)
+TEMPLATE_TEST_CASE("RegistryKey: a missing value is the default, or nothing; a wrong one is an error", "", char,
+                   wchar_t)
 {
     const ScratchKey scratch;
     const RegistryKey key(scratch, false);
@@ -100,7 +87,7 @@ TEMPLATE_TEST_CASE("RegistryKey: a missing value is the default, or nothing; a w
     key.setValue(name, 5);
     CHECK((key.findDWordValue(name) == 5ul && key.findQWordValue(name) == 5ull));
     CHECK((key.getDWordValue(name, 7) == 5 && key.getQWordValue(name, 7) == 5));
-    CHECK_THROWS_AS(key.getStringValue(name, TEXT_OF("no")), tarn::WindowsError);
+    CHECK_THROWS_AS(key.getStringValue(name, TEXT_OF("no")), WindowsError);
     key.setExpandableValue(name, TEXT_OF("%tarn-none%"));
     CHECK(scratch.stored(L"", L"v") == StoredValue{REG_EXPAND_SZ, bytesOf(L"%tarn-none%")});
     CHECK((key.findStringValue(name) == TEXT_OF("%tarn-none%") && key.findExpandedStringValue(name)));
@@ -109,7 +96,7 @@ TEMPLATE_TEST_CASE("RegistryKey: a missing value is the default, or nothing; a w
     CHECK(key.findStringsValue(name) == listOf<TestType>({"a", "b"}));
 }
 
-TEMPLATE_TEST_CASE("RegistryKey: texts are read up to a zero or their end", "[registry]", char, wchar_t)
+TEMPLATE_TEST_CASE("RegistryKey: texts are read up to a zero or their end", "", char, wchar_t)
 {
     const ScratchKey scratch;
     const RegistryKey key(scratch, false);
@@ -134,8 +121,7 @@ TEMPLATE_TEST_CASE("RegistryKey: texts are read up to a zero or their end", "[re
     expectWindowsError([&] { RegistryKey().getStringValue(TEXT_OF("v")); }, ERROR_INVALID_HANDLE, "");
 }
 
-TEMPLATE_TEST_CASE("RegistryKey: expanded texts have the variables of REG_EXPAND_SZ replaced", "[registry]", char,
-                   wchar_t)
+TEMPLATE_TEST_CASE("RegistryKey: expanded texts have the variables of REG_EXPAND_SZ replaced", "", char, wchar_t)
 {
     const ScratchKey scratch;
     const RegistryKey key(scratch, false);
@@ -143,7 +129,7 @@ TEMPLATE_TEST_CASE("RegistryKey: expanded texts have the variables of REG_EXPAND
     SetEnvironmentVariableW(L"tarn-test", longValue.c_str());
     scratch.store(L"", L"v", REG_EXPAND_SZ, bytesOf(L"<%tarn-test%> %tarn-none%"));
     scratch.storeText(L"", L"plain", L"%tarn-test%");
-    const BasicString<TestType> expanded((L"<" + longValue + L"> %tarn-none%").c_str());
+    const BasicString<TestType> expanded(L"<" + longValue + L"> %tarn-none%");
     CHECK(key.getExpandedStringValue(TEXT_OF("v")) == expanded);
     CHECK(key.getExpandedStringValue(TEXT_OF("v"), TEXT_OF("default")) == expanded);
     CHECK(key.findExpandedStringValue(TEXT_OF("v")) == expanded);
@@ -153,7 +139,7 @@ TEMPLATE_TEST_CASE("RegistryKey: expanded texts have the variables of REG_EXPAND
                        "Registry value not found");
 }
 
-TEST_CASE("RegistryKey: a text that grows while it is read comes whole", "[registry]")
+TEST_CASE("RegistryKey: a text that grows while it is read comes whole")
 {
     const ScratchKey scratch;
     const RegistryKey key(scratch, false);
@@ -169,7 +155,7 @@ TEST_CASE("RegistryKey: a text that grows while it is read comes whole", "[regis
         try {
             const std::wstring text = key.getStringValue(L"v");
             torn += text != longText && text != L"s";
-        } catch (const tarn::WindowsError&) {
+        } catch (const WindowsError&) {
             ++torn;
         }
     }
@@ -178,7 +164,7 @@ TEST_CASE("RegistryKey: a text that grows while it is read comes whole", "[regis
     CHECK(torn == 0);
 }
 
-TEMPLATE_TEST_CASE("RegistryKey: multi-strings are read with any or no terminators", "[registry]", char, wchar_t)
+TEMPLATE_TEST_CASE("RegistryKey: multi-strings are read with any or no terminators", "", char, wchar_t)
 {
     const ScratchKey scratch;
     const RegistryKey key(scratch, false);
@@ -202,7 +188,7 @@ TEMPLATE_TEST_CASE("RegistryKey: multi-strings are read with any or no terminato
     }
 }
 
-TEMPLATE_TEST_CASE("RegistryKey: what is written is what the platform finds", "[registry]", char, wchar_t)
+TEMPLATE_TEST_CASE("RegistryKey: what is written is what the platform finds", "", char, wchar_t)
 {
     const ScratchKey scratch;
     const RegistryKey key(scratch, false);
@@ -228,7 +214,7 @@ TEMPLATE_TEST_CASE("RegistryKey: what is written is what the platform finds", "[
     expectWindowsError([&] { RegistryKey().setValue(TEXT_OF("v"), 1UL); }, ERROR_INVALID_HANDLE, "");
 }
 
-TEMPLATE_TEST_CASE("RegistryKey: values are looked at, raw, and deleted", "[registry]", char, wchar_t)
+TEMPLATE_TEST_CASE("RegistryKey: values are looked at, raw, and deleted", "", char, wchar_t)
 {
     const ScratchKey scratch;
     const RegistryKey key(scratch, false);
@@ -260,7 +246,7 @@ TEMPLATE_TEST_CASE("RegistryKey: values are looked at, raw, and deleted", "[regi
                        "Error in checking registry value existance");
 }
 
-TEMPLATE_TEST_CASE("RegistryValue: carries any value from one name to another", "[registry]", char, wchar_t)
+TEMPLATE_TEST_CASE("RegistryValue: carries any value from one name to another", "", char, wchar_t)
 {
     const ScratchKey scratch;
     const RegistryKey key(scratch, false);
@@ -277,7 +263,7 @@ TEMPLATE_TEST_CASE("RegistryValue: carries any value from one name to another", 
     }
 }
 
-TEMPLATE_TEST_CASE("RegistryValue: gives what it was made from, and refuses other types", "[registry]", char, wchar_t)
+TEMPLATE_TEST_CASE("RegistryValue: gives what it was made from, and refuses other types", "", char, wchar_t)
 {
     using Value = RegistryValue<TestType>;
     const Value number(0x04030201UL);
@@ -289,6 +275,6 @@ TEMPLATE_TEST_CASE("RegistryValue: gives what it was made from, and refuses othe
     CHECK(Value(listOf<TestType>({"a", "bc"})).getStrings() == listOf<TestType>({"a", "bc"}));
     expectError<std::runtime_error>([&] { text.getDWord(); }, wrongDWordType);
     expectError<std::runtime_error>([&] { Value(number.getData(), 3, REG_DWORD).getDWord(); }, wrongDWordSize);
-    CHECK_THROWS_AS(number.getString(), tarn::WindowsError);
-    CHECK_THROWS_AS(number.getStrings(), tarn::WindowsError);
+    CHECK_THROWS_AS(number.getString(), WindowsError);
+    CHECK_THROWS_AS(number.getStrings(), WindowsError);
 }

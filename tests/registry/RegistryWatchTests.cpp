@@ -1,17 +1,12 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/RegistryWatch.h>
 
-#include "Expect.h"
-#include "Handles.h"
 #include "ScratchKey.h"
-#include "Wine.h"
 
-using namespace tarn;
-
-TEST_CASE("RegistryWatch: changes of the key, and below it if asked, are told once each", "[registry][watch]")
+TEST_CASE("RegistryWatch: changes of the key, and below it if asked, are told once each")
 {
-    const support::ScratchKey scratch;
+    const ScratchKey scratch;
     scratch.makeKey(L"below");
     const RegistryKey key(scratch, false);
     RegistryWatch all(key), own(key, false);
@@ -27,13 +22,13 @@ TEST_CASE("RegistryWatch: changes of the key, and below it if asked, are told on
     CHECK(all.waitForChange(20'000));
 }
 
-TEST_CASE("RegistryWatch: nothing of it stays, and the key may have been opened for anything", "[registry][watch]")
+TEST_CASE("RegistryWatch: nothing of it stays, and the key may have been opened for anything")
 {
-    const support::ScratchKey scratch;
+    const ScratchKey scratch;
     const RegistryKey key(scratch, false);
-    const unsigned long handles = support::openHandles();
+    const unsigned long handles = openHandles();
     RegistryWatch(key).waitForChange(0);
-    CHECK(support::openHandles() == handles);
+    CHECK(openHandles() == handles);
 
     scratch.makeKey(L"gone");
     RegistryWatch gone(RegistryKey(key, L"gone", KEY_READ));
@@ -42,10 +37,10 @@ TEST_CASE("RegistryWatch: nothing of it stays, and the key may have been opened 
         while (gone.waitForChange(100))
             ;
     };
-    if (support::isWine())
+    if (isWine())
         WARN("Wine says nothing when a watched key is deleted");
     else
-        support::expectWindowsError(read, ERROR_KEY_DELETED, "Can't watch registry key");
+        expectWindowsError(read, ERROR_KEY_DELETED, "Can't watch registry key");
     const RegistryKey unreadable(key, L"", KEY_SET_VALUE);
     CHECK_NOTHROW(RegistryWatch(unreadable)); // Which opens the key itself.
 }

@@ -1,4 +1,4 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/CommandLine.h>
 #include <tarn/Event.h>
@@ -9,19 +9,11 @@
 #include <tarn/Settings.h>
 #include <tarn/WindowsFile.h>
 
-#include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <random>
-#include <string>
-#include <vector>
 
-#include "Expect.h"
 #include "ScratchFolder.h"
 #include "ScratchKey.h"
-#include "TryAgain.h"
-
-using namespace tarn;
 
 namespace {
 using Values = SettingsStore::Values;
@@ -70,19 +62,19 @@ struct Stores {
         return (savedNumber(values) + 1) % 1000 != savedNumber(of(registry)->load());
     }
     /// The platform keeps some handles open from the first use of a file on.
-    static bool use(const support::ScratchFolder& folder)
+    static bool use(const ScratchFolder& folder)
     {
         for (const Kind kind : {file, ini})
             storeOf(kind, folder.file(L"first"), {})->save({{L"a", L"b"}});
         return true;
     }
-    support::ScratchFolder folder;
+    ScratchFolder folder;
     bool isUsed = use(folder);
-    support::ScratchKey key;
+    ScratchKey key;
 };
 } // namespace
 
-TEST_CASE("SettingsStore: all that was saved comes back, and nothing else", "[registry][settings]")
+TEST_CASE("SettingsStore: all that was saved comes back, and nothing else")
 {
     const Stores stores;
     const Kind kind = GENERATE(file, ini, registry);
@@ -97,16 +89,16 @@ TEST_CASE("SettingsStore: all that was saved comes back, and nothing else", "[re
     CHECK(stores.of(kind)->load() == values);
 }
 
-TEST_CASE("SettingsStore: the bytes of a file, of an INI file and of a key", "[registry][settings]")
+TEST_CASE("SettingsStore: the bytes of a file, of an INI file and of a key")
 {
     const Stores stores;
     const Values values{{L"a", L" 1"}, {L"b", L"x\n"}, {L"\x0416", L"2"}};
     stores.of(file)->save(values);
-    const std::wstring path = stores.folder.file(L"\x0416.txt");
-    FileSystem::move(path.c_str(), stores.folder.file(L"copy").c_str());
+    const auto path = stores.folder.file(L"\x0416.txt");
+    FileSystem::move(path, stores.folder.file(L"copy"));
     CHECK(stores.folder.read("copy") == "4239863374\na=\" 1\"\nb=x\\n\n\xD0\x96=2\n");
     stores.of(ini)->save({{L"a", L" 1"}});
-    FileSystem::move(path.c_str(), stores.folder.file(L"copy").c_str(), {.replace = true});
+    FileSystem::move(path, stores.folder.file(L"copy"), {.replace = true});
     const std::string bytes = stores.folder.read("copy");
     CHECK(bytes.starts_with("\xFF\xFE"));
     std::string text;
@@ -114,12 +106,11 @@ TEST_CASE("SettingsStore: the bytes of a file, of an INI file and of a key", "[r
         text += bytes[i];
     CHECK(text == "[Settings]\r\na=\" 1\"\r\nEnd=1\r\n");
     stores.of(registry)->save(values);
-    CHECK(stores.key.stored(L"Settings\\A", L"a").data == support::bytesOf(L" 1"));
+    CHECK(stores.key.stored(L"Settings\\A", L"a").data == bytesOf(L" 1"));
     CHECK(stores.key.stored(L"Settings", L"Current").data == std::vector<unsigned char>{0, 0, 0, 0});
 }
 
-TEST_CASE("SettingsStore: what is damaged gives what was saved before, and what is nothing gives nothing",
-          "[registry][settings]")
+TEST_CASE("SettingsStore: what is damaged gives what was saved before, and what is nothing gives nothing")
 {
     const Stores stores;
     const Values first{{L"a", L"1"}}, second{{L"a", L"2"}, {L"b", L"3"}};
@@ -127,23 +118,23 @@ TEST_CASE("SettingsStore: what is damaged gives what was saved before, and what 
     CAPTURE(kind);
     stores.of(kind)->save(first);
     stores.of(kind)->save(second);
-    const std::wstring path = stores.folder.file(L"\x0416.txt");
-    const auto size = static_cast<unsigned>(WindowsFile::getSize(path.c_str()));
+    const auto path = stores.folder.file(L"\x0416.txt");
+    const auto size = static_cast<unsigned>(WindowsFile::getSize(path));
     for (const unsigned kept : {0u, 1u, size / 2, size - 6}) {
-        WindowsFile cut = WindowsFile::openToChange(path.c_str());
+        WindowsFile cut = WindowsFile::openToChange(path);
         cut.seek(kept, Seekable::begin);
         REQUIRE(SetEndOfFile(cut));
         cut.close();
         CHECK(stores.of(kind)->load() == first);
     }
     stores.of(kind)->save(second); // Does not take the damaged one for what was saved before.
-    WindowsFile::overwrite(path.c_str()).write("\0\xFF=\n=", 5);
+    WindowsFile::overwrite(path).write("\0\xFF=\n=", 5);
     CHECK(stores.of(kind)->load() == first);
-    FileSystem::remove((path + L".last").c_str());
+    FileSystem::remove(path + L".last");
     CHECK_NOTHROW(stores.of(kind)->load());
 }
 
-TEST_CASE("SettingsStore: a registry store that somebody has worked on is no failure", "[registry][settings]")
+TEST_CASE("SettingsStore: a registry store that somebody has worked on is no failure")
 {
     const Stores stores;
     stores.of(registry)->save({{L"a", L"1"}});
@@ -154,19 +145,19 @@ TEST_CASE("SettingsStore: a registry store that somebody has worked on is no fai
     CHECK(stores.of(registry)->load() == Values{{L"a", L"3"}});
 }
 
-TEST_CASE("SettingsStore: an INI file keeps its other sections, and may be written by hand", "[registry][settings]")
+TEST_CASE("SettingsStore: an INI file keeps its other sections, and may be written by hand")
 {
     const Stores stores;
-    const std::wstring path = stores.folder.file(L"\x0416.txt");
-    setIniString(path.c_str(), L"Settings", L"a", L"by hand");
-    setIniString(path.c_str(), L"Other", L"b", L"kept");
+    const auto path = stores.folder.file(L"\x0416.txt");
+    setIniString(path, L"Settings", L"a", L"by hand");
+    setIniString(path, L"Other", L"b", L"kept");
     CHECK(stores.of(ini)->load() == Values{{L"a", L"by hand"}});
     stores.of(ini)->save({{L"c", L"1"}});
-    CHECK(getIniString(path.c_str(), L"Other", L"b", L"") == L"kept");
+    CHECK(getIniString(path, L"Other", L"b", L"") == L"kept");
     CHECK(stores.of(ini)->load() == Values{{L"c", L"1"}});
 }
 
-TEST_CASE("Settings: a value is the stored one if it fits, or the default", "[registry][settings]")
+TEST_CASE("Settings: a value is the stored one if it fits, or the default")
 {
     const Stores stores;
     stores.of(file)->save({{L"Width", L"99999"}, {L"Height", L"480"}, {L"Flag", L"yes"}, {L"Unknown", L"kept"}});
@@ -193,15 +184,14 @@ TEST_CASE("Settings: a value is the stored one if it fits, or the default", "[re
                                             {L"Unknown", L"kept"},
                                             {L"Version", L"1"}});
 
-    support::expectError<Exception>([&] { settings.setNumber(L"Width", 1); }, "Not in the range of setting \"Width\"");
-    support::expectError<Exception>([&] { settings.getText(L"Width"); }, "No setting \"Width\" of this type");
-    support::expectError<Exception>([&] { settings.reset(L"None"); }, "No setting \"None\" of this type");
-    support::expectError<Exception>([&] { settings.declareNumber(L"x", 0, 1, 2); },
-                                    "Not in the range of setting \"x\"");
-    support::expectError<Exception>([&] { settings.declareText(L"End", L""); }, "Not in the range of setting \"End\"");
+    expectError<Exception>([&] { settings.setNumber(L"Width", 1); }, "Not in the range of setting \"Width\"");
+    expectError<Exception>([&] { settings.getText(L"Width"); }, "No setting \"Width\" of this type");
+    expectError<Exception>([&] { settings.reset(L"None"); }, "No setting \"None\" of this type");
+    expectError<Exception>([&] { settings.declareNumber(L"x", 0, 1, 2); }, "Not in the range of setting \"x\"");
+    expectError<Exception>([&] { settings.declareText(L"End", L""); }, "Not in the range of setting \"End\"");
 }
 
-TEST_CASE("Settings: what an older version has stored is migrated, and a newer one stays newer", "[registry][settings]")
+TEST_CASE("Settings: what an older version has stored is migrated, and a newer one stays newer")
 {
     const Stores stores;
     stores.of(file)->save({{L"Size", L"7"}});
@@ -240,26 +230,24 @@ TEST_CASE("saves settings for ever", "[.]") // The child of the next one, which 
     }
 }
 
-TEST_CASE("SettingsStore: a program that is killed while it saves loses nothing", "[registry][settings]")
+TEST_CASE("SettingsStore: a program that is killed while it saves loses nothing")
 {
     const char* const wish = std::getenv("TARN_KILLS");
     const int kills = wish ? std::atoi(wish) : 8;
     const Stores stores;
     const Kind kind = GENERATE(file, ini, registry);
     CAPTURE(kind);
-    wchar_t program[MAX_PATH];
-    GetModuleFileNameW(nullptr, program, MAX_PATH);
     Environment environment = Environment::current();
     environment.set(L"TARN_KIND", std::to_wstring(kind).c_str());
-    environment.set(L"TARN_PATH", stores.folder.file(L"\x0416.txt").c_str());
+    environment.set(L"TARN_PATH", stores.folder.file(L"\x0416.txt"));
     environment.set(L"TARN_KEY", (stores.key.path() + L"\\Settings").c_str());
     const Event begun(begunName, true, false);
     std::mt19937 random;
     int whole = 0, inTheMiddle = 0;
     for (int i = 0; i < kills; ++i) {
         begun.reset();
-        Process child = support::tryAgain([&] {
-            return Process(CommandLine(program).add("saves settings for ever"),
+        Process child = tryAgain([&] {
+            return Process(CommandLine(ownProgram()).add("saves settings for ever"),
                            ProcessOptions{.environment = environment, .creationFlags = CREATE_NO_WINDOW});
         });
         REQUIRE(begun.wait(20'000) == WindowsHandle::signaled);

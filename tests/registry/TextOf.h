@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Test.h"
+
 #include <concepts>
 
 namespace support {
@@ -13,4 +15,4 @@ template <class Ch> const Ch* pick(const char* narrow, const wchar_t* wide)
 } // namespace support
 
 /// A literal in the width of the surrounding TEMPLATE_TEST_CASE.
-#define TEXT_OF(text) support::pick<TestType>(text, L##text)
+#define TEXT_OF(text) pick<TestType>(text, L##text)

@@ -1,16 +1,12 @@
-#include "Contents.h"
-#include "Expect.h"
+#include "Test.h"
+
 #include "Graph.h"
 
 #include <tarn/StreamValues.h>
 
-#include <memory>
-#include <string>
-#include <vector>
-
-using namespace tarn;
 using namespace std::string_literals;
 using graph::Counted;
+using graph::Memory;
 
 namespace {
 struct Shape : Serializable, Counted {
@@ -34,15 +30,6 @@ struct Drawing final : Serializable, Counted {
 const SerializableImpl<Square> squareRegistration("struct test::Square");
 const SerializableImpl<Drawing> drawingRegistration("struct test::Drawing");
 
-/// An archive over memory, for one direction at a time.
-struct Memory {
-    explicit Memory(const std::string& content = "") : bytes(content) {}
-    std::string bytes;
-    MemoryInputStream in = readerOf(bytes);
-    MemoryOutputStream out;
-    Archive archive{in, out};
-};
-
 std::string drawing()
 {
     Memory memory;
@@ -51,11 +38,11 @@ std::string drawing()
     drawing.own = std::make_unique<Square>("own");
     drawing.parts.push_back(std::make_unique<Drawing>());
     memory.archive.writeObject(&drawing);
-    return contentOf(memory.out);
+    return memory.written();
 }
 } // namespace
 
-TEST_CASE("Archive: standard pointers come back as they were, and end as what they are", "[streams][archive]")
+TEST_CASE("Archive: standard pointers come back as they were, and end as what they are")
 {
     const int before = Counted::alive;
     std::unique_ptr<Drawing> copy;
@@ -81,13 +68,13 @@ TEST_CASE("Archive: standard pointers come back as they were, and end as what th
     CHECK(Counted::alive == before);
 }
 
-TEST_CASE("Archive: an object with one owner leaves nothing behind when it cannot be read", "[streams][archive]")
+TEST_CASE("Archive: an object with one owner leaves nothing behind when it cannot be read")
 {
     const int before = Counted::alive;
     const std::string bytes = drawing();
     {
         Memory other(bytes);
-        support::expectError<Serializable::Exception>(
+        expectError<Serializable::Exception>(
             [&] { other.archive.readSingle<Square>(); },
             "An object of struct test::Drawing was read where one of struct test::Square is expected");
         Memory cut(bytes.substr(0, bytes.size() - 1));
@@ -97,7 +84,7 @@ TEST_CASE("Archive: an object with one owner leaves nothing behind when it canno
     CHECK(Counted::alive == before);
 }
 
-TEST_CASE("Archive: what load() cannot read whole is taken apart, circles included", "[streams][archive]")
+TEST_CASE("Archive: what load() cannot read whole is taken apart, circles included")
 {
     const graph::NodePtr root = graph::makeGraph();
     const std::string whole = graph::archived(root);
@@ -118,7 +105,7 @@ TEST_CASE("Archive: what load() cannot read whole is taken apart, circles includ
     graph::dismantle(copy);
 }
 
-TEST_CASE("Archive: release() destroys the last one as what it is", "[streams][archive]")
+TEST_CASE("Archive: release() destroys the last one as what it is")
 {
     const int before = Counted::alive;
     ref_ptr<Serializable> node(graph::makeNode("n")), same = node;

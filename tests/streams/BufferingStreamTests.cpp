@@ -1,86 +1,38 @@
 #include "Contents.h"
-#include "Expect.h"
+#include "Pieces.h"
 
 #include <tarn/BufferingStream.h>
 
-#include <algorithm>
-#include <cstring>
 #include <numeric>
 #include <set>
-#include <stdexcept>
-#include <vector>
 
-using namespace tarn;
-using support::expectError;
-
-namespace {
-/// Counts what reaches it, and refuses what has no room.
-struct Slow : BufferedOutputStream {
-    unsigned write(const void* data, unsigned size) override
-    {
-        ++calls;
-        const auto count = std::min<std::size_t>(size, room - content.size());
-        content.append(static_cast<const char*>(data), count);
-        return static_cast<unsigned>(count);
-    }
-    void flush() override { ++flushes; }
-    void close() override { FAIL("not the buffer's to close"); }
-
-    std::string content;
-    std::size_t room = 1000;
-    int calls = 0, flushes = 0;
-};
-
-/// Delivers in pieces of three.
-struct Pieces : InputStream {
-    explicit Pieces(const std::string& data) : content(data) {}
-    unsigned read(void* buffer, unsigned size) override
-    {
-        ++calls;
-        const auto count = content.copy(static_cast<char*>(buffer), std::min(size, 3u));
-        content.erase(0, count);
-        return static_cast<unsigned>(count);
-    }
-
-    std::string content;
-    int calls = 0;
-};
-
-std::string take(InputStream& in, unsigned count)
+TEST_CASE("BufferingOutputStream: small writes go on together, large ones at once")
 {
-    std::string text(count, '\0');
-    text.resize(in.read(text.data(), count));
-    return text;
-}
-} // namespace
-
-TEST_CASE("BufferingOutputStream: small writes go on together, large ones at once", "[streams][buffering]")
-{
-    Slow target;
+    Pieces target;
     { // What was written whole leaves nothing to its end, so the stream below may be closed by then.
         BufferingOutputStream whole(target, 8);
         whole.write("--", 2);
         whole.flush();
     }
     CHECK(target.flushes == 1);
-    target = {};
+    target = Pieces();
     BufferingOutputStream out(target, 8);
     for (const char* piece : {"ab", "cd", "ef", "gh"})
         CHECK(out.write(piece, 2) == 2);
     CHECK(target.calls == 0);
     out.write("i", 1);
-    CHECK(target.content == "abcdefgh");
+    CHECK(target.written == "abcdefgh");
     out.write("0123456789", 10);
-    CHECK(target.content == "abcdefghi0123456789");
+    CHECK(target.written == "abcdefghi0123456789");
     CHECK(target.calls == 3);
     out.write("z", 1);
     out.close();
-    CHECK(target.content.back() == 'z');
+    CHECK(target.written.back() == 'z');
     CHECK(target.flushes == 1);
     expectError<Exception>([&] { out.getFilePointer(); }, "The stream below has no position");
 }
 
-TEST_CASE("BufferingOutputStream: position and size count what is held back", "[streams][buffering]")
+TEST_CASE("BufferingOutputStream: position and size count what is held back")
 {
     MemoryOutputStream memory;
     {
@@ -99,7 +51,7 @@ TEST_CASE("BufferingOutputStream: position and size count what is held back", "[
     CHECK(memory.getSize() == 11);
 }
 
-TEST_CASE("BufferingOutputStream: memory is written in ever larger pieces", "[streams][buffering]")
+TEST_CASE("BufferingOutputStream: memory is written in ever larger pieces")
 {
     std::vector<unsigned> numbers(1000000);
     std::iota(numbers.begin(), numbers.end(), 0u);
@@ -116,10 +68,9 @@ TEST_CASE("BufferingOutputStream: memory is written in ever larger pieces", "[st
     CHECK(std::memcmp(memory.getData(), numbers.data(), numbers.size() * sizeof numbers[0]) == 0);
 }
 
-TEST_CASE("BufferingOutputStream: the first failure is thrown, and again by each call that follows",
-          "[streams][buffering]")
+TEST_CASE("BufferingOutputStream: the first failure is thrown, and again by each call that follows")
 {
-    Slow target;
+    Pieces target;
     target.room = 3;
     BufferingOutputStream out(target, 8);
     out.write("abcd", 4);
@@ -127,10 +78,10 @@ TEST_CASE("BufferingOutputStream: the first failure is thrown, and again by each
     target.room = 1000;
     CHECK_THROWS_AS(out.write("e", 1), EndOfFile);
     CHECK_THROWS_AS(out.close(), EndOfFile);
-    CHECK(target.content == "abc");
+    CHECK(target.written == "abc");
 
     const auto forget = [](bool alreadyFailing) {
-        Slow full;
+        Pieces full;
         full.room = 0;
         BufferingOutputStream unsaid(full);
         unsaid << 1;
@@ -141,9 +92,9 @@ TEST_CASE("BufferingOutputStream: the first failure is thrown, and again by each
     expectError<std::runtime_error>([&] { forget(true); }, "first");
 }
 
-TEST_CASE("BufferingInputStream: asks until all is there", "[streams][buffering]")
+TEST_CASE("BufferingInputStream: asks until all is there")
 {
-    Pieces source("0123456789abcdef");
+    Pieces source("0123456789abcdef", 3);
     BufferingInputStream in(source, 8);
     CHECK(take(in, 1) == "0");
     CHECK(source.calls == 1);
@@ -154,7 +105,7 @@ TEST_CASE("BufferingInputStream: asks until all is there", "[streams][buffering]
     expectError<Exception>([&] { in.setFilePointer(0, Seekable::begin); }, "The stream below has no position");
 }
 
-TEST_CASE("BufferingInputStream: position and size are those of what was read", "[streams][buffering]")
+TEST_CASE("BufferingInputStream: position and size are those of what was read")
 {
     MemoryInputStream memory("0123456789", 10);
     {

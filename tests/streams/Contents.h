@@ -14,3 +14,11 @@ inline tarn::MemoryInputStream readerOf(const std::string& content)
 {
     return tarn::MemoryInputStream(content.data(), static_cast<unsigned>(content.size()));
 }
+
+/// The next bytes, as many as one read gives.
+inline std::string take(tarn::InputStream& in, unsigned count)
+{
+    std::string text(count, '\0');
+    text.resize(in.read(text.data(), count));
+    return text;
+}

@@ -101,13 +101,23 @@ inline void dismantle(const NodePtr& node)
     dismantle(right);
 }
 
-inline std::string archived(const NodePtr& root)
-{
-    tarn::MemoryInputStream nothing;
+/// An archive over memory, for one direction at a time: what was written, and a reader of given bytes.
+struct Memory {
+    explicit Memory(const std::string& content = "") : bytes(content) {}
+    std::string written() { return contentOf(out); }
+
+    std::string bytes;
+    tarn::MemoryInputStream in = readerOf(bytes);
     tarn::MemoryOutputStream out;
-    tarn::Archive archive(nothing, out);
-    archive << root;
-    return contentOf(out);
+    tarn::Archive archive{in, out};
+};
+
+/// The bytes of one object.
+template <class T> std::string archived(const tarn::ref_ptr<T>& root)
+{
+    Memory memory;
+    memory.archive << root;
+    return memory.written();
 }
 
 /// A card with a version, that knows others and a node.
@@ -165,11 +175,7 @@ inline std::string archivedCards()
     second->others = {first};
     second->node = root;
     second->added = {novelty, first, root->left};
-    tarn::MemoryInputStream nothing;
-    tarn::MemoryOutputStream out;
-    tarn::Archive archive(nothing, out);
-    archive << first;
-    std::string bytes = contentOf(out);
+    std::string bytes = archived(first);
     for (std::size_t at; (at = bytes.find("graph::Cord")) != std::string::npos;)
         bytes.replace(at, 11, "graph::Card");
     bytes.replace(bytes.find("graph::Novelty"), 14, "graph::Unheard");
@@ -229,11 +235,9 @@ inline std::string readAndDiscard(const void* data, unsigned int size)
 {
     Held held;
     NodePtr root;
-    tarn::MemoryInputStream in(data, size);
-    tarn::MemoryOutputStream nowhere;
-    tarn::Archive archive(in, nowhere);
-    const std::string outcome = outcomeOf([&] { archive >> root; });
-    held.take(archive);
+    Memory memory({static_cast<const char*>(data), size});
+    const std::string outcome = outcomeOf([&] { memory.archive >> root; });
+    held.take(memory.archive);
     return outcome;
 }
 
@@ -242,12 +246,10 @@ inline std::string loadAndDiscard(const void* data, unsigned int size)
 {
     Held held;
     tarn::ref_ptr<Card> root;
-    tarn::MemoryInputStream in(data, size);
-    tarn::MemoryOutputStream nowhere;
-    tarn::Archive archive(in, nowhere);
-    const std::string outcome = outcomeOf([&] { root = archive.load<Card>(); });
+    Memory memory({static_cast<const char*>(data), size});
+    const std::string outcome = outcomeOf([&] { root = memory.archive.load<Card>(); });
     if (outcome.empty())
-        held.take(archive);
+        held.take(memory.archive);
     return outcome;
 }
 } // namespace graph

@@ -1,19 +1,15 @@
+#include "Test.h"
+
 #include "Contents.h"
-#include "Expect.h"
 
 #include <limits>
-#include <stdexcept>
-#include <utility>
-
-using namespace tarn;
-using support::expectError;
 
 namespace {
 constexpr long long largest = std::numeric_limits<long long>::max();
 constexpr long long smallest = std::numeric_limits<long long>::min();
 } // namespace
 
-TEST_CASE("MemoryInputStream: read gives what is there", "[streams][memory]")
+TEST_CASE("MemoryInputStream: read gives what is there")
 {
     MemoryInputStream in("abcdefghij", 10);
     char buffer[20] = {};
@@ -32,7 +28,7 @@ TEST_CASE("MemoryInputStream: read gives what is there", "[streams][memory]")
     CHECK(MemoryInputStream().read(buffer, 5) == 0);
 }
 
-TEST_CASE("MemoryInputStream: positions lie between the start and the end", "[streams][memory]")
+TEST_CASE("MemoryInputStream: positions lie between the start and the end")
 {
     MemoryInputStream in("abcdefghij", 10);
     CHECK(in.seek(10, Seekable::begin) == 10);
@@ -51,7 +47,7 @@ TEST_CASE("MemoryInputStream: positions lie between the start and the end", "[st
     }
 }
 
-TEST_CASE("MemoryOutputStream: writes go to the position and grow the stream exactly", "[streams][memory]")
+TEST_CASE("MemoryOutputStream: writes go to the position and grow the stream exactly")
 {
     MemoryOutputStream out;
     CHECK(out.getData() == nullptr);
@@ -73,8 +69,7 @@ TEST_CASE("MemoryOutputStream: writes go to the position and grow the stream exa
     CHECK(contentOf(out).substr(0, 8) == "aXYZaXYZ");
 }
 
-TEST_CASE("Memory streams: pieces of every length are copied whole, nothing beside them, and over themselves",
-          "[streams][memory]")
+TEST_CASE("Memory streams: pieces of every length are copied whole, nothing beside them, and over themselves")
 {
     const std::string digits = "0123456789abcdefghijklmnopqrstuvwxyz";
     const auto position = GENERATE(0u, 1u, 2u, 5u, 9u); // The piece is copied from 2.
@@ -94,7 +89,7 @@ TEST_CASE("Memory streams: pieces of every length are copied whole, nothing besi
     }
 }
 
-TEST_CASE("MemoryOutputStream: copies are deep and keep the position", "[streams][memory]")
+TEST_CASE("MemoryOutputStream: copies are deep and keep the position")
 {
     MemoryOutputStream out;
     out << "abc";
@@ -115,7 +110,7 @@ TEST_CASE("MemoryOutputStream: copies are deep and keep the position", "[streams
     CHECK(copy.getSize() == 4);
 }
 
-TEST_CASE("MemoryOutputStream: what cannot be leaves the stream as it was", "[streams][memory]")
+TEST_CASE("MemoryOutputStream: what cannot be leaves the stream as it was")
 {
     MemoryOutputStream out;
     out.write("abc", 3);

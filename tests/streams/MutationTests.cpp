@@ -1,11 +1,11 @@
-#include "Expect.h"
+#include "Test.h"
+
 #include "Graph.h"
 
 #include <map>
 #include <random>
 
-TEST_CASE("Archive: damaged data end in success or a promised exception, and leave nothing behind",
-          "[streams][mutation]")
+TEST_CASE("Archive: damaged data end in success or a promised exception, and leave nothing behind")
 {
     const bool hasVersions = GENERATE(false, true);
     const std::string whole = hasVersions ? graph::archivedCards() : [] {
@@ -62,7 +62,7 @@ TEST_CASE("Archive: damaged data end in success or a promised exception, and lea
     }
 }
 
-TEST_CASE("Archive: a name of four billion characters takes neither memory nor time", "[streams][mutation]")
+TEST_CASE("Archive: a name of four billion characters takes neither memory nor time")
 {
     for (const char* length : {"\xFF\xFF\xFF\xFF", "\xFF\xFF\xFF\x7F", "\x80\x96\x98\x00"}) {
         std::string bytes(8, '\0');

@@ -1,15 +1,10 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/ObjectGraph.h>
 #include <tarn/weak_ref.h>
 
-#include <string>
 #include <typeinfo>
-#include <vector>
 
-#include "Expect.h"
-
-using namespace tarn;
 using Texts = std::vector<std::string>;
 
 namespace {
@@ -72,7 +67,7 @@ ref_ptr<Part> ring()
 void open(const ref_ptr<Part>& part) { part->next.release(); }
 } // namespace
 
-TEST_CASE("ObjectGraph: values, texts and references as JSON", "[streams][graph]")
+TEST_CASE("ObjectGraph: values, texts and references as JSON")
 {
     const auto first = ring();
     const std::string json = ObjectGraph(first).getJSON();
@@ -91,8 +86,7 @@ TEST_CASE("ObjectGraph: values, texts and references as JSON", "[streams][graph]
     CHECK_THROWS_AS(ObjectGraph(ref_ptr<Part>()), std::bad_typeid);
 }
 
-TEST_CASE("ObjectGraph: equal is what has the same data and references, and differences are sentences",
-          "[streams][graph]")
+TEST_CASE("ObjectGraph: equal is what has the same data and references, and differences are sentences")
 {
     const auto one = ring(), other = ring();
     const ObjectGraph before(one);
@@ -110,7 +104,7 @@ TEST_CASE("ObjectGraph: equal is what has the same data and references, and diff
     open(one);
 }
 
-TEST_CASE("ObjectGraph: circles are told, but for those that end by themselves", "[streams][graph]")
+TEST_CASE("ObjectGraph: circles are told, but for those that end by themselves")
 {
     const auto first = ring();
     CHECK(ObjectGraph(first).getCircles() ==
@@ -123,7 +117,7 @@ TEST_CASE("ObjectGraph: circles are told, but for those that end by themselves",
     CHECK(ObjectGraph(first).getCircles().empty()); // The weak way back is none.
 }
 
-TEST_CASE("deepCopy: other objects, which share what was shared", "[streams][graph]")
+TEST_CASE("deepCopy: other objects, which share what was shared")
 {
     const auto first = ring();
     const ref_ptr<Part> copy = deepCopy(first);
@@ -133,7 +127,7 @@ TEST_CASE("deepCopy: other objects, which share what was shared", "[streams][gra
     open(first);
 }
 
-TEST_CASE("UndoHistory: leads back and forth, until something new is noted", "[streams][graph]")
+TEST_CASE("UndoHistory: leads back and forth, until something new is noted")
 {
     UndoHistory<Part> history(3), forgetful(0);
     forgetful.note(ref_ptr<Part>(new Part));

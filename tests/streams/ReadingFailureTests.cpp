@@ -1,23 +1,19 @@
+#include "Test.h"
+
 #include "Contents.h"
-#include "Expect.h"
 #include "Graph.h"
 
 #include <tarn/ReadingFailure.h>
 
-#include <stdexcept>
-
-using namespace tarn;
 using namespace std::string_literals;
 
 namespace {
 /// What is said of reading an archive, and, in brackets, the text that the error had before that.
 std::string failureOf(const std::string& bytes)
 {
-    MemoryInputStream in = readerOf(bytes);
-    MemoryOutputStream nowhere;
-    Archive archive(in, nowhere);
+    graph::Memory reader(bytes);
     try {
-        archive.load<graph::Node>();
+        reader.archive.load<graph::Node>();
     } catch (const std::exception& error) {
         const auto failure = ReadingFailure::of(error);
         return (failure ? failure->getText() : "no failure") + " [" + std::string(error.what()).substr(0, 17) + ']';
@@ -29,7 +25,7 @@ const std::string node = "\0\0\0\0\1\0\0\0\x12\0\0\0struct graph::Node\1\0\0\0n\
 const std::string style = "\0\0\0\0\2\0\0\0\x13\0\0\0struct graph::Style"s;
 } // namespace
 
-TEST_CASE("ReadingFailure: an error says what is wrong, at which byte, and in which objects", "[streams][archive]")
+TEST_CASE("ReadingFailure: an error says what is wrong, at which byte, and in which objects")
 {
     CHECK(failureOf(node + "\1" + style + "\3\0\0\0re"s) ==
           "The data end too early, at byte 77, in struct graph::Style in struct graph::Node [EOF in readFully(]");
@@ -40,15 +36,12 @@ TEST_CASE("ReadingFailure: an error says what is wrong, at which byte, and in wh
     CHECK(failureOf("") == "The data end too early, at byte 0 [EOF in readFully(]");
 }
 
-TEST_CASE("ReadingFailure: other errors have none, and a copy has what its original has", "[streams][archive]")
+TEST_CASE("ReadingFailure: other errors have none, and a copy has what its original has")
 {
     CHECK_FALSE(ReadingFailure::of(std::runtime_error("other")));
     CHECK_FALSE(ReadingFailure::of(EndOfFile("text")));
     CHECK_FALSE(ReadingFailure::of(Exception("text")));
-    MemoryInputStream nothing;
-    MemoryOutputStream nowhere;
-    Archive archive(nothing, nowhere);
-    const EndOfFile copy = support::thrownBy<EndOfFile>([&] { archive.readSingle(); });
+    const EndOfFile copy = thrownBy<EndOfFile>([] { graph::Memory().archive.readSingle(); });
     CHECK(ReadingFailure::of(copy)->offset == 0);
     CHECK(ReadingFailure::of(copy)->path.empty());
 }

@@ -1,14 +1,10 @@
+#include "Test.h"
+
 #include "Contents.h"
-#include "Expect.h"
 
 #include <tarn/ClassSource.h>
 #include <tarn/Serializable.h>
-#include <tarn/Windows.h>
 
-#include <memory>
-#include <string>
-
-using namespace tarn;
 using namespace std::string_literals;
 
 namespace shapes {
@@ -60,14 +56,13 @@ template <class T> std::string written(T object)
 }
 } // namespace
 
-TEST_CASE("Serializable: an empty registry knows no name, not even the empty one", "[streams][registry]")
+TEST_CASE("Serializable: an empty registry knows no name, not even the empty one")
 {
     CHECK(failures[0] == notFound(""));
     CHECK(failures[1] == notFound(""));
 }
 
-TEST_CASE("Serializable: the first registration of a name wins over all that continue or begin it",
-          "[streams][registry]")
+TEST_CASE("Serializable: the first registration of a name wins over all that continue or begin it")
 {
     Serializable::addCreator("class A", &create<1>);
     Serializable::addCreator("class A", &create<2>);
@@ -83,7 +78,7 @@ TEST_CASE("Serializable: the first registration of a name wins over all that con
     CHECK(failureFor("class a") == notFound("class a"));
 }
 
-TEST_CASE("OutputStream: an object is its class's readable name and its data", "[streams][registry]")
+TEST_CASE("OutputStream: an object is its class's readable name and its data")
 {
     CHECK(written(shapes::Circle()) == "\x14\0\0\0class shapes::Circle\0\0\0\0"s);
     CHECK(written(shapes::Square()) == "\x15\0\0\0struct shapes::Square\0\0\0\0"s);
@@ -93,7 +88,7 @@ TEST_CASE("OutputStream: an object is its class's readable name and its data", "
     CHECK(out.getSize() == 0);
 }
 
-TEST_CASE("SerializableImpl: each name of a class makes it, and the first is written", "[streams][registry]")
+TEST_CASE("SerializableImpl: each name of a class makes it, and the first is written")
 {
     const SerializableImpl<shapes::Circle> older("class geometry::Round");
     CHECK(typeid(*std::unique_ptr<Marked>(static_cast<Marked*>(Serializable::create("class geometry::Round")))) ==
@@ -101,19 +96,17 @@ TEST_CASE("SerializableImpl: each name of a class makes it, and the first is wri
     CHECK(written(shapes::Circle()).substr(4, 20) == "class shapes::Circle");
 }
 
-TEST_CASE("SerializableImpl: a class that has another's name is not written, since it would come back as that one",
-          "[streams][registry]")
+TEST_CASE("SerializableImpl: a class that has another's name is not written, since it would come back as that one")
 {
     struct First final : Marked {};
     struct Second final : Marked {};
     const SerializableImpl<First> first("class twin");
     const SerializableImpl<Second> second("class twin");
     CHECK(written(First()) == "\x0A\0\0\0class twin\0\0\0\0"s);
-    support::expectError<Serializable::Exception>([] { written(Second()); },
-                                                  "\"class twin\" is the name of another class, too");
+    expectError<Serializable::Exception>([] { written(Second()); }, "\"class twin\" is the name of another class, too");
 }
 
-TEST_CASE("SerializableImpl: the classes of a DLL are registered as long as it is loaded", "[streams][registry]")
+TEST_CASE("SerializableImpl: the classes of a DLL are registered as long as it is loaded")
 {
     // The DLL's comes first under this name, and this program's stands back as long as it is there.
     std::unique_ptr<SerializableImpl<shapes::Circle>> own;
@@ -130,7 +123,7 @@ TEST_CASE("SerializableImpl: the classes of a DLL are registered as long as it i
     }
 }
 
-TEST_CASE("InputStream: an object is made by its class's name and reads its data", "[streams][registry]")
+TEST_CASE("InputStream: an object is made by its class's name and reads its data")
 {
     shapes::Square square;
     square.mark = 7;
@@ -149,10 +142,10 @@ TEST_CASE("InputStream: an object is made by its class's name and reads its data
     const std::string longName(100000, 'y');
     for (const auto& [content, name] : {std::pair("\5\0\0\0xyz"s, "xyz"s), std::pair("\xFF\xFF\xFF\xFFxyz"s, "xyz"s),
                                         std::pair("\xA0\x86\1\0"s + longName, longName)})
-        support::expectError<Serializable::Exception>([&, &c = content] { read(c); }, notFound(name));
+        expectError<Serializable::Exception>([&, &c = content] { read(c); }, notFound(name));
 }
 
-TEST_CASE("SimpleClassSource: gives out its table, answers for its two interfaces, is not counted", "[streams][com]")
+TEST_CASE("SimpleClassSource: gives out its table, answers for its two interfaces, is not counted")
 {
     int first = 0;
     Class* const circle = reinterpret_cast<Class*>(&first);

@@ -1,17 +1,10 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
-#include <tarn/Exception.h>
 #include <tarn/MemoryStream.h>
 #include <tarn/StandardStreams.h>
 #include <tarn/TextLines.h>
 
 #include <sstream>
-#include <string>
-
-#include "DebuggerOutput.h"
-#include "Expect.h"
-
-using namespace tarn;
 
 namespace {
 struct Failing : InputStream, OutputStream {
@@ -20,7 +13,7 @@ struct Failing : InputStream, OutputStream {
 };
 } // namespace
 
-TEST_CASE("StreamBuffer: a standard stream writes to any stream and reads from it, with positions", "[streams]")
+TEST_CASE("StreamBuffer: a standard stream writes to any stream and reads from it, with positions")
 {
     MemoryOutputStream memory;
     const std::string large(200'000, 'x');
@@ -50,13 +43,13 @@ TEST_CASE("StreamBuffer: a standard stream writes to any stream and reads from i
     CHECK(buffer.sputc('x') == std::char_traits<char>::eof());
 }
 
-TEST_CASE("StreamBuffer: what the stream below throws is the standard stream's badbit, or thrown on", "[streams]")
+TEST_CASE("StreamBuffer: what the stream below throws is the standard stream's badbit, or thrown on")
 {
     Failing failing;
     StreamBuffer source(static_cast<InputStream&>(failing));
     std::istream in(&source);
     CHECK((in.get() == std::char_traits<char>::eof() && in.bad() && in.tellg() == -1));
-    const support::DebuggerOutput output;
+    const DebuggerOutput output;
     {
         StreamBuffer target(static_cast<OutputStream&>(failing));
         std::ostream out(&target);
@@ -69,7 +62,7 @@ TEST_CASE("StreamBuffer: what the stream below throws is the standard stream's b
     CHECK(output.calls().size() == 3); // Of the one that held something.
 }
 
-TEST_CASE("StandardInputStream and StandardOutputStream: the library's classes on standard streams", "[streams]")
+TEST_CASE("StandardInputStream and StandardOutputStream: the library's classes on standard streams")
 {
     std::stringstream stream;
     StandardOutputStream out(stream);
@@ -84,7 +77,7 @@ TEST_CASE("StandardInputStream and StandardOutputStream: the library's classes o
     stream << std::string(10'000, 'y');
     CHECK(readAll(in) == std::string(10'000, 'y'));
     stream.setstate(std::ios::badbit);
-    support::expectError<Exception>([&] { out << 1; }, "Error while writing to a standard stream");
-    support::expectError<Exception>([&] { out.flush(); }, "Error while writing to a standard stream");
-    support::expectError<Exception>([&] { in.read(&number, 1); }, "Error while reading from a standard stream");
+    expectError<Exception>([&] { out << 1; }, "Error while writing to a standard stream");
+    expectError<Exception>([&] { out.flush(); }, "Error while writing to a standard stream");
+    expectError<Exception>([&] { in.read(&number, 1); }, "Error while reading from a standard stream");
 }

@@ -1,41 +1,31 @@
-#include "Expect.h"
+#include "Test.h"
+
+#include "Contents.h"
+
 #include "ScratchFolder.h"
 
-#include <tarn/BasicString.h>
 #include <tarn/LowLevelIOStream.h>
 #include <tarn/StdIOStream.h>
 
 #include <cerrno>
-#include <cstring>
-#include <string>
-#include <type_traits>
-#include <vector>
 
 #include <fcntl.h>
 #include <io.h>
 #include <sys/stat.h>
 
-using namespace tarn;
 using Text = BasicString<char>;
 
 namespace {
 /// Asserts that `call` throws a CRTError with this code, and the text that goes with it.
 template <class Call> void expectCRTError(Call call, int code, const std::string& description)
 {
-    const auto error = support::thrownBy<CRTError>(call);
+    const auto error = thrownBy<CRTError>(call);
     CHECK(error.getError() == code);
     CHECK(std::string(error.what()) == description + ": " + std::strerror(code));
 }
 
-std::string take(InputStream& in, unsigned count)
-{
-    std::string text(count, '\0');
-    text.resize(in.read(text.data(), count));
-    return text;
-}
-
 /// What both kinds of files do: `file` is new and open for reading and writing.
-template <class Stream> void checkPositions(Stream& file, const support::ScratchFolder& folder)
+template <class Stream> void checkPositions(Stream& file, const ScratchFolder& folder)
 {
     CHECK(file.write("0123456789", 10) == 10);
     file.flush();
@@ -51,9 +41,9 @@ template <class Stream> void checkPositions(Stream& file, const support::Scratch
 }
 } // namespace
 
-TEST_CASE("File streams: a file written is read back at any position", "[streams][stdio][lowlevel]")
+TEST_CASE("File streams: a file written is read back at any position")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     SECTION("through the runtime library's buffers")
     {
         StdIOStream file(folder.file(L"file").c_str(), L"w+b");
@@ -73,9 +63,9 @@ TEST_CASE("File streams: a file written is read back at any position", "[streams
     }
 }
 
-TEST_CASE("StdIOStream: failures tell the operation and the cause", "[streams][stdio]")
+TEST_CASE("StdIOStream: failures tell the operation and the cause")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     const std::string missing = folder.file("a.txt");
     const std::string message = "Can't open stdio file \"" + missing + "\" with ops \"rb\"";
     StdIOStream file(folder.write("b", "abc").c_str(), "rb");
@@ -102,9 +92,9 @@ TEST_CASE("StdIOStream: failures tell the operation and the cause", "[streams][s
     CHECK_NOTHROW(none.close());
 }
 
-TEST_CASE("StdIOStream: closes the file that it owns, and only that", "[streams][stdio]")
+TEST_CASE("StdIOStream: closes the file that it owns, and only that")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     const std::string first = folder.write("first", "abc"), second = folder.write("second", "xyz");
     const auto isOpen = [](const std::string& name) { return _unlink(name.c_str()) != 0; };
 
@@ -124,19 +114,19 @@ TEST_CASE("StdIOStream: closes the file that it owns, and only that", "[streams]
     CHECK_FALSE(isOpen(second));
 }
 
-TEST_CASE("StdIOStream: a flush without a file leaves the process's other files alone", "[streams][stdio]")
+TEST_CASE("StdIOStream: a flush without a file leaves the process's other files alone")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     StdIOStream waiting(folder.file("file").c_str(), "wb"), none;
     waiting.write("abc", 3);
     none.flush();
     CHECK(folder.read("file").empty());
 }
 
-TEST_CASE("File streams: values go into the stream, whatever else it converts to", "[streams][stdio]")
+TEST_CASE("File streams: values go into the stream, whatever else it converts to")
 {
     static_assert(!std::is_convertible_v<StdIOStream, bool>);
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     StdIOStream file(folder.file("file").c_str(), "w+b");
     file << 'x' << static_cast<short>(0x6162) << Seekable::end;
     file.flush();
@@ -147,11 +137,11 @@ TEST_CASE("File streams: values go into the stream, whatever else it converts to
     CHECK(number == 0x6162);
 }
 
-TEMPLATE_TEST_CASE("File streams: a move hands the file on, and closes the one that was there",
-                   "[streams][stdio][lowlevel]", StdIOStream, LowLevelFileStream)
+TEMPLATE_TEST_CASE("File streams: a move hands the file on, and closes the one that was there", "", StdIOStream,
+                   LowLevelFileStream)
 {
     static_assert(std::is_nothrow_move_assignable_v<TestType>);
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     const std::string first = folder.write("first", "abc"), second = folder.write("second", "xyz");
     const auto opened = [](const std::string& name) {
         TestType stream;
@@ -173,10 +163,9 @@ TEMPLATE_TEST_CASE("File streams: a move hands the file on, and closes the one t
     CHECK(take(stream, 3) == "xyz");
 }
 
-TEST_CASE("LowLevelIOStream: a file that it makes can be written again, unless its permission says otherwise",
-          "[streams][lowlevel]")
+TEST_CASE("LowLevelIOStream: a file that it makes can be written again, unless its permission says otherwise")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     const auto accessOf = [&](const char* name, auto... mode) {
         const std::string file = folder.file(name);
         LowLevelFileStream(file.c_str(), _O_RDWR | _O_CREAT | _O_BINARY, mode...).close();
@@ -189,9 +178,9 @@ TEST_CASE("LowLevelIOStream: a file that it makes can be written again, unless i
     CHECK(accessOf("protected", _S_IREAD) == -1);
 }
 
-TEST_CASE("LowLevelIOStream: failures tell the operation and the cause", "[streams][lowlevel]")
+TEST_CASE("LowLevelIOStream: failures tell the operation and the cause")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     const std::string missing = folder.file("a.txt");
     LowLevelFileStream file(folder.write("b", "abc").c_str(), _O_RDONLY);
     expectCRTError([&] { file.seek(-5000000001, Seekable::begin); }, EINVAL,
@@ -209,9 +198,9 @@ TEST_CASE("LowLevelIOStream: failures tell the operation and the cause", "[strea
     expectCRTError([&] { file.flush(); }, EBADF, "Can't flush");
 }
 
-TEST_CASE("LowLevelIOStream: a close that fails throws, from the destructor, too", "[streams][lowlevel]")
+TEST_CASE("LowLevelIOStream: a close that fails throws, from the destructor, too")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     const std::string name = folder.write("f", "abc");
     // The lowest free descriptor is the one that the stream gets.
     const int descriptor = _open(name.c_str(), _O_RDONLY);
@@ -225,7 +214,7 @@ TEST_CASE("LowLevelIOStream: a close that fails throws, from the destructor, too
             throw std::runtime_error("first");
     };
     expectCRTError(destroy, EBADF, "LowLevelIOStream::close()");
-    support::expectError<std::runtime_error>([&] { destroy(true); }, "first");
+    expectError<std::runtime_error>([&] { destroy(true); }, "first");
 
     LowLevelFileStream file(name.c_str(), _O_RDONLY);
     CHECK(file.detach() == descriptor);

@@ -1,45 +1,10 @@
-#include "Expect.h"
+#include "Pieces.h"
 
-#include <tarn/BasicString.h>
 #include <tarn/MemoryStream.h>
 
-#include <algorithm>
-#include <cstdint>
-#include <cstring>
-#include <string>
-
-using namespace tarn;
 using namespace std::string_literals;
 
 namespace {
-/// Serves its bytes in the pieces that it is told to, and keeps what is written as far as it has room.
-class Pieces : public InputStream, public OutputStream {
-public:
-    explicit Pieces(std::string content = "", unsigned largestRead = ~0u) : source(content), largest(largestRead) {}
-
-    unsigned int read(void* buffer, unsigned int size) override
-    {
-        const auto count = std::min<std::size_t>({size, largest, source.size()});
-        std::memcpy(buffer, source.data(), count);
-        source.erase(0, count);
-        ++calls;
-        return static_cast<unsigned int>(count);
-    }
-    unsigned int write(const void* buffer, unsigned int size) override
-    {
-        const auto count = std::min<std::size_t>(size, room - written.size());
-        written.append(static_cast<const char*>(buffer), count);
-        ++calls;
-        return static_cast<unsigned int>(count);
-    }
-
-    std::string source;
-    unsigned largest;
-    std::string written;
-    std::size_t room = 1000000;
-    int calls = 0;
-};
-
 template <class... T> std::string bytesOf(const T&... values)
 {
     Pieces out;
@@ -63,7 +28,7 @@ template <class T> T next(Pieces& in, Endianess order)
 }
 } // namespace
 
-TEST_CASE("OutputStream: values have their promised bytes", "[streams]")
+TEST_CASE("OutputStream: values have their promised bytes")
 {
     CHECK(bytesOf(0x01020304) == "\4\3\2\1");
     CHECK(bytesOf(-2L) == "\xFE\xFF\xFF\xFF");
@@ -79,7 +44,7 @@ TEST_CASE("OutputStream: values have their promised bytes", "[streams]")
     CHECK(bytesOf(static_cast<const char*>(nullptr)) == "\0\0\0\0"s);
 }
 
-TEST_CASE("InputStream: values are read back from their bytes", "[streams]")
+TEST_CASE("InputStream: values are read back from their bytes")
 {
     Pieces in(bytesOf(-5, 0xFFFFFFFFu, 0.1, 1LL << 40, -7, 3000000000u, 2.5, "na\xEFve", L"\x4E2D", "", 'x', 0.5f,
                       Seekable::current) +
@@ -101,18 +66,18 @@ TEST_CASE("InputStream: values are read back from their bytes", "[streams]")
     CHECK_FALSE(next<bool>(in, true));
 }
 
-TEST_CASE("Streams: readFully and writeFully ask once and take a short answer for the end", "[streams]")
+TEST_CASE("Streams: readFully and writeFully ask once and take a short answer for the end")
 {
     Pieces in("abcdef", 3), out;
     char buffer[4];
-    support::expectError<EndOfFile>([&] { in.readFully(buffer, 4); },
-                                    BasicString<char>::fromFormat("EOF in readFully(%p,4)\n", buffer));
+    expectError<EndOfFile>([&] { in.readFully(buffer, 4); },
+                           BasicString<char>::fromFormat("EOF in readFully(%p,4)\n", buffer));
     CHECK(in.source == "def");
     CHECK_NOTHROW(Pieces().readFully(buffer, 0));
 
     out.room = 3;
-    support::expectError<EndOfFile>([&] { out.writeFully("abcd", 4); },
-                                    BasicString<char>::fromFormat("EOF in writeFully(%p,4)\n", "abcd"));
+    expectError<EndOfFile>([&] { out.writeFully("abcd", 4); },
+                           BasicString<char>::fromFormat("EOF in writeFully(%p,4)\n", "abcd"));
     CHECK(out.calls == 1);
     CHECK_THROWS_AS(out << "abcd", EndOfFile);
 
@@ -122,7 +87,7 @@ TEST_CASE("Streams: readFully and writeFully ask once and take a short answer fo
     CHECK(text.written == "\4\0\0\0ab"s);
 }
 
-TEST_CASE("InputStream: a text that ends too early is the end of the file, whatever length it claims", "[streams]")
+TEST_CASE("InputStream: a text that ends too early is the end of the file, whatever length it claims")
 {
     std::string text;
     std::wstring wideText;
@@ -135,7 +100,7 @@ TEST_CASE("InputStream: a text that ends too early is the end of the file, whate
     }
 }
 
-TEST_CASE("InputStream: texts longer than a piece arrive whole", "[streams]")
+TEST_CASE("InputStream: texts longer than a piece arrive whole")
 {
     std::string text(100001, 'a'), copy;
     text[0x8000] = 'b';
@@ -148,7 +113,7 @@ TEST_CASE("InputStream: texts longer than a piece arrive whole", "[streams]")
     CHECK(in.source.empty());
 }
 
-TEST_CASE("OutputStream: copying a stream ends at the first read that gives nothing", "[streams]")
+TEST_CASE("OutputStream: copying a stream ends at the first read that gives nothing")
 {
     std::string content(25000, 'x');
     content.back() = 'y';
@@ -172,7 +137,7 @@ TEST_CASE("OutputStream: copying a stream ends at the first read that gives noth
     CHECK(slow.source.empty());
 }
 
-TEST_CASE("EndianToNative: numbers come in the host's byte order", "[streams]")
+TEST_CASE("EndianToNative: numbers come in the host's byte order")
 {
     Pieces in("\1\2\1\2\3\4\4\3\2\1\x3F\xF0\0\0\0\0\0\0\1\0\0\0\0\0\0\2\xFF\xFE"s);
     CHECK(next<std::uint16_t>(in, BigEndian) == 0x0102);

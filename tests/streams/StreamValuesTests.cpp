@@ -1,7 +1,7 @@
-#include "Contents.h"
-#include "Expect.h"
+#include "Test.h"
 
-#include <tarn/BasicString.h>
+#include "Contents.h"
+
 #include <tarn/GUID.h>
 #include <tarn/Rect.h>
 #include <tarn/StreamValues.h>
@@ -12,11 +12,8 @@
 #include <list>
 #include <map>
 #include <set>
-#include <string>
 #include <unordered_map>
-#include <vector>
 
-using namespace tarn;
 using namespace std::string_literals;
 using namespace std::chrono_literals;
 
@@ -66,7 +63,7 @@ enum class Small : unsigned char { one = 1 };
 using Either = std::variant<std::monostate, int, std::string>;
 } // namespace
 
-TEST_CASE("Stream values: each has its promised bytes, and comes back from them", "[streams][values]")
+TEST_CASE("Stream values: each has its promised bytes, and comes back from them")
 {
     CHECK(there(std::vector<short>{1, -2}) == "\2\0\0\0\1\0\xFE\xFF"s);
     CHECK(there(std::vector<bool>{true, false}) == "\2\0\0\0\1\0"s);
@@ -98,7 +95,7 @@ TEST_CASE("Stream values: each has its promised bytes, and comes back from them"
     CHECK(bytesOf(fixed64(size)) == "\3\0\0\0\0\0\0\0"s);
 }
 
-TEST_CASE("Stream values: what was there before is replaced", "[streams][values]")
+TEST_CASE("Stream values: what was there before is replaced")
 {
     const std::string bytes = bytesOf(std::vector<std::string>{"new"}) + bytesOf(std::optional<int>());
     MemoryInputStream in = readerOf(bytes);
@@ -115,9 +112,9 @@ TEST_CASE("Stream values: what was there before is replaced", "[streams][values]
     CHECK(copy[1] == 2);
 }
 
-TEST_CASE("Stream values: what cannot be is an error, and takes no memory", "[streams][values]")
+TEST_CASE("Stream values: what cannot be is an error, and takes no memory")
 {
-    support::expectError<Exception>([] { readFrom<Either>("\3\0\0\0"s); }, "A variant has no alternative 3");
+    expectError<Exception>([] { readFrom<Either>("\3\0\0\0"s); }, "A variant has no alternative 3");
     const std::string claims = "\xFF\xFF\xFF\xFF" + std::string(50000, 'x');
     std::vector<int> numbers;
     std::vector<std::string> texts;
@@ -128,6 +125,6 @@ TEST_CASE("Stream values: what cannot be is an error, and takes no memory", "[st
     const std::string large = "\0\0\0\0\1\0\0\0"s;
     MemoryInputStream third = readerOf(large);
     std::uint32_t number = 3;
-    support::expectError<Exception>([&] { third >> fixed64(number); }, "A number is too large for this program");
+    expectError<Exception>([&] { third >> fixed64(number); }, "A number is too large for this program");
     CHECK(number == 3);
 }

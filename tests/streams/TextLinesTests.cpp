@@ -1,37 +1,13 @@
-#include <catch2/catch.hpp>
+#include "Contents.h"
+#include "Pieces.h"
 
-#include <tarn/Exception.h>
-#include <tarn/MemoryStream.h>
 #include <tarn/StandardStreams.h>
 #include <tarn/TextLines.h>
 
-#include <string>
-#include <vector>
-
-#include "Expect.h"
-
-using namespace tarn;
 using namespace std::string_literals;
 using Lines = std::vector<std::wstring>;
 
 namespace {
-/// Gives one byte at a time, as a slow pipe may.
-class OneByOne : public InputStream {
-public:
-    explicit OneByOne(const std::string& data) : data_(data) {}
-    unsigned int read(void* buffer, unsigned int) override
-    {
-        const std::size_t count = data_.copy(static_cast<char*>(buffer), 1, position_);
-        position_ += count;
-        return static_cast<unsigned>(count);
-    }
-    std::size_t position() const { return position_; }
-
-private:
-    const std::string data_;
-    std::size_t position_ = 0;
-};
-
 Lines linesOf(InputStream& in, unsigned encoding, BadText badText)
 {
     Lines lines;
@@ -48,11 +24,11 @@ std::string written(const Lines& lines, const LineOptions& options)
     LineWriter writer(out, options);
     for (const std::wstring& line : lines)
         writer.writeLine(line);
-    return {static_cast<const char*>(out.getData()), static_cast<std::size_t>(out.getSize())};
+    return contentOf(out);
 }
 } // namespace
 
-TEST_CASE("LineReader: every encoding, mark and end of a line, in pieces of any size", "[streams][text]")
+TEST_CASE("LineReader: every encoding, mark and end of a line, in pieces of any size")
 {
     const Lines both{L"\x416 a", {}, L"b"};
     const struct {
@@ -72,34 +48,34 @@ TEST_CASE("LineReader: every encoding, mark and end of a line, in pieces of any 
                  {"a\0b\rc\n\xEF\xBB\xBF\r"s, utf8, {L"a\0b\rc"s, L"\xFEFF\r"}}};
     for (const auto& row : table) {
         CAPTURE(row.bytes);
-        MemoryInputStream whole(row.bytes.data(), static_cast<unsigned>(row.bytes.size()));
-        OneByOne pieces(row.bytes);
+        MemoryInputStream whole = readerOf(row.bytes);
+        Pieces pieces(row.bytes, 1); // As from a slow pipe.
         CHECK(linesOf(whole, row.encoding, BadText::refuse) == row.lines);
         CHECK(linesOf(pieces, row.encoding, BadText::refuse) == row.lines);
     }
-    OneByOne pipe("a\nb");
+    Pieces pipe("a\nb", 1);
     LineReader reader(pipe);
     BasicString<wchar_t> line;
-    CHECK((reader.readLine(line) && line == L"a" && pipe.position() == 2)); // Waits for nothing else.
+    CHECK((reader.readLine(line) && line == L"a" && pipe.source == "b")); // Waits for nothing else.
 }
 
-TEST_CASE("LineReader: bytes that are no text are refused by line, or replaced", "[streams][text]")
+TEST_CASE("LineReader: bytes that are no text are refused by line, or replaced")
 {
     const std::string bytes = "good\nb\xC3\nalso good\n";
-    MemoryInputStream in(bytes.data(), static_cast<unsigned>(bytes.size()));
+    MemoryInputStream in = readerOf(bytes);
     LineReader reader(in);
     BasicString<wchar_t> line;
     CHECK(reader.readLine(line));
-    support::expectError<Exception>([&] { reader.readLine(line); }, "Line 2 is no text in code page 65001");
+    expectError<Exception>([&] { reader.readLine(line); }, "Line 2 is no text in code page 65001");
     CHECK((reader.readLine(line) && line == L"also good" && !reader.readLine(line)));
-    OneByOne replaced(bytes), half("a\0\x3D\xD8\n\0b"s), unknown("a");
+    Pieces replaced(bytes, 1), half("a\0\x3D\xD8\n\0b"s, 1), unknown("a", 1);
     CHECK(linesOf(replaced, utf8, BadText::replace) == Lines{L"good", L"b\xFFFD", L"also good"});
     CHECK(linesOf(half, utf16, BadText::replace) == Lines{L"a\xFFFD", L"\xFFFD"});
-    support::expectWindowsError([&] { linesOf(unknown, 12345, BadText::refuse); }, ERROR_INVALID_PARAMETER,
-                                "Can't convert text");
+    expectWindowsError([&] { linesOf(unknown, 12345, BadText::refuse); }, ERROR_INVALID_PARAMETER,
+                       "Can't convert text");
 }
 
-TEST_CASE("LineWriter: the bytes of every encoding, and what an encoding lacks", "[streams][text]")
+TEST_CASE("LineWriter: the bytes of every encoding, and what an encoding lacks")
 {
     const Lines lines{L"\x416", {}};
     CHECK(written(lines, {}) == "\xD0\x96\r\n\r\n");
@@ -113,9 +89,8 @@ TEST_CASE("LineWriter: the bytes of every encoding, and what an encoding lacks",
     MemoryOutputStream out;
     LineWriter writer(out, {.encoding = 1252});
     writer.write(L"\x20AC one\n");
-    support::expectError<Exception>([&] { writer.writeLine(L"\x100"); }, // No A either.
-                                    "Line 2 has characters that code page 1252 lacks");
-    support::expectError<Exception>([] { written({L"\xDC00"}, {}); },
-                                    "Line 1 has characters that code page 65001 lacks");
+    expectError<Exception>([&] { writer.writeLine(L"\x100"); }, // No A either.
+                           "Line 2 has characters that code page 1252 lacks");
+    expectError<Exception>([] { written({L"\xDC00"}, {}); }, "Line 1 has characters that code page 65001 lacks");
     CHECK(out.getSize() == 6);
 }

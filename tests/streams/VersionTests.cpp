@@ -1,15 +1,10 @@
-#include "Contents.h"
-#include "Counts.h"
-#include "Expect.h"
+#include "Test.h"
+
 #include "Graph.h"
 
 #include <tarn/NewerData.h>
 #include <tarn/StreamValues.h>
 
-#include <memory>
-#include <string>
-
-using namespace tarn;
 using namespace std::string_literals;
 
 // One program writes with version 2 of its classes, one with version 1, and one is from before there were versions.
@@ -17,6 +12,8 @@ using namespace std::string_literals;
 // changed on the way.
 
 namespace {
+using graph::Memory;
+
 namespace plain {
 struct Sheet final : Serializable, graph::Counted {
     void serialize(OutputStream& out) const override { out << title; }
@@ -81,21 +78,17 @@ struct Sheet final : Serializable, graph::Counted {
 
 template <class T> std::string written(const ref_ptr<T>& sheet)
 {
-    MemoryInputStream nothing;
-    MemoryOutputStream out;
-    Archive archive(nothing, out);
-    archive << sheet << sheet;
-    return contentOf(out);
+    Memory memory;
+    memory.archive << sheet << sheet;
+    return memory.written();
 }
 template <class T> ref_ptr<T> readFrom(const std::string& bytes)
 {
-    MemoryInputStream in = readerOf(bytes);
-    MemoryOutputStream nowhere;
-    Archive archive(in, nowhere);
+    Memory reader(bytes);
     ref_ptr<T> sheet, same;
-    archive >> sheet >> same;
+    reader.archive >> sheet >> same;
     CHECK(sheet == same);
-    CHECK(in.getFilePointer() == bytes.size());
+    CHECK(reader.in.getFilePointer() == bytes.size());
     return sheet;
 }
 template <class T> ref_ptr<T> titled(const std::string& title)
@@ -141,7 +134,7 @@ template <class T> ref_ptr<T> readAs(const std::string& bytes, char from, char t
 }
 } // namespace
 
-TEST_CASE("Versions: what version 2 writes goes through version 1, and nothing is lost", "[streams][version]")
+TEST_CASE("Versions: what version 2 writes goes through version 1, and nothing is lost")
 {
     const int before = graph::Counted::alive;
     {
@@ -165,7 +158,7 @@ TEST_CASE("Versions: what version 2 writes goes through version 1, and nothing i
     CHECK(graph::Counted::alive == before);
 }
 
-TEST_CASE("Versions: a class reads what it wrote before, with an older version and without", "[streams][version]")
+TEST_CASE("Versions: a class reads what it wrote before, with an older version and without")
 {
     CHECK(readAs<second::Sheet>(written(titled<plain::Sheet>("a")), '0', '2')->version == 0);
     const ref_ptr<second::Sheet> sheet = readAs<second::Sheet>(written(titled<first::Sheet>("b")), '1', '2');
@@ -174,7 +167,7 @@ TEST_CASE("Versions: a class reads what it wrote before, with an older version a
     CHECK(sheet->note == "note");
 }
 
-TEST_CASE("Versions: a class that keeps nothing reads what it knows of newer data", "[streams][version]")
+TEST_CASE("Versions: a class that keeps nothing reads what it knows of newer data")
 {
     const int before = graph::Counted::alive;
     {
@@ -186,7 +179,7 @@ TEST_CASE("Versions: a class that keeps nothing reads what it knows of newer dat
     CHECK(graph::Counted::alive == before);
 }
 
-TEST_CASE("Versions: the bytes of an object with a version", "[streams][version]")
+TEST_CASE("Versions: the bytes of an object with a version")
 {
     const ref_ptr<first::Sheet> sheet = titled<first::Sheet>("ab");
     const auto key = static_cast<unsigned int>(reinterpret_cast<std::uintptr_t>(sheet.getIdentity()));
@@ -215,66 +208,52 @@ struct Greedy final : Serializable {
 };
 } // namespace
 
-TEST_CASE("Versions: reading beyond an object's data is the end, not what follows it", "[streams][version]")
+TEST_CASE("Versions: reading beyond an object's data is the end, not what follows it")
 {
     const SerializableImpl<Greedy> registration("class test::Greedy");
     const ref_ptr<Greedy> object(new Greedy);
-    const std::string bytes = written(object) + "more";
-    MemoryInputStream in = readerOf(bytes);
-    MemoryOutputStream nowhere;
-    Archive archive(in, nowhere);
+    Memory reader(written(object) + "more");
     ref_ptr<Greedy> copy;
-    CHECK_THROWS_AS(archive >> copy, EndOfFile);
+    CHECK_THROWS_AS(reader.archive >> copy, EndOfFile);
 }
 
-TEST_CASE("NewerData: what has one owner is kept beside owners that are known", "[streams][version]")
+TEST_CASE("NewerData: what has one owner is kept beside owners that are known")
 {
-    MemoryInputStream nothing;
-    MemoryOutputStream out;
+    Memory memory;
     const ref_ptr<second::Sheet> original = makeSecond();
-    {
-        Archive archive(nothing, out);
-        archive.writeObject(titled<first::Sheet>("single").get());
-        archive << original;
-    }
+    memory.archive.writeObject(titled<first::Sheet>("single").get());
+    memory.archive << original;
     open(original);
-    const std::string bytes =
-        renamed(renamed(contentOf(out), "test2::Sheet", "test1::Sheet"), "test2::Star", "test1::Star");
-    MemoryInputStream in = readerOf(bytes);
-    Archive archive(in, out);
-    CHECK(archive.readSingle<first::Sheet>()->title == "single");
-    const ref_ptr<first::Sheet> sheet = archive.load<first::Sheet>();
+    Memory reader(renamed(renamed(memory.written(), "test2::Sheet", "test1::Sheet"), "test2::Star", "test1::Star"));
+    CHECK(reader.archive.readSingle<first::Sheet>()->title == "single");
+    const ref_ptr<first::Sheet> sheet = reader.archive.load<first::Sheet>();
     CHECK(sheet->hasNewerData());
 }
 
-TEST_CASE("NewerData: unknown objects in a circle go with the last one that keeps them, or with the archive",
-          "[streams][version]")
+TEST_CASE("NewerData: unknown objects in a circle go with the last one that keeps them, or with the archive")
 {
     const ref_ptr<second::Sheet> original = makeSecond();
     const std::string bytes = written(original), cut = renamed(bytes.substr(0, bytes.size() - 20), "test2", "test9");
     open(original);
     const auto readAndDrop = [&] { readAs<first::Sheet>(bytes, '2', '1'); };
     const auto fail = [&] {
-        MemoryInputStream in = readerOf(cut);
-        MemoryOutputStream nowhere;
-        Archive archive(in, nowhere);
-        archive.keepUnknownClasses();
+        Memory reader(cut);
+        reader.archive.keepUnknownClasses();
         ref_ptr<Serializable> kept;
-        CHECK_THROWS_AS(archive >> kept, EndOfFile);
+        CHECK_THROWS_AS(reader.archive >> kept, EndOfFile);
     };
     const auto keepsNothing = [](const auto& call) {
         call();
-        const std::size_t before = support::usedBytes();
+        const std::size_t before = usedBytes();
         for (int i = 0; i < 100; ++i)
             call();
-        CHECK(support::usedBytes() < before + 2000);
+        CHECK(usedBytes() < before + 2000);
     };
     keepsNothing(readAndDrop);
     keepsNothing(fail);
 }
 
-TEST_CASE("Archive: objects of unknown classes are kept and written back, where that is asked for",
-          "[streams][version]")
+TEST_CASE("Archive: objects of unknown classes are kept and written back, where that is asked for")
 {
     const int before = graph::Counted::alive;
     {
@@ -282,14 +261,12 @@ TEST_CASE("Archive: objects of unknown classes are kept and written back, where 
         star->rays = 6;
         star->twin = twin;
         const std::string bytes = renamed(written(star), "test2::Star", "test9::Star");
-        MemoryInputStream in = readerOf(bytes);
-        MemoryOutputStream nowhere;
-        Archive archive(in, nowhere);
+        Memory reader(bytes);
         ref_ptr<Serializable> kept;
-        CHECK_THROWS_AS(archive >> kept, Serializable::Exception);
-        in = readerOf(bytes);
-        archive.keepUnknownClasses();
-        archive >> kept;
+        CHECK_THROWS_AS(reader.archive >> kept, Serializable::Exception);
+        reader.in = readerOf(bytes);
+        reader.archive.keepUnknownClasses();
+        reader.archive >> kept;
         const auto sealed = ref_ptr_cast<SealedObject>(kept);
         REQUIRE(sealed);
         CHECK(sealed->getClassName() == "class test9::Star");

@@ -1,13 +1,9 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
-#include "Counts.h"
 #include "Graph.h"
 
-#include <cstdlib>
 #include <new>
-#include <stdexcept>
 
-using namespace tarn;
 using graph::Node;
 using graph::NodePtr;
 
@@ -27,7 +23,7 @@ struct Pooled final : Aligned {
 };
 } // namespace
 
-TEST_CASE("ref_ptr: the last pointer destroys the object as its T", "[streams][ref_ptr]")
+TEST_CASE("ref_ptr: the last pointer destroys the object as its T")
 {
     using graph::Counted;
     const int before = Counted::alive;
@@ -54,7 +50,7 @@ TEST_CASE("ref_ptr: the last pointer destroys the object as its T", "[streams][r
     --Counted::alive;
 }
 
-TEST_CASE("ref_ptr: the longest chain is let go without the stack's end", "[streams][ref_ptr]")
+TEST_CASE("ref_ptr: the longest chain is let go without the stack's end")
 {
     const int before = graph::Counted::alive;
     NodePtr first;
@@ -68,14 +64,14 @@ TEST_CASE("ref_ptr: the longest chain is let go without the stack's end", "[stre
     CHECK(graph::Counted::alive == before);
 }
 
-TEMPLATE_TEST_CASE("ref_ptr: memory goes back the way it came, also when the destructor throws", "[streams][ref_ptr]",
-                   Failing, Aligned, Pooled)
+TEMPLATE_TEST_CASE("ref_ptr: memory goes back the way it came, also when the destructor throws", "", Failing, Aligned,
+                   Pooled)
 {
     const int before = graph::Counted::alive;
-    const std::size_t bytes = support::usedBytes();
+    const std::size_t bytes = usedBytes();
     for (int i = 0; i < 1000; ++i)
         ref_ptr<TestType>(new TestType).release();
     CHECK(graph::Counted::alive == before);
     CHECK(Pooled::pooled == 0);
-    CHECK(support::usedBytes() < bytes + 8000); // Less than eight bytes for each.
+    CHECK(usedBytes() < bytes + 8000); // Less than eight bytes for each.
 }

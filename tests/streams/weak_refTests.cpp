@@ -1,4 +1,4 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include "Graph.h"
 
@@ -6,7 +6,6 @@
 
 #include <optional>
 
-using namespace tarn;
 using graph::Counted;
 
 namespace {
@@ -35,7 +34,7 @@ ref_ptr<Part> makePair()
 }
 } // namespace
 
-TEST_CASE("weak_ref: ends with the last pointer, and does not keep the object", "[streams][weak_ref]")
+TEST_CASE("weak_ref: ends with the last pointer, and does not keep the object")
 {
     const int before = Counted::alive;
     ref_ptr<Part> part(new Part);
@@ -62,18 +61,11 @@ TEST_CASE("weak_ref: ends with the last pointer, and does not keep the object", 
     CHECK(third.expired());
 }
 
-TEST_CASE("weak_ref: objects that know each other end by themselves, also when they were read", "[streams][weak_ref]")
+TEST_CASE("weak_ref: objects that know each other end by themselves, also when they were read")
 {
     const int before = Counted::alive;
     {
-        const ref_ptr<Part> original = makePair();
-        MemoryOutputStream out;
-        MemoryInputStream nothing;
-        Archive archive(nothing, out);
-        archive << original;
-        const std::string bytes = contentOf(out);
-        MemoryInputStream in = readerOf(bytes);
-        const ref_ptr<Part> copy = Archive(in, out).load<Part>();
+        const ref_ptr<Part> copy = graph::Memory(graph::archived(makePair())).archive.load<Part>();
         CHECK(copy->child->parent.lock() == copy);
         CHECK(copy->parent.expired());
         CHECK(copy.getCount() == 1);

@@ -14,4 +14,12 @@ inline unsigned long openHandles()
     }
     return count;
 }
+
+/// The handle once more, with other rights; null when that fails.
+inline HANDLE duplicateOf(HANDLE handle, DWORD access)
+{
+    HANDLE duplicate = nullptr;
+    DuplicateHandle(GetCurrentProcess(), handle, GetCurrentProcess(), &duplicate, access, FALSE, 0);
+    return duplicate;
+}
 } // namespace support

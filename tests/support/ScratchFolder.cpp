@@ -20,10 +20,10 @@ ScratchFolder::~ScratchFolder()
     std::filesystem::remove_all(path_, ignored);
 }
 
-std::string ScratchFolder::file(std::string_view name) const { return (path_ / name).string(); }
-std::wstring ScratchFolder::file(std::wstring_view name) const { return (path_ / name).wstring(); }
+tarn::BasicString<char> ScratchFolder::file(std::string_view name) const { return (path_ / name).string(); }
+tarn::BasicString<wchar_t> ScratchFolder::file(std::wstring_view name) const { return (path_ / name).wstring(); }
 
-std::string ScratchFolder::write(std::string_view name, std::string_view content) const
+tarn::BasicString<char> ScratchFolder::write(std::string_view name, std::string_view content) const
 {
     std::ofstream(path_ / name, std::ios::binary).write(content.data(), static_cast<std::streamsize>(content.size()));
     return file(name);

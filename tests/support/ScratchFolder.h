@@ -1,5 +1,7 @@
 #pragma once
 
+#include <tarn/BasicString.h>
+
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -14,11 +16,11 @@ public:
     ~ScratchFolder();
 
     const std::filesystem::path& path() const { return path_; }
-    std::string file(std::string_view name) const;
-    std::wstring file(std::wstring_view name) const;
+    tarn::BasicString<char> file(std::string_view name) const;
+    tarn::BasicString<wchar_t> file(std::wstring_view name) const;
 
     /// Makes a file with this content and gives its path.
-    std::string write(std::string_view name, std::string_view content) const;
+    tarn::BasicString<char> write(std::string_view name, std::string_view content) const;
     std::string read(std::string_view name) const;
 
 private:

@@ -1,17 +1,9 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/CommandLine.h>
 #include <tarn/RunProcess.h>
 
-#include <cstring>
 #include <random>
-#include <string>
-#include <vector>
-
-#include "Expect.h"
-
-using namespace tarn;
-using support::expectWindowsError;
 
 namespace {
 using Words = std::vector<BasicString<wchar_t>>;
@@ -37,8 +29,7 @@ Words seenByChild(const CommandLine& line)
 }
 } // namespace
 
-TEST_CASE("CommandLine: 100,000 random arguments arrive as they are by the platform's rule and the C runtime's",
-          "[system][process]")
+TEST_CASE("CommandLine: 100,000 random arguments arrive as they are by the platform's rule and the C runtime's")
 {
     std::mt19937 random; // The same each time.
     for (unsigned round = 0; round < 50; ++round) {
@@ -56,7 +47,7 @@ TEST_CASE("CommandLine: 100,000 random arguments arrive as they are by the platf
     }
 }
 
-TEST_CASE("CommandLine: only what needs it is quoted, and the program by its own rule", "[system][process]")
+TEST_CASE("CommandLine: only what needs it is quoted, and the program by its own rule")
 {
     CHECK(CommandLine("prog.exe").add("-x").add("C:\\a b\\").add("\\\"").add("").c_str() ==
           std::wstring(L"prog.exe -x \"C:\\a b\\\\\" \"\\\\\\\"\" \"\""));
@@ -66,7 +57,7 @@ TEST_CASE("CommandLine: only what needs it is quoted, and the program by its own
     CHECK(CommandLine::own().front().endsWith(L"test_system.exe"));
 }
 
-TEST_CASE("CommandLine: a batch file gets no argument that the shell might run", "[system][process]")
+TEST_CASE("CommandLine: a batch file gets no argument that the shell might run")
 {
     CommandLine line(L"C:\\make it.CMD. ");
     line.add(L"a&b").add(L"C:\\");

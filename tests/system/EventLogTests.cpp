@@ -1,17 +1,10 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/EventLog.h>
 
-#include <cstring>
-#include <string>
-
-#include "Expect.h"
-#include "Wine.h"
 #include "system/EventRecords.h"
 
-using namespace tarn;
-
-TEST_CASE("EventLog: a source is registered, reports and is read", "[system][log]")
+TEST_CASE("EventLog: a source is registered, reports and is read")
 {
     const std::wstring key = L"SYSTEM\\CurrentControlSet\\Services\\EventLog\\Application\\TarnTest";
     EventLog::registerSource(L"TarnTest");
@@ -26,7 +19,7 @@ TEST_CASE("EventLog: a source is registered, reports and is read", "[system][log
     EventLog moved(EventLog(L"TarnTest"));
     moved.report(EventLog::error, L"\x0416", 7);
     const auto entries = EventLog::read(L"TarnTest", 2);
-    if (entries.empty() && support::isWine())
+    if (entries.empty() && isWine())
         WARN("Nothing can be read, as under Wine");
     else
         CHECK((entries.size() == 2 && entries[0].texts[0] == L"\x0416" && entries[0].id == 7 &&
@@ -36,11 +29,10 @@ TEST_CASE("EventLog: a source is registered, reports and is read", "[system][log
     CHECK(RegGetValueW(HKEY_LOCAL_MACHINE, key.c_str(), nullptr, RRF_RT_ANY, nullptr, nullptr, nullptr) ==
           ERROR_FILE_NOT_FOUND);
     for (const wchar_t* const bad : {L"", L"a\\b", static_cast<const wchar_t*>(nullptr)})
-        support::expectWindowsError([&] { EventLog::registerSource(bad); }, ERROR_INVALID_NAME,
-                                    "Can't register event source");
+        expectWindowsError([&] { EventLog::registerSource(bad); }, ERROR_INVALID_NAME, "Can't register event source");
 }
 
-TEST_CASE("EventLog: of the platform's records those of the source count", "[system][log]")
+TEST_CASE("EventLog: of the platform's records those of the source count")
 {
     std::vector<BYTE> records;
     const auto add = [&](WORD type, DWORD id, const std::wstring& source, WORD texts, const std::wstring& all) {

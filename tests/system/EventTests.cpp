@@ -1,14 +1,9 @@
-#include "Expect.h"
+#include "Test.h"
 
 #include <tarn/Event.h>
 #include <tarn/Lock.h>
 
-using support::expectWindowsError;
-using tarn::Event;
-using tarn::WindowsHandle;
-
-TEST_CASE("Event: a wait takes the signal of an auto-reset event only, and failing calls name themselves",
-          "[system][event]")
+TEST_CASE("Event: a wait takes the signal of an auto-reset event only, and failing calls name themselves")
 {
     const Event automatic(false, true);
     Event manual(true, true);
@@ -27,7 +22,7 @@ TEST_CASE("Event: a wait takes the signal of an auto-reset event only, and faili
     expectWindowsError([&] { manual.pulse(); }, ERROR_INVALID_HANDLE, "Error in PulseEvent");
 }
 
-TEST_CASE("Event: a name is shared, and what exists stays as it is", "[system][event]")
+TEST_CASE("Event: a name is shared, and what exists stays as it is")
 {
     bool existed = true;
     const Event first(L"Local\\TarnTest \x0416", true, true, &existed);
@@ -38,7 +33,6 @@ TEST_CASE("Event: a name is shared, and what exists stays as it is", "[system][e
     CHECK(second.wait(0) == WindowsHandle::timeout);
     first.set();
     CHECK((second.isSignaled() && second.isSignaled()));
-    expectWindowsError([] { tarn::Mutex(L"Local\\TarnTest \x0416", false); }, ERROR_INVALID_HANDLE,
-                       "Error in CreateMutex");
+    expectWindowsError([] { Mutex(L"Local\\TarnTest \x0416", false); }, ERROR_INVALID_HANDLE, "Error in CreateMutex");
     expectWindowsError([] { Event::openNamed(L"TarnNone"); }, ERROR_FILE_NOT_FOUND, "Can't open event \"TarnNone\"");
 }

@@ -1,6 +1,4 @@
-#include <catch2/catch.hpp>
-
-#include "Expect.h"
+#include "Test.h"
 
 #include <tarn/Event.h>
 #include <tarn/Lock.h>
@@ -9,21 +7,14 @@
 #include <foundation/Check.cpp>
 #include <system/ThreadLocalSlot.cpp>
 
-#include <functional>
 #include <mutex>
-#include <string>
 #include <thread>
-#include <vector>
-
-using tarn::AutoLock;
-using tarn::CriticalSection;
-using tarn::Mutex;
 
 namespace {
 using Log = std::vector<std::string>;
 
 // Writes down what is done to it.
-class Recorder : public tarn::Lockable {
+class Recorder : public Lockable {
 public:
     Recorder(std::string name, Log& log) : name_(std::move(name)), log_(log) {}
     void lock() override { log_.push_back("lock " + name_); }
@@ -31,7 +22,7 @@ public:
     {
         log_.push_back("unlock " + name_);
         if (failing)
-            throw tarn::Exception("unlock failed");
+            throw Exception("unlock failed");
     }
     bool failing = false;
 
@@ -43,7 +34,7 @@ private:
 void onAnotherThread(const std::function<void()>& work) { std::thread(work).join(); }
 } // namespace
 
-TEST_CASE("CriticalSection: recursive for its thread, closed to others", "[system][lock]")
+TEST_CASE("CriticalSection: recursive for its thread, closed to others")
 {
     CriticalSection section;
     section.lock();
@@ -57,20 +48,19 @@ TEST_CASE("CriticalSection: recursive for its thread, closed to others", "[syste
     });
 }
 
-TEST_CASE("Mutex: only its thread unlocks it, and an abandoned one counts as locked", "[system][lock]")
+TEST_CASE("Mutex: only its thread unlocks it, and an abandoned one counts as locked")
 {
     Mutex mutex(true);
-    onAnotherThread(
-        [&] { support::expectWindowsError([&] { mutex.unlock(); }, ERROR_NOT_OWNER, "Error in ReleaseMutex"); });
+    onAnotherThread([&] { expectWindowsError([&] { mutex.unlock(); }, ERROR_NOT_OWNER, "Error in ReleaseMutex"); });
     mutex.unlock();
     onAnotherThread([&] { mutex.lock(); });
     CHECK_NOTHROW(mutex.lock());
     CHECK_NOTHROW(mutex.unlock());
     onAnotherThread([&] { mutex.lock(); });
-    CHECK(mutex.wait(0) == tarn::WindowsHandle::abandoned);
+    CHECK(mutex.wait(0) == WindowsHandle::abandoned);
 }
 
-TEST_CASE("Mutex: a name is shared, and a second one does not own it at first", "[system][lock]")
+TEST_CASE("Mutex: a name is shared, and a second one does not own it at first")
 {
     bool existed = true;
     Mutex first(L"Local\\TarnTest", true, &existed);
@@ -78,16 +68,16 @@ TEST_CASE("Mutex: a name is shared, and a second one does not own it at first", 
     std::thread([&] {
         Mutex second(L"Local\\TarnTest", true, &existed);
         CHECK(existed);
-        support::expectWindowsError([&] { second.unlock(); }, ERROR_NOT_OWNER, "Error in ReleaseMutex");
+        expectWindowsError([&] { second.unlock(); }, ERROR_NOT_OWNER, "Error in ReleaseMutex");
         CHECK_FALSE(Mutex::openNamed(L"Local\\TarnTest").tryLock());
     }).join();
     first.unlock();
     first.close();
-    support::expectWindowsError([] { Mutex::openNamed(L"Local\\TarnTest"); }, ERROR_FILE_NOT_FOUND,
-                                "Can't open mutex \"Local\\TarnTest\"");
+    expectWindowsError([] { Mutex::openNamed(L"Local\\TarnTest"); }, ERROR_FILE_NOT_FOUND,
+                       "Can't open mutex \"Local\\TarnTest\"");
 }
 
-TEST_CASE("Lock: the locks of the standard library take two at once, and try", "[system][lock]")
+TEST_CASE("Lock: the locks of the standard library take two at once, and try")
 {
     CriticalSection section;
     Mutex mutex(false);
@@ -102,7 +92,7 @@ TEST_CASE("Lock: the locks of the standard library take two at once, and try", "
     CHECK(mutex.tryLock()); // Abandoned.
 }
 
-TEST_CASE("AutoLock: unlocks the old lock before it takes a new one, and a copy unlocks again", "[system][lock]")
+TEST_CASE("AutoLock: unlocks the old lock before it takes a new one, and a copy unlocks again")
 {
     Log log;
     Recorder a("a", log), b("b", log);
@@ -117,22 +107,22 @@ TEST_CASE("AutoLock: unlocks the old lock before it takes a new one, and a copy 
     CHECK(log == Log{"lock a", "unlock a", "lock b", "unlock b", "lock a", "unlock a", "unlock a"});
 }
 
-TEST_CASE("AutoLock: its destructor drops the failure of an unlock, unlock() reports it", "[system][lock]")
+TEST_CASE("AutoLock: its destructor drops the failure of an unlock, unlock() reports it")
 {
     Log log;
     Recorder lockable("a", log);
     lockable.failing = true;
     CHECK_NOTHROW([&] { const AutoLock lock(lockable); }());
     AutoLock lock(lockable);
-    CHECK_THROWS_AS(lock.unlock(), tarn::Exception);
+    CHECK_THROWS_AS(lock.unlock(), Exception);
     CHECK_NOTHROW(lock.unlock()); // Forgotten before it was unlocked.
 }
 
-TEST_CASE("ThreadLocalSlot: each thread has its own value", "[system][slot]")
+TEST_CASE("ThreadLocalSlot: each thread has its own value")
 {
-    tarn::ThreadLocalSlot slot;
-    support::expectWindowsError([&] { slot.set(&slot); }, ERROR_INVALID_PARAMETER, "Can't set TLS value");
-    support::expectWindowsError([&] { slot.get(); }, ERROR_INVALID_PARAMETER, "Can't get TLS value");
+    ThreadLocalSlot slot;
+    expectWindowsError([&] { slot.set(&slot); }, ERROR_INVALID_PARAMETER, "Can't set TLS value");
+    expectWindowsError([&] { slot.get(); }, ERROR_INVALID_PARAMETER, "Can't get TLS value");
     slot.allocate();
     slot.set(&slot);
     CHECK(slot.get() == &slot);
@@ -141,6 +131,6 @@ TEST_CASE("ThreadLocalSlot: each thread has its own value", "[system][slot]")
     CHECK(slot.get() == nullptr); // A new index begins empty.
     CHECK_NOTHROW([] {
         for (int more = 0; more < 1200; ++more) // Than a process has indices.
-            tarn::ThreadLocalSlot().allocate();
+            ThreadLocalSlot().allocate();
     }());
 }

@@ -1,17 +1,11 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/Pipe.h>
 #include <tarn/StandardStreams.h>
 
 #include <thread>
 
-#include "Expect.h"
-#include "Handles.h"
-#include "Wine.h"
-
-using namespace tarn;
-
-TEST_CASE("Pipe: more than the buffer holds goes through, until the writer is gone", "[system][pipe]")
+TEST_CASE("Pipe: more than the buffer holds goes through, until the writer is gone")
 {
     Pipe pipe(512, nullptr);
     const std::string data(300'000, 'x');
@@ -24,22 +18,22 @@ TEST_CASE("Pipe: more than the buffer holds goes through, until the writer is go
     CHECK_THROWS_AS(pipe.getReadEnd().readInt32(), EndOfFile);
 }
 
-TEST_CASE("Pipe: create closes the pair held before, and nothing stays open at the end", "[system][pipe]")
+TEST_CASE("Pipe: create closes the pair held before, and nothing stays open at the end")
 {
-    const unsigned long handles = support::openHandles();
+    const unsigned long handles = openHandles();
     {
         Pipe pipe;
         pipe.create(0, nullptr);
         pipe.create(0, nullptr);
-        CHECK(support::openHandles() == handles + 2);
+        CHECK(openHandles() == handles + 2);
         pipe.close();
-        CHECK(support::openHandles() == handles);
+        CHECK(openHandles() == handles);
         pipe.create(0, nullptr);
     }
-    CHECK(support::openHandles() == handles);
+    CHECK(openHandles() == handles);
 }
 
-TEST_CASE("Pipe: a wait for data ends with them, with the last writer or with its time", "[system][pipe]")
+TEST_CASE("Pipe: a wait for data ends with them, with the last writer or with its time")
 {
     Pipe pipe(0, nullptr);
     CHECK_FALSE(pipe.waitForData(20));
@@ -54,25 +48,25 @@ TEST_CASE("Pipe: a wait for data ends with them, with the last writer or with it
     pipe.getWriteEnd().close();
     CHECK(pipe.waitForData(INFINITE));
     pipe.close();
-    support::expectWindowsError([&] { pipe.waitForData(0); }, "Can't look into the pipe");
+    expectWindowsError([&] { pipe.waitForData(0); }, "Can't look into the pipe");
 }
 
-TEST_CASE("Pipe: failing calls name themselves", "[system][pipe]")
+TEST_CASE("Pipe: failing calls name themselves")
 {
     Pipe pipe(0, nullptr);
     pipe.getReadEnd().close();
-    const auto error = support::thrownBy<WindowsError>([&] { pipe.getWriteEnd().write("abc", 3); });
+    const auto error = thrownBy<WindowsError>([&] { pipe.getWriteEnd().write("abc", 3); });
     CHECK((error.getError() == ERROR_NO_DATA || error.getError() == ERROR_BROKEN_PIPE));
     CHECK(std::string(error.getDescription()) == "Error while writing 3 bytes");
-    support::expectWindowsError([&] { pipe.keepReadEnd(); }, "Can't keep the pipe end from child processes");
+    expectWindowsError([&] { pipe.keepReadEnd(); }, "Can't keep the pipe end from child processes");
 
-    if (support::isWine()) {
+    if (isWine()) {
         WARN("Wine's CreatePipe does not fail: it tries again for ever");
         return;
     }
     SECURITY_DESCRIPTOR unknownRevision{};
     unknownRevision.Revision = 99;
     SECURITY_ATTRIBUTES bad{sizeof bad, &unknownRevision, FALSE};
-    support::expectWindowsError([&] { pipe.create(0, &bad); }, ERROR_INVALID_SECURITY_DESCR, "Can't create pipe");
+    expectWindowsError([&] { pipe.create(0, &bad); }, ERROR_INVALID_SECURITY_DESCR, "Can't create pipe");
     CHECK_FALSE(pipe.getWriteEnd().isOpen());
 }

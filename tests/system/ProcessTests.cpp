@@ -1,4 +1,4 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/CommandLine.h>
 #include <tarn/Job.h>
@@ -8,12 +8,7 @@
 #include <tarn/StandardStreams.h>
 #include <tarn/WindowsModule.h>
 
-#include "Expect.h"
-#include "Handles.h"
 #include "ScratchFolder.h"
-
-using namespace tarn;
-using support::expectWindowsError;
 
 namespace {
 SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
@@ -43,37 +38,34 @@ struct Captured {
 };
 } // namespace
 
-TEST_CASE("Process: a second create lets go of the first child, and no handles stay open", "[system][process]")
+TEST_CASE("Process: a second create lets go of the first child, and no handles stay open")
 {
     { // The first child of a process opens handles for good.
         const Captured warmUp("exit 0");
     }
-    const unsigned long handles = support::openHandles();
+    const unsigned long handles = openHandles();
     {
         Process process(child("exit 1").c_str(), 0);
         process.create(child("exit 2").c_str(), 0);
-        CHECK(support::openHandles() == handles + 1);
+        CHECK(openHandles() == handles + 1);
         CHECK(endOf(process) == 2);
         const std::string description = "Can't create process \"no such program.exe -x\"";
         expectWindowsError([&] { process.create("no such program.exe -x", 0); }, ERROR_FILE_NOT_FOUND, description);
         CHECK(process.getExitCode() == 2);
         expectWindowsError([&] { process.create(static_cast<const char*>(nullptr), 0); }, "Can't create process \"\"");
     }
-    CHECK(support::openHandles() == handles);
+    CHECK(openHandles() == handles);
 }
 
-TEST_CASE("Process: without the rights there is no exit code and no end", "[system][process]")
+TEST_CASE("Process: without the rights there is no exit code and no end")
 {
-    const HANDLE self = GetCurrentProcess();
-    HANDLE duplicate = nullptr;
-    REQUIRE(DuplicateHandle(self, self, self, &duplicate, SYNCHRONIZE, FALSE, 0));
     Process process;
-    process.attach(duplicate);
+    process.attach(duplicateOf(GetCurrentProcess(), SYNCHRONIZE));
     expectWindowsError([&] { process.getExitCode(); }, ERROR_ACCESS_DENIED, "Can't retrieve process exit code");
     expectWindowsError([&] { process.terminate(18); }, ERROR_ACCESS_DENIED, "Can't end process");
 }
 
-TEST_CASE("Process: the command line stays as it is and may be as long as the platform's limit", "[system][process]")
+TEST_CASE("Process: the command line stays as it is and may be as long as the platform's limit")
 {
     std::string longest = child("length ");
     longest.append(32'766 - longest.size(), 'x');
@@ -86,25 +78,17 @@ TEST_CASE("Process: the command line stays as it is and may be as long as the pl
     expectWindowsError([&] { Process(tooLong.c_str(), 0); }, "Can't create process \"" + tooLong + "\"");
 }
 
-TEST_CASE("Process: output and errors are captured to the child's end, also when it dies", "[system][process][pipe]")
+TEST_CASE("Process: a child sees the end of its input, and its output is captured to its end, also when it dies")
 {
-    Captured captured("out one err two die out never");
-    CHECK(readAll(captured.output.getReadEnd()) == "onetwo");
-    CHECK(endOf(captured.process) == 0xDEAD);
-}
-
-TEST_CASE("Process: a child sees the end of its input, for it has no end of the parent's", "[system][process][pipe]")
-{
-    Captured captured("copy");
+    Captured captured("copy out one err two die out never");
     const std::string data(3000, 'd');
     captured.input.getWriteEnd().writeFully(data.data(), 3000);
     captured.input.getWriteEnd().close();
-    CHECK(readAll(captured.output.getReadEnd()) == data);
-    CHECK(endOf(captured.process) == 0);
+    CHECK(readAll(captured.output.getReadEnd()) == data + "onetwo");
+    CHECK(endOf(captured.process) == 0xDEAD);
 }
 
-TEST_CASE("Process: without redirection the child inherits nothing, and is still active until it ends",
-          "[system][process][pipe]")
+TEST_CASE("Process: without redirection the child inherits nothing, and is still active until it ends")
 {
     Pipe pipe(0, &inheritable);
     Process process(child("sleep 2000").c_str(), 0);
@@ -118,9 +102,9 @@ TEST_CASE("Process: without redirection the child inherits nothing, and is still
     CHECK(endOf(process) == 17);
 }
 
-TEST_CASE("Process: a wide name, folder, environment and window state reach the child", "[system][process]")
+TEST_CASE("Process: a wide name, folder, environment and window state reach the child")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     const std::wstring program = folder.file(L"\x0416 \x4E2D.exe"), path = folder.path();
     const auto original =
         WindowsModule(GetModuleHandleW(nullptr)).getFilenameW().getDirectory() + L"\\system_child.exe";
@@ -143,12 +127,12 @@ TEST_CASE("Process: a wide name, folder, environment and window state reach the 
 
     options.workingFolder = L"C:\\no such folder";
     expectWindowsError([&] { Process(L"system_child.exe", options); }, "Can't create process \"system_child.exe\"");
-    const auto error = support::thrownBy<WindowsError>([] { Process(L"\x0416", ProcessOptions()); });
+    const auto error = thrownBy<WindowsError>([] { Process(L"\x0416", ProcessOptions()); });
     CHECK(error.getError() == ERROR_FILE_NOT_FOUND);
     CHECK(std::wstring(whatW(error)).starts_with(L"Can't create process \"\x0416\": "));
 }
 
-TEST_CASE("Environment: names are the same in any case, and the block is in their order", "[system][process]")
+TEST_CASE("Environment: names are the same in any case, and the block is in their order")
 {
     Environment environment;
     CHECK(environment.getBlock() == std::wstring(2, L'\0'));
@@ -168,7 +152,7 @@ TEST_CASE("Environment: names are the same in any case, and the block is in thei
     CHECK(Environment::current().find(L"TARNTEST") == BasicString<wchar_t>(L"x=y"));
 }
 
-TEST_CASE("Process: the child inherits the handles that are listed, and no other", "[system][process][pipe]")
+TEST_CASE("Process: the child inherits the handles that are listed, and no other")
 {
     Pipe listed(0, &inheritable), other(0, &inheritable), output(0, nullptr);
     const auto number = [](const WindowsFile& file) {
@@ -185,7 +169,7 @@ TEST_CASE("Process: the child inherits the handles that are listed, and no other
     CHECK_FALSE(other.waitForData(0));
 }
 
-TEST_CASE("Job: the whole tree ends with it, or when it is told so", "[system][process]")
+TEST_CASE("Job: the whole tree ends with it, or when it is told so")
 {
     const auto sleeperOf = [](Pipe& output, const Job& job) {
         const Process process(L"system_child.exe sleeper sleep 60000",
@@ -216,6 +200,9 @@ TEST_CASE("Job: the whole tree ends with it, or when it is told so", "[system][p
     closed.close();
     expectWindowsError([&] { closed.terminate(0); }, "Can't end job");
     expectWindowsError([&] { closed.endWithOwner(); }, "Can't change limits of job");
-    expectWindowsError([&] { Process(L"system_child.exe", ProcessOptions{.job = &closed}); },
+    Pipe third(0, nullptr);
+    expectWindowsError([&] { Process(L"system_child.exe", {.stdOut = third.getWriteEnd(), .job = &closed}); },
                        "Can't put process into job");
+    third.getWriteEnd().close();
+    CHECK(third.waitForData(20'000)); // The child has ended, and its end of the pipe with it.
 }

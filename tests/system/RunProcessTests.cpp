@@ -1,4 +1,4 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/CommandLine.h>
 #include <tarn/Event.h>
@@ -7,29 +7,19 @@
 #include <tarn/StandardStreams.h>
 
 #include <atomic>
-#include <cstdlib>
-#include <string>
 #include <thread>
-#include <vector>
-
-#include "Expect.h"
-#include "Handles.h"
-#include "TryAgain.h"
-
-using namespace tarn;
 
 namespace {
 RunResult run(const wchar_t* commands, const RunOptions& options = {})
 {
-    return support::tryAgain(
-        [&] { return runProcess((std::wstring(L"system_child.exe ") + commands).c_str(), options); });
+    return tryAgain([&] { return runProcess((std::wstring(L"system_child.exe ") + commands).c_str(), options); });
 }
 } // namespace
 
-TEST_CASE("runProcess: input, output, errors and exit code in one call, and no handle stays open", "[system][process]")
+TEST_CASE("runProcess: input, output, errors and exit code in one call, and no handle stays open")
 {
     run(L"");
-    const unsigned long handles = support::openHandles();
+    const unsigned long handles = openHandles();
     const BasicString<char> data(300'000, 'd');
     const RunResult result = run(L"copy out end err bad exit 3", RunOptions{.input = data});
     CHECK(result.output == data + "end");
@@ -38,11 +28,11 @@ TEST_CASE("runProcess: input, output, errors and exit code in one call, and no h
     CHECK_FALSE(result.timedOut);
     CHECK(run(L"out not\" read \"it", RunOptions{.input = data}).output == "not read it");
     CHECK(run(L"out a err b out c", RunOptions{.mergeErrors = true}).output == "abc");
-    support::expectWindowsError([] { runProcess(L"no such program"); }, "Can't create process \"no such program\"");
-    CHECK(support::openHandles() == handles);
+    expectWindowsError([] { runProcess(L"no such program"); }, "Can't create process \"no such program\"");
+    CHECK(openHandles() == handles);
 }
 
-TEST_CASE("runProcess: a stream that is given is used, and not captured", "[system][process]")
+TEST_CASE("runProcess: a stream that is given is used, and not captured")
 {
     Pipe given(0, nullptr);
     const RunResult result = run(L"out there err here", RunOptions{.start = {.stdOut = given.getWriteEnd()}});
@@ -52,7 +42,7 @@ TEST_CASE("runProcess: a stream that is given is used, and not captured", "[syst
     CHECK(result.errors == "here");
 }
 
-TEST_CASE("runProcess: a child that fills both streams does not wait for ever", "[system][process]")
+TEST_CASE("runProcess: a child that fills both streams does not wait for ever")
 {
     constexpr std::size_t pieces = 10'000; // 100 MB each.
     const RunResult result = run((L"flood " + std::to_wstring(pieces)).c_str());
@@ -61,7 +51,7 @@ TEST_CASE("runProcess: a child that fills both streams does not wait for ever", 
     CHECK(result.output.find_first_not_of('o') == result.output.npos);
 }
 
-TEST_CASE("runProcess: at the time limit the whole tree ends, and what it wrote is there", "[system][process]")
+TEST_CASE("runProcess: at the time limit the whole tree ends, and what it wrote is there")
 {
     const RunResult result = run(L"sleeper err late sleep 60000", RunOptions{.timeoutMs = 1500});
     CHECK(result.timedOut);
@@ -71,7 +61,7 @@ TEST_CASE("runProcess: at the time limit the whole tree ends, and what it wrote 
     CHECK((!sleeper.isOpen() || sleeper.wait(20'000) == WindowsHandle::signaled));
 }
 
-TEST_CASE("runProcess: a signal stops it, also when the child never stops to write", "[system][process]")
+TEST_CASE("runProcess: a signal stops it, also when the child never stops to write")
 {
     const Event stop(false, false);
     std::thread stopper([&] {
@@ -87,8 +77,7 @@ TEST_CASE("runProcess: a signal stops it, also when the child never stops to wri
     CHECK(run(L"flood 4000000000", RunOptions{.timeoutMs = 50, .onOutputLine = [](std::string_view) {}}).timedOut);
 }
 
-TEST_CASE("runProcess: a handler gets whole lines while the program runs, and its exception ends that",
-          "[system][process]")
+TEST_CASE("runProcess: a handler gets whole lines while the program runs, and its exception ends that")
 {
     std::vector<std::string> lines;
     const auto note = [&](std::string_view line) { lines.emplace_back(line); };
@@ -99,8 +88,12 @@ TEST_CASE("runProcess: a handler gets whole lines while the program runs, and it
     CHECK(result.output.empty());
     CHECK(result.errors == "x");
 
+    lines.clear();
+    CHECK(run(L"err last", RunOptions{.onErrorLine = note}).errors.empty());
+    CHECK(lines == std::vector<std::string>{"last"});
+
     const auto failing = [](std::string_view line) { throw Exception(std::string(line)); };
-    support::expectError<Exception>(
+    expectError<Exception>(
         [&] {
             runProcess(CommandLine(L"system_child.exe").add("out").add("a\nb").add("sleep").add("60000"),
                        RunOptions{.onOutputLine = failing});
@@ -108,7 +101,7 @@ TEST_CASE("runProcess: a handler gets whole lines while the program runs, and it
         "a");
 }
 
-TEST_CASE("runProcess: 8 threads run children with both pipes at the same time", "[system][process][stress]")
+TEST_CASE("runProcess: 8 threads run children with both pipes at the same time", "[stress]")
 {
     const char* const wish = std::getenv("TARN_PROCESSES");
     const unsigned each = (wish ? static_cast<unsigned>(std::atoi(wish)) : 80u) / 8;

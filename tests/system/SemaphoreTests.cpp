@@ -1,13 +1,8 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/Semaphore.h>
 
-#include "Expect.h"
-
-using support::expectWindowsError;
-using tarn::Semaphore;
-
-TEST_CASE("Semaphore: it is taken as often as it was given back, and no more than its maximum", "[system][semaphore]")
+TEST_CASE("Semaphore: it is taken as often as it was given back, and no more than its maximum")
 {
     const Semaphore semaphore(1, 3);
     semaphore.acquire();
@@ -18,7 +13,7 @@ TEST_CASE("Semaphore: it is taken as often as it was given back, and no more tha
     expectWindowsError([] { Semaphore(2, 1); }, ERROR_INVALID_PARAMETER, "Error in CreateSemaphore");
 }
 
-TEST_CASE("Semaphore: a name is shared", "[system][semaphore]")
+TEST_CASE("Semaphore: a name is shared")
 {
     bool existed = true;
     const Semaphore first(L"Local\\TarnSemaphore", 2, 2, &existed);

@@ -1,17 +1,10 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/CommandLine.h>
 #include <tarn/Service.h>
 #include <tarn/ServiceProgram.h>
 
 #include <future>
-#include <stdexcept>
-#include <string>
-
-#include "Expect.h"
-#include "Wine.h"
-
-using namespace tarn;
 
 namespace {
 constexpr DWORD timeoutMs = 20'000;
@@ -51,9 +44,7 @@ protected:
 struct Installed {
     Installed()
     {
-        wchar_t program[MAX_PATH];
-        GetModuleFileNameW(nullptr, program, MAX_PATH);
-        const CommandLine line = CommandLine(program).add("is a service");
+        const CommandLine line = CommandLine(ownProgram()).add("is a service");
         service.create(ServiceManager(nullptr, SC_MANAGER_CONNECT | SC_MANAGER_CREATE_SERVICE), L"TarnTestProgram",
                        L"TarnTestProgram", SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS, SERVICE_DEMAND_START,
                        SERVICE_ERROR_IGNORE, line, nullptr, nullptr, nullptr, nullptr, nullptr);
@@ -81,7 +72,7 @@ TEST_CASE("is a service", "[.]") // Started by the service manager.
     }
 }
 
-TEST_CASE("ServiceProgram: the service manager starts, pauses, commands and stops it", "[system][service]")
+TEST_CASE("ServiceProgram: the service manager starts, pauses, commands and stops it")
 {
     Installed installed;
     Service& service = installed.service;
@@ -97,10 +88,10 @@ TEST_CASE("ServiceProgram: the service manager starts, pauses, commands and stop
     service.stop();
     CHECK(service.waitForState(SERVICE_STOPPED, timeoutMs));
     CHECK(service.getStatus().dwWin32ExitCode == NO_ERROR);
-    support::expectWindowsError([&] { service.control(150); }, ERROR_SERVICE_NOT_ACTIVE, "Can't control service");
+    expectWindowsError([&] { service.control(150); }, ERROR_SERVICE_NOT_ACTIVE, "Can't control service");
 }
 
-TEST_CASE("ServiceProgram: how it fails is told to the service manager", "[system][service]")
+TEST_CASE("ServiceProgram: how it fails is told to the service manager")
 {
     Installed installed;
     CHECK(installed.endOf(L"error").dwWin32ExitCode == ERROR_DISK_FULL);
@@ -115,7 +106,7 @@ TEST_CASE("ServiceProgram: how it fails is told to the service manager", "[syste
     CHECK(installed.service.getStatus().dwWin32ExitCode == ERROR_EXCEPTION_IN_SERVICE);
 }
 
-TEST_CASE("ServiceProgram: in the console and as an object it runs until it is asked to stop", "[system][service]")
+TEST_CASE("ServiceProgram: in the console and as an object it runs until it is asked to stop")
 {
     Sample sample;
     auto console = std::async(std::launch::async, [&] { return sample.runInConsole(); });
@@ -125,7 +116,7 @@ TEST_CASE("ServiceProgram: in the console and as an object it runs until it is a
     CHECK(Sample().run({L"name", L"7"}) == 7);
 }
 
-TEST_CASE("Service: its description, start type and restarts are kept", "[system][service]")
+TEST_CASE("Service: its description, start type and restarts are kept")
 {
     Installed installed;
     const Service& service = installed.service;
@@ -135,13 +126,12 @@ TEST_CASE("Service: its description, start type and restarts are kept", "[system
         service.setRestart(5000, 2);
     } catch (const WindowsError& error) {
         WARN("Restarts for errors are not known, as under Wine");
-        CHECK((support::isWine() && error.getError() == ERROR_INVALID_LEVEL));
+        CHECK((isWine() && error.getError() == ERROR_INVALID_LEVEL));
     }
     Service reader;
     reader.open(ServiceManager(nullptr, SC_MANAGER_CONNECT), L"TarnTestProgram", SERVICE_QUERY_STATUS);
-    support::expectWindowsError([&] { reader.setDescription(L"x"); }, ERROR_ACCESS_DENIED, "Can't configure service");
-    support::expectWindowsError([&] { reader.setStartType(SERVICE_DISABLED); }, ERROR_ACCESS_DENIED,
-                                "Can't configure service");
+    expectWindowsError([&] { reader.setDescription(L"x"); }, ERROR_ACCESS_DENIED, "Can't configure service");
+    expectWindowsError([&] { reader.setStartType(SERVICE_DISABLED); }, ERROR_ACCESS_DENIED, "Can't configure service");
     const Service none;
-    support::expectWindowsError([&] { none.getStatus(); }, ERROR_INVALID_HANDLE, "Can't query service status");
+    expectWindowsError([&] { none.getStatus(); }, ERROR_INVALID_HANDLE, "Can't query service status");
 }

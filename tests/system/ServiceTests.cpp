@@ -1,18 +1,10 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/Driver.h>
 #include <tarn/Service.h>
 #include <tarn/WindowsModule.h>
 
-#include <algorithm>
-#include <string>
-
-#include "Expect.h"
 #include "ScratchFolder.h"
-#include "Wine.h"
-
-using namespace tarn;
-using support::expectWindowsError;
 
 namespace {
 constexpr DWORD managerAccess = SC_MANAGER_CONNECT | SC_MANAGER_CREATE_SERVICE;
@@ -67,9 +59,9 @@ struct Registered {
 };
 } // namespace
 
-TEST_CASE("Service: a program is registered, started with arguments, stopped and removed", "[system][service]")
+TEST_CASE("Service: a program is registered, started with arguments, stopped and removed")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     const std::string file = folder.file("arguments.txt");
     const char* arguments[] = {file.c_str(), "one", "two"};
     const std::wstring wideFile = folder.file(L"arguments.txt");
@@ -90,7 +82,7 @@ TEST_CASE("Service: a program is registered, started with arguments, stopped and
     CHECK(folder.read("arguments.txt") == "drei;");
 }
 
-TEST_CASE("Service: failing calls name themselves", "[system][service]")
+TEST_CASE("Service: failing calls name themselves")
 {
     ServiceManager manager;
     try {
@@ -120,7 +112,7 @@ TEST_CASE("Service: failing calls name themselves", "[system][service]")
     CHECK_FALSE(stale.isOpen());
 }
 
-TEST_CASE("Service: all that are installed are listed, with what they do and how they are kept", "[system][service]")
+TEST_CASE("Service: all that are installed are listed, with what they do and how they are kept")
 {
     const Registered registered("TarnTest");
     registered.service.setDescription(L"\x0416");
@@ -146,14 +138,14 @@ TEST_CASE("Service: all that are installed are listed, with what they do and how
                      L"TarnTest\0+Group\0", nullptr, nullptr);
     const auto dependencies = dependent.getConfiguration().dependencies;
     dependent.remove();
-    CHECK((dependencies == std::vector<BasicString<wchar_t>>{L"TarnTest", L"+Group"} || support::isWine()));
+    CHECK((dependencies == std::vector<BasicString<wchar_t>>{L"TarnTest", L"+Group"} || isWine()));
 
     dependent.open(ServiceManager(nullptr, SC_MANAGER_CONNECT), "TarnTest", SERVICE_QUERY_STATUS);
     expectWindowsError([&] { dependent.getConfiguration(); }, ERROR_ACCESS_DENIED, "Can't query service configuration");
     expectWindowsError([] { ServiceManager().getServices(); }, ERROR_INVALID_HANDLE, "Can't list services");
 }
 
-TEST_CASE("Driver: a service that exists is started and stopped, and stays registered", "[system][driver]")
+TEST_CASE("Driver: a service that exists is started and stopped, and stays registered")
 {
     Registered registered("TarnTest");
     {
@@ -168,8 +160,7 @@ TEST_CASE("Driver: a service that exists is started and stopped, and stays regis
     CHECK(stateOf("TarnTest") == SERVICE_STOPPED);
 }
 
-TEST_CASE("Driver: a service that load had to create is deleted by unload, also when it did not start",
-          "[system][driver]")
+TEST_CASE("Driver: a service that load had to create is deleted by unload, also when it did not start")
 {
     Driver driver;
     expectWindowsError([&] { driver.load(L"TarnTestMissing", L"Missing", L"C:\\missing\\missing.sys"); },

@@ -1,15 +1,9 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/SingleInstance.h>
 #include <tarn/WindowsFile.h>
 
 #include <future>
-#include <string>
-
-#include "Expect.h"
-#include "Handles.h"
-
-using namespace tarn;
 
 namespace {
 using Texts = std::vector<BasicString<wchar_t>>;
@@ -23,7 +17,7 @@ std::wstring pipeName()
 }
 } // namespace
 
-TEST_CASE("SingleInstance: the first one gets what later ones hand over, whole", "[system][instance]")
+TEST_CASE("SingleInstance: the first one gets what later ones hand over, whole")
 {
     SingleInstance first(name);
     const SingleInstance second(name);
@@ -37,10 +31,12 @@ TEST_CASE("SingleInstance: the first one gets what later ones hand over, whole",
         CHECK(first.receive(20'000) == texts);
         CHECK(handed.get());
     }
-    support::expectWindowsError([&] { SingleInstance(name).receive(0); }, "Only the first instance receives arguments");
+    expectWindowsError([&] { SingleInstance(name).receive(0); }, "Only the first instance receives arguments");
+    expectWindowsError([&] { second.handOver({BasicString<wchar_t>(8 << 20, L'x')}, 0); }, ERROR_INVALID_PARAMETER,
+                       "Can't hand arguments over");
 }
 
-TEST_CASE("SingleInstance: many that come at once are all heard", "[system][instance]")
+TEST_CASE("SingleInstance: many that come at once are all heard")
 {
     SingleInstance first(name);
     std::vector<std::future<bool>> handed;
@@ -56,7 +52,7 @@ TEST_CASE("SingleInstance: many that come at once are all heard", "[system][inst
         CHECK(each.get());
 }
 
-TEST_CASE("SingleInstance: who says nothing useful is passed over", "[system][instance]")
+TEST_CASE("SingleInstance: who says nothing useful is passed over")
 {
     SingleInstance first(name);
     auto received = std::async(std::launch::async, [&] { return first.receive(20'000); });
@@ -75,9 +71,9 @@ TEST_CASE("SingleInstance: who says nothing useful is passed over", "[system][in
     CHECK(received.get() == Texts{L"x"});
 }
 
-TEST_CASE("SingleInstance: without the first nothing is handed over, and the next one is first", "[system][instance]")
+TEST_CASE("SingleInstance: without the first nothing is handed over, and the next one is first")
 {
-    const unsigned long handles = support::openHandles();
+    const unsigned long handles = openHandles();
     {
         SingleInstance first(name);
         const SingleInstance second(name);
@@ -88,6 +84,6 @@ TEST_CASE("SingleInstance: without the first nothing is handed over, and the nex
         const SingleInstance other(std::move(first));
         CHECK(other.isFirst());
     }
-    CHECK(support::openHandles() == handles);
+    CHECK(openHandles() == handles);
     CHECK_THROWS_AS(SingleInstance(L"a\\b"), WindowsError);
 }

@@ -1,4 +1,4 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/Event.h>
 #include <tarn/Pipe.h>
@@ -6,19 +6,7 @@
 #include <tarn/StandardStreams.h>
 #include <tarn/Thread.h>
 
-#include <algorithm>
 #include <atomic>
-#include <functional>
-#include <memory>
-#include <stdexcept>
-#include <vector>
-
-#include "DebuggerOutput.h"
-#include "Expect.h"
-#include "Handles.h"
-
-using namespace tarn;
-using support::expectWindowsError;
 
 namespace {
 void* volatile nowhere = nullptr;
@@ -37,7 +25,7 @@ private:
 };
 } // namespace
 
-TEST_CASE("Thread: what run returns is the result of every join, and start begins anew", "[system][thread]")
+TEST_CASE("Thread: what run returns is the result of every join, and start begins anew")
 {
     unsigned long result = 7;
     Worker thread([&](Worker&) { return result; });
@@ -45,15 +33,14 @@ TEST_CASE("Thread: what run returns is the result of every join, and start begin
     thread.start();
     CHECK(thread.join() == 7);
     CHECK(thread.join() == 7);
-    const unsigned long handles = support::openHandles();
+    const unsigned long handles = openHandles();
     result = 8;
     thread.start(false);
     CHECK(thread.join() == 8);
-    CHECK(support::openHandles() == handles);
+    CHECK(openHandles() == handles);
 }
 
-TEST_CASE("Thread: what leaves run comes out of joinOrThrow, and join gives 0; exit ends it with a code",
-          "[system][thread]")
+TEST_CASE("Thread: what leaves run comes out of joinOrThrow, and join gives 0; exit ends it with a code")
 {
     const auto joined = [](std::function<unsigned long(Worker&)> work) {
         Worker thread(std::move(work));
@@ -77,9 +64,9 @@ TEST_CASE("Thread: what leaves run comes out of joinOrThrow, and join gives 0; e
     CHECK(thread.joinOrThrow() == 5);
 }
 
-TEST_CASE("Thread: the debugger hears of an exception that nobody asked for", "[system][thread]")
+TEST_CASE("Thread: the debugger hears of an exception that nobody asked for")
 {
-    const support::DebuggerOutput output;
+    const DebuggerOutput output;
     const auto heardOf = [&](bool asks) {
         unsigned runs = 0;
         Worker thread([&](Worker&) { return runs++ == 0 ? throw std::runtime_error("unheard") : 0ul; });
@@ -94,7 +81,7 @@ TEST_CASE("Thread: the debugger hears of an exception that nobody asked for", "[
     CHECK(heardOf(false) == 1);
 }
 
-TEST_CASE("Thread: suspended it does nothing until it is resumed as often, and it knows itself", "[system][thread]")
+TEST_CASE("Thread: suspended it does nothing until it is resumed as often, and it knows itself")
 {
     const Event ran(true, false);
     bool current = false;
@@ -115,7 +102,7 @@ TEST_CASE("Thread: suspended it does nothing until it is resumed as often, and i
     CHECK_FALSE(thread.isCurrent());
 }
 
-TEST_CASE("Thread: the end of a thread that another has followed leaves the object running", "[system][thread]")
+TEST_CASE("Thread: the end of a thread that another has followed leaves the object running")
 {
     Event ends[] = {{true, false}, {true, false}};
     std::atomic<int> started = 0;
@@ -127,9 +114,7 @@ TEST_CASE("Thread: the end of a thread that another has followed leaves the obje
     WindowsHandle first, second;
     for (WindowsHandle* const handle : {&first, &second}) {
         thread.start(false);
-        HANDLE duplicate = nullptr;
-        REQUIRE(DuplicateHandle(GetCurrentProcess(), thread, GetCurrentProcess(), &duplicate, SYNCHRONIZE, FALSE, 0));
-        handle->attach(duplicate);
+        handle->attach(duplicateOf(thread, SYNCHRONIZE));
         while (started == (handle == &first ? 0 : 1))
             Sleep(1);
     }
@@ -141,7 +126,7 @@ TEST_CASE("Thread: the end of a thread that another has followed leaves the obje
     CHECK_FALSE(thread.isRunning());
 }
 
-TEST_CASE("Thread: a class that does not join ends the program with a message", "[system][thread]")
+TEST_CASE("Thread: a class that does not join ends the program with a message")
 {
     SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
     Pipe errors(0, &inheritable);
@@ -163,7 +148,7 @@ TEST_CASE("a thread without its class", "[.]")
         Careless().start(false);
 }
 
-TEST_CASE("Thread: its mutex keeps other threads from starting it", "[system][thread]")
+TEST_CASE("Thread: its mutex keeps other threads from starting it")
 {
     Worker thread([](Worker&) { return 0ul; });
     Worker starter([&](Worker&) {
@@ -179,27 +164,22 @@ TEST_CASE("Thread: its mutex keeps other threads from starting it", "[system][th
     CHECK(thread.isOpen());
 }
 
-TEST_CASE("Thread: failing calls name themselves", "[system][thread]")
+TEST_CASE("Thread: failing calls name themselves")
 {
     Worker thread([](Worker&) { return 0ul; });
     expectWindowsError([&] { thread.suspend(); }, ERROR_INVALID_HANDLE, "Can't suspend thread");
     expectWindowsError([&] { thread.resume(); }, ERROR_INVALID_HANDLE, "Can't resume thread");
 
     const Event event(true, true);
-    const auto attachEvent = [&](DWORD access) {
-        HANDLE duplicate = nullptr;
-        REQUIRE(DuplicateHandle(GetCurrentProcess(), event, GetCurrentProcess(), &duplicate, access, FALSE, 0));
-        thread.attach(duplicate);
-    };
-    attachEvent(SYNCHRONIZE);
+    thread.attach(duplicateOf(event, SYNCHRONIZE));
     expectWindowsError([&] { thread.join(); }, ERROR_INVALID_HANDLE, "Can't retrieve the thread's exit code");
-    attachEvent(EVENT_MODIFY_STATE);
+    thread.attach(duplicateOf(event, EVENT_MODIFY_STATE));
     expectWindowsError([&] { thread.join(); }, ERROR_ACCESS_DENIED, "Error waiting for thread exit");
     thread.close();
 }
 
 #ifndef _WIN64 // There nobody uses up all addresses before the system needs some itself.
-TEST_CASE("Thread: without memory for its stack start fails and can be tried again", "[system][thread]")
+TEST_CASE("Thread: without memory for its stack start fails and can be tried again")
 {
     Worker thread([](Worker&) { return 3ul; });
     std::vector<void*> reserved;
@@ -222,11 +202,10 @@ TEST_CASE("Thread: without memory for its stack start fails and can be tried aga
 }
 #endif
 
-TEST_CASE("Thread: 200 threads take turns while they are suspended and resumed, and leave no handle",
-          "[system][thread][stress]")
+TEST_CASE("Thread: 200 threads take turns while they are suspended and resumed, and leave no handle", "[stress]")
 {
     constexpr unsigned count = 200, rounds = 50;
-    const unsigned long handles = support::openHandles();
+    const unsigned long handles = openHandles();
     {
         Mutex mutex(false);
         CriticalSection section;
@@ -260,5 +239,5 @@ TEST_CASE("Thread: 200 threads take turns while they are suspended and resumed, 
         CHECK(underMutex == count * rounds);
         CHECK(underSection == count * rounds);
     }
-    CHECK(support::openHandles() == handles);
+    CHECK(openHandles() == handles);
 }

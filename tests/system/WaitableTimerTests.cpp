@@ -1,15 +1,9 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/Event.h>
 #include <tarn/WaitableTimer.h>
 
-#include "Expect.h"
-
-using support::expectWindowsError;
-using namespace tarn;
-
-TEST_CASE("WaitableTimer: it signals when its time has come, in each period, and not when it is cancelled",
-          "[system][timer]")
+TEST_CASE("WaitableTimer: it signals when its time has come, in each period, and not when it is cancelled")
 {
     const WaitableTimer once(true), often(false);
     once.set(50);
@@ -28,7 +22,7 @@ TEST_CASE("WaitableTimer: it signals when its time has come, in each period, and
     expectWindowsError([&] { once.setAt(Time::fromTimeT64(-20'000'000'000)); }, "Can't convert time to file time");
 }
 
-TEST_CASE("WaitableTimer: a name is shared, and failing calls name themselves", "[system][timer]")
+TEST_CASE("WaitableTimer: a name is shared, and failing calls name themselves")
 {
     bool existed = true;
     WaitableTimer first(L"Local\\TarnTimer", true, &existed);
