@@ -1,14 +1,8 @@
-#include "Expect.h"
+#include "Test.h"
 
 #include <tarn/Atom.h>
 
-#include <utility>
-
-using tarn::Atom;
-using tarn::BasicString;
-
-TEMPLATE_TEST_CASE("Atom: an entry is counted in its own table and goes with its last owner", "[com][atom]", char,
-                   wchar_t)
+TEMPLATE_TEST_CASE("Atom: an entry is counted in its own table and goes with its last owner", "", char, wchar_t)
 {
     const auto scope = GENERATE(Atom::local, Atom::global);
     const BasicString<TestType> text(("tarn test atom " + std::to_string(GetCurrentProcessId())).c_str());
@@ -23,14 +17,13 @@ TEMPLATE_TEST_CASE("Atom: an entry is counted in its own table and goes with its
     CHECK(Atom::find(text.c_str(), scope) == 0);
 }
 
-TEST_CASE("Atom: moves hand over, free forgets, and failures are told", "[com][atom]")
+TEST_CASE("Atom: moves hand over, free forgets, and failures are told")
 {
     Atom atom("tarn test local atom"), moved(std::move(atom));
     CHECK((ATOM(atom) == 0 && Atom("#1234") == 1234));
     moved.free();
     CHECK(ATOM(moved) == 0);
     CHECK_NOTHROW(moved.free());
-    using support::expectWindowsError;
     const std::string tooLong(256, 'x');
     expectWindowsError([&] { Atom a(tooLong.c_str()); }, ERROR_INVALID_PARAMETER, "Can't add atom \"" + tooLong + "\"");
     expectWindowsError([] { Atom(0xC123, Atom::local).getNameW(); }, ERROR_INVALID_HANDLE, "Can't get name of atom");

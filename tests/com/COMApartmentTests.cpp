@@ -1,28 +1,26 @@
+#include "Test.h"
+
 #include <tarn/COMApartment.h>
 #include <tarn/COMInterfacePointer.h>
-
-#include "Expect.h"
 
 #include <shlobj.h>
 
 #include <thread>
-
-using tarn::COMApartment;
 
 namespace {
 /// Whether the thread has COM.
 bool hasCOM()
 {
     try {
-        return tarn::COMInterfacePointer<IShellLinkW>::create(CLSID_ShellLink) != nullptr;
-    } catch (const tarn::COMError& error) {
+        return COMInterfacePointer<IShellLinkW>::create(CLSID_ShellLink) != nullptr;
+    } catch (const COMError& error) {
         CHECK(error.getHRESULT() == CO_E_NOTINITIALIZED);
         return false;
     }
 }
 } // namespace
 
-TEST_CASE("COMApartment: a thread has COM as long as the outermost one lives", "[com][apartment]")
+TEST_CASE("COMApartment: a thread has COM as long as the outermost one lives")
 {
     const auto model = GENERATE(COMApartment::singleThreaded, COMApartment::multiThreaded);
     const auto other =
@@ -35,7 +33,7 @@ TEST_CASE("COMApartment: a thread has COM as long as the outermost one lives", "
                 const COMApartment inner(model);
             }
             CHECK(hasCOM());
-            const auto error = support::thrownBy<tarn::COMError>([&] { COMApartment failing(other); });
+            const auto error = thrownBy<COMError>([&] { COMApartment failing(other); });
             CHECK(error.getHRESULT() == RPC_E_CHANGED_MODE);
             CHECK(std::string(error.what()).starts_with("Can't initialize COM: "));
             CHECK(hasCOM()); // What failed does not end what is there.

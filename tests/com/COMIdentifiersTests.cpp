@@ -1,4 +1,5 @@
-#include "Expect.h"
+#include "Test.h"
+
 #include "ScratchFolder.h"
 
 #include <tarn/COMIdentifiers.h>
@@ -17,9 +18,6 @@
 #include <sstream>
 #include <unordered_map>
 
-using tarn::getHRESULTIdentifier;
-using tarn::toAString;
-using tarn::toGUID;
 using namespace std::string_literals;
 
 namespace {
@@ -32,29 +30,29 @@ constexpr const char* guidList = "{11111111-2222-3333-4444-555555555555} IID_Lis
 // The lists are read once in a process, so they have to be there before the first test runs. While they
 // are read, a key of this process's own stands for the machine's.
 const bool listsAreRead = [] {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     const std::string path = "Software\\tarn-test-names-" + std::to_string(GetCurrentProcessId());
-    auto machine = tarn::RegistryKey::createOwned(HKEY_CURRENT_USER, path.c_str(), KEY_ALL_ACCESS);
-    auto files = tarn::RegistryKey::createOwned(machine, "Software\\{8900105B-76C1-46DE-ACE4-F9A052866F80}\\Files",
-                                                KEY_ALL_ACCESS);
+    auto machine = RegistryKey::createOwned(HKEY_CURRENT_USER, path.c_str(), KEY_ALL_ACCESS);
+    auto files =
+        RegistryKey::createOwned(machine, "Software\\{8900105B-76C1-46DE-ACE4-F9A052866F80}\\Files", KEY_ALL_ACCESS);
     files.setValue("HRESULTs.txt", folder.write("HRESULTs.txt", hresultList).c_str());
     folder.write("GUIDs.txt", guidList);
     SetEnvironmentVariableA("tarn-test-names", folder.path().string().c_str());
-    files.setValue("GUIDs.txt", tarn::RegistryValue<char>("%tarn-test-names%\\GUIDs.txt", REG_EXPAND_SZ));
+    files.setValue("GUIDs.txt", RegistryValue<char>("%tarn-test-names%\\GUIDs.txt", REG_EXPAND_SZ));
     RegOverridePredefKey(HKEY_LOCAL_MACHINE, machine);
     getHRESULTIdentifier(0);
     toAString(IID_NULL, true);
     RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
     files.close();
     machine.close();
-    tarn::RegistryKey(HKEY_CURRENT_USER, false).deleteKeyRecursive(path.c_str());
+    RegistryKey(HKEY_CURRENT_USER, false).deleteKeyRecursive(path.c_str());
     return true;
 }();
 
 std::string nameOf(const char* guid) { return toAString(toGUID(guid), true); }
 } // namespace
 
-TEST_CASE("getHRESULTIdentifier: the installed list names values, others are numbers with a zero", "[com][names]")
+TEST_CASE("getHRESULTIdentifier: the installed list names values, others are numbers with a zero")
 {
     REQUIRE(listsAreRead);
     const auto& [value, expected] = GENERATE(table<HRESULT, std::string>({
@@ -68,10 +66,10 @@ TEST_CASE("getHRESULTIdentifier: the installed list names values, others are num
         {0, "HRESULT value 0\0"s},
     }));
     CHECK(getHRESULTIdentifier(value) == expected);
-    CHECK(tarn::COMError(0x80004005, "Call").what() == "Call: E_FAIL"s);
+    CHECK(COMError(0x80004005, "Call").what() == "Call: E_FAIL"s);
 }
 
-TEST_CASE("toAString: the installed list comes before the names that identifiers give themselves", "[com][names]")
+TEST_CASE("toAString: the installed list comes before the names that identifiers give themselves")
 {
     const auto& [guid, expected] = GENERATE(table<const char*, const char*>({
         {"{11111111-2222-3333-4444-555555555555}", "IID_Listed"},
@@ -91,10 +89,10 @@ TEST_CASE("toAString: the installed list comes before the names that identifiers
     CHECK(toAString(toGUID(guid)) == guid);
 }
 
-TEST_CASE("toAString: the registry names a class by a text that is not empty", "[com][names]")
+TEST_CASE("toAString: the registry names a class by a text that is not empty")
 {
     const std::string guid = "{7E0B4C11-90A2-4F5D-B1C3-2D6A8F0E9911}", path = "CLSID\\" + guid;
-    auto key = tarn::RegistryKey::createOwned(HKEY_CLASSES_ROOT, path.c_str(), KEY_ALL_ACCESS);
+    auto key = RegistryKey::createOwned(HKEY_CLASSES_ROOT, path.c_str(), KEY_ALL_ACCESS);
     CHECK(nameOf(guid.c_str()) == guid);
     key.setValue("", "");
     CHECK(nameOf(guid.c_str()) == guid);
@@ -103,19 +101,18 @@ TEST_CASE("toAString: the registry names a class by a text that is not empty", "
     key.setValue("", "Test class");
     CHECK(nameOf(guid.c_str()) == "CLSID_Test class");
     key.close();
-    tarn::RegistryKey(HKEY_CLASSES_ROOT, false).deleteKey(path.c_str());
+    RegistryKey(HKEY_CLASSES_ROOT, false).deleteKey(path.c_str());
 }
 
-TEST_CASE("GUID: converts from and to text, and is ordered by its bytes in memory", "[com][guid]")
+TEST_CASE("GUID: converts from and to text, and is ordered by its bytes in memory")
 {
     CHECK(toGUID(L"{00020400-0000-0000-c000-000000000046}") == IID_IDispatch);
-    CHECK(tarn::toWString(IID_IDispatch) == L"{00020400-0000-0000-C000-000000000046}");
+    CHECK(toWString(IID_IDispatch) == L"{00020400-0000-0000-C000-000000000046}");
     CHECK(toGUID(static_cast<const char*>(nullptr)) == IID_NULL);
-    const GUID made = tarn::newGUID();
-    CHECK((made != IID_NULL && made != tarn::newGUID()));
-    support::expectError<tarn::COMError>(
-        [] { toGUID("{00020400-0000-0000-C000-00000000004}"); },
-        "Can't convert \"{00020400-0000-0000-C000-00000000004}\" to a GUID: HRESULT value 800401f3");
+    const GUID made = newGUID();
+    CHECK((made != IID_NULL && made != newGUID()));
+    expectError<COMError>([] { toGUID("{00020400-0000-0000-C000-00000000004}"); },
+                          "Can't convert \"{00020400-0000-0000-C000-00000000004}\" to a GUID: HRESULT value 800401f3");
     // Data1 lies with its lowest byte first.
     const GUID a = {0x00000100, 0, 0, {}}, b = {0x00000001, 0, 0, {}}, c = {0x000000FF, 0, 0, {}};
     CHECK((a < b && b < c && !(c < c)));
@@ -123,28 +120,28 @@ TEST_CASE("GUID: converts from and to text, and is ordered by its bytes in memor
     CHECK((numbers.size() == 3 && numbers.at(b) == 2));
 }
 
-TEST_CASE("Name lists: reading ends at what is no record, and a bad identifier is reported", "[com][names]")
+TEST_CASE("Name lists: reading ends at what is no record, and a bad identifier is reported")
 {
     std::istringstream values("1 ONE 2 TWO nonsense 3 THREE"), tooLarge("1 ONE 123456789 LONG 2 TWO");
-    const auto two = tarn::readHRESULTNames(values);
+    const auto two = readHRESULTNames(values);
     CHECK((two.size() == 2 && two.find(2) == "TWO" && two.find(3).empty()));
-    CHECK(tarn::readHRESULTNames(tooLarge).size() == 1);
+    CHECK(readHRESULTNames(tooLarge).size() == 1);
 
     std::istringstream cut("{00020400-0000-0000-C000-000000000046} ONE\n{00020400-0000-0000-C000-000000000047}");
-    const auto one = tarn::readGUIDNames(cut);
+    const auto one = readGUIDNames(cut);
     CHECK((one.size() == 1 && one.find(IID_IDispatch) == "ONE"));
     std::istringstream malformed("{00020400-0000-0000-C000-000000000046} IID_IDispatch {0002} IID_Bad");
-    CHECK(support::thrownBy<tarn::COMError>([&] { tarn::readGUIDNames(malformed); }).getHRESULT() == CO_E_CLASSSTRING);
+    CHECK(thrownBy<COMError>([&] { readGUIDNames(malformed); }).getHRESULT() == CO_E_CLASSSTRING);
 }
 
-TEST_CASE("Name lists: those that tools/com-names writes are whole", "[com][names]")
+TEST_CASE("Name lists: those that tools/com-names writes are whole")
 {
-    const auto folder = tarn::WindowsModule(static_cast<HINSTANCE>(nullptr)).getFilenameA().getDirectory();
+    const auto folder = WindowsModule(static_cast<HINSTANCE>(nullptr)).getFilenameA().getDirectory();
     std::ifstream values(folder + "\\com-names\\HRESULTs.txt"), guids(folder + "\\com-names\\GUIDs.txt");
-    const auto hresults = tarn::readHRESULTNames(values);
+    const auto hresults = readHRESULTNames(values);
     CHECK((hresults.size() > 3000 && hresults.find(S_OK) == "S_OK" && hresults.find(E_FAIL) == "E_FAIL"));
     CHECK(hresults.find(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)) == "HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)");
-    const auto names = tarn::readGUIDNames(guids);
+    const auto names = readGUIDNames(guids);
     CHECK((names.size() > 3000 && names.find(IID_IContextMenu) == "IID_IContextMenu"));
     CHECK(names.find(FOLDERID_Desktop) == "FOLDERID_Desktop");
 }

@@ -1,4 +1,4 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/Archive.h>
 #include <tarn/COMStream.h>
@@ -6,12 +6,7 @@
 #include <tarn/MemoryStream.h>
 #include <tarn/StandardStreams.h>
 
-#include <string>
-
-#include "Expect.h"
 #include "FailureOf.h"
-
-using namespace tarn;
 
 namespace {
 COMInterfacePointer<IStream> platformStream()
@@ -35,7 +30,7 @@ struct Slow : InputStream, OutputStream {
 };
 } // namespace
 
-TEST_CASE("COMStream: a stream of the platform's is one of the library's", "[com][stream]")
+TEST_CASE("COMStream: a stream of the platform's is one of the library's")
 {
     COMStream stream(platformStream());
     stream << 42 << L"\x0416";
@@ -51,10 +46,10 @@ TEST_CASE("COMStream: a stream of the platform's is one of the library's", "[com
     Slow slow;
     COMStream failing(makeCOMStream(slow));
     char bytes[10];
-    support::expectWindowsError([&] { failing.read(bytes, 10); }, ERROR_READ_FAULT, "Can't read from COM stream");
+    expectWindowsError([&] { failing.read(bytes, 10); }, ERROR_READ_FAULT, "Can't read from COM stream");
 }
 
-TEST_CASE("makeCOMStream: one of the library's is a stream for the platform", "[com][stream]")
+TEST_CASE("makeCOMStream: one of the library's is a stream for the platform")
 {
     const unsigned before = IUnknownImpl::getInstanceCount();
     {
@@ -81,7 +76,7 @@ TEST_CASE("makeCOMStream: one of the library's is a stream for the platform", "[
     CHECK(IUnknownImpl::getInstanceCount() == before);
 }
 
-TEST_CASE("makeCOMStream: pieces become whole, and failures results", "[com][stream]")
+TEST_CASE("makeCOMStream: pieces become whole, and failures results")
 {
     Slow slow;
     const auto stream = makeCOMStream(slow);

@@ -1,4 +1,5 @@
-#include "Expect.h"
+#include "Test.h"
+
 #include "FailureOf.h"
 
 #include <tarn/COMApartment.h>
@@ -8,13 +9,9 @@
 
 #include <thread>
 
-using support::failureOf;
-using tarn::Dispatch;
-using tarn::Variant;
-
 namespace {
 // Any member of it fails, and it says why.
-class Failing : public IDispatch, public tarn::IUnknownImpl {
+class Failing : public IDispatch, public IUnknownImpl {
 public:
     explicit Failing(bool later) : IUnknownImpl(nullptr), later_(later) {}
 
@@ -49,11 +46,11 @@ private:
 };
 } // namespace
 
-TEST_CASE("Dispatch: calls members of an object by their names", "[com][dispatch]")
+TEST_CASE("Dispatch: calls members of an object by their names")
 {
-    std::thread([model = GENERATE(tarn::COMApartment::singleThreaded, tarn::COMApartment::multiThreaded)] {
-        const tarn::COMApartment com(model);
-        const Dispatch dictionary(tarn::toGUID(L"Scripting.Dictionary"));
+    std::thread([model = GENERATE(COMApartment::singleThreaded, COMApartment::multiThreaded)] {
+        const COMApartment com(model);
+        const Dispatch dictionary(toGUID(L"Scripting.Dictionary"));
         dictionary.call(L"Add", {"a", 1});
         dictionary.call(L"add", {}, {{L"Item", 2}, {L"Key", "b"}});
         CHECK((dictionary.get(L"Count") == 2 && dictionary.get(L"Item", {"b"}) == 2));
@@ -66,15 +63,15 @@ TEST_CASE("Dispatch: calls members of an object by their names", "[com][dispatch
         CHECK(failureOf([&] { dictionary.call(L"Add", {}, {{L"Price", 1}}); }) == DISP_E_UNKNOWNNAME);
         CHECK(failureOf([&] { dictionary.call(L"Add", {1}); }) < 0);
     }).join();
-    CHECK(failureOf([] { Dispatch(tarn::COMInterfacePointer<IDispatch>()); }) == E_POINTER);
+    CHECK(failureOf([] { Dispatch(COMInterfacePointer<IDispatch>()); }) == E_POINTER);
 }
 
-TEST_CASE("Dispatch: what the object says of a failure stands in the error", "[com][dispatch]")
+TEST_CASE("Dispatch: what the object says of a failure stands in the error")
 {
-    const Dispatch object(tarn::COMInterfacePointer<IDispatch>(new Failing(GENERATE(false, true))));
-    const auto error = support::thrownBy<tarn::COMError>([&] { object.call(L"\x4E2D"); });
+    const Dispatch object(COMInterfacePointer<IDispatch>(new Failing(GENERATE(false, true))));
+    const auto error = thrownBy<COMError>([&] { object.call(L"\x4E2D"); });
     CHECK(error.getHRESULT() == MAKE_HRESULT(1, FACILITY_ITF, 1001));
-    CHECK(tarn::whatW(error) == L"Can't call \"\x4E2D\": No \x4E2D: HRESULT value 800403e9");
+    CHECK(whatW(error) == L"Can't call \"\x4E2D\": No \x4E2D: HRESULT value 800403e9");
     CHECK(Failing::flags == DISPATCH_METHOD);
     CHECK(failureOf([&] { object.set(L"any", object.getObject()); }) == error.getHRESULT());
     CHECK(Failing::flags == (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)); // An object is a reference.

@@ -1,4 +1,5 @@
-#include "Expect.h"
+#include "Test.h"
+
 #include "FailureOf.h"
 
 #include <tarn/COMApartment.h>
@@ -10,16 +11,11 @@
 #include <map>
 #include <thread>
 
-using support::failureOf;
-using tarn::COMInterfacePointer;
-using tarn::EventConnection;
-using tarn::Variant;
-
 namespace {
 constexpr GUID DIID_Events = {0x7f0c4f52, 0x1b9d, 0x4f06, {0x9a, 0x3e, 0x5d, 0x21, 0x77, 0x08, 0xc4, 0x6b}};
 
 // An object with events, which is its own and only connection point.
-class Sender : public IConnectionPointContainer, public IConnectionPoint, public tarn::IUnknownImpl {
+class Sender : public IConnectionPointContainer, public IConnectionPoint, public IUnknownImpl {
 public:
     Sender() : IUnknownImpl(nullptr) {}
 
@@ -64,18 +60,18 @@ HRESULT send(IDispatch* sink, Variant& answer)
 }
 } // namespace
 
-TEST_CASE("EventConnection: a handler gets the events of an object until it is disconnected", "[com][events]")
+TEST_CASE("EventConnection: a handler gets the events of an object until it is disconnected")
 {
-    const unsigned before = tarn::IUnknownImpl::getInstanceCount();
-    std::thread([model = GENERATE(tarn::COMApartment::singleThreaded, tarn::COMApartment::multiThreaded)] {
-        const tarn::COMApartment com(model);
+    const unsigned before = IUnknownImpl::getInstanceCount();
+    std::thread([model = GENERATE(COMApartment::singleThreaded, COMApartment::multiThreaded)] {
+        const COMApartment com(model);
         auto* const sender = new Sender;
         const COMInterfacePointer<IConnectionPointContainer> source(sender);
         int count = 0;
         EventConnection connection(source, DIID_Events, [&](DISPID event, const std::vector<Variant>& arguments) {
             CHECK((event == 5 && arguments == std::vector<Variant>{"one", 2}));
             if (++count == 2)
-                throw tarn::WindowsError(ERROR_ACCESS_DENIED);
+                throw WindowsError(ERROR_ACCESS_DENIED);
             return Variant("heard");
         });
         Variant answer;
@@ -93,5 +89,5 @@ TEST_CASE("EventConnection: a handler gets the events of an object until it is d
         }
         CHECK(sender->sinks.empty());
     }).join();
-    CHECK(tarn::IUnknownImpl::getInstanceCount() == before);
+    CHECK(IUnknownImpl::getInstanceCount() == before);
 }

@@ -1,20 +1,12 @@
-#include "Expect.h"
+#include "Test.h"
+
 #include "Persistent.h"
 
 #include <tarn/COMApartment.h>
 #include <tarn/COMModule.h>
 #include <tarn/Factory.h>
 
-#include <functional>
-#include <stdexcept>
-#include <string>
 #include <thread>
-#include <utility>
-
-using support::Persistent;
-using tarn::COMInterfacePointer;
-using tarn::Factory;
-using tarn::IUnknownImpl;
 
 namespace {
 // Takes and releases a reference while it is being destroyed, as a call-back to an owner would.
@@ -33,7 +25,7 @@ struct Restless : IUnknownImpl {
 struct Failing : IUnknownImpl {
     explicit Failing(IUnknown* outer) : IUnknownImpl(outer) {}
     static IUnknownImpl* create(IUnknown* outer) { return new Failing(outer); }
-    void* queryInterface(const GUID&) override { throw tarn::WindowsError(ERROR_ACCESS_DENIED); }
+    void* queryInterface(const GUID&) override { throw WindowsError(ERROR_ACCESS_DENIED); }
 };
 
 // Hands out the interface of what it aggregates.
@@ -55,7 +47,7 @@ HRESULT create(Factory::Creator creator, const IID& iid, void** object, IUnknown
 }
 } // namespace
 
-TEST_CASE("IUnknownImpl: references are counted and the last release destroys once", "[com][unknown]")
+TEST_CASE("IUnknownImpl: references are counted and the last release destroys once")
 {
     const unsigned before = IUnknownImpl::getInstanceCount();
     auto* const object = new Restless;
@@ -65,7 +57,7 @@ TEST_CASE("IUnknownImpl: references are counted and the last release destroys on
     CHECK((Restless::destroyed == 1 && IUnknownImpl::getInstanceCount() == before));
 }
 
-TEST_CASE("IUnknownImpl: a query counts, refuses and reports without touching the pointer", "[com][unknown]")
+TEST_CASE("IUnknownImpl: a query counts, refuses and reports without touching the pointer")
 {
     COMInterfacePointer<IPersist> object(new Persistent(nullptr));
     int untouched = 0;
@@ -77,8 +69,8 @@ TEST_CASE("IUnknownImpl: a query counts, refuses and reports without touching th
     CHECK((base == moved && (moved = nullptr, base = std::move(object), !object && base.as<IPersist>())));
     object = base.as<IPersist>();
     CHECK((object && object == object.get() && object != nullptr && object.as<IUnknown>() != nullptr));
-    support::expectError<tarn::COMError>([&] { object.require<IDispatch>(); },
-                                         std::string("Can't get COM interface: HRESULT value 80004002"));
+    expectError<COMError>([&] { object.require<IDispatch>(); },
+                          std::string("Can't get COM interface: HRESULT value 80004002"));
 
     Failing failing(nullptr);
     CHECK(failing.internalQueryInterface(IID_IUnknown, &found) == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
@@ -86,10 +78,10 @@ TEST_CASE("IUnknownImpl: a query counts, refuses and reports without touching th
 
 namespace {
 // Fails with an error whose text the code page cannot hold, and tells its clients, if asked to.
-template <class... Told> struct Complaining : Persistent, tarn::SupportErrorInfo<Told...> {
+template <class... Told> struct Complaining : Persistent, SupportErrorInfo<Told...> {
     explicit Complaining(std::function<void()> method) : Persistent(nullptr), fail(std::move(method)) {}
     TARN_IUNKNOWN_METHODS
-    HRESULT STDMETHODCALLTYPE GetClassID(CLSID*) override { return tarn::asHRESULT(fail); }
+    HRESULT STDMETHODCALLTYPE GetClassID(CLSID*) override { return asHRESULT(fail); }
     void* queryInterface(const GUID& iid) override
     {
         return iid == IID_ISupportErrorInfo ? static_cast<ISupportErrorInfo*>(this) : Persistent::queryInterface(iid);
@@ -102,30 +94,29 @@ template <class Error, class... Told> std::wstring toldOf(std::function<void()> 
     const COMInterfacePointer<IPersist> object(new Complaining<Told...>(std::move(method)));
     CLSID clsid;
     object.throwOnError(S_OK, "nothing");
-    return tarn::whatW(support::thrownBy<Error>([&] { object.throwOnError(object->GetClassID(&clsid), "Can't ask"); }));
+    return whatW(thrownBy<Error>([&] { object.throwOnError(object->GetClassID(&clsid), "Can't ask"); }));
 }
 } // namespace
 
-TEST_CASE("asHRESULT: the text of an exception arrives at the client", "[com][unknown]")
+TEST_CASE("asHRESULT: the text of an exception arrives at the client")
 {
-    std::thread([model = GENERATE(tarn::COMApartment::singleThreaded, tarn::COMApartment::multiThreaded)] {
-        const tarn::COMApartment com(model);
-        const std::wstring failed = tarn::whatW(tarn::COMError(static_cast<unsigned long>(E_FAIL)));
-        const auto fail = [] { throw tarn::COMError(0x80040123, tarn::errorText(L"The plan \x4E2D is locked")); };
-        CHECK(toldOf<tarn::COMError, IPersist>(fail) ==
-              L"Can't ask: The plan \x4E2D is locked: HRESULT value 80040123");
-        CHECK(toldOf<tarn::COMError, IDispatch>(fail) == L"Can't ask: HRESULT value 80040123"); // Of another interface.
-        CHECK(toldOf<tarn::COMError, IPersist>([] { throw std::runtime_error("Too late"); }) ==
+    std::thread([model = GENERATE(COMApartment::singleThreaded, COMApartment::multiThreaded)] {
+        const COMApartment com(model);
+        const std::wstring failed = whatW(COMError(static_cast<unsigned long>(E_FAIL)));
+        const auto fail = [] { throw COMError(0x80040123, errorText(L"The plan \x4E2D is locked")); };
+        CHECK(toldOf<COMError, IPersist>(fail) == L"Can't ask: The plan \x4E2D is locked: HRESULT value 80040123");
+        CHECK(toldOf<COMError, IDispatch>(fail) == L"Can't ask: HRESULT value 80040123"); // Of another interface.
+        CHECK(toldOf<COMError, IPersist>([] { throw std::runtime_error("Too late"); }) ==
               L"Can't ask: Too late: " + failed);
-        const std::wstring reason = tarn::whatW(tarn::WindowsError(ERROR_ACCESS_DENIED));
-        CHECK(toldOf<tarn::WindowsError, IPersist>([] { throw tarn::WindowsError(ERROR_ACCESS_DENIED, "No key"); }) ==
+        const std::wstring reason = whatW(WindowsError(ERROR_ACCESS_DENIED));
+        CHECK(toldOf<WindowsError, IPersist>([] { throw WindowsError(ERROR_ACCESS_DENIED, "No key"); }) ==
               L"Can't ask: No key: " + reason);
-        CHECK(toldOf<tarn::BadAllocation, IPersist>([] { throw std::bad_alloc(); }) == L"bad allocation");
-        CHECK(toldOf<tarn::COMError, IPersist>([] { throw 1; }) == L"Can't ask: " + failed); // Not the last.
+        CHECK(toldOf<BadAllocation, IPersist>([] { throw std::bad_alloc(); }) == L"bad allocation");
+        CHECK(toldOf<COMError, IPersist>([] { throw 1; }) == L"Can't ask: " + failed); // Not the last.
     }).join();
 }
 
-TEST_CASE("Factory: a new object has one reference, and every failure is a result and leaves none", "[com][factory]")
+TEST_CASE("Factory: a new object has one reference, and every failure is a result and leaves none")
 {
     const unsigned before = IUnknownImpl::getInstanceCount();
     IPersist* made = nullptr;
@@ -136,11 +127,11 @@ TEST_CASE("Factory: a new object has one reference, and every failure is a resul
         {&Persistent::create, E_NOINTERFACE},
         {&Failing::create, HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED)},
         {[](IUnknown*) -> IUnknownImpl* { return nullptr; }, E_OUTOFMEMORY},
-        {[](IUnknown*) -> IUnknownImpl* { throw tarn::COMError(0x80040110); }, CLASS_E_NOAGGREGATION},
+        {[](IUnknown*) -> IUnknownImpl* { throw COMError(0x80040110); }, CLASS_E_NOAGGREGATION},
         {[](IUnknown*) -> IUnknownImpl* { throw std::runtime_error("no"); }, E_FAIL},
         {[](IUnknown*) -> IUnknownImpl* { throw 1; }, E_FAIL},
-        {[](IUnknown*) -> IUnknownImpl* { throw tarn::WindowsError(ERROR_SUCCESS); }, E_FAIL},
-        {[](IUnknown*) -> IUnknownImpl* { throw tarn::COMError(S_FALSE); }, E_FAIL},
+        {[](IUnknown*) -> IUnknownImpl* { throw WindowsError(ERROR_SUCCESS); }, E_FAIL},
+        {[](IUnknown*) -> IUnknownImpl* { throw COMError(S_FALSE); }, E_FAIL},
     }));
     void* object = nullptr;
     CHECK(create(creator, IID_IDispatch, &object) == expected);
@@ -151,7 +142,7 @@ TEST_CASE("Factory: a new object has one reference, and every failure is a resul
     CHECK(create(creator, IID_IUnknown, nullptr) == E_POINTER);
 }
 
-TEST_CASE("Factory: an aggregated object is made for its outer one and answers through it", "[com][factory]")
+TEST_CASE("Factory: an aggregated object is made for its outer one and answers through it")
 {
     static Persistent* inner;
     Outer outer;
@@ -164,9 +155,9 @@ TEST_CASE("Factory: an aggregated object is made for its outer one and answers t
     CHECK((inner->internalAddRef() == 1 && inner->internalRelease() == 0));
 }
 
-TEST_CASE("COMModule: locks outlive the factory that took them and cannot go below none", "[com][factory]")
+TEST_CASE("COMModule: locks outlive the factory that took them and cannot go below none")
 {
-    tarn::COMModule& module = tarn::COMModule::getModule();
+    COMModule& module = COMModule::getModule();
     {
         const COMInterfacePointer<IClassFactory> factory(new Factory(&Persistent::create));
         CHECK((factory->LockServer(FALSE) == E_UNEXPECTED && factory->LockServer(TRUE) == S_OK));
@@ -176,7 +167,7 @@ TEST_CASE("COMModule: locks outlive the factory that took them and cannot go bel
     CHECK(module.canUnloadNow() == S_FALSE);
     module.lock(false);
     CHECK(module.canUnloadNow() == S_OK);
-    CHECK(support::thrownBy<tarn::COMError>([&] { module.lock(false); }).getHRESULT() == E_UNEXPECTED);
+    CHECK(thrownBy<COMError>([&] { module.lock(false); }).getHRESULT() == E_UNEXPECTED);
     const COMInterfacePointer<IPersist> object(new Persistent(nullptr));
     CHECK(module.canUnloadNow() == S_FALSE);
 }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Expect.h"
+#include "Test.h"
 
 namespace support {
 /// The failing call's HRESULT.
-template <class Call> HRESULT failureOf(Call call) { return thrownBy<tarn::COMError>(call).getHRESULT(); }
+template <class Call> HRESULT failureOf(Call call) { return thrownBy<COMError>(call).getHRESULT(); }
 } // namespace support

@@ -1,14 +1,9 @@
-#include "Expect.h"
+#include "Test.h"
+
 #include "ScratchFolder.h"
 
 #include <tarn/COMApartment.h>
 #include <tarn/PictureFile.h>
-
-#include <algorithm>
-#include <cstdlib>
-#include <string>
-
-using namespace tarn;
 
 namespace {
 using Pixels = std::vector<std::uint32_t>;
@@ -22,10 +17,10 @@ Bitmap picture(int width, int height, const Pixels& colours)
 }
 } // namespace
 
-TEST_CASE("savePicture, loadPicture: pixels come back through the codecs, upright", "[com][picture]")
+TEST_CASE("savePicture, loadPicture: pixels come back through the codecs, upright")
 {
     const COMApartment com;
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     const Pixels colours{0xFFFF0000, 0xFF00FF00, 0xFF0000FF, 0xFFFFFFFF, 0xFF000000, 0xFF123456};
     const std::string file = folder.file(GENERATE("a.png", "a.BMP", "a.tif"));
     savePicture(picture(3, 2, colours), file.c_str());
@@ -33,11 +28,10 @@ TEST_CASE("savePicture, loadPicture: pixels come back through the codecs, uprigh
     CHECK((loaded.getSize() == Size(3, 2) && loaded.getPixels() == colours));
 }
 
-TEST_CASE("savePicture, loadPicture: a PNG keeps opacity when asked to, and a JPEG nearly all colours",
-          "[com][picture]")
+TEST_CASE("savePicture, loadPicture: a PNG keeps opacity when asked to, and a JPEG nearly all colours")
 {
     const COMApartment com;
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     const std::wstring png = folder.path().wstring() + L"\\a.png", jpeg = folder.path().wstring() + L"\\a.jpeg";
     const Pixels half{0x80800000, 0x00000000};
     savePicture(picture(2, 1, half), png.c_str(), true);
@@ -49,10 +43,10 @@ TEST_CASE("savePicture, loadPicture: a PNG keeps opacity when asked to, and a JP
     CHECK((std::abs(int(colour >> 16 & 0xFF) - 0x20) < 8 && std::abs(int(colour & 0xFF) - 0xC0) < 8));
 }
 
-TEST_CASE("savePicture, loadPicture: what is no picture is an error", "[com][picture]")
+TEST_CASE("savePicture, loadPicture: what is no picture is an error")
 {
     const COMApartment com;
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     const std::string text = folder.write("text.png", "no picture");
     CHECK_THROWS_WITH(loadPicture(text.c_str()), Catch::StartsWith("Can't load picture"));
     CHECK_THROWS_WITH(loadPicture(folder.file("missing.png").c_str()), Catch::StartsWith("Can't load picture"));

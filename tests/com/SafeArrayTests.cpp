@@ -1,4 +1,5 @@
-#include "Expect.h"
+#include "Test.h"
+
 #include "FailureOf.h"
 
 #include <tarn/COMInterfacePointer.h>
@@ -10,20 +11,13 @@
 #include <list>
 #include <numeric>
 #include <span>
-#include <string>
-#include <utility>
-#include <vector>
-
-using support::failureOf;
-using tarn::SafeArray;
-using tarn::Variant;
 
 namespace {
 // Larger than what a variant holds.
 using Record = std::array<long, 5>;
 
 // What the system asks of a type of records.
-class Records : public IRecordInfo, public tarn::IUnknownImpl {
+class Records : public IRecordInfo, public IUnknownImpl {
 public:
     Records() : IUnknownImpl(nullptr) {}
 
@@ -53,7 +47,7 @@ public:
 };
 } // namespace
 
-TEST_CASE("SafeArray: elements convert to and from variants", "[com][safearray]")
+TEST_CASE("SafeArray: elements convert to and from variants")
 {
     SafeArray numbers(VT_I4, 3, 10), texts(VT_BSTR, 2), any(VT_VARIANT, 1);
     CHECK(numbers.getUpperBound() == 12);
@@ -67,23 +61,23 @@ TEST_CASE("SafeArray: elements convert to and from variants", "[com][safearray]"
     CHECK(failureOf([&] { numbers.getElement({10, 0}); }) == DISP_E_BADINDEX);
     CHECK(failureOf([&] { numbers.setElement(10, Variant("word")); }) == DISP_E_TYPEMISMATCH);
     CHECK(failureOf([] { SafeArray().getElement(0); }) == DISP_E_BADINDEX);
-    support::expectWindowsError([] { SafeArray().getType(); }, ERROR_INVALID_PARAMETER, "Can't get type of safe array");
+    expectWindowsError([] { SafeArray().getType(); }, ERROR_INVALID_PARAMETER, "Can't get type of safe array");
 }
 
-TEST_CASE("SafeArray: several dimensions are made of a container, and into one", "[com][safearray]")
+TEST_CASE("SafeArray: several dimensions are made of a container, and into one")
 {
     const std::vector<double> elements = {1, 2, 3, 4, 5, 6};
     const SafeArray matrix = SafeArray::of(elements, {{2, 0}, {3, 1}});
     CHECK((matrix.getElement({1, 1}) == 2.0 && matrix.getElement({0, 3}) == 5.0));
     CHECK(matrix.toVector<double>() == elements);
-    support::expectWindowsError(
+    expectWindowsError(
         [&] {
             SafeArray::of(elements, {{2, 0}, {2, 0}});
         },
         ERROR_INVALID_PARAMETER, "Can't create safe array");
 }
 
-TEST_CASE("SafeArray: elements in place, of the right type only, and locked meanwhile", "[com][safearray]")
+TEST_CASE("SafeArray: elements in place, of the right type only, and locked meanwhile")
 {
     SafeArray matrix(VT_R8, {{2, 0}, {3, 1}});
     CHECK(matrix.getSize() == 6);
@@ -98,9 +92,9 @@ TEST_CASE("SafeArray: elements in place, of the right type only, and locked mean
     CHECK((matrix.getUpperBound(2) == 4 && matrix.getElement({0, 2}).dblVal == 2));
 }
 
-TEST_CASE("SafeArray: records come and go whole", "[com][safearray]")
+TEST_CASE("SafeArray: records come and go whole")
 {
-    const tarn::COMInterfacePointer<IRecordInfo> info(new Records);
+    const COMInterfacePointer<IRecordInfo> info(new Records);
     SAFEARRAYBOUND bound = {2, 0};
     SafeArray records;
     records.attach(SafeArrayCreateEx(VT_RECORD, 1, &bound, info.get()));
@@ -114,12 +108,12 @@ TEST_CASE("SafeArray: records come and go whole", "[com][safearray]")
     CHECK(static_cast<Record*>(records.get()->pvData)->at(4) == 6);
     CHECK(failureOf([&] { records.setElement(0, Variant(1)); }) == DISP_E_TYPEMISMATCH);
     // Taken apart by hand, whatever the system does with the memory of a record that it clears.
-    const tarn::COMInterfacePointer<IRecordInfo> owner(element.pRecInfo);
+    const COMInterfacePointer<IRecordInfo> owner(element.pRecInfo);
     owner->RecordDestroy(element.detach().pvRecord);
     owner.get()->Release();
 }
 
-TEST_CASE("SafeArray: copies are deep, also inside variants", "[com][safearray]")
+TEST_CASE("SafeArray: copies are deep, also inside variants")
 {
     SafeArray texts(VT_BSTR, 1);
     texts.setElement(0, Variant("one"));
@@ -132,7 +126,7 @@ TEST_CASE("SafeArray: copies are deep, also inside variants", "[com][safearray]"
     CHECK(moved.getSize() == 8);
 }
 
-TEST_CASE("SafeArray: made of containers, and made into them", "[com][array]")
+TEST_CASE("SafeArray: made of containers, and made into them")
 {
     const auto there = []<class T>(const std::vector<T>& elements, VARTYPE type) {
         const SafeArray array = SafeArray::of(elements);
@@ -144,7 +138,7 @@ TEST_CASE("SafeArray: made of containers, and made into them", "[com][array]")
     there(std::vector<double>{0.5}, VT_R8);
     there(std::vector<bool>{true, false}, VT_BOOL);
     there(std::vector<unsigned char>{}, VT_UI1);
-    there(std::vector<tarn::BasicString<wchar_t>>{L"a", L""}, VT_BSTR);
+    there(std::vector<BasicString<wchar_t>>{L"a", L""}, VT_BSTR);
     there(std::vector<std::wstring>{std::wstring(L"a\0b", 3)}, VT_BSTR);
 
     const SafeArray mixed = SafeArray::of(std::list<Variant>{Variant(7), Variant("text")});

@@ -1,21 +1,15 @@
-#include "Expect.h"
+#include "Test.h"
 
 #include <tarn/ShellExtension.h>
 
 #include <shellapi.h>
 
-#include <string>
-#include <utility>
-
-using tarn::COMInterfacePointer;
-using tarn::ContextMenuHandler;
-using tarn::ShellExtension;
-using Text = tarn::BasicString<wchar_t>;
+using Text = BasicString<wchar_t>;
 using namespace std::string_literals;
 
 namespace {
 // Files as Explorer hands them over; only GetData counts.
-class FileData : public IDataObject, public tarn::IUnknownImpl {
+class FileData : public IDataObject, public IUnknownImpl {
 public:
     explicit FileData(std::wstring paths) : IUnknownImpl(nullptr), paths_(std::move(paths)) {}
 
@@ -55,12 +49,12 @@ struct Commands : ContextMenuHandler {
         return {{L"&Count", [this](HWND) { invoked = Text::fromInt(static_cast<int>(getItems().size())); }, L"count",
                  L"Counts the files"},
                 {L"", nullptr, L"", L""},
-                {L"&Fail", [](HWND) { throw tarn::WindowsError(ERROR_ACCESS_DENIED); }, L"fail", L""}};
+                {L"&Fail", [](HWND) { throw WindowsError(ERROR_ACCESS_DENIED); }, L"fail", L""}};
     }
     Text invoked;
 };
 
-struct Drops : tarn::DropHandler {
+struct Drops : DropHandler {
     Drops() : DropHandler(nullptr, IID_IDropTarget) {}
     unsigned long getEffect(const Items& items, unsigned long keys, unsigned long allowed) const override
     {
@@ -71,7 +65,7 @@ struct Drops : tarn::DropHandler {
     void drop(const Items& items, unsigned long) override
     {
         if (!dropped.empty())
-            throw tarn::WindowsError(ERROR_ACCESS_DENIED);
+            throw WindowsError(ERROR_ACCESS_DENIED);
         dropped = items;
     }
     Items dropped;
@@ -79,13 +73,13 @@ struct Drops : tarn::DropHandler {
 
 BOOL CALLBACK takePage(HPROPSHEETPAGE, LPARAM) { return TRUE; }
 
-struct Pages : tarn::PropertySheetHandler {
+struct Pages : PropertySheetHandler {
     Pages() : PropertySheetHandler(nullptr) {}
     std::vector<HPROPSHEETPAGE> createPages() override { throw std::bad_alloc(); }
 };
 } // namespace
 
-TEST_CASE("ShellExtension: reads the selected files, long paths included", "[com][shell]")
+TEST_CASE("ShellExtension: reads the selected files, long paths included")
 {
     auto* const handler = new Commands;
     const COMInterfacePointer<IContextMenu> menu(handler);
@@ -95,7 +89,7 @@ TEST_CASE("ShellExtension: reads the selected files, long paths included", "[com
     CHECK((init->Initialize(nullptr, nullptr, nullptr) == S_OK && handler->getItems().empty()));
 }
 
-TEST_CASE("ContextMenuHandler: adds its commands to the menu", "[com][shell]")
+TEST_CASE("ContextMenuHandler: adds its commands to the menu")
 {
     const COMInterfacePointer<IContextMenu> handler(new Commands);
     const HMENU menu = CreatePopupMenu();
@@ -112,7 +106,7 @@ TEST_CASE("ContextMenuHandler: adds its commands to the menu", "[com][shell]")
     DestroyMenu(menu);
 }
 
-TEST_CASE("ContextMenuHandler: commands run by number and by verb", "[com][shell]")
+TEST_CASE("ContextMenuHandler: commands run by number and by verb")
 {
     auto* const commands = new Commands;
     const COMInterfacePointer<IContextMenu> handler(commands);
@@ -137,7 +131,7 @@ TEST_CASE("ContextMenuHandler: commands run by number and by verb", "[com][shell
     CHECK(handler->InvokeCommand(nullptr) == E_POINTER);
 }
 
-TEST_CASE("ContextMenuHandler: tells verbs and help in both widths", "[com][shell]")
+TEST_CASE("ContextMenuHandler: tells verbs and help in both widths")
 {
     const COMInterfacePointer<IContextMenu> handler(new Commands);
     wchar_t wide[20] = {};
@@ -152,7 +146,7 @@ TEST_CASE("ContextMenuHandler: tells verbs and help in both widths", "[com][shel
     CHECK((get(2, GCS_VALIDATEW) == S_OK && get(3, GCS_VALIDATEW) == S_FALSE));
 }
 
-TEST_CASE("DropHandler: takes files onto its file and refuses the rest", "[com][shell]")
+TEST_CASE("DropHandler: takes files onto its file and refuses the rest")
 {
     auto* const drops = new Drops;
     const COMInterfacePointer<IDropTarget> target(drops);
@@ -179,7 +173,7 @@ TEST_CASE("DropHandler: takes files onto its file and refuses the rest", "[com][
     CHECK((target->DragEnter(twoFiles(), MK_CONTROL, {}, &effect) == E_OUTOFMEMORY && effect == DROPEFFECT_NONE));
 }
 
-TEST_CASE("PropertySheetHandler: what its pages throw is the result", "[com][shell]")
+TEST_CASE("PropertySheetHandler: what its pages throw is the result")
 {
     const COMInterfacePointer<IShellPropSheetExt> handler(new Pages);
     CHECK(handler->AddPages(&takePage, 0) == E_OUTOFMEMORY);

@@ -1,4 +1,5 @@
-#include "Expect.h"
+#include "Test.h"
+
 #include "FailureOf.h"
 #include "Persistent.h"
 
@@ -10,22 +11,16 @@
 #include <tarn/TimeText.h>
 #include <tarn/Variant.h>
 
-#include <type_traits>
-#include <vector>
-
-using support::failureOf;
-using tarn::Variant;
 using namespace std::string_literals;
 
 // Whatever owns can be moved without a throw, so that containers move it.
 template <class... Owners>
 constexpr bool areMoved = (... &&
                            (std::is_nothrow_move_constructible_v<Owners> && std::is_nothrow_move_assignable_v<Owners>));
-static_assert(areMoved<tarn::Atom, tarn::BStr, Variant, tarn::SafeArray, tarn::SafeArray::Access<long>,
-                       tarn::COMInterfacePointer<IUnknown>, tarn::RegistryValue<char>,
-                       tarn::RegistryKey::KeyEnumeration<char>, tarn::RegistryKey::ValueEnumeration<wchar_t>>);
+static_assert(areMoved<Atom, BStr, Variant, SafeArray, SafeArray::Access<long>, COMInterfacePointer<IUnknown>,
+                       RegistryValue<char>, RegistryKey::KeyEnumeration<char>, RegistryKey::ValueEnumeration<wchar_t>>);
 
-TEST_CASE("Variant: takes values with their automation type", "[com][variant]")
+TEST_CASE("Variant: takes values with their automation type")
 {
     CHECK((Variant(true).getType() == VT_BOOL && Variant(true).boolVal == VARIANT_TRUE));
     CHECK((Variant().getType() == VT_EMPTY && Variant(7).getType() == VT_I4 && Variant(7ull).getType() == VT_UI8));
@@ -37,7 +32,7 @@ TEST_CASE("Variant: takes values with their automation type", "[com][variant]")
     CHECK(owner.toAString() == "copied");
 }
 
-TEST_CASE("Variant: converts between types or says why not", "[com][variant]")
+TEST_CASE("Variant: converts between types or says why not")
 {
     CHECK((Variant("42").toLong() == 42 && Variant("9000000000").toLongLong() == 9000000000));
     CHECK((Variant(42).toString() == L"42" && Variant(-1).toBool() && Variant(2.5f).toDouble() == 2.5));
@@ -47,11 +42,10 @@ TEST_CASE("Variant: converts between types or says why not", "[com][variant]")
     CHECK(failureOf([] { Variant(1e12).toLong(); }) == DISP_E_OVERFLOW);
     CHECK(failureOf([] { Variant(1).toSafeArray(); }) == DISP_E_TYPEMISMATCH);
     CHECK(failureOf([] { Variant::null().toLong(); }) == DISP_E_TYPEMISMATCH);
-    support::expectError<tarn::COMError>([] { Variant("word").toDouble(); },
-                                         "Can't convert variant: HRESULT value 80020005"s);
+    expectError<COMError>([] { Variant("word").toDouble(); }, "Can't convert variant: HRESULT value 80020005"s);
 }
 
-TEST_CASE("Variant: is equal to what has the same type and value", "[com][variant]")
+TEST_CASE("Variant: is equal to what has the same type and value")
 {
     const std::vector<Variant> values = {{},
                                          Variant::null(),
@@ -67,20 +61,20 @@ TEST_CASE("Variant: is equal to what has the same type and value", "[com][varian
                                          Variant(1).convertedTo(VT_CY),
                                          Variant(1).convertedTo(VT_DECIMAL),
                                          Variant(2).convertedTo(VT_DECIMAL),
-                                         tarn::SafeArray::of(std::vector{1, 2}),
-                                         tarn::SafeArray::of(std::vector{1, 3}),
-                                         tarn::SafeArray::of(std::vector{1, 2}, {{2, 1}}),
-                                         tarn::SafeArray::of(std::vector<Variant>{1, "x"})};
+                                         SafeArray::of(std::vector{1, 2}),
+                                         SafeArray::of(std::vector{1, 3}),
+                                         SafeArray::of(std::vector{1, 2}, {{2, 1}}),
+                                         SafeArray::of(std::vector<Variant>{1, "x"})};
     for (std::size_t a = 0; a < values.size(); ++a)
         for (std::size_t b = 0; b < values.size(); ++b)
             CHECK((Variant(values[a]) == values[b]) == (a == b));
     CHECK((Variant(5) == 5 && Variant("x") != "y"));
     CHECK((Variant(1).compare(1.5) < 0 && Variant("a").compare("B") < 0 && Variant(2).compare("2") < 0));
     CHECK((Variant(3).compare(Variant::null()) == std::partial_ordering::unordered));
-    CHECK(failureOf([] { Variant(1).compare(tarn::SafeArray(VT_I4, 1)); }) < 0);
+    CHECK(failureOf([] { Variant(1).compare(SafeArray(VT_I4, 1)); }) < 0);
 }
 
-TEST_CASE("Variant: what is passed by reference is copied, and not referred to any more", "[com][variant]")
+TEST_CASE("Variant: what is passed by reference is copied, and not referred to any more")
 {
     long number = 7;
     Variant text("text");
@@ -95,37 +89,37 @@ TEST_CASE("Variant: what is passed by reference is copied, and not referred to a
     CHECK((copy == 7 && copyOfVariant == "text"));
     VARIANT twice = ofVariant; // A reference to a reference is none that automation has.
     twice.pvarVal = &ofVariant;
-    support::expectWindowsError([&] { Variant{twice}; }, ERROR_INVALID_PARAMETER, "Can't copy variant");
+    expectWindowsError([&] { Variant{twice}; }, ERROR_INVALID_PARAMETER, "Can't copy variant");
 }
 
-TEST_CASE("Variant: an instant is the date that clocks show, and comes back", "[com][variant]")
+TEST_CASE("Variant: an instant is the date that clocks show, and comes back")
 {
-    tarn::TimeZone zone;
+    TimeZone zone;
     zone.SetStandardOffset(3600000);
     zone.SetDSTOffset(3600000);
-    zone.SetStartRuleByWeekday(tarn::GregorianCalendarBase::March, -1, tarn::GregorianCalendarBase::Sunday, 7200000);
-    zone.SetEndRuleByWeekday(tarn::GregorianCalendarBase::October, -1, tarn::GregorianCalendarBase::Sunday, 7200000);
+    zone.SetStartRuleByWeekday(GregorianCalendarBase::March, -1, GregorianCalendarBase::Sunday, 7200000);
+    zone.SetEndRuleByWeekday(GregorianCalendarBase::October, -1, GregorianCalendarBase::Sunday, 7200000);
     const std::pair<const char*, double> rows[] = {{"1899-12-29T23:00Z", 0},         {"1899-12-29T05:00Z", -1.25},
                                                    {"2026-07-01T10:00Z", 46204.5},   {"2026-01-01T11:00Z", 46023.5},
                                                    {"0099-12-31T23:00Z", -657434.0}, {"9999-12-31T16:59:59.999Z", 0}};
     for (const auto& [text, days] : rows) {
-        const tarn::Time time = tarn::parseISOTime(text);
+        const Time time = parseISOTime(text);
         const Variant date = Variant::date(time, zone);
         CHECK(date.getType() == VT_DATE);
         CHECK(date.toTime(zone) == time);
         if (days != 0)
             CHECK(static_cast<const VARIANT&>(date).date == days);
     }
-    CHECK(Variant(0.25).toTime(tarn::TimeZone()) == Variant(-0.25).toTime(tarn::TimeZone()));
+    CHECK(Variant(0.25).toTime(TimeZone()) == Variant(-0.25).toTime(TimeZone()));
     for (const char* const text : {"0099-12-31T22:59:59.999Z", "9999-12-31T23:00Z", "+292278994-08-17T07:12:55.807Z"})
-        CHECK(failureOf([&] { Variant::date(tarn::parseISOTime(text), zone); }) == DISP_E_OVERFLOW);
+        CHECK(failureOf([&] { Variant::date(parseISOTime(text), zone); }) == DISP_E_OVERFLOW);
 }
 
-TEST_CASE("Variant: keeps the object that it holds alive", "[com][variant]")
+TEST_CASE("Variant: keeps the object that it holds alive")
 {
-    const unsigned before = tarn::IUnknownImpl::getInstanceCount();
+    const unsigned before = IUnknownImpl::getInstanceCount();
     {
-        tarn::COMInterfacePointer<IPersist> object(new support::Persistent(nullptr));
+        COMInterfacePointer<IPersist> object(new Persistent(nullptr));
         Variant value(static_cast<IUnknown*>(object.get()));
         const Variant copy(value);
         object.reset();
@@ -133,5 +127,5 @@ TEST_CASE("Variant: keeps the object that it holds alive", "[com][variant]")
         CHECK(copy.toUnknown().as<IPersist>());
         CHECK(failureOf([&] { copy.toDispatch(); }) < 0);
     }
-    CHECK(tarn::IUnknownImpl::getInstanceCount() == before);
+    CHECK(IUnknownImpl::getInstanceCount() == before);
 }

@@ -1,5 +1,3 @@
-#include <catch2/catch.hpp>
-
 #include "Controls.h"
 
 #include <tarn/ComboBox.h>
@@ -14,7 +12,7 @@ namespace {
 constexpr ULONG_PTR number = ~ULONG_PTR{0} / 0xFF * 0x5A;
 void* const address = reinterpret_cast<void*>(number);
 
-struct Listener : support::OpenWindow {
+struct Listener : OpenWindow {
     ~Listener() { destroy(); }
     LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
     {
@@ -34,7 +32,7 @@ void dispatchNext(HWND hwnd, UINT msg)
 {
     MSG next;
     REQUIRE(GetMessageW(&next, hwnd, msg, msg) > 0);
-    tarn::Window::dispatchMessage(next);
+    Window::dispatchMessage(next);
 }
 
 // The procedure of a window that the library subclasses.
@@ -48,7 +46,7 @@ LRESULT CALLBACK foreignProcedure(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lPa
 }
 } // namespace
 
-TEST_CASE("Window: parameters, results and ids of timers keep all bits of an address", "[window][address]")
+TEST_CASE("Window: parameters, results and ids of timers keep all bits of an address")
 {
     Listener window;
     CHECK(window.sendMessageW(WM_APP, number, static_cast<LPARAM>(~number)) == static_cast<LRESULT>(~number));
@@ -66,24 +64,24 @@ TEST_CASE("Window: parameters, results and ids of timers keep all bits of an add
     CHECK(window.first == ~number);
 }
 
-TEST_CASE("Window: a subclassed procedure gets all bits, and so does its caller", "[window][address]")
+TEST_CASE("Window: a subclassed procedure gets all bits, and so does its caller")
 {
-    support::OpenWindow window;
-    const HWND child = support::makeButton(window, 7);
+    OpenWindow window;
+    const HWND child = makeButton(window, 7);
     SetWindowLongPtrW(child, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&foreignProcedure));
-    tarn::Window object;
+    Window object;
     object.subclass(child);
     CHECK(object.sendMessageW(WM_APP, number, static_cast<LPARAM>(~number)) == static_cast<LRESULT>(~number));
     CHECK(received == number);
     window.destroy();
 }
 
-TEMPLATE_TEST_CASE("Boxes: the data of items are addresses", "[controls][address]", tarn::ComboBox, tarn::ListBox)
+TEMPLATE_TEST_CASE("Boxes: the data of items are addresses", "", ComboBox, ListBox)
 {
-    constexpr bool isList = std::is_same_v<TestType, tarn::ListBox>;
+    constexpr bool isList = std::is_same_v<TestType, ListBox>;
     Listener parent;
-    support::Host::makeChild(parent, isList ? L"LISTBOX" : L"COMBOBOX", 7,
-                             isList ? LBS_OWNERDRAWFIXED : CBS_OWNERDRAWFIXED | CBS_DROPDOWNLIST);
+    Host::makeChild(parent, isList ? L"LISTBOX" : L"COMBOBOX", 7,
+                    isList ? LBS_OWNERDRAWFIXED : CBS_OWNERDRAWFIXED | CBS_DROPDOWNLIST);
     TestType box;
     box.attach(parent, 7);
     CHECK(box.addItem(address) == 0);
@@ -94,23 +92,23 @@ TEMPLATE_TEST_CASE("Boxes: the data of items are addresses", "[controls][address
     CHECK(parent.first == ~number);
 }
 
-TEST_CASE("Views and menus: the data of items are addresses", "[controls][address]")
+TEST_CASE("Views and menus: the data of items are addresses")
 {
-    support::Host host;
-    tarn::ListView list;
-    tarn::TreeView tree;
+    Host host;
+    ListView list;
+    TreeView tree;
     host.add(list, WC_LISTVIEWW, LVS_REPORT, 1);
     host.add(tree, WC_TREEVIEWW, 0, 2);
     CHECK(list.getItemData(static_cast<unsigned>(list.insertItem(L"item", address))) == address);
     CHECK(tree.getItemData(tree.insertItem(L"item", address, TVI_ROOT, TVI_LAST)) == address);
 
-    const tarn::Menu menu(true);
+    const Menu menu(true);
     MENUITEMINFOW item{};
     item.cbSize = sizeof item;
     item.fMask = MIIM_DATA | MIIM_ID;
     item.dwItemData = number;
     REQUIRE(InsertMenuItemW(menu, 0, TRUE, &item));
-    tarn::Menu::ItemInfo info;
+    Menu::ItemInfo info;
     menu.getItemInfo(info, 0, true);
     CHECK(info.data == number);
 }

@@ -2,10 +2,6 @@
 
 #include <tarn/AutoRedraw.h>
 
-#include <string>
-
-using namespace tarn;
-
 namespace {
 struct Listener : Window {
     LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
@@ -18,10 +14,10 @@ struct Listener : Window {
 };
 } // namespace
 
-TEST_CASE("AutoRedraw: a window is redrawn once, after the last of its guards", "[controls]")
+TEST_CASE("AutoRedraw: a window is redrawn once, after the last of its guards")
 {
     Listener window;
-    support::open(window, WS_POPUP | WS_VISIBLE);
+    open(window, WS_POPUP | WS_VISIBLE);
     window.update();
     {
         const AutoRedraw outer(window);

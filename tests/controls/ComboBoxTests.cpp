@@ -3,10 +3,6 @@
 #include <tarn/ComboBox.h>
 #include <tarn/ListBox.h>
 
-#include <stdexcept>
-
-using namespace tarn;
-
 namespace {
 /// Where the two kinds of box differ.
 struct Kind {
@@ -48,10 +44,9 @@ template <class Box> std::wstring textOf(const Box& box, int index)
 }
 } // namespace
 
-TEMPLATE_TEST_CASE("Boxes: texts of both widths are added, found, selected and deleted", "[controls]", ComboBox,
-                   ListBox)
+TEMPLATE_TEST_CASE("Boxes: texts of both widths are added, found, selected and deleted", "", ComboBox, ListBox)
 {
-    const support::Hosted<TestType> host(kind<TestType>.className, kind<TestType>.plain);
+    const Hosted<TestType> host(kind<TestType>.className, kind<TestType>.plain);
     const TestType& box = host.control;
     CHECK((box.addString("one") == 0 && box.addString(L"tw\u00F6 \u03B2") == 1 && box.addString("three") == 2));
     CHECK((box.getCount() == 3 && textOf(box, 1) == L"tw\u00F6 \u03B2"));
@@ -64,25 +59,25 @@ TEMPLATE_TEST_CASE("Boxes: texts of both widths are added, found, selected and d
 
     CHECK((box.insertString(1, L"new \u03B2") == 1 && box.insertString(static_cast<unsigned>(-1), "end") == 4));
     CHECK((box.getStringW(1) == L"new \u03B2" && box.getStringA(4) == "end" && box.getStringA(0) == "one"));
-    support::expectWindowsError([&] { (void)box.getStringW(9); }, kind<TestType>.cannotGetText);
+    expectWindowsError([&] { (void)box.getStringW(9); }, kind<TestType>.cannotGetText);
     box.deleteString(4);
     box.deleteString(1);
 
     box.setItemData(1, &host);
     CHECK((box.deleteString(0) == 2 && box.getItemData(0) == &host));
-    support::expectWindowsError([&] { box.deleteString(2); }, kind<TestType>.cannotDelete);
-    support::expectWindowsError([&] { box.setItemData(2, nullptr); }, kind<TestType>.cannotSetData);
+    expectWindowsError([&] { box.deleteString(2); }, kind<TestType>.cannotDelete);
+    expectWindowsError([&] { box.setItemData(2, nullptr); }, kind<TestType>.cannotSetData);
     box.resetContent();
     const HINSTANCE program = GetModuleHandleW(nullptr);
-    CHECK((box.addString(support::stringResource, program) == 2 && box.addString(4711, program) == -1));
+    CHECK((box.addString(stringResource, program) == 2 && box.addString(4711, program) == -1));
     REQUIRE(box.getCount() == 3);
     CHECK((textOf(box, 0) == L"alpha" && textOf(box, 1) == L"beta" && textOf(box, 2) == L" gamma"));
 }
 
-TEST_CASE("ListBox: several items can be selected, or one", "[controls]")
+TEST_CASE("ListBox: several items can be selected, or one")
 {
     const unsigned long style = GENERATE(LBS_MULTIPLESEL, 0ul);
-    const support::Hosted<ListBox> host(L"LISTBOX", style);
+    const Hosted<ListBox> host(L"LISTBOX", style);
     const ListBox& box = host.control;
     for (const char* text : {"a", "b", "c"})
         box.addString(text);
@@ -90,7 +85,7 @@ TEST_CASE("ListBox: several items can be selected, or one", "[controls]")
     if (style) {
         box.setSelected(static_cast<unsigned>(-1), true);
         box.setSelected(1, false);
-        support::expectWindowsError([&] { box.setSelected(9, true); }, "Can't select listbox item");
+        expectWindowsError([&] { box.setSelected(9, true); }, "Can't select listbox item");
         CHECK((box.isSelected(0) && !box.isSelected(1) && box.getSelectedItems() == std::vector<int>{0, 2}));
     } else {
         box.setCurrentSelection(1);
@@ -98,27 +93,26 @@ TEST_CASE("ListBox: several items can be selected, or one", "[controls]")
     }
 }
 
-TEMPLATE_TEST_CASE("Boxes: an owner-drawn box without strings takes values", "[controls]", ComboBox, ListBox)
+TEMPLATE_TEST_CASE("Boxes: an owner-drawn box without strings takes values", "", ComboBox, ListBox)
 {
-    const support::Hosted<TestType> fixed(kind<TestType>.className, kind<TestType>.drawn);
+    const Hosted<TestType> fixed(kind<TestType>.className, kind<TestType>.drawn);
     const TestType& box = fixed.control;
     CHECK((box.addItem(&box) == 0 && box.getItemData(0) == &box));
     CHECK((box.isOwnerDraw() && box.isOwnerDrawFixed() && !box.isOwnerDrawVariable() && !box.hasStrings()));
 
-    const support::Hosted<TestType> variable(kind<TestType>.className, kind<TestType>.variable);
+    const Hosted<TestType> variable(kind<TestType>.className, kind<TestType>.variable);
     const TestType& other = variable.control;
     CHECK((other.isOwnerDraw() && !other.isOwnerDrawFixed() && other.isOwnerDrawVariable() && other.hasStrings()));
 }
 
-TEMPLATE_TEST_CASE("Boxes: a full box is a failed allocation, any other refusal a runtime error", "[controls]",
-                   ComboBox, ListBox)
+TEMPLATE_TEST_CASE("Boxes: a full box is a failed allocation, any other refusal a runtime error", "", ComboBox, ListBox)
 {
-    const support::Stubborn full(kind<TestType>.add, CB_ERRSPACE), broken(kind<TestType>.add, CB_ERR);
+    const Stubborn full(kind<TestType>.add, CB_ERRSPACE), broken(kind<TestType>.add, CB_ERR);
     const TestType fullBox(full.getWindowHandle()), brokenBox(broken.getWindowHandle()), gone;
-    support::expectError<BadAllocation>([&] { fullBox.addString("a"); }, "bad allocation");
-    support::expectError<BadAllocation>([&] { fullBox.addItem(nullptr); }, "bad allocation");
-    support::expectError<std::runtime_error>([&] { brokenBox.addString("a"); }, kind<TestType>.cannotAdd);
-    support::expectError<std::runtime_error>([&] { brokenBox.addString(L"a"); }, kind<TestType>.cannotAdd);
-    support::expectError<std::runtime_error>([&] { brokenBox.addItem(nullptr); }, kind<TestType>.cannotAddItem);
-    support::expectError<std::runtime_error>([&] { gone.addString("a"); }, kind<TestType>.cannotAdd);
+    expectError<BadAllocation>([&] { fullBox.addString("a"); }, "bad allocation");
+    expectError<BadAllocation>([&] { fullBox.addItem(nullptr); }, "bad allocation");
+    expectError<std::runtime_error>([&] { brokenBox.addString("a"); }, kind<TestType>.cannotAdd);
+    expectError<std::runtime_error>([&] { brokenBox.addString(L"a"); }, kind<TestType>.cannotAdd);
+    expectError<std::runtime_error>([&] { brokenBox.addItem(nullptr); }, kind<TestType>.cannotAddItem);
+    expectError<std::runtime_error>([&] { gone.addString("a"); }, kind<TestType>.cannotAdd);
 }

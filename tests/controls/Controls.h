@@ -1,7 +1,6 @@
 #pragma once
 
 #include "../windowing/Windows.h"
-#include "Counts.h"
 
 #include <commctrl.h>
 

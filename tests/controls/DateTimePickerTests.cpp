@@ -3,7 +3,6 @@
 #include <tarn/DateTimePicker.h>
 #include <tarn/MonthCalendar.h>
 
-using namespace tarn;
 using namespace std::chrono_literals;
 using std::chrono::February;
 using std::chrono::March;
@@ -22,9 +21,9 @@ auto rangeOf(const Window& control, UINT getRange)
 }
 } // namespace
 
-TEST_CASE("DateTimePicker: date and time come back as they were set, and none when it is emptied", "[controls]")
+TEST_CASE("DateTimePicker: date and time come back as they were set, and none when it is emptied")
 {
-    support::Host host;
+    Host host;
     DateTimePicker picker;
     picker.create(host, 5, Rect(0, 0, 120, 24), DTS_SHOWNONE);
     picker.setFormat(L"yyyy'|'MM'|'dd");
@@ -38,16 +37,16 @@ TEST_CASE("DateTimePicker: date and time come back as they were set, and none wh
     picker.clear();
     CHECK((!picker.getTime() && !picker.getDate()));
     picker.setFormat(static_cast<const char*>(nullptr));
-    const auto fails = [](auto call, const char* what) { support::expectWindowsError(call, what); };
+    const auto fails = [](auto call, const char* what) { expectWindowsError(call, what); };
     fails([&] { picker.setDate(noDay); }, "Can't set time of date picker");
     fails([] { DateTimePicker().getTime(); }, "Can't get time of date picker");
     fails([] { DateTimePicker().setRange(leapDay, leapDay); }, "Can't set range of date picker");
     fails([] { DateTimePicker().setFormat("d"); }, "Can't set format of date picker");
 }
 
-TEST_CASE("MonthCalendar: days and ranges of days come back as they were set", "[controls]")
+TEST_CASE("MonthCalendar: days and ranges of days come back as they were set")
 {
-    support::Host host;
+    Host host;
     MonthCalendar single, several;
     single.create(host, 5, Rect(0, 0, 200, 200), 0);
     CHECK((single.getSizeOfMonth().cx > 50 && single.getSizeOfMonth().cy > 50));
@@ -61,7 +60,7 @@ TEST_CASE("MonthCalendar: days and ranges of days come back as they were set", "
     several.setLongestSelection(3);
     several.setSelection(leapDay, 2024y / March / 2);
     CHECK(several.getSelection() == std::pair(leapDay, 2024y / March / 2));
-    const auto fails = [](auto call, const char* what) { support::expectWindowsError(call, what); };
+    const auto fails = [](auto call, const char* what) { expectWindowsError(call, what); };
     fails([&] { several.setSelection(leapDay, 2024y / March / 3); }, "Can't set date of month calendar");
     fails([&] { several.getDate(); }, "Can't get date of month calendar");
     fails([&] { single.getSelection(); }, "Can't get date of month calendar");

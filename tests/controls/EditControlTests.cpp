@@ -2,11 +2,9 @@
 
 #include <tarn/EditControl.h>
 
-using tarn::EditControl;
-
-TEST_CASE("EditControl: the selection and the read-only state change, the text stays", "[controls]")
+TEST_CASE("EditControl: the selection and the read-only state change, the text stays")
 {
-    const support::Hosted<EditControl> host(L"EDIT");
+    const Hosted<EditControl> host(L"EDIT");
     const EditControl& edit = host.control;
     edit.setText(L"hello world");
     const auto selection = [&] { return edit.sendMessageA(EM_GETSEL); };
@@ -30,11 +28,11 @@ TEST_CASE("EditControl: the selection and the read-only state change, the text s
     edit.sendMessageA(WM_CHAR, 'x');
     edit.sendMessageA(WM_CHAR, '7');
     CHECK(edit.getTextW() == L"7");
-    support::expectWindowsError([] { EditControl().setHint(L"name"); }, "Can't set hint");
+    expectWindowsError([] { EditControl().setHint(L"name"); }, "Can't set hint");
 
     edit.setReadonly(true);
     CHECK(edit.getReadonly());
     edit.setReadonly(false);
     CHECK_FALSE(edit.getReadonly());
-    support::expectWindowsError([] { EditControl().setReadonly(true); }, "Can't set ES_READONLY style");
+    expectWindowsError([] { EditControl().setReadonly(true); }, "Can't set ES_READONLY style");
 }

@@ -2,11 +2,9 @@
 
 #include <tarn/HeaderControl.h>
 
-using namespace tarn;
-
-TEST_CASE("HeaderControl: it lies at the top of its space, and its items come back as they were set", "[controls]")
+TEST_CASE("HeaderControl: it lies at the top of its space, and its items come back as they were set")
 {
-    support::Host host;
+    Host host;
     HeaderControl header;
     header.create(host, 5, Rect(), HDS_BUTTONS | HDS_DRAGDROP);
     const Rect rest = header.adjust(Rect(10, 20, 200, 90));
@@ -27,11 +25,11 @@ TEST_CASE("HeaderControl: it lies at the top of its space, and its items come ba
     CHECK(header.getOrder() == std::vector<int>{0});
 }
 
-TEST_CASE("HeaderControl: what the control refuses is named", "[controls]")
+TEST_CASE("HeaderControl: what the control refuses is named")
 {
-    support::Host host;
+    Host host;
     HeaderControl header;
-    const auto fails = [](auto call, const char* what) { support::expectWindowsError(call, what); };
+    const auto fails = [](auto call, const char* what) { expectWindowsError(call, what); };
     fails([&] { header.adjust(Rect()); }, "Can't place header");
     fails([&] { header.insertItem(0, "x", 1); }, "Can't insert header item");
     fails([&] { header.getOrder(); }, "Can't get header item");

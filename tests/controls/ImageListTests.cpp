@@ -4,18 +4,13 @@
 #include <tarn/ListView.h>
 #include <tarn/TreeView.h>
 
-using namespace tarn;
-
 namespace {
 const HINSTANCE program = GetModuleHandleW(nullptr);
 
-void loadStrip(ImageList& list)
-{
-    list.load(support::stripResource, ImageList::bitmap, 2, CLR_NONE, LR_DEFAULTCOLOR, program);
-}
+void loadStrip(ImageList& list) { list.load(stripResource, ImageList::bitmap, 2, CLR_NONE, LR_DEFAULTCOLOR, program); }
 } // namespace
 
-TEST_CASE("ImageList: loads strips, icons and cursors and owns them", "[controls]")
+TEST_CASE("ImageList: loads strips, icons and cursors and owns them")
 {
     ImageList list;
     list.destroy();
@@ -34,14 +29,13 @@ TEST_CASE("ImageList: loads strips, icons and cursors and owns them", "[controls
     loadStrip(taker);
     taker = std::move(list);
     CHECK((!list.isOpen() && taker.getHandle() == detached && ImageList(std::move(taker)).isOpen()));
-    support::expectWindowsError([&] { list.load(99, ImageList::bitmap, 2, CLR_NONE, 0, program); },
-                                "Failed to load image list");
+    expectWindowsError([&] { list.load(99, ImageList::bitmap, 2, CLR_NONE, 0, program); }, "Failed to load image list");
     CHECK_FALSE(list.isOpen());
 }
 
-TEST_CASE("Image lists are destroyed once, by whoever owns them", "[controls][load]")
+TEST_CASE("Image lists are destroyed once, by whoever owns them")
 {
-    support::Host host;
+    Host host;
     const auto useOnce = [&] {
         ImageList ours, spare;
         loadStrip(ours);
@@ -55,7 +49,7 @@ TEST_CASE("Image lists are destroyed once, by whoever owns them", "[controls][lo
         CHECK(spare.getHandle() == first);
         CHECK(view.sendMessageA(LVM_GETIMAGELIST, LVSIL_SMALL) == reinterpret_cast<LRESULT>(second));
 
-        TreeView tree(support::Host::makeChild(host, WC_TREEVIEWW, 101, 0));
+        TreeView tree(Host::makeChild(host, WC_TREEVIEWW, 101, 0));
         CHECK(tree.setImageList(spare, TreeView::normal) == nullptr);
         CHECK(tree.getImageList(TreeView::normal) == first);
         CHECK(tree.setImageList(nullptr, TreeView::normal) == first);
@@ -66,15 +60,15 @@ TEST_CASE("Image lists are destroyed once, by whoever owns them", "[controls][lo
         ours.attach(first);
     };
     useOnce();
-    const unsigned objects = support::drawingObjects();
+    const unsigned objects = drawingObjects();
     for (int i = 0; i < 50; ++i)
         useOnce();
-    CHECK(support::drawingObjects() == objects);
+    CHECK(drawingObjects() == objects);
 }
 
-TEST_CASE("Views: 100,000 items come and go without leaving anything", "[controls][load]")
+TEST_CASE("Views: 100,000 items come and go without leaving anything")
 {
-    const support::Hosted<ListView> host(WC_LISTVIEWW, LVS_REPORT | LVS_NOSCROLL);
+    const Hosted<ListView> host(WC_LISTVIEWW, LVS_REPORT | LVS_NOSCROLL);
     const ListView& view = host.control;
     for (unsigned i = 0; i < 3; ++i)
         view.insertColumn(i, "column", 30);
@@ -89,16 +83,16 @@ TEST_CASE("Views: 100,000 items come and go without leaving anything", "[control
         CHECK(view.getItemCount() == 0);
     };
     fillAndClear();
-    const std::size_t bytes = support::usedBytes();
-    const unsigned objects = support::drawingObjects();
+    const std::size_t bytes = usedBytes();
+    const unsigned objects = drawingObjects();
     fillAndClear();
-    CHECK(support::usedBytes() < bytes + 100000);
-    CHECK(support::drawingObjects() == objects);
+    CHECK(usedBytes() < bytes + 100000);
+    CHECK(drawingObjects() == objects);
 }
 
-TEST_CASE("ListView: a view is destroyed with its object, or before it with its parent", "[controls]")
+TEST_CASE("ListView: a view is destroyed with its object, or before it with its parent")
 {
-    support::Host host;
+    Host host;
     HWND hwnd = nullptr;
     {
         ListView view;

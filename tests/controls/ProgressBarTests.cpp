@@ -2,11 +2,9 @@
 
 #include <tarn/ProgressBar.h>
 
-using tarn::ProgressBar;
-
-TEST_CASE("ProgressBar: range and position are signed and wider than a word", "[controls]")
+TEST_CASE("ProgressBar: range and position are signed and wider than a word")
 {
-    const support::Hosted<ProgressBar> host(PROGRESS_CLASSW);
+    const Hosted<ProgressBar> host(PROGRESS_CLASSW);
     const ProgressBar& bar = host.control;
     bar.setRange(-100000, 200000);
     CHECK((bar.getRange().iLow == -100000 && bar.getRange().iHigh == 200000));
@@ -15,9 +13,9 @@ TEST_CASE("ProgressBar: range and position are signed and wider than a word", "[
     CHECK((bar.setPos(-5) == 150000 && bar.getPos() == -5));
 }
 
-TEST_CASE("ProgressBar: it is told to move while there is no end to see", "[controls]")
+TEST_CASE("ProgressBar: it is told to move while there is no end to see")
 {
-    struct Listener : tarn::Window {
+    struct Listener : Window {
         LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
         {
             return msg == PBM_SETMARQUEE ? (moving = wParam != 0, intervalMs = lParam, TRUE)
@@ -26,7 +24,7 @@ TEST_CASE("ProgressBar: it is told to move while there is no end to see", "[cont
         bool moving = false;
         LPARAM intervalMs = 0;
     } control;
-    support::open(control);
+    open(control);
     const ProgressBar bar(control.getWindowHandle());
     bar.setMarquee(true, 50);
     CHECK((control.moving && control.intervalMs == 50));

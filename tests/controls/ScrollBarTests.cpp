@@ -2,11 +2,9 @@
 
 #include <tarn/ScrollBar.h>
 
-using tarn::ScrollBar;
-
-TEST_CASE("ScrollBar: its members are those of a window with a bar, for the bar itself", "[controls]")
+TEST_CASE("ScrollBar: its members are those of a window with a bar, for the bar itself")
 {
-    const support::Hosted<ScrollBar> host(L"SCROLLBAR", SBS_HORZ);
+    const Hosted<ScrollBar> host(L"SCROLLBAR", SBS_HORZ);
     const ScrollBar& bar = host.control;
     const SCROLLINFO info{sizeof info, SIF_RANGE | SIF_PAGE | SIF_POS, 5, 50, 10, 20, 0};
     CHECK((bar.setScrollInfo(info, false) == 20 && bar.getScrollInfo(SIF_ALL).nPage == 10));
@@ -14,5 +12,5 @@ TEST_CASE("ScrollBar: its members are those of a window with a bar, for the bar 
     CHECK((bar.getStyle() & WS_VISIBLE) != 0);
     bar.enableScrollBar(ESB_DISABLE_BOTH);
     CHECK(bar.enable(true)); // It was disabled.
-    support::expectWindowsError([] { ScrollBar().showScrollBar(true); }, "Can't show/hide scrollbar");
+    expectWindowsError([] { ScrollBar().showScrollBar(true); }, "Can't show/hide scrollbar");
 }

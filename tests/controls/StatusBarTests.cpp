@@ -2,11 +2,9 @@
 
 #include <tarn/StatusBar.h>
 
-using namespace tarn;
-
-TEST_CASE("StatusBar: it lies at the bottom and shows texts in its parts", "[controls]")
+TEST_CASE("StatusBar: it lies at the bottom and shows texts in its parts")
 {
-    support::Host host;
+    Host host;
     StatusBar bar;
     bar.create(host, 5);
     const auto isAtBottom = [&] {
@@ -23,7 +21,7 @@ TEST_CASE("StatusBar: it lies at the bottom and shows texts in its parts", "[con
     bar.setPartText(2, L"w\u00EFde");
     CHECK((bar.getPartTextW(0) == L"narrow" && bar.getPartTextA(1).empty() && bar.getPartTextW(2) == L"w\u00EFde"));
     CHECK((bar.getPartTextA(0) == "narrow" && bar.getPartTextW(3).empty()));
-    support::expectWindowsError([&] { bar.setPartText(3, "x"); }, "Can't set text of status bar");
-    support::expectWindowsError([] { StatusBar().setParts({-1}); }, "Can't set parts of status bar");
+    expectWindowsError([&] { bar.setPartText(3, "x"); }, "Can't set text of status bar");
+    expectWindowsError([] { StatusBar().setParts({-1}); }, "Can't set parts of status bar");
     CHECK(StatusBar().getPartTextA(0).empty());
 }

@@ -2,12 +2,10 @@
 
 #include <tarn/TabControl.h>
 
-using namespace tarn;
-
-TEMPLATE_TEST_CASE("TabControl: tabs of both widths come back as they were set", "[controls]", char, wchar_t)
+TEMPLATE_TEST_CASE("TabControl: tabs of both widths come back as they were set", "", char, wchar_t)
 {
     using Text = BasicString<TestType>;
-    support::Host host;
+    Host host;
     TabControl tabs;
     tabs.create(host, 5, Rect(10, 20, 160, 90), WS_VISIBLE);
     CHECK((tabs.getID() == 5 && tabs.getCurrentSelection() == -1));
@@ -33,11 +31,11 @@ TEMPLATE_TEST_CASE("TabControl: tabs of both widths come back as they were set",
     CHECK(tabs.getCount() == 0);
 }
 
-TEST_CASE("TabControl: what the control refuses is named", "[controls]")
+TEST_CASE("TabControl: what the control refuses is named")
 {
-    support::Host host;
+    Host host;
     TabControl tabs;
-    const auto fails = [](auto call, const char* what) { support::expectWindowsError(call, what); };
+    const auto fails = [](auto call, const char* what) { expectWindowsError(call, what); };
     fails([&] { tabs.addTab("x"); }, "Can't insert tab");
     tabs.create(host, 5, Rect(0, 0, 50, 50), 0);
     fails([&] { tabs.deleteTab(0); }, "Can't delete tab");

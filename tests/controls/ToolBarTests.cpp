@@ -2,11 +2,9 @@
 
 #include <tarn/ToolBar.h>
 
-using namespace tarn;
-
-TEST_CASE("ToolBar: it lies at the top, and its buttons are known by their commands", "[controls]")
+TEST_CASE("ToolBar: it lies at the top, and its buttons are known by their commands")
 {
-    struct : support::Host {
+    struct : Host {
         void onCommand(Window*, unsigned short, unsigned short button) override { pressed = button; }
         unsigned short pressed = 0;
     } host;
@@ -35,11 +33,11 @@ TEST_CASE("ToolBar: it lies at the top, and its buttons are known by their comma
     CHECK(bar.getButtonCount() == 2);
 }
 
-TEST_CASE("ToolBar: what the control refuses is named", "[controls]")
+TEST_CASE("ToolBar: what the control refuses is named")
 {
-    support::Host host;
+    Host host;
     ToolBar bar;
-    const auto fails = [](auto call, const char* what) { support::expectWindowsError(call, what); };
+    const auto fails = [](auto call, const char* what) { expectWindowsError(call, what); };
     fails([&] { bar.addButton(1, "x"); }, "Can't add tool bar button");
     bar.create(host, 5);
     fails([&] { bar.deleteButton(0); }, "Can't delete tool bar button");

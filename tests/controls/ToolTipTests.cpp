@@ -2,10 +2,6 @@
 
 #include <tarn/ToolTip.h>
 
-#include <string>
-
-using namespace tarn;
-
 namespace {
 std::wstring textOf(const ToolTip& tip, HWND window, UINT_PTR id)
 {
@@ -20,10 +16,10 @@ std::wstring textOf(const ToolTip& tip, HWND window, UINT_PTR id)
 }
 } // namespace
 
-TEST_CASE("ToolTip: controls and parts of a window have texts until they are removed", "[controls]")
+TEST_CASE("ToolTip: controls and parts of a window have texts until they are removed")
 {
-    support::Host host;
-    const HWND button = support::makeButton(host, 7);
+    Host host;
+    const HWND button = makeButton(host, 7);
     const auto id = reinterpret_cast<UINT_PTR>(button);
     ToolTip tip;
     tip.create(host);
@@ -36,12 +32,12 @@ TEST_CASE("ToolTip: controls and parts of a window have texts until they are rem
     CHECK(tip.getCount() == 1);
     tip.remove(host, 1);
     CHECK(tip.getCount() == 0);
-    support::expectWindowsError([&] { ToolTip().add(button, L"x"); }, "Can't add tool tip");
+    expectWindowsError([&] { ToolTip().add(button, L"x"); }, "Can't add tool tip");
 }
 
-TEST_CASE("ToolTip: it appears when the mouse rests, as wide and as long as it was told", "[controls]")
+TEST_CASE("ToolTip: it appears when the mouse rests, as wide and as long as it was told")
 {
-    support::Host host;
+    Host host;
     ToolTip tip;
     tip.create(host, TTS_ALWAYSTIP | TTS_BALLOON);
     tip.setMaxWidth(120);

@@ -10,12 +10,10 @@
 #include <tarn/TrackBar.h>
 #include <tarn/TreeView.h>
 
-using namespace tarn;
-
-TEMPLATE_TEST_CASE("Controls: each can be made in code, in the font of its parent", "[controls]", Button, ComboBox,
-                   EditControl, ListBox, ListView, ProgressBar, ScrollBar, TrackBar, TreeView)
+TEMPLATE_TEST_CASE("Controls: each can be made in code, in the font of its parent", "", Button, ComboBox, EditControl,
+                   ListBox, ListView, ProgressBar, ScrollBar, TrackBar, TreeView)
 {
-    support::Host host;
+    Host host;
     TestType control, other;
     control.create(host, 7, Rect(10, 20, 110, 60), WS_VISIBLE);
     other.create(control, 8, Rect(0, 0, 10, 10), 0);
@@ -26,9 +24,9 @@ TEMPLATE_TEST_CASE("Controls: each can be made in code, in the font of its paren
         CHECK((fontOf(control) == GetStockObject(DEFAULT_GUI_FONT) && fontOf(other) == fontOf(control)));
 }
 
-TEST_CASE("TrackBar: positions and the selection are signed and stay in the range", "[controls]")
+TEST_CASE("TrackBar: positions and the selection are signed and stay in the range")
 {
-    const support::Hosted<TrackBar> host(TRACKBAR_CLASSW, TBS_ENABLESELRANGE);
+    const Hosted<TrackBar> host(TRACKBAR_CLASSW, TBS_ENABLESELRANGE);
     const TrackBar& bar = host.control;
     bar.setRange(-20, 30, false);
     bar.setPosition(-70, true);
@@ -47,9 +45,9 @@ TEST_CASE("TrackBar: positions and the selection are signed and stay in the rang
     CHECK(bar.getSelectionStart() == bar.getSelectionEnd());
 }
 
-TEST_CASE("TrackBar: the ends of the range count as ticks, but are not among them", "[controls]")
+TEST_CASE("TrackBar: the ends of the range count as ticks, but are not among them")
 {
-    support::Hosted<TrackBar> host(TRACKBAR_CLASSW);
+    Hosted<TrackBar> host(TRACKBAR_CLASSW);
     TrackBar& bar = host.control;
     bar.setRange(0, 10, false);
     CHECK((bar.addTick(3) && bar.addTick(7) && !bar.addTick(11)));

@@ -2,8 +2,6 @@
 
 #include <tarn/TreeView.h>
 
-using namespace tarn;
-
 namespace {
 template <class Ch> BasicString<Ch> itemText(const TreeView& tree, HTREEITEM item)
 {
@@ -18,10 +16,10 @@ HTREEITEM next(const TreeView& tree, HTREEITEM item, WPARAM relation = TVGN_NEXT
     return reinterpret_cast<HTREEITEM>(tree.sendMessageA(TVM_GETNEXTITEM, relation, reinterpret_cast<LPARAM>(item)));
 }
 
-using TreeHost = support::Hosted<TreeView>;
+using TreeHost = Hosted<TreeView>;
 } // namespace
 
-TEMPLATE_TEST_CASE("TreeView: items of both widths are inserted at their places", "[controls]", char, wchar_t)
+TEMPLATE_TEST_CASE("TreeView: items of both widths are inserted at their places", "", char, wchar_t)
 {
     using Ch = TestType;
     const TreeHost host(WC_TREEVIEWW);
@@ -46,7 +44,7 @@ TEMPLATE_TEST_CASE("TreeView: items of both widths are inserted at their places"
     CHECK(tree.sendMessageA(TVM_GETCOUNT) == 0);
 }
 
-TEST_CASE("TreeView: items are found from their neighbours, selected, renamed and filled later", "[controls]")
+TEST_CASE("TreeView: items are found from their neighbours, selected, renamed and filled later")
 {
     const TreeHost host(WC_TREEVIEWW);
     const TreeView& tree = host.control;
@@ -67,11 +65,11 @@ TEST_CASE("TreeView: items are found from their neighbours, selected, renamed an
     item.hItem = b;
     tree.sendMessageA(TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
     CHECK(item.cChildren == 1);
-    support::expectWindowsError([] { TreeView().selectItem(nullptr); }, "Can't select tree view item");
-    support::expectWindowsError([] { TreeView().setItemText(nullptr, "x"); }, "Can't set tree view item");
+    expectWindowsError([] { TreeView().selectItem(nullptr); }, "Can't select tree view item");
+    expectWindowsError([] { TreeView().setItemText(nullptr, "x"); }, "Can't set tree view item");
 }
 
-TEST_CASE("TreeView: sorting reaches the levels below when it is told to", "[controls]")
+TEST_CASE("TreeView: sorting reaches the levels below when it is told to")
 {
     const TreeHost host(WC_TREEVIEWW);
     const TreeView& tree = host.control;
@@ -84,13 +82,13 @@ TEST_CASE("TreeView: sorting reaches the levels below when it is told to", "[con
     CHECK((next(tree, root, TVGN_CHILD) == a && next(tree, b, TVGN_CHILD) == b1));
 }
 
-TEST_CASE("TreeView: what the control refuses is named", "[controls]")
+TEST_CASE("TreeView: what the control refuses is named")
 {
     const TreeHost host(WC_TREEVIEWW);
     const TreeView& tree = host.control;
     const TreeView gone;
     const HTREEITEM leaf = tree.insertItem("leaf");
-    const auto fails = [](auto call, const char* what) { support::expectWindowsError(call, what); };
+    const auto fails = [](auto call, const char* what) { expectWindowsError(call, what); };
     fails([&] { tree.expand(leaf, TVE_EXPAND); }, "Unable to expand/collapse tree view item");
     fails([&] { tree.sortChildren(leaf, true); }, "Can't sort tree view child items");
     fails([&] { (void)tree.getItemTextW(nullptr); }, "Can't retrieve item");

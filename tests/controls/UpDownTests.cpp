@@ -3,11 +3,9 @@
 #include <tarn/EditControl.h>
 #include <tarn/UpDown.h>
 
-using namespace tarn;
-
-TEST_CASE("UpDown: the number is that of its buddy, within the range", "[controls]")
+TEST_CASE("UpDown: the number is that of its buddy, within the range")
 {
-    support::Host host;
+    Host host;
     EditControl field;
     field.create(host, 5, Rect(10, 10, 60, 30), 0);
     UpDown arrows;
@@ -21,8 +19,7 @@ TEST_CASE("UpDown: the number is that of its buddy, within the range", "[control
     field.setText(L"-2");
     CHECK((arrows.getPosition() == -2 && arrows.setPosition(-6) == -2 && arrows.getPosition() == -5));
     field.setText(L"none");
-    support::expectWindowsError([&] { arrows.getPosition(); }, ERROR_INVALID_DATA,
-                                "Can't get position of up-down control");
+    expectWindowsError([&] { arrows.getPosition(); }, ERROR_INVALID_DATA, "Can't get position of up-down control");
     UpDown alone;
     alone.create(host, 7, Rect(70, 40, 80, 60), 0);
     alone.setPosition(12);

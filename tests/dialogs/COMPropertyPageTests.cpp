@@ -1,16 +1,11 @@
 #include "../windowing/Windows.h"
 #include "Apartment.h"
 #include "Driving.h"
-#include "Wine.h"
 
 #include <tarn/COMPropertyPage.h>
 #include <tarn/Factory.h>
 
 #include <olectl.h>
-
-#include <stdexcept>
-
-using namespace tarn;
 
 namespace {
 constexpr GUID pageClass = {0x5d1f0a21, 0x33c4, 0x4f1d, {0x9a, 0x11, 0x20, 0x6b, 0x33, 0x41, 0x52, 0x01}};
@@ -72,8 +67,8 @@ public:
 };
 
 /// A page and where it has to appear.
-struct Frame : support::Apartment {
-    Frame() { support::open(parent, WS_OVERLAPPED | WS_VISIBLE); }
+struct Frame : Apartment {
+    Frame() { open(parent, WS_OVERLAPPED | WS_VISIBLE); }
 
     Window parent;
     RECT place{5, 6, 205, 106};
@@ -81,7 +76,7 @@ struct Frame : support::Apartment {
 };
 } // namespace
 
-TEST_CASE("COMPropertyPage: serves its size, its window and its values", "[compage]")
+TEST_CASE("COMPropertyPage: serves its size, its window and its values")
 {
     Frame frame;
     const auto& page = frame.page;
@@ -103,7 +98,7 @@ TEST_CASE("COMPropertyPage: serves its size, its window and its values", "[compa
     CHECK((page->Apply() == S_OK && page->IsPageDirty() == S_FALSE));
 }
 
-TEST_CASE("COMPropertyPage: nothing that a handler throws reaches the host", "[compage]")
+TEST_CASE("COMPropertyPage: nothing that a handler throws reaches the host")
 {
     Frame frame;
     REQUIRE(frame.page->Activate(frame.parent, &frame.place, FALSE) == S_OK);
@@ -116,7 +111,7 @@ TEST_CASE("COMPropertyPage: nothing that a handler throws reaches the host", "[c
     CHECK(heardAfter(Page::throwsNumber) == "Unknown exception");
 }
 
-TEST_CASE("COMPropertyPage: takes its own keys and leaves the frame its own", "[compage]")
+TEST_CASE("COMPropertyPage: takes its own keys and leaves the frame its own")
 {
     Frame frame;
     const auto takes = [&](HWND target, WPARAM key) {
@@ -134,7 +129,7 @@ TEST_CASE("COMPropertyPage: takes its own keys and leaves the frame its own", "[
     CHECK(IsWindowVisible(*Page::current));
 }
 
-TEST_CASE("COMPropertyPage: tells a wrong order of calls, and its site what changes", "[compage]")
+TEST_CASE("COMPropertyPage: tells a wrong order of calls, and its site what changes")
 {
     Site site;
     Frame frame;
@@ -157,26 +152,26 @@ TEST_CASE("COMPropertyPage: tells a wrong order of calls, and its site what chan
     CHECK((page->SetPageSite(nullptr) == S_OK && site.references == 0));
 }
 
-TEST_CASE("COMPropertyPage: a property frame shows, applies and releases it", "[compage]")
+TEST_CASE("COMPropertyPage: a property frame shows, applies and releases it")
 {
-    const support::Apartment apartment;
+    const Apartment apartment;
     const COMInterfacePointer<IUnknown> factory(
         static_cast<IClassFactory*>(new Factory([](IUnknown* outer) -> IUnknownImpl* { return new Page(outer); })));
     DWORD cookie = 0;
     REQUIRE(CoRegisterClassObject(pageClass, factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie) == S_OK);
     Page::applied = 0;
-    support::Driver driver([&] {
+    Driver driver([&] {
         if (!Page::current || !Page::current->isOpen())
             return false;
         Page::current->setText(10, "changed");
-        return PostMessageW(support::visibleDialog(), WM_COMMAND, IDOK, 0) != FALSE;
+        return PostMessageW(visibleDialog(), WM_COMMAND, IDOK, 0) != FALSE;
     });
     IUnknown* object = factory;
     CLSID page = pageClass;
     CHECK(OleCreatePropertyFrame(nullptr, 0, 0, L"Frame", 1, &object, 1, &page, 0, 0, nullptr) == S_OK);
     CHECK(driver.isDone());
     // Wine's frame shows pages, but does not apply them.
-    if (!support::isWine())
+    if (!isWine())
         CHECK(Page::applied >= 1);
     CHECK(!Page::current);
     CoRevokeClassObject(cookie);

@@ -1,14 +1,8 @@
-#include "Counts.h"
+#include "Test.h"
+
 #include "Driving.h"
-#include "Expect.h"
-#include "Wine.h"
 
 #include <tarn/Dialog.h>
-
-#include <functional>
-#include <stdexcept>
-
-using namespace tarn;
 
 namespace {
 const HINSTANCE module = GetModuleHandleW(nullptr);
@@ -48,11 +42,11 @@ LRESULT CALLBACK destroyDialog(int code, WPARAM wParam, LPARAM lParam)
 }
 } // namespace
 
-TEST_CASE("Dialog: a modal dialog ends with the id of its button and unbinds", "[dialog]")
+TEST_CASE("Dialog: a modal dialog ends with the id of its button and unbinds")
 {
     const int id = GENERATE(IDOK, IDCANCEL, IDCLOSE);
     Probe dialog;
-    support::Driver driver([&] {
+    Driver driver([&] {
         SendMessageW(GetDlgItem(dialog, id), BM_CLICK, 0, 0);
         return true;
     });
@@ -60,7 +54,7 @@ TEST_CASE("Dialog: a modal dialog ends with the id of its button and unbinds", "
     CHECK((!dialog.isOpen() && dialog.focusID == 10));
 }
 
-TEST_CASE("Dialog: 0 and -1 are results of a dialog that ran, whatever the last error", "[dialog]")
+TEST_CASE("Dialog: 0 and -1 are results of a dialog that ran, whatever the last error")
 {
     const int result = GENERATE(0, -1, 5);
     Probe dialog;
@@ -71,18 +65,18 @@ TEST_CASE("Dialog: 0 and -1 are results of a dialog that ran, whatever the last 
     CHECK(dialog.showModal() == result);
 }
 
-TEST_CASE("Dialog: what a handler throws ends the modal dialog and comes out of it", "[dialog]")
+TEST_CASE("Dialog: what a handler throws ends the modal dialog and comes out of it")
 {
     Probe dialog;
     const bool isPosted = GENERATE(false, true);
     dialog.onStart = [&] { isPosted ? PostMessageW(dialog, WM_APP, 0, 0) : dialog.sendMessageA(WM_APP); };
-    support::expectError<std::runtime_error>([&] { dialog.showModal(); }, "in a handler");
-    CHECK((!dialog.isOpen() && !support::visibleDialog()));
+    expectError<std::runtime_error>([&] { dialog.showModal(); }, "in a handler");
+    CHECK((!dialog.isOpen() && !visibleDialog()));
     dialog.onStart = [&] { dialog.end(3); };
     CHECK(dialog.showModal() == 3);
 }
 
-TEST_CASE("Dialog: handled results reach the sender, unhandled messages the dialog manager", "[dialog]")
+TEST_CASE("Dialog: handled results reach the sender, unhandled messages the dialog manager")
 {
     Probe dialog;
     dialog.create();
@@ -97,7 +91,7 @@ TEST_CASE("Dialog: handled results reach the sender, unhandled messages the dial
     CHECK(dialog.isErased);
 }
 
-TEST_CASE("Dialog: a modeless dialog is owned and its object remembers the template", "[dialog]")
+TEST_CASE("Dialog: a modeless dialog is owned and its object remembers the template")
 {
     HWND handle = nullptr;
     {
@@ -108,7 +102,7 @@ TEST_CASE("Dialog: a modeless dialog is owned and its object remembers the templ
         CHECK((!IsWindow(handle) && dialog.isOpen()));
         handle = dialog;
         dialog.onStart = [&] { dialog.sendMessageA(WM_APP); };
-        support::expectError<std::runtime_error>([&] { dialog.create(); }, "in a handler");
+        expectError<std::runtime_error>([&] { dialog.create(); }, "in a handler");
         CHECK((!dialog.isOpen() && !IsWindow(handle)));
         dialog.onStart = [] {};
         dialog.create();
@@ -117,16 +111,16 @@ TEST_CASE("Dialog: a modeless dialog is owned and its object remembers the templ
     CHECK(!IsWindow(handle));
 }
 
-TEST_CASE("Dialog: the size is known before the dialog is open, and nothing appears", "[dialog]")
+TEST_CASE("Dialog: the size is known before the dialog is open, and nothing appears")
 {
     Probe dialog(static_cast<unsigned short>(GENERATE(1, 2)));
     const Size before = dialog.getWindowSize();
-    CHECK(!support::visibleDialog());
+    CHECK(!visibleDialog());
     dialog.create();
     CHECK((before == dialog.getWindowSize() && before.cx > 100));
 }
 
-TEST_CASE("Dialog: font, controls and place follow the dots of the screen, there and back", "[dialog][dpi]")
+TEST_CASE("Dialog: font, controls and place follow the dots of the screen, there and back")
 {
     Probe dialog;
     dialog.create();
@@ -155,31 +149,31 @@ TEST_CASE("Dialog: font, controls and place follow the dots of the screen, there
     CHECK((place(10) == edit && place(IDOK) == button && fontHeight() == height));
 }
 
-TEST_CASE("Dialog: each failure has its text", "[dialog]")
+TEST_CASE("Dialog: each failure has its text")
 {
     Probe missing(99);
-    support::expectWindowsError([&] { missing.create(); }, "Can't create dialog");
-    support::expectWindowsError([&] { missing.showModal(); }, "Can't create modal dialog");
-    support::expectWindowsError([&] { missing.getWindowSize(); }, "Can't create dummy dialog for getSize()");
-    support::expectWindowsError([&] { missing.end(1); }, "Can't end modal dialog");
+    expectWindowsError([&] { missing.create(); }, "Can't create dialog");
+    expectWindowsError([&] { missing.showModal(); }, "Can't create modal dialog");
+    expectWindowsError([&] { missing.getWindowSize(); }, "Can't create dummy dialog for getSize()");
+    expectWindowsError([&] { missing.end(1); }, "Can't end modal dialog");
 
     const HHOOK hook = SetWindowsHookExW(WH_CALLWNDPROCRET, destroyDialog, nullptr, GetCurrentThreadId());
-    const auto error = support::thrownBy<WindowsError>([] { Probe().getWindowSize(); });
+    const auto error = thrownBy<WindowsError>([] { Probe().getWindowSize(); });
     UnhookWindowsHookEx(hook);
     CHECK(error.getError() == ERROR_INVALID_WINDOW_HANDLE);
-    if (support::isWine()) // Elsewhere the system may say itself that there is no dialog.
+    if (isWine()) // Elsewhere the system may say itself that there is no dialog.
         CHECK(error.getDescription() == std::string("Can't get window rect for dummy dialog in getSize()"));
 }
 
-TEST_CASE("Dialog: a thousand dialogs leave nothing behind", "[dialog]")
+TEST_CASE("Dialog: a thousand dialogs leave nothing behind")
 {
     Probe dialog;
     dialog.onStart = [&] { dialog.end(1); };
     dialog.showModal();
-    const unsigned before = support::userObjects();
-    const std::size_t bytes = support::usedBytes();
+    const unsigned before = userObjects();
+    const std::size_t bytes = usedBytes();
     for (int i = 0; i < 1000; ++i)
         dialog.showModal();
-    CHECK(support::userObjects() <= before);
-    CHECK(support::usedBytes() < bytes + 8000);
+    CHECK(userObjects() <= before);
+    CHECK(usedBytes() < bytes + 8000);
 }

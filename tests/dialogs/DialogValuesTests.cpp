@@ -1,14 +1,12 @@
+#include "Test.h"
+
 #include "Driving.h"
-#include "Expect.h"
 
 #include <tarn/ComboBox.h>
 #include <tarn/Dialog.h>
 #include <tarn/DialogValues.h>
 
 #include <limits>
-#include <string>
-
-using namespace tarn;
 
 namespace {
 enum : unsigned short { text = 10, number, amount, box, combo, radio = 20 };
@@ -35,7 +33,7 @@ struct Form : Dialog {
 };
 } // namespace
 
-TEST_CASE("DialogValues: what is shown is taken back, each kind of value", "[dialogvalues]")
+TEST_CASE("DialogValues: what is shown is taken back, each kind of value")
 {
     Form form;
     DialogValues values;
@@ -59,7 +57,7 @@ TEST_CASE("DialogValues: what is shown is taken back, each kind of value", "[dia
     CHECK((isOn && chosen == 2 && checked == 1));
 }
 
-TEST_CASE("DialogValues: a wrong value is refused with a sentence, and all variables stay", "[dialogvalues]")
+TEST_CASE("DialogValues: a wrong value is refused with a sentence, and all variables stay")
 {
     Form form;
     DialogValues values;
@@ -92,7 +90,7 @@ TEST_CASE("DialogValues: a wrong value is refused with a sentence, and all varia
     refused(combo, L"Choose.");
 }
 
-TEST_CASE("DialogValues: a control that the dialog does not have is an error", "[dialogvalues]")
+TEST_CASE("DialogValues: a control that the dialog does not have is an error")
 {
     Form form;
     std::wstring name;
@@ -101,8 +99,8 @@ TEST_CASE("DialogValues: a control that the dialog does not have is an error", "
     const auto fails = [&](auto add) {
         DialogValues values;
         add(values);
-        support::expectWindowsError([&] { values.show(form); }, "Can't retrieve dialog item ID");
-        support::expectWindowsError([&] { values.check(form); }, "Can't retrieve dialog item ID");
+        expectWindowsError([&] { values.show(form); }, "Can't retrieve dialog item ID");
+        expectWindowsError([&] { values.check(form); }, "Can't retrieve dialog item ID");
     };
     fails([&](DialogValues& v) { v.addText(99, name); });
     fails([&](DialogValues& v) { v.addCheck(99, isOn); });
@@ -110,7 +108,7 @@ TEST_CASE("DialogValues: a control that the dialog does not have is an error", "
     fails([&](DialogValues& v) { v.addRadio(98, 99, index); });
 }
 
-TEST_CASE("DialogValues: the user is told, and the control that was refused has the focus", "[dialogvalues]")
+TEST_CASE("DialogValues: the user is told, and the control that was refused has the focus")
 {
     Form form;
     form.show(SW_SHOW);
@@ -120,8 +118,8 @@ TEST_CASE("DialogValues: the user is told, and the control that was refused has 
     form.setText(text, "three");
     SetFocus(GetDlgItem(form, IDOK));
     std::wstring said;
-    const support::Driver driver([&] {
-        const HWND told = support::visibleDialog();
+    const Driver driver([&] {
+        const HWND told = visibleDialog();
         wchar_t sentence[20] = L"";
         if (told == form || !GetDlgItemTextW(told, 0xFFFF, sentence, 20))
             return false;

@@ -1,6 +1,6 @@
-#include "Driving.h"
+#include "Test.h"
 
-#include <catch2/catch.hpp>
+#include "Driving.h"
 
 namespace support {
 namespace {

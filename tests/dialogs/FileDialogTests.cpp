@@ -1,6 +1,5 @@
 #include "../windowing/Windows.h"
 #include "Driving.h"
-#include "Expect.h"
 #include "ScratchFolder.h"
 
 #include <tarn/FileDialog.h>
@@ -10,18 +9,12 @@
 #include <cderr.h>
 #include <dlgs.h>
 
-#include <functional>
-#include <stdexcept>
-#include <string>
-
-using namespace tarn;
-
 namespace {
 /// A step that presses a button of the file dialog, after it has entered a name if there is one.
 std::function<bool()> press(WPARAM button, const wchar_t* name = nullptr)
 {
     return [=] {
-        const HWND dialog = support::visibleDialog();
+        const HWND dialog = visibleDialog();
         for (const int field : {edt1, cmb13}) // By the dialog's version.
             if (name)
                 SetDlgItemTextW(dialog, field, name);
@@ -43,7 +36,7 @@ INT_PTR CALLBACK countCancels(HWND hwnd, UINT msg, WPARAM wParam, LPARAM)
 }
 } // namespace
 
-TEST_CASE("FileDialog: the length of a filter is that of its pairs", "[filedialog]")
+TEST_CASE("FileDialog: the length of a filter is that of its pairs")
 {
     CHECK(FileDialog::getFilterLength("Text\0*.txt\0All\0*.*\0") == 19);
     CHECK(FileDialog::getFilterLength(L"Text\0*.txt\0") == 11);
@@ -51,16 +44,16 @@ TEST_CASE("FileDialog: the length of a filter is that of its pairs", "[filedialo
     CHECK(FileDialog::getFilterLength(static_cast<const wchar_t*>(nullptr)) == 0);
 }
 
-TEST_CASE("FileDialog: a cancelled dialog is no error, and a chosen file has its parts", "[filedialog]")
+TEST_CASE("FileDialog: a cancelled dialog is no error, and a chosen file has its parts")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     const std::string path = folder.write("chosen.txt", "x");
     FileDialog dialog(static_cast<HWND>(nullptr), GENERATE(false, true), OFN_EXPLORER | OFN_NOCHANGEDIR);
     dialog.setTitle("Choose");
     dialog.setFilter("Text\0*.txt\0");
     dialog.setPath(path.c_str());
     const WPARAM button = static_cast<WPARAM>(GENERATE(IDOK, IDCANCEL));
-    const support::Driver driver(press(button));
+    const Driver driver(press(button));
     CHECK(dialog.showModal() == (button == IDOK));
     CHECK(driver.isDone());
     if (button == IDOK) {
@@ -73,29 +66,29 @@ TEST_CASE("FileDialog: a cancelled dialog is no error, and a chosen file has its
     CHECK((dialog.getFilenameA() == "other.c.d" && dialog.getExtensionA() == "d"));
 }
 
-TEST_CASE("FileDialog: a null title of either width is the system's", "[filedialog]")
+TEST_CASE("FileDialog: a null title of either width is the system's")
 {
     FileDialog dialog(static_cast<HWND>(nullptr), false, OFN_EXPLORER | OFN_NOCHANGEDIR);
     dialog.setTitle("Choose");
     GENERATE(false, true) ? dialog.setTitle(static_cast<const char*>(nullptr))
                           : dialog.setTitle(static_cast<const wchar_t*>(nullptr));
     wchar_t title[100] = L"";
-    const support::Driver driver([&] {
-        GetWindowTextW(support::visibleDialog(), title, 100);
+    const Driver driver([&] {
+        GetWindowTextW(visibleDialog(), title, 100);
         return press(IDCANCEL)();
     });
     dialog.showModal();
     CHECK((title[0] && title != std::wstring(L"Choose")));
 }
 
-TEST_CASE("FileDialog: several files are the folder and their names", "[filedialog]")
+TEST_CASE("FileDialog: several files are the folder and their names")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     folder.write("a.txt", "");
     folder.write("b.c", "");
     FileDialog dialog(static_cast<HWND>(nullptr), false, OFN_EXPLORER | OFN_ALLOWMULTISELECT | OFN_NOCHANGEDIR);
     dialog.setPath(folder.file("a.txt").c_str());
-    const support::Driver driver(press(IDOK, L"\"a.txt\" \"b.c\""));
+    const Driver driver(press(IDOK, L"\"a.txt\" \"b.c\""));
     REQUIRE(dialog.showModal());
     const std::wstring expected = folder.path().wstring() + std::wstring(L"\0a.txt\0b.c", 10);
     CHECK(dialog.getPathW() == expected);
@@ -103,13 +96,13 @@ TEST_CASE("FileDialog: several files are the folder and their names", "[filedial
     CHECK(dialog.getFilenameA() == "a.txt");
 }
 
-TEST_CASE("FileDialog: a path longer than its buffer and an impossible one are errors", "[filedialog]")
+TEST_CASE("FileDialog: a path longer than its buffer and an impossible one are errors")
 {
     FileDialog dialog(static_cast<HWND>(nullptr), false, OFN_EXPLORER);
-    support::expectError<CommonDialogError>([&] { dialog.setPath(std::string(32768, 'x').c_str()); },
-                                            "Error in file dialog: FNERR_BUFFERTOOSMALL");
+    expectError<CommonDialogError>([&] { dialog.setPath(std::string(32768, 'x').c_str()); },
+                                   "Error in file dialog: FNERR_BUFFERTOOSMALL");
     dialog.setPath("a|b<>?*:");
-    const support::Driver driver(press(IDCANCEL));
+    const Driver driver(press(IDCANCEL));
     try {
         CHECK(!dialog.showModal());
     } catch (const CommonDialogError& e) { // The system may refuse such a name at once.
@@ -117,11 +110,11 @@ TEST_CASE("FileDialog: a path longer than its buffer and an impossible one are e
     }
 }
 
-TEST_CASE("FileDialog: what the owner's handler throws cancels it with what it has open", "[filedialog]")
+TEST_CASE("FileDialog: what the owner's handler throws cancels it with what it has open")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     Thrower owner, child;
-    support::open(owner, WS_OVERLAPPED | WS_VISIBLE);
+    open(owner, WS_OVERLAPPED | WS_VISIBLE);
     child.create(L"STATIC", L"", WS_CHILD, RECT{0, 0, 9, 9}, owner, nullptr, nullptr);
     const DLGTEMPLATE bare[2]{};
     const HWND bystander = CreateDialogIndirectW(nullptr, bare, nullptr, countCancels);
@@ -130,16 +123,16 @@ TEST_CASE("FileDialog: what the owner's handler throws cancels it with what it h
     FileDialog dialog(owners, true, OFN_EXPLORER | OFN_OVERWRITEPROMPT | OFN_NOCHANGEDIR);
     dialog.setPath(folder.write("there.txt", "x").c_str());
     HWND first = nullptr;
-    const support::Driver driver([&, asks = asks] {
-        const HWND hwnd = support::visibleDialog();
+    const Driver driver([&, asks = asks] {
+        const HWND hwnd = visibleDialog();
         if (asks && hwnd && !first) {
             first = hwnd;
             PostMessageW(hwnd, WM_COMMAND, IDOK, 0);
         }
         return hwnd && hwnd != first && owner.postMessageW(WM_COMMAND);
     });
-    support::expectError<std::runtime_error>([&] { dialog.showModal(); }, "in a handler");
-    CHECK((driver.isDone() && !support::visibleDialog()));
+    expectError<std::runtime_error>([&] { dialog.showModal(); }, "in a handler");
+    CHECK((driver.isDone() && !visibleDialog()));
     CHECK(GetWindowLongPtrW(bystander, DWLP_USER) == 0);
     DestroyWindow(bystander);
 }

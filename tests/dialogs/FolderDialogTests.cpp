@@ -1,14 +1,11 @@
+#include "Test.h"
+
 #include "Driving.h"
-#include "Expect.h"
 #include "ScratchFolder.h"
 
 #include <tarn/FolderDialog.h>
 
-#include <stdexcept>
-#include <string>
 #include <thread>
-
-using namespace tarn;
 
 namespace {
 struct Chooser : FolderDialog {
@@ -29,9 +26,9 @@ struct Chooser : FolderDialog {
 };
 } // namespace
 
-TEST_CASE("FolderDialog: the folder preselected is chosen, or the dialog cancelled", "[folderdialog]")
+TEST_CASE("FolderDialog: the folder preselected is chosen, or the dialog cancelled")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     const std::wstring wanted = folder.path().wstring();
     // In a fresh profile Wine's first folder dialog selects nothing; all that come later do.
     Chooser cancelled, dialog(BIF_RETURNONLYFSDIRS);
@@ -51,7 +48,7 @@ TEST_CASE("FolderDialog: the folder preselected is chosen, or the dialog cancell
         dialog.setSelection(ItemIDList(list, true)); // Copied.
     }
     // The selection may come later than the dialog.
-    const support::Driver driver([&] { return dialog.path == wanted && dialog.postMessageW(WM_COMMAND, IDOK); });
+    const Driver driver([&] { return dialog.path == wanted && dialog.postMessageW(WM_COMMAND, IDOK); });
     CHECK(dialog.showModal());
     CHECK(dialog.getSelection().getPathW() == wanted);
     CHECK(dialog.getDisplayName().endsWith(folder.path().filename().wstring().c_str())); // Or the whole path.
@@ -59,16 +56,16 @@ TEST_CASE("FolderDialog: the folder preselected is chosen, or the dialog cancell
     CHECK((!dialog.showModal() && !dialog.getSelection() && dialog.getDisplayName().empty()));
 }
 
-TEST_CASE("FolderDialog: what a handler throws closes it and comes out of it", "[folderdialog]")
+TEST_CASE("FolderDialog: what a handler throws closes it and comes out of it")
 {
     Chooser dialog;
     dialog.throws = true;
-    const support::Driver watchdog([] { return false; });
-    support::expectError<std::runtime_error>([&] { dialog.showModal(); }, "in a handler");
-    CHECK((!dialog.isOpen() && !support::visibleDialog()));
+    const Driver watchdog([] { return false; });
+    expectError<std::runtime_error>([&] { dialog.showModal(); }, "in a handler");
+    CHECK((!dialog.isOpen() && !visibleDialog()));
 }
 
-TEST_CASE("FolderDialog: an unknown root is an error, and COM is released in pairs", "[folderdialog]")
+TEST_CASE("FolderDialog: an unknown root is an error, and COM is released in pairs")
 {
     std::thread([] { // Under Wine the shell's dialogs leave COM on theirs.
         {

@@ -1,16 +1,10 @@
-#include "Expect.h"
+#include "Test.h"
 
 #include <tarn/ImageList.h>
 #include <tarn/Menu.h>
 #include <tarn/Window.h>
 
-#include <stdexcept>
-
-using support::expectWindowsError;
-using tarn::BasicString;
-using tarn::Menu;
-
-TEST_CASE("Menu: items are inserted in both widths, told of, changed and removed", "[menu]")
+TEST_CASE("Menu: items are inserted in both widths, told of, changed and removed")
 {
     Menu menu(true);
     menu.insert("narrow", 0, MF_BYPOSITION, 7);
@@ -47,18 +41,18 @@ TEST_CASE("Menu: items are inserted in both widths, told of, changed and removed
                        BasicString<char>::fromFormat("Can't retrieve item count for menu %p", none.getHandle()));
 }
 
-TEST_CASE("Menu, ImageList: a failing end lets an exception that is on its way go on", "[menu]")
+TEST_CASE("Menu, ImageList: a failing end lets an exception that is on its way go on")
 {
     const auto fail = [] {
         const Menu menu(HMENU(0x7001), true);
-        tarn::ImageList list;
+        ImageList list;
         list.attach(HIMAGELIST(0x7001));
         throw std::runtime_error("first");
     };
-    support::expectError<std::runtime_error>(fail, "first");
+    expectError<std::runtime_error>(fail, "first");
 }
 
-TEST_CASE("Menu: the menu that has an item is found at any depth", "[menu]")
+TEST_CASE("Menu: the menu that has an item is found at any depth")
 {
     const HINSTANCE module = GetModuleHandleW(nullptr);
     Menu menu(20, module);
@@ -77,7 +71,7 @@ TEST_CASE("Menu: the menu that has an item is found at any depth", "[menu]")
     CHECK(menu.isNull());
 }
 
-TEST_CASE("Menu: the owner destroys its menu, and tells when that fails", "[menu]")
+TEST_CASE("Menu: the owner destroys its menu, and tells when that fails")
 {
     HMENU handle = nullptr;
     {
@@ -97,7 +91,7 @@ TEST_CASE("Menu: the owner destroys its menu, and tells when that fails", "[menu
     CHECK(menu.isNull());
 
     const HMENU bar = CreateMenu();
-    tarn::Window window;
+    Window window;
     window.create(L"STATIC", L"", WS_OVERLAPPED, RECT{0, 0, 50, 50}, nullptr, bar, nullptr);
     CHECK((window.getMenu().getHandle() == bar && !window.getMenu().isOwner()));
 }

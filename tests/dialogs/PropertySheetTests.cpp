@@ -1,16 +1,7 @@
 #include "../windowing/Windows.h"
 #include "Driving.h"
-#include "Expect.h"
 
 #include <tarn/PropertySheet.h>
-
-#include <functional>
-#include <memory>
-#include <stdexcept>
-#include <string>
-
-using namespace tarn;
-using support::expectWindowsError;
 
 namespace {
 constexpr int ID_APPLY_NOW = 0x3021; // Of the sheet's own template; the platform's headers do not have it.
@@ -51,7 +42,7 @@ struct Sheet {
     /// Shows the sheet and does `step`, which has to end it, as soon as it is open.
     unsigned short showAnd(const std::function<void()>& step)
     {
-        support::Driver driver([&] { return step(), true; });
+        Driver driver([&] { return step(), true; });
         const unsigned short result = sheet.showModal();
         CHECK((driver.isDone() && !sheet.isOpen()));
         return result;
@@ -64,7 +55,7 @@ struct Sheet {
 };
 } // namespace
 
-TEST_CASE("PropertySheet: the start page, the title and the pages are the sheet's; OK ends it", "[sheet]")
+TEST_CASE("PropertySheet: the start page, the title and the pages are the sheet's; OK ends it")
 {
     Sheet t;
     GENERATE(false, true) ? t.sheet.setStartPageByIndex(1) : t.sheet.setStartPageByResource(12);
@@ -80,7 +71,7 @@ TEST_CASE("PropertySheet: the start page, the title and the pages are the sheet'
     CHECK((!t.first.isCreated() && !t.second.isCreated())); // Released, and ready for another showing.
 }
 
-TEST_CASE("PropertySheet: a wizard goes on only as far as its pages let it", "[sheet]")
+TEST_CASE("PropertySheet: a wizard goes on only as far as its pages let it")
 {
     Sheet t;
     t.sheet.setWizardMode(true);
@@ -102,7 +93,7 @@ TEST_CASE("PropertySheet: a wizard goes on only as far as its pages let it", "[s
     CHECK((t.wasTold("next11 next11") && t.log.find("back12") < t.log.find("finish12")));
 }
 
-TEST_CASE("PropertyPage: Apply, Help and Cancel come to it, and it reaches its sheet", "[sheet]")
+TEST_CASE("PropertyPage: Apply, Help and Cancel come to it, and it reaches its sheet")
 {
     Sheet t;
     t.first.enableHelp(true);
@@ -122,17 +113,17 @@ TEST_CASE("PropertyPage: Apply, Help and Cancel come to it, and it reaches its s
     CHECK(t.log.substr(32) == "help11 cancel11 reset11 ");
 }
 
-TEST_CASE("PropertySheet: what a page throws cancels the sheet without asking and comes out", "[sheet]")
+TEST_CASE("PropertySheet: what a page throws cancels the sheet without asking and comes out")
 {
     Sheet t;
     t.first.stay = true;
     t.first.throwing = GENERATE("activate", "deactivate");
     const auto step = [&] { t.sheet.postMessageW(PSM_SETCURSELID, 0, 12); };
-    support::expectError<std::runtime_error>([&] { t.showAnd(step); }, t.first.throwing);
-    CHECK((!t.sheet.isOpen() && !support::visibleDialog()));
+    expectError<std::runtime_error>([&] { t.showAnd(step); }, t.first.throwing);
+    CHECK((!t.sheet.isOpen() && !visibleDialog()));
 }
 
-TEST_CASE("PropertySheet: Apply waits until a page tells of a change; an open sheet takes more pages", "[sheet]")
+TEST_CASE("PropertySheet: Apply waits until a page tells of a change; an open sheet takes more pages")
 {
     Sheet t;
     Page third(12, t.log), missing(99, t.log);
@@ -152,7 +143,7 @@ TEST_CASE("PropertySheet: Apply waits until a page tells of a change; an open sh
     CHECK(!third.isCreated());
 }
 
-TEST_CASE("PropertySheet: a page that dies while the sheet is up takes its tab along", "[sheet]")
+TEST_CASE("PropertySheet: a page that dies while the sheet is up takes its tab along")
 {
     Sheet t;
     auto dying = std::make_unique<Page>(12, t.log);
@@ -173,7 +164,7 @@ TEST_CASE("PropertySheet: a page that dies while the sheet is up takes its tab a
     t.showAnd([&] { t.sheet.pressButton(PSBTN_CANCEL); }); // Without it.
 }
 
-TEST_CASE("PropertySheet: a page belongs to one sheet at a time, and only once", "[sheet]")
+TEST_CASE("PropertySheet: a page belongs to one sheet at a time, and only once")
 {
     Sheet t;
     PropertySheet other(nullptr);
@@ -189,7 +180,7 @@ TEST_CASE("PropertySheet: a page belongs to one sheet at a time, and only once",
     expectWindowsError([&] { other.showModal(); }, ERROR_INVALID_PARAMETER, "Error in showing property sheet");
 }
 
-TEST_CASE("PropertySheet: a page's end can show another sheet, but not one with a page that is still in use", "[sheet]")
+TEST_CASE("PropertySheet: a page's end can show another sheet, but not one with a page that is still in use")
 {
     Sheet t, later;
     int answer = -1;
@@ -213,14 +204,14 @@ TEST_CASE("PropertySheet: a page's end can show another sheet, but not one with 
     ending.throwing = fails ? "deactivate" : "";
     const auto show = [&] { t.showAnd([&] { t.sheet.postMessageW(PSM_PRESSBUTTON, PSBTN_OK); }); };
     if (fails)
-        support::expectError<std::runtime_error>(show, "deactivate");
+        expectError<std::runtime_error>(show, "deactivate");
     else
         show();
     CHECK((answer == 0 && later.log.find("cancel11 cancel11") != std::string::npos));
     CHECK((!t.first.isCreated() && !ending.isCreated() && !later.first.isCreated()));
 }
 
-TEST_CASE("PropertySheet: the icon is the title bar's and the task list's, before and after the start", "[sheet]")
+TEST_CASE("PropertySheet: the icon is the title bar's and the task list's, before and after the start")
 {
     Sheet t;
     t.sheet.setIcon(32512, nullptr);
@@ -238,7 +229,7 @@ TEST_CASE("PropertySheet: the icon is the title bar's and the task list's, befor
     });
 }
 
-TEST_CASE("PropertySheet: a page can refuse Cancel, and pages can ask for a restart", "[sheet]")
+TEST_CASE("PropertySheet: a page can refuse Cancel, and pages can ask for a restart")
 {
     Sheet t;
     const bool reboots = GENERATE(true, false);
@@ -252,7 +243,7 @@ TEST_CASE("PropertySheet: a page can refuse Cancel, and pages can ask for a rest
     CHECK(t.showAnd(step) == (reboots ? ID_PSREBOOTSYSTEM : ID_PSRESTARTWINDOWS));
 }
 
-TEST_CASE("PropertySheet: Esc in a page's field is the sheet's Cancel, Enter its OK", "[sheet]")
+TEST_CASE("PropertySheet: Esc in a page's field is the sheet's Cancel, Enter its OK")
 {
     Sheet t;
     const auto& [id, answer] = GENERATE(table<WPARAM, const char*>({{IDOK, "deactivate11"}, {IDCANCEL, "cancel11"}}));
@@ -260,7 +251,7 @@ TEST_CASE("PropertySheet: Esc in a page's field is the sheet's Cancel, Enter its
     CHECK(t.wasTold(answer));
 }
 
-TEST_CASE("PropertySheet: a sheet that cannot be shown or take a page or an icon is an error", "[sheet]")
+TEST_CASE("PropertySheet: a sheet that cannot be shown or take a page or an icon is an error")
 {
     Sheet t;
     Page missing(99, t.log);
@@ -269,7 +260,7 @@ TEST_CASE("PropertySheet: a sheet that cannot be shown or take a page or an icon
         using Window::attach;
     } empty(nullptr);
     Window other;
-    support::open(other);
+    open(other);
     empty.attach(other.getWindowHandle(), false);
     expectWindowsError([&] { empty.addPage(&t.second); }, "Can't add property page");
     empty.attach(nullptr, false);
@@ -282,7 +273,7 @@ TEST_CASE("PropertySheet: a sheet that cannot be shown or take a page or an icon
     expectWindowsError([] { PropertySheet(nullptr, 99, 99, module); }, "Can't load icon"); // A caption may be missing.
 }
 
-TEST_CASE("PropertyPage: a watermark takes the subtitle's place until it goes", "[sheet]")
+TEST_CASE("PropertyPage: a watermark takes the subtitle's place until it goes")
 {
     std::string log;
     Page page(11, log);

@@ -1,15 +1,8 @@
 #include "../windowing/Windows.h"
 #include "Driving.h"
-#include "Expect.h"
 #include "ScratchFolder.h"
 
 #include <tarn/ShellFileDialog.h>
-
-#include <functional>
-#include <stdexcept>
-#include <string>
-
-using namespace tarn;
 
 namespace {
 BOOL CALLBACK enterName(HWND child, LPARAM name)
@@ -25,7 +18,7 @@ BOOL CALLBACK enterName(HWND child, LPARAM name)
 std::function<bool()> press(WPARAM button, const wchar_t* name = nullptr)
 {
     return [=] {
-        const HWND dialog = support::visibleDialog();
+        const HWND dialog = visibleDialog();
         if (dialog && name)
             EnumChildWindows(dialog, enterName, reinterpret_cast<LPARAM>(name));
         return dialog && PostMessageW(dialog, WM_COMMAND, button, 0);
@@ -33,9 +26,9 @@ std::function<bool()> press(WPARAM button, const wchar_t* name = nullptr)
 }
 } // namespace
 
-TEST_CASE("ShellFileDialog: several files are their full paths, and none after a cancelled dialog", "[shellfiledialog]")
+TEST_CASE("ShellFileDialog: several files are their full paths, and none after a cancelled dialog")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     const std::wstring a = folder.path().wstring() + L"\\a.txt", b = folder.path().wstring() + L"\\b.c";
     folder.write("a.txt", "");
     folder.write("b.c", "");
@@ -46,68 +39,68 @@ TEST_CASE("ShellFileDialog: several files are their full paths, and none after a
     dialog.addPlace(folder.path().c_str());
     dialog.setStartFolder(folder.path().c_str());
     {
-        const support::Driver driver(press(IDOK, L"\"a.txt\" \"b.c\""));
+        const Driver driver(press(IDOK, L"\"a.txt\" \"b.c\""));
         REQUIRE(dialog.showModal());
     }
     REQUIRE(dialog.getPaths().size() == 2);
     CHECK((dialog.getPathW() == a && dialog.getPaths()[1] == b && dialog.getSelectedFilter() == 1));
     wchar_t title[8] = L"";
-    const support::Driver driver([&] {
-        GetWindowTextW(support::visibleDialog(), title, 8);
+    const Driver driver([&] {
+        GetWindowTextW(visibleDialog(), title, 8);
         return press(IDCANCEL)();
     });
     CHECK((!dialog.showModal() && dialog.getPaths().empty() && dialog.getPathA().empty()));
     CHECK(title == std::wstring(L"Choose"));
 }
 
-TEST_CASE("SaveFileDialog: a name without an extension gets the default one", "[shellfiledialog]")
+TEST_CASE("SaveFileDialog: a name without an extension gets the default one")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     SaveFileDialog dialog;
     dialog.setStartFolder(folder.path().string().c_str());
     dialog.setDefaultExtension("txt");
     dialog.setName(L"new");
-    const support::Driver driver(press(IDOK));
+    const Driver driver(press(IDOK));
     REQUIRE(dialog.showModal());
     CHECK(dialog.getPathA() == folder.file("new.txt"));
 }
 
-TEST_CASE("OpenFolderDialog: gives the folder that was entered", "[shellfiledialog]")
+TEST_CASE("OpenFolderDialog: gives the folder that was entered")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     const std::wstring inner = folder.path().wstring() + L"\\inner";
     CreateDirectoryW(inner.c_str(), nullptr);
     OpenFolderDialog dialog;
     dialog.setStartFolder(folder.path().c_str());
-    const support::Driver driver(press(IDOK, L"inner"));
+    const Driver driver(press(IDOK, L"inner"));
     REQUIRE(dialog.showModal());
     CHECK(dialog.getPathW() == inner);
 }
 
-TEST_CASE("ShellFileDialog: a start folder that does not exist is an error at once", "[shellfiledialog]")
+TEST_CASE("ShellFileDialog: a start folder that does not exist is an error at once")
 {
     OpenFileDialog dialog;
-    support::expectWindowsError([&] { dialog.setStartFolder("C:\\not\\there"); }, "Can't find folder for file dialog");
+    expectWindowsError([&] { dialog.setStartFolder("C:\\not\\there"); }, "Can't find folder for file dialog");
 }
 
-TEST_CASE("ShellFileDialog: what the owner's handler throws cancels it with what it has open", "[shellfiledialog]")
+TEST_CASE("ShellFileDialog: what the owner's handler throws cancels it with what it has open")
 {
     struct Thrower : Window {
         void onCommand(Window*, unsigned short, unsigned short) override { throw std::runtime_error("in a handler"); }
     } owner;
-    support::open(owner, WS_OVERLAPPED | WS_VISIBLE);
-    const support::ScratchFolder folder;
+    open(owner, WS_OVERLAPPED | WS_VISIBLE);
+    const ScratchFolder folder;
     folder.write("there.txt", "x");
     SaveFileDialog dialog(owner);
     dialog.setStartFolder(folder.path().c_str());
     dialog.setName("there.txt");
     HWND first = nullptr;
-    const support::Driver driver([&] {
-        const HWND hwnd = support::visibleDialog();
+    const Driver driver([&] {
+        const HWND hwnd = visibleDialog();
         if (hwnd && !first && press(IDOK)()) // It asks whether to replace the file.
             first = hwnd;
         return hwnd && hwnd != first && owner.postMessageW(WM_COMMAND);
     });
-    support::expectError<std::runtime_error>([&] { dialog.showModal(); }, "in a handler");
-    CHECK((driver.isDone() && !support::visibleDialog() && IsWindowEnabled(owner)));
+    expectError<std::runtime_error>([&] { dialog.showModal(); }, "in a handler");
+    CHECK((driver.isDone() && !visibleDialog() && IsWindowEnabled(owner)));
 }

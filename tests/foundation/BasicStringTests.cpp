@@ -1,15 +1,10 @@
-#include <catch2/catch.hpp>
-
-#include "Expect.h"
-
-#include <tarn/BasicString.h>
+#include "Test.h"
 
 #include <filesystem>
 #include <locale.h>
 #include <map>
 #include <unordered_map>
 
-using tarn::BasicString;
 using String = BasicString<char>;
 using WideString = BasicString<wchar_t>;
 
@@ -23,43 +18,41 @@ template <class Ch> BasicString<Ch> text(const char* ascii)
 }
 } // namespace
 
-TEST_CASE("String: wide text becomes narrow text in the ANSI code page", "[foundation][string]")
+TEST_CASE("String: wide text becomes narrow text in the ANSI code page")
 {
     CHECK(String(static_cast<const wchar_t*>(nullptr)) == "");
     CHECK(String(L"Gr\xFC\xDF") == "Gr\xFC\xDF");
     CHECK(String(L"ab\0cd", 5) == std::string("ab\0cd", 5));
     CHECK(String(L"abcd", 2) == "ab");
     CHECK(String(L"abcd", 0) == "");
-    CHECK(BasicString<char, tarn::char_traits_nc<char>>(L"ab\0cd", 5).size() == 5);
+    CHECK(BasicString<char, char_traits_nc<char>>(L"ab\0cd", 5).size() == 5);
     CHECK(String(L"\x4E2D").size() == 1); // What the code page lacks is no error.
 }
 
-TEST_CASE("String: code pages are honoured where they are named", "[foundation][string]")
+TEST_CASE("String: code pages are honoured where they are named")
 {
-    const auto utf8 = [](const std::wstring& s) { return tarn::w2a(s, CP_UTF8); };
+    const auto utf8 = [](const std::wstring& s) { return w2a(s, CP_UTF8); };
     CHECK(utf8(L"\xFC\xD83D\xDE00") == "\xC3\xBC\xF0\x9F\x98\x80");
-    CHECK(tarn::a2w("\xF0\x9F\x98\x80!", CP_UTF8) == L"\xD83D\xDE00!");
-    CHECK(tarn::a2w("\x81", CP_OEMCP) == L"\xFC");
-    CHECK(tarn::a2w("", CP_UTF8) == L"");
+    CHECK(a2w("\xF0\x9F\x98\x80!", CP_UTF8) == L"\xD83D\xDE00!");
+    CHECK(a2w("\x81", CP_OEMCP) == L"\xFC");
+    CHECK(a2w("", CP_UTF8) == L"");
 
     SECTION("unpaired surrogates and invalid bytes become replacements, not errors")
     {
         CHECK(utf8(L"a\xD83Dz") == "a\xEF\xBF\xBDz");
-        CHECK(tarn::a2w("a\xC3(\xFFz", CP_UTF8).endsWith(L"z"));
+        CHECK(a2w("a\xC3(\xFFz", CP_UTF8).endsWith(L"z"));
     }
     SECTION("an unknown code page and a length beyond counting fail with the text of the step")
     {
         const auto* const noSize = "Can't retrieve required buffer size for wchar_t -> char conversion";
-        support::expectWindowsError([] { tarn::a2w("x", 64999); }, ERROR_INVALID_PARAMETER,
-                                    "Can't convert multi byte string to unicode");
-        support::expectWindowsError([] { tarn::StringHelper<char>::convert(L"x", ~0u, 64999); },
-                                    ERROR_INVALID_PARAMETER, noSize);
-        support::expectWindowsError([] { tarn::StringHelper<char>::convert(L"x", 0xFFFFFFFE); },
-                                    ERROR_INVALID_PARAMETER, noSize);
+        expectWindowsError([] { a2w("x", 64999); }, ERROR_INVALID_PARAMETER,
+                           "Can't convert multi byte string to unicode");
+        expectWindowsError([] { StringHelper<char>::convert(L"x", ~0u, 64999); }, ERROR_INVALID_PARAMETER, noSize);
+        expectWindowsError([] { StringHelper<char>::convert(L"x", 0xFFFFFFFE); }, ERROR_INVALID_PARAMETER, noSize);
     }
 }
 
-TEST_CASE("String: narrow text becomes wide text in the runtime's locale", "[foundation][string]")
+TEST_CASE("String: narrow text becomes wide text in the runtime's locale")
 {
     CHECK(WideString("plain") == L"plain");
     CHECK(WideString("") == L"");
@@ -78,7 +71,7 @@ TEST_CASE("String: narrow text becomes wide text in the runtime's locale", "[fou
     setlocale(LC_CTYPE, old.c_str());
 }
 
-TEST_CASE("String: it is put together and assigned from either width", "[foundation][string]")
+TEST_CASE("String: it is put together and assigned from either width")
 {
     String s("abc");
     const std::string standard("z");
@@ -86,7 +79,7 @@ TEST_CASE("String: it is put together and assigned from either width", "[foundat
     const String sum = "<" + s + '>' + std::string("!") + standard;
     CHECK(sum == "<abc>!z");
     CHECK(('(' + (standard + s) + (std::string("y") + s)).startsWith("(zabcy"));
-    s = tarn::ConstString<char>("view of text", 4);
+    s = ConstString<char>("view of text", 4);
     CHECK(s == "view");
     s = L"wide";
     CHECK(s == "wide");
@@ -100,11 +93,11 @@ TEST_CASE("String: it is put together and assigned from either width", "[foundat
     CHECK(viewed == std::string_view("x\0y", 3));
 }
 
-TEST_CASE("String: a null text is the empty one", "[foundation][string]")
+TEST_CASE("String: a null text is the empty one")
 {
     const char* const none = nullptr;
     CHECK(String(none).empty());
-    CHECK(String(tarn::ConstString<char>(none, 5)).empty());
+    CHECK(String(ConstString<char>(none, 5)).empty());
     String s("abc");
     CHECK(s + none == "abc");
     s += none;
@@ -116,10 +109,10 @@ TEST_CASE("String: a null text is the empty one", "[foundation][string]")
     s = none;
     CHECK(s == none);
     s = static_cast<const wchar_t*>(nullptr);
-    CHECK(tarn::w2a(nullptr, CP_UTF8) == s);
+    CHECK(w2a(nullptr, CP_UTF8) == s);
 }
 
-TEST_CASE("String: a count and a character repeat it, whatever their types", "[foundation][string]")
+TEST_CASE("String: a count and a character repeat it, whatever their types")
 {
     CHECK(String(3, 'x') == "xxx");
     CHECK(WideString(10, ' ') == std::wstring(10, L' '));
@@ -151,7 +144,7 @@ template <class Ch> void checkOrder(const BasicString<Ch>& less, const BasicStri
 }
 } // namespace
 
-TEMPLATE_TEST_CASE("String: comparisons compare texts, whoever asks", "[foundation][string]", char, wchar_t)
+TEMPLATE_TEST_CASE("String: comparisons compare texts, whoever asks", "", char, wchar_t)
 {
     using Text = BasicString<TestType>;
     const auto t = &text<TestType>;
@@ -186,7 +179,7 @@ TEMPLATE_TEST_CASE("String: comparisons compare texts, whoever asks", "[foundati
     CHECK((hashed.size() == 3 && hashed.find(std::basic_string_view<TestType>(t("x")))->second == 2));
 }
 
-TEST_CASE("String: it makes a path of the file system", "[foundation][string]")
+TEST_CASE("String: it makes a path of the file system")
 {
     CHECK(std::filesystem::path(String("Gr\xFC\xDF")).wstring() == L"Gr\xFC\xDF");
     const WideString name(L"\x4E2D.txt");
@@ -195,7 +188,7 @@ TEST_CASE("String: it makes a path of the file system", "[foundation][string]")
     CHECK(WideString(path) == name);
 }
 
-TEMPLATE_TEST_CASE("String: parts of a text", "[foundation][string]", char, wchar_t)
+TEMPLATE_TEST_CASE("String: parts of a text", "", char, wchar_t)
 {
     const auto t = &text<TestType>;
     const BasicString<TestType> s = t("a,b,,c");
@@ -220,7 +213,7 @@ TEMPLATE_TEST_CASE("String: parts of a text", "[foundation][string]", char, wcha
     CHECK((s.endsWith(t(",c")) && s.endsWith(TestType('c')) && s.endsWith(Plain(t(",c")))));
 }
 
-TEMPLATE_TEST_CASE("String: replacing, trimming and case", "[foundation][string]", char, wchar_t)
+TEMPLATE_TEST_CASE("String: replacing, trimming and case", "", char, wchar_t)
 {
     const auto t = &text<TestType>;
     CHECK(t("aaa").replaceAll(t("a"), t("aa")) == t("aaaaaa")); // It goes on behind what it put in.
@@ -239,7 +232,7 @@ TEMPLATE_TEST_CASE("String: replacing, trimming and case", "[foundation][string]
     CHECK(lower == t("abc"));
 }
 
-TEST_CASE("String: characters above 127 pass through trimming and case", "[foundation][string]")
+TEST_CASE("String: characters above 127 pass through trimming and case")
 {
     std::string all;
     for (int c = 128; c < 256; ++c)
@@ -247,7 +240,7 @@ TEST_CASE("String: characters above 127 pass through trimming and case", "[found
     CHECK(String(all).toLower().toUpper().trim() == all);
 }
 
-TEST_CASE("String: numbers and the clock", "[foundation][string]")
+TEST_CASE("String: numbers and the clock")
 {
     CHECK(String(-255, 10) == "-255");
     CHECK(WideString(-1, 16) == L"ffffffff");
@@ -264,7 +257,7 @@ TEST_CASE("String: numbers and the clock", "[foundation][string]")
     CHECK(WideString::Date()[5] == L'/');
 }
 
-TEST_CASE("String: fromFormat cuts at 2000 characters", "[foundation][string]")
+TEST_CASE("String: fromFormat cuts at 2000 characters")
 {
     for (unsigned length : {0u, 1999u, 2000u, 2001u, 2500u}) {
         const std::string source(length, 'x');
@@ -276,7 +269,7 @@ TEST_CASE("String: fromFormat cuts at 2000 characters", "[foundation][string]")
     CHECK(String::fromFormat("%c%2500d", 0, 1).size() == 2000);
 }
 
-TEST_CASE("String: string-table entries come in both widths, missing ones empty", "[foundation][string]")
+TEST_CASE("String: string-table entries come in both widths, missing ones empty")
 {
     const HMODULE resources = LoadLibraryA("resources.dll");
     REQUIRE(resources);
@@ -287,7 +280,7 @@ TEST_CASE("String: string-table entries come in both widths, missing ones empty"
     FreeLibrary(resources);
 }
 
-TEMPLATE_TEST_CASE("String: path elements count from either end", "[foundation][string]", char, wchar_t)
+TEMPLATE_TEST_CASE("String: path elements count from either end", "", char, wchar_t)
 {
     const struct {
         const char* path;
@@ -320,7 +313,7 @@ TEMPLATE_TEST_CASE("String: path elements count from either end", "[foundation][
     CHECK(text<TestType>("file").getDirectory() == text<TestType>(""));
 }
 
-TEMPLATE_TEST_CASE("String: mergePath resolves a path against a folder", "[foundation][string]", char, wchar_t)
+TEMPLATE_TEST_CASE("String: mergePath resolves a path against a folder", "", char, wchar_t)
 {
     const char* rows[][3] = {
         {"C:\\a\\b", "x", "C:\\a\\b\\x"},
@@ -345,7 +338,7 @@ TEMPLATE_TEST_CASE("String: mergePath resolves a path against a folder", "[found
     }
 }
 
-TEST_CASE("String: format fills in its arguments", "[foundation][string]")
+TEST_CASE("String: format fills in its arguments")
 {
     CHECK(String("a%1b%2c%%d%0e%").format("X", nullptr) == "aXbc%d%0e%");
     CHECK(String("%9%8%1%1").format("1", nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, "8", "9") == "9811");
@@ -353,9 +346,9 @@ TEST_CASE("String: format fills in its arguments", "[foundation][string]")
     CHECK(String("%1%2%3").format(std::string("a"), String("b"), nullptr) == "ab");
 }
 
-TEST_CASE("char_traits_nc: only A to Z are folded", "[foundation][string]")
+TEST_CASE("char_traits_nc: only A to Z are folded")
 {
-    using Traits = tarn::char_traits_nc<char>;
+    using Traits = char_traits_nc<char>;
     using NoCase = std::basic_string<char, Traits>;
     CHECK(NoCase("Hello") == NoCase("hELLO"));
     CHECK(NoCase("a") < NoCase("B"));
@@ -369,10 +362,10 @@ TEST_CASE("char_traits_nc: only A to Z are folded", "[foundation][string]")
     CHECK(Traits::find(data, 2, 'z') == nullptr);
 }
 
-TEST_CASE("StringHelper: convert of the own width is a view, comparisons ignore case", "[foundation][string]")
+TEST_CASE("StringHelper: convert of the own width is a view, comparisons ignore case")
 {
-    using Narrow = tarn::StringHelper<char>;
-    using Wide = tarn::StringHelper<wchar_t>;
+    using Narrow = StringHelper<char>;
+    using Wide = StringHelper<wchar_t>;
     const char* s = "text";
     CHECK(Narrow::convert(s).data() == s);
     CHECK(Narrow::convert(s).length() == 4);

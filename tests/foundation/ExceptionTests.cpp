@@ -1,20 +1,12 @@
-#include <catch2/catch.hpp>
-
-#include "Expect.h"
+#include "Test.h"
 
 #include <foundation/NumericCast.h>
 #include <tarn/Array.h>
-#include <tarn/Exception.h>
 #include <tarn/StdIOStream.h>
 #include <tarn/WindowsFile.h>
 #include <tarn/WindowsModule.h>
 
 #include <array>
-#include <cstring>
-
-using support::systemText;
-using tarn::CommonDialogError;
-using tarn::WindowsError;
 
 namespace {
 constexpr long asResult(unsigned long hr) { return static_cast<long>(hr); }
@@ -23,27 +15,27 @@ std::string what(const std::exception& error) { return error.what(); }
 
 template <class T> void allocateAll()
 {
-    const tarn::Array<T> all(~0u);
+    const Array<T> all(~0u);
     asm volatile("" : : "g"(all.data()) : "memory"); // Unused memory need not be allocated at all.
 }
 } // namespace
 
-TEST_CASE("Exceptions: the texts of those that ask nobody for them", "[foundation][exception]")
+TEST_CASE("Exceptions: the texts of those that ask nobody for them")
 {
-    tarn::Exception error;
+    Exception error;
     CHECK(what(error) == "Unknown Exception");
     error.setDescription("x");
     CHECK(what(error) == "x");
-    CHECK(what(tarn::SEHError(0xC0000005)) == "SEH exception");
-    CHECK_FALSE(std::is_base_of_v<tarn::Exception, tarn::EndOfFile>);
+    CHECK(what(SEHError(0xC0000005)) == "SEH exception");
+    CHECK_FALSE(std::is_base_of_v<Exception, EndOfFile>);
 
     const std::string text = std::string(": ") + std::strerror(ENOENT);
-    CHECK(what(tarn::CRTError(ENOENT, "open")) == "open" + text);
-    CHECK(what(tarn::CRTError("open", ENOENT)) == "open" + text);
-    CHECK(what(tarn::CRTError(ENOENT, "")) == text); // The separator stays, unlike a WindowsError's.
-    const std::string name = what(tarn::COMError(0x8000FFFF));
+    CHECK(what(CRTError(ENOENT, "open")) == "open" + text);
+    CHECK(what(CRTError("open", ENOENT)) == "open" + text);
+    CHECK(what(CRTError(ENOENT, "")) == text); // The separator stays, unlike a WindowsError's.
+    const std::string name = what(COMError(0x8000FFFF));
     CHECK_FALSE(name.empty());
-    CHECK(what(tarn::COMError(0x8000FFFF, "")) == ": " + name);
+    CHECK(what(COMError(0x8000FFFF, "")) == ": " + name);
 
     CHECK(what(CommonDialogError("Open", 0x3003)) == "Open: FNERR_BUFFERTOOSMALL");
     CHECK(what(CommonDialogError(0xFFFF, "")) == ": CDERR_DIALOGFAILURE");
@@ -51,7 +43,7 @@ TEST_CASE("Exceptions: the texts of those that ask nobody for them", "[foundatio
     CHECK(CommonDialogError::errorToString(0xFFFFFFFF) == "Unknown common didlaog error 4294967295");
 }
 
-TEST_CASE("WindowsError: the text is the description and the system's", "[foundation][exception]")
+TEST_CASE("WindowsError: the text is the description and the system's")
 {
     const WindowsError denied(5, "Can't open");
     CHECK(what(denied) == "Can't open: " + systemText(5));
@@ -97,41 +89,40 @@ TEST_CASE("WindowsError: the text is the description and the system's", "[founda
     }
 }
 
-TEST_CASE("Errors: whatW keeps what the code page cannot hold", "[foundation][exception]")
+TEST_CASE("Errors: whatW keeps what the code page cannot hold")
 {
     const std::wstring name = L"\x4E2D\x6587.txt";
-    const std::wstring reason = tarn::a2w(": " + systemText(ERROR_FILE_NOT_FOUND), CP_ACP);
-    const auto file = support::thrownBy<WindowsError>([&] { tarn::WindowsFile::getAttributes(name.c_str()); });
-    CHECK(what(file) == "Can't get file attributes for \"" + tarn::BasicString<char>(name) +
-                            "\": " + systemText(ERROR_FILE_NOT_FOUND));
+    const std::wstring reason = a2w(": " + systemText(ERROR_FILE_NOT_FOUND), CP_ACP);
+    const auto file = thrownBy<WindowsError>([&] { WindowsFile::getAttributes(name.c_str()); });
+    CHECK(what(file) ==
+          "Can't get file attributes for \"" + BasicString<char>(name) + "\": " + systemText(ERROR_FILE_NOT_FOUND));
     const std::wstring whole = L"Can't get file attributes for \"" + name + L"\"" + reason;
     const WindowsError copy(file); // Of an error whose text has been asked for.
     CHECK(copy.whatW() == whole);
     CHECK(what(copy) == what(file));
-    CHECK(tarn::whatW(support::thrownBy<WindowsError>([&] { tarn::WindowsFile::getAttributes(name.c_str()); })) ==
-          whole);
+    CHECK(whatW(thrownBy<WindowsError>([&] { WindowsFile::getAttributes(name.c_str()); })) == whole);
 
-    const auto stdio = support::thrownBy<tarn::CRTError>([&] { tarn::StdIOStream(name.c_str(), L"r"); });
-    CHECK(tarn::whatW(stdio).contains(name));
-    CHECK(tarn::whatW(stdio).endsWith(L": No such file or directory"));
+    const auto stdio = thrownBy<CRTError>([&] { StdIOStream(name.c_str(), L"r"); });
+    CHECK(whatW(stdio).contains(name));
+    CHECK(whatW(stdio).endsWith(L": No such file or directory"));
     CHECK(what(stdio).ends_with(": No such file or directory"));
 
     SECTION("narrow texts are read in the code page")
     {
-        CHECK(tarn::whatW(WindowsError(2, "Gr\xFC\xDF")) == L"Gr\xFC\xDF" + reason);
+        CHECK(whatW(WindowsError(2, "Gr\xFC\xDF")) == L"Gr\xFC\xDF" + reason);
         CHECK(WindowsError(2).whatW() == reason.substr(2));
-        CHECK(tarn::whatW(tarn::CRTError("x", ENOENT)).startsWith(L"x: "));
-        struct Derived : tarn::CRTError {
+        CHECK(whatW(CRTError("x", ENOENT)).startsWith(L"x: "));
+        struct Derived : CRTError {
             using CRTError::CRTError;
             const char* what() const noexcept override { return "own"; }
         };
-        CHECK(tarn::whatW(Derived("x", ENOENT)) == L"own");
-        CHECK(tarn::whatW(tarn::Exception("\xFC")) == L"\xFC");
-        CHECK(tarn::whatW(std::out_of_range("\xFC")) == L"\xFC");
+        CHECK(whatW(Derived("x", ENOENT)) == L"own");
+        CHECK(whatW(Exception("\xFC")) == L"\xFC");
+        CHECK(whatW(std::out_of_range("\xFC")) == L"\xFC");
     }
 }
 
-TEST_CASE("WindowsError: network codes take their text from netmsg.dll", "[foundation][exception]")
+TEST_CASE("WindowsError: network codes take their text from netmsg.dll")
 {
     const bool installed = [] {
         const HMODULE module = LoadLibraryExA("netmsg.dll", nullptr, LOAD_LIBRARY_AS_DATAFILE);
@@ -140,7 +131,7 @@ TEST_CASE("WindowsError: network codes take their text from netmsg.dll", "[found
     if (!installed) { // As under Wine; Windows has its own, whose texts depend on its language.
         CHECK(what(WindowsError(2221, "d")) == "d: Windows error 0x8ad");
 
-        const tarn::WindowsModule sameName("messages\\netmsg.dll", true); // Is taken in its place.
+        const WindowsModule sameName("messages\\netmsg.dll", true); // Is taken in its place.
         CHECK(WindowsError(2100).getMessage() == "The first message of the range.\r\n");
         CHECK(what(WindowsError(2221, "d")) == "d: The user name %1 could not be found.\r\n");
         CHECK(WindowsError(2999).getMessage() == "The last message of the range.\r\n");
@@ -149,48 +140,47 @@ TEST_CASE("WindowsError: network codes take their text from netmsg.dll", "[found
     CHECK_FALSE(GetModuleHandleA("netmsg.dll"));
 }
 
-TEST_CASE("HRESULT: errors map to results and back", "[foundation][exception]")
+TEST_CASE("HRESULT: errors map to results and back")
 {
-    using tarn::HRESULTHolder;
     const unsigned long rows[][2] = {{5, 0x80070005}, {0, 0}, {0x80004005, 0x80004005}, {0x12345, 0x80072345}};
     for (const auto& [code, result] : rows)
         CHECK(WindowsError(code).getHRESULT() == asResult(result));
 
     CHECK_NOTHROW(HRESULTHolder::throwOnError(S_FALSE));
-    support::expectError<tarn::BadAllocation>([] { HRESULTHolder::throwOnError(E_OUTOFMEMORY); }, "bad allocation");
-    support::expectWindowsError([] { HRESULTHolder::throwOnError(asResult(0x80070002), "x"); }, 2, "x");
-    const auto error = support::thrownBy<tarn::COMError>([] { HRESULTHolder::throwOnError(E_NOTIMPL, "x"); });
+    expectError<BadAllocation>([] { HRESULTHolder::throwOnError(E_OUTOFMEMORY); }, "bad allocation");
+    expectWindowsError([] { HRESULTHolder::throwOnError(asResult(0x80070002), "x"); }, 2, "x");
+    const auto error = thrownBy<COMError>([] { HRESULTHolder::throwOnError(E_NOTIMPL, "x"); });
     CHECK(what(error).starts_with("x: "));
     CHECK(error.getHRESULT() == E_NOTIMPL);
-    CHECK(support::thrownBy<tarn::COMError>([] { tarn::COMError::checkPointer(nullptr); }).getHRESULT() == E_POINTER);
+    CHECK(thrownBy<COMError>([] { COMError::checkPointer(nullptr); }).getHRESULT() == E_POINTER);
 
     const auto resultOf = [](const std::exception& e) { return HRESULTHolder::getHRESULTFromException(e); };
-    CHECK(resultOf(tarn::CRTError(2, "x")) == E_FAIL);
+    CHECK(resultOf(CRTError(2, "x")) == E_FAIL);
     CHECK(resultOf(std::bad_alloc()) == E_OUTOFMEMORY);
-    CHECK(resultOf(tarn::COMError(0x80030002)) == asResult(0x80030002));
+    CHECK(resultOf(COMError(0x80030002)) == asResult(0x80030002));
     CHECK(resultOf(WindowsError(5)) == asResult(0x80070005));
     CHECK(resultOf(WindowsError(ERROR_SUCCESS)) == E_FAIL); // An error is never reported as success.
-    CHECK(resultOf(tarn::COMError(S_FALSE)) == E_FAIL);
+    CHECK(resultOf(COMError(S_FALSE)) == E_FAIL);
 }
 
-TEST_CASE("numericCast: a value out of range throws the promised text", "[foundation][exception]")
+TEST_CASE("numericCast: a value out of range throws the promised text")
 {
-    CHECK(tarn::numericCast<unsigned short>(65535) == 65535);
-    support::expectError<tarn::LossOfRange>([] { tarn::numericCast<unsigned short>(65536); },
-                                            "bad numeric cast: loss of range in numeric_cast");
-    CHECK_THROWS_AS(tarn::numericCast<unsigned short>(-1), boost::numeric::bad_numeric_cast);
+    CHECK(numericCast<unsigned short>(65535) == 65535);
+    expectError<LossOfRange>([] { numericCast<unsigned short>(65536); },
+                             "bad numeric cast: loss of range in numeric_cast");
+    CHECK_THROWS_AS(numericCast<unsigned short>(-1), boost::numeric::bad_numeric_cast);
 }
 
-TEST_CASE("Array: owns a deep copy and reports exhausted memory", "[foundation][exception]")
+TEST_CASE("Array: owns a deep copy and reports exhausted memory")
 {
-    tarn::Array<char> a(3);
+    Array<char> a(3);
     a[2] = 'x';
-    tarn::Array<char> b(a);
+    Array<char> b(a);
     b[2] = 'y';
     CHECK(a[2] == 'x');
     a = b;
     CHECK(a[2] == 'y');
-    support::expectError<tarn::BadAllocation>([] { allocateAll<std::array<char, 0x10000>>(); }, "bad allocation");
+    expectError<BadAllocation>([] { allocateAll<std::array<char, 0x10000>>(); }, "bad allocation");
     if constexpr (sizeof(void*) == 4) // In 64 bits there is room for four gigabytes.
-        support::expectError<tarn::BadAllocation>([] { allocateAll<char>(); }, "bad allocation");
+        expectError<BadAllocation>([] { allocateAll<char>(); }, "bad allocation");
 }

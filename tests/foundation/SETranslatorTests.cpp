@@ -1,15 +1,7 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
-#include "Counts.h"
-#include "Expect.h"
-
-#include <tarn/Exception.h>
 #include <tarn/SETranslator.h>
-#include <tarn/Windows.h>
 
-#include <cstring>
-#include <memory>
-#include <string>
 #include <thread>
 
 namespace {
@@ -63,11 +55,11 @@ extern "C" void looksLikeAnEnd() asm("looksLikeAnEnd");
 #endif
 
 // The SEHError that a fault becomes, behind a frame whose destructor has to run.
-tarn::SEHError errorOf(void (*fault)())
+SEHError errorOf(void (*fault)())
 {
     void (*volatile hidden)() = fault; // Clang forgets destructors and handlers where it sees that no call throws.
     const auto alive = std::make_shared<int>();
-    const auto error = support::thrownBy<tarn::SEHError>([&] {
+    const auto error = thrownBy<SEHError>([&] {
         const std::shared_ptr<int> local = alive;
         hidden();
     });
@@ -78,15 +70,15 @@ tarn::SEHError errorOf(void (*fault)())
 unsigned long codeOf(void (*fault)()) { return errorOf(fault).getCode(); }
 
 struct Translator {
-    explicit Translator(tarn::SETranslator own) : previous(tarn::setSETranslator(own)) {}
+    explicit Translator(SETranslator own) : previous(setSETranslator(own)) {}
     Translator(const Translator&) = delete;
     Translator& operator=(const Translator&) = delete;
-    ~Translator() { tarn::setSETranslator(previous); }
-    const tarn::SETranslator previous;
+    ~Translator() { setSETranslator(previous); }
+    const SETranslator previous;
 };
 } // namespace
 
-TEST_CASE("SEHError: faults arrive as exceptions, destructors run, the last error stays", "[foundation][seh]")
+TEST_CASE("SEHError: faults arrive as exceptions, destructors run, the last error stays")
 {
     CHECK(codeOf(divideByZero) == EXCEPTION_INT_DIVIDE_BY_ZERO); // The compiler's first throw changes the last error.
     SetLastError(1234);
@@ -101,7 +93,7 @@ TEST_CASE("SEHError: faults arrive as exceptions, destructors run, the last erro
 #endif
 }
 
-TEST_CASE("SEHError: the report names the fault and its place", "[foundation][seh]")
+TEST_CASE("SEHError: the report names the fault and its place")
 {
     const auto report = [](void (*fault)()) {
         const std::string text = errorOf(fault).getReport();
@@ -118,42 +110,42 @@ TEST_CASE("SEHError: the report names the fault and its place", "[foundation][se
     CHECK(report(divideByZero) == "Integer division by zero at ");
     CHECK(report([] { asm volatile("ud2"); }) == "Illegal instruction at ");
 
-    const tarn::SEHError copy = errorOf(divideByZero);
+    const SEHError copy = errorOf(divideByZero);
     CHECK(std::string(copy.what()) == "SEH exception");
-    CHECK(tarn::whatW(copy).startsWith(L"Integer division by zero at test_foundation.exe+0x"));
-    struct Derived : tarn::SEHError {
+    CHECK(whatW(copy).startsWith(L"Integer division by zero at test_foundation.exe+0x"));
+    struct Derived : SEHError {
         using SEHError::SEHError;
         const char* what() const noexcept override { return ""; }
     };
     CHECK(Derived(EXCEPTION_ACCESS_VIOLATION).getReport() == "Access violation");
-    const auto translated = support::thrownBy<tarn::SEHError>([] { tarn::SEHError::translate(0xC0001234, nullptr); });
+    const auto translated = thrownBy<SEHError>([] { SEHError::translate(0xC0001234, nullptr); });
     CHECK(translated.getReport() == "Exception 0xc0001234");
 }
 
 #ifndef __clang__ // Which cannot.
-TEST_CASE("SEHError: a try in the function that faults catches it, and nothing is left over", "[foundation][seh]")
+TEST_CASE("SEHError: a try in the function that faults catches it, and nothing is left over")
 {
-    const std::size_t bytes = support::usedBytes();
+    const std::size_t bytes = usedBytes();
     for (int i = 0; i < 100000; ++i) {
         try {
             *nowhere = i;
             FAIL("the write went through");
-        } catch (const tarn::SEHError& error) {
+        } catch (const SEHError& error) {
             if (error.getCode() != EXCEPTION_ACCESS_VIOLATION)
                 FAIL(error.getCode());
         }
     }
-    CHECK(support::usedBytes() < bytes + 10000);
+    CHECK(usedBytes() < bytes + 10000);
 }
 #endif
 
-TEST_CASE("SEHError: faults that the system handles itself stay undisturbed", "[foundation][seh]")
+TEST_CASE("SEHError: faults that the system handles itself stay undisturbed")
 {
     CHECK(IsBadReadPtr(reinterpret_cast<const void*>(16), 4));
     CHECK(lstrlenA(reinterpret_cast<const char*>(16)) == 0);
 }
 
-TEST_CASE("setSETranslator: a thread's own translator gets the fault as it was", "[foundation][seh]")
+TEST_CASE("setSETranslator: a thread's own translator gets the fault as it was")
 {
     struct Fault {
         unsigned int code;
@@ -162,7 +154,7 @@ TEST_CASE("setSETranslator: a thread's own translator gets the fault as it was",
     const Translator own([](unsigned int code, EXCEPTION_POINTERS* info) {
         throw Fault{code, info->ExceptionRecord->ExceptionInformation[1]};
     });
-    CHECK(own.previous == &tarn::SEHError::translate);
+    CHECK(own.previous == &SEHError::translate);
     void (*volatile readOdd)() = [] { sink = *odd; };
     try {
         readOdd();
@@ -176,7 +168,7 @@ TEST_CASE("setSETranslator: a thread's own translator gets the fault as it was",
     CHECK(elsewhere == EXCEPTION_INT_DIVIDE_BY_ZERO);
 }
 
-TEST_CASE("setSETranslator: one fault needs no memory, and a translator may fault itself", "[foundation][seh]")
+TEST_CASE("setSETranslator: one fault needs no memory, and a translator may fault itself")
 {
     static int more;
     static bool keptInModule;
@@ -187,7 +179,7 @@ TEST_CASE("setSETranslator: one fault needs no memory, and a translator may faul
                                reinterpret_cast<const char*>(info->ContextRecord), &module);
         if (more-- > 0)
             CHECK(codeOf(touchNothing) == EXCEPTION_ACCESS_VIOLATION);
-        tarn::SEHError::translate(code, info);
+        SEHError::translate(code, info);
     });
     more = 40;
     CHECK(codeOf(divideByZero) == EXCEPTION_INT_DIVIDE_BY_ZERO);

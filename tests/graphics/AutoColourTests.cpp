@@ -1,14 +1,10 @@
+#include "Test.h"
+
 #include "Canvas.h"
-#include "Expect.h"
 
 #include <tarn/AutoColour.h>
 
-#include <stdexcept>
-
-using namespace tarn;
-using namespace support;
-
-TEST_CASE("AutoTextColour, AutoBackgroundColour: the former colours come back", "[graphics]")
+TEST_CASE("AutoTextColour, AutoBackgroundColour: the former colours come back")
 {
     Canvas canvas(2, 2);
     const auto draw = [&] {

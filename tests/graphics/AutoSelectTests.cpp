@@ -1,14 +1,10 @@
+#include "Test.h"
+
 #include "Canvas.h"
-#include "Expect.h"
 
 #include <tarn/AutoSelect.h>
 
-#include <stdexcept>
-
-using namespace tarn;
-using namespace support;
-
-TEST_CASE("AutoSelect: the former objects come back in turn, also when an exception ends the block", "[graphics]")
+TEST_CASE("AutoSelect: the former objects come back in turn, also when an exception ends the block")
 {
     Canvas canvas(2, 2);
     const auto selected = [&](unsigned kind) { return GetCurrentObject(canvas.context, kind); };

@@ -1,14 +1,7 @@
 #include "../windowing/Windows.h"
 #include "Canvas.h"
-#include "Expect.h"
 
 #include <tarn/BufferedPaint.h>
-
-#include <functional>
-#include <stdexcept>
-
-using namespace tarn;
-using namespace support;
 
 namespace {
 struct Painter : Window {
@@ -21,7 +14,7 @@ struct Painter : Window {
 };
 } // namespace
 
-TEST_CASE("BufferedPaint: what is drawn appears at the end, where the window is invalid", "[graphics][context]")
+TEST_CASE("BufferedPaint: what is drawn appears at the end, where the window is invalid")
 {
     Painter window;
     open(window, WS_POPUP | WS_VISIBLE);
@@ -45,7 +38,7 @@ TEST_CASE("BufferedPaint: what is drawn appears at the end, where the window is 
     CHECK(!GetUpdateRect(window, nullptr, FALSE));
 }
 
-TEST_CASE("BufferedPaint: an exception shows nothing, and ends painting", "[graphics][context]")
+TEST_CASE("BufferedPaint: an exception shows nothing, and ends painting")
 {
     Painter window;
     open(window, WS_POPUP | WS_VISIBLE);

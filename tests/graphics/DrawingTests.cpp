@@ -1,15 +1,11 @@
+#include "Test.h"
+
 #include "Canvas.h"
-#include "Expect.h"
 
 #include <tarn/Icon.h>
 #include <tarn/Rect.h>
 
-#include <string>
-
-using namespace tarn;
-using namespace support;
-
-TEST_CASE("DeviceContext: filled rectangles end before their right and bottom edge", "[graphics][drawing]")
+TEST_CASE("DeviceContext: filled rectangles end before their right and bottom edge")
 {
     Canvas canvas(5, 3);
     DeviceContext& context = canvas.context;
@@ -23,7 +19,7 @@ TEST_CASE("DeviceContext: filled rectangles end before their right and bottom ed
     CHECK(context.getPixel(POINT{5, 0}) == CLR_INVALID);
 }
 
-TEST_CASE("DeviceContext: lines leave out their end point and mix as the mode says", "[graphics][drawing]")
+TEST_CASE("DeviceContext: lines leave out their end point and mix as the mode says")
 {
     Canvas canvas(4, 3);
     Pen pen(red, PS_SOLID, 1);
@@ -40,7 +36,7 @@ TEST_CASE("DeviceContext: lines leave out their end point and mix as the mode sa
     CHECK(canvas.pixels() == "#?RR\n...R\n....\n");
 }
 
-TEST_CASE("DeviceContext: the 3D rectangle's dark edges take the corners", "[graphics][drawing]")
+TEST_CASE("DeviceContext: the 3D rectangle's dark edges take the corners")
 {
     Canvas canvas(6, 4);
     const HGDIOBJ pen = GetCurrentObject(canvas.context, OBJ_PEN);
@@ -60,7 +56,7 @@ TEST_CASE("DeviceContext: the 3D rectangle's dark edges take the corners", "[gra
     CHECK(canvas.context.getPixel(3, 3) == GetSysColor(raised ? COLOR_BTNSHADOW : COLOR_BTNHIGHLIGHT));
 }
 
-TEST_CASE("DeviceContext: selecting hands back the object used before, borrowed", "[graphics][drawing]")
+TEST_CASE("DeviceContext: selecting hands back the object used before, borrowed")
 {
     Canvas canvas(2, 2);
     const auto replaces = [&](const auto& object, int formerStock) {
@@ -81,7 +77,7 @@ TEST_CASE("DeviceContext: selecting hands back the object used before, borrowed"
     CHECK_FALSE(canvas.context.usesPalette());
 }
 
-TEST_CASE("DeviceContext: blits copy a part and mix it, icons what their mask lets", "[graphics][drawing]")
+TEST_CASE("DeviceContext: blits copy a part and mix it, icons what their mask lets")
 {
     Canvas source(3, 2), target(4, 2);
     source.context.fillRectangle(red, Rect(1, 0, 2, 2));
@@ -97,7 +93,7 @@ TEST_CASE("DeviceContext: blits copy a part and mix it, icons what their mask le
     CHECK(canvas.context.getPixel(1, height) == black);
 }
 
-TEST_CASE("DeviceContext: paths are filled and stroked from the origin on", "[graphics][drawing]")
+TEST_CASE("DeviceContext: paths are filled and stroked from the origin on")
 {
     Canvas canvas(5, 4);
     DeviceContext& context = canvas.context;
@@ -124,7 +120,7 @@ TEST_CASE("DeviceContext: paths are filled and stroked from the origin on", "[gr
     context.select(former);
 }
 
-TEST_CASE("DeviceContext: text in both widths, every overload and its colours", "[graphics][text]")
+TEST_CASE("DeviceContext: text in both widths, every overload and its colours")
 {
     Canvas canvas(60, 20), same(60, 20);
     canvas.context.drawText(1, 2, "tarn");

@@ -1,18 +1,12 @@
+#include "Test.h"
+
 #include "Canvas.h"
-#include "Expect.h"
 #include "Failures.h"
 
 #include <tarn/Brush.h>
 #include <tarn/Font.h>
 #include <tarn/Pen.h>
 #include <tarn/Rect.h>
-
-#include <type_traits>
-#include <utility>
-#include <vector>
-
-using namespace tarn;
-using namespace support;
 
 namespace {
 template <class Description> Description describe(HGDIOBJ object)
@@ -27,7 +21,7 @@ template <class Ch> Font smallFont(const Ch* face)
 }
 } // namespace
 
-TEST_CASE("GDIHandle: copy construction moves what is owned and shares what is borrowed", "[graphics][ownership]")
+TEST_CASE("GDIHandle: copy construction moves what is owned and shares what is borrowed")
 {
     Pen owner(red, PS_SOLID, 1);
     const HPEN handle = owner;
@@ -44,7 +38,7 @@ TEST_CASE("GDIHandle: copy construction moves what is owned and shares what is b
     CHECK_FALSE(isAlive(handle));
 }
 
-TEST_CASE("GDIHandle: assignment copies handle and flag and releases nothing", "[graphics][ownership]")
+TEST_CASE("GDIHandle: assignment copies handle and flag and releases nothing")
 {
     Pen source(red, PS_SOLID, 1), target(blue, PS_SOLID, 1);
     const HPEN former = target;
@@ -57,7 +51,7 @@ TEST_CASE("GDIHandle: assignment copies handle and flag and releases nothing", "
     CHECK(isAlive(source));
 }
 
-TEST_CASE("GDIHandle: moving hands on what is owned and releases what was held", "[graphics][ownership]")
+TEST_CASE("GDIHandle: moving hands on what is owned and releases what was held")
 {
     Pen pen;
     pen = Pen(red, PS_DASH, 1);
@@ -80,7 +74,7 @@ TEST_CASE("GDIHandle: moving hands on what is owned and releases what was held",
     DeleteObject(given);
 }
 
-TEST_CASE("GDIHandle: a failing release is reported once, by close and by the destructor", "[graphics][ownership]")
+TEST_CASE("GDIHandle: a failing release is reported once, by close and by the destructor")
 {
     Pen pen(red, PS_SOLID, 1);
     DeleteObject(pen);
@@ -94,7 +88,7 @@ TEST_CASE("GDIHandle: a failing release is reported once, by close and by the de
     CHECK_NOTHROW(pen.close());
 }
 
-TEST_CASE("Pen, Brush, Font: are made as asked for, and again", "[graphics]")
+TEST_CASE("Pen, Brush, Font: are made as asked for, and again")
 {
     Pen pen(red, PS_DASH, 1);
     CHECK((describe<LOGPEN>(pen).lopnColor == red && describe<LOGPEN>(pen).lopnStyle == PS_DASH));
@@ -110,7 +104,7 @@ TEST_CASE("Pen, Brush, Font: are made as asked for, and again", "[graphics]")
     }
 }
 
-TEST_CASE("Bitmap: made or loaded, it tells its size", "[graphics][bitmap]")
+TEST_CASE("Bitmap: made or loaded, it tells its size")
 {
     CHECK(Bitmap(3, 5, 1, 1, nullptr).getSize() == Size(3, 5));
     CHECK(Bitmap(newDIBSection(4, -6, 32), true).getSize() == Size(4, 6)); // The top row first.
@@ -124,7 +118,7 @@ TEST_CASE("Bitmap: made or loaded, it tells its size", "[graphics][bitmap]")
     expectWindowsError([&] { Bitmap().getHeader(header); }, "Can't query bitmap info header");
 }
 
-TEST_CASE("Graphics: what cannot be made is reported without an old error code", "[graphics][failure]")
+TEST_CASE("Graphics: what cannot be made is reported without an old error code")
 {
     Canvas canvas(4, 4);
     const Bitmap bitmap(newDIBSection(4, 2, 24), true);

@@ -1,12 +1,10 @@
+#include "Test.h"
+
 #include "Canvas.h"
-#include "Expect.h"
 
 #include <tarn/Cursor.h>
 #include <tarn/Icon.h>
 #include <tarn/Rect.h>
-
-using namespace tarn;
-using namespace support;
 
 namespace {
 const HINSTANCE program = GetModuleHandleW(nullptr);
@@ -23,7 +21,7 @@ bool isAlive(HICON handle)
 template <class Image> const std::string nameOf = std::is_same_v<Image, Icon> ? "icon" : "cursor";
 } // namespace
 
-TEMPLATE_TEST_CASE("Icon, Cursor: load by number, narrow and wide name", "[graphics][icon]", Icon, Cursor)
+TEMPLATE_TEST_CASE("Icon, Cursor: load by number, narrow and wide name", "", Icon, Cursor)
 {
     const auto fails = [](auto load) { expectWindowsError(load, "Can't load " + nameOf<TestType>); };
     TestType image(5, program);
@@ -39,7 +37,7 @@ TEMPLATE_TEST_CASE("Icon, Cursor: load by number, narrow and wide name", "[graph
     CHECK(isAlive(TestType(32512, nullptr))); // IDI_APPLICATION and IDC_ARROW.
 }
 
-TEST_CASE("Icon: any size is loaded and drawn", "[graphics][icon]")
+TEST_CASE("Icon: any size is loaded and drawn")
 {
     Icon icon;
     icon.load(5, program, 24);
@@ -56,7 +54,7 @@ TEST_CASE("Icon: any size is loaded and drawn", "[graphics][icon]")
     expectWindowsError([&] { icon.getSize(); }, "Can't get size of icon");
 }
 
-TEMPLATE_TEST_CASE("Icon, Cursor: only the owner destroys", "[graphics][icon][ownership]", Icon, Cursor)
+TEMPLATE_TEST_CASE("Icon, Cursor: only the owner destroys", "", Icon, Cursor)
 {
     const BYTE mask[2] = {0xFF, 0xFF};
     const HICON handle = CreateIcon(nullptr, 8, 1, 1, 1, mask, mask);

@@ -1,4 +1,4 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <tarn/Point.h>
 #include <tarn/Rect.h>
@@ -6,9 +6,7 @@
 
 #include <climits>
 
-using namespace tarn;
-
-TEST_CASE("Rect: the right and the bottom edge are outside", "[graphics][values]")
+TEST_CASE("Rect: the right and the bottom edge are outside")
 {
     const Rect rect(0, 0, 10, 10);
     CHECK((rect.contains({0, 0}) && rect.contains({9, 9})));
@@ -17,7 +15,7 @@ TEST_CASE("Rect: the right and the bottom edge are outside", "[graphics][values]
     CHECK_FALSE(Rect(10, 10, 0, 0).contains({5, 5}));
 }
 
-TEST_CASE("Rect: corners, extent and shifting", "[graphics][values]")
+TEST_CASE("Rect: corners, extent and shifting")
 {
     const Rect rect(Point(1, 2), Size(10, 20));
     CHECK(rect == Rect(Point(1, 2), Point(11, 22)));
@@ -29,7 +27,7 @@ TEST_CASE("Rect: corners, extent and shifting", "[graphics][values]")
     CHECK(Size({5, 5}, {3, 9}) == Size(-2, 4));
 }
 
-TEST_CASE("Rect: the centre is rounded toward zero and never overflows", "[graphics][values]")
+TEST_CASE("Rect: the centre is rounded toward zero and never overflows")
 {
     CHECK(Rect(-3, -3, 0, 0).getCenter() == Point(-1, -1));
     CHECK(Rect(0, 1, 3, 4).getCenter() == Point(1, 2));

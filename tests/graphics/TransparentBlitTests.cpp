@@ -1,14 +1,10 @@
+#include "Test.h"
+
 #include "Canvas.h"
-#include "Counts.h"
-#include "Expect.h"
 
 #include <tarn/Rect.h>
 
-#include <functional>
 #include <initializer_list>
-
-using namespace tarn;
-using namespace support;
 
 namespace {
 void paintColumns(HBITMAP bitmap, std::initializer_list<unsigned long> colours)
@@ -23,7 +19,7 @@ void paintColumns(HBITMAP bitmap, std::initializer_list<unsigned long> colours)
 }
 } // namespace
 
-TEST_CASE("blitTransparent: leaves out the key colour for every depth of bitmap", "[graphics][drawing]")
+TEST_CASE("blitTransparent: leaves out the key colour for every depth of bitmap")
 {
     struct Row {
         int x, y, width, height, sourceX, sourceY;
@@ -48,8 +44,7 @@ TEST_CASE("blitTransparent: leaves out the key colour for every depth of bitmap"
     CHECK(canvas.context.getBackgroundColour() == white);
 }
 
-TEST_CASE("blitTransparent: bitmaps of one bit, targets of one bit, and colours that are kept inexactly",
-          "[graphics][drawing]")
+TEST_CASE("blitTransparent: bitmaps of one bit, targets of one bit, and colours that are kept inexactly")
 {
     Canvas canvas(4, 1, 32, green);
     const auto draw = [&](HBITMAP bitmap, int width, unsigned long key) {
@@ -93,7 +88,7 @@ TEST_CASE("blitTransparent: bitmaps of one bit, targets of one bit, and colours 
     }
 }
 
-TEST_CASE("blitTransparent: failures leave everything as it was", "[graphics][drawing][failure]")
+TEST_CASE("blitTransparent: failures leave everything as it was")
 {
     Canvas canvas(2, 1);
     const auto blit = [&](HBITMAP bitmap, int width) {
@@ -109,7 +104,7 @@ TEST_CASE("blitTransparent: failures leave everything as it was", "[graphics][dr
     CHECK_NOTHROW(blit(bitmap, 0)());
 }
 
-TEST_CASE("Graphics: drawing leaks no objects, also when it fails half way for want of them", "[graphics][load]")
+TEST_CASE("Graphics: drawing leaks no objects, also when it fails half way for want of them")
 {
     Canvas canvas(4, 4);
     const Bitmap bitmap(newDIBSection(4, 2, GENERATE(as<unsigned short>(), 16, 24)), true);

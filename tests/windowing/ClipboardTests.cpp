@@ -2,15 +2,11 @@
 
 #include <tarn/Clipboard.h>
 
-#include <string>
 #include <thread>
-#include <vector>
 
-using namespace tarn;
-
-TEST_CASE("Clipboard: texts, files and bytes come back as they were put there", "[clipboard]")
+TEST_CASE("Clipboard: texts, files and bytes come back as they were put there")
 {
-    const support::OpenWindow window;
+    const OpenWindow window;
     const unsigned own = Clipboard::registerFormat("Tarn++ test");
     CHECK(own == Clipboard::registerFormat(L"Tarn++ test"));
     const std::vector<BasicString<wchar_t>> files{L"C:\\a.txt", L"C:\\\u03B1.txt"};
@@ -36,9 +32,9 @@ TEST_CASE("Clipboard: texts, files and bytes come back as they were put there", 
     CHECK((clipboard.getText() == L"narrow" && !Clipboard::has(own)));
 }
 
-TEST_CASE("Clipboard: a picture comes back as a copy", "[clipboard]")
+TEST_CASE("Clipboard: a picture comes back as a copy")
 {
-    const support::OpenWindow window;
+    const OpenWindow window;
     std::uint32_t* pixels = nullptr;
     const Bitmap bitmap = Bitmap::withPixels(2, 1, pixels);
     pixels[0] = 0xFF0000, pixels[1] = 0x00FF00;
@@ -52,14 +48,14 @@ TEST_CASE("Clipboard: a picture comes back as a copy", "[clipboard]")
     CHECK(((copy.getPixels()[0] & 0xFFFFFF) == 0xFF0000 && (copy.getPixels()[1] & 0xFFFFFF) == 0x00FF00));
 }
 
-TEST_CASE("Clipboard: who has it open keeps others waiting, and then an error", "[clipboard]")
+TEST_CASE("Clipboard: who has it open keeps others waiting, and then an error")
 {
-    const support::OpenWindow window;
+    const OpenWindow window;
     const Clipboard clipboard(window);
     std::thread([] {
         const HWND other = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
-        support::expectWindowsError([=] { Clipboard refused(other); }, "Can't open clipboard");
+        expectWindowsError([=] { Clipboard refused(other); }, "Can't open clipboard");
         DestroyWindow(other);
     }).join();
-    support::expectWindowsError([] { Clipboard::registerFormat(L""); }, "Can't register clipboard format");
+    expectWindowsError([] { Clipboard::registerFormat(L""); }, "Can't register clipboard format");
 }

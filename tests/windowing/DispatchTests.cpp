@@ -6,12 +6,7 @@
 #include <tarn/Pipe.h>
 #include <tarn/Process.h>
 
-#include <functional>
-#include <memory>
-#include <stdexcept>
 #include <thread>
-
-using namespace tarn;
 
 namespace {
 constexpr UINT ask = WM_USER + 1;
@@ -24,7 +19,7 @@ public:
     explicit Actor(unsigned long style = WS_OVERLAPPEDWINDOW)
     {
         if (style)
-            support::open(*this, style);
+            open(*this, style);
     }
     LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
     {
@@ -42,22 +37,19 @@ public:
 
 LRESULT failing() { throw std::logic_error("handler failed"); }
 
-template <class Call> void expectHandlersError(Call call)
-{
-    support::expectError<std::logic_error>(call, "handler failed");
-}
+template <class Call> void expectHandlersError(Call call) { expectError<std::logic_error>(call, "handler failed"); }
 } // namespace
 
-TEST_CASE("Window: a message that nobody handles gets the default's result", "[window][dispatch]")
+TEST_CASE("Window: a message that nobody handles gets the default's result")
 {
-    support::OpenWindow window;
+    OpenWindow window;
     NMHDR header{};
     CHECK(window.sendMessageA(WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&header)) == 0);
     for (const UINT msg : {WM_GETTEXTLENGTH, WM_QUERYDRAGICON, WM_NCHITTEST})
         CHECK(window.sendMessageA(msg) == DefWindowProcW(window, msg, 0, 0));
 }
 
-TEST_CASE("Window: the default of an outer message is that of the outer message", "[window][dispatch]")
+TEST_CASE("Window: the default of an outer message is that of the outer message")
 {
     Actor window;
     int depth = 0;
@@ -89,7 +81,7 @@ TEST_CASE("Window: the default of an outer message is that of the outer message"
     CHECK(results(0, false));
 }
 
-TEST_CASE("Window: the last error of a handler does not make a call fail", "[window][dispatch]")
+TEST_CASE("Window: the last error of a handler does not make a call fail")
 {
     Actor window;
     const bool takesDefault = GENERATE(false, true);
@@ -110,7 +102,7 @@ TEST_CASE("Window: the last error of a handler does not make a call fail", "[win
     CHECK_NOTHROW(window.setFocus());
 }
 
-TEST_CASE("Window: an exception of a handler reaches the call that sent the message", "[window][exceptions]")
+TEST_CASE("Window: an exception of a handler reaches the call that sent the message")
 {
     Actor window;
     window.act = failing;
@@ -150,14 +142,14 @@ TEST_CASE("Window: an exception of a handler reaches the call that sent the mess
     SECTION("also when it is a fault")
     {
         window.act = []() -> LRESULT { return *static_cast<volatile int*>(nullptr); };
-        const auto error = support::thrownBy<SEHError>([&] { window.sendMessageA(ask); });
+        const auto error = thrownBy<SEHError>([&] { window.sendMessageA(ask); });
         CHECK(error.getCode() == EXCEPTION_ACCESS_VIOLATION);
     }
     window.act = nullptr;
     CHECK(window.sendMessageA(WM_GETTEXTLENGTH) == 4);
 }
 
-TEST_CASE("Window: each call that runs handlers throws what they throw", "[window][exceptions]")
+TEST_CASE("Window: each call that runs handlers throws what they throw")
 {
     Actor window;
     window.act = failing;
@@ -181,25 +173,25 @@ TEST_CASE("Window: each call that runs handlers throws what they throw", "[windo
     fails(WM_GETICON, [&] { window.getIcon(Window::big_icon); });
     fails(WM_DESTROY, [&] { window.destroy(); });
     CHECK(!window.isOpen());
-    support::open(window);
+    open(window);
     fails(WM_NCDESTROY, [&] { window.sendMessageA(WM_CLOSE); });
     CHECK(!window.isOpen());
 }
 
-TEST_CASE("Window: create throws what a handler of the creation messages throws", "[window][exceptions]")
+TEST_CASE("Window: create throws what a handler of the creation messages throws")
 {
     Actor window(0);
     window.on = GENERATE(as<UINT>(), WM_NCCREATE, WM_CREATE, WM_SIZE);
     CAPTURE(getWMIdentifier(window.on));
     window.act = failing;
-    expectHandlersError([&] { support::open(window, WS_OVERLAPPEDWINDOW | WS_VISIBLE); });
+    expectHandlersError([&] { open(window, WS_OVERLAPPEDWINDOW | WS_VISIBLE); });
     CHECK(!window.isOpen());
     window.act = nullptr;
-    support::open(window);
+    open(window);
     CHECK(window.isOpen());
 }
 
-TEST_CASE("Window: a modal loop ends when a handler throws in it", "[window][exceptions]")
+TEST_CASE("Window: a modal loop ends when a handler throws in it")
 {
     Actor window(WS_OVERLAPPEDWINDOW | WS_VISIBLE);
     window.act = failing;
@@ -229,7 +221,7 @@ TEST_CASE("Window: a modal loop ends when a handler throws in it", "[window][exc
     }
     SECTION("a message box of a child, which is its top-level window's")
     {
-        support::OpenWindow child(WS_CHILD | WS_VISIBLE, window);
+        OpenWindow child(WS_CHILD | WS_VISIBLE, window);
         window.postMessageW(ask);
         expectHandlersError([&] { child.messageBox("text", "caption", MB_YESNO); });
     }
@@ -255,7 +247,7 @@ namespace {
 INT_PTR CALLBACK ignore(HWND, UINT, WPARAM, LPARAM) { return FALSE; }
 } // namespace
 
-TEST_CASE("Window: a failing message box leaves other dialogs alone", "[window][exceptions]")
+TEST_CASE("Window: a failing message box leaves other dialogs alone")
 {
     Actor window(WS_OVERLAPPEDWINDOW | WS_VISIBLE), asker;
     const DLGTEMPLATE bare[2]{{WS_POPUP | WS_VISIBLE, 0, 0, 0, 0, 50, 50}};
@@ -281,8 +273,7 @@ TEST_CASE("Window: a failing message box leaves other dialogs alone", "[window][
     DestroyWindow(dialog);
 }
 
-TEST_CASE("Window: a failure that a handler catches ends neither the user's menu nor his moving of a window",
-          "[window][exceptions]")
+TEST_CASE("Window: a failure that a handler catches ends neither the user's menu nor his moving of a window")
 {
     Actor window(WS_OVERLAPPEDWINDOW | WS_VISIBLE), other;
     other.act = failing;
@@ -326,7 +317,7 @@ TEST_CASE("Window: a failure that a handler catches ends neither the user's menu
     CHECK(isAsLongWithFailure([&] { window.sendMessageA(WM_SYSCOMMAND, SC_MOVE, 0); }));
 }
 
-TEST_CASE("Window: waiting for a message ends when another thread's message fails", "[window][exceptions]")
+TEST_CASE("Window: waiting for a message ends when another thread's message fails")
 {
     Actor window;
     window.act = failing;
@@ -366,7 +357,7 @@ LRESULT CALLBACK onMessageFound(int code, WPARAM wParam, LPARAM lParam)
 }
 } // namespace
 
-TEST_CASE("Window: a handler that throws during getMessage leaves the queue as it is", "[window][exceptions]")
+TEST_CASE("Window: a handler that throws during getMessage leaves the queue as it is")
 {
     Actor window;
     window.act = failing;
@@ -413,12 +404,11 @@ TEST_CASE("Window: a handler that throws during getMessage leaves the queue as i
     }
 }
 
-TEST_CASE("MessageLoop: the keys of dialogs and accelerators work, and throw what handlers throw",
-          "[window][exceptions]")
+TEST_CASE("MessageLoop: the keys of dialogs and accelerators work, and throw what handlers throw")
 {
     Actor window(WS_OVERLAPPEDWINDOW | WS_VISIBLE);
-    const HWND first = support::makeButton(window, 5, WS_VISIBLE | WS_TABSTOP);
-    const HWND second = support::makeButton(window, 6, WS_VISIBLE | WS_TABSTOP);
+    const HWND first = makeButton(window, 5, WS_VISIBLE | WS_TABSTOP);
+    const HWND second = makeButton(window, 6, WS_VISIBLE | WS_TABSTOP);
     SetFocus(first);
     MSG tab{first, WM_KEYDOWN, VK_TAB, 0, 0, {}};
     CHECK(handleDialogMessage(window, tab));
@@ -447,7 +437,7 @@ TEST_CASE("MessageLoop: the keys of dialogs and accelerators work, and throw wha
     DestroyAcceleratorTable(table);
 }
 
-TEST_CASE("Window: an exception that no library call waits for ends the program and says why", "[window][exceptions]")
+TEST_CASE("Window: an exception that no library call waits for ends the program and says why")
 {
     const auto [argument, thrown] = GENERATE(table<const char*, const char*>(
         {{"", "std::logic_error (\"handler failed\") left the handler of WM_USER+0 in "},
@@ -468,7 +458,7 @@ TEST_CASE("Window: an exception that no library call waits for ends the program 
                    Catch::Contains("Failing, which the system called with no call of the library around it"));
 }
 
-TEST_CASE("Window: a filter of its own and the end of the loop", "[window][dispatch]")
+TEST_CASE("Window: a filter of its own and the end of the loop")
 {
     Actor a, b;
     a.postMessageA(ask, 1);
@@ -481,5 +471,5 @@ TEST_CASE("Window: a filter of its own and the end of the loop", "[window][dispa
     CHECK(runMessageLoop() == 17);
     CHECK(got == 1);
     b.destroy();
-    support::expectWindowsError([&] { Window(HWND(0x7001)).getMessage(msg); }, "Error in GetMessage");
+    expectWindowsError([&] { Window(HWND(0x7001)).getMessage(msg); }, "Error in GetMessage");
 }

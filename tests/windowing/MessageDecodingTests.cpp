@@ -1,16 +1,11 @@
 #include "Windows.h"
 
-#include <Expect.h>
-
 #include <tarn/DeviceContext.h>
 #include <tarn/TreeView.h>
 
 #include <shlobj.h>
 
-#include <cstring>
 #include <sstream>
-
-using namespace tarn;
 
 namespace {
 using Word = unsigned short;
@@ -18,7 +13,7 @@ using Word = unsigned short;
 /// Writes down each handler that runs, with what it got.
 class Recorder : public Window {
 public:
-    Recorder() { support::open(*this), log_.clear(); }
+    Recorder() { open(*this), log_.clear(); }
 
     std::string take() { return std::exchange(log_, {}); }
 
@@ -122,7 +117,7 @@ LPARAM packed(int low, int high) { return MAKELPARAM(low, high); }
 template <class T> LPARAM at(T& structure) { return reinterpret_cast<LPARAM>(&structure); }
 } // namespace
 
-TEST_CASE("Window: the values packed into a message reach its handler", "[window][decoding]")
+TEST_CASE("Window: the values packed into a message reach its handler")
 {
     struct Row {
         UINT msg;
@@ -182,10 +177,10 @@ TEST_CASE("Window: the values packed into a message reach its handler", "[window
     CHECK(window.take() == "cursor none 1 512;erase 1;");
 }
 
-TEST_CASE("Window: a control comes to the handler as its object, or as a temporary one", "[window][decoding]")
+TEST_CASE("Window: a control comes to the handler as its object, or as a temporary one")
 {
     Recorder window;
-    const HWND button = support::makeButton(window, 300);
+    const HWND button = makeButton(window, 300);
     window.take();
     Window attached;
     const std::string kind = GENERATE("temporary", "bound");
@@ -200,7 +195,7 @@ TEST_CASE("Window: a control comes to the handler as its object, or as a tempora
     answers(WM_VSCROLL, SB_ENDSCROLL, "vscroll ", " 300 8 0;");
 }
 
-TEST_CASE("Window: a notification is answered in its structure and by the result", "[window][decoding]")
+TEST_CASE("Window: a notification is answered in its structure and by the result")
 {
     struct Answering : Window {
         LRESULT onNotifyToAnswer(NMHDR& header) override
@@ -212,7 +207,7 @@ TEST_CASE("Window: a notification is answered in its structure and by the result
         }
         LRESULT onNotify(const NMHDR&) override { return 4; }
     } window;
-    support::open(window);
+    open(window);
     NMLVDISPINFOW info{};
     info.hdr.code = LVN_GETDISPINFOW;
     CHECK(window.sendMessageA(WM_NOTIFY, 0, at(info)) == 3);
@@ -247,7 +242,7 @@ struct Items {
 };
 } // namespace
 
-TEST_CASE("Window: owner-draw and sizing messages answer TRUE once they are handled", "[window][decoding]")
+TEST_CASE("Window: owner-draw and sizing messages answer TRUE once they are handled")
 {
     Recorder window;
     CHECK(Items().sendTo(window) == OwnerDrawable::less);
@@ -263,7 +258,7 @@ TEST_CASE("Window: owner-draw and sizing messages answer TRUE once they are hand
     CHECK(window.take() == "sizing 2 100;moving 0 500;sizing 2 500;");
 }
 
-TEST_CASE("Window: notifications are routed by the range of their code", "[window][decoding]")
+TEST_CASE("Window: notifications are routed by the range of their code")
 {
     Recorder window;
     const auto notify = [&](auto& structure, int code) {
@@ -297,7 +292,7 @@ TEST_CASE("Window: notifications are routed by the range of their code", "[windo
         CHECK(notify(tree, code) == "wide tree 2;");
 }
 
-TEST_CASE("Window: dropped files are listed with their point and released", "[window][decoding]")
+TEST_CASE("Window: dropped files are listed with their point and released")
 {
     Recorder window;
     const std::wstring names = L"C:\\a.txt" + std::wstring(1, L'\0') + std::wstring(700, L'n') + std::wstring(2, L'\0');
@@ -339,10 +334,10 @@ public:
 };
 } // namespace
 
-TEST_CASE("Window: by default a parent passes its controls' messages back to their objects", "[window][decoding]")
+TEST_CASE("Window: by default a parent passes its controls' messages back to their objects")
 {
-    support::OpenWindow parent;
-    Items items(support::makeButton(parent, 9, BS_OWNERDRAW));
+    OpenWindow parent;
+    Items items(makeButton(parent, 9, BS_OWNERDRAW));
     DrawnButton button;
     button.attach(parent, 9);
     CHECK(items.sendTo(parent) == OwnerDrawable::greater);
@@ -359,10 +354,10 @@ TEST_CASE("Window: by default a parent passes its controls' messages back to the
     CHECK((button.calls == "draw delete command 5" && items.measure.itemHeight == 0));
 }
 
-TEST_CASE("Window: a tree view's object is asked before its parent's narrow handler", "[window][decoding]")
+TEST_CASE("Window: a tree view's object is asked before its parent's narrow handler")
 {
     Recorder parent;
-    support::makeButton(parent, 6);
+    makeButton(parent, 6);
     Tree tree;
     tree.attach(parent, 6);
     parent.take();

@@ -3,15 +3,9 @@
 #include <tarn/AcceleratorTable.h>
 #include <tarn/MessageLoop.h>
 
-#include <stdexcept>
-#include <string>
-#include <utility>
-
-using namespace tarn;
-
 namespace {
 /// Writes down its commands, keys and focus.
-struct Listener : support::OpenWindow {
+struct Listener : OpenWindow {
     explicit Listener(std::string& list) : OpenWindow(WS_OVERLAPPEDWINDOW | WS_VISIBLE), log(list) {}
     void onCommand(Window*, unsigned short, unsigned short id) override
     {
@@ -44,7 +38,7 @@ HWND makeDialog(HWND parent, DWORD style)
 }
 } // namespace
 
-TEST_CASE("MessageLoop: idle time comes when no message waits, again while it is wanted", "[window][loop]")
+TEST_CASE("MessageLoop: idle time comes when no message waits, again while it is wanted")
 {
     std::string log;
     const Listener window(log);
@@ -54,12 +48,12 @@ TEST_CASE("MessageLoop: idle time comes when no message waits, again while it is
     CHECK(log == "key 65;");
 }
 
-TEST_CASE("MessageLoop: accelerators work in their window, and not in a dialog beside it", "[window][loop]")
+TEST_CASE("MessageLoop: accelerators work in their window, and not in a dialog beside it")
 {
     std::string log;
     const Listener window(log);
     const AcceleratorTable table({{FVIRTKEY, VK_F5, 7}});
-    const HWND dialog = makeDialog(window, WS_POPUP | WS_VISIBLE), button = support::makeButton(window, 5, WS_VISIBLE);
+    const HWND dialog = makeDialog(window, WS_POPUP | WS_VISIBLE), button = makeButton(window, 5, WS_VISIBLE);
     Once loop;
     loop.addAccelerators(window, table);
     press(window, VK_F5), press(button, VK_F5), press(dialog, VK_F5), press(window, VK_F6);
@@ -68,16 +62,15 @@ TEST_CASE("MessageLoop: accelerators work in their window, and not in a dialog b
     DestroyWindow(dialog);
 }
 
-TEST_CASE("MessageLoop: the keys of dialogs work in modeless dialogs, and in windows that ask for them",
-          "[window][loop]")
+TEST_CASE("MessageLoop: the keys of dialogs work in modeless dialogs, and in windows that ask for them")
 {
     std::string log;
     const Listener window(log);
     const bool isDialog = GENERATE(true, false);
     const HWND parent =
         isDialog ? makeDialog(makeDialog(window, WS_POPUP | WS_VISIBLE), WS_CHILD | WS_VISIBLE) : window;
-    const HWND first = support::makeButton(parent, 5, WS_VISIBLE | WS_TABSTOP);
-    const HWND second = support::makeButton(parent, 6, WS_VISIBLE | WS_TABSTOP);
+    const HWND first = makeButton(parent, 5, WS_VISIBLE | WS_TABSTOP);
+    const HWND second = makeButton(parent, 6, WS_VISIBLE | WS_TABSTOP);
     if (isDialog)
         SetWindowLongPtrW(parent, GWL_EXSTYLE, WS_EX_CONTROLPARENT);
     SetFocus(first);
@@ -89,16 +82,16 @@ TEST_CASE("MessageLoop: the keys of dialogs work in modeless dialogs, and in win
     CHECK(GetFocus() == second);
 }
 
-TEST_CASE("MessageLoop: what a handler throws comes out, and the loop goes on when called again", "[window][loop]")
+TEST_CASE("MessageLoop: what a handler throws comes out, and the loop goes on when called again")
 {
-    const support::OpenWindow window;
+    const OpenWindow window;
     window.post([] { throw std::runtime_error("no"); });
     Once loop;
     CHECK_THROWS_WITH(loop.run(), "no");
     CHECK(loop.run() == 2);
 }
 
-TEST_CASE("AcceleratorTable: a table that was made has one owner", "[window][loop]")
+TEST_CASE("AcceleratorTable: a table that was made has one owner")
 {
     AcceleratorTable table({{FVIRTKEY | FCONTROL, 'S', 7}, {FVIRTKEY, VK_F5, 8}});
     const HACCEL handle = table;
@@ -107,6 +100,6 @@ TEST_CASE("AcceleratorTable: a table that was made has one owner", "[window][loo
     CHECK((moved.getHandle() == handle && table.isNull()));
     moved = AcceleratorTable({{FVIRTKEY, VK_F6, 7}});
     CHECK((CopyAcceleratorTableW(handle, nullptr, 0) == 0 && CopyAcceleratorTableW(moved, nullptr, 0) == 1));
-    support::expectWindowsError([] { AcceleratorTable(1, nullptr); }, "Can't load accelerators");
-    support::expectWindowsError([] { AcceleratorTable(std::vector<ACCEL>()); }, "Can't create accelerators");
+    expectWindowsError([] { AcceleratorTable(1, nullptr); }, "Can't load accelerators");
+    expectWindowsError([] { AcceleratorTable(std::vector<ACCEL>()); }, "Can't create accelerators");
 }

@@ -1,18 +1,13 @@
-#include <catch2/catch.hpp>
+#include "Test.h"
 
 #include <Picture.h>
 #include <ScratchFolder.h>
 
-#include <tarn/BasicString.h>
 #include <tarn/Bitmap.h>
 #include <tarn/DeviceContext.h>
 #include <tarn/Process.h>
 
 #include <map>
-#include <stdexcept>
-#include <string>
-
-using namespace tarn;
 
 namespace {
 // Runs the sketch program, which lies beside this one; gives its exit code.
@@ -29,15 +24,15 @@ std::string option(const char* name, const std::wstring& file)
 }
 } // namespace
 
-TEST_CASE("sketch: the picture shows what the script drew", "[sketch]")
+TEST_CASE("sketch: the picture shows what the script drew")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     folder.write("script.txt", "size 400 300\nred\nthick\nstroke 100 100 200 100\nblue\nstroke 20 200 220 200\n"
                                "green\nstroke 0 0 300 150\nkey back\ndrop C:\\a.txt\n");
     const std::wstring picture = folder.file(L"picture.png");
     REQUIRE(runSketch(option("--script", folder.file(L"script.txt")) + option("--screenshot", picture)) == 0);
 
-    const Bitmap bitmap(support::loadPicture(picture.c_str()), true);
+    const Bitmap bitmap(loadPicture(picture.c_str()), true);
     DeviceContext memory;
     const Bitmap previous = memory.select(bitmap);
     std::map<unsigned long, int> counts, tops;
@@ -58,13 +53,13 @@ TEST_CASE("sketch: the picture shows what the script drew", "[sketch]")
     CHECK((1600 < blue && blue < 1800));
     CHECK((0 < green && green < 400));
 
-    CHECK_THROWS_AS(support::savePicture(bitmap, folder.file(L"no folder\\picture.png").c_str()), std::runtime_error);
-    CHECK_THROWS_AS(support::loadPicture(folder.file(L"missing.png").c_str()), std::runtime_error);
+    CHECK_THROWS_AS(savePicture(bitmap, folder.file(L"no folder\\picture.png").c_str()), std::runtime_error);
+    CHECK_THROWS_AS(loadPicture(folder.file(L"missing.png").c_str()), std::runtime_error);
 }
 
-TEST_CASE("sketch: a script that cannot be played ends the program with an error", "[sketch]")
+TEST_CASE("sketch: a script that cannot be played ends the program with an error")
 {
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     folder.write("script.txt", "stroke 1 2 3\n");
     CHECK(runSketch(option("--script", folder.file(L"script.txt"))) == 1);
     CHECK(runSketch(option("--script", folder.file(L"missing.txt"))) == 1);

@@ -1,17 +1,11 @@
+#include "Test.h"
+
 #include <tarn/Window.h>
 #include <tarn/WindowClass.h>
 
-#include <Expect.h>
-
 #include <locale>
 #include <set>
-#include <stdexcept>
-#include <string>
 #include <thread>
-#include <utility>
-#include <vector>
-
-using namespace tarn;
 
 namespace {
 const HINSTANCE program = GetModuleHandleW(nullptr);
@@ -31,7 +25,7 @@ bool isRegistered(ATOM atom)
 }
 } // namespace
 
-TEST_CASE("WindowClass: equal attributes share a registration that ends with the last user", "[windowclass]")
+TEST_CASE("WindowClass: equal attributes share a registration that ends with the last user")
 {
     WindowClass a = make(CS_VREDRAW), b = make(CS_VREDRAW);
     const ATOM atom = a.getAtom();
@@ -46,8 +40,7 @@ TEST_CASE("WindowClass: equal attributes share a registration that ends with the
     CHECK(!isRegistered(atom));
 }
 
-TEST_CASE("WindowClass: a name of the program's choice is shared by equal classes and kept from others",
-          "[windowclass]")
+TEST_CASE("WindowClass: a name of the program's choice is shared by equal classes and kept from others")
 {
     const WindowClass one(L"Tarn test name", 0, 0, nullptr, noBrush, nullptr, program);
     const WindowClass same(L"Tarn test name", 0, 0, nullptr, noBrush, nullptr, program);
@@ -55,11 +48,11 @@ TEST_CASE("WindowClass: a name of the program's choice is shared by equal classe
     Window window;
     open(window, one);
     CHECK(window.getClassNameW() == L"Tarn test name");
-    support::expectWindowsError([] { WindowClass(L"Tarn test name", CS_HREDRAW, 0, nullptr, 1u, nullptr, program); },
-                                ERROR_CLASS_ALREADY_EXISTS, "Can't create window class");
+    expectWindowsError([] { WindowClass(L"Tarn test name", CS_HREDRAW, 0, nullptr, 1u, nullptr, program); },
+                       ERROR_CLASS_ALREADY_EXISTS, "Can't create window class");
 }
 
-TEST_CASE("WindowClass: each attribute is part of the name, a colour as the brush that stands for it", "[windowclass]")
+TEST_CASE("WindowClass: each attribute is part of the name, a colour as the brush that stands for it")
 {
     const WindowClass menu(0, 7, nullptr, noBrush, nullptr, program);
     const WindowClass cursor(0, 0, nullptr, noBrush, LoadCursorW(nullptr, IDC_CROSS), program);
@@ -77,21 +70,20 @@ TEST_CASE("WindowClass: each attribute is part of the name, a colour as the brus
     CHECK(GetClassLongPtrW(window, GCLP_MENUNAME) == 7);
 }
 
-TEST_CASE("WindowClass: closing while a window is open fails and keeps the class", "[windowclass]")
+TEST_CASE("WindowClass: closing while a window is open fails and keeps the class")
 {
     WindowClass windowClass = make(CS_DBLCLKS);
     Window window;
     open(window, windowClass);
     for (int i = 0; i < 2; ++i)
-        support::expectWindowsError([&] { windowClass.close(); }, ERROR_CLASS_HAS_WINDOWS,
-                                    "Can't unregister window class");
+        expectWindowsError([&] { windowClass.close(); }, ERROR_CLASS_HAS_WINDOWS, "Can't unregister window class");
     CHECK((windowClass && isRegistered(windowClass.getAtom())));
     window.destroy();
     windowClass.close();
     CHECK(!windowClass);
 }
 
-TEST_CASE("WindowClass: a class that dies before its window is unregistered with the window", "[windowclass]")
+TEST_CASE("WindowClass: a class that dies before its window is unregistered with the window")
 {
     struct Failing : Window {
         explicit Failing(ATOM& atom) : windowClass(make(CS_NOCLOSE))
@@ -105,12 +97,12 @@ TEST_CASE("WindowClass: a class that dies before its window is unregistered with
     ATOM atom = 0;
     SECTION("also when an exception is on its way, which goes on")
     {
-        support::expectError<std::logic_error>([&] { Failing{atom}; }, "constructor failed");
+        expectError<std::logic_error>([&] { Failing{atom}; }, "constructor failed");
     }
     Window window;
     SECTION("also when the destructor throws")
     {
-        support::expectWindowsError(
+        expectWindowsError(
             [&] {
                 const WindowClass windowClass = make(CS_NOCLOSE);
                 atom = windowClass.getAtom();
@@ -124,7 +116,7 @@ TEST_CASE("WindowClass: a class that dies before its window is unregistered with
     CHECK((atom && !isRegistered(atom)));
 }
 
-TEST_CASE("WindowClass: the name does not depend on the locale", "[windowclass]")
+TEST_CASE("WindowClass: the name does not depend on the locale")
 {
     struct Grouping : std::numpunct<wchar_t> {
         std::string do_grouping() const override { return "\1"; }
@@ -136,7 +128,7 @@ TEST_CASE("WindowClass: the name does not depend on the locale", "[windowclass]"
     CHECK(atom == before.getAtom());
 }
 
-TEST_CASE("WindowClass: an assigned reference is not counted", "[windowclass]")
+TEST_CASE("WindowClass: an assigned reference is not counted")
 {
     WindowClass owner = make(CS_OWNDC), copy;
     copy = owner;
@@ -148,7 +140,7 @@ TEST_CASE("WindowClass: an assigned reference is not counted", "[windowclass]")
     owner.close();
 }
 
-TEST_CASE("WindowClass: a moved reference is the only one, and what was held is released", "[windowclass]")
+TEST_CASE("WindowClass: a moved reference is the only one, and what was held is released")
 {
     WindowClass target = make(CS_OWNDC), other = make(CS_DBLCLKS);
     const ATOM former = target.getAtom();
@@ -169,7 +161,7 @@ TEST_CASE("WindowClass: a moved reference is the only one, and what was held is 
     CHECK(!isRegistered(inUse));
 }
 
-TEST_CASE("WindowClass: a name that is taken already cannot be registered", "[windowclass]")
+TEST_CASE("WindowClass: a name that is taken already cannot be registered")
 {
     WindowClass windowClass = make(CS_PARENTDC);
     WNDCLASSW taken{};
@@ -182,13 +174,13 @@ TEST_CASE("WindowClass: a name that is taken already cannot be registered", "[wi
     taken.hInstance = program;
     taken.lpszClassName = name;
     REQUIRE(RegisterClassW(&taken));
-    support::expectWindowsError([] { make(CS_PARENTDC); }, ERROR_CLASS_ALREADY_EXISTS, "Can't create window class");
+    expectWindowsError([] { make(CS_PARENTDC); }, ERROR_CLASS_ALREADY_EXISTS, "Can't create window class");
     UnregisterClassW(name, program);
     CHECK(make(CS_PARENTDC)); // The failure has left no entry behind.
-    support::expectWindowsError([&] { open(window, WindowClass()); }, "Can't create window");
+    expectWindowsError([&] { open(window, WindowClass()); }, "Can't create window");
 }
 
-TEST_CASE("WindowClass: threads may create and close the same class at once", "[windowclass]")
+TEST_CASE("WindowClass: threads may create and close the same class at once")
 {
     const auto work = [] {
         for (int i = 0; i < 500; ++i)

@@ -1,7 +1,5 @@
 #include "Windows.h"
 
-using namespace tarn;
-
 namespace {
 WNDPROC procedureOf(HWND hwnd) { return reinterpret_cast<WNDPROC>(GetWindowLongPtrW(hwnd, GWLP_WNDPROC)); }
 
@@ -64,15 +62,15 @@ LRESULT CALLBACK onTop(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
 
 /// A parent with the button 5.
 struct Parent {
-    support::OpenWindow window;
-    HWND button = support::makeButton(window, 5);
+    OpenWindow window;
+    HWND button = makeButton(window, 5);
 };
 } // namespace
 
-TEST_CASE("Window: create binds from the first message, and the end of the window unbinds", "[window][life]")
+TEST_CASE("Window: create binds from the first message, and the end of the window unbinds")
 {
     Probe window(WM_NCCREATE);
-    support::open(window);
+    open(window);
     const HWND handle = window;
     CHECK(window.count == 1);
     CHECK(objectOf(handle) == &window);
@@ -83,17 +81,17 @@ TEST_CASE("Window: create binds from the first message, and the end of the windo
     SECTION("by the system") { DestroyWindow(handle); }
     SECTION("by the next create")
     {
-        support::open(window);
+        open(window);
         CHECK((window.isOpen() && window.getWindowHandle() != handle));
         window.destroy();
     }
     CHECK((!window.isOpen() && !objectOf(handle) && !IsWindow(handle)));
     window.destroy();
-    support::open(window);
+    open(window);
     CHECK(window.isOpen());
 }
 
-TEST_CASE("Window: an owning object takes its window with it, an attached one does not", "[window][life]")
+TEST_CASE("Window: an owning object takes its window with it, an attached one does not")
 {
     Parent parent;
     {
@@ -109,17 +107,16 @@ TEST_CASE("Window: an owning object takes its window with it, an attached one do
         owner.attach(parent.button, true);
     }
     CHECK(!IsWindow(parent.button));
-    support::expectWindowsError([&] { Probe().Window::attach(parent.window, 5); },
-                                "Can't get dialog item 5 for attaching");
+    expectWindowsError([&] { Probe().Window::attach(parent.window, 5); }, "Can't get dialog item 5 for attaching");
 
-    const HWND second = support::makeButton(parent.window, 6);
+    const HWND second = makeButton(parent.window, 6);
     Probe attached;
     attached.attach(second, false);
     DestroyWindow(second); // Nothing tells the object of it.
     CHECK((!objectOf(second) && !attached.isOpen()));
 }
 
-TEST_CASE("Window: attaching to the handle that the object holds changes only the ownership", "[window][life]")
+TEST_CASE("Window: attaching to the handle that the object holds changes only the ownership")
 {
     Parent parent;
     {
@@ -136,12 +133,12 @@ TEST_CASE("Window: attaching to the handle that the object holds changes only th
     CHECK(!IsWindow(parent.button));
 }
 
-TEST_CASE("Window: the owner of a window that another object takes over still destroys it", "[window][life]")
+TEST_CASE("Window: the owner of a window that another object takes over still destroys it")
 {
     Probe taker;
     HWND handle = nullptr;
     {
-        support::OpenWindow owner;
+        OpenWindow owner;
         handle = owner;
         taker.attach(handle, false);
         owner.sendMessageA(WM_USER);
@@ -150,7 +147,7 @@ TEST_CASE("Window: the owner of a window that another object takes over still de
     CHECK((!IsWindow(handle) && !taker.isOpen()));
 }
 
-TEST_CASE("Window: subclassing takes the messages and gives them back", "[window][life]")
+TEST_CASE("Window: subclassing takes the messages and gives them back")
 {
     Parent parent;
     const WNDPROC before = procedureOf(parent.button);
@@ -201,13 +198,12 @@ TEST_CASE("Window: subclassing takes the messages and gives them back", "[window
     }
     SECTION("by the end of the window") { DestroyWindow(parent.button); }
     CHECK((!button.isOpen() && !button.isSubclass()));
-    support::expectWindowsError([&] { button.subclass(parent.window, 6); },
-                                "Can't retrieve dialogue item for subclassing");
-    support::expectWindowsError([&] { button.subclass(HWND(0x7001)); }, "Can't set window long GWL_STYLE");
+    expectWindowsError([&] { button.subclass(parent.window, 6); }, "Can't retrieve dialogue item for subclassing");
+    expectWindowsError([&] { button.subclass(HWND(0x7001)); }, "Can't set window long GWL_STYLE");
     CHECK((!button.isOpen() && !objectOf(HWND(0x7001))));
 }
 
-TEST_CASE("Window: a subclassing object may lose the procedure, or die first, without harm", "[window][life]")
+TEST_CASE("Window: a subclassing object may lose the procedure, or die first, without harm")
 {
     Parent parent;
     const WNDPROC before = procedureOf(parent.button);
@@ -231,7 +227,7 @@ TEST_CASE("Window: a subclassing object may lose the procedure, or die first, wi
     CHECK(!IsWindow(parent.button));
 }
 
-TEST_CASE("Window: subclassing gives up the ownership, also where nothing else changes", "[window][life]")
+TEST_CASE("Window: subclassing gives up the ownership, also where nothing else changes")
 {
     Parent parent;
     {
@@ -253,7 +249,7 @@ public:
     {
         const LRESULT result = Window::onMessage(msg, wParam, lParam);
         if (msg == on_ && times_-- > 0)
-            support::open(*this);
+            open(*this);
         return result;
     }
 
@@ -264,7 +260,7 @@ private:
 
 BOOL CALLBACK countWindow(HWND hwnd, LPARAM counter)
 {
-    *reinterpret_cast<unsigned*>(counter) += GetClassLongPtrW(hwnd, GCW_ATOM) == support::testClass().getAtom();
+    *reinterpret_cast<unsigned*>(counter) += GetClassLongPtrW(hwnd, GCW_ATOM) == testClass().getAtom();
     return TRUE;
 }
 
@@ -280,28 +276,28 @@ struct ThrowingOnEnd : Window {
 };
 } // namespace
 
-TEST_CASE("Window: the next window that a handler makes at the end of one is the object's", "[window][life]")
+TEST_CASE("Window: the next window that a handler makes at the end of one is the object's")
 {
     const unsigned before = windowsOfThread();
     {
         Successor window(GENERATE(as<UINT>(), WM_DESTROY, WM_NCDESTROY), 1);
-        support::open(window);
+        open(window);
         SECTION("after destroy") { window.destroy(); }
-        SECTION("and goes for the one that create makes") { support::open(window); }
+        SECTION("and goes for the one that create makes") { open(window); }
         CHECK((window.isOpen() && objectOf(window) == &window));
         CHECK(windowsOfThread() == before + 1);
     }
     CHECK(windowsOfThread() == before);
     {
         Successor endless(WM_NCDESTROY, 100);
-        support::open(endless);
-        support::expectWindowsError([&] { support::open(endless); }, ERROR_BUSY, "Can't create window");
+        open(endless);
+        expectWindowsError([&] { open(endless); }, ERROR_BUSY, "Can't create window");
         CHECK(windowsOfThread() == before + 1);
     }
     CHECK(windowsOfThread() == before);
 }
 
-TEST_CASE("Window: a window of the system's class is not left over when a handler throws", "[window][life]")
+TEST_CASE("Window: a window of the system's class is not left over when a handler throws")
 {
     struct Notified : Window {
         LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
@@ -312,11 +308,11 @@ TEST_CASE("Window: a window of the system's class is not left over when a handle
         }
     };
     Notified parent;
-    support::open(parent);
+    open(parent);
     Window control;
     SECTION("while it is made")
     {
-        support::expectError<std::logic_error>(
+        expectError<std::logic_error>(
             [&] { control.create(L"BUTTON", L"", WS_CHILD, Rect(), parent, nullptr, nullptr); }, "handler failed");
         CHECK(!GetWindow(parent, GW_CHILD));
     }
@@ -324,13 +320,13 @@ TEST_CASE("Window: a window of the system's class is not left over when a handle
     {
         control.create(L"STATIC", L"", 0, Rect(), nullptr, nullptr, nullptr);
         ThrowingOnEnd child;
-        support::open(child, WS_CHILD, control);
-        support::expectError<std::logic_error>([&] { control.destroy(); }, "handler failed");
+        open(child, WS_CHILD, control);
+        expectError<std::logic_error>([&] { control.destroy(); }, "handler failed");
     }
     CHECK(!control.isOpen());
 }
 
-TEST_CASE("Window: only the narrow create subclasses a window of a foreign class", "[window][life]")
+TEST_CASE("Window: only the narrow create subclasses a window of a foreign class")
 {
     Parent parent;
     Probe narrow(BM_GETCHECK), wide(BM_GETCHECK);
@@ -345,12 +341,12 @@ TEST_CASE("Window: only the narrow create subclasses a window of a foreign class
     narrow.unsubclass();
     CHECK((IsWindow(handles[0]) && IsWindow(handles[1])));
     // A default size leaves the place to the system.
-    wide.create(support::testClass(), L"", WS_OVERLAPPEDWINDOW, Rect(CW_USEDEFAULT, CW_USEDEFAULT, 0, 0), nullptr,
-                nullptr, nullptr);
+    wide.create(testClass(), L"", WS_OVERLAPPEDWINDOW, Rect(CW_USEDEFAULT, CW_USEDEFAULT, 0, 0), nullptr, nullptr,
+                nullptr);
     CHECK(wide.getWindowSize().cx > 100);
 }
 
-TEST_CASE("Window::Pointer: a look-up of a foreign window makes an object that dies with the pointer", "[window][life]")
+TEST_CASE("Window::Pointer: a look-up of a foreign window makes an object that dies with the pointer")
 {
     Parent parent;
     CHECK(!Window::getWindowFromHandle(nullptr, true));
@@ -373,42 +369,41 @@ TEST_CASE("Window::Pointer: a look-up of a foreign window makes an object that d
     CHECK((ended && !found));
 }
 
-TEST_CASE("Window: a handler that destroys its window leaves the object usable", "[window][life]")
+TEST_CASE("Window: a handler that destroys its window leaves the object usable")
 {
     bool ended = false;
     Suicide window(ended);
-    support::open(window);
+    open(window);
     CHECK(window.sendMessageA(WM_USER) == 42);
     CHECK(!window.isOpen());
-    support::open(window);
+    open(window);
     CHECK(window.isOpen());
 }
 
-TEST_CASE("Window: a handler may delete its object, and with it the window", "[window][life]")
+TEST_CASE("Window: a handler may delete its object, and with it the window")
 {
     bool ended = false;
     const auto how = GENERATE(Suicide::deletesItself, Suicide::deletesItselfAfterDefault);
     auto* const window = new Suicide(ended, how);
-    support::open(*window);
+    open(*window);
     const HWND handle = *window;
     // The default's result outlives the object.
     CHECK(SendMessageW(handle, WM_USER, 0, 0) == (how == Suicide::deletesItself ? 42 : 0));
     CHECK((ended && !IsWindow(handle)));
 }
 
-TEST_CASE("Window: an object may delete itself at the window's end, whoever ends it", "[window][life]")
+TEST_CASE("Window: an object may delete itself at the window's end, whoever ends it")
 {
     bool ended = false;
     auto* const window = new Suicide(ended, Suicide::deletesItselfOnEnd);
-    support::open(*window);
+    open(*window);
     const HWND handle = *window;
     SECTION("the system") { DestroyWindow(handle); }
     SECTION("destroy") { window->destroy(); }
     SECTION("the default procedure, within the handler of another message") { window->sendMessageA(WM_CLOSE); }
     SECTION("create")
     {
-        support::expectWindowsError([&] { support::open(*window); }, ERROR_INVALID_WINDOW_HANDLE,
-                                    "Can't create window");
+        expectWindowsError([&] { open(*window); }, ERROR_INVALID_WINDOW_HANDLE, "Can't create window");
     }
     CHECK((ended && !IsWindow(handle) && !objectOf(handle)));
 }

@@ -1,15 +1,10 @@
-#include <tarn/WindowMessageNames.h>
-#include <tarn/Windows.h>
+#include "Test.h"
 
-#include <catch2/catch.hpp>
+#include <tarn/WindowMessageNames.h>
 
 #include <locale>
-#include <string>
-#include <utility>
 
-using namespace tarn;
-
-TEST_CASE("getWMIdentifier: a message has its name, or is shown by its range and number", "[window][names]")
+TEST_CASE("getWMIdentifier: a message has its name, or is shown by its range and number")
 {
     const std::pair<UINT, const char*> messages[] = {
         {0, "WM_NULL"},

@@ -4,12 +4,7 @@
 
 #include <atomic>
 #include <future>
-#include <memory>
-#include <stdexcept>
-#include <string>
 #include <thread>
-
-using namespace tarn;
 
 namespace {
 /// A thread with a window and a loop, which ends with the window.
@@ -33,7 +28,7 @@ private:
     void run()
     {
         Quitting window;
-        support::open(window);
+        open(window);
         window_ = &window;
         ready_.set_value(window);
         runMessageLoop();
@@ -52,7 +47,7 @@ void handleWaitingMessages()
 }
 } // namespace
 
-TEST_CASE("Window: a function is called on the thread of the window", "[window][tasks]")
+TEST_CASE("Window: a function is called on the thread of the window")
 {
     const WindowThread other;
     const DWORD id = Window::call(other.hwnd, [] { return GetCurrentThreadId(); });
@@ -63,13 +58,13 @@ TEST_CASE("Window: a function is called on the thread of the window", "[window][
     Window::post(other.hwnd, [&] { calls += 'a'; });
     Window::call(other.hwnd, [&] { calls += 'b'; });
     CHECK(calls == "ab");
-    const support::OpenWindow own;
+    const OpenWindow own;
     CHECK(own.call([] { return GetCurrentThreadId(); }) == GetCurrentThreadId());
 }
 
-TEST_CASE("Window: functions are called in their order, and what they throw comes out of the loop", "[window][tasks]")
+TEST_CASE("Window: functions are called in their order, and what they throw comes out of the loop")
 {
-    const support::OpenWindow window;
+    const OpenWindow window;
     std::string calls;
     window.post([&, owned = std::make_unique<char>('a')] { calls += *owned; });
     std::thread([&] { window.post([&] { calls += 'b'; }); }).join();
@@ -80,65 +75,62 @@ TEST_CASE("Window: functions are called in their order, and what they throw come
     CHECK_THROWS_WITH(handleWaitingMessages(), "no");
 }
 
-TEST_CASE("Window: functions reach a thread whose message box is open", "[window][tasks]")
+TEST_CASE("Window: functions reach a thread whose message box is open")
 {
-    const support::OpenWindow window;
+    const OpenWindow window;
     std::thread caller;
     window.post([&] { caller = std::thread([&] { window.call([] { EndDialog(GetActiveWindow(), IDRETRY); }); }); });
     CHECK(window.messageBox("text", "caption", MB_OK) == IDRETRY);
     caller.join();
 }
 
-TEST_CASE("Window: a thread that calls answers what is sent to its windows meanwhile", "[window][tasks]")
+TEST_CASE("Window: a thread that calls answers what is sent to its windows meanwhile")
 {
     const WindowThread other;
-    const support::OpenWindow window;
+    const OpenWindow window;
     CHECK(Window::call(other.hwnd, [&] { return SendMessageW(window, WM_GETTEXTLENGTH, 0, 0); }) == 4);
 }
 
-TEST_CASE("Window: a call ends with the thread that should answer it", "[window][tasks]")
+TEST_CASE("Window: a call ends with the thread that should answer it")
 {
     std::promise<HWND> ready;
-    std::unique_ptr<support::OpenWindow> window;
+    std::unique_ptr<OpenWindow> window;
     std::thread thread([&] {
-        window = std::make_unique<support::OpenWindow>();
+        window = std::make_unique<OpenWindow>();
         ready.set_value(*window);
         WaitMessage(); // The call has come,
         ExitThread(0); // and is not answered any more.
     });
     const HWND hwnd = ready.get_future().get();
-    support::expectWindowsError([&] { Window::call(hwnd, [] {}); }, ERROR_INVALID_WINDOW_HANDLE,
-                                "Can't call on the window's thread");
+    expectWindowsError([&] { Window::call(hwnd, [] {}); }, ERROR_INVALID_WINDOW_HANDLE,
+                       "Can't call on the window's thread");
     thread.join();
 }
 
-TEST_CASE("Window: what a window does not live to call is destroyed, and who waits for it hears of it",
-          "[window][tasks]")
+TEST_CASE("Window: what a window does not live to call is destroyed, and who waits for it hears of it")
 {
     const auto witness = std::make_shared<int>();
     Window window;
-    support::open(window);
+    open(window);
     const HWND hwnd = window;
     auto waiting = std::async(std::launch::async, [hwnd] { Window::call(hwnd, [] { FAIL("called"); }); });
     while (!(GetQueueStatus(QS_POSTMESSAGE) >> 16)) // Until the call is there.
         Sleep(1);
     window.post([witness] { FAIL("called"); });
     window.destroy();
-    support::expectWindowsError([&] { waiting.get(); }, ERROR_INVALID_WINDOW_HANDLE,
-                                "Can't call on the window's thread");
+    expectWindowsError([&] { waiting.get(); }, ERROR_INVALID_WINDOW_HANDLE, "Can't call on the window's thread");
     CHECK(witness.use_count() == 1);
-    support::expectWindowsError([&] { Window::post(hwnd, [] {}); }, ERROR_INVALID_WINDOW_HANDLE,
-                                "Can't post to the window's thread");
+    expectWindowsError([&] { Window::post(hwnd, [] {}); }, ERROR_INVALID_WINDOW_HANDLE,
+                       "Can't post to the window's thread");
 }
 
-TEST_CASE("Window: a window whose messages do not come to an object takes no functions", "[window][tasks]")
+TEST_CASE("Window: a window whose messages do not come to an object takes no functions")
 {
-    const support::OpenWindow parent;
-    support::makeButton(parent, 300);
+    const OpenWindow parent;
+    makeButton(parent, 300);
     Window attached;
     attached.attach(parent, 300);
-    support::expectWindowsError([&] { attached.post([] {}); }, ERROR_INVALID_WINDOW_HANDLE,
-                                "Can't post to the window's thread");
+    expectWindowsError([&] { attached.post([] {}); }, ERROR_INVALID_WINDOW_HANDLE, "Can't post to the window's thread");
     bool called = false;
     attached.subclass(parent, 300);
     attached.post([&] { called = true; });
@@ -147,7 +139,7 @@ TEST_CASE("Window: a window whose messages do not come to an object takes no fun
     attached.unsubclass();
 }
 
-TEST_CASE("Window: threads make, use and end windows of their own at a time", "[window][tasks]")
+TEST_CASE("Window: threads make, use and end windows of their own at a time")
 {
     std::atomic<int> messages = 0;
     const auto work = [&] {
@@ -158,14 +150,14 @@ TEST_CASE("Window: threads make, use and end windows of their own at a time", "[
         };
         for (int i = 0; i < 100; ++i) {
             Counting one(messages), two(messages);
-            support::open(one);
-            support::open(two, WS_CHILD, one);
+            open(one);
+            open(two, WS_CHILD, one);
             one.sendMessageA(WM_TIMER), two.sendMessageA(WM_TIMER);
             if (Window::getWindowFromHandle(two, false).get() != &two)
                 throw std::logic_error("another object");
         }
     };
-    support::testClass();
+    testClass();
     auto first = std::async(std::launch::async, work), second = std::async(std::launch::async, work);
     work(), first.get(), second.get();
     CHECK(messages == 600);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Expect.h>
+#include "Test.h"
 
 #include <tarn/Window.h>
 #include <tarn/WindowClass.h>
