@@ -36,8 +36,10 @@ TEST_CASE("LocalMemory: a block that came here locked stays movable, and freed i
         CHECK(memory.getFlags().lockCount() == 2);
     }
     CHECK(memory.getFlags().lockCount() == 1);
-    LocalMemory moved;
+    const HLOCAL former = LocalAlloc(LMEM_MOVEABLE, 16);
+    LocalMemory moved(former, true);
     moved = std::move(memory);
+    CHECK(LocalFlags(former) == LMEM_INVALID_HANDLE);
     CHECK((moved.isMovable() && memory.isFixed() && memory.lock() == nullptr));
     memory = LocalMemory(std::move(moved));
     CHECK(memory.getFlags().lockCount() == 1);

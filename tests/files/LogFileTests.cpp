@@ -73,6 +73,16 @@ TEST_CASE("LogFile: a file that is full is renamed, and so many are kept")
     CHECK(textsOf(folder.read("a.log.2")) == std::vector<std::string>{"INFO first"});
     CHECK_FALSE(FileSystem::exists(folder.file(L"a.log.3")));
 
+    const auto write = [](LogFile& log) { log.info("as long as any"); };
+    LogFile measured(folder.file(L"e.log"));
+    write(measured);
+    const auto length = FileSystem::getEntry(folder.file(L"e.log")).size;
+    LogFile full(folder.file(L"f.log"), {.rotateAt = 2 * length});
+    for (const unsigned lines : {1u, 2u, 1u}) { // Two lines fit exactly.
+        write(full);
+        CHECK(FileSystem::getEntry(folder.file(L"f.log")).size == lines * length);
+    }
+
     LogFile small(folder.file(L"d.log"), {.rotateAt = 1, .keep = 1});
     small.info("first");
     CHECK_FALSE(FileSystem::exists(folder.file(L"d.log.1"))); // Nothing empty is put aside.
@@ -146,7 +156,9 @@ TEST_CASE("LogFile: what ends the program is in the log")
 {
     const ScratchFolder folder;
     const std::wstring path = folder.path();
-    runProcess(CommandLine(ownProgram()).add("ends with a log"), {.start = {.workingFolder = path.c_str()}});
+    const RunResult result =
+        runProcess(CommandLine(ownProgram()).add("ends with a log"), {.start = {.workingFolder = path.c_str()}});
+    CHECK(result.errors.contains("nobody catches this")); // The runtime library goes on with it.
     CHECK(textsOf(folder.read("end.log")) ==
           std::vector<std::string>{"ERROR The program ends by an exception that nobody catches:",
                                    "ERROR nobody catches this"});

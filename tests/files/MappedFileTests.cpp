@@ -61,6 +61,14 @@ TEST_CASE("MappedFile: a part begins at any byte; what is empty, missing or too 
         empty.flush();
         CHECK(empty.getData().empty());
     }
+    const auto huge = folder.file(L"huge");
+    WindowsFile file = WindowsFile::createNew(huge);
+    REQUIRE((file.seek((1ll << 32) + 8, Seekable::begin) != 0 && SetEndOfFile(file)));
+    file.close();
+    CHECK(MappedFile(huge, MappedFile::read, (1ull << 32) + 5).getData().size() == 3);
+    if constexpr (sizeof(void*) == 4)
+        expectWindowsError([&] { MappedFile whole(huge); }, ERROR_NOT_ENOUGH_MEMORY,
+                           "Can't map \"" + folder.file("huge") + "\"");
     const std::string failed = "Can't map \"" + folder.file("large") + "\"";
     for (const auto& part : {std::pair(200'001ull, MappedFile::all), {200'000, 1}, {0, 200'001}, {~0ull, 2}})
         expectWindowsError([&] { MappedFile(large, MappedFile::read, part.first, part.second); }, ERROR_HANDLE_EOF,

@@ -49,11 +49,14 @@ TEMPLATE_TEST_CASE("WindowsFile: the named ways to open make, empty, keep and sh
 {
     const ScratchFolder folder;
     const auto name = fileIn<TestType>(folder, "file");
+    const auto readBeside = [&] {
+        WindowsFile(name, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
+    };
     expectWindowsError([&] { WindowsFile::openToRead(name); }, ERROR_FILE_NOT_FOUND,
                        "Can't open \"" + folder.file("file") + "\"");
     {
         WindowsFile made = WindowsFile::createNew(name);
-        CHECK_THROWS_AS(WindowsFile::openToRead(name), WindowsError);
+        CHECK_THROWS_AS(readBeside(), WindowsError);
         made.write("12345", 5);
     }
     expectWindowsError([&] { WindowsFile::createNew(name); }, ERROR_FILE_EXISTS,
@@ -62,7 +65,7 @@ TEMPLATE_TEST_CASE("WindowsFile: the named ways to open make, empty, keep and sh
     CHECK(folder.read("file") == "ab345");
     {
         WindowsFile emptied = WindowsFile::overwrite(name);
-        CHECK_THROWS_AS(WindowsFile::openToRead(name), WindowsError);
+        CHECK_THROWS_AS(readBeside(), WindowsError);
         emptied.write("x", 1);
     }
     {
