@@ -122,6 +122,24 @@ public:
     static bool giveText(NMHDR& notification,
                          const std::function<BasicString<wchar_t>(unsigned item, unsigned subitem)>& text);
 
+    // ---- Groups: the newer controls have them, for which a program asks in its manifest; a virtual view has none
+
+    /// Whether the items are shown in their groups; those without one are not shown then. Throws "Can't change list
+    /// view groups".
+    void enableGroups(bool enable) const;
+    /// A group with a number of its own, and what it is called; with `collapsible` the user can hide its items. Gives
+    /// its place, the last one unless wanted otherwise. Throws "Can't insert list view group".
+    ///@{
+    int insertGroup(int group, const char* heading, bool collapsible = false, int index = -1) const;
+    int insertGroup(int group, const wchar_t* heading, bool collapsible = false, int index = -1) const;
+    ///@}
+    /// `I_GROUPIDNONE` for none. Throws "Can't set item".
+    void setItemGroup(unsigned item, int group) const;
+    /// `I_GROUPIDNONE` for none, and for an item that does not exist.
+    int getItemGroup(unsigned item) const;
+    /// The items stay.
+    void removeAllGroups() const;
+
     // ---- Selection and view
 
     /// Of an item; the other items stay as they are unless the view has the style `LVS_SINGLESEL`.

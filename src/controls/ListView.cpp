@@ -271,6 +271,45 @@ bool ListView::giveText(NMHDR& notification,
     return true;
 }
 
+void ListView::enableGroups(bool enable) const
+{
+    ensureSent(*this, -1, "Can't change list view groups", LVM_ENABLEGROUPVIEW, enable);
+}
+int ListView::insertGroup(int group, const char* heading, bool collapsible, int index) const
+{
+    return insertGroup(group, BasicString<wchar_t>(heading).c_str(), collapsible, index);
+}
+int ListView::insertGroup(int group, const wchar_t* heading, bool collapsible, int index) const
+{
+    LVGROUP attributes{};
+    attributes.cbSize = sizeof attributes;
+    attributes.mask = LVGF_HEADER | LVGF_GROUPID | LVGF_STATE;
+    attributes.pszHeader = textOf(heading);
+    attributes.iGroupId = group;
+    attributes.state = collapsible ? LVGS_COLLAPSIBLE : 0;
+    attributes.stateMask = LVGS_COLLAPSIBLE;
+    return static_cast<int>(ensureSent(*this, -1, "Can't insert list view group", LVM_INSERTGROUP,
+                                       static_cast<WPARAM>(index), toLParam(&attributes)));
+}
+void ListView::setItemGroup(unsigned item, int group) const
+{
+    LVITEMW attributes{};
+    attributes.mask = LVIF_GROUPID;
+    attributes.iItem = static_cast<int>(item);
+    attributes.iGroupId = group;
+    setItem(attributes);
+}
+int ListView::getItemGroup(unsigned item) const
+{
+    LVITEMW attributes{};
+    attributes.mask = LVIF_GROUPID;
+    attributes.iItem = static_cast<int>(item);
+    attributes.iGroupId = I_GROUPIDNONE;
+    sendMessageA(LVM_GETITEMW, 0, toLParam(&attributes));
+    return attributes.iGroupId;
+}
+void ListView::removeAllGroups() const { sendMessageA(LVM_REMOVEALLGROUPS); }
+
 void ListView::setSelected(unsigned item, bool selected) const
 {
     setState(*this, item, LVIS_SELECTED, selected ? LVIS_SELECTED : 0u);

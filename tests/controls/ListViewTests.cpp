@@ -182,6 +182,43 @@ TEMPLATE_TEST_CASE("ListView: what the control refuses is named", "[controls]", 
     CHECK(itemText<Ch>(gone, 0, 0).empty());
 }
 
+TEST_CASE("ListView: groups are told to the control as it is documented, which Wine's does not know", "[controls]")
+{
+    struct : Window {
+        LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
+        {
+            if (msg == LVM_ENABLEGROUPVIEW)
+                return answer;
+            if (msg == LVM_INSERTGROUP) {
+                group = *reinterpret_cast<const LVGROUP*>(lParam);
+                heading = group.pszHeader;
+                return answer ? answer : static_cast<LRESULT>(wParam) + 10;
+            }
+            if (msg == LVM_SETITEMW)
+                return item = *reinterpret_cast<const LVITEMW*>(lParam), TRUE;
+            if (msg == LVM_GETITEMW)
+                return reinterpret_cast<LVITEMW*>(lParam)->iGroupId = item.iGroupId, TRUE;
+            return Window::onMessage(msg, wParam, lParam);
+        }
+        LRESULT answer = 0;
+        LVGROUP group{};
+        std::wstring heading;
+        LVITEMW item{};
+    } control;
+    support::open(control);
+    const ListView view(control.getWindowHandle());
+    view.enableGroups(true);
+    CHECK((view.insertGroup(7, "narrow", true, 2) == 12 && control.heading == L"narrow"));
+    CHECK((control.group.iGroupId == 7 && control.group.state == LVGS_COLLAPSIBLE));
+    CHECK((view.insertGroup(8, L"\u03B1") == 9 && control.heading == L"\u03B1" && control.group.state == 0));
+    view.setItemGroup(3, 8);
+    CHECK((control.item.iItem == 3 && control.item.mask == LVIF_GROUPID && view.getItemGroup(3) == 8));
+    CHECK(ListView().getItemGroup(0) == I_GROUPIDNONE);
+    control.answer = -1;
+    support::expectWindowsError([&] { view.enableGroups(true); }, "Can't change list view groups");
+    support::expectWindowsError([&] { view.insertGroup(1, L"x"); }, "Can't insert list view group");
+}
+
 TEMPLATE_TEST_CASE("Views: a text that the control keeps elsewhere is read there", "[controls]", ListView, TreeView)
 {
     /// Redirects the reader of an item's text.
