@@ -10,6 +10,7 @@
 #define ID_TICKETS 1002
 #define ID_HINT 1003
 #define ID_SUMMARY 1004
+#define ID_CHANGE 1005
 
 #define TEXT_CAPTION 1
 #define TEXT_NAME 2

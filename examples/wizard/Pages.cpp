@@ -2,7 +2,12 @@
 
 #include "Ids.h"
 
+#include <tarn/LinkControl.h>
+#include <tarn/PropertySheet.h>
+#include <tarn/RichEdit.h>
+
 #include <string>
+#include <utility>
 
 namespace {
 constexpr int fewest = 1, most = 8;
@@ -50,12 +55,34 @@ int TicketsPage::onNext()
     return answer(ID_TICKETS, isValid ? L"" : L"The number of tickets is a number from 1 to 8.");
 }
 
-SummaryPage::SummaryPage(Order& order) : OrderPage(PAGE_SUMMARY, TEXT_SUMMARY, PSWIZB_BACK | PSWIZB_FINISH, order) {}
+SummaryPage::SummaryPage(Order& order) : OrderPage(PAGE_SUMMARY, TEXT_SUMMARY, PSWIZB_BACK | PSWIZB_FINISH, order)
+{
+    tarn::RichEdit::loadClass(); // For the template.
+    tarn::LinkControl::loadClass();
+}
 
 int SummaryPage::onActivate()
 {
-    const std::wstring text = std::to_wstring(order_.tickets) + (order_.tickets == 1 ? L" ticket" : L" tickets") +
-                              L" for " + order_.name.c_str() + L".\nFinish orders them.";
-    setText(ID_SUMMARY, text.c_str());
+    const std::wstring tickets = std::to_wstring(order_.tickets) + (order_.tickets == 1 ? L" ticket" : L" tickets");
+    const tarn::RichEdit summary(GetDlgItem(*this, ID_SUMMARY));
+    summary.setText((tickets + L" for " + order_.name.c_str() + L".\nFinish orders them.").c_str());
+    tarn::RichEdit::CharacterFormat strong;
+    strong.isBold = true;
+    strong.size = 12;
+    summary.setSelection(0, static_cast<int>(tickets.size()));
+    summary.setFormat(strong);
+    summary.setSelection(0, 0);
     return OrderPage::onActivate();
+}
+
+int SummaryPage::onBack() { return std::exchange(wanted_, goOn); }
+
+LRESULT SummaryPage::onNotify(const NMHDR& header)
+{
+    const auto link = tarn::LinkControl::which(header);
+    if (!link)
+        return OrderPage::onNotify(header);
+    wanted_ = link->id == L"name" ? PAGE_NAME : PAGE_TICKETS;
+    getSheet()->pressButton(PSBTN_BACK);
+    return 0;
 }

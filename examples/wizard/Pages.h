@@ -42,4 +42,9 @@ class SummaryPage : public OrderPage {
 public:
     explicit SummaryPage(Order& order);
     int onActivate() override;
+    int onBack() override;
+    LRESULT onNotify(const NMHDR& header) override;
+
+private:
+    int wanted_ = 0; // The page that a link leads to.
 };

@@ -88,6 +88,7 @@
 #include <tarn/Job.h>
 #include <tarn/KnownFolder.h>
 #include <tarn/Layout.h>
+#include <tarn/LinkControl.h>
 #include <tarn/ListBox.h>
 #include <tarn/ListView.h>
 #include <tarn/LocalMemory.h>
@@ -120,6 +121,7 @@
 #include <tarn/RegistryTransaction.h>
 #include <tarn/RegistryValue.h>
 #include <tarn/RegistryWatch.h>
+#include <tarn/RichEdit.h>
 #include <tarn/RunProcess.h>
 #include <tarn/SETranslator.h>
 #include <tarn/SafeArray.h>

@@ -11,10 +11,10 @@ void loadControls(DWORD kinds)
 }
 
 void createControl(Window& control, const wchar_t* className, HWND parent, unsigned short id, const RECT& rect,
-                   unsigned long style)
+                   unsigned long style, const wchar_t* text)
 {
     loadControls(ICC_WIN95_CLASSES | ICC_DATE_CLASSES);
-    control.create(className, L"", WS_CHILD | style, rect, parent, reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)),
+    control.create(className, text, WS_CHILD | style, rect, parent, reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)),
                    nullptr);
     const auto font = runningHandlers([=] { return SendMessageW(parent, WM_GETFONT, 0, 0); });
     control.sendMessageA(WM_SETFONT,

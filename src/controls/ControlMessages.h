@@ -14,7 +14,7 @@ void loadControls(DWORD kinds);
 /// Makes a child window of one of the system's classes for an object, which owns it, in the font of the parent (or,
 /// where it has none, that of the system's dialogs).
 void createControl(Window& control, const wchar_t* className, HWND parent, unsigned short id, const RECT& rect,
-                   unsigned long style);
+                   unsigned long style, const wchar_t* text = L"");
 
 /// Whether a control answered `failed`. A window that is gone answers every message with zero.
 inline bool isFailure(const Window& control, LRESULT result, LRESULT failed)

@@ -1,0 +1,34 @@
+#include "Controls.h"
+
+#include <tarn/LinkControl.h>
+
+using namespace tarn;
+
+TEST_CASE("LinkControl: its parent hears which link is followed", "[controls]")
+{
+    struct : support::Host {
+        LRESULT onNotify(const NMHDR& header) override
+        {
+            if (const auto link = LinkControl::which(header))
+                followed = *link;
+            return 0;
+        }
+        LinkControl::Link followed;
+    } host;
+    LinkControl links;
+    links.create(host, 5, Rect(0, 0, 180, 80),
+                 L"<a id=\"m\u00F6re\">More</a> or <a href=\"https://example.org\">the page</a>");
+    CHECK((links.getLink(0).id == L"m\u00F6re" && links.getLink(1).url == L"https://example.org"));
+    CHECK(links.getIdealHeight() > 0);
+    links.setVisited(1, true);
+    links.setEnabled(1, false);
+    host.show(SW_SHOW);
+    links.setFocus();
+    links.sendMessageA(WM_KEYDOWN, VK_RETURN);
+    CHECK(host.followed.id == L"m\u00F6re");
+
+    const NMHDR other{support::makeButton(host, 6), 6, NM_CLICK};
+    CHECK_FALSE(LinkControl::which(other));
+    support::expectWindowsError([&] { links.getLink(2); }, "Can't get link");
+    support::expectWindowsError([&] { links.setVisited(2, true); }, "Can't change link");
+}
