@@ -3,7 +3,7 @@
 #include "Text.h"
 
 #include <tarn/Exception.h>
-#include <tarn/TaskDialog.h>
+#include <tarn/QuestionDialog.h>
 #include <tarn/Window.h>
 
 #include <exception>
@@ -43,7 +43,7 @@ bool Messages::confirm(HWND owner, const std::wstring& question)
 
 int Messages::ask(HWND owner, const std::wstring& question, const wchar_t* yes, const wchar_t* no)
 {
-    tarn::TaskDialog dialog(owner);
+    tarn::QuestionDialog dialog(owner);
     dialog.setTitle(caption);
     dialog.setInstruction(question.c_str());
     dialog.addButton(IDYES, yes);

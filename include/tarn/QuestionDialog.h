@@ -11,9 +11,9 @@
 #include <vector>
 
 namespace tarn {
-/// A question with buttons that say what they do, in place of a message box:
+/// The platform's task dialog, a question with buttons that say what they do, in place of a message box:
 ///
-///     TaskDialog dialog(window);
+///     QuestionDialog dialog(window);
 ///     dialog.setInstruction(L"Save the changes to plan.txt?");
 ///     dialog.addButton(100, L"&Save");
 ///     dialog.addButton(101, L"Do&n't save");
@@ -29,14 +29,14 @@ namespace tarn {
 /// no progress and no onTimer(). It has room for three buttons; with more, showModal() throws.
 ///
 /// Failures throw COMError or WindowsError as HRESULTHolder::throwOnError does.
-class TARN_API TaskDialog : private boost::noncopyable {
+class TARN_API QuestionDialog : private boost::noncopyable {
 public:
     /// Beside the instruction.
     enum picture { no_picture, warning, error, information, shield };
 
     /// `owner` is disabled meanwhile, and the dialog appears over it; null for none.
-    explicit TaskDialog(HWND owner = nullptr);
-    virtual ~TaskDialog();
+    explicit QuestionDialog(HWND owner = nullptr);
+    virtual ~QuestionDialog();
 
     /// Null or empty has the program's name.
     ///@{

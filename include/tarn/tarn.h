@@ -114,6 +114,7 @@
 #include <tarn/ProgressBar.h>
 #include <tarn/PropertyPage.h>
 #include <tarn/PropertySheet.h>
+#include <tarn/QuestionDialog.h>
 #include <tarn/RadioButtonGroup.h>
 #include <tarn/ReadingFailure.h>
 #include <tarn/Rect.h>
@@ -145,7 +146,6 @@
 #include <tarn/StringBox.h>
 #include <tarn/StringHelper.h>
 #include <tarn/TabControl.h>
-#include <tarn/TaskDialog.h>
 #include <tarn/TemporaryDirectory.h>
 #include <tarn/TemporaryFile.h>
 #include <tarn/TextLines.h>

@@ -1,4 +1,4 @@
-#include <tarn/TaskDialog.h>
+#include <tarn/QuestionDialog.h>
 
 #include <tarn/Exception.h>
 #include <tarn/Window.h>
@@ -66,69 +66,72 @@ template <class Buttons> const BoxKind& boxFor(const Buttons& buttons)
 }
 } // namespace
 
-TaskDialog::TaskDialog(HWND owner) : owner_(owner), options_(owner ? TDF_POSITION_RELATIVE_TO_WINDOW : 0) {}
-TaskDialog::~TaskDialog() = default;
+QuestionDialog::QuestionDialog(HWND owner) : owner_(owner), options_(owner ? TDF_POSITION_RELATIVE_TO_WINDOW : 0) {}
+QuestionDialog::~QuestionDialog() = default;
 
-void TaskDialog::onCreated() {}
-bool TaskDialog::onButton(int) { return true; }
-void TaskDialog::onRadioButton(int) {}
-void TaskDialog::onCheck(bool) {}
-void TaskDialog::onTimer(unsigned) {}
-void TaskDialog::onLink(const wchar_t*) {}
-void TaskDialog::onHelp() {}
+void QuestionDialog::onCreated() {}
+bool QuestionDialog::onButton(int) { return true; }
+void QuestionDialog::onRadioButton(int) {}
+void QuestionDialog::onCheck(bool) {}
+void QuestionDialog::onTimer(unsigned) {}
+void QuestionDialog::onLink(const wchar_t*) {}
+void QuestionDialog::onHelp() {}
 
-void TaskDialog::setTitle(const char* title) { title_ = title; }
-void TaskDialog::setTitle(const wchar_t* title) { title_ = title; }
-void TaskDialog::setInstruction(const char* text) { setInstruction(BasicString<wchar_t>(text).c_str()); }
-void TaskDialog::setInstruction(const wchar_t* text) { change(instruction_, text, TDE_MAIN_INSTRUCTION); }
-void TaskDialog::setContent(const char* text) { setContent(BasicString<wchar_t>(text).c_str()); }
-void TaskDialog::setContent(const wchar_t* text) { change(content_, text, TDE_CONTENT); }
-void TaskDialog::setDetails(const char* text) { setDetails(BasicString<wchar_t>(text).c_str()); }
-void TaskDialog::setDetails(const wchar_t* text) { change(details_, text, TDE_EXPANDED_INFORMATION); }
-void TaskDialog::setFooter(const char* text) { setFooter(BasicString<wchar_t>(text).c_str()); }
-void TaskDialog::setFooter(const wchar_t* text) { change(footer_, text, TDE_FOOTER); }
+void QuestionDialog::setTitle(const char* title) { title_ = title; }
+void QuestionDialog::setTitle(const wchar_t* title) { title_ = title; }
+void QuestionDialog::setInstruction(const char* text) { setInstruction(BasicString<wchar_t>(text).c_str()); }
+void QuestionDialog::setInstruction(const wchar_t* text) { change(instruction_, text, TDE_MAIN_INSTRUCTION); }
+void QuestionDialog::setContent(const char* text) { setContent(BasicString<wchar_t>(text).c_str()); }
+void QuestionDialog::setContent(const wchar_t* text) { change(content_, text, TDE_CONTENT); }
+void QuestionDialog::setDetails(const char* text) { setDetails(BasicString<wchar_t>(text).c_str()); }
+void QuestionDialog::setDetails(const wchar_t* text) { change(details_, text, TDE_EXPANDED_INFORMATION); }
+void QuestionDialog::setFooter(const char* text) { setFooter(BasicString<wchar_t>(text).c_str()); }
+void QuestionDialog::setFooter(const wchar_t* text) { change(footer_, text, TDE_FOOTER); }
 
-void TaskDialog::addButton(int id, const char* text) { buttons_.push_back({id, text}); }
-void TaskDialog::addButton(int id, const wchar_t* text) { buttons_.push_back({id, text}); }
-void TaskDialog::addRadioButton(int id, const char* text) { radioButtons_.push_back({id, text}); }
-void TaskDialog::addRadioButton(int id, const wchar_t* text) { radioButtons_.push_back({id, text}); }
-void TaskDialog::setCheckBox(const char* text, bool isChecked)
+void QuestionDialog::addButton(int id, const char* text) { buttons_.push_back({id, text}); }
+void QuestionDialog::addButton(int id, const wchar_t* text) { buttons_.push_back({id, text}); }
+void QuestionDialog::addRadioButton(int id, const char* text) { radioButtons_.push_back({id, text}); }
+void QuestionDialog::addRadioButton(int id, const wchar_t* text) { radioButtons_.push_back({id, text}); }
+void QuestionDialog::setCheckBox(const char* text, bool isChecked)
 {
     setCheckBox(BasicString<wchar_t>(text).c_str(), isChecked);
 }
-void TaskDialog::setCheckBox(const wchar_t* text, bool isChecked)
+void QuestionDialog::setCheckBox(const wchar_t* text, bool isChecked)
 {
     checkBox_ = text;
     isChecked_ = isChecked;
 }
 
-void TaskDialog::setProgress(int percent)
+void QuestionDialog::setProgress(int percent)
 {
     percent_ = percent;
     setOptions(TDF_SHOW_PROGRESS_BAR, TDF_SHOW_MARQUEE_PROGRESS_BAR);
     send(TDM_SET_PROGRESS_BAR_POS, static_cast<WPARAM>(percent), 0);
 }
-void TaskDialog::setEndlessProgress() { setOptions(TDF_SHOW_MARQUEE_PROGRESS_BAR, TDF_SHOW_PROGRESS_BAR); }
+void QuestionDialog::setEndlessProgress() { setOptions(TDF_SHOW_MARQUEE_PROGRESS_BAR, TDF_SHOW_PROGRESS_BAR); }
 
-int TaskDialog::getRadioButton() const
+int QuestionDialog::getRadioButton() const
 {
     const bool isPreset = radioButton_ != 0 || radioButtons_.empty() || (options_ & TDF_NO_DEFAULT_RADIO_BUTTON) != 0;
     return isPreset ? radioButton_ : radioButtons_.front().id;
 }
 
-LRESULT TaskDialog::send(UINT msg, WPARAM wParam, LPARAM lParam) const
+LRESULT QuestionDialog::send(UINT msg, WPARAM wParam, LPARAM lParam) const
 {
     return hwnd_ ? runningHandlers([&] { return SendMessageW(hwnd_, msg, wParam, lParam); }) : 0;
 }
-void TaskDialog::change(BasicString<wchar_t>& text, BasicString<wchar_t> next, int element)
+void QuestionDialog::change(BasicString<wchar_t>& text, BasicString<wchar_t> next, int element)
 {
     text = std::move(next);
     send(TDM_SET_ELEMENT_TEXT, static_cast<WPARAM>(element), reinterpret_cast<LPARAM>(text.c_str()));
 }
-void TaskDialog::press(int id) const { send(TDM_CLICK_BUTTON, static_cast<WPARAM>(id), 0); }
-void TaskDialog::enableButton(int id, bool enable) const { send(TDM_ENABLE_BUTTON, static_cast<WPARAM>(id), enable); }
+void QuestionDialog::press(int id) const { send(TDM_CLICK_BUTTON, static_cast<WPARAM>(id), 0); }
+void QuestionDialog::enableButton(int id, bool enable) const
+{
+    send(TDM_ENABLE_BUTTON, static_cast<WPARAM>(id), enable);
+}
 
-int TaskDialog::showModal()
+int QuestionDialog::showModal()
 {
     const auto taskDialog =
         functionOf<decltype(TaskDialogIndirect)>(GetModuleHandleW(L"comctl32.dll"), "TaskDialogIndirect");
@@ -153,12 +156,12 @@ int TaskDialog::showModal()
     config.pszVerificationText = orNull(checkBox_);
     config.pszExpandedInformation = orNull(details_);
     config.pszFooter = orNull(footer_);
-    config.pfCallback = &TaskDialog::onNotification;
+    config.pfCallback = &QuestionDialog::onNotification;
     config.lpCallbackData = reinterpret_cast<LONG_PTR>(this);
 
     struct Unbinding {
         ~Unbinding() { dialog.hwnd_ = nullptr; }
-        TaskDialog& dialog;
+        QuestionDialog& dialog;
     };
     const Unbinding unbinding{*this};
     isEnding_ = false;
@@ -176,15 +179,15 @@ int TaskDialog::showModal()
     return pressed;
 }
 
-HRESULT CALLBACK TaskDialog::onNotification(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, LONG_PTR self)
+HRESULT CALLBACK QuestionDialog::onNotification(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, LONG_PTR self)
 {
-    auto* const dialog = reinterpret_cast<TaskDialog*>(self);
+    auto* const dialog = reinterpret_cast<QuestionDialog*>(self);
     dialog->hwnd_ = msg == TDN_DESTROYED ? nullptr : hwnd;
     return guardedCallback(S_OK, {"a handler of a task dialog", hwnd, msg},
                            [&] { return dialog->isEnding_ ? S_OK : dialog->handle(msg, wParam, lParam); });
 }
 
-HRESULT TaskDialog::handle(UINT msg, WPARAM wParam, LPARAM lParam)
+HRESULT QuestionDialog::handle(UINT msg, WPARAM wParam, LPARAM lParam)
 {
     switch (msg) {
     case TDN_CREATED:
@@ -215,7 +218,7 @@ HRESULT TaskDialog::handle(UINT msg, WPARAM wParam, LPARAM lParam)
     }
 }
 
-std::vector<TaskDialog::Button> TaskDialog::answers() const
+std::vector<QuestionDialog::Button> QuestionDialog::answers() const
 {
     std::vector<Button> result = buttons_;
     for (const KnownButton& button : knownButtons)
@@ -226,7 +229,7 @@ std::vector<TaskDialog::Button> TaskDialog::answers() const
     return result;
 }
 
-int TaskDialog::showMessageBox()
+int QuestionDialog::showMessageBox()
 {
     const std::vector<Button> buttons = answers();
     if (buttons.size() > 3)

@@ -2,7 +2,7 @@
 #include "Driving.h"
 #include "Expect.h"
 
-#include <tarn/TaskDialog.h>
+#include <tarn/QuestionDialog.h>
 
 #include <functional>
 #include <stdexcept>
@@ -15,8 +15,8 @@ namespace {
 constexpr int save = 100, discard = 101, firstKind = 200, secondKind = 201;
 
 /// Does a step when it is shown, and notes what the user does.
-struct Asked : TaskDialog {
-    explicit Asked(HWND owner = nullptr) : TaskDialog(owner)
+struct Asked : QuestionDialog {
+    explicit Asked(HWND owner = nullptr) : QuestionDialog(owner)
     {
         setTitle(L"Plan");
         setInstruction("Save the changes?");
@@ -37,10 +37,10 @@ struct Asked : TaskDialog {
             tick(*this);
     }
 
-    using TaskDialog::enableButton;
-    using TaskDialog::getWindowHandle;
-    using TaskDialog::press;
-    using TaskDialog::showMessageBox;
+    using QuestionDialog::enableButton;
+    using QuestionDialog::getWindowHandle;
+    using QuestionDialog::press;
+    using QuestionDialog::showMessageBox;
 
     std::function<void(Asked&)> step = [](Asked& dialog) { dialog.press(discard); };
     std::function<void(Asked&)> tick;
@@ -62,11 +62,11 @@ std::wstring textsIn(HWND dialog)
 }
 } // namespace
 
-TEST_CASE("TaskDialog: it shows its texts and buttons, and gives the one that was pressed", "[taskdialog]")
+TEST_CASE("QuestionDialog: it shows its texts and buttons, and gives the one that was pressed", "[questiondialog]")
 {
     const support::OpenWindow owner;
     Asked dialog(owner);
-    dialog.setPicture(TaskDialog::warning);
+    dialog.setPicture(QuestionDialog::warning);
     dialog.setContent(L"There is m\u00F6re.");
     dialog.setCommonButtons(TDCBF_CANCEL_BUTTON);
     dialog.setDefaultButton(discard);
@@ -86,8 +86,8 @@ TEST_CASE("TaskDialog: it shows its texts and buttons, and gives the one that wa
     CHECK(dialog.events == std::vector<std::string>{"button 2", "button 101"});
 }
 
-TEST_CASE("TaskDialog: a button that is refused leaves it open, and radio buttons and the check box are kept",
-          "[taskdialog]")
+TEST_CASE("QuestionDialog: a button that is refused leaves it open, and radio buttons and the check box are kept",
+          "[questiondialog]")
 {
     Asked dialog;
     dialog.addRadioButton(firstKind, "Near");
@@ -122,7 +122,7 @@ TEST_CASE("TaskDialog: a button that is refused leaves it open, and radio button
     CHECK(dialog.events == std::vector<std::string>{"radio 201", "unchecked", "button 100", "button 101"});
 }
 
-TEST_CASE("TaskDialog: what a handler throws ends it and comes out, from another window, too", "[taskdialog]")
+TEST_CASE("QuestionDialog: what a handler throws ends it and comes out, from another window, too", "[questiondialog]")
 {
     struct Thrower : Window {
         void onCommand(Window*, unsigned short, unsigned short) override { throw std::runtime_error("elsewhere"); }
@@ -136,7 +136,7 @@ TEST_CASE("TaskDialog: what a handler throws ends it and comes out, from another
     CHECK((dialog.events.empty() && !support::visibleDialog()));
 }
 
-TEST_CASE("TaskDialog: the message box that stands in for it says what its buttons mean", "[taskdialog]")
+TEST_CASE("QuestionDialog: the message box that stands in for it says what its buttons mean", "[questiondialog]")
 {
     Asked dialog;
     dialog.stubborn = save;
@@ -169,8 +169,8 @@ TEST_CASE("TaskDialog: the message box that stands in for it says what its butto
     }
     SECTION("with the system's, which need no words")
     {
-        struct Plain : TaskDialog {
-            using TaskDialog::showMessageBox;
+        struct Plain : QuestionDialog {
+            using QuestionDialog::showMessageBox;
         } plain;
         plain.setContent("Go on?");
         plain.setCommonButtons(TDCBF_RETRY_BUTTON | TDCBF_CANCEL_BUTTON);
