@@ -9,9 +9,11 @@ namespace tarn {
 /// An exception with those nested in it (`std::throw_with_nested`), as people read it.
 struct ErrorReport {
     /// For the user: the texts from the outermost on, "The plan was not saved: Can't write to "C:\...": Disk full."
+    /// Where there is a ReadingFailure its text, "The data end too early, at byte 120, in class Style", stands for the
+    /// error's.
     BasicString<wchar_t> sentence;
-    /// For the log: a line for each exception, with its class and code, and below it the lines of its ErrorTrace where
-    /// it has one. Lines are separated, not ended, by a line feed.
+    /// For the log: a line for each exception, with its class and code, and below it that of its ReadingFailure and
+    /// those of its ErrorTrace where it has these. Lines are separated, not ended, by a line feed.
     BasicString<wchar_t> paragraph;
 };
 

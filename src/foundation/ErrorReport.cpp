@@ -2,6 +2,8 @@
 
 #include <tarn/ErrorTrace.h>
 #include <tarn/Exception.h>
+#include <tarn/ReadingFailure.h>
+#include <tarn/Windows.h>
 
 #include "Hex.h"
 #include "TypeName.h"
@@ -42,14 +44,29 @@ BasicString<wchar_t> classOf(const std::exception& error, const ErrorTrace* trac
     return name.substr(std::size(wrapper) - 1, name.size() - std::size(wrapper));
 }
 
+// What a failure of reading says to people, which the text of its error may not.
+BasicString<wchar_t> sentenceOf(const ReadingFailure& failure, const std::exception& error)
+{
+    BasicString<wchar_t> said = a2w(failure.getText(), CP_ACP);
+    if (failure.sentence != error.what())
+        return said;
+    return whatW(error) + said.substr(a2w(failure.sentence, CP_ACP).size()); // With names that are whole.
+}
+
 void append(ErrorReport& report, const std::exception_ptr& thrown);
 
 void append(ErrorReport& report, const std::exception& error)
 {
     const ErrorTrace* const trace = ErrorTrace::of(error);
     const BasicString<wchar_t> text = whatW(error);
-    appendSentence(report.sentence, text);
     report.paragraph += classOf(error, trace) + codeOf(error) + L": " + text;
+    if (const auto failure = ReadingFailure::of(error)) {
+        const BasicString<wchar_t> place = sentenceOf(*failure, error);
+        appendSentence(report.sentence, place);
+        report.paragraph += L"\n    " + place;
+    } else {
+        appendSentence(report.sentence, text);
+    }
     if (trace) {
         report.paragraph += L"\n    thrown in thread " + std::to_wstring(trace->getThreadID());
         for (const BasicString<wchar_t>& line : trace->describeFrames())

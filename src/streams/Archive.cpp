@@ -4,10 +4,10 @@
 #include <tarn/NewerData.h>
 
 #include "../foundation/Closing.h"
+#include "../foundation/FailureTail.h"
 #include "../foundation/Throw.h"
 #include "ArchiveTables.h"
 #include "ClassName.h"
-#include "FailureTail.h"
 #include "NestingLevel.h"
 
 #include <algorithm>

@@ -5,12 +5,12 @@
 #include <tarn/Stream.h>
 
 #include "../foundation/Closing.h"
+#include "../foundation/FailureTail.h"
 #include "../foundation/Throw.h"
 #include "../foundation/TypeName.h"
 #include "ArchiveBody.h"
 #include "ClassName.h"
 #include "ClassRegistry.h"
-#include "FailureTail.h"
 #include "Platform.h"
 
 #include <algorithm>

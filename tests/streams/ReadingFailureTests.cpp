@@ -3,6 +3,7 @@
 #include "Contents.h"
 #include "Graph.h"
 
+#include <tarn/ErrorReport.h>
 #include <tarn/ReadingFailure.h>
 
 using namespace std::string_literals;
@@ -34,6 +35,34 @@ TEST_CASE("ReadingFailure: an error says what is wrong, at which byte, and in wh
     CHECK(failureOf("\0\0\0\0\1\0\0\0\1\0\0\0?"s) ==
           "This program does not know the class \"?\" of an object, at byte 13 [Klassendefinition]");
     CHECK(failureOf("") == "The data end too early, at byte 0 [EOF in readFully(]");
+}
+
+namespace {
+struct Picky final : Serializable {
+    void serialize(OutputStream&) const override {}
+    void deserialize(InputStream&) override { throw Exception(errorText(L"The plan \x4E2D is locked")); }
+};
+} // namespace
+
+TEST_CASE("reportOf: says what could not be read, and where, in place of the error's text")
+{
+    const SerializableImpl<Picky> registration("Picky");
+    const auto reportFor = [](const std::string& bytes) {
+        MemoryInputStream in = readerOf(bytes);
+        MemoryOutputStream nowhere;
+        try {
+            Archive(in, nowhere).load<Serializable>();
+        } catch (const std::exception&) {
+            return reportOf();
+        }
+        return ErrorReport();
+    };
+    const ErrorReport report = reportFor(node + "\1" + style + "\3\0\0\0re"s);
+    CHECK(report.sentence == L"The data end too early, at byte 77, in struct graph::Style in struct graph::Node");
+    CHECK(report.paragraph.startsWith(L"tarn::EndOfFile: EOF in readFully("));
+    CHECK(report.paragraph.endsWith(L"\n    " + report.sentence));
+    CHECK(reportFor("\0\0\0\0\1\0\0\0\5\0\0\0Picky"s).sentence == // With names that the code page lacks.
+          L"The plan \x4E2D is locked, at byte 17, in Picky");
 }
 
 TEST_CASE("ReadingFailure: other errors have none, and a copy has what its original has")

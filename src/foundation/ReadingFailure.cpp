@@ -9,7 +9,7 @@
 
 namespace tarn {
 namespace {
-constexpr char mark = '\2';
+constexpr char failureMark = '\2';
 
 const char* behind(const char* text) { return text + std::strlen(text) + 1; }
 
@@ -25,14 +25,14 @@ const char* tailBehind(const std::exception& error)
 
 std::string withSentence(const std::string& text, const std::string& sentence)
 {
-    return text + '\0' + mark + sentence + '\0';
+    return text + '\0' + failureMark + sentence + '\0';
 }
 
 std::string withPlace(const std::exception& error, const char* sentence, std::optional<unsigned long long> offset,
                       const std::vector<std::string>& path)
 {
     const char* const tail = tailBehind(error);
-    const std::string own = tail && *tail == mark ? tail + 1 : sentence ? sentence : error.what();
+    const std::string own = tail && *tail == failureMark ? tail + 1 : sentence ? sentence : error.what();
     const std::string before = tail ? std::string(error.what(), tail - 1) : error.what();
     std::string text = withSentence(before, own) + (offset ? std::to_string(*offset) : "?") + '\0';
     for (const std::string& name : path)
@@ -43,7 +43,7 @@ std::string withPlace(const std::exception& error, const char* sentence, std::op
 std::optional<ReadingFailure> ReadingFailure::of(const std::exception& error)
 {
     const char* at = tailBehind(error);
-    if (!at || *at != mark)
+    if (!at || *at != failureMark)
         return {};
     ReadingFailure failure{at + 1, {}, {}};
     at = behind(at);
