@@ -1,10 +1,11 @@
 // Registers the server beside this program for the current user, lets the system find and create its
-// class, calls the object by names, as a script does, and unregisters the server.
+// class, calls the object by names, as a script does, hears its events, and unregisters the server.
 
 #include "Greeter.h"
 
 #include <tarn/COMApartment.h>
 #include <tarn/Dispatch.h>
+#include <tarn/EventConnection.h>
 #include <tarn/GUID.h>
 #include <tarn/RegistryKey.h>
 #include <tarn/WindowsModule.h>
@@ -61,6 +62,15 @@ void useGreeter()
     std::cout << greeter.call(L"greet").toAString() << '\n';
     greeter.set(L"name", L"COM");
     std::cout << greeter.call(L"greet").toAString() << '\n';
+    {
+        const auto onEvent = [](DISPID event, const std::vector<tarn::Variant>& arguments) {
+            if (event == greetedEvent)
+                std::cout << "An event: " << arguments.at(0).toAString() << '\n';
+            return tarn::Variant();
+        };
+        const tarn::EventConnection connection(greeter.getObject(), DIID_GreeterEvents, onEvent);
+        greeter.call(L"greet");
+    }
     std::cout << "Greetings so far: " << greeter.get(L"greetings").toLong() << '\n';
     try {
         greeter.set(L"name", L"");

@@ -1,5 +1,5 @@
-// A COM server in a DLL with one class for scripts and programs: IDispatch, implemented by hand over
-// the library's Variant, and the server's exported functions in one line.
+// A COM server in a DLL with one class for scripts and programs: IDispatch and a connection point for its events,
+// implemented by hand over the library's Variant, and the server's exported functions in one line.
 
 #include "Greeter.h"
 
@@ -8,12 +8,21 @@
 #include <tarn/Variant.h>
 
 #include <oaidl.h>
+#include <ocidl.h>
+#include <olectl.h>
 
 #include <cwchar>
 #include <iterator>
+#include <map>
 
 namespace {
-class Greeter : public IDispatch, public tarn::SupportErrorInfo<IDispatch>, public tarn::IUnknownImpl {
+using Sink = tarn::COMInterfacePointer<IDispatch>;
+
+class Greeter : public IDispatch,
+                public tarn::SupportErrorInfo<IDispatch>,
+                public IConnectionPointContainer,
+                public IConnectionPoint,
+                public tarn::IUnknownImpl {
 public:
     explicit Greeter(IUnknown* outer) : IUnknownImpl(outer) {}
 
@@ -24,21 +33,37 @@ public:
     HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result,
                                      EXCEPINFO*, UINT*) override;
 
+    // It is its own and only connection point.
+    HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID events, IConnectionPoint** point) override;
+    HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID* events) override;
+    HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(IConnectionPointContainer** container) override;
+    HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override;
+    HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override;
+    HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections**) override { return E_NOTIMPL; }
+
 protected:
     void* queryInterface(const GUID& iid) override
     {
         if (iid == IID_ISupportErrorInfo)
             return static_cast<ISupportErrorInfo*>(this);
+        if (iid == IID_IConnectionPointContainer)
+            return static_cast<IConnectionPointContainer*>(this);
+        if (iid == IID_IConnectionPoint)
+            return static_cast<IConnectionPoint*>(this);
         return iid == IID_IDispatch ? static_cast<IDispatch*>(this) : IUnknownImpl::queryInterface(iid);
     }
 
 private:
     tarn::Variant call(DISPID id, WORD flags, const DISPPARAMS& arguments);
+    tarn::Variant greet();
 
     // Registered as "both", so calls may come from several threads at once.
     tarn::CriticalSection section_;
     tarn::BasicString<wchar_t> name_ = L"world";
     int greetings_ = 0;
+    std::map<DWORD, Sink> sinks_;
+    DWORD lastCookie_ = 0;
 };
 
 enum Member : DISPID { Name, Greet, Greetings };
@@ -74,13 +99,12 @@ tarn::Variant Greeter::call(DISPID id, WORD flags, const DISPPARAMS& arguments)
         name_ = name;
         return {};
     }
+    if (id == Greet)
+        return greet();
     const tarn::AutoLock lock(section_);
     switch (id) {
     case Name:
         return name_;
-    case Greet:
-        ++greetings_;
-        return tarn::BasicString<wchar_t>(L"Hello, %1!").format(name_.c_str());
     case Greetings:
         return greetings_;
     default:
@@ -88,13 +112,66 @@ tarn::Variant Greeter::call(DISPID id, WORD flags, const DISPPARAMS& arguments)
     }
 }
 
-HRESULT Greeter::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result, EXCEPINFO*, UINT*)
+// Who hears of it may call back, so nothing is locked then.
+tarn::Variant Greeter::greet()
 {
-    return tarn::asHRESULT([&] {
+    tarn::Variant greeting;
+    std::map<DWORD, Sink> sinks;
+    {
+        const tarn::AutoLock lock(section_);
+        ++greetings_;
+        greeting = tarn::BasicString<wchar_t>(L"Hello, %1!").format(name_.c_str());
+        sinks = sinks_;
+    }
+    for (const auto& [cookie, sink] : sinks) {
+        DISPPARAMS arguments = {&greeting, nullptr, 1, 0};
+        sink->Invoke(greetedEvent, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &arguments, nullptr, nullptr,
+                     nullptr);
+    }
+    return greeting;
+}
+
+HRESULT Greeter::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* failure,
+                        UINT*)
+{
+    return tarn::asHRESULT(failure, [&] {
         tarn::Variant answer = call(id, flags, *arguments);
         if (result)
             *result = answer.detach();
     });
+}
+
+HRESULT Greeter::FindConnectionPoint(REFIID events, IConnectionPoint** point)
+{
+    *point = nullptr;
+    return events == DIID_GreeterEvents ? QueryInterface(IID_IConnectionPoint, reinterpret_cast<void**>(point))
+                                        : CONNECT_E_NOCONNECTION;
+}
+
+HRESULT Greeter::GetConnectionInterface(IID* events)
+{
+    *events = DIID_GreeterEvents;
+    return S_OK;
+}
+
+HRESULT Greeter::GetConnectionPointContainer(IConnectionPointContainer** container)
+{
+    return QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(container));
+}
+
+HRESULT Greeter::Advise(IUnknown* sink, DWORD* cookie)
+{
+    return tarn::asHRESULT([&] {
+        const Sink events = tarn::COMInterfacePointer<IUnknown>(sink).require<IDispatch>();
+        const tarn::AutoLock lock(section_);
+        sinks_[*cookie = ++lastCookie_] = events;
+    });
+}
+
+HRESULT Greeter::Unadvise(DWORD cookie)
+{
+    const tarn::AutoLock lock(section_);
+    return sinks_.erase(cookie) ? S_OK : CONNECT_E_NOCONNECTION;
 }
 
 tarn::IUnknownImpl* createGreeter(IUnknown* outer)

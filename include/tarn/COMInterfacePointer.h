@@ -73,28 +73,31 @@ public:
     ~COMInterfacePointer() { reset(); }
 
     /// A new object of the class. Throws as HRESULTHolder::throwOnError does, "Can't create COM object".
-    static COMInterfacePointer create(const GUID& clsid, unsigned long context = CLSCTX_ALL, IUnknown* outer = nullptr)
+    ///
+    /// Here and below `iid` is needed for an interface that does not say its identifier (`__uuidof`), or another one.
+    static COMInterfacePointer create(const GUID& clsid, unsigned long context = CLSCTX_ALL, IUnknown* outer = nullptr,
+                                      const GUID& iid = __uuidof(T))
     {
         COMInterfacePointer result;
-        HRESULTHolder::throwOnError(CoCreateInstance(clsid, outer, context, __uuidof(T), result.putVoid()),
+        HRESULTHolder::throwOnError(CoCreateInstance(clsid, outer, context, iid, result.putVoid()),
                                     "Can't create COM object");
         return result;
     }
 
     /// Another interface of the same object; empty when the object has none such.
-    template <class Other> COMInterfacePointer<Other> as() const noexcept
+    template <class Other> COMInterfacePointer<Other> as(const GUID& iid = __uuidof(Other)) const noexcept
     {
         COMInterfacePointer<Other> result;
-        if (object_ && FAILED(object_->QueryInterface(__uuidof(Other), result.putVoid())))
+        if (object_ && FAILED(object_->QueryInterface(iid, result.putVoid())))
             result.detach(); // What a failing call left in the pointer is not a reference.
         return result;
     }
     /// The same for interfaces that the object must have. Throws "Can't get COM interface".
-    template <class Other> COMInterfacePointer<Other> require() const
+    template <class Other> COMInterfacePointer<Other> require(const GUID& iid = __uuidof(Other)) const
     {
         COMInterfacePointer<Other> result;
         COMError::checkPointer(object_);
-        const HRESULT hr = object_->QueryInterface(__uuidof(Other), result.putVoid());
+        const HRESULT hr = object_->QueryInterface(iid, result.putVoid());
         if (FAILED(hr))
             result.detach();
         HRESULTHolder::throwOnError(hr, "Can't get COM interface");
@@ -106,10 +109,10 @@ public:
     ///
     ///     const auto file = tarn::COMInterfacePointer<IPersistFile>::create(CLSID_NULL);
     ///     file.throwOnError(file->Load(L"C:\\x", STGM_READ), "Can't read the shortcut");
-    void throwOnError(HRESULT hr, const char* description) const
+    void throwOnError(HRESULT hr, const char* description, const GUID& iid = __uuidof(T)) const
     {
         if (FAILED(hr))
-            detail::throwOnErrorOf(object_, __uuidof(T), hr, description);
+            detail::throwOnErrorOf(object_, iid, hr, description);
     }
 
     /// Null when empty. Lent, not given: it adds no reference.

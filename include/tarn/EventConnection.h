@@ -23,7 +23,7 @@ namespace tarn {
 class TARN_API EventConnection {
 public:
     /// Gets the number of an event and its arguments, the first one first, those by reference as values. What it
-    /// returns or throws goes to the sender, as from asHRESULT().
+    /// returns or throws goes to the sender, as from asHRESULT() with an `EXCEPINFO`.
     using Handler = std::function<Variant(DISPID event, const std::vector<Variant>& arguments)>;
 
     /// To the object's events of an interface. Throws as HRESULTHolder::throwOnError does, "Can't connect to events",

@@ -87,6 +87,10 @@ TARN_LAYOUT(IUnknownImpl, 12, 24);
 /// In a catch block: the result for the exception, the HRESULT that it carries, `E_OUTOFMEMORY`, or `E_FAIL`. Its whole
 /// text becomes the thread's error information (`IErrorInfo`).
 TARN_API HRESULT resultOfCurrentException() noexcept;
+/// The same for `IDispatch::Invoke`, whose callers get the text from `failure`, also in other apartments and processes:
+/// then the result is `DISP_E_EXCEPTION`. Errors of automation itself (`DISP_E_...`) stay what they are, and with null
+/// all of them.
+TARN_API HRESULT resultOfCurrentException(EXCEPINFO* failure) noexcept;
 
 /// Runs the body of a COM method, which returns an HRESULT or nothing (`S_OK`), and turns exceptions into
 /// the result, as resultOfCurrentException() does.
@@ -101,6 +105,17 @@ template <class Call> HRESULT asHRESULT(Call call) noexcept
         }
     } catch (...) {
         return resultOfCurrentException();
+    }
+}
+
+/// The same for `IDispatch::Invoke`, as resultOfCurrentException() with `failure` does.
+template <class Call> HRESULT asHRESULT(EXCEPINFO* failure, Call call) noexcept
+{
+    try {
+        call();
+        return S_OK;
+    } catch (...) {
+        return resultOfCurrentException(failure);
     }
 }
 

@@ -99,6 +99,19 @@ HRESULT resultOfCurrentException() noexcept
     }
 }
 
+HRESULT resultOfCurrentException(EXCEPINFO* failure) noexcept
+{
+    const HRESULT hr = resultOfCurrentException();
+    if (!failure || HRESULT_FACILITY(hr) == FACILITY_DISPATCH)
+        return hr;
+    *failure = {};
+    failure->scode = hr;
+    COMInterfacePointer<IErrorInfo> info; // Has the text, unless there was no memory for it.
+    if (GetErrorInfo(0, info.put()) == S_OK)
+        info->GetDescription(&failure->bstrDescription);
+    return DISP_E_EXCEPTION;
+}
+
 void HRESULTHolder::throwOnError(long hr) { throwOnError(hr, ""); }
 
 long HRESULTHolder::getHRESULTFromException(const std::exception& e)

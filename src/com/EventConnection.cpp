@@ -43,9 +43,9 @@ public:
         return DISP_E_UNKNOWNNAME;
     }
     HRESULT STDMETHODCALLTYPE Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT* result,
-                                     EXCEPINFO*, UINT*) override
+                                     EXCEPINFO* failure, UINT*) override
     {
-        return asHRESULT([&] {
+        return asHRESULT(failure, [&] {
             const VARIANT* const first = parameters->rgvarg;
             const std::vector<Variant> arguments(std::make_reverse_iterator(first + parameters->cArgs),
                                                  std::make_reverse_iterator(first));

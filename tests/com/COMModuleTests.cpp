@@ -1,5 +1,6 @@
 #include "Apartment.h"
 #include "Expect.h"
+#include "Hearing.h"
 #include "Persistent.h"
 
 #include <tarn/COMModule.h>
@@ -249,7 +250,7 @@ TEST_CASE("COM server DLL: the system finds it, loads it and lets it go", "[com]
     CHECK((call("DllInstall", FALSE, L"user") == S_OK && !userHas(userClassPath)));
 }
 
-TEST_CASE("COMModule: a local server is started, serves and ends when it is idle", "[com][server]")
+TEST_CASE("COMModule: a local server is started, serves, tells of errors and ends when it is idle", "[com][server]")
 {
     const support::Apartment com;
     const tarn::WindowsHandle ended(CreateEventW(nullptr, TRUE, FALSE, support::serverEndedEvent));
@@ -260,6 +261,7 @@ TEST_CASE("COMModule: a local server is started, serves and ends when it is idle
         CLSID clsid = {};
         CHECK(object->GetClassID(&clsid) == S_OK);
         CHECK(clsid == CLSID_Persistent);
+        support::checkErrorsOf(object.require<IDispatch>());
         CHECK(ended.wait(1000) == tarn::WindowsHandle::timeout);
     }
     CHECK(ended.wait(20000) == tarn::WindowsHandle::signaled);

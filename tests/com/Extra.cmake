@@ -14,3 +14,10 @@ add_custom_command(OUTPUT "${names}/HRESULTs.txt" "${names}/GUIDs.txt"
     DEPENDS "${PROJECT_SOURCE_DIR}/tools/com-names" VERBATIM)
 add_custom_target(com_test_names DEPENDS "${names}/HRESULTs.txt" "${names}/GUIDs.txt")
 add_dependencies(${test} com_test_names)
+
+# The example's client hears the events and errors of its server.
+if(TARN_BUILD_EXAMPLES)
+    add_test(NAME com-server-example COMMAND com-client)
+    set_tests_properties(com-server-example PROPERTIES TIMEOUT 120 PASS_REGULAR_EXPRESSION
+        "An event: Hello, COM!.*Greetings so far: 3.*Nobody has an empty name.*Unregistered")
+endif()

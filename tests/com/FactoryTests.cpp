@@ -69,6 +69,9 @@ TEST_CASE("IUnknownImpl: a query counts, refuses and reports without touching th
     CHECK((base == moved && (moved = nullptr, base = std::move(object), !object && base.as<IPersist>())));
     object = base.as<IPersist>();
     CHECK((object && object == object.get() && object != nullptr && object.as<IUnknown>() != nullptr));
+    struct Nameless : IPersist {}; // Has no identifier of its own.
+    CHECK((object.as<Nameless>(IID_IPersist) == object && !object.as<Nameless>(IID_IDispatch)));
+    CHECK(object.require<Nameless>(IID_IPersist) == object);
     expectError<COMError>([&] { object.require<IDispatch>(); },
                           std::string("Can't get COM interface: HRESULT value 80004002"));
 

@@ -1,10 +1,10 @@
 #include "Test.h"
 
-#include "../com/Persistent.h"
-#include "Apartment.h"
+#include "../com/Hearing.h"
 #include "Sample.h"
 #include "ScratchFolder.h"
 
+#include <tarn/COMApartment.h>
 #include <tarn/COMInterfacePointer.h>
 #include <tarn/Pipe.h>
 #include <tarn/Process.h>
@@ -76,9 +76,9 @@ TEST_CASE("Editions: the machine's software has a view for each, the user's is o
     CHECK(RegDeleteKeyExA(HKEY_LOCAL_MACHINE, subkey, view, 0) == ERROR_SUCCESS);
 }
 
-TEST_CASE("Editions: a local COM server of the other serves")
+TEST_CASE("Editions: a local COM server of the other serves, and tells of errors")
 {
-    const Apartment com;
+    const COMApartment com(GENERATE(COMApartment::singleThreaded, COMApartment::multiThreaded));
     const WindowsHandle ended(CreateEventW(nullptr, TRUE, FALSE, serverEndedEvent));
     REQUIRE(run(program("com_test_local", "-register")) == 0);
     {
@@ -86,6 +86,7 @@ TEST_CASE("Editions: a local COM server of the other serves")
         CLSID clsid = {};
         CHECK(object->GetClassID(&clsid) == S_OK);
         CHECK(clsid == CLSID_Persistent);
+        checkErrorsOf(object.require<IDispatch>());
     }
     CHECK(ended.wait(20000) == WindowsHandle::signaled);
     CHECK(run(program("com_test_local", "-unregister")) == 0);

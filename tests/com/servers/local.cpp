@@ -1,4 +1,4 @@
-#include "../Persistent.h"
+#include "../Talking.h"
 
 #include <tarn/COMModule.h>
 #include <tarn/WindowsHandle.h>
@@ -7,9 +7,8 @@
 
 int main(int argc, char** argv)
 {
-    using support::Persistent;
     tarn::COMModule module(GetModuleHandleW(nullptr),
-                           {{support::CLSID_Persistent, &Persistent::create, L"Persistent test object",
+                           {{support::CLSID_Persistent, &support::Talking::create, L"Persistent test object",
                              tarn::COMModule::both, support::persistentProgID}});
     const auto is = [&](const char* option) { return argc > 1 && std::strcmp(argv[1], option) == 0; };
     const HRESULT hr = tarn::asHRESULT([&] {
