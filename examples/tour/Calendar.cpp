@@ -1,6 +1,7 @@
 #include "Tour.h"
 
 #include <tarn/GregorianCalendar.h>
+#include <tarn/RecurrenceSet.h>
 #include <tarn/TimeText.h>
 
 #include <iostream>
@@ -49,6 +50,13 @@ void show()
     std::cout << "Before summer time:     " << tarn::formatISOTimeA(local.getTime(), local.GetTimeZone()) << '\n';
     local.add(Calendar::FieldDayOfMonth, 1);
     std::cout << "a day on, same clock:   " << tarn::formatISOTimeA(local.getTime(), local.GetTimeZone()) << '\n';
+
+    tarn::RecurrenceSet paydays(tarn::parseISOTime("2026-01-30T12:00", local.GetTimeZone()), local.GetTimeZone());
+    paydays.setRule(tarn::parseRecurrenceRule("FREQ=MONTHLY;BYDAY=MO,TU,WE,TH,FR;BYSETPOS=-1;COUNT=4"));
+    std::cout << "Last workdays at noon: ";
+    for (const tarn::Time& payday : paydays)
+        std::cout << ' ' << tarn::formatISOTimeA(payday, local.GetTimeZone());
+    std::cout << '\n';
 
     const tarn::TimeZone moscow = tarn::TimeZone::named("Europe/Moscow"); // Changed its standard time.
     std::cout << "In Moscow:             ";

@@ -118,6 +118,8 @@
 #include <tarn/RadioButtonGroup.h>
 #include <tarn/ReadingFailure.h>
 #include <tarn/Rect.h>
+#include <tarn/RecurrenceRule.h>
+#include <tarn/RecurrenceSet.h>
 #include <tarn/RegistryKey.h>
 #include <tarn/RegistryTransaction.h>
 #include <tarn/RegistryValue.h>

@@ -1,0 +1,61 @@
+#include "Test.h"
+
+#include <tarn/GregorianCalendar.h>
+#include <tarn/RecurrenceRule.h>
+#include <tarn/TimeText.h>
+
+TEST_CASE("RecurrenceRule: a text is its parts, and back")
+{
+    const RecurrenceRule rule =
+        parseRecurrenceRule(L"byday=-2mo,fr;BYMONTH=12,1;until=19971224t093000z;WKST=SU;FREQ=YEARLY");
+    CHECK(rule.frequency == RecurrenceRule::Frequency::yearly);
+    CHECK(rule.byDay ==
+          std::vector<RecurrenceRule::Weekday>{{GregorianCalendar::Monday, -2}, {GregorianCalendar::Friday}});
+    CHECK(rule.byMonth == std::vector{GregorianCalendar::December, GregorianCalendar::January});
+    CHECK(rule.until->time == parseISOTime("1997-12-24T09:30Z"));
+    CHECK(rule.until->kind == RecurrenceRule::Until::Kind::utc);
+    CHECK(formatRecurrenceRuleW(rule) == L"FREQ=YEARLY;UNTIL=19971224T093000Z;BYMONTH=12,1;BYDAY=-2MO,FR;WKST=SU");
+
+    for (const char* text :
+         {"FREQ=SECONDLY;INTERVAL=2;COUNT=3;BYYEARDAY=1,-366;BYHOUR=0,23;BYMINUTE=59;BYSECOND=60;BYSETPOS=-1",
+          "FREQ=YEARLY;UNTIL=00000101;BYWEEKNO=53,-53", "FREQ=DAILY;UNTIL=99991231T235959;BYMONTHDAY=-31,31",
+          "FREQ=WEEKLY", "FREQ=MINUTELY", "FREQ=HOURLY;COUNT=2147483647", "FREQ=MONTHLY;BYDAY=5SU"})
+        CHECK(formatRecurrenceRuleA(parseRecurrenceRule(text)) == text);
+}
+
+TEST_CASE("RecurrenceRule: what is none is refused with the reason")
+{
+    const auto refuses = [](const std::string& text, const std::string& reason) {
+        expectError<Exception>([&] { parseRecurrenceRule(text.c_str()); },
+                               "Not a recurrence rule: \"" + text + "\": " + reason);
+    };
+    refuses("", "\"\" is no part of a rule");
+    refuses("COUNT=3", "FREQ is missing");
+    refuses("FREQ=DAILY;", "\"\" is no part of a rule");
+    refuses("FREQ=DAILY;SKIP=OMIT", "\"SKIP=OMIT\" is no part of a rule");
+    refuses("FREQ=DAILY;FREQ=DAILY", "FREQ is there twice");
+    refuses("FREQ=FORTNIGHTLY", "\"FORTNIGHTLY\" is no FREQ");
+    refuses("FREQ=DAILY;BYMONTH=13", "\"13\" is no BYMONTH");
+    refuses("FREQ=DAILY;BYDAY=MO,,TU", "\"\" is no BYDAY");
+    refuses("FREQ=MONTHLY;BYDAY=0MO", "\"0MO\" is no BYDAY");
+    refuses("FREQ=MONTHLY;BYDAY=54MO", "\"54MO\" is no BYDAY");
+    for (const char* value :
+         {"INTERVAL=0", "COUNT=0", "COUNT=99999999999", "COUNT=+-1", "COUNT=1X", "BYHOUR=24", "BYMINUTE=-1",
+          "BYSECOND=61", "BYMONTHDAY=0", "BYMONTHDAY=-32", "BYSETPOS=367", "WKST=1MO", "UNTIL=19970230",
+          "UNTIL=1997122", "UNTIL=19971224T240000", "UNTIL=19971224Z", "UNTIL=1997+101"}) {
+        const std::string part = value, name = part.substr(0, part.find('='));
+        refuses("FREQ=DAILY;" + part, '"' + part.substr(name.size() + 1) + "\" is no " + name);
+    }
+    refuses("FREQ=DAILY;COUNT=1;UNTIL=19970101", "COUNT and UNTIL exclude each other");
+    refuses("FREQ=WEEKLY;BYDAY=1MO", "BYDAY has numbers in monthly and yearly rules only");
+    refuses("FREQ=YEARLY;BYWEEKNO=1;BYDAY=1MO", "BYDAY has no numbers beside BYWEEKNO");
+    refuses("FREQ=WEEKLY;BYMONTHDAY=1", "BYMONTHDAY is not for weekly rules");
+    refuses("FREQ=MONTHLY;BYYEARDAY=1", "BYYEARDAY is not for daily, weekly and monthly rules");
+    refuses("FREQ=DAILY;BYWEEKNO=1", "BYWEEKNO is for yearly rules only");
+    refuses("FREQ=DAILY;BYSETPOS=1", "BYSETPOS needs another BY part");
+
+    RecurrenceRule rule;
+    rule.byMonth = {static_cast<GregorianCalendar::Month>(12)};
+    expectError<Exception>([&] { rule.validate(); },
+                           "Not a recurrence rule: \"FREQ=DAILY;BYMONTH=13\": \"13\" is no BYMONTH");
+}
