@@ -139,6 +139,12 @@ public:
     unsigned long getPixel(int x, int y) const;
     unsigned long getPixel(POINT at) const { return getPixel(at.x, at.y); }
     ///@}
+    /// Gives the colour that the pixel got, the nearest that there is, and `CLR_INVALID` outside of what can be drawn
+    /// on. For many pixels take Bitmap::withPixels().
+    ///@{
+    unsigned long setPixel(int x, int y, unsigned long colour) const;
+    unsigned long setPixel(POINT at, unsigned long colour) const { return setPixel(at.x, at.y, colour); }
+    ///@}
 
     /// `LOGPIXELSY`, `BITSPIXEL` and so on.
     int getCapabilities(int index) const;

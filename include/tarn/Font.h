@@ -34,6 +34,8 @@ public:
                 unsigned long quality, unsigned long pitchAndFamily, const wchar_t* face);
     ///@}
 
+    /// What the system shows its own messages in, for a screen: an owned font. Throws "Can't create font".
+    static Font ofSystem(const DPI& dpi = DPI::ofSystem());
     /// The same font for another screen: an owned one, as much larger as that has more dots. Throws "Can't create
     /// font".
     Font rescaled(const DPI& from, const DPI& to) const;

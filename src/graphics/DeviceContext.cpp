@@ -237,6 +237,10 @@ void DeviceContext::lineTo(int x, int y) const
 }
 
 unsigned long DeviceContext::getPixel(int x, int y) const { return GetPixel(handle_, x, y); }
+unsigned long DeviceContext::setPixel(int x, int y, unsigned long colour) const
+{
+    return SetPixel(handle_, x, y, colour);
+}
 
 int DeviceContext::getCapabilities(int index) const { return GetDeviceCaps(handle_, index); }
 bool DeviceContext::usesPalette() const { return getCapabilities(RASTERCAPS) & RC_PALETTE; }

@@ -6,6 +6,8 @@
 
 namespace tarn {
 namespace {
+constexpr const char* cannotCreate = "Can't create font";
+
 template <class Ch, class... Parameters> HFONT newFont(const Ch* face, Parameters... parameters)
 {
     const auto make = [=] {
@@ -14,7 +16,14 @@ template <class Ch, class... Parameters> HFONT newFont(const Ch* face, Parameter
         else
             return CreateFontW(parameters..., face);
     };
-    return ensureGDI(make, "Can't create font");
+    return ensureGDI(make, cannotCreate);
+}
+
+Font scaled(LOGFONTW font, const DPI& from, const DPI& to)
+{
+    for (LONG* const length : {&font.lfHeight, &font.lfWidth})
+        *length = MulDiv(*length, static_cast<int>(to.getDots()), static_cast<int>(from.getDots()));
+    return {ensureGDI([&] { return CreateFontIndirectW(&font); }, cannotCreate), true};
 }
 } // namespace
 
@@ -52,13 +61,19 @@ void Font::create(int height, int width, int escapement, int orientation, int we
               true);
 }
 
+Font Font::ofSystem(const DPI& dpi)
+{
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    ensureGDI([&] { return SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0); },
+              cannotCreate);
+    return scaled(metrics.lfMessageFont, DPI::ofSystem(), dpi);
+}
+
 Font Font::rescaled(const DPI& from, const DPI& to) const
 {
-    constexpr const char* failed = "Can't create font";
     LOGFONTW font;
-    ensureGDI([&] { return GetObjectW(getHandle(), sizeof font, &font); }, failed);
-    for (LONG* const length : {&font.lfHeight, &font.lfWidth})
-        *length = MulDiv(*length, static_cast<int>(to.getDots()), static_cast<int>(from.getDots()));
-    return {ensureGDI([&] { return CreateFontIndirectW(&font); }, failed), true};
+    ensureGDI([&] { return GetObjectW(getHandle(), sizeof font, &font); }, cannotCreate);
+    return scaled(font, from, to);
 }
 } // namespace tarn

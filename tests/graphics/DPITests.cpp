@@ -24,10 +24,20 @@ TEST_CASE("DPI: the first picture with enough dots is chosen, else the last", "[
 
 TEST_CASE("Font: a font for another screen differs in its size alone", "[font][dpi]")
 {
+    const auto attributesOf = [](const Font& font) {
+        LOGFONTW attributes;
+        REQUIRE(GetObjectW(font, sizeof attributes, &attributes));
+        return attributes;
+    };
     const Font font(-12, 0, 0, 0, FW_BOLD, true, false, false, DEFAULT_CHARSET, 0, 0, 0, 0, L"Tahoma");
-    const Font larger = font.rescaled(DPI(96), DPI(144));
-    LOGFONTW before, after;
-    REQUIRE((GetObjectW(font, sizeof before, &before) && GetObjectW(larger, sizeof after, &after)));
+    const LOGFONTW after = attributesOf(font.rescaled(DPI(96), DPI(144)));
     CHECK(after.lfHeight == -18);
     CHECK((after.lfWeight == FW_BOLD && after.lfItalic && BasicString<wchar_t>(after.lfFaceName) == L"Tahoma"));
+
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    REQUIRE(SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0));
+    const unsigned dots = DPI::ofSystem().getDots();
+    CHECK(attributesOf(Font::ofSystem()).lfHeight == metrics.lfMessageFont.lfHeight);
+    CHECK(attributesOf(Font::ofSystem(DPI(2 * dots))).lfHeight == 2 * metrics.lfMessageFont.lfHeight);
 }

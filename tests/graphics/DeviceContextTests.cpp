@@ -179,5 +179,5 @@ TEST_CASE("DeviceContext: a bad handle is reported by every member that can fail
         {"Can't get ROP2", [&] { dead.getROP2(); }},
         {"Can't set viewport origin", [&] { dead.setViewportOrigin(0, 0); }},
     });
-    CHECK(dead.getPixel(0, 0) == CLR_INVALID);
+    CHECK((dead.getPixel(0, 0) == CLR_INVALID && dead.setPixel(0, 0, 0) == CLR_INVALID));
 }

@@ -1,5 +1,6 @@
 #include "Canvas.h"
 #include "Expect.h"
+#include "Wine.h"
 
 #include <tarn/AutoClip.h>
 #include <tarn/AutoSelect.h>
@@ -32,6 +33,15 @@ TEST_CASE("DeviceContext: shapes have the pen's outline and the brush's filling"
     }));
     draw();
     CHECK(canvas.pixels() == expected);
+}
+
+TEST_CASE("DeviceContext: a pixel gets its colour, or there is none", "[graphics][drawing]")
+{
+    Canvas canvas(3, 2);
+    CHECK((canvas.context.setPixel(1, 0, red) == red && canvas.context.setPixel(Point(2, 1), blue) == blue));
+    const unsigned long outside = canvas.context.setPixel(3, 0, red);
+    CHECK((outside == CLR_INVALID || support::isWine()));
+    CHECK(canvas.pixels() == ".R.\n..B\n");
 }
 
 TEST_CASE("DeviceContext: round shapes stay inside of their bounds", "[graphics][drawing]")
