@@ -22,10 +22,10 @@
 #include <list>
 #include <map>
 #include <memory>
-#include <optional>
 #include <type_traits>
 
 namespace tarn {
+class ColourScheme;
 class DeviceContext;
 class Menu;
 class WindowClass;
@@ -58,7 +58,7 @@ class WindowClass;
 ///
 /// The members, in this order: binding and lifetime; messages; handlers; visibility, position and size; painting; text;
 /// dialog items; scroll bars; focus, mouse, timers and the rest; what derived classes use.
-class TARN_API Window : private boost::noncopyable {
+class TARN_API Window : public WindowTasks, private boost::noncopyable {
 public:
     /// The state of a check box or radio button.
     enum check { unchecked = 0, checked = 1, indeterminate = 2 };
@@ -168,37 +168,12 @@ public:
 
     // ---- From other threads
 
-    /// Has the thread of a window call `f()`, later and in the order of the posts; a modal loop of that thread does so,
-    /// too. Any thread may post, with the handle also when the object may have died. If the window ends before, `f` is
-    /// destroyed without a call, on the thread that ends it; destroying it must throw nothing. What it throws comes out
-    /// of the loop, as from a handler. For windows that send their messages to an object: created with a WindowClass,
-    /// subclassed, or dialogs. Throws "Can't post to the window's thread".
+    /// Any thread may have the window's thread call a function: with the handle (WindowTasks) also when the object may
+    /// have died.
     ///@{
-    template <std::invocable F> static void post(HWND hwnd, F f)
-    {
-        postTask(hwnd, std::make_unique<FunctionTask<F>>(std::move(f)));
-    }
+    using WindowTasks::call;
+    using WindowTasks::post;
     template <std::invocable F> void post(F f) const { post(hwnd_, std::move(f)); }
-    ///@}
-    /// Waits until the thread of a window has called `f()`, after what was posted before, and gives its result or
-    /// throws what it threw; on that thread itself it is a plain call. Meanwhile the calling thread answers messages
-    /// that others send to its windows. Do not let the other thread wait for this one: it has to handle its messages.
-    /// Throws "Can't call on the window's thread", also when the window ends before.
-    ///@{
-    template <std::invocable F> static auto call(HWND hwnd, F f)
-    {
-        using Result = std::decay_t<std::invoke_result_t<F&>>;
-        if constexpr (std::is_void_v<Result>) {
-            FunctionTask<F> task(std::move(f));
-            callTask(hwnd, task);
-        } else {
-            std::optional<Result> result;
-            const auto keep = [&] { result.emplace(f()); };
-            FunctionTask<decltype(keep)> task(keep);
-            callTask(hwnd, task);
-            return std::move(*result);
-        }
-    }
     template <std::invocable F> auto call(F f) const { return call(hwnd_, std::move(f)); }
     ///@}
 
@@ -335,6 +310,9 @@ public:
     /// `WM_NOTIFY`, for notifications that are answered in their structure (`LVN_GETDISPINFO`) or by the result; by
     /// default the result of onNotify(), which tells of all others.
     virtual LRESULT onNotifyToAnswer(NMHDR& header);
+    /// The user has chosen dark or light windows, or a scheme of high contrast, and possibly others than before. It
+    /// comes to the windows without a parent, after onSettingsChanged(), and more than once for a change.
+    virtual void onColourSchemeChanged(const ColourScheme& scheme);
 
     // ---- Visibility, position and size
 
@@ -539,10 +517,17 @@ public:
     /// Has onMouseLeave() called when the mouse leaves the client area. Throws "Can't track the mouse".
     void trackMouseLeave() const;
 
+    /// What a control shows its text in; it has to live as long as the control uses it.
+    void setFont(HFONT font, bool redraw = true) const;
+    /// Null for the system's first one, and for windows that draw their texts themselves. Lent, not given.
+    HFONT getFont() const;
     /// The icon before. Neither call makes or takes ownership.
     HICON setIcon(HICON icon, bool big) const;
     /// Null when the window was given none. Lent, not given.
     HICON getIcon(icon_size size) const;
+    /// A dark title bar or a light one: see ColourScheme. False where the system has none that is dark, before the
+    /// Windows 10 of 2020.
+    bool setDarkTitleBar(bool isDark) const;
 
     /// What was pressed, an `ID...` constant. Throws "Can't show message box".
     ///@{
@@ -585,6 +570,7 @@ protected:
 
 private:
     friend class Dialog;
+    friend class WindowTasks;
 
     struct MessageRecord {
         LRESULT result;
@@ -599,9 +585,6 @@ private:
     class ActiveMessage;
 
     static bool getMessage(MSG& msg, HWND hwnd, UINT min, UINT max);
-    static void postTask(HWND hwnd, std::unique_ptr<WindowTask> task);
-    static void callTask(HWND hwnd, WindowTask& task);
-    static WPARAM addTask(HWND hwnd, std::unique_ptr<WindowTask> task, const char* failed);
     static Window* find(HWND hwnd);
     static Window* enter(HWND hwnd, Window* window);
     static void leave(HWND hwnd);
@@ -623,6 +606,7 @@ private:
     void endOfWindow(HWND hwnd);
     void takeOverCreated();
     void reportDroppedFiles(WPARAM drop);
+    void reportSettings(UINT what, const wchar_t* section);
 
     static std::map<HWND, Window*> WindowMap;
 

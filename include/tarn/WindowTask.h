@@ -1,9 +1,16 @@
 #pragma once
 
+#include <tarn/Export.h>
+#include <tarn/Windows.h>
+
+#include <concepts>
+#include <memory>
+#include <optional>
+#include <type_traits>
 #include <utility>
 
 namespace tarn {
-/// What Window::post() and Window::call() hand to the thread of a window.
+/// What WindowTasks::post() and WindowTasks::call() hand to the thread of a window.
 class WindowTask {
 public:
     WindowTask() = default;
@@ -25,5 +32,42 @@ public:
 
 private:
     F function_;
+};
+
+/// What other threads have the thread of a window do. For windows that send their messages to an object: created with a
+/// WindowClass, subclassed, or dialogs. A Window has the same without the handle.
+class TARN_API WindowTasks {
+public:
+    /// Has the thread of a window call `f()`, later and in the order of the posts; a modal loop of that thread does so,
+    /// too. Any thread may post. If the window ends before, `f` is destroyed without a call, on the thread that ends
+    /// it; destroying it must throw nothing. What it throws comes out of the loop, as from a handler. Throws "Can't
+    /// post to the window's thread".
+    template <std::invocable F> static void post(HWND hwnd, F f)
+    {
+        postTask(hwnd, std::make_unique<FunctionTask<F>>(std::move(f)));
+    }
+    /// Waits until the thread of a window has called `f()`, after what was posted before, and gives its result or
+    /// throws what it threw; on that thread itself it is a plain call. Meanwhile the calling thread answers messages
+    /// that others send to its windows. Do not let the other thread wait for this one: it has to handle its messages.
+    /// Throws "Can't call on the window's thread", also when the window ends before.
+    template <std::invocable F> static auto call(HWND hwnd, F f)
+    {
+        using Result = std::decay_t<std::invoke_result_t<F&>>;
+        if constexpr (std::is_void_v<Result>) {
+            FunctionTask<F> task(std::move(f));
+            callTask(hwnd, task);
+        } else {
+            std::optional<Result> result;
+            const auto keep = [&] { result.emplace(f()); };
+            FunctionTask<decltype(keep)> task(keep);
+            callTask(hwnd, task);
+            return std::move(*result);
+        }
+    }
+
+private:
+    static void postTask(HWND hwnd, std::unique_ptr<WindowTask> task);
+    static void callTask(HWND hwnd, WindowTask& task);
+    static WPARAM addTask(HWND hwnd, std::unique_ptr<WindowTask> task, const char* failed);
 };
 } // namespace tarn

@@ -41,6 +41,7 @@
 #include <tarn/ClassSource.h>
 #include <tarn/Clipboard.h>
 #include <tarn/Cloneable.h>
+#include <tarn/ColourScheme.h>
 #include <tarn/ComboBox.h>
 #include <tarn/CommandLine.h>
 #include <tarn/ConstString.h>
@@ -87,6 +88,7 @@
 #include <tarn/ItemIDList.h>
 #include <tarn/Job.h>
 #include <tarn/KnownFolder.h>
+#include <tarn/Label.h>
 #include <tarn/Layout.h>
 #include <tarn/LinkControl.h>
 #include <tarn/ListBox.h>

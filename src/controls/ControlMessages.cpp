@@ -16,9 +16,8 @@ void createControl(Window& control, const wchar_t* className, HWND parent, unsig
     loadControls(ICC_WIN95_CLASSES | ICC_DATE_CLASSES);
     control.create(className, text, WS_CHILD | style, rect, parent, reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)),
                    nullptr);
-    const auto font = runningHandlers([=] { return SendMessageW(parent, WM_GETFONT, 0, 0); });
-    control.sendMessageA(WM_SETFONT,
-                         font ? static_cast<WPARAM>(font) : reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)));
+    const HFONT font = Window(parent).getFont();
+    control.setFont(font ? font : static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT)), false);
 }
 
 LRESULT ensureSent(const Window& control, LRESULT failed, const char* what, UINT msg, WPARAM wParam, LPARAM lParam)

@@ -1,11 +1,13 @@
 #include <tarn/Window.h>
 
+#include <tarn/ColourScheme.h>
 #include <tarn/DeviceContext.h>
 
 #include "WindowWatch.h"
 
 #include <shellapi.h>
 
+#include <cwchar>
 #include <memory>
 #include <type_traits>
 #include <vector>
@@ -200,7 +202,7 @@ LRESULT Window::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
         onEnable(wParam != 0);
         break;
     case WM_SETTINGCHANGE:
-        onSettingsChanged(static_cast<UINT>(wParam), reinterpret_cast<const wchar_t*>(lParam));
+        reportSettings(static_cast<UINT>(wParam), reinterpret_cast<const wchar_t*>(lParam));
         break;
     case WM_DPICHANGED:
         onDPIChanged(DPI(low(wParam)), *reinterpret_cast<const RECT*>(lParam));
@@ -212,6 +214,17 @@ LRESULT Window::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
         defaultWindowProc();
     }
     return 0;
+}
+
+void Window::reportSettings(UINT what, const wchar_t* section)
+{
+    // Read first, as a handler may have changed it.
+    const bool haveColoursChanged =
+        what == SPI_SETHIGHCONTRAST || (section && std::wcscmp(section, L"ImmersiveColorSet") == 0);
+    const Watch watch(*this);
+    onSettingsChanged(what, section);
+    if (haveColoursChanged && watch.isAlive())
+        onColourSchemeChanged(ColourScheme::ofUser());
 }
 
 void Window::reportDroppedFiles(WPARAM handle)

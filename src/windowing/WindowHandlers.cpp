@@ -220,6 +220,7 @@ void Window::onActivate(unsigned short, bool, Window*) { defaultWindowProc(); }
 void Window::onShow(bool, UINT) { defaultWindowProc(); }
 void Window::onEnable(bool) { defaultWindowProc(); }
 void Window::onSettingsChanged(UINT, const wchar_t*) { defaultWindowProc(); }
+void Window::onColourSchemeChanged(const ColourScheme&) {}
 LRESULT Window::onNotifyToAnswer(NMHDR& header) { return onNotify(header); }
 
 bool Window::onSetCursor(Window*, unsigned short, unsigned short)

@@ -72,6 +72,12 @@ void Window::trackMouseLeave() const
     ensure(TrackMouseEvent(&event), "Can't track the mouse");
 }
 
+void Window::setFont(HFONT font, bool redraw) const
+{
+    sendMessageA(WM_SETFONT, reinterpret_cast<WPARAM>(font), redraw);
+}
+HFONT Window::getFont() const { return reinterpret_cast<HFONT>(sendMessageA(WM_GETFONT)); }
+
 HICON Window::setIcon(HICON icon, bool big) const
 {
     return reinterpret_cast<HICON>(

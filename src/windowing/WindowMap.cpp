@@ -56,6 +56,7 @@ std::unique_ptr<WindowTask> takeTask(HWND hwnd, WPARAM number)
 struct Call {
     WindowTask& task;
     Event isOver{true, false};
+    std::atomic<bool> isOverUntold = false; // Where the event could not be set.
     bool hasReturned = false;
     std::exception_ptr error = nullptr;
 };
@@ -64,7 +65,12 @@ struct Call {
 class AwaitedTask final : public WindowTask {
 public:
     explicit AwaitedTask(Call& call) : call_(call) {}
-    ~AwaitedTask() override { SetEvent(call_.isOver.getHandle()); }
+    // Once the event is set the call may be gone.
+    ~AwaitedTask() override
+    {
+        if (!SetEvent(call_.isOver.getHandle()))
+            call_.isOverUntold = true;
+    }
 
     void run() override
     {
@@ -81,13 +87,29 @@ private:
 };
 
 // Answers what other threads send meanwhile, or two threads that call each other would wait for ever.
-void waitFor(const Event& isOver, const WindowsHandle& thread)
+void waitFor(const Call& call, const WindowsHandle& thread)
 {
-    const HANDLE either[] = {isOver.getHandle(), thread.getHandle()};
-    while (MsgWaitForMultipleObjects(2, either, FALSE, INFINITE, QS_SENDMESSAGE) == WAIT_OBJECT_0 + 2) {
-        MSG msg;
-        PeekMessageW(&msg, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
+    constexpr DWORD lookMs = 1000;
+    const HANDLE either[] = {call.isOver.getHandle(), thread.getHandle()};
+    for (;;) {
+        const DWORD result = MsgWaitForMultipleObjects(2, either, FALSE, lookMs, QS_SENDMESSAGE);
+        if (result == WAIT_OBJECT_0 + 2) {
+            MSG msg;
+            PeekMessageW(&msg, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
+        } else if (result != WAIT_TIMEOUT || call.isOverUntold) {
+            break;
+        }
     }
+}
+
+/// Takes the task back when the message for it cannot be posted.
+void postMessageOf(HWND hwnd, WPARAM number, const char* failed)
+{
+    if (PostMessageW(hwnd, taskMessage, number, 0))
+        return;
+    const DWORD error = GetLastError();
+    takeTask(hwnd, number);
+    throwWindowsError(error, failed);
 }
 } // namespace
 
@@ -125,31 +147,26 @@ void Window::leave(HWND hwnd)
         dropped.insert(tasks.extract(task++));
 }
 
-WPARAM Window::addTask(HWND hwnd, std::unique_ptr<WindowTask> task, const char* failed)
+WPARAM WindowTasks::addTask(HWND hwnd, std::unique_ptr<WindowTask> task, const char* failed)
 {
     const AutoLock lock(mapLock);
-    const auto found = WindowMap.find(hwnd);
-    if (found == WindowMap.end() || !found->second->listens_)
+    const auto found = Window::WindowMap.find(hwnd);
+    if (found == Window::WindowMap.end() || !found->second->listens_)
         throwWindowsError(ERROR_INVALID_WINDOW_HANDLE, failed);
     tasks.emplace(std::pair(hwnd, ++lastTask), std::move(task));
     return lastTask;
 }
 
-void Window::postTask(HWND hwnd, std::unique_ptr<WindowTask> task)
+void WindowTasks::postTask(HWND hwnd, std::unique_ptr<WindowTask> task)
 {
     constexpr const char* failed = "Can't post to the window's thread";
-    const WPARAM number = addTask(hwnd, std::move(task), failed);
-    if (PostMessageW(hwnd, taskMessage, number, 0))
-        return;
-    const DWORD error = GetLastError();
-    takeTask(hwnd, number);
-    throwWindowsError(error, failed);
+    postMessageOf(hwnd, addTask(hwnd, std::move(task), failed), failed);
 }
 
-void Window::callTask(HWND hwnd, WindowTask& task)
+void WindowTasks::callTask(HWND hwnd, WindowTask& task)
 {
     constexpr const char* failed = "Can't call on the window's thread";
-    const DWORD id = GetWindowThreadProcessId(hwnd, nullptr);
+    const DWORD id = ensureGDI([&] { return GetWindowThreadProcessId(hwnd, nullptr); }, failed);
     if (id == GetCurrentThreadId()) {
         task.run();
         return;
@@ -158,8 +175,8 @@ void Window::callTask(HWND hwnd, WindowTask& task)
     Call call{task};
     const WPARAM number = addTask(hwnd, std::make_unique<AwaitedTask>(call), failed);
     HandlerScope scope;
-    if (PostMessageW(hwnd, taskMessage, number, 0))
-        waitFor(call.isOver, thread);
+    postMessageOf(hwnd, number, failed);
+    waitFor(call, thread);
     takeTask(hwnd, number); // Still there when the thread has ended without its windows.
     if (call.error)
         std::rethrow_exception(call.error);

@@ -1,6 +1,7 @@
 #include <tarn/Window.h>
 
 #include "../foundation/FunctionOf.h"
+#include "ControlPlace.h"
 #include "HandlerScope.h"
 
 // Windows that follow the dots of their screen.
@@ -12,21 +13,22 @@ bool isComboBox(HWND control)
     wchar_t name[16];
     return GetClassNameW(control, name, 16) && CompareStringOrdinal(name, -1, L"ComboBox", -1, TRUE) == CSTR_EQUAL;
 }
+} // namespace
 
-// In the coordinates of the parent. A combo box is as high as with its list, or the list would be lost.
 Rect placeIn(HWND parent, HWND control)
 {
     RECT rect{};
     GetWindowRect(control, &rect);
-    RECT dropped{};
-    if (isComboBox(control))
-        SendMessageW(control, CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&dropped));
-    if (!IsRectEmpty(&dropped)) // Wine's result says that it failed.
-        rect.bottom = rect.top + (dropped.bottom - dropped.top);
+    if (isComboBox(control)) {
+        RECT dropped{};
+        const LRESULT isWhole = SendMessageW(control, CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&dropped));
+        // Wine's result says that it failed, and its rectangle lacks the height of the field.
+        if (!IsRectEmpty(&dropped))
+            rect.bottom = (isWhole ? rect.top : rect.bottom) + (dropped.bottom - dropped.top);
+    }
     MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&rect), 2);
     return rect;
 }
-} // namespace
 
 DPI Window::getDPI() const
 {

@@ -234,8 +234,8 @@ TEST_CASE("Window: the virtual operations lie in their order", "[window][slots]"
     // Behind the destructor, which has two.
     CHECK(slotsOf(&W::onClose, &W::onChar, &W::onFocusGained, &W::onFocusLost, &W::onContextMenu, &W::onSetCursor,
                   &W::onEraseBackground, &W::onMouseHWheel, &W::onMouseLeave, &W::onActivate, &W::onShow, &W::onEnable,
-                  &W::onSettingsChanged, &W::onDPIChanged, &W::onNotifyToAnswer) ==
-          std::vector<int>{42, 43, 44, 45, 46, 47, 48, 49, 50, 51, 52, 53, 54, 55, 56});
+                  &W::onSettingsChanged, &W::onDPIChanged, &W::onNotifyToAnswer, &W::onColourSchemeChanged) ==
+          std::vector<int>{42, 43, 44, 45, 46, 47, 48, 49, 50, 51, 52, 53, 54, 55, 56, 57});
 }
 
 TEST_CASE("Window: a timer calls its function until it stops itself", "[window][wrappers]")

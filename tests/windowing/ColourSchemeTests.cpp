@@ -1,0 +1,147 @@
+#include "Windows.h"
+
+#include <tarn/ColourScheme.h>
+#include <tarn/RegistryKey.h>
+
+#include <cstring>
+#include <optional>
+#include <string>
+#include <vector>
+
+using namespace tarn;
+
+namespace {
+/// What the user has chosen, until the test is over.
+class ChosenScheme {
+public:
+    ChosenScheme()
+        : key_(RegistryKey::createOwned(
+              HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize", KEY_ALL_ACCESS)),
+          former_(key_.findDWordValue(name))
+    {
+    }
+    ~ChosenScheme() { choose(former_); }
+
+    void choose(std::optional<unsigned long> isLight) const
+    {
+        if (isLight)
+            key_.setValue(name, *isLight);
+        else if (key_.existsValue(name))
+            key_.deleteValue(name);
+    }
+
+private:
+    static constexpr const wchar_t* name = L"AppsUseLightTheme";
+    RegistryKey key_;
+    std::optional<unsigned long> former_;
+};
+} // namespace
+
+TEST_CASE("ColourScheme: it is the user's, light where nothing is said, and has colours that can be read",
+          "[window][colours]")
+{
+    const ChosenScheme user;
+    user.choose(1);
+    CHECK(ColourScheme::ofUser() == ColourScheme());
+    user.choose(std::nullopt);
+    CHECK(!ColourScheme::ofUser().isDark());
+    user.choose(0);
+    CHECK(ColourScheme::ofUser() == ColourScheme::dark());
+
+    const auto brightness = [](unsigned long colour) {
+        return GetRValue(colour) + GetGValue(colour) + GetBValue(colour);
+    };
+    const std::pair<int, int> textsOn[] = {{COLOR_WINDOWTEXT, COLOR_WINDOW}, {COLOR_BTNTEXT, COLOR_BTNFACE},
+                                           {COLOR_MENUTEXT, COLOR_MENU},     {COLOR_INFOTEXT, COLOR_INFOBK},
+                                           {COLOR_GRAYTEXT, COLOR_BTNFACE},  {COLOR_HOTLIGHT, COLOR_WINDOW}};
+    for (const auto& [text, ground] : textsOn) {
+        CHECK(brightness(ColourScheme::dark().getColour(text)) >
+              brightness(ColourScheme::dark().getColour(ground)) + 250);
+        CHECK(ColourScheme().getColour(text) == GetSysColor(text));
+    }
+}
+
+TEST_CASE("ColourScheme: a window hears of a change, after the setting", "[window][colours]")
+{
+    struct Listener : Window {
+        void onSettingsChanged(UINT, const wchar_t* section) override { heard += section ? section : L"-"; }
+        void onColourSchemeChanged(const ColourScheme& scheme) override
+        {
+            heard += scheme.isDark() ? L" dark " : L" light ";
+        }
+        std::wstring heard;
+    } window;
+    support::open(window);
+    const ChosenScheme user;
+    user.choose(0);
+    const auto send = [&](UINT what, const wchar_t* section) {
+        SendMessageW(window, WM_SETTINGCHANGE, what, reinterpret_cast<LPARAM>(section));
+    };
+    send(0, L"ImmersiveColorSet");
+    send(0, L"intl");
+    user.choose(1);
+    send(SPI_SETHIGHCONTRAST, nullptr);
+    CHECK(window.heard == L"ImmersiveColorSet dark intl- light ");
+}
+
+namespace {
+/// While it lives, calls of a function come to another one.
+class Diverted {
+public:
+    Diverted(void* from, const void* to) : from_(static_cast<unsigned char*>(from))
+    {
+        std::memcpy(former_, from, sizeof former_);
+        unsigned char jump[sizeof former_] = {0x48, 0xB8, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xE0}; // mov rax, to; jmp rax
+        if constexpr (sizeof to == 4)
+            std::memcpy(jump, "\x90\xB8", 2); // nop; mov eax, to
+        std::memcpy(jump + 2, &to, sizeof to);
+        if constexpr (sizeof to == 4)
+            std::memcpy(jump + 6, "\xFF\xE0", 2);
+        write(jump);
+    }
+    Diverted(const Diverted&) = delete;
+    Diverted& operator=(const Diverted&) = delete;
+    ~Diverted() { write(former_); }
+
+private:
+    void write(const unsigned char (&code)[12]) const
+    {
+        DWORD protection = 0;
+        VirtualProtect(from_, sizeof code, PAGE_EXECUTE_READWRITE, &protection);
+        std::memcpy(from_, code, sizeof code);
+        VirtualProtect(from_, sizeof code, protection, &protection);
+    }
+
+    unsigned char* from_;
+    unsigned char former_[12];
+};
+
+struct {
+    HWND window;
+    DWORD attribute;
+    BOOL value;
+    HRESULT result;
+} titleBar;
+
+HRESULT WINAPI setAttribute(HWND window, DWORD attribute, const void* value, DWORD size)
+{
+    titleBar.window = window;
+    titleBar.attribute = attribute;
+    titleBar.value = size == sizeof(BOOL) ? *static_cast<const BOOL*>(value) : -1;
+    return titleBar.result;
+}
+} // namespace
+
+TEST_CASE("Window: the title bar is asked to be dark, and one that cannot be is no failure", "[window][colours]")
+{
+    const HMODULE module = LoadLibraryW(L"dwmapi.dll");
+    REQUIRE(module);
+    const Diverted calls(reinterpret_cast<void*>(GetProcAddress(module, "DwmSetWindowAttribute")),
+                         reinterpret_cast<void*>(&setAttribute));
+    const support::OpenWindow window;
+    CHECK(window.setDarkTitleBar(true));
+    CHECK((titleBar.window == window && titleBar.attribute == 20 && titleBar.value == TRUE));
+    titleBar.result = E_INVALIDARG; // As Windows before 2020 says.
+    CHECK_FALSE(window.setDarkTitleBar(false));
+    CHECK(titleBar.value == FALSE);
+}
