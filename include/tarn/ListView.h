@@ -4,7 +4,10 @@
 #include <tarn/Export.h>
 #include <tarn/Window.h>
 
+#include <concepts>
 #include <functional>
+#include <optional>
+#include <string_view>
 
 namespace tarn {
 class ImageList;
@@ -118,9 +121,23 @@ public:
     /// (`LVN_GETDISPINFO`). Throws "Can't set list view item count".
     void setItemCount(unsigned count) const;
     /// For the parent of such a view, in its onNotifyToAnswer(): when the notification asks for the text of an item it
-    /// gets what `text` gives, cut to the control's room (260 characters), and the result is true.
-    static bool giveText(NMHDR& notification,
-                         const std::function<BasicString<wchar_t>(unsigned item, unsigned subitem)>& text);
+    /// gets what `text(item, subitem)` gives (a wide text of any kind, or a reference to one), cut to the control's
+    /// room (260 characters), and the result is true.
+    template <std::invocable<unsigned, unsigned> F> static bool giveText(NMHDR& notification, F text)
+    {
+        LVITEMW* const item = itemAskedFor(notification, LVIF_TEXT);
+        if (item)
+            giveTextTo(notification, text(static_cast<unsigned>(item->iItem), static_cast<unsigned>(item->iSubItem)));
+        return item != nullptr;
+    }
+    /// The same for the number of an item's picture; one notification may ask for both.
+    template <std::invocable<unsigned, unsigned> F> static bool giveImage(NMHDR& notification, F image)
+    {
+        LVITEMW* const item = itemAskedFor(notification, LVIF_IMAGE);
+        if (item)
+            item->iImage = image(static_cast<unsigned>(item->iItem), static_cast<unsigned>(item->iSubItem));
+        return item != nullptr;
+    }
 
     // ---- Groups: the newer controls have them, for which a program asks in its manifest; a virtual view has none
 
@@ -142,7 +159,8 @@ public:
 
     // ---- Selection and view
 
-    /// Of an item; the other items stay as they are unless the view has the style `LVS_SINGLESEL`.
+    /// Of an item, or of all with the index -1; the other items stay as they are unless the view has the style
+    /// `LVS_SINGLESEL`.
     ///@{
     /// Throws "Can't set item".
     void setSelected(unsigned item, bool selected) const;
@@ -155,8 +173,19 @@ public:
     bool isChecked(unsigned item) const;
     ///@}
     /// Lets the user change the text of an item, with the style `LVS_EDITLABELS`; the parent hears of it by
-    /// `LVN_ENDLABELEDIT`. Throws "Can't edit list view item".
+    /// `LVN_ENDLABELEDIT`, see getEditedText(). Throws "Can't edit list view item".
     void editItem(unsigned item) const;
+    /// What the user has made of the text of an item.
+    struct EditedText {
+        /// The item's index.
+        unsigned item;
+        /// As it was entered.
+        BasicString<wchar_t> text;
+    };
+    /// For the parent, in its onNotifyToAnswer(): what an editing has brought, and nothing for other notifications and
+    /// where the user gave up. The item takes the text when the handler gives `TRUE`, and keeps its own when it gives
+    /// 0; of a virtual view keep the text yourself.
+    static std::optional<EditedText> getEditedText(const NMHDR& notification);
 
     /// (sic)
     unsigned getSlectedItemCount() const;
@@ -175,5 +204,9 @@ public:
     /// view destroys its lists at its end. One with the style `LVS_SHAREIMAGELISTS` does not: swap the list
     /// back before the view ends.
     void swapImageList(imagelist which, ImageList& list) const;
+
+private:
+    static LVITEMW* itemAskedFor(NMHDR& notification, UINT what);
+    static void giveTextTo(NMHDR& notification, std::wstring_view text);
 };
 } // namespace tarn

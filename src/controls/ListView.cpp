@@ -9,6 +9,7 @@
 #include "ItemText.h"
 
 #include <climits>
+#include <utility>
 
 namespace tarn {
 namespace {
@@ -25,13 +26,14 @@ int CALLBACK compareItems(LPARAM a, LPARAM b, LPARAM data)
     auto& sorting = *static_cast<Sorting*>(toPointer(data));
     if (sorting.hasFailed)
         return 0;
-    sorting.hasFailed = true;
-    const int order = guardedCallback(0, {"the comparison of items of a list view", nullptr, 0}, [&] {
-        const int result = sorting.compare(toPointer(a), toPointer(b));
-        sorting.hasFailed = false;
-        return result;
-    });
-    return order;
+    try {
+        return sorting.compare(toPointer(a), toPointer(b));
+    } catch (...) {
+        sorting.hasFailed = true;
+        HandlerScope::keepCurrentException({"the comparison of items of a list view", nullptr, 0},
+                                           __builtin_return_address(0));
+        return 0;
+    }
 }
 
 void setState(const ListView& view, unsigned item, unsigned mask, unsigned state)
@@ -72,7 +74,7 @@ template <class Item> Item withData(Item attributes, const void* data)
 }
 
 // As much of the text as the control has room for.
-template <class Ch> void giveTextTo(typename ItemApi<Ch>::ListItem& item, const BasicString<Ch>& text)
+template <class Item, class Text> void copyText(const Item& item, const Text& text)
 {
     const auto room = static_cast<std::size_t>(item.cchTextMax);
     if (room > 0)
@@ -255,20 +257,20 @@ void ListView::setItemCount(unsigned count) const
     ensureSent(*this, FALSE, "Can't set list view item count", LVM_SETITEMCOUNT, count);
 }
 
-bool ListView::giveText(NMHDR& notification,
-                        const std::function<BasicString<wchar_t>(unsigned item, unsigned subitem)>& text)
+// The narrow form of the structure differs in the type of the text alone.
+LVITEMW* ListView::itemAskedFor(NMHDR& notification, UINT what)
 {
-    // The structure differs in the type of the text alone.
     LVITEMW& item = reinterpret_cast<NMLVDISPINFOW&>(notification).item;
-    const UINT code = notification.code;
-    if ((code != LVN_GETDISPINFOW && code != LVN_GETDISPINFOA) || !(item.mask & LVIF_TEXT))
-        return false;
-    const BasicString<wchar_t> wanted = text(static_cast<unsigned>(item.iItem), static_cast<unsigned>(item.iSubItem));
-    if (code == LVN_GETDISPINFOW)
-        giveTextTo(item, wanted);
+    const bool isAsked = notification.code == LVN_GETDISPINFOW || notification.code == LVN_GETDISPINFOA;
+    return isAsked && (item.mask & what) ? &item : nullptr;
+}
+void ListView::giveTextTo(NMHDR& notification, std::wstring_view text)
+{
+    const LVITEMW& item = reinterpret_cast<const NMLVDISPINFOW&>(notification).item;
+    if (notification.code == LVN_GETDISPINFOW)
+        copyText(item, text);
     else
-        giveTextTo(reinterpret_cast<LVITEMA&>(item), BasicString<char>(wanted.c_str()));
-    return true;
+        copyText(reinterpret_cast<const LVITEMA&>(item), BasicString<char>(std::wstring(text).c_str()));
 }
 
 void ListView::enableGroups(bool enable) const
@@ -328,6 +330,17 @@ void ListView::editItem(unsigned item) const
 {
     setFocus(); // The control edits nothing without it.
     ensureSent(*this, 0, "Can't edit list view item", LVM_EDITLABELW, item);
+}
+
+std::optional<ListView::EditedText> ListView::getEditedText(const NMHDR& notification)
+{
+    const LVITEMW& item = reinterpret_cast<const NMLVDISPINFOW&>(notification).item;
+    const bool isNarrow = notification.code == LVN_ENDLABELEDITA;
+    if ((!isNarrow && notification.code != LVN_ENDLABELEDITW) || !item.pszText)
+        return std::nullopt;
+    BasicString<wchar_t> text(isNarrow ? BasicString<wchar_t>(reinterpret_cast<const LVITEMA&>(item).pszText)
+                                       : BasicString<wchar_t>(item.pszText));
+    return EditedText{static_cast<unsigned>(item.iItem), std::move(text)};
 }
 
 unsigned ListView::getSlectedItemCount() const { return static_cast<unsigned>(sendMessageA(LVM_GETSELECTEDCOUNT)); }

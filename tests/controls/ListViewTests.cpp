@@ -132,6 +132,8 @@ TEST_CASE("ListView: items are checked, selected and edited by code; a virtual v
     view.setChecked(1, false);
     view.setSelected(0, false);
     CHECK((!view.isChecked(1) && view.getSlectedItemCount() == 0));
+    view.setSelected(static_cast<unsigned>(-1), true);
+    CHECK(view.getSlectedItemCount() == 2);
     view.editItem(1);
     CHECK(view.sendMessageA(LVM_GETEDITCONTROL) != 0);
     support::expectWindowsError([&] { view.setChecked(9, true); }, "Can't set item");
@@ -142,7 +144,9 @@ TEST_CASE("ListView: items are checked, selected and edited by code; a virtual v
             const auto text = [](unsigned item, unsigned subitem) {
                 return BasicString<wchar_t>::fromInt(item) + std::wstring(subitem ? 300u : 0u, L'\xE9');
             };
-            if (msg == WM_NOTIFY && ListView::giveText(*reinterpret_cast<NMHDR*>(lParam), text))
+            const auto image = [](unsigned item, unsigned) { return static_cast<int>(item) % 7; };
+            if (msg == WM_NOTIFY && (ListView::giveText(*reinterpret_cast<NMHDR*>(lParam), text) ||
+                                     ListView::giveImage(*reinterpret_cast<NMHDR*>(lParam), image)))
                 return 0;
             return support::Host::onMessage(msg, wParam, lParam);
         }
@@ -155,7 +159,40 @@ TEST_CASE("ListView: items are checked, selected and edited by code; a virtual v
     CHECK((large.getItemCount() == 1000000 && large.getItemTextW(999999, 0) == L"999999"));
     const std::wstring cut = large.getItemTextW(5, 1);
     CHECK((cut.size() >= 200 && cut[0] == L'5' && cut.find_first_not_of(L'\xE9', 1) == cut.npos));
-    CHECK(large.getItemTextA(7, 0) == "7");
+    CHECK((large.getItemTextA(7, 0) == "7" && imageOf(large, 12) == 5));
+}
+
+TEMPLATE_TEST_CASE("ListView: what the user has made of a text is told, and decided on", "[controls]", char, wchar_t)
+{
+    struct : support::Host {
+        LRESULT onNotifyToAnswer(NMHDR& header) override
+        {
+            const auto edited = ListView::getEditedText(header);
+            if (!edited)
+                return Host::onNotifyToAnswer(header);
+            heard += BasicString<wchar_t>::fromInt(edited->item) + edited->text;
+            return edited->text != L"no";
+        }
+        std::wstring heard;
+    } host;
+    ListView view;
+    view.create(host, 9, Rect(0, 0, 90, 90), LVS_REPORT | LVS_EDITLABELS);
+    view.sendMessageA(CCM_SETUNICODEFORMAT, std::is_same_v<TestType, wchar_t>);
+    view.insertColumn(0, "column", 80);
+    view.insertItem("a");
+    view.insertItem("b");
+    const auto enter = [&](const wchar_t* text, WPARAM key) {
+        view.editItem(1);
+        const Window field(static_cast<HWND>(reinterpret_cast<void*>(view.sendMessageA(LVM_GETEDITCONTROL))));
+        field.setText(text);
+        SendMessageW(field, WM_KEYDOWN, key, 0);
+        SendMessageW(field, WM_CHAR, key, 0);
+    };
+    enter(L"yes", VK_RETURN);
+    CHECK(view.getItemTextW(1, 0) == L"yes");
+    enter(L"no", VK_RETURN);
+    enter(L"never", VK_ESCAPE);
+    CHECK((view.getItemTextW(1, 0) == L"yes" && host.heard == L"1yes1no"));
 }
 
 TEMPLATE_TEST_CASE("ListView: what the control refuses is named", "[controls]", LVITEMA, LVITEMW)
