@@ -52,10 +52,12 @@ public:
     void end();
 
 private:
+    // A combo box has the height of its list besides.
     struct Control {
         int id;
         unsigned edges;
         Rect rect;
+        int listHeight;
     };
 
     static LRESULT CALLBACK onMessage(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR self);

@@ -1,6 +1,7 @@
 #include <tarn/Anchors.h>
 
 #include "../foundation/Check.h"
+#include "../windowing/ControlPlace.h"
 #include "../windowing/HandlerScope.h"
 
 #include <algorithm>
@@ -24,7 +25,7 @@ Anchors::~Anchors() { end(); }
 void Anchors::add(int id, unsigned edges)
 {
     std::erase_if(controls_, [id](const Control& control) { return control.id == id; });
-    controls_.push_back({id, edges, {}});
+    controls_.push_back({id, edges, {}, 0});
 }
 
 void Anchors::begin(HWND window)
@@ -53,8 +54,9 @@ void Anchors::measure(HWND window)
     start_ = Window(window).getClientSize();
     for (Control& control : controls_) {
         const HWND hwnd = ensure(GetDlgItem(window, control.id), "Can't find anchored control");
-        control.rect = Window(hwnd).getWindowRectangle();
-        MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(static_cast<RECT*>(&control.rect)), 2);
+        control.rect = placeIn(window, hwnd);
+        control.listHeight = control.rect.getHeight() - Window(hwnd).getWindowSize().cy;
+        control.rect.bottom -= control.listHeight;
     }
 }
 
@@ -68,7 +70,8 @@ void Anchors::place() const
         follow(rect.top, rect.bottom, size.cy - start_.cy, control.edges & top, control.edges & bottom, start_.cy);
         const HWND hwnd = GetDlgItem(window_, control.id);
         if (hwnd && moves)
-            moves = DeferWindowPos(moves, hwnd, nullptr, rect.left, rect.top, rect.getWidth(), rect.getHeight(),
+            moves = DeferWindowPos(moves, hwnd, nullptr, rect.left, rect.top, rect.getWidth(),
+                                   rect.getHeight() + control.listHeight,
                                    SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS); // The window erases later.
     }
     if (moves)

@@ -62,6 +62,25 @@ TEST_CASE("Anchors: a control keeps its distance to the edges that it has", "[an
     CHECK(EqualRect(&static_cast<const RECT&>(window.place()), &static_cast<const RECT&>(Rect(40, 20, 60, 40))));
 }
 
+TEST_CASE("Anchors: a combo box keeps the height of its list", "[anchors]")
+{
+    Host window;
+    const Window combo(Host::makeChild(window, L"COMBOBOX", Host::id, CBS_DROPDOWNLIST | CBS_NOINTEGRALHEIGHT));
+    Anchors anchors;
+    anchors.add(Host::id, Anchors::left | Anchors::right | Anchors::bottom);
+    anchors.begin(window);
+    const auto listHeight = [&] {
+        Rect list;
+        combo.sendMessageA(CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(static_cast<RECT*>(&list)));
+        return list.getHeight();
+    };
+    const int before = listHeight();
+    REQUIRE(before > combo.getWindowSize().cy);
+    const Size size = window.getWindowSize();
+    window.setSize(size.cx + 50, size.cy + 50, SWP_NOZORDER);
+    CHECK(listHeight() == before);
+}
+
 TEST_CASE("Anchors: the window gets no smaller than it was, also at another resolution", "[anchors]")
 {
     Anchored window(Anchors::right | Anchors::bottom, {40, 20, 60, 40});
