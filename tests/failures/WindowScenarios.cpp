@@ -1,7 +1,9 @@
 #include "Campaign.h"
 
 #include <tarn/ComboBox.h>
+#include <tarn/Font.h>
 #include <tarn/ImageList.h>
+#include <tarn/Label.h>
 #include <tarn/ListView.h>
 #include <tarn/Menu.h>
 #include <tarn/MessageLoop.h>
@@ -10,6 +12,12 @@
 #include <tarn/TreeView.h>
 #include <tarn/Window.h>
 #include <tarn/WindowClass.h>
+
+#include <chrono>
+#include <exception>
+#include <future>
+#include <string>
+#include <thread>
 
 namespace failures {
 namespace {
@@ -140,12 +148,58 @@ void workTree(const WorkPlace&)
     tree.setImageList(former, tarn::TreeView::normal);
     images.destroy();
 }
+
+// Another thread posts and calls, and this one handles messages until it is over.
+void postAndCall(const WorkPlace&)
+{
+    drainMessages();
+    const Painted window;
+    std::string calls;
+    std::promise<void> over;
+    auto outcome = over.get_future();
+    const DWORD handling = GetCurrentThreadId();
+    std::jthread other([&, hwnd = window.getWindowHandle()] {
+        try {
+            tarn::Window::post(hwnd, [&] { calls += 'a'; });
+            expect(tarn::Window::call(hwnd, [&] { return calls += 'b'; }) == "ab", "called otherwise");
+            over.set_value();
+        } catch (...) {
+            over.set_exception(std::current_exception());
+        }
+        PostThreadMessageW(handling, WM_NULL, 0, 0);
+    });
+    std::exception_ptr handlers; // Thrown when the other thread waits no more.
+    MSG msg;
+    while (outcome.wait_for(std::chrono::seconds(0)) != std::future_status::ready && GetMessageW(&msg, nullptr, 0, 0)) {
+        try {
+            tarn::Window::dispatchMessage(msg);
+        } catch (...) {
+            handlers = std::current_exception();
+        }
+    }
+    outcome.get();
+    if (handlers)
+        std::rethrow_exception(handlers);
+}
+
+void createByIds(const WorkPlace&)
+{
+    const Painted window;
+    tarn::Label label;
+    label.create(window, 8, place, L"Name");
+    expect(window.getTextA(8) == "Name", "another text");
+    const tarn::Font font = tarn::Font::ofSystem(window.getDPI());
+    label.setFont(font);
+    expect(label.getFont() == font, "another font");
+    label.setFont(nullptr);
+}
 } // namespace
 
 std::vector<Scenario> windowScenarios()
 {
     return {{"window", showWindow},     {"controls", workControls},
             {"tree", workTree},         {"scrolling and focus", scrollAndFocus},
-            {"messages", takeMessages}, {"menu", useMenu}};
+            {"messages", takeMessages}, {"menu", useMenu},
+            {"tasks", postAndCall},     {"labels", createByIds}};
 }
 } // namespace failures
