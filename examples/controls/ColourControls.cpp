@@ -10,7 +10,9 @@ constexpr Colour all[] = {{L"Ink", RGB(20, 20, 30)},
                           {L"Mars", RGB(180, 50, 30)},
                           {L"Earth", RGB(20, 120, 60)},
                           {L"Saturn", RGB(150, 100, 20)}};
-constexpr int itemHeight = 20;
+
+// In units of 1/96 inch.
+constexpr int itemHeight = 20, patchWidth = 30, border = 3;
 
 tarn::Rect shrunk(const RECT& rect, int distance)
 {
@@ -20,10 +22,15 @@ tarn::Rect shrunk(const RECT& rect, int distance)
 
 void ColourList::fill() const
 {
-    sendMessageA(LB_SETITEMHEIGHT, 0, getDPI().toPixels(itemHeight));
     for (const Colour& colour : all)
         addItem(&colour);
     setCurrentSelection(0);
+}
+
+void ColourList::setItemHeight(const tarn::DPI& dpi)
+{
+    dpi_ = dpi;
+    sendMessageA(LB_SETITEMHEIGHT, 0, dpi.toPixels(itemHeight));
 }
 
 const Colour& ColourList::getColour() const
@@ -41,23 +48,23 @@ void ColourList::onDrawItem(const DRAWITEMSTRUCT& item)
     tarn::DeviceContext context(item.hDC);
     const tarn::Rect area(item.rcItem);
     context.fillRectangle(isSelected ? COLOR_HIGHLIGHT : COLOR_WINDOW, area);
-    tarn::Rect patch = shrunk(area, 3);
-    patch.right = patch.left + getDPI().toPixels(30);
+    tarn::Rect patch = shrunk(area, dpi_.toPixels(border));
+    patch.right = patch.left + dpi_.toPixels(patchWidth);
     context.fillRectangle(colour.value, patch);
-    SetBkMode(context, TRANSPARENT);
+    context.setBackgroundMode(TRANSPARENT);
     const tarn::AutoTextColour text(context, GetSysColor(isSelected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
-    context.drawText(patch.right + 8, area.top + 3, colour.name);
+    context.drawText(tarn::Rect(patch.right + dpi_.toPixels(8), area.top, area.right, area.bottom), colour.name,
+                     DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS | DT_NOPREFIX);
 }
 
 void ColourButton::onDrawItem(const DRAWITEMSTRUCT& item)
 {
     tarn::DeviceContext context(item.hDC);
-    tarn::Rect area(item.rcItem);
-    const bool isPressed = (item.itemState & ODS_SELECTED) != 0;
-    DrawFrameControl(context, &area, DFC_BUTTON, DFCS_BUTTONPUSH | (isPressed ? DFCS_PUSHED : 0u));
-    context.fillRectangle(colours_.getColour().value, shrunk(area, 6));
-    if (item.itemState & ODS_FOCUS) {
-        const tarn::Rect focus = shrunk(area, 3);
-        DrawFocusRect(context, &focus);
-    }
+    const tarn::DPI dpi = getDPI();
+    const tarn::Rect area(item.rcItem);
+    context.fillRectangle(COLOR_BTNFACE, area);
+    context.drawRectangle3D(area, (item.itemState & ODS_SELECTED) == 0);
+    context.fillRectangle(colours_.getColour().value, shrunk(area, dpi.toPixels(2 * border)));
+    if (item.itemState & ODS_FOCUS)
+        context.drawFocusFrame(shrunk(area, dpi.toPixels(border)));
 }

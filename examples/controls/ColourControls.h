@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tarn/Button.h>
+#include <tarn/DPI.h>
 #include <tarn/ListBox.h>
 
 struct Colour {
@@ -12,9 +13,13 @@ struct Colour {
 class ColourList : public tarn::ListBox, public tarn::OwnerDrawable {
 public:
     void fill() const;
+    void setItemHeight(const tarn::DPI& dpi);
     const Colour& getColour() const; ///< The selected one; the first one when none is selected.
 
     void onDrawItem(const DRAWITEMSTRUCT& item) override;
+
+private:
+    tarn::DPI dpi_;
 };
 
 /// A button that shows the list's colour.

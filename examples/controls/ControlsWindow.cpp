@@ -2,35 +2,25 @@
 
 #include "Ids.h"
 
-#include <tarn/AutoRedraw.h>
 #include <tarn/Exception.h>
+#include <tarn/HeaderControl.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cwchar>
-#include <functional>
+#include <iterator>
 #include <string>
 
 namespace {
-constexpr int leftX = 12, leftWidth = 230, rightX = 256, rightWidth = 552;
-constexpr int nightX = 820, nightWidth = 230, toolsHeight = 30;
-constexpr tarn::Size clientSize{1062, 546 + toolsHeight};
-constexpr unsigned long shown = WS_VISIBLE | WS_TABSTOP;
-constexpr unsigned long windowStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX;
-constexpr short largestFilter = 6000;
-constexpr int narrowest = 60, widest = 260, usualWidth = 150;
-constexpr unsigned long transparent = RGB(255, 0, 255);
-
+constexpr int narrowest = 60, widest = 260, usualWidth = 150; // Of the names, in units of 1/96 inch.
 constexpr unsigned long views[] = {LVS_REPORT, LVS_LIST, LVS_SMALLICON, LVS_ICON};
 
-// All these are in units of 1/96 inch.
-int toPixels(int units) { return tarn::DPI::ofSystem().toPixels(units); }
-
-// In pixels, below the tool bar.
-tarn::Rect place(int x, int y, int width, int height)
-{
-    return tarn::DPI::ofSystem().toPixels(tarn::Rect(tarn::Point(x, y + toolsHeight), tarn::Size(width, height)));
-}
+/// What the entries of the combo box stand for.
+struct Order {
+    int column;
+    bool isAscending;
+};
+constexpr Order orders[] = {{2, true}, {1, false}, {0, true}};
 
 std::wstring withSeparators(int number)
 {
@@ -51,54 +41,61 @@ std::wstring daysOf(const Body& body)
 
 std::wstring nameInText(const std::wstring& name) { return name == L"Sun" ? L"the Sun" : name; }
 
-/// A picture whose light grey becomes the colour of a button.
-tarn::Bitmap loadOnButtonFace(int id, HINSTANCE program)
+bool goesRound(const Body& body, const Body* centre)
 {
-    const HANDLE bitmap = LoadImageW(program, MAKEINTRESOURCEW(id), IMAGE_BITMAP, 0, 0, LR_LOADMAP3DCOLORS);
-    if (!bitmap)
-        throw tarn::WindowsError("Can't load a picture");
-    return tarn::Bitmap(static_cast<HBITMAP>(bitmap), true);
+    return centre ? body.centre && std::wcscmp(body.centre, centre->name) == 0 : !body.centre;
 }
 
-bool goesRound(const Body& body, const Body& centre)
+/// Below 0 when `a` comes first.
+double compare(const Body& a, const Body& b, int column)
 {
-    return body.centre && std::wcscmp(body.centre, centre.name) == 0;
-}
-
-void sort(std::vector<const Body*>& wanted, int order)
-{
-    if (order == 1)
-        std::ranges::stable_sort(wanted, std::greater(), &Body::diameterKm);
-    else if (order == 2)
-        std::ranges::sort(wanted, [](const Body* a, const Body* b) { return std::wcscmp(a->name, b->name) < 0; });
+    if (column == 0)
+        return std::wcscmp(a.name, b.name);
+    return column == 1 ? a.diameterKm - b.diameterKm : a.orbitDays - b.orbitDays;
 }
 } // namespace
 
 bool BodyTree::onReflectedNotification(const NMTREEVIEWW& notification)
 {
+    if (notification.hdr.code == TVN_ITEMEXPANDINGW && !getFirstChild(notification.itemNew.hItem))
+        insert(notification.itemNew.hItem, static_cast<const Body*>(getItemData(notification.itemNew.hItem)));
     if (notification.hdr.code != TVN_SELCHANGEDW || !onSelection)
         return false;
     onSelection();
     return true;
 }
 
+void BodyTree::insert(HTREEITEM parent, const Body* centre) const
+{
+    for (const Body& body : bodies()) {
+        if (!goesRound(body, centre))
+            continue;
+        const HTREEITEM item = insertItem(body.name, body.kind, body.kind, &body, parent, TVI_LAST);
+        setHasChildren(item, std::ranges::any_of(bodies(), [&](const Body& moon) { return goesRound(moon, &body); }));
+    }
+}
+
 ControlsWindow::ControlsWindow(HINSTANCE program)
     : program_(program),
       windowClass_(0, 0, LoadIconW(nullptr, IDI_APPLICATION), COLOR_BTNFACE, LoadCursorW(nullptr, IDC_ARROW), program),
-      treePictures_(ID_SMALL_PICTURES, tarn::ImageList::bitmap, 16, transparent, LR_CREATEDIBSECTION, program),
-      smallPictures_(ID_SMALL_PICTURES, tarn::ImageList::bitmap, 16, transparent, LR_CREATEDIBSECTION, program),
-      largePictures_(ID_LARGE_PICTURES, tarn::ImageList::bitmap, 32, transparent, LR_CREATEDIBSECTION, program),
-      resetPicture_(loadOnButtonFace(ID_RESET_PICTURE, program)), swatch_(colours_)
+      swatch_(colours_)
 {
-    tarn::Rect rect(tarn::Point(60, 60), tarn::DPI::ofSystem().toPixels(clientSize));
-    AdjustWindowRect(&rect, windowStyle, FALSE);
-    create(windowClass_, L"The solar system", windowStyle, rect, nullptr, nullptr, program);
+    create(windowClass_, L"The solar system", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
+           {CW_USEDEFAULT, CW_USEDEFAULT, 0, 0}, nullptr, nullptr, program);
+    addFrame();
     addLeftSide();
     addView();
     addFilter();
     addNote();
     addObservation();
-    fillTree();
+    addTips();
+    measure();
+    anchor();
+    tree_.fill();
+    tree_.onSelection = [this] { showBodies(); };
+    tree_.expand(tree_.getFirstChild(TVI_ROOT), TVE_EXPAND);
+    tree_.selectItem(tree_.getFirstChild(TVI_ROOT));
+    countSeen();
 }
 
 // Before the members, whose pictures and class are in use until then.
@@ -110,146 +107,12 @@ ControlsWindow::~ControlsWindow()
     }
 }
 
-HWND ControlsWindow::addChild(const wchar_t* className, const wchar_t* text, unsigned long style, int id,
-                              const tarn::Rect& rect)
+// The controls take the font of the window.
+LRESULT ControlsWindow::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
 {
-    const unsigned long edge = style & WS_BORDER ? WS_EX_CLIENTEDGE : 0;
-    const HWND child = CreateWindowExW(edge, className, text, WS_CHILD | WS_VISIBLE | (style & ~WS_BORDER), rect.left,
-                                       rect.top, rect.getWidth(), rect.getHeight(), *this,
-                                       reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), program_, nullptr);
-    if (!child)
-        throw tarn::WindowsError("Can't create window");
-    SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), TRUE);
-    return child;
-}
-
-void ControlsWindow::addLeftSide()
-{
-    addChild(L"STATIC", L"&Bodies", 0, ID_LABEL, place(leftX, 10, leftWidth, 16));
-    tree_.create(*this, ID_TREE, place(leftX, 28, leftWidth, 280),
-                 shown | WS_BORDER | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_SHOWSELALWAYS);
-    tree_.setImageList(treePictures_, tarn::TreeView::normal);
-
-    addChild(L"STATIC", L"&Order of the list", 0, ID_LABEL, place(leftX, 320, leftWidth, 16));
-    order_.create(*this, ID_ORDER, place(leftX, 338, leftWidth, 120), shown | WS_VSCROLL | CBS_DROPDOWNLIST);
-    order_.addString(ID_ORDERS, program_);
-    order_.setCurrentSelection(0);
-
-    addChild(L"STATIC", L"&Colour of the names", 0, ID_LABEL, place(leftX, 374, leftWidth, 16));
-    addChild(L"LISTBOX", L"", WS_BORDER | WS_TABSTOP | LBS_NOTIFY | LBS_OWNERDRAWFIXED | LBS_NOINTEGRALHEIGHT,
-             ID_COLOURS, place(leftX, 392, leftWidth, 110));
-    colours_.attach(*this, ID_COLOURS);
-    colours_.fill();
-}
-
-void ControlsWindow::addView()
-{
-    kinds_.create(*this, ID_KINDS, place(rightX, 28, rightWidth, 280), shown | WS_CLIPSIBLINGS);
-    for (const wchar_t* kind : {L"All", L"Planets", L"Dwarf planets", L"Moons"})
-        kinds_.addTab(kind);
-    list_.create(*this, ID_BODIES, kinds_.getPageRectangle(), shown | LVS_SINGLESEL | LVS_SHOWSELALWAYS);
-    list_.setPosition(HWND_TOP, SWP_NOMOVE | SWP_NOSIZE); // Above the tabs.
-    list_.swapImageList(tarn::ListView::small_images, smallPictures_);
-    list_.swapImageList(tarn::ListView::normal, largePictures_);
-    list_.setExtendedListViewStyle(LVS_EX_FULLROWSELECT);
-    list_.insertColumn(0, L"Name", toPixels(usualWidth));
-    list_.insertColumn(1, L"Diameter (km)", toPixels(110), LVCFMT_RIGHT);
-    list_.insertColumn(2, L"Once round (days)", toPixels(120), LVCFMT_RIGHT);
-    addChild(L"STATIC", L"What goes round the selected body", 0, ID_LABEL, place(rightX, 10, rightWidth, 16));
-
-    addChild(L"BUTTON", L"View", BS_GROUPBOX, ID_LABEL, place(rightX, 316, 130, 112));
-    const wchar_t* const names[] = {L"&Details", L"&List", L"&Small icons", L"&Icons"};
-    for (int i = 0; i < 4; ++i) {
-        addChild(L"BUTTON", names[i], BS_AUTORADIOBUTTON | (i == 0 ? WS_GROUP | WS_TABSTOP : 0u), ID_DETAILS + i,
-                 place(rightX + 12, 334 + i * 22, 106, 20));
-    }
-    views_.create(*this, ID_DETAILS);
-    views_.setSelection(0);
-    showView();
-}
-
-void ControlsWindow::addFilter()
-{
-    constexpr int x = rightX + 146, width = rightWidth - 146;
-    addChild(L"STATIC", L"", WS_GROUP, ID_SMALLEST_TEXT, place(x, 320, width, 16));
-    smallest_.create(*this, ID_SMALLEST, place(x - 8, 336, width + 16, 32), shown);
-    smallest_.setRange(0, largestFilter, false);
-    smallest_.sendMessageA(TBM_SETPAGESIZE, 0, 500);
-    smallest_.sendMessageA(TBM_SETLINESIZE, 0, 100);
-    for (int tick = 1000; tick < largestFilter; tick += 1000)
-        smallest_.addTick(tick);
-
-    addChild(L"STATIC", L"Shown", 0, ID_LABEL, place(x, 370, 150, 16));
-    share_.create(*this, ID_SHARE, place(x + 150, 370, width - 150, 16), WS_VISIBLE);
-
-    addChild(L"STATIC", L"&Width of the names", 0, ID_LABEL, place(x, 408, 150, 16));
-    width_.create(*this, ID_WIDTH, place(x + 150, 408, width - 150, 18), shown | SBS_HORZ);
-    width_.setScrollInfo({sizeof(SCROLLINFO), SIF_ALL, narrowest, widest + 19, 20, usualWidth, 0}, true);
-}
-
-void ControlsWindow::addNote()
-{
-    addChild(L"STATIC", L"&Note", 0, ID_LABEL, place(rightX, 438, 100, 16));
-    addChild(L"EDIT", L"", WS_BORDER | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL, ID_NOTE,
-             place(rightX, 456, 360, 46));
-    note_.attach(*this, ID_NOTE);
-    status_.create(*this, ID_STATUS);
-    status_.setParts({toPixels(rightX), -1});
-
-    addChild(L"BUTTON", L"&Read-only", WS_TABSTOP | BS_AUTOCHECKBOX, ID_READ_ONLY, place(rightX + 372, 436, 100, 18));
-    readOnly_.attach(*this, ID_READ_ONLY);
-    addChild(L"BUTTON", L"Reset", WS_TABSTOP | BS_BITMAP, ID_RESET, place(rightX + 372, 458, 60, 44));
-    reset_.attach(*this, ID_RESET);
-    reset_.setImage(resetPicture_);
-    addChild(L"BUTTON", L"Next colour", WS_TABSTOP | BS_OWNERDRAW, ID_SWATCH, place(rightX + 444, 458, 108, 44));
-    swatch_.attach(*this, ID_SWATCH);
-}
-
-void ControlsWindow::addObservation()
-{
-    tools_.create(*this, ID_TOOLS, TBSTYLE_FLAT | TBSTYLE_LIST);
-    tools_.useStandardImages(false);
-    tools_.addButton(ID_CLEAR_NOTE, L"New note", STD_FILENEW);
-    tools_.addButton(ID_WRITE_DOWN, L"Write down", STD_FILESAVE);
-    tools_.addSeparator();
-    tools_.addButton(ID_RESET, L"Reset", STD_UNDO);
-    tools_.adjust();
-
-    addChild(L"STATIC", L"Seen in the ni&ght of", 0, ID_LABEL, place(nightX, 10, nightWidth, 16));
-    day_.create(*this, ID_DAY, place(nightX, 28, nightWidth, 0), shown);
-    const int height = day_.getSizeOfMonth().cy, below = 28 + tarn::DPI::ofSystem().toUnits(height);
-    day_.setSize(toPixels(nightWidth), height, SWP_NOZORDER);
-    addChild(L"STATIC", L"&at", 0, ID_LABEL, place(nightX, below + 14, 90, 16));
-    time_.create(*this, ID_TIME, place(nightX + 100, below + 10, 130, 22), shown | DTS_TIMEFORMAT);
-    addChild(L"STATIC", L"&Magnified", 0, ID_LABEL, place(nightX, below + 44, 90, 16));
-    addChild(L"EDIT", L"", WS_BORDER | WS_TABSTOP | ES_NUMBER, ID_POWER, place(nightX + 100, below + 40, 130, 22));
-    power_.attach(*this, ID_POWER);
-    powerArrows_.create(*this, ID_POWER_ARROWS, place(0, 0, 0, 0),
-                        WS_VISIBLE | UDS_SETBUDDYINT | UDS_ALIGNRIGHT | UDS_ARROWKEYS);
-    powerArrows_.setBuddy(power_);
-    powerArrows_.setRange(10, 400);
-    powerArrows_.setPosition(100);
-
-    tips_.create(*this);
-    tips_.add(reset_, L"All bodies, in their order");
-    tips_.add(swatch_, L"The next colour for the names");
-    tips_.add(power_, L"How many times the telescope magnifies");
-}
-
-void ControlsWindow::fillTree()
-{
-    std::vector<HTREEITEM> items;
-    for (const Body& body : bodies()) {
-        HTREEITEM centre = TVI_ROOT;
-        for (std::size_t i = 0; i < items.size(); ++i) {
-            if (goesRound(body, bodies()[i]))
-                centre = items[i];
-        }
-        items.push_back(tree_.insertItem(body.name, body.kind, body.kind, &body, centre, TVI_LAST));
-    }
-    tree_.onSelection = [this] { showBodies(); };
-    tree_.expand(items.front(), TVE_EXPAND);
-    tree_.selectItem(items.front());
+    if (msg == WM_GETFONT)
+        return reinterpret_cast<LRESULT>(font_.getHandle());
+    return Window::onMessage(msg, wParam, lParam);
 }
 
 void ControlsWindow::showBodies()
@@ -258,32 +121,59 @@ void ControlsWindow::showBodies()
     if (!centre)
         return;
     const int smallest = smallest_.getPosition();
-    std::vector<const Body*> wanted;
+    const int kind = kinds_.getCurrentSelection(); // From 1 on they are those of the bodies.
+    const auto beginning = find_.getTextW().toLower();
+    shown_.clear();
     int all = 0;
     for (const Body& body : bodies()) {
-        if (!goesRound(body, *centre))
+        if (!goesRound(body, centre))
             continue;
         ++all;
-        const int kind = kinds_.getCurrentSelection(); // From 1 on they are those of the bodies.
-        if (body.diameterKm >= smallest && (kind <= 0 || kind == body.kind))
-            wanted.push_back(&body);
+        const bool isWanted = tarn::BasicString<wchar_t>(body.name).toLower().startsWith(beginning);
+        if (isWanted && body.diameterKm >= smallest && (kind <= 0 || kind == body.kind))
+            shown_.push_back(&body);
     }
-    sort(wanted, order_.getCurrentSelection());
-
-    const tarn::AutoRedraw filling(list_);
-    list_.deleteAllItems();
-    for (const Body* body : wanted) {
-        const auto item = static_cast<unsigned>(list_.insertItem(body->name, body, body->kind));
-        list_.setItemText(item, withSeparators(body->diameterKm).c_str(), 1);
-        list_.setItemText(item, daysOf(*body).c_str(), 2);
-    }
-    list_.setSortArrow(0, tarn::ListView::no_arrow);
+    sort();
     share_.setRange(0, std::max(all, 1));
-    share_.setPos(static_cast<int>(wanted.size()));
-    status_.setPartText(0, (std::to_wstring(wanted.size()) + L" of " + std::to_wstring(all) + L" are shown").c_str());
+    share_.setPos(static_cast<int>(shown_.size()));
+    status_.setPartText(0, (std::to_wstring(shown_.size()) + L" of " + std::to_wstring(all) + L" are shown").c_str());
     status_.setPartText(1, L"A click at the head of a column sorts by it");
-    setText(ID_SMALLEST_TEXT, (L"Diameter at least " + withSeparators(smallest) + L" km").c_str());
+    smallestText_.setText((L"Diameter at least " + withSeparators(smallest) + L" km").c_str());
     describe(*centre);
+}
+
+void ControlsWindow::sortBy(int column, bool isAscending)
+{
+    sortColumn_ = column;
+    isAscending_ = isAscending;
+    const auto isChosen = [&](const Order& order) {
+        return order.column == column && order.isAscending == isAscending;
+    };
+    const auto found = std::ranges::find_if(orders, isChosen);
+    order_.setCurrentSelection(static_cast<unsigned>(found == std::end(orders) ? -1 : found - orders));
+    sort();
+}
+
+// The list keeps nothing: it asks for what it shows.
+void ControlsWindow::sort()
+{
+    std::ranges::stable_sort(shown_, [this](const Body* a, const Body* b) {
+        const double order = compare(*a, *b, sortColumn_);
+        return isAscending_ ? order < 0 : order > 0;
+    });
+    list_.setSelected(static_cast<unsigned>(-1), false);
+    list_.setItemCount(static_cast<unsigned>(shown_.size()));
+    list_.setSortArrow(static_cast<unsigned>(sortColumn_),
+                       isAscending_ ? tarn::ListView::ascending : tarn::ListView::descending);
+    list_.invalidate(true);
+}
+
+tarn::BasicString<wchar_t> ControlsWindow::textOf(unsigned item, unsigned column) const
+{
+    const Body& body = *shown_.at(item);
+    if (column == 0)
+        return body.name;
+    return column == 1 ? withSeparators(body.diameterKm) : daysOf(body);
 }
 
 void ControlsWindow::showView()
@@ -300,7 +190,7 @@ void ControlsWindow::showColour()
     swatch_.invalidate(false);
 }
 
-void ControlsWindow::showWidth() { list_.setColumnWidth(0, toPixels(width_.getScrollInfo(SIF_POS).nPos)); }
+void ControlsWindow::showWidth() { list_.setColumnWidth(0, dpi_.toPixels(width_.getScrollInfo(SIF_POS).nPos)); }
 
 void ControlsWindow::describe(const Body& body)
 {
@@ -311,43 +201,67 @@ void ControlsWindow::describe(const Body& body)
     note_.setText((text + L".\r\n").c_str());
 }
 
+// What was looked at, when and how.
 void ControlsWindow::writeDown()
 {
+    const int selected = list_.getNextSelectedItem(-1);
+    const Body* const body = selected < 0 ? tree_.getBody() : shown_.at(static_cast<std::size_t>(selected));
     const auto day = day_.getDate();
     const auto time = time_.getTime();
     wchar_t text[80];
-    std::swprintf(text, 80, L"Seen on %d-%02u-%02u at %02d:%02d, magnified %d times.\r\n", static_cast<int>(day.year()),
+    std::swprintf(text, 80, L"%ls, %02u-%02u %02d:%02d, %d times", body ? body->name : L"Nothing",
                   static_cast<unsigned>(day.month()), static_cast<unsigned>(day.day()), time->wHour, time->wMinute,
                   powerArrows_.getPosition());
-    note_.setSelection(-1, -1);
-    note_.replaceSelection(text);
+    const auto item = static_cast<unsigned>(seen_.insertItem(text));
+    seen_.setChecked(item, follow_.getCheck() == checked);
+    seen_.ensureVisible(item, false);
+    countSeen();
+}
+
+void ControlsWindow::countSeen()
+{
+    const unsigned all = seen_.getItemCount();
+    unsigned sure = 0;
+    for (unsigned item = 0; item < all; ++item)
+        sure += seen_.isChecked(item) ? 1 : 0;
+    status_.setPartText(2, (std::to_wstring(all) + L" seen, " + std::to_wstring(sure) + L" for sure").c_str());
 }
 
 void ControlsWindow::reset()
 {
     smallest_.setPosition(0, true);
-    order_.setCurrentSelection(0);
+    find_.setText(L"");
     width_.setScrollInfo({sizeof(SCROLLINFO), SIF_POS, 0, 0, 0, usualWidth, 0}, true);
     showWidth();
+    tarn::HeaderControl(list_.getHeader()).setOrder({0, 1, 2});
+    sortBy(orders[0].column, orders[0].isAscending);
     showBodies();
 }
 
 void ControlsWindow::onCommand(Window* sender, unsigned short code, unsigned short id)
 {
-    if (id == ID_ORDER && code == CBN_SELCHANGE) {
+    if (id == ID_FIND && code == EN_CHANGE) {
         showBodies();
+    } else if (id == ID_ORDER && code == CBN_SELCHANGE) {
+        const Order& order = orders[order_.getCurrentSelection()];
+        sortBy(order.column, order.isAscending);
     } else if (id == ID_COLOURS && code == LBN_SELCHANGE) {
         showColour();
     } else if (ID_DETAILS <= id && id <= ID_ICONS && code == BN_CLICKED) {
         showView();
     } else if (id == ID_READ_ONLY && code == BN_CLICKED) {
         note_.setReadonly(readOnly_.getCheck() == checked);
+    } else if (id == ID_FOLLOW && code == BN_CLICKED) {
+        following_.setMarquee(follow_.getCheck() == checked);
     } else if (id == ID_RESET && code == BN_CLICKED) {
         reset();
     } else if (id == ID_CLEAR_NOTE) {
         note_.setText(L"");
     } else if (id == ID_WRITE_DOWN) {
         writeDown();
+    } else if (id == ID_RENAME) {
+        if (const int item = seen_.getNextItem(-1, LVNI_FOCUSED); item >= 0)
+            seen_.editItem(static_cast<unsigned>(item));
     } else if (id == ID_SWATCH && code == BN_CLICKED) {
         colours_.setCurrentSelection(static_cast<unsigned>((colours_.getCurrentSelection() + 1) % colours_.getCount()));
         showColour();
@@ -394,19 +308,6 @@ void ControlsWindow::onHScroll(Window* bar, unsigned short code, unsigned short 
     showWidth();
 }
 
-void ControlsWindow::sortBy(int column)
-{
-    list_.sortItems([column](const void* a, const void* b) {
-        const auto &first = *static_cast<const Body*>(a), &second = *static_cast<const Body*>(b);
-        if (column == 0)
-            return std::wcscmp(first.name, second.name);
-        if (column == 1)
-            return first.diameterKm - second.diameterKm;
-        return first.orbitDays < second.orbitDays ? -1 : first.orbitDays > second.orbitDays;
-    });
-    list_.setSortArrow(static_cast<unsigned>(column), tarn::ListView::ascending);
-}
-
 LRESULT ControlsWindow::onNotify(const NMHDR& header)
 {
     if (header.idFrom == ID_KINDS && header.code == TCN_SELCHANGE)
@@ -414,25 +315,34 @@ LRESULT ControlsWindow::onNotify(const NMHDR& header)
     return Window::onNotify(header);
 }
 
-void ControlsWindow::onNotification(const NMLISTVIEW& notification)
+LRESULT ControlsWindow::onNotifyToAnswer(NMHDR& header)
 {
-    if (notification.hdr.code == LVN_COLUMNCLICK)
-        return sortBy(notification.iSubItem);
-    const bool isSelected = notification.hdr.code == LVN_ITEMCHANGED && (notification.uNewState & LVIS_SELECTED);
-    if (isSelected)
-        describe(*static_cast<const Body*>(list_.getItemData(static_cast<unsigned>(notification.iItem))));
-    else
-        Window::onNotification(notification);
+    if (header.idFrom == ID_BODIES) {
+        const auto picture = [this](unsigned item, unsigned) { return static_cast<int>(shown_.at(item)->kind); };
+        const auto text = [this](unsigned item, unsigned column) { return textOf(item, column); };
+        const bool hasPicture = tarn::ListView::giveImage(header, picture);
+        if (tarn::ListView::giveText(header, text) || hasPicture)
+            return 0;
+    }
+    if (const auto edited = tarn::ListView::getEditedText(header))
+        return !edited->text.empty();
+    return Window::onNotifyToAnswer(header);
 }
 
-void ControlsWindow::onDPIChanged(const tarn::DPI& dpi, const tarn::Rect& suggested)
+void ControlsWindow::onNotification(const NMLISTVIEW& notification)
 {
-    const HFONT former = reinterpret_cast<HFONT>(tree_.sendMessageA(WM_GETFONT));
-    tarn::Font next = tarn::Font(former, false).rescaled(dpi_, dpi);
-    rescaleControls(dpi_, dpi, former, next);
-    font_ = std::move(next);
-    dpi_ = dpi;
-    Window::onDPIChanged(dpi, suggested);
+    if (notification.hdr.idFrom == ID_SEEN) {
+        if (notification.hdr.code == LVN_ITEMCHANGED)
+            countSeen();
+        return;
+    }
+    if (notification.hdr.code == LVN_COLUMNCLICK)
+        return sortBy(notification.iSubItem, notification.iSubItem != sortColumn_ || !isAscending_);
+    const bool isSelected = notification.hdr.code == LVN_ITEMCHANGED && (notification.uNewState & LVIS_SELECTED);
+    if (isSelected && notification.iItem >= 0)
+        describe(*shown_.at(static_cast<std::size_t>(notification.iItem)));
+    else
+        Window::onNotification(notification);
 }
 
 void ControlsWindow::onDestroy() { PostQuitMessage(0); }

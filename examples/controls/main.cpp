@@ -22,7 +22,8 @@ const std::map<std::string, int> names = {
     {"icons", ID_ICONS},     {"smallest", ID_SMALLEST},   {"width", ID_WIDTH},
     {"note", ID_NOTE},       {"read-only", ID_READ_ONLY}, {"reset", ID_RESET},
     {"swatch", ID_SWATCH},   {"list", ID_BODIES},         {"kinds", ID_KINDS},
-    {"tools", ID_TOOLS},     {"power", ID_POWER},         {"day", ID_DAY}};
+    {"tools", ID_TOOLS},     {"power", ID_POWER},         {"day", ID_DAY},
+    {"find", ID_FIND},       {"seen", ID_SEEN},           {"follow", ID_FOLLOW}};
 
 const std::map<std::string, WPARAM> keys = {{"left", VK_LEFT}, {"right", VK_RIGHT},  {"up", VK_UP},
                                             {"down", VK_DOWN}, {"pageup", VK_PRIOR}, {"pagedown", VK_NEXT},
@@ -43,7 +44,7 @@ public:
 
     support::Commands commands() const
     {
-        return {// click CONTROL X Y: with the left button, at a position in the control
+        return {// click CONTROL X Y: with the left button, at a position in the control in units of 1/96 inch
                 {"click", [this](support::Arguments& arguments) { click(arguments); }},
                 // key CONTROL NAME [TIMES]
                 {"key", [this](support::Arguments& arguments) { key(arguments); }},
@@ -61,8 +62,9 @@ private:
     {
         const HWND hwnd = target(arguments);
         const int x = arguments.next<int>("x"), y = arguments.next<int>("y");
-        PostMessageW(hwnd, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
-        PostMessageW(hwnd, WM_LBUTTONUP, 0, MAKELPARAM(x, y));
+        const tarn::Point at = window_.getDPI().toPixels(tarn::Point(x, y));
+        PostMessageW(hwnd, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(at.x, at.y));
+        PostMessageW(hwnd, WM_LBUTTONUP, 0, MAKELPARAM(at.x, at.y));
         support::handleMessages();
     }
 

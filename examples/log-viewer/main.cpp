@@ -122,7 +122,9 @@ public:
     }
     LRESULT onNotifyToAnswer(NMHDR& header) override
     {
-        const auto text = [this](unsigned item, unsigned column) { return lines_[shown_[item]][column]; };
+        const auto text = [this](unsigned item, unsigned column) -> const Text& {
+            return lines_[shown_[item]][column];
+        };
         return ListView::giveText(header, text) ? 0 : Window::onNotifyToAnswer(header);
     }
     void onNotification(const NMLISTVIEW& notification) override

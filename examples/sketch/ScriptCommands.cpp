@@ -14,8 +14,9 @@
 namespace {
 using support::Arguments;
 
-void mouse(SketchWindow& window, UINT msg, const POINT& at)
+void mouse(SketchWindow& window, UINT msg, const POINT& units)
 {
+    const tarn::Point at = window.getDPI().toPixels(units);
     window.sendMessageA(msg, msg == WM_LBUTTONUP ? 0 : MK_LBUTTON, MAKELPARAM(at.x, at.y));
 }
 
@@ -55,8 +56,9 @@ void playSize(SketchWindow& window, Arguments& arguments)
 {
     const auto width = arguments.next<int>("the width");
     const auto height = arguments.next<int>("the height");
+    const tarn::Size wanted = window.getDPI().toPixels(tarn::Size(width, height));
     const tarn::Size outer = window.getWindowSize(), inner = window.getClientSize();
-    window.setSize(width + outer.cx - inner.cx, height + outer.cy - inner.cy, SWP_NOACTIVATE);
+    window.setSize(wanted.cx + outer.cx - inner.cx, wanted.cy + outer.cy - inner.cy, SWP_NOACTIVATE);
 }
 
 void playKey(SketchWindow& window, Arguments& arguments)

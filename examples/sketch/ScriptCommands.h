@@ -4,7 +4,7 @@
 
 class SketchWindow;
 
-/// What a script can do to the window, by mouse and key messages:
+/// What a script can do to the window, by mouse and key messages, with all lengths in units of 1/96 inch:
 ///
 ///     size WIDTH HEIGHT       the window's client area
 ///     NAME                    a colour or a width of the menu: red, thick, ...

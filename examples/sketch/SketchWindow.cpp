@@ -1,10 +1,12 @@
 #include "SketchWindow.h"
 
+#include <tarn/AutoClip.h>
 #include <tarn/AutoColour.h>
 #include <tarn/AutoSelect.h>
 #include <tarn/Brush.h>
 #include <tarn/BufferedPaint.h>
 #include <tarn/Clipboard.h>
+#include <tarn/FolderWalk.h>
 #include <tarn/Menu.h>
 #include <tarn/PictureFile.h>
 #include <tarn/ShellFileDialog.h>
@@ -28,12 +30,14 @@ constexpr Colour colours[] = {{"Black", RGB(40, 40, 40)},
 
 struct Width {
     const char* name;
-    int pixels;
+    int units;
 };
 constexpr Width widths[] = {{"Thin", 1}, {"Medium", 3}, {"Thick", 8}};
 
-constexpr unsigned long paper = RGB(252, 250, 244), panel = RGB(235, 232, 222), ink = RGB(70, 70, 70);
-constexpr int lineStep = 20, lineHeight = 18;
+constexpr unsigned long paper = RGB(252, 250, 244); // Also in dark windows: the ink is dark.
+// In units of 1/96 inch, as all sizes and places here that do not come from the system.
+constexpr int lineStep = 20, lineHeight = 18, border = 4;
+constexpr Size usualSize{760, 560};
 
 tarn::Menu makeMenu()
 {
@@ -45,6 +49,7 @@ tarn::Menu makeMenu()
     append(drawing, SketchWindow::clear, "Clear\tDel");
     append(drawing, SketchWindow::copy, "Copy\tIns");
     append(drawing, SketchWindow::save, "Save a picture...");
+    append(drawing, SketchWindow::list, "List a folder...");
     drawing.insertSeparator();
     append(drawing, SketchWindow::leave, "Exit\tEsc");
     for (std::size_t i = 0; i < std::size(colours); ++i)
@@ -64,14 +69,16 @@ tarn::Menu makeMenu()
 
 SketchWindow::SketchWindow(HINSTANCE program)
     : windowClass_(0, 0, LoadIconW(nullptr, IDI_APPLICATION), static_cast<HBRUSH>(nullptr),
-                   LoadCursorW(nullptr, IDC_CROSS), program),
-      font_(-13, 0, 0, 0, FW_NORMAL, false, false, false, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
-            DEFAULT_QUALITY, DEFAULT_PITCH, "Tahoma")
+                   LoadCursorW(nullptr, IDC_CROSS), program)
 {
     tarn::Menu menu = makeMenu();
-    create(windowClass_, L"Sketch", WS_OVERLAPPEDWINDOW | WS_HSCROLL | WS_VSCROLL, Rect(60, 40, 820, 600), nullptr,
-           menu, program);
+    create(windowClass_, L"Sketch", WS_OVERLAPPEDWINDOW | WS_HSCROLL | WS_VSCROLL, {CW_USEDEFAULT, CW_USEDEFAULT, 0, 0},
+           nullptr, menu, program);
     menu.detach(); // Belongs to the window.
+    dpi_ = getDPI();
+    font_ = tarn::Font::ofSystem(dpi_);
+    setSize(dpi_.toPixels(usualSize), SWP_NOZORDER);
+    onColourSchemeChanged(tarn::ColourScheme::ofUser());
     acceptDraggedFiles(true);
     choose(firstColour);
     choose(firstWidth + 1);
@@ -119,6 +126,9 @@ void SketchWindow::onCommand(Window* sender, unsigned short code, unsigned short
     case save:
         savePicture();
         break;
+    case list:
+        listFolder();
+        break;
     case leave:
         destroy();
         break;
@@ -155,7 +165,7 @@ void SketchWindow::onDestroy() { PostQuitMessage(0); }
 Point SketchWindow::toSketch(const Point& position) const
 {
     const Point origin = scrollPosition();
-    return Point(position.x + origin.x, position.y + origin.y);
+    return Sketch::fromPixels(Point(position.x + origin.x, position.y + origin.y), dpi_);
 }
 
 void SketchWindow::onLeftButtonDown(unsigned short, const Point& position)
@@ -163,7 +173,7 @@ void SketchWindow::onLeftButtonDown(unsigned short, const Point& position)
     captureMouse();
     isDrawing_ = true;
     mouse_ = position;
-    sketch_.begin(toSketch(position), colours[colour_].value, widths[width_].pixels);
+    sketch_.begin(toSketch(position), colours[colour_].value, widths[width_].units);
     startTimer(autoScroll, 50);
     invalidate(false);
 }
@@ -203,7 +213,8 @@ void SketchWindow::onTimer(UINT_PTR id)
     const Rect client = getClientRectangle();
     if (!isDrawing_ || client.contains(mouse_))
         return;
-    const auto pull = [](long at, long end) { return at < 0 ? -lineStep : at >= end ? lineStep : 0; };
+    const int step = dpi_.toPixels(lineStep);
+    const auto pull = [=](long at, long end) { return at < 0 ? -step : at >= end ? step : 0; };
     const Point origin = scrollPosition();
     scrollTo(Point(origin.x + pull(mouse_.x, client.right), origin.y + pull(mouse_.y, client.bottom)));
     drawTo(mouse_);
@@ -211,7 +222,7 @@ void SketchWindow::onTimer(UINT_PTR id)
 
 void SketchWindow::onMouseWheel(unsigned short keys, short delta, const Point&)
 {
-    const int distance = -delta * 3 * lineStep / WHEEL_DELTA;
+    const int distance = -delta * 3 * dpi_.toPixels(lineStep) / WHEEL_DELTA;
     const Point origin = scrollPosition();
     scrollTo(keys & MK_SHIFT ? Point(origin.x + distance, origin.y) : Point(origin.x, origin.y + distance));
 }
@@ -250,14 +261,14 @@ void SketchWindow::onVScroll(Window*, unsigned short code, unsigned short) { onS
 void SketchWindow::onScroll(scroll_bar_type bar, unsigned short code)
 {
     const SCROLLINFO info = getScrollInfo(bar, SIF_ALL);
-    const int page = static_cast<int>(info.nPage);
+    const int page = static_cast<int>(info.nPage), step = dpi_.toPixels(lineStep);
     int position = info.nPos;
     switch (code) {
     case SB_LINEUP:
-        position -= lineStep;
+        position -= step;
         break;
     case SB_LINEDOWN:
-        position += lineStep;
+        position += step;
         break;
     case SB_PAGEUP:
         position -= page;
@@ -301,12 +312,31 @@ void SketchWindow::onSize(UINT, const Size& clientSize)
 void SketchWindow::updateScrollBars(const Size& clientSize)
 {
     SCROLLINFO info{sizeof info, SIF_RANGE | SIF_PAGE | SIF_DISABLENOSCROLL, 0, 0, 0, 0, 0};
-    info.nMax = Sketch::size.cx - 1;
+    const Size sheet = Sketch::pixelSize(dpi_);
+    info.nMax = sheet.cx - 1;
     info.nPage = static_cast<UINT>(clientSize.cx);
     setScrollInfo(SB_HORZ, info, true);
-    info.nMax = Sketch::size.cy - 1;
+    info.nMax = sheet.cy - 1;
     info.nPage = static_cast<UINT>(clientSize.cy);
     setScrollInfo(SB_VERT, info, true);
+}
+
+// The same part of the sheet stays at the corner.
+void SketchWindow::onDPIChanged(const tarn::DPI& dpi, const Rect& suggested)
+{
+    const Point corner = toSketch(Point());
+    font_ = tarn::Font::ofSystem(dpi);
+    dpi_ = dpi;
+    Window::onDPIChanged(dpi, suggested);
+    updateScrollBars(getClientSize());
+    scrollTo(Sketch::toPixels(corner, dpi));
+}
+
+void SketchWindow::onColourSchemeChanged(const tarn::ColourScheme& scheme)
+{
+    scheme_ = scheme;
+    setDarkTitleBar(scheme.isDark());
+    invalidate(false);
 }
 
 void SketchWindow::onDroppedFiles(const Point&, bool, const std::list<tarn::BasicString<wchar_t>>& files)
@@ -318,15 +348,17 @@ void SketchWindow::onDroppedFiles(const Point&, bool, const std::list<tarn::Basi
     notice(std::to_wstring(files.size()) + (files.size() == 1 ? L" file was dropped." : L" files were dropped."));
 }
 
-// The whole sheet.
+// The whole sheet, with a pixel for a unit.
 tarn::Bitmap SketchWindow::picture() const
 {
+    const tarn::DPI dpi(96);
+    const Size size = Sketch::pixelSize(dpi);
     const tarn::DeviceContext screen(nullptr, false);
-    tarn::Bitmap bitmap(screen, Sketch::size.cx, Sketch::size.cy);
+    tarn::Bitmap bitmap(screen, size.cx, size.cy);
     tarn::DeviceContext memory = tarn::DeviceContext::createCompatible(screen);
     const tarn::AutoSelect use(memory, bitmap);
-    memory.fillRectangle(paper, Rect(Point(), Sketch::size));
-    sketch_.draw(memory);
+    memory.fillRectangle(paper, Rect(Point(), size));
+    sketch_.draw(memory, dpi);
     return bitmap;
 }
 
@@ -350,6 +382,19 @@ void SketchWindow::savePicture()
     notice(L"The picture is saved.");
 }
 
+// As if its files were dropped.
+void SketchWindow::listFolder()
+{
+    tarn::OpenFolderDialog dialog(*this);
+    if (!dialog.showModal())
+        return;
+    std::list<tarn::BasicString<wchar_t>> files;
+    for (const tarn::FolderEntry& entry : tarn::FolderWalk(dialog.getPathW()))
+        if (!entry.isFolder())
+            files.push_back(entry.path);
+    onDroppedFiles(Point(), true, files);
+}
+
 void SketchWindow::onPaint()
 {
     tarn::BufferedPaint context(*this);
@@ -361,8 +406,11 @@ void SketchWindow::drawAll(tarn::DeviceContext& context, const Rect& client) con
     context.fillRectangle(paper, client);
     const Point origin = scrollPosition();
     context.setViewportOrigin(-origin.x, -origin.y);
-    context.drawRectangle3D(Rect(Point(), Sketch::size), RGB(200, 195, 180), RGB(200, 195, 180));
-    sketch_.draw(context);
+    context.drawRectangle3D(Rect(Point(), Sketch::pixelSize(dpi_)), RGB(200, 195, 180), RGB(200, 195, 180));
+    {
+        const tarn::AutoClip inside(context, Rect(Point(), Sketch::pixelSize(dpi_)));
+        sketch_.draw(context, dpi_);
+    }
     context.setViewportOrigin(0, 0);
     drawPanel(context, client);
 }
@@ -370,22 +418,25 @@ void SketchWindow::drawAll(tarn::DeviceContext& context, const Rect& client) con
 // The files and, in the last line, the pen and what there is to say.
 void SketchWindow::drawPanel(tarn::DeviceContext& context, const Rect& client) const
 {
-    const int height = lineHeight * static_cast<int>(files_.size() + 1) + 8;
+    const auto pixels = [this](int units) { return dpi_.toPixels(units); };
+    const int line = pixels(lineHeight), left = pixels(2 * border);
+    const int height = line * static_cast<int>(files_.size() + 1) + pixels(2 * border);
     const Rect area(client.left, client.bottom - height, client.right, client.bottom);
-    context.fillRectangle(panel, area);
-    context.drawRectangle3D(area, true);
+    context.fillRectangle(scheme_.getColour(COLOR_BTNFACE), area);
+    context.drawRectangle3D(area, scheme_.getColour(COLOR_BTNHIGHLIGHT), scheme_.getColour(COLOR_BTNSHADOW));
     const tarn::AutoSelect use(context, font_);
-    const tarn::AutoTextColour useInk(context, ink);
-    const tarn::AutoBackgroundColour background(context, panel);
-    int y = area.top + 4;
+    const tarn::AutoTextColour useInk(context, scheme_.getColour(COLOR_BTNTEXT));
+    context.setBackgroundMode(TRANSPARENT);
+    constexpr unsigned format = DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS | DT_NOPREFIX;
+    int y = area.top + pixels(border);
     for (const auto& file : files_) {
-        context.drawText(8, y, file);
-        y += lineHeight;
+        context.drawText(Rect(left, y, area.right - left, y + line), file, format);
+        y += line;
     }
-    const int half = widths[width_].pixels / 2;
-    context.fillRectangle(colours[colour_].value, Rect(8, y + 8 - half, 40, y + 9 + half));
+    context.fillRectangle(paper, Rect(left, y, pixels(40), y + line));
+    const int width = pixels(widths[width_].units), penY = y + (line - width) / 2;
+    context.fillRectangle(colours[colour_].value, Rect(left, penY, pixels(40), penY + width));
     const std::wstring text = std::to_wstring(sketch_.strokeCount()) +
                               (sketch_.strokeCount() == 1 ? L" stroke   " : L" strokes   ") + notice_;
-    context.drawText(Rect(48, y, area.right - 8, y + lineHeight), text.c_str(),
-                     DT_SINGLELINE | DT_END_ELLIPSIS | DT_NOPREFIX);
+    context.drawText(Rect(pixels(48), y, area.right - left, y + line), text.c_str(), format);
 }

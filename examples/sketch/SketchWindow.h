@@ -3,6 +3,8 @@
 #include "Sketch.h"
 
 #include <tarn/Bitmap.h>
+#include <tarn/ColourScheme.h>
+#include <tarn/DPI.h>
 #include <tarn/DeviceContext.h>
 #include <tarn/Font.h>
 #include <tarn/Window.h>
@@ -16,7 +18,7 @@
 class SketchWindow : public tarn::Window {
 public:
     /// Menu commands. Colours and widths follow each other in the order of their tables.
-    enum Command { clear = 100, undo, leave, copy, save, firstColour = 200, firstWidth = 300 };
+    enum Command { clear = 100, undo, leave, copy, save, list, firstColour = 200, firstWidth = 300 };
 
     explicit SketchWindow(HINSTANCE program);
     ~SketchWindow() override;
@@ -37,6 +39,8 @@ public:
     void onTimer(UINT_PTR id) override;
     void onPaint() override;
     void onSize(UINT type, const tarn::Size& clientSize) override;
+    void onDPIChanged(const tarn::DPI& dpi, const tarn::Rect& suggested) override;
+    void onColourSchemeChanged(const tarn::ColourScheme& scheme) override;
     void onDroppedFiles(const tarn::Point& position, bool inClientArea,
                         const std::list<tarn::BasicString<wchar_t>>& files) override;
 
@@ -54,11 +58,14 @@ private:
     tarn::Bitmap picture() const;
     void copyPicture();
     void savePicture();
+    void listFolder();
     void drawAll(tarn::DeviceContext& context, const tarn::Rect& client) const;
     void drawPanel(tarn::DeviceContext& context, const tarn::Rect& client) const;
 
     tarn::WindowClass windowClass_;
+    tarn::DPI dpi_; // What font and scroll bars have the size for.
     tarn::Font font_;
+    tarn::ColourScheme scheme_;
     Sketch sketch_;
     std::size_t colour_ = 0, width_ = 1;
     bool isDrawing_ = false;
