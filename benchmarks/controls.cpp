@@ -4,6 +4,7 @@
 #include <catch2/catch.hpp>
 
 #include <tarn/ListView.h>
+#include <tarn/StatusBar.h>
 #include <tarn/TreeView.h>
 #include <tarn/WindowClass.h>
 
@@ -133,6 +134,90 @@ public:
 private:
     tarn::WindowClass windowClass_;
 };
+
+/// A virtual list view, whose parent answers by the library's helper or by hand.
+class Asked : public tarn::Window {
+public:
+    Asked(const std::vector<Row>& rows, bool isOurs)
+        : rows_(rows), isOurs_(isOurs),
+          windowClass_(0, 0, nullptr, static_cast<HBRUSH>(nullptr), nullptr, GetModuleHandleW(nullptr))
+    {
+        create(windowClass_, L"", WS_OVERLAPPEDWINDOW, tarn::Rect(0, 0, 300, 300), nullptr, nullptr, nullptr);
+        list_.create(*this, 1, tarn::Rect(0, 0, 200, 200), LVS_REPORT | LVS_OWNERDATA | LVS_NOSCROLL);
+        list_.insertColumn(0, L"column", 80);
+        list_.setItemCount(items);
+    }
+    ~Asked() noexcept override { destroy(); }
+
+    LRESULT onNotifyToAnswer(NMHDR& header) override
+    {
+        if (isOurs_) {
+            const auto text = [this](unsigned item, unsigned) -> const std::wstring& { return rows_[item].name; };
+            return tarn::ListView::giveText(header, text) ? 0 : Window::onNotifyToAnswer(header);
+        }
+        if (header.code != LVN_GETDISPINFOW)
+            return Window::onNotifyToAnswer(header);
+        LVITEMW& item = reinterpret_cast<NMLVDISPINFOW&>(header).item;
+        if (item.mask & LVIF_TEXT)
+            lstrcpynW(item.pszText, rows_[static_cast<std::size_t>(item.iItem)].name.c_str(), item.cchTextMax);
+        return 0;
+    }
+
+    void ask() const
+    {
+        for (WPARAM i = 0; i < 20000; ++i) {
+            wchar_t text[256];
+            LVITEMW wanted{};
+            wanted.pszText = text;
+            wanted.cchTextMax = 256;
+            bench::keep(SendMessageW(list_, LVM_GETITEMTEXTW, i, param(&wanted)));
+        }
+    }
+
+private:
+    const std::vector<Row>& rows_;
+    bool isOurs_;
+    tarn::WindowClass windowClass_;
+    tarn::ListView list_;
+};
+
+/// A list view that is sorted by the sizes of its rows, turned round each time.
+class Sorted {
+public:
+    explicit Sorted(const std::vector<Row>& rows)
+    {
+        list_.insertColumn(0, L"column", 80);
+        for (std::size_t i = 0; i < 2000; ++i)
+            list_.insertItem(rows[i].name.c_str(), &rows[i]);
+    }
+
+    void sort() const
+    {
+        list_.sortItems([this](const void* a, const void* b) { return order(a, b); });
+        isAscending_ = !isAscending_;
+    }
+    void sortRaw() const
+    {
+        SendMessageW(list_, LVM_SORTITEMS, reinterpret_cast<WPARAM>(this), reinterpret_cast<LPARAM>(&compare));
+        isAscending_ = !isAscending_;
+    }
+
+private:
+    int order(const void* a, const void* b) const
+    {
+        const int order = static_cast<const Row*>(a)->size.compare(static_cast<const Row*>(b)->size);
+        return isAscending_ ? order : -order;
+    }
+    static int CALLBACK compare(LPARAM a, LPARAM b, LPARAM self)
+    {
+        return reinterpret_cast<const Sorted*>(self)->order(reinterpret_cast<const void*>(a),
+                                                            reinterpret_cast<const void*>(b));
+    }
+
+    mutable bool isAscending_ = true;
+    Host host_{WC_LISTVIEWW, LVS_REPORT | LVS_NOSCROLL};
+    tarn::ListView list_{host_.child};
+};
 } // namespace
 
 TEST_CASE("Controls")
@@ -156,6 +241,26 @@ TEST_CASE("Controls")
         "list view: their 150,000 texts / messages", 1.2, [&] { read(list); }, [&] { readRaw(list); });
     ratios.row(
         "tree view: 20,000 nodes / messages", 1.05, [&] { fill(tree, rows); }, [&] { fillTreeRaw(tree, rows); });
+
+    constexpr int turns = 2000;
+    const Host barHost(STATUSCLASSNAMEW, 0);
+    const tarn::StatusBar bar(barHost.child);
+    ratios.row(
+        "status bar: 2,000 texts / messages", 1.05,
+        [&] {
+            for (int i = 0; i < turns; ++i)
+                bar.setPartText(0, rows[static_cast<std::size_t>(i)].name.c_str());
+        },
+        [&] {
+            for (int i = 0; i < turns; ++i)
+                SendMessageW(bar, SB_SETTEXTW, 0, param(rows[static_cast<std::size_t>(i)].name.c_str()));
+        });
+    const Asked ours(rows, true), raw(rows, false);
+    ratios.row(
+        "virtual list view: 20,000 texts asked for / filled in by hand", 1.05, [&] { ours.ask(); }, [&] { raw.ask(); });
+    const Sorted sorted(rows);
+    ratios.row(
+        "list view: 2,000 items sorted / by message", 1.05, [&] { sorted.sort(); }, [&] { sorted.sortRaw(); });
 }
 
 TEST_CASE("Controls: growth", "[.growth]")

@@ -3,17 +3,22 @@
 
 #include <catch2/catch.hpp>
 
+#include <tarn/MessageLoop.h>
 #include <tarn/Window.h>
 #include <tarn/WindowClass.h>
 
+#include <functional>
+#include <future>
 #include <memory>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 using namespace tarn;
 
 namespace {
-constexpr UINT question = WM_USER + 1;
+constexpr UINT question = WM_USER + 1, posted = WM_USER + 2, called = WM_USER + 3;
 const HINSTANCE program = GetModuleHandleW(nullptr);
 
 class Ours : public Window {
@@ -24,6 +29,8 @@ public:
             return answer;
         return Window::onMessage(msg, wParam, lParam);
     }
+
+    LRESULT onNotifyToAnswer(NMHDR&) override { return answer; }
 
     LRESULT answer = 42;
 };
@@ -39,6 +46,14 @@ struct Raw {
         auto* const object = reinterpret_cast<Raw*>(GetWindowLongPtrW(hwnd, GWLP_USERDATA));
         if (object && msg == question)
             return object->answer;
+        if (msg == WM_NOTIFY)
+            return 42;
+        if (msg == called)
+            return (*reinterpret_cast<std::function<void()>*>(lParam))(), 0;
+        if (msg == posted) {
+            const std::unique_ptr<std::function<void()>> f(reinterpret_cast<std::function<void()>*>(lParam));
+            return (*f)(), 0;
+        }
         return DefWindowProcW(hwnd, msg, wParam, lParam);
     }
 
@@ -69,6 +84,33 @@ void create(Window& window, HWND parent)
 {
     window.create(ourClass(), L"", WS_CHILD, Rect(0, 0, 10, 10), parent, nullptr, program);
 }
+
+/// A thread with a window of either kind, and a loop.
+class OtherThread {
+public:
+    OtherThread()
+    {
+        std::promise<std::pair<HWND, HWND>> made;
+        thread_ = std::jthread([&made] {
+            Ours ours;
+            create(ours, HWND_MESSAGE);
+            Raw raw;
+            made.set_value({ours, raw.create(HWND_MESSAGE)});
+            runMessageLoop();
+        });
+        windows_ = made.get_future().get();
+        id_ = GetWindowThreadProcessId(windows_.first, nullptr);
+    }
+    ~OtherThread() { PostThreadMessageW(id_, WM_QUIT, 0, 0); }
+
+    HWND ours() const { return windows_.first; }
+    HWND raw() const { return windows_.second; }
+
+private:
+    std::pair<HWND, HWND> windows_;
+    DWORD id_ = 0;
+    std::jthread thread_;
+};
 } // namespace
 
 TEST_CASE("Windows")
@@ -112,6 +154,56 @@ TEST_CASE("Windows")
                 bench::keep(SendMessageA(rawWindow, question, 0, 0));
         });
     windows.clear();
+    Ours receiver;
+    create(receiver, parent);
+    NMHDR answered{receiver, 1, 0xFFFF}; // Of no family that has a handler of its own.
+    table.row(
+        "20,000 notifications answered: onNotifyToAnswer", 1.3,
+        [&] {
+            for (int i = 0; i < sends; ++i)
+                bench::keep(SendMessageW(receiver, WM_NOTIFY, 1, reinterpret_cast<LPARAM>(&answered)));
+        },
+        [&] {
+            for (int i = 0; i < sends; ++i)
+                bench::keep(SendMessageW(rawWindow, WM_NOTIFY, 1, reinterpret_cast<LPARAM>(&answered)));
+        });
+
+    constexpr int posts = 2000;
+    int calls = 0;
+    const auto dispatchAll = [](auto dispatch) {
+        MSG msg;
+        while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE))
+            dispatch(msg);
+    };
+    table.row(
+        "2,000 functions posted / allocated and sent along by hand", 1.05,
+        [&] {
+            for (int i = 0; i < posts; ++i)
+                receiver.post([&calls] { ++calls; });
+            dispatchAll([](const MSG& msg) { Window::dispatchMessage(msg); });
+        },
+        [&] {
+            for (int i = 0; i < posts; ++i) {
+                auto f = std::make_unique<std::function<void()>>([&calls] { ++calls; });
+                if (PostMessageW(rawWindow, posted, 0, reinterpret_cast<LPARAM>(f.get())))
+                    f.release();
+            }
+            dispatchAll([](const MSG& msg) { DispatchMessageW(&msg); });
+        });
+    const OtherThread other;
+    table.row(
+        "1,000 calls of another thread's window / SendMessage", 1.05,
+        [&] {
+            for (int i = 0; i < posts / 2; ++i)
+                bench::keep(Window::call(other.ours(), [&calls] { return ++calls; }));
+        },
+        [&] {
+            for (int i = 0; i < posts / 2; ++i) {
+                std::function<void()> f = [&calls] { ++calls; };
+                SendMessageW(other.raw(), called, 0, reinterpret_cast<LPARAM>(&f));
+            }
+        },
+        bench::Clock::wall);
 
     constexpr int creations = 200;
     table.row(
