@@ -22,4 +22,11 @@ void dropCurrentException() noexcept
         tellDebugger("no std::exception");
     }
 }
+
+void throwOnOrDropCurrentException()
+{
+    if (std::uncaught_exceptions() == 0) // That of the catch block has been caught.
+        throw;
+    dropCurrentException();
+}
 } // namespace tarn

@@ -19,14 +19,19 @@ template <class Close> void closeQuietly(Close&& close) noexcept
     }
 }
 
+/// In a catch block, too: throws on what was thrown, unless another exception is on its way, which goes on then.
+void throwOnOrDropCurrentException();
+
 /// For a destructor: throws what `close` throws, unless an exception is on its way already. That one goes
 /// on then, and the debugger alone hears of the second.
+///
+/// Only what was thrown has it ask for the others, which takes longer than most owners need to end.
 template <class Close> void closeAtEnd(Close&& close)
 {
-    if (std::uncaught_exceptions() == 0) {
+    try {
         close();
-        return;
+    } catch (...) {
+        throwOnOrDropCurrentException();
     }
-    closeQuietly(close);
 }
 } // namespace tarn
