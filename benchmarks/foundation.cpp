@@ -204,6 +204,22 @@ template <class Error, class... Arguments> int thrownAndCaught(Arguments... argu
         return 1;
     }
 }
+
+// What one throws by hand, out of a function, as the library does.
+[[gnu::noinline]] void throwBadAlloc() { throw std::bad_alloc(); }
+[[gnu::noinline]] void throwRuntimeError() { throw std::runtime_error("Can't get it: E_NOINTERFACE"); }
+
+template <class Throw> auto throwing(Throw doThrow)
+{
+    return [=] {
+        for (int i = 0; i < 20000; ++i)
+            try {
+                doThrow();
+            } catch (const std::exception& error) {
+                keep(error);
+            }
+    };
+}
 } // namespace
 
 TEST_CASE("errors")
@@ -212,6 +228,12 @@ TEST_CASE("errors")
     table.row("20,000 times WindowsError, text not asked for", 1.2,
               repeated(20000, [] { return thrownAndCaught<tarn::WindowsError>(5ul, "Can't open the file"); }),
               repeated(20000, [] { return thrownAndCaught<std::runtime_error>("Can't open the file"); }));
+    table.row("20,000 times HRESULTHolder::throwOnError, no memory", 1.2,
+              throwing([] { tarn::HRESULTHolder::throwOnError(E_OUTOFMEMORY, "Can't get it"); }),
+              throwing(&throwBadAlloc));
+    table.row("20,000 times HRESULTHolder::throwOnError, COM's", 1.3,
+              throwing([] { tarn::HRESULTHolder::throwOnError(E_NOINTERFACE, "Can't get it"); }),
+              throwing(&throwRuntimeError));
 }
 
 TEST_CASE("text: growth", "[.growth]")

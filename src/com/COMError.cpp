@@ -46,11 +46,11 @@ void HRESULTHolder::throwOnError(long hr, const char* description)
     if (hr >= 0)
         return;
     if (hr == E_OUTOFMEMORY)
-        throwError(BadAllocation(), __builtin_return_address(0));
+        throwNew<BadAllocation>(__builtin_return_address(0));
     const auto code = static_cast<unsigned long>(hr);
     if ((code & 0x1FFF0000) == 0x00070000)
-        throwWindowsError(code & 0xFFFF, description);
-    throwError(COMError(code, description), __builtin_return_address(0));
+        throwNew<WindowsError>(__builtin_return_address(0), code & 0xFFFF, description);
+    throwNew<COMError>(__builtin_return_address(0), code, description);
 }
 
 BasicString<wchar_t> toldBy(IUnknown* object, const GUID& iid)

@@ -3,8 +3,8 @@
 namespace tarn {
 void throwWindowsError(unsigned long error, const char* what)
 {
-    throwError(WindowsError(error, what), __builtin_return_address(0));
+    throwNew<WindowsError>(__builtin_return_address(0), error, what);
 }
 
-void throwLastError(const char* what) { throwError(WindowsError(GetLastError(), what), __builtin_return_address(0)); }
+void throwLastError(const char* what) { throwNew<WindowsError>(__builtin_return_address(0), GetLastError(), what); }
 } // namespace tarn

@@ -33,4 +33,27 @@ template <class E> [[noreturn, gnu::noinline, gnu::cold]] void throwError(E erro
         throwTraced(error, returnAddress ? returnAddress : __builtin_return_address(0));
     throw error;
 }
+
+namespace detail {
+// What its making needs is gone when it is thrown.
+template <class E, class... Arguments> E madeOf(Arguments... arguments) { return E(arguments...); }
+
+template <class E, class... Arguments>
+[[noreturn, gnu::noinline, gnu::cold]] void throwNewTraced(const void* returnAddress, Arguments... arguments)
+{
+    throw Traced<E>(madeOf<E>(arguments...), returnAddress);
+}
+} // namespace detail
+
+/// As throwError(), of what an error is made of: numbers and pointers. It is made in its place, so that on the way to
+/// the handler there is nothing to destroy, for which the unwinder stops, and no frame of this function: each takes a
+/// fifth of the time of a throw.
+template <class E, class... Arguments>
+[[noreturn, gnu::always_inline]] inline void throwNew(const void* returnAddress, Arguments... arguments)
+{
+    aboutToThrow();
+    if (ErrorTrace::isEnabled())
+        detail::throwNewTraced<E>(returnAddress, arguments...);
+    throw detail::madeOf<E>(arguments...);
+}
 } // namespace tarn
