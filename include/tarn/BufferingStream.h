@@ -17,7 +17,7 @@ class MemoryOutputStream;
 class TARN_API BufferingOutputStream final : public BufferedOutputStream, public Seekable {
 public:
     /// Holds back up to `size` bytes, without one up to 64 KB, and in front of a MemoryOutputStream as many as that
-    /// holds, once the heap has to move it each time it grows. Throw BadAllocation.
+    /// holds, once the heap has moved much of it to let it grow. Throw BadAllocation.
     ///@{
     explicit BufferingOutputStream(OutputStream& target);
     BufferingOutputStream(OutputStream& target, unsigned int size);

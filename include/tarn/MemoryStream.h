@@ -89,6 +89,7 @@ public:
 
 private:
     void grow(unsigned long long newSize);
+    void move(unsigned int size);
 
     Array<char> buffer_;
     unsigned int position_ = 0;

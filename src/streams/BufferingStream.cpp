@@ -14,7 +14,7 @@ namespace tarn {
 namespace {
 constexpr unsigned int usualBuffer = 0x10000;
 constexpr unsigned int largestBuffer = 0x4000000;
-constexpr unsigned int movingSize = sizeof(void*) * 0x20000; // From which on the heap moves what grows.
+constexpr unsigned int movingSize = sizeof(void*) * 0x20000; // From which on it takes long to move what grows.
 
 template <class Stream> Seekable& positionOf(Stream& stream)
 {
@@ -40,9 +40,10 @@ BufferingOutputStream::~BufferingOutputStream() noexcept(false)
 
 void BufferingOutputStream::pass()
 {
+    const void* const place = memory_ ? memory_->getData() : nullptr;
     if (const unsigned int count = std::exchange(used_, 0))
         target_.writeFully(buffer_.data(), count);
-    if (memory_ && memory_->getSize() >= movingSize && memory_->getSize() > buffer_.size())
+    if (memory_ && memory_->getData() != place && memory_->getSize() >= movingSize)
         enlarge();
 }
 

@@ -2,6 +2,7 @@
 
 #include "../foundation/Throw.h"
 #include "CopyPiece.h"
+#include "Platform.h"
 
 #include <algorithm>
 #include <functional>
@@ -11,6 +12,9 @@
 namespace tarn {
 namespace {
 constexpr unsigned long long largestSize = std::numeric_limits<unsigned int>::max();
+constexpr unsigned int roomySize = sizeof(void*) * 0x10000; // Half of what the heap gives pages of its own.
+constexpr unsigned int pageSize = 0x1000;
+constexpr unsigned long long largestRoom = 0x4000000;
 
 // Sums that do not fit count as the largest number: no stream reaches that far.
 long long targetOf(long long offset, Seekable::whence origin, unsigned int position, unsigned int size)
@@ -68,6 +72,27 @@ void MemoryOutputStream::grow(unsigned long long newSize)
 {
     if (newSize > largestSize)
         throwError(std::runtime_error("New size too large for a size_t"));
-    buffer_.resize(static_cast<unsigned int>(newSize));
+    const auto size = static_cast<unsigned int>(newSize);
+    const bool isSamePage = size / pageSize == buffer_.size() / pageSize;
+    if (size < roomySize || buffer_.empty() || isSamePage || growsInPlace(buffer_.data(), size))
+        buffer_.resize(size);
+    else
+        move(size);
+}
+
+// A block with pages of its own would be moved for each page more. So more is asked for than is needed, and given back
+// before it is used: a heap that lets a block keep its place then has room behind it. Without the memory for that it
+// moves as it must.
+void MemoryOutputStream::move(unsigned int size)
+{
+    const auto room = std::min({3ull * size, largestRoom, largestSize - size});
+    try {
+        Array<char> moved(size + static_cast<unsigned int>(room));
+        moved.resize(size);
+        std::memcpy(moved.data(), buffer_.data(), buffer_.size());
+        buffer_.swap(moved);
+    } catch (const BadAllocation&) {
+        buffer_.resize(size);
+    }
 }
 } // namespace tarn

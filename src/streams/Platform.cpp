@@ -4,6 +4,8 @@
 
 #include <tarn/Windows.h>
 
+#include <malloc.h>
+
 #include <algorithm>
 
 namespace tarn {
@@ -38,6 +40,8 @@ bool stackHasRoom() noexcept
     const ULONG_PTR kept = std::min<ULONG_PTR>(256 << 10, (stack.high - stack.low) / 4);
     return reinterpret_cast<ULONG_PTR>(&stack) - stack.low >= kept;
 }
+
+bool growsInPlace(void* memory, std::size_t size) noexcept { return _expand(memory, size) != nullptr; }
 
 bool liesInLibrary(const void* address) noexcept
 {

@@ -29,6 +29,8 @@ BasicString<wchar_t> wholeOf(const char* narrow, const std::string&) { return a2
 std::string textWithReason(const std::string& description, const char* reason) { return description + ": " + reason; }
 BasicString<wchar_t> wholeOfKept(const char* text) { return a2w(text, CP_ACP); }
 
+bool growsInPlace(void*, std::size_t) noexcept { return true; } // Where it can; nobody measures it.
+
 bool liesInLibrary(const void*) noexcept { return false; }
 
 // Nobody asks for traces.
