@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <typeinfo>
+#include <utility>
 #include <vector>
 
 namespace tarn {
@@ -119,7 +120,12 @@ private:
     template <class T> friend OutputStream& operator<<(OutputStream& out, const std::shared_ptr<T>& ptr);
     template <class T> friend InputStream& operator>>(InputStream& in, std::shared_ptr<T>& ptr);
     template <class T> friend OutputStream& operator<<(OutputStream& out, const weak_ref<T>& reference);
+    template <class T> friend OutputStream& operator<<(OutputStream& out, const ref_ptr<T>& ptr);
     friend class ObjectGraph;
+
+    using FindPart = const void*(const Serializable& object);
+    template <class T> static const void* findPart(const Serializable& object) { return dynamic_cast<T*>(&object); }
+    const void* partOf(const Serializable& object, const std::type_info& wanted, FindPart* find);
 
     void recordWith(GraphRecorder& recorder);
     void recordObject(const Serializable& object, unsigned int key);
@@ -165,10 +171,18 @@ template <class T> void Archive::readObject(ref_ptr<T>& ptr)
 {
     ref_ptr<Serializable> object;
     readObject(object);
-    const ref_ptr<T> typed = ref_ptr_cast<T>(object);
-    if (!typed && object)
+    if (!object) {
+        ptr.release();
+        return;
+    }
+    const void* const found = partOf(*object, typeid(T), &findPart<const T>);
+    if (!found)
         refuse(object, typeid(T));
-    ptr = typed;
+    ref_ptr<T> typed;
+    typed.object_ = static_cast<T*>(const_cast<void*>(found));
+    typed.count_ = std::exchange(object.count_, nullptr);
+    object.object_ = nullptr;
+    ptr.swap(typed);
 }
 
 template <class T> std::unique_ptr<T> Archive::readSingle()
@@ -204,7 +218,11 @@ TARN_API unsigned int versionOf(InputStream& in);
 /// Writes a reference that an object holds, in its serialize().
 template <class T> OutputStream& operator<<(OutputStream& out, const ref_ptr<T>& ptr)
 {
-    Archive::behind(out).writeObject(ref_ptr<Serializable>(ptr));
+    Archive& archive = Archive::behind(out);
+    if (ptr)
+        archive.writeShared(*ptr, ptr.getIdentity());
+    else
+        archive.writeObject(nullptr); // Which fails.
     return out;
 }
 

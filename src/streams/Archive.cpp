@@ -87,9 +87,8 @@ void Archive::writeShared(const Serializable& object, const void* identity)
 
 namespace {
 // Two words and the class's name in one piece. As of any text only the name's length is guarded against a short write.
-void writeHead(OutputStream& out, unsigned int key, const char* text)
+void writeHead(OutputStream& out, unsigned int key, const char* text, unsigned int length)
 {
-    const auto length = static_cast<unsigned int>(std::strlen(text));
     const unsigned int words[] = {objectCookie, key, length};
     char head[128];
     if (length > sizeof head - sizeof words) {
@@ -107,12 +106,12 @@ void writeHead(OutputStream& out, unsigned int key, const char* text)
 
 namespace {
 /// Writes the name, when no more than that stands in front of an object of this class.
-bool writesPlainHead(OutputStream& out, const Serializable* object, unsigned int key)
+bool writesPlainHead(OutputStream& out, KnownClasses& classes, const Serializable* object, unsigned int key)
 {
-    const ClassName name(typeid(*object));
+    const ClassName name(typeid(*object), classes);
     if (!name.isPlain())
         return false;
-    writeHead(out, key, name.toWrite());
+    writeHead(out, key, name.toWrite(), static_cast<unsigned int>(name.length()));
     return true;
 }
 } // namespace
@@ -123,7 +122,7 @@ void Archive::writeRecord(const Serializable* object, unsigned int key)
         static_cast<OutputStream&>(*this) << objectCookie << key;
         throwError(std::bad_typeid());
     }
-    if (writesPlain_ && writesPlainHead(*this, object, key))
+    if (writesPlain_ && writesPlainHead(*this, tables_->classes, object, key))
         object->serialize(*this);
     else
         writeInParts(*object, key);
@@ -136,7 +135,7 @@ void Archive::writeInParts(const Serializable& object, unsigned int key)
         return;
     }
     OutputStream& self = *this;
-    const ClassName name(typeid(object));
+    const ClassName name(typeid(object), tables_->classes);
     const auto* const sealed = name.isRegistered() ? nullptr : dynamic_cast<const SealedObject*>(&object);
     const DataVersion version = sealed ? DataVersion(*sealed) : DataVersion(name, object);
 
@@ -307,7 +306,7 @@ unsigned int Archive::readPartTag()
 Serializable* Archive::createNamed(bool isPart)
 {
     const unsigned int length = isPart ? tables_->reader.head[1] : readUInt32();
-    return ObjectHead::isPlain(length) ? ObjectHead::createPlain(*this, length) : createFrom(length);
+    return ObjectHead::isPlain(length) ? ObjectHead::createPlain(*this, length, &tables_->classes) : createFrom(length);
 }
 
 // Not a part of its callers, on whose stack there is no room for a name as long as the data are read.
@@ -321,7 +320,7 @@ Serializable* Archive::createNamed(bool isPart)
     if (head.isVersioned() && (tables_->keepsUnknown || tables_->readsNewerData) &&
         !ClassRegistry::get().creatorOf(head.name()))
         return new SealedObject(head.name());
-    return Serializable::create(head.name());
+    return tables_->classes.create(head.name(), head.length());
 }
 
 void Archive::readBody(Serializable& object, unsigned int version, unsigned int firstWord)
@@ -334,18 +333,16 @@ void Archive::readBody(Serializable& object, unsigned int version, unsigned int 
 void Archive::readData(Serializable& object)
 {
     object.deserialize(*this);
-    if (!readsPlain_)
+    if (!readsPlain_ && !tables_->reader.isAtEnd(input_))
         readNewerData(object);
 }
 
 // What the object did not read. It is kept by those that want it; the objects in it are read in any case, because
 // others may refer to them.
-void Archive::readNewerData(Serializable& object)
+[[gnu::noinline, gnu::cold]] void Archive::readNewerData(Serializable& object)
 {
     constexpr unsigned int piece = 0x1000;
     BodyReader& reader = tables_->reader;
-    if (reader.state.left == 0 && reader.nextWord(input_) == endOfBody)
-        return;
     NewerData dropped;
     auto* const keeper = dynamic_cast<NewerData*>(&object);
     NewerData& data = keeper ? *keeper : dropped;
@@ -490,6 +487,11 @@ std::shared_ptr<Serializable> Archive::readStandardShared()
         known = shared;
     }
     return shared;
+}
+
+const void* Archive::partOf(const Serializable& object, const std::type_info& wanted, FindPart* find)
+{
+    return tables_->classes.partOf(object, wanted, find);
 }
 
 void Archive::refuse(const Serializable& object, const std::type_info& expected)

@@ -1,7 +1,5 @@
 #include "ArchiveBody.h"
 
-#include "CopyPiece.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -89,15 +87,6 @@ void BodyReader::readWords(InputStream& in, unsigned int* words, unsigned int co
         detail::throwShortRead(words, count * wordSize);
 }
 
-unsigned int BodyReader::nextWord(InputStream& in)
-{
-    if (!state.hasWord) {
-        readWords(in, &state.word, 1);
-        state.hasWord = true;
-    }
-    return state.word;
-}
-
 bool BodyReader::openPart(InputStream& in)
 {
     const unsigned int size = nextWord(in);
@@ -126,14 +115,13 @@ unsigned int BodyReader::readParts(InputStream& in, void* buffer, unsigned int s
     while (done < size && (state.left > 0 || openPart(in))) {
         unsigned int count = std::min(size - done, state.left);
         if (position_ < filled_) {
-            copyPiece(to + done, ahead_ + position_, count);
-            position_ += count;
+            takeAhead(to + done, count);
         } else {
             count = std::min(in.read(to + done, count), count);
             if (count == 0)
                 break;
+            state.left -= count;
         }
-        state.left -= count;
         done += count;
     }
     return done;

@@ -3,6 +3,8 @@
 #include <tarn/Array.h>
 #include <tarn/Stream.h>
 
+#include "CopyPiece.h"
+
 #include <concepts>
 #include <cstring>
 
@@ -88,15 +90,29 @@ public:
     /// What of the parts or zeros there is.
     unsigned int read(InputStream& in, void* buffer, unsigned int size)
     {
-        return state.mode == State::parts ? readParts(in, buffer, size) : readZeros(buffer, size);
+        if (state.mode != State::parts)
+            return readZeros(buffer, size);
+        if (size > state.left || position_ == filled_)
+            return readParts(in, buffer, size);
+        takeAhead(static_cast<char*>(buffer), size);
+        return size;
     }
+    /// Whether the object has read all of its data.
+    bool isAtEnd(InputStream& in) { return state.left == 0 && nextWord(in) == endOfBody; }
     /// What comes next is an object's data in parts.
     void beginBody(unsigned int version, unsigned int firstWord)
     {
         state = {.mode = State::parts, .hasWord = true, .word = firstWord, .version = version};
     }
     /// The word in front of the next part. Throws EndOfFile.
-    unsigned int nextWord(InputStream& in);
+    unsigned int nextWord(InputStream& in)
+    {
+        if (!state.hasWord) {
+            readWords(in, &state.word, 1);
+            state.hasWord = true;
+        }
+        return state.word;
+    }
     /// Behind the word of a reference: its key. What comes next has a word, too, which is read along.
     unsigned int takeKey(InputStream& in)
     {
@@ -123,6 +139,13 @@ private:
     unsigned int readParts(InputStream& in, void* buffer, unsigned int size);
     unsigned int readZeros(void* buffer, unsigned int size);
     bool openPart(InputStream& in);
+    // Of a part that was read whole.
+    void takeAhead(char* to, unsigned int count)
+    {
+        copyPiece(to, ahead_ + position_, count);
+        position_ += count;
+        state.left -= count;
+    }
 
     // A short part is read whole, with the word behind it: nobody else has use for these bytes.
     char ahead_[260];

@@ -10,6 +10,7 @@
 #include "ClassName.h"
 #include "CountPool.h"
 #include "KeyTable.h"
+#include "KnownClasses.h"
 
 #include <algorithm>
 #include <memory>
@@ -213,7 +214,8 @@ struct Archive::Tables {
     AddressTable<unsigned int> shared;          // Where the last one of each key lies.
     std::unordered_map<const unsigned int*, std::weak_ptr<Serializable>> standard; // What standard pointers share.
     std::unordered_set<const unsigned int*> foreign; // What stands in newer data or is of an unknown class.
-    GraphRecorder* recorder = nullptr;               // Gets what would be written.
+    KnownClasses classes;
+    GraphRecorder* recorder = nullptr; // Gets what would be written.
     BodyWriter writer;
     BodyReader reader;
     FailedPath failed;

@@ -41,6 +41,7 @@ void ClassRegistry::add(const char* name, const detail::ClassTraits& traits, con
 
 void ClassRegistry::enter(Registration& registration)
 {
+    ++version_;
     const Registration& first = *byName_.try_emplace(registration.name, &registration).first->second;
     if (!registration.type)
         return;
@@ -52,6 +53,7 @@ void ClassRegistry::enter(Registration& registration)
 
 void ClassRegistry::remove(const void* owner) noexcept
 {
+    ++version_;
     const auto isOwned = [owner](const auto& entry) { return entry.second->owner == owner; };
     std::erase_if(byName_, isOwned);
     std::erase_if(byType_, isOwned);
@@ -64,10 +66,10 @@ void ClassRegistry::remove(const void* owner) noexcept
     });
 }
 
-ClassRegistry::Creator ClassRegistry::creatorOf(const char* name) const
+const ClassRegistry::Registration* ClassRegistry::find(const char* name) const
 {
     const auto found = byName_.find(measured(name));
-    return found != byName_.end() ? found->second->traits.create : nullptr;
+    return found != byName_.end() ? found->second : nullptr;
 }
 
 const ClassRegistry::Registration* ClassRegistry::firstOf(const std::type_info& type) const

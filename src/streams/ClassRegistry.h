@@ -38,13 +38,23 @@ public:
     void add(const char* name, const detail::ClassTraits& traits, const std::type_info& type, const void* owner);
     void remove(const void* owner) noexcept;
 
+    /// The one that makes objects of that name, whose own may be shorter or longer; null for an unknown name.
+    const Registration* find(const char* name) const;
     /// Null for an unknown name.
-    Creator creatorOf(const char* name) const;
+    Creator creatorOf(const char* name) const
+    {
+        const Registration* const found = find(name);
+        return found ? found->traits.create : nullptr;
+    }
     /// The first registration of the type, whatever module's copy of its identity is given; null without one.
     const Registration* firstOf(const std::type_info& type) const;
+    /// Another number after each change: what was found before is to be looked for again.
+    unsigned int version() const { return version_; }
 
 private:
     void enter(Registration& registration);
+
+    unsigned int version_ = 0;
 
     std::list<Registration> all_; // In their order.
     std::map<ConstString<char>, Registration*, ShorterFirst> byName_;

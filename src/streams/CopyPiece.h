@@ -18,8 +18,10 @@ template <unsigned int size> void copyBothEnds(char* to, const char* from, unsig
 /// faster than the runtime library is called.
 inline void copyPiece(char* to, const char* from, unsigned int count)
 {
-    if (count > 16)
+    if (count > 32)
         std::memmove(to, from, count);
+    else if (count >= 16)
+        copyBothEnds<16>(to, from, count);
     else if (count >= 8)
         copyBothEnds<8>(to, from, count);
     else if (count >= 4)

@@ -11,6 +11,7 @@
 #include "ArchiveBody.h"
 #include "ClassName.h"
 #include "ClassRegistry.h"
+#include "KnownClasses.h"
 #include "Platform.h"
 
 #include <algorithm>
@@ -84,19 +85,11 @@ void unregisterClass(const void* owner) noexcept
 }
 } // namespace detail
 
-ClassName::ClassName(const std::type_info& type) : registration_(ClassRegistry::get().firstOf(type))
-{
-    if (!registration_)
-        composed_ = "class " + qualifiedName(type);
-}
+void ClassName::compose(const std::type_info& type) { composed_ = "class " + qualifiedName(type); }
 
-const char* ClassName::text() const { return registration_ ? registration_->name.data() : composed_.c_str(); }
-
-const char* ClassName::toWrite() const
+void ClassName::refuse() const
 {
-    if (registration_ && registration_->isShadowed)
-        throwError(Serializable::Exception('"' + std::string(text()) + "\" is the name of another class, too"));
-    return text();
+    throwError(Serializable::Exception('"' + std::string(text()) + "\" is the name of another class, too"));
 }
 
 std::string ClassName::qualifiedName(const std::type_info& type) { return typeName(type); }
@@ -136,12 +129,12 @@ OutputStream& operator<<(OutputStream& out, const VersionedHead& head)
     return out;
 }
 
-Serializable* ObjectHead::createPlain(InputStream& in, unsigned int length)
+Serializable* ObjectHead::createPlain(InputStream& in, unsigned int length, KnownClasses* known)
 {
     char name[shortest];
     const unsigned int count = length ? std::min(in.read(name, length), length) : 0;
     name[count] = '\0';
-    return Serializable::create(name);
+    return known ? known->create(name, count) : Serializable::create(name);
 }
 
 ObjectHead::ObjectHead(InputStream& in, unsigned int length)
@@ -156,6 +149,7 @@ ObjectHead::ObjectHead(InputStream& in, unsigned int length)
         in.readFully(shortName_, left + static_cast<unsigned int>(sizeof words_));
         std::memcpy(words_, shortName_ + left, sizeof words_);
         shortName_[left] = '\0';
+        shortLength_ = left;
     }
 }
 } // namespace tarn

@@ -47,7 +47,7 @@ Serializable* InputStream::readObject()
     const NestingLevel level(depthOnThisThread);
     const unsigned int length = readUInt32();
     if (ObjectHead::isPlain(length)) {
-        Serializable* const object = ObjectHead::createPlain(*this, length);
+        Serializable* const object = ObjectHead::createPlain(*this, length, nullptr);
         object->deserialize(*this);
         return object;
     }

@@ -115,3 +115,63 @@ TEST_CASE("Archive: release() destroys the last one as what it is")
     Archive::release(same);
     CHECK(Counted::alive == before);
 }
+
+namespace {
+template <int size> struct Padding {
+    virtual ~Padding() = default;
+    char bytes[size] = {};
+};
+struct Numbered {
+    virtual ~Numbered() = default;
+    int number = 0;
+};
+/// A class of many, in each of which the number lies elsewhere.
+template <int which> struct OneOf final : Padding<16 * which + 1>, Serializable, Numbered {
+    void serialize(OutputStream& out) const override { out << this->number; }
+    void deserialize(InputStream& in) override { in >> this->number; }
+};
+
+template <int... which> std::vector<ref_ptr<Numbered>> writeMany(Archive& archive, std::integer_sequence<int, which...>)
+{
+    static const std::tuple<SerializableImpl<OneOf<which>>...> registrations;
+    std::vector<ref_ptr<Numbered>> written;
+    const auto write = [&](const auto& object) {
+        object->number = static_cast<int>(written.size());
+        archive << object;
+        written.push_back(object);
+    };
+    for (int round = 0; round < 3; ++round)
+        (write(ref_ptr(new OneOf<which>)), ...);
+    return written;
+}
+} // namespace
+
+TEST_CASE("Archive: objects of many classes are found as one of their bases, again and again")
+{
+    Memory memory;
+    const auto written = writeMany(memory.archive, std::make_integer_sequence<int, 30>());
+    Memory reader(memory.written());
+    for (const auto& object : written) {
+        ref_ptr<Numbered> read;
+        reader.archive >> read;
+        REQUIRE(read->number == object->number);
+    }
+}
+
+namespace {
+struct Late final : Serializable {
+    void serialize(OutputStream&) const override {}
+    void deserialize(InputStream&) override {}
+};
+} // namespace
+
+TEST_CASE("Archive: a class that is registered meanwhile has its name from then on")
+{
+    Memory memory;
+    Late object;
+    memory.archive.writeObject(&object);
+    static const SerializableImpl<Late> registration("struct test::Late");
+    memory.archive.writeObject(&object);
+    CHECK(memory.written() == "\0\0\0\0\0\0\0\0\x21\0\0\0class (anonymous namespace)::Late"
+                              "\0\0\0\0\0\0\0\0\x11\0\0\0struct test::Late"s);
+}
