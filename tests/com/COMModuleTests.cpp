@@ -1,5 +1,6 @@
+#include "Test.h"
+
 #include "Apartment.h"
-#include "Expect.h"
 #include "Hearing.h"
 #include "Persistent.h"
 
@@ -12,25 +13,18 @@
 #include <tarn/WindowClass.h>
 #include <tarn/WindowsModule.h>
 
-#include <memory>
-#include <stdexcept>
 #include <thread>
 
-using support::CLSID_Persistent;
-using support::Persistent;
-using tarn::COMInterfacePointer;
-using tarn::COMModule;
-using tarn::RegistryKey;
-using Text = tarn::BasicString<wchar_t>;
+using Text = BasicString<wchar_t>;
 
 namespace {
-const Text classPath = L"CLSID\\" + tarn::toWString(CLSID_Persistent);
+const Text classPath = L"CLSID\\" + toWString(CLSID_Persistent);
 const Text userClassPath = L"Software\\Classes\\" + classPath;
-const Text program = Text(L"Software\\Classes\\") + support::persistentProgID;
+const Text program = Text(L"Software\\Classes\\") + persistentProgID;
 constexpr const wchar_t* otherProgID = L"Tarn.Other";
 const COMModule::Class otherClass = {
     {0x2b1c7a04, 0x51de, 0x4a6b, {0x8f, 0x10, 0x3c, 0x92, 0x6e, 0x55, 0x01, 0xd8}}, nullptr, L"Other test object"};
-const Text otherClassPath = L"Software\\Classes\\CLSID\\" + tarn::toWString(otherClass.clsid);
+const Text otherClassPath = L"Software\\Classes\\CLSID\\" + toWString(otherClass.clsid);
 
 Text userText(const Text& path, const wchar_t* name = L"")
 {
@@ -44,11 +38,11 @@ void setUserText(const Text& path, const wchar_t* name, const wchar_t* text)
     RegistryKey::createOwned(HKEY_CURRENT_USER, path.c_str(), KEY_WRITE).setValue(name, text);
 }
 
-Text folder() { return tarn::WindowsModule(static_cast<HINSTANCE>(nullptr)).getFilenameW().getDirectory(); }
+Text folder() { return WindowsModule(static_cast<HINSTANCE>(nullptr)).getFilenameW().getDirectory(); }
 
 COMModule::Class persistentClass(COMModule::ThreadingModel threading)
 {
-    return {CLSID_Persistent, &Persistent::create, L"Persistent test object", threading, support::persistentProgID};
+    return {CLSID_Persistent, &Persistent::create, L"Persistent test object", threading, persistentProgID};
 }
 
 // The module of a DLL; any that is loaded will do.
@@ -71,13 +65,13 @@ struct UserClasses {
 
 void run(const Text& commandLine)
 {
-    const tarn::Process process(tarn::BasicString<char>(commandLine.c_str()).c_str(), 0);
-    REQUIRE(process.wait(30000) == tarn::WindowsHandle::signaled);
+    const Process process(BasicString<char>(commandLine.c_str()).c_str(), 0);
+    REQUIRE(process.wait(30000) == WindowsHandle::signaled);
     REQUIRE(process.getExitCode() == 0);
 }
 } // namespace
 
-TEST_CASE("COMModule: hands out factories for the classes of its table", "[com][module]")
+TEST_CASE("COMModule: hands out factories for the classes of its table")
 {
     COMModule module(someDll(), {persistentClass(COMModule::both)});
     {
@@ -94,17 +88,17 @@ TEST_CASE("COMModule: hands out factories for the classes of its table", "[com][
     CHECK(module.canUnloadNow() == S_OK);
 }
 
-TEST_CASE("COMModule: registration writes its keys and unregistration removes just them", "[com][module]")
+TEST_CASE("COMModule: registration writes its keys and unregistration removes just them")
 {
     const UserClasses classes;
     const COMModule module(someDll(), {otherClass, persistentClass(COMModule::both)});
     module.registerServer(COMModule::user);
     CHECK(userText(userClassPath) == L"Persistent test object");
-    CHECK(userText(userClassPath + L"\\InprocServer32") == tarn::WindowsModule(someDll()).getFilenameW());
+    CHECK(userText(userClassPath + L"\\InprocServer32") == WindowsModule(someDll()).getFilenameW());
     CHECK(userText(userClassPath + L"\\InprocServer32", L"ThreadingModel") == L"Both");
-    CHECK(userText(userClassPath + L"\\ProgID") == support::persistentProgID);
+    CHECK(userText(userClassPath + L"\\ProgID") == persistentProgID);
     CHECK(userText(program) == L"Persistent test object");
-    CHECK(userText(program + L"\\CLSID") == tarn::toWString(CLSID_Persistent));
+    CHECK(userText(program + L"\\CLSID") == toWString(CLSID_Persistent));
 
     SECTION("nothing is left")
     {
@@ -133,7 +127,7 @@ TEST_CASE("COMModule: registration writes its keys and unregistration removes ju
         CHECK(userKey(userClassPath + L"\\LocalServer32").getValueCount() == 1);
         module.unregisterServer(COMModule::user);
         CHECK_FALSE(userHas(userClassPath + L"\\InprocServer32"));
-        CHECK(userText(program + L"\\CLSID") == tarn::toWString(CLSID_Persistent));
+        CHECK(userText(program + L"\\CLSID") == toWString(CLSID_Persistent));
         local.unregisterServer(COMModule::user);
         CHECK_FALSE((userHas(userClassPath) || userHas(program)));
     }
@@ -144,7 +138,7 @@ TEST_CASE("COMModule: registration writes its keys and unregistration removes ju
     }
 }
 
-TEST_CASE("COMModule: a registration that fails leaves everything as it was", "[com][module]")
+TEST_CASE("COMModule: a registration that fails leaves everything as it was")
 {
     const UserClasses classes;
     const bool wasRegistered = GENERATE(false, true);
@@ -156,17 +150,17 @@ TEST_CASE("COMModule: a registration that fails leaves everything as it was", "[
     SECTION("for a name that is missing")
     {
         failing.name = nullptr;
-        support::expectWindowsError(registering, ERROR_INVALID_PARAMETER, "Can't register COM class without a name");
+        expectWindowsError(registering, ERROR_INVALID_PARAMETER, "Can't register COM class without a name");
     }
     SECTION("for another's programmatic identifier")
     {
         failing.progID = otherProgID;
         setUserText(L"Software\\Classes\\Tarn.Other", L"", L"Other's");
-        setUserText(L"Software\\Classes\\Tarn.Other\\CLSID", L"", tarn::toWString(IID_IDispatch).c_str());
-        support::expectWindowsError(registering, ERROR_ALREADY_EXISTS,
-                                    "Programmatic identifier of COM class belongs to another class");
+        setUserText(L"Software\\Classes\\Tarn.Other\\CLSID", L"", toWString(IID_IDispatch).c_str());
+        expectWindowsError(registering, ERROR_ALREADY_EXISTS,
+                           "Programmatic identifier of COM class belongs to another class");
         CHECK(userText(L"Software\\Classes\\Tarn.Other") == L"Other's");
-        CHECK(userText(L"Software\\Classes\\Tarn.Other\\CLSID") == tarn::toWString(IID_IDispatch));
+        CHECK(userText(L"Software\\Classes\\Tarn.Other\\CLSID") == toWString(IID_IDispatch));
     }
     CHECK((userHas(userClassPath) == wasRegistered && userHas(program) == wasRegistered));
     CHECK_FALSE(userHas(otherClassPath));
@@ -176,7 +170,7 @@ TEST_CASE("COMModule: a registration that fails leaves everything as it was", "[
     }
 }
 
-TEST_CASE("COMModule: getModule is the first that is alive", "[com][module]")
+TEST_CASE("COMModule: getModule is the first that is alive")
 {
     auto first = std::make_unique<COMModule>(someDll(), std::initializer_list<COMModule::Class>());
     const COMModule second(someDll(), {});
@@ -185,9 +179,9 @@ TEST_CASE("COMModule: getModule is the first that is alive", "[com][module]")
     CHECK(&COMModule::getModule() == &second);
 }
 
-TEST_CASE("COMModule: registered class factories can be had until they are revoked", "[com][module]")
+TEST_CASE("COMModule: registered class factories can be had until they are revoked")
 {
-    const support::Apartment com;
+    const Apartment com;
     COMModule module(someDll(), {persistentClass(COMModule::both)});
     const auto find = [] {
         COMInterfacePointer<IClassFactory> factory;
@@ -207,15 +201,15 @@ TEST_CASE("COMModule: registered class factories can be had until they are revok
     CHECK((!find() && module.canUnloadNow() == S_OK));
 }
 
-TEST_CASE("COMModule: what a window's handler throws ends the service and comes out of it", "[com][module]")
+TEST_CASE("COMModule: what a window's handler throws ends the service and comes out of it")
 {
-    struct Failing : tarn::Window {
+    struct Failing : Window {
         void onCommand(Window*, unsigned short, unsigned short) override { throw std::logic_error("handler failed"); }
     };
-    const support::Apartment com;
-    const tarn::WindowClass windowClass(0, 0, nullptr, COLOR_WINDOW, nullptr, GetModuleHandleW(nullptr));
+    const Apartment com;
+    const WindowClass windowClass(0, 0, nullptr, COLOR_WINDOW, nullptr, GetModuleHandleW(nullptr));
     Failing window;
-    window.create(windowClass, L"", WS_POPUP, tarn::Rect(0, 0, 10, 10), nullptr, nullptr, nullptr);
+    window.create(windowClass, L"", WS_POPUP, Rect(0, 0, 10, 10), nullptr, nullptr, nullptr);
     COMModule module(GetModuleHandleW(nullptr), {persistentClass(COMModule::both)});
     std::thread sender;
     SECTION("by a message that is dispatched") { window.postMessageW(WM_COMMAND); }
@@ -223,23 +217,23 @@ TEST_CASE("COMModule: what a window's handler throws ends the service and comes 
     {
         sender = std::thread([&] { SendMessageW(window, WM_COMMAND, 0, 0); });
     }
-    support::expectError<std::logic_error>([&] { module.serve(60'000); }, "handler failed");
+    expectError<std::logic_error>([&] { module.serve(60'000); }, "handler failed");
     if (sender.joinable())
         sender.join();
     CHECK(module.canUnloadNow() == S_OK);
 }
 
-TEST_CASE("COM server DLL: the system finds it, loads it and lets it go", "[com][server]")
+TEST_CASE("COM server DLL: the system finds it, loads it and lets it go")
 {
-    const support::Apartment com;
-    const tarn::WindowsModule dll((folder() + L"\\com_test_inproc.dll").c_str(), true);
+    const Apartment com;
+    const WindowsModule dll((folder() + L"\\com_test_inproc.dll").c_str(), true);
     const auto call = [&](const char* name, auto... arguments) {
         const auto procedure = reinterpret_cast<void*>(dll.getProcAddress(name, false));
         return reinterpret_cast<HRESULT(STDAPICALLTYPE*)(decltype(arguments)...)>(procedure)(arguments...);
     };
     REQUIRE(call("DllRegisterServer") == S_OK);
     {
-        const auto object = COMInterfacePointer<IPersist>::create(tarn::toGUID(support::persistentProgID));
+        const auto object = COMInterfacePointer<IPersist>::create(toGUID(persistentProgID));
         CHECK(call("DllCanUnloadNow") == S_FALSE);
     }
     CoFreeUnusedLibraries();
@@ -250,10 +244,10 @@ TEST_CASE("COM server DLL: the system finds it, loads it and lets it go", "[com]
     CHECK((call("DllInstall", FALSE, L"user") == S_OK && !userHas(userClassPath)));
 }
 
-TEST_CASE("COMModule: a local server is started, serves, tells of errors and ends when it is idle", "[com][server]")
+TEST_CASE("COMModule: a local server is started, serves, tells of errors and ends when it is idle")
 {
-    const support::Apartment com;
-    const tarn::WindowsHandle ended(CreateEventW(nullptr, TRUE, FALSE, support::serverEndedEvent));
+    const Apartment com;
+    const WindowsHandle ended(CreateEventW(nullptr, TRUE, FALSE, serverEndedEvent));
     const Text server = L"\"" + folder() + L"\\com_test_local.exe\"";
     run(server + L" -register");
     {
@@ -261,10 +255,10 @@ TEST_CASE("COMModule: a local server is started, serves, tells of errors and end
         CLSID clsid = {};
         CHECK(object->GetClassID(&clsid) == S_OK);
         CHECK(clsid == CLSID_Persistent);
-        support::checkErrorsOf(object.require<IDispatch>());
-        CHECK(ended.wait(1000) == tarn::WindowsHandle::timeout);
+        checkErrorsOf(object.require<IDispatch>());
+        CHECK(ended.wait(1000) == WindowsHandle::timeout);
     }
-    CHECK(ended.wait(20000) == tarn::WindowsHandle::signaled);
+    CHECK(ended.wait(20000) == WindowsHandle::signaled);
     run(server + L" -unregister");
     CHECK_FALSE(RegistryKey::existsKey(HKEY_CLASSES_ROOT, classPath.c_str()));
 }

@@ -2,11 +2,9 @@
 
 #include <tarn/LinkControl.h>
 
-using namespace tarn;
-
-TEST_CASE("LinkControl: its parent hears which link is followed", "[controls]")
+TEST_CASE("LinkControl: its parent hears which link is followed")
 {
-    struct : support::Host {
+    struct : Host {
         LRESULT onNotify(const NMHDR& header) override
         {
             if (const auto link = LinkControl::which(header))
@@ -27,8 +25,8 @@ TEST_CASE("LinkControl: its parent hears which link is followed", "[controls]")
     links.sendMessageA(WM_KEYDOWN, VK_RETURN);
     CHECK(host.followed.id == L"m\u00F6re");
 
-    const NMHDR other{support::makeButton(host, 6), 6, NM_CLICK};
+    const NMHDR other{makeButton(host, 6), 6, NM_CLICK};
     CHECK_FALSE(LinkControl::which(other));
-    support::expectWindowsError([&] { links.getLink(2); }, "Can't get link");
-    support::expectWindowsError([&] { links.setVisited(2, true); }, "Can't change link");
+    expectWindowsError([&] { links.getLink(2); }, "Can't get link");
+    expectWindowsError([&] { links.setVisited(2, true); }, "Can't change link");
 }

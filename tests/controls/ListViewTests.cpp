@@ -3,10 +3,6 @@
 #include <tarn/ListView.h>
 #include <tarn/TreeView.h>
 
-#include <stdexcept>
-
-using namespace tarn;
-
 namespace {
 template <class Ch> BasicString<Ch> text(const char* s) { return BasicString<Ch>(s); }
 
@@ -27,10 +23,10 @@ int imageOf(const ListView& view, int item)
     return attributes.iImage;
 }
 
-using ListHost = support::Hosted<ListView>;
+using ListHost = Hosted<ListView>;
 } // namespace
 
-TEMPLATE_TEST_CASE("ListView: items and columns of both widths come back as they were set", "[controls]", char, wchar_t)
+TEMPLATE_TEST_CASE("ListView: items and columns of both widths come back as they were set", "", char, wchar_t)
 {
     using Ch = TestType;
     const ListHost host(WC_LISTVIEWW, LVS_REPORT);
@@ -65,7 +61,7 @@ TEMPLATE_TEST_CASE("ListView: items and columns of both widths come back as they
     CHECK(itemText<Ch>(view, 1, 0) == text<Ch>("C"));
 }
 
-TEST_CASE("ListView: selection, styles and scrolling", "[controls]")
+TEST_CASE("ListView: selection, styles and scrolling")
 {
     const ListHost host(WC_LISTVIEWW, LVS_REPORT);
     const ListView& view = host.control;
@@ -85,7 +81,7 @@ TEST_CASE("ListView: selection, styles and scrolling", "[controls]")
     CHECK(view.setExtendedListViewStyle(0) == LVS_EX_FULLROWSELECT);
 }
 
-TEST_CASE("ListView: items are sorted by their data, and an arrow shows the column", "[controls]")
+TEST_CASE("ListView: items are sorted by their data, and an arrow shows the column")
 {
     const ListHost host(WC_LISTVIEWW, LVS_REPORT);
     const ListView& view = host.control;
@@ -100,7 +96,7 @@ TEST_CASE("ListView: items are sorted by their data, and an arrow shows the colu
     view.sortItems(order);
     CHECK((view.getItemTextA(0, 0) == "1" && view.getItemTextA(2, 0) == "3"));
     const auto fail = [](const void*, const void*) -> int { throw std::runtime_error("while comparing"); };
-    support::expectError<std::runtime_error>([&] { view.sortItems(fail); }, "while comparing");
+    expectError<std::runtime_error>([&] { view.sortItems(fail); }, "while comparing");
 
     const auto arrowOf = [&](unsigned column) {
         HDITEMW heading{};
@@ -115,11 +111,11 @@ TEST_CASE("ListView: items are sorted by their data, and an arrow shows the colu
     CHECK(view.getColumnWidth(1) == 77);
     view.setColumnWidth(1, LVSCW_AUTOSIZE_USEHEADER);
     CHECK(view.getColumnWidth(1) != 77);
-    support::expectWindowsError([&] { view.setColumnWidth(9, 1); }, "Can't set list view column width");
-    support::expectWindowsError([] { ListView().setSortArrow(0, ListView::ascending); }, "Can't set sort arrow");
+    expectWindowsError([&] { view.setColumnWidth(9, 1); }, "Can't set list view column width");
+    expectWindowsError([] { ListView().setSortArrow(0, ListView::ascending); }, "Can't set sort arrow");
 }
 
-TEST_CASE("ListView: items are checked, selected and edited by code; a virtual view asks for their texts", "[controls]")
+TEST_CASE("ListView: items are checked, selected and edited by code; a virtual view asks for their texts")
 {
     const ListHost host(WC_LISTVIEWW, LVS_REPORT | LVS_EDITLABELS);
     const ListView& view = host.control;
@@ -136,9 +132,9 @@ TEST_CASE("ListView: items are checked, selected and edited by code; a virtual v
     CHECK(view.getSlectedItemCount() == 2);
     view.editItem(1);
     CHECK(view.sendMessageA(LVM_GETEDITCONTROL) != 0);
-    support::expectWindowsError([&] { view.setChecked(9, true); }, "Can't set item");
-    support::expectWindowsError([&] { view.editItem(9); }, "Can't edit list view item");
-    struct : support::Host {
+    expectWindowsError([&] { view.setChecked(9, true); }, "Can't set item");
+    expectWindowsError([&] { view.editItem(9); }, "Can't edit list view item");
+    struct : Host {
         LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
         {
             const auto text = [](unsigned item, unsigned subitem) {
@@ -148,7 +144,7 @@ TEST_CASE("ListView: items are checked, selected and edited by code; a virtual v
             if (msg == WM_NOTIFY && (ListView::giveText(*reinterpret_cast<NMHDR*>(lParam), text) ||
                                      ListView::giveImage(*reinterpret_cast<NMHDR*>(lParam), image)))
                 return 0;
-            return support::Host::onMessage(msg, wParam, lParam);
+            return Host::onMessage(msg, wParam, lParam);
         }
     } virtualHost;
     ListView large;
@@ -162,9 +158,9 @@ TEST_CASE("ListView: items are checked, selected and edited by code; a virtual v
     CHECK((large.getItemTextA(7, 0) == "7" && imageOf(large, 12) == 5));
 }
 
-TEMPLATE_TEST_CASE("ListView: what the user has made of a text is told, and decided on", "[controls]", char, wchar_t)
+TEMPLATE_TEST_CASE("ListView: what the user has made of a text is told, and decided on", "", char, wchar_t)
 {
-    struct : support::Host {
+    struct : Host {
         LRESULT onNotifyToAnswer(NMHDR& header) override
         {
             const auto edited = ListView::getEditedText(header);
@@ -195,7 +191,7 @@ TEMPLATE_TEST_CASE("ListView: what the user has made of a text is told, and deci
     CHECK((view.getItemTextW(1, 0) == L"yes" && host.heard == L"1yes1no"));
 }
 
-TEMPLATE_TEST_CASE("ListView: what the control refuses is named", "[controls]", LVITEMA, LVITEMW)
+TEMPLATE_TEST_CASE("ListView: what the control refuses is named", "", LVITEMA, LVITEMW)
 {
     const ListHost host(WC_LISTVIEWW, LVS_REPORT);
     const ListView& view = host.control;
@@ -205,7 +201,7 @@ TEMPLATE_TEST_CASE("ListView: what the control refuses is named", "[controls]", 
     TestType missing{};
     missing.mask = LVIF_PARAM;
     missing.iItem = 7;
-    const auto fails = [](auto call, const char* what) { support::expectWindowsError(call, what); };
+    const auto fails = [](auto call, const char* what) { expectWindowsError(call, what); };
     fails([&] { view.getItem(missing); }, "Can't get listview item");
     fails([&] { view.setItem(missing); }, "Can't set item");
     fails([&] { view.setItemImage(7, 0, 1); }, "Can't set item");
@@ -219,7 +215,7 @@ TEMPLATE_TEST_CASE("ListView: what the control refuses is named", "[controls]", 
     CHECK(itemText<Ch>(gone, 0, 0).empty());
 }
 
-TEST_CASE("ListView: groups are told to the control as it is documented, which Wine's does not know", "[controls]")
+TEST_CASE("ListView: groups are told to the control as it is documented, which Wine's does not know")
 {
     struct : Window {
         LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
@@ -242,7 +238,7 @@ TEST_CASE("ListView: groups are told to the control as it is documented, which W
         std::wstring heading;
         LVITEMW item{};
     } control;
-    support::open(control);
+    open(control);
     const ListView view(control.getWindowHandle());
     view.enableGroups(true);
     CHECK((view.insertGroup(7, "narrow", true, 2) == 12 && control.heading == L"narrow"));
@@ -252,15 +248,15 @@ TEST_CASE("ListView: groups are told to the control as it is documented, which W
     CHECK((control.item.iItem == 3 && control.item.mask == LVIF_GROUPID && view.getItemGroup(3) == 8));
     CHECK(ListView().getItemGroup(0) == I_GROUPIDNONE);
     control.answer = -1;
-    support::expectWindowsError([&] { view.enableGroups(true); }, "Can't change list view groups");
-    support::expectWindowsError([&] { view.insertGroup(1, L"x"); }, "Can't insert list view group");
+    expectWindowsError([&] { view.enableGroups(true); }, "Can't change list view groups");
+    expectWindowsError([&] { view.insertGroup(1, L"x"); }, "Can't insert list view group");
 }
 
-TEMPLATE_TEST_CASE("Views: a text that the control keeps elsewhere is read there", "[controls]", ListView, TreeView)
+TEMPLATE_TEST_CASE("Views: a text that the control keeps elsewhere is read there", "", ListView, TreeView)
 {
     /// Redirects the reader of an item's text.
     struct Redirecting : Window {
-        Redirecting() { support::open(*this); }
+        Redirecting() { open(*this); }
         LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
         {
             if (msg == LVM_GETITEMTEXTW)

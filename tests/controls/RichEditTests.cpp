@@ -3,13 +3,8 @@
 #include <tarn/MemoryStream.h>
 #include <tarn/RichEdit.h>
 
-#include <stdexcept>
-#include <string>
-
-using namespace tarn;
-
 namespace {
-struct Field : support::Host {
+struct Field : Host {
     Field() { edit.create(*this, 5, Rect(0, 0, 180, 80), WS_VISIBLE | ES_MULTILINE); }
     std::string saved(RichEdit::text_format kind, bool selectionOnly = false) const
     {
@@ -26,7 +21,7 @@ struct Field : support::Host {
 };
 } // namespace
 
-TEST_CASE("RichEdit: text goes through streams in UTF-8, as a whole and of the selection", "[controls]")
+TEST_CASE("RichEdit: text goes through streams in UTF-8, as a whole and of the selection")
 {
     const Field field;
     field.load("\xCE\xB1 one\r\ntwo", RichEdit::plain);
@@ -47,7 +42,7 @@ TEST_CASE("RichEdit: text goes through streams in UTF-8, as a whole and of the s
     CHECK(field.edit.getTextW() == L"narrow \u03B1");
 }
 
-TEST_CASE("RichEdit: how the selection looks is set, asked and kept in Rich Text", "[controls]")
+TEST_CASE("RichEdit: how the selection looks is set, asked and kept in Rich Text")
 {
     const Field field;
     field.edit.setText(L"plain bold");
@@ -70,7 +65,7 @@ TEST_CASE("RichEdit: how the selection looks is set, asked and kept in Rich Text
     CHECK((!mixed.isBold && !mixed.size && mixed.isItalic == false));
 }
 
-TEST_CASE("RichEdit: what a stream throws comes out of loading and saving", "[controls]")
+TEST_CASE("RichEdit: what a stream throws comes out of loading and saving")
 {
     struct : InputStream, OutputStream {
         unsigned int read(void*, unsigned int) override { throw std::runtime_error("in reading"); }
@@ -78,8 +73,8 @@ TEST_CASE("RichEdit: what a stream throws comes out of loading and saving", "[co
     } broken;
     const Field field;
     field.edit.setText("text");
-    support::expectError<std::runtime_error>([&] { field.edit.load(broken); }, "in reading");
-    support::expectError<std::runtime_error>([&] { field.edit.save(broken); }, "in writing");
-    support::expectWindowsError([&] { RichEdit().save(broken); }, "Can't save text");
-    support::expectWindowsError([] { RichEdit().setFormat({}); }, "Can't set character format");
+    expectError<std::runtime_error>([&] { field.edit.load(broken); }, "in reading");
+    expectError<std::runtime_error>([&] { field.edit.save(broken); }, "in writing");
+    expectWindowsError([&] { RichEdit().save(broken); }, "Can't save text");
+    expectWindowsError([] { RichEdit().setFormat({}); }, "Can't set character format");
 }

@@ -1,12 +1,6 @@
 #include "../controls/Controls.h"
-#include "Expect.h"
 
 #include <tarn/Anchors.h>
-
-#include <memory>
-
-using namespace tarn;
-using support::Host;
 
 namespace {
 /// A window of 200 by 100 with one control, and its anchors.
@@ -46,7 +40,7 @@ struct Anchored : Host {
 };
 } // namespace
 
-TEST_CASE("Anchors: a control keeps its distance to the edges that it has", "[anchors]")
+TEST_CASE("Anchors: a control keeps its distance to the edges that it has")
 {
     const auto& [edges, expected] = GENERATE(table<unsigned, Rect>({
         {Anchors::left | Anchors::top, {40, 20, 60, 40}},
@@ -62,7 +56,7 @@ TEST_CASE("Anchors: a control keeps its distance to the edges that it has", "[an
     CHECK(EqualRect(&static_cast<const RECT&>(window.place()), &static_cast<const RECT&>(Rect(40, 20, 60, 40))));
 }
 
-TEST_CASE("Anchors: a combo box keeps the height of its list", "[anchors]")
+TEST_CASE("Anchors: a combo box keeps the height of its list")
 {
     Host window;
     const Window combo(Host::makeChild(window, L"COMBOBOX", Host::id, CBS_DROPDOWNLIST | CBS_NOINTEGRALHEIGHT));
@@ -81,7 +75,7 @@ TEST_CASE("Anchors: a combo box keeps the height of its list", "[anchors]")
     CHECK(listHeight() == before);
 }
 
-TEST_CASE("Anchors: the window gets no smaller than it was, also at another resolution", "[anchors]")
+TEST_CASE("Anchors: the window gets no smaller than it was, also at another resolution")
 {
     Anchored window(Anchors::right | Anchors::bottom, {40, 20, 60, 40});
     const Size size = window.getWindowSize();
@@ -99,7 +93,7 @@ TEST_CASE("Anchors: the window gets no smaller than it was, also at another reso
     CHECK(window.place().left == 90);
 }
 
-TEST_CASE("Anchors: the object may end before the window and after it, and begin again", "[anchors]")
+TEST_CASE("Anchors: the object may end before the window and after it, and begin again")
 {
     auto window = std::make_unique<Anchored>(Anchors::right, Rect(40, 20, 60, 40));
     window->anchors.end();
@@ -109,6 +103,6 @@ TEST_CASE("Anchors: the object may end before the window and after it, and begin
     window->destroy();
     window->anchors.end();
     Host other;
-    support::expectWindowsError([&] { window->anchors.begin(other); }, "Can't find anchored control");
+    expectWindowsError([&] { window->anchors.begin(other); }, "Can't find anchored control");
     window.reset();
 }

@@ -1,15 +1,7 @@
 #include "../windowing/Windows.h"
 #include "Driving.h"
-#include "Expect.h"
 
 #include <tarn/QuestionDialog.h>
-
-#include <functional>
-#include <stdexcept>
-#include <string>
-#include <vector>
-
-using namespace tarn;
 
 namespace {
 constexpr int save = 100, discard = 101, firstKind = 200, secondKind = 201;
@@ -62,9 +54,9 @@ std::wstring textsIn(HWND dialog)
 }
 } // namespace
 
-TEST_CASE("QuestionDialog: it shows its texts and buttons, and gives the one that was pressed", "[questiondialog]")
+TEST_CASE("QuestionDialog: it shows its texts and buttons, and gives the one that was pressed")
 {
-    const support::OpenWindow owner;
+    const OpenWindow owner;
     Asked dialog(owner);
     dialog.setPicture(QuestionDialog::warning);
     dialog.setContent(L"There is m\u00F6re.");
@@ -86,8 +78,7 @@ TEST_CASE("QuestionDialog: it shows its texts and buttons, and gives the one tha
     CHECK(dialog.events == std::vector<std::string>{"button 2", "button 101"});
 }
 
-TEST_CASE("QuestionDialog: a button that is refused leaves it open, and radio buttons and the check box are kept",
-          "[questiondialog]")
+TEST_CASE("QuestionDialog: a button that is refused leaves it open, and radio buttons and the check box are kept")
 {
     Asked dialog;
     dialog.addRadioButton(firstKind, "Near");
@@ -122,28 +113,28 @@ TEST_CASE("QuestionDialog: a button that is refused leaves it open, and radio bu
     CHECK(dialog.events == std::vector<std::string>{"radio 201", "unchecked", "button 100", "button 101"});
 }
 
-TEST_CASE("QuestionDialog: what a handler throws ends it and comes out, from another window, too", "[questiondialog]")
+TEST_CASE("QuestionDialog: what a handler throws ends it and comes out, from another window, too")
 {
     struct Thrower : Window {
         void onCommand(Window*, unsigned short, unsigned short) override { throw std::runtime_error("elsewhere"); }
     } other;
-    support::open(other);
+    open(other);
     Asked dialog;
     dialog.step = [](Asked&) { throw std::runtime_error("in a handler"); };
-    support::expectError<std::runtime_error>([&] { dialog.showModal(); }, "in a handler");
+    expectError<std::runtime_error>([&] { dialog.showModal(); }, "in a handler");
     dialog.step = [&](Asked&) { other.postMessageW(WM_COMMAND); };
-    support::expectError<std::runtime_error>([&] { dialog.showModal(); }, "elsewhere");
-    CHECK((dialog.events.empty() && !support::visibleDialog()));
+    expectError<std::runtime_error>([&] { dialog.showModal(); }, "elsewhere");
+    CHECK((dialog.events.empty() && !visibleDialog()));
 }
 
-TEST_CASE("QuestionDialog: the message box that stands in for it says what its buttons mean", "[questiondialog]")
+TEST_CASE("QuestionDialog: the message box that stands in for it says what its buttons mean")
 {
     Asked dialog;
     dialog.stubborn = save;
     std::wstring texts;
     const auto answerBy = [&](WPARAM button) {
         return [&texts, button] {
-            const HWND box = support::visibleDialog();
+            const HWND box = visibleDialog();
             if (box)
                 texts = textsIn(box);
             return box && PostMessageW(box, WM_COMMAND, button, 0);
@@ -154,8 +145,8 @@ TEST_CASE("QuestionDialog: the message box that stands in for it says what its b
         dialog.setDefaultButton(discard);
         dialog.setCommonButtons(TDCBF_CANCEL_BUTTON);
         HWND first = nullptr;
-        const support::Driver driver([&] {
-            const HWND box = support::visibleDialog();
+        const Driver driver([&] {
+            const HWND box = visibleDialog();
             const bool isSecond = first && box && box != first;
             if (box && box != first) {
                 first = box;
@@ -174,12 +165,12 @@ TEST_CASE("QuestionDialog: the message box that stands in for it says what its b
         } plain;
         plain.setContent("Go on?");
         plain.setCommonButtons(TDCBF_RETRY_BUTTON | TDCBF_CANCEL_BUTTON);
-        const support::Driver driver(answerBy(IDRETRY));
+        const Driver driver(answerBy(IDRETRY));
         CHECK((plain.showMessageBox() == IDRETRY && texts.find(L"Go on?|") != std::wstring::npos));
     }
     SECTION("and takes no more than three")
     {
         dialog.setCommonButtons(TDCBF_RETRY_BUTTON | TDCBF_CANCEL_BUTTON);
-        support::expectWindowsError([&] { dialog.showMessageBox(); }, ERROR_NOT_SUPPORTED, "Can't show task dialog");
+        expectWindowsError([&] { dialog.showMessageBox(); }, ERROR_NOT_SUPPORTED, "Can't show task dialog");
     }
 }

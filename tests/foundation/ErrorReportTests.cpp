@@ -1,31 +1,24 @@
-#include <catch2/catch.hpp>
-
-#include "Expect.h"
-#include "Wine.h"
+#include "Test.h"
 
 #include <tarn/ErrorReport.h>
 #include <tarn/ErrorTrace.h>
-#include <tarn/Exception.h>
 #include <tarn/WindowsFile.h>
 
-#include <algorithm>
-#include <stdexcept>
-#include <string>
 #include <thread>
 
 namespace {
 const wchar_t* const lost = L"C:\\\x4E2D\x6587.txt";
 
 struct Tracing {
-    Tracing() { tarn::ErrorTrace::enable(); }
+    Tracing() { ErrorTrace::enable(); }
     Tracing(const Tracing&) = delete;
     Tracing& operator=(const Tracing&) = delete;
-    ~Tracing() { tarn::ErrorTrace::enable(false); }
+    ~Tracing() { ErrorTrace::enable(false); }
 };
 
 [[gnu::noinline]] void failInTheSystem()
 {
-    tarn::WindowsFile::getAttributes(lost);
+    WindowsFile::getAttributes(lost);
     asm volatile(""); // So that the call is not the jump that ends this function.
 }
 [[gnu::noinline]] void fault()
@@ -42,12 +35,12 @@ template <class E, class Throwing, class Look> void caught(Throwing throwing, Lo
         hidden();
         FAIL("nothing was thrown");
     } catch (const E& error) {
-        look(error, tarn::ErrorTrace::of(error));
+        look(error, ErrorTrace::of(error));
     }
 }
 
 // Where the calls of a function are in the frames; the function is short.
-std::size_t depthOf(void (*function)(), const tarn::ErrorTrace& trace)
+std::size_t depthOf(void (*function)(), const ErrorTrace& trace)
 {
     const auto frames = trace.getFrames();
     const auto isIn = [function](const void* frame) {
@@ -57,29 +50,29 @@ std::size_t depthOf(void (*function)(), const tarn::ErrorTrace& trace)
 }
 } // namespace
 
-TEST_CASE("ErrorTrace: errors know their callers while the program asks for it", "[foundation][error]")
+TEST_CASE("ErrorTrace: errors know their callers while the program asks for it")
 {
-    caught<tarn::WindowsError>(failInTheSystem, [](auto&, auto* trace) { CHECK(trace == nullptr); });
+    caught<WindowsError>(failInTheSystem, [](auto&, auto* trace) { CHECK(trace == nullptr); });
     const Tracing on;
-    caught<tarn::WindowsError>(failInTheSystem, [](auto& error, const tarn::ErrorTrace* trace) {
+    caught<WindowsError>(failInTheSystem, [](auto& error, const ErrorTrace* trace) {
         REQUIRE(trace);
-        CHECK(typeid(error) != typeid(tarn::WindowsError));
-        CHECK(trace->getErrorType() == typeid(tarn::WindowsError));
+        CHECK(typeid(error) != typeid(WindowsError));
+        CHECK(trace->getErrorType() == typeid(WindowsError));
         CHECK(trace->getThreadID() == GetCurrentThreadId());
         CHECK(depthOf(failInTheSystem, *trace) >= 1);
         CHECK(depthOf(failInTheSystem, *trace) <= 4); // Below are getAttributes and what it calls.
         const auto lines = trace->describeFrames();
         CHECK(lines.at(0).startsWith(L"Tarn++U"));
-        if (support::isWine()) { // Which reads symbols of the form that this file has, and lines as GCC writes them.
+        if (isWine()) { // Which reads symbols of the form that this file has, and lines as GCC writes them.
 #ifdef __clang__
             const char* const place = "failInTheSystem";
 #else
             const char* const place = "failInTheSystem (ErrorReportTests.cpp:";
 #endif
-            CHECK_THAT(tarn::w2a(lines.at(depthOf(failInTheSystem, *trace)), CP_UTF8), Catch::Contains(place));
+            CHECK_THAT(w2a(lines.at(depthOf(failInTheSystem, *trace)), CP_UTF8), Catch::Contains(place));
         }
     });
-    caught<tarn::SEHError>(fault, [](auto& error, const tarn::ErrorTrace* trace) {
+    caught<SEHError>(fault, [](auto& error, const ErrorTrace* trace) {
         REQUIRE(trace);
         CHECK(depthOf(fault, *trace) == 0);
         const std::wstring place = trace->describeFrames().at(0);
@@ -96,26 +89,25 @@ TEST_CASE("ErrorTrace: errors know their callers while the program asks for it",
                 kept = std::current_exception();
             }
         }).join();
-        const auto report = tarn::reportOf(kept);
+        const auto report = reportOf(kept);
         CHECK(report.paragraph.contains(L"thrown in thread "));
         CHECK_FALSE(report.paragraph.contains(L"thrown in thread " + std::to_wstring(GetCurrentThreadId()) + L"\n"));
         CHECK(report.paragraph.contains(L"test_foundation.exe+0x"));
     }
 }
 
-TEST_CASE("reportOf: a sentence for the user and a paragraph for the log, nested errors included",
-          "[foundation][error]")
+TEST_CASE("reportOf: a sentence for the user and a paragraph for the log, nested errors included")
 {
     std::wstring inner;
     try {
         try {
             failInTheSystem();
         } catch (const std::exception& error) {
-            inner = tarn::whatW(error);
-            std::throw_with_nested(tarn::EndOfFile("The plan was not opened."));
+            inner = whatW(error);
+            std::throw_with_nested(EndOfFile("The plan was not opened."));
         }
     } catch (...) {
-        const auto report = tarn::reportOf();
+        const auto report = reportOf();
         CHECK(report.sentence == L"The plan was not opened: " + inner);
         CHECK(report.paragraph == L"tarn::EndOfFile: The plan was not opened.\n"
                                   L"because of tarn::WindowsError (0x80070002): " +
@@ -129,28 +121,28 @@ TEST_CASE("reportOf: a sentence for the user and a paragraph for the log, nested
             std::throw_with_nested(std::runtime_error("outer"));
         }
     } catch (const std::exception& error) {
-        CHECK(tarn::reportOf(error).sentence == L"outer: An exception that is no std::exception");
+        CHECK(reportOf(error).sentence == L"outer: An exception that is no std::exception");
     }
-    CHECK(tarn::reportOf(std::exception_ptr()).paragraph.empty());
+    CHECK(reportOf(std::exception_ptr()).paragraph.empty());
 }
 
-TEST_CASE("errorText: every class keeps names that the code page lacks", "[foundation][error]")
+TEST_CASE("errorText: every class keeps names that the code page lacks")
 {
     SetLastError(ERROR_ACCESS_DENIED);
-    const std::string text = tarn::errorText(lost);
+    const std::string text = errorText(lost);
     CHECK(GetLastError() == ERROR_ACCESS_DENIED);
     const auto check = [](const std::exception& error) {
-        const tarn::BasicString<char> narrow(error.what());
-        CHECK(narrow.startsWith(tarn::BasicString<char>(lost)));
-        CHECK(tarn::whatW(error).startsWith(lost));
-        CHECK(tarn::whatUTF8(error) == tarn::w2a(tarn::whatW(error), CP_UTF8));
-        const std::wstring behind = tarn::whatW(error).substr(std::wcslen(lost));
-        CHECK(narrow.endsWith(tarn::BasicString<char>(behind)));
+        const BasicString<char> narrow(error.what());
+        CHECK(narrow.startsWith(BasicString<char>(lost)));
+        CHECK(whatW(error).startsWith(lost));
+        CHECK(whatUTF8(error) == w2a(whatW(error), CP_UTF8));
+        const std::wstring behind = whatW(error).substr(std::wcslen(lost));
+        CHECK(narrow.endsWith(BasicString<char>(behind)));
     };
-    check(tarn::Exception(text));
-    check(tarn::EndOfFile(text));
-    check(tarn::CRTError(text, ENOENT));
-    check(tarn::WindowsError(text));
-    check(tarn::COMError(0x80004005, text));
-    check(tarn::CommonDialogError(text, 1));
+    check(Exception(text));
+    check(EndOfFile(text));
+    check(CRTError(text, ENOENT));
+    check(WindowsError(text));
+    check(COMError(0x80004005, text));
+    check(CommonDialogError(text, 1));
 }

@@ -1,11 +1,9 @@
+#include "Test.h"
+
 #include <tarn/DPI.h>
 #include <tarn/Font.h>
 
-#include <catch2/catch.hpp>
-
-using namespace tarn;
-
-TEST_CASE("DPI: units become pixels and pixels units, rounded to the nearest", "[dpi]")
+TEST_CASE("DPI: units become pixels and pixels units, rounded to the nearest")
 {
     CHECK((DPI(96).toPixels(-7) == -7 && DPI(144).toPixels(7) == 11 && DPI(192).toPixels(7) == 14));
     CHECK((DPI(144).toUnits(11) == 7 && DPI(120).toUnits(-10) == -8));
@@ -16,13 +14,13 @@ TEST_CASE("DPI: units become pixels and pixels units, rounded to the nearest", "
     CHECK((DPI(0) == DPI() && DPI::ofSystem().getDots() >= 96));
 }
 
-TEST_CASE("DPI: the first picture with enough dots is chosen, else the last", "[dpi]")
+TEST_CASE("DPI: the first picture with enough dots is chosen, else the last")
 {
     const auto chosen = [](unsigned dots) { return DPI(dots).choose({{96, 'a'}, {144, 'b'}, {192, 'c'}}); };
     CHECK((chosen(96) == 'a' && chosen(120) == 'b' && chosen(144) == 'b' && chosen(192) == 'c' && chosen(288) == 'c'));
 }
 
-TEST_CASE("Font: a font for another screen differs in its size alone", "[font][dpi]")
+TEST_CASE("Font: a font for another screen differs in its size alone")
 {
     const auto attributesOf = [](const Font& font) {
         LOGFONTW attributes;

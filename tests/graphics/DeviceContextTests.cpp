@@ -1,19 +1,12 @@
+#include "Test.h"
+
 #include "Canvas.h"
-#include "DebuggerOutput.h"
-#include "Expect.h"
 #include "Failures.h"
 
 #include <tarn/Cursor.h>
 #include <tarn/Icon.h>
 #include <tarn/PaintDeviceContext.h>
 #include <tarn/Rect.h>
-
-#include <memory>
-#include <stdexcept>
-#include <utility>
-
-using namespace tarn;
-using namespace support;
 
 namespace {
 struct DestroyWindowLater {
@@ -28,7 +21,7 @@ TestWindow newWindow()
 }
 } // namespace
 
-TEST_CASE("DeviceContext: a memory context is deleted by its owner only", "[graphics][context]")
+TEST_CASE("DeviceContext: a memory context is deleted by its owner only")
 {
     HDC handle;
     {
@@ -41,7 +34,7 @@ TEST_CASE("DeviceContext: a memory context is deleted by its owner only", "[grap
     CHECK_FALSE(isAlive(handle));
 }
 
-TEST_CASE("DeviceContext: of a window's client area, the whole window and the screen", "[graphics][context]")
+TEST_CASE("DeviceContext: of a window's client area, the whole window and the screen")
 {
     const TestWindow window = newWindow();
     const DeviceContext client(window.get(), false), whole(window.get(), true);
@@ -58,7 +51,7 @@ TEST_CASE("DeviceContext: of a window's client area, the whole window and the sc
                        "Can't retrieve DC from window");
 }
 
-TEST_CASE("DeviceContext: moving hands a context on, and a compatible one is made by name", "[graphics][context]")
+TEST_CASE("DeviceContext: moving hands a context on, and a compatible one is made by name")
 {
     DeviceContext memory = DeviceContext::createCompatible(DeviceContext(nullptr, false));
     const HDC handle = memory;
@@ -77,7 +70,7 @@ TEST_CASE("DeviceContext: moving hands a context on, and a compatible one is mad
     CHECK(DeleteDC(given));
 }
 
-TEST_CASE("Graphics: a release that fails while an exception is on its way lets that one go on", "[graphics][failure]")
+TEST_CASE("Graphics: a release that fails while an exception is on its way lets that one go on")
 {
     const auto dies = [](auto owner, const char* text) {
         const DebuggerOutput output;
@@ -101,7 +94,7 @@ TEST_CASE("Graphics: a release that fails while an exception is on its way lets 
     dies(Cursor(HCURSOR(0x7FF0), true), "Can't destroy cursor");
 }
 
-TEST_CASE("DeviceContext: a failing release is reported once, a vanished window's is not", "[graphics][context]")
+TEST_CASE("DeviceContext: a failing release is reported once, a vanished window's is not")
 {
     DeviceContext context;
     DeleteDC(context);
@@ -113,7 +106,7 @@ TEST_CASE("DeviceContext: a failing release is reported once, a vanished window'
     CHECK_NOTHROW(ofWindow.close());
 }
 
-TEST_CASE("PaintDeviceContext: makes the window valid and ends painting", "[graphics][context]")
+TEST_CASE("PaintDeviceContext: makes the window valid and ends painting")
 {
     const TestWindow window = newWindow();
     const Rect invalid(10, 10, 20, 30);
@@ -135,7 +128,7 @@ TEST_CASE("PaintDeviceContext: makes the window valid and ends painting", "[grap
     expectWindowsError([] { PaintDeviceContext(HWND(0x7FF0)); }, ERROR_INVALID_WINDOW_HANDLE, "Error in BeginPaint");
 }
 
-TEST_CASE("DeviceContext: a bad handle is reported by every member that can fail", "[graphics][context][failure]")
+TEST_CASE("DeviceContext: a bad handle is reported by every member that can fail")
 {
     DeviceContext dead{HDC(0x12345678)};
     const Rect rect(0, 0, 4, 4);

@@ -1,18 +1,12 @@
+#include "Test.h"
+
 #include "Canvas.h"
-#include "Expect.h"
-#include "Wine.h"
 
 #include <tarn/AutoClip.h>
 #include <tarn/AutoSelect.h>
 #include <tarn/Rect.h>
 
-#include <functional>
-#include <vector>
-
-using namespace tarn;
-using namespace support;
-
-TEST_CASE("DeviceContext: shapes have the pen's outline and the brush's filling", "[graphics][drawing]")
+TEST_CASE("DeviceContext: shapes have the pen's outline and the brush's filling")
 {
     Canvas canvas(6, 5);
     const DeviceContext& context = canvas.context;
@@ -35,16 +29,16 @@ TEST_CASE("DeviceContext: shapes have the pen's outline and the brush's filling"
     CHECK(canvas.pixels() == expected);
 }
 
-TEST_CASE("DeviceContext: a pixel gets its colour, or there is none", "[graphics][drawing]")
+TEST_CASE("DeviceContext: a pixel gets its colour, or there is none")
 {
     Canvas canvas(3, 2);
     CHECK((canvas.context.setPixel(1, 0, red) == red && canvas.context.setPixel(Point(2, 1), blue) == blue));
     const unsigned long outside = canvas.context.setPixel(3, 0, red);
-    CHECK((outside == CLR_INVALID || support::isWine()));
+    CHECK((outside == CLR_INVALID || isWine()));
     CHECK(canvas.pixels() == ".R.\n..B\n");
 }
 
-TEST_CASE("DeviceContext: round shapes stay inside of their bounds", "[graphics][drawing]")
+TEST_CASE("DeviceContext: round shapes stay inside of their bounds")
 {
     Canvas canvas(20, 20);
     const DeviceContext& context = canvas.context;
@@ -66,7 +60,7 @@ TEST_CASE("DeviceContext: round shapes stay inside of their bounds", "[graphics]
     CHECK((line.context.getPixel(12, 7) == white && line.pixels().find('R') != std::string::npos));
 }
 
-TEST_CASE("AutoClip: drawing stays inside while it lives, also inside of an outer one", "[graphics][drawing]")
+TEST_CASE("AutoClip: drawing stays inside while it lives, also inside of an outer one")
 {
     Canvas canvas(5, 2);
     const DeviceContext& context = canvas.context;
@@ -86,7 +80,7 @@ TEST_CASE("AutoClip: drawing stays inside while it lives, also inside of an oute
     expectWindowsError([] { const AutoClip none(nullptr, Rect()); }, ERROR_INVALID_HANDLE, "Can't clip drawing");
 }
 
-TEST_CASE("DeviceContext: text is wrapped into its rectangle, and measured before", "[graphics][drawing]")
+TEST_CASE("DeviceContext: text is wrapped into its rectangle, and measured before")
 {
     Canvas canvas(100, 100);
     DeviceContext& context = canvas.context;
@@ -105,7 +99,7 @@ TEST_CASE("DeviceContext: text is wrapped into its rectangle, and measured befor
     CHECK(pixels.find('#') != std::string::npos);
 }
 
-TEST_CASE("DeviceContext: pictures are stretched, and blended as a whole or by the pixel", "[graphics][drawing]")
+TEST_CASE("DeviceContext: pictures are stretched, and blended as a whole or by the pixel")
 {
     std::uint32_t* source = nullptr;
     const Bitmap bitmap = Bitmap::withPixels(2, 1, source);
@@ -121,7 +115,7 @@ TEST_CASE("DeviceContext: pictures are stretched, and blended as a whole or by t
     CHECK(canvas.pixels() == "RRRR\nRRRR\n");
 }
 
-TEST_CASE("DeviceContext: what cannot be drawn is named", "[graphics][drawing]")
+TEST_CASE("DeviceContext: what cannot be drawn is named")
 {
     const DeviceContext gone(reinterpret_cast<HDC>(0x7001));
     const auto fails = [](auto call, const char* what) { expectWindowsError(call, what); };

@@ -3,12 +3,7 @@
 #include <tarn/ColourScheme.h>
 #include <tarn/RegistryKey.h>
 
-#include <cstring>
 #include <optional>
-#include <string>
-#include <vector>
-
-using namespace tarn;
 
 namespace {
 /// What the user has chosen, until the test is over.
@@ -37,8 +32,7 @@ private:
 };
 } // namespace
 
-TEST_CASE("ColourScheme: it is the user's, light where nothing is said, and has colours that can be read",
-          "[window][colours]")
+TEST_CASE("ColourScheme: it is the user's, light where nothing is said, and has colours that can be read")
 {
     const ChosenScheme user;
     user.choose(1);
@@ -61,7 +55,7 @@ TEST_CASE("ColourScheme: it is the user's, light where nothing is said, and has 
     }
 }
 
-TEST_CASE("ColourScheme: a window hears of a change, after the setting", "[window][colours]")
+TEST_CASE("ColourScheme: a window hears of a change, after the setting")
 {
     struct Listener : Window {
         void onSettingsChanged(UINT, const wchar_t* section) override { heard += section ? section : L"-"; }
@@ -71,7 +65,7 @@ TEST_CASE("ColourScheme: a window hears of a change, after the setting", "[windo
         }
         std::wstring heard;
     } window;
-    support::open(window);
+    open(window);
     const ChosenScheme user;
     user.choose(0);
     const auto send = [&](UINT what, const wchar_t* section) {
@@ -132,13 +126,13 @@ HRESULT WINAPI setAttribute(HWND window, DWORD attribute, const void* value, DWO
 }
 } // namespace
 
-TEST_CASE("Window: the title bar is asked to be dark, and one that cannot be is no failure", "[window][colours]")
+TEST_CASE("Window: the title bar is asked to be dark, and one that cannot be is no failure")
 {
     const HMODULE module = LoadLibraryW(L"dwmapi.dll");
     REQUIRE(module);
     const Diverted calls(reinterpret_cast<void*>(GetProcAddress(module, "DwmSetWindowAttribute")),
                          reinterpret_cast<void*>(&setAttribute));
-    const support::OpenWindow window;
+    const OpenWindow window;
     CHECK(window.setDarkTitleBar(true));
     CHECK((titleBar.window == window && titleBar.attribute == 20 && titleBar.value == TRUE));
     titleBar.result = E_INVALIDARG; // As Windows before 2020 says.

@@ -3,17 +3,9 @@
 #include <tarn/Clipboard.h>
 #include <tarn/DragDrop.h>
 
-#include <functional>
-#include <memory>
-#include <stdexcept>
-#include <string>
-#include <vector>
-
-using namespace tarn;
-
 namespace {
 /// A visible window under the mouse.
-struct Taker : support::OpenWindow, DropTarget {
+struct Taker : OpenWindow, DropTarget {
     Taker() : OpenWindow(WS_POPUP | WS_VISIBLE)
     {
         SetWindowPos(*this, HWND_TOPMOST, 10, 20, 200, 100, SWP_SHOWWINDOW);
@@ -42,7 +34,7 @@ struct Taker : support::OpenWindow, DropTarget {
 
 // No button is down in them, so that everything is dropped at once.
 
-TEST_CASE("DragDrop: what is dropped on a window comes to its target in all its formats", "[dragdrop]")
+TEST_CASE("DragDrop: what is dropped on a window comes to its target in all its formats")
 {
     Taker taker;
     const unsigned own = Clipboard::registerFormat(L"Tarn++ dragged");
@@ -61,7 +53,7 @@ TEST_CASE("DragDrop: what is dropped on a window comes to its target in all its 
     CHECK((taker.over.x == 50 && taker.over.y == 60));
 }
 
-TEST_CASE("DragDrop: a target that refuses, or has ended, gets nothing", "[dragdrop]")
+TEST_CASE("DragDrop: a target that refuses, or has ended, gets nothing")
 {
     Taker taker;
     DragData data;
@@ -75,7 +67,7 @@ TEST_CASE("DragDrop: a target that refuses, or has ended, gets nothing", "[dragd
     CHECK(taker.text.empty());
 }
 
-TEST_CASE("DragDrop: what a handler throws comes out of the drag", "[dragdrop]")
+TEST_CASE("DragDrop: what a handler throws comes out of the drag")
 {
     Taker taker;
     DragData data;
@@ -83,20 +75,20 @@ TEST_CASE("DragDrop: what a handler throws comes out of the drag", "[dragdrop]")
     const auto fail = [](const DraggedData&) -> unsigned long { throw std::runtime_error("in a handler"); };
     SECTION("over the window") { taker.whenOver = fail; }
     SECTION("in dropping") { taker.whenDropped = fail; }
-    support::expectError<std::runtime_error>([&] { data.drag(); }, "in a handler");
+    expectError<std::runtime_error>([&] { data.drag(); }, "in a handler");
 }
 
-TEST_CASE("DragDrop: a target ends with its window, also in its own handler", "[dragdrop]")
+TEST_CASE("DragDrop: a target ends with its window, also in its own handler")
 {
     auto taker = std::make_unique<Taker>();
     DragData data;
     data.setText(L"x");
     taker->whenDropped = [&](const DraggedData&) { taker->destroy(); };
     CHECK(data.drag() == DROPEFFECT_COPY);
-    support::open(*taker, WS_POPUP | WS_VISIBLE);
+    open(*taker, WS_POPUP | WS_VISIBLE);
     Taker other;
     taker->begin(*taker);
-    const auto refused = support::thrownBy<COMError>([&] { other.begin(*taker); });
+    const auto refused = thrownBy<COMError>([&] { other.begin(*taker); });
     CHECK(refused.getHRESULT() == DRAGDROP_E_ALREADYREGISTERED);
     taker->end();
     other.begin(*taker);

@@ -1,11 +1,5 @@
-#include "Counts.h"
 #include "Storm.h"
 #include "Windows.h"
-
-#include <memory>
-#include <vector>
-
-using namespace tarn;
 
 namespace {
 /// Counts the handlers that its messages reach and leaves everything to the defaults.
@@ -24,34 +18,34 @@ public:
 };
 } // namespace
 
-TEST_CASE("Window: ten thousand windows come and go without leaving anything", "[window][load]")
+TEST_CASE("Window: ten thousand windows come and go without leaving anything")
 {
-    support::OpenWindow first; // What the system makes once is made now.
-    const unsigned user = support::userObjects(), drawing = support::drawingObjects();
+    OpenWindow first; // What the system makes once is made now.
+    const unsigned user = userObjects(), drawing = drawingObjects();
     for (int round = 0; round < 10; ++round) {
         std::vector<std::unique_ptr<Window>> windows;
         for (int i = 0; i < 1000; ++i)
-            windows.push_back(std::make_unique<support::OpenWindow>(WS_CHILD, first));
+            windows.push_back(std::make_unique<OpenWindow>(WS_CHILD, first));
         CHECK(Window::getWindowFromHandle(*windows[500], false) == windows[500].get());
     }
-    CHECK(support::userObjects() == user);
-    CHECK(support::drawingObjects() == drawing);
+    CHECK(userObjects() == user);
+    CHECK(drawingObjects() == drawing);
     CHECK(GetWindow(first, GW_CHILD) == nullptr);
 }
 
-TEST_CASE("Window: a storm of random messages does no harm", "[window][load]")
+TEST_CASE("Window: a storm of random messages does no harm")
 {
     Target window;
-    support::open(window);
-    support::sendStorm(window, 100000); // What the system makes once is made now.
-    const unsigned user = support::userObjects(), drawing = support::drawingObjects();
+    open(window);
+    sendStorm(window, 100000); // What the system makes once is made now.
+    const unsigned user = userObjects(), drawing = drawingObjects();
     window.messages = 0;
     constexpr int count = 1000000;
-    support::sendStorm(window, count);
+    sendStorm(window, count);
     CHECK(window.messages >= count);
     CHECK(window.inRange);
     REQUIRE(window.isOpen());
     CHECK(window.getTextW() == L"test");
-    CHECK(support::userObjects() <= user);
-    CHECK(support::drawingObjects() <= drawing);
+    CHECK(userObjects() <= user);
+    CHECK(drawingObjects() <= drawing);
 }

@@ -5,12 +5,6 @@
 
 #include <shellapi.h>
 
-#include <stdexcept>
-#include <string>
-#include <vector>
-
-using namespace tarn;
-
 namespace {
 constexpr unsigned picture = 32512; // The system's, for any program.
 
@@ -35,8 +29,7 @@ bool isKnown(HWND window, DWORD message = NIM_MODIFY)
 }
 } // namespace
 
-TEST_CASE("TrayIcon: it is in the task bar for as long as the object lives, also when the bar is made anew",
-          "[trayicon]")
+TEST_CASE("TrayIcon: it is in the task bar for as long as the object lives, also when the bar is made anew")
 {
     REQUIRE(FindWindowW(L"Shell_TrayWnd", nullptr));
     HWND window = nullptr;
@@ -51,14 +44,14 @@ TEST_CASE("TrayIcon: it is in the task bar for as long as the object lives, also
         icon.hideNotice();
 
         CHECK(isKnown(window, NIM_DELETE));
-        support::expectWindowsError([&] { icon.setTip(L"gone"); }, "Can't change tray icon");
+        expectWindowsError([&] { icon.setTip(L"gone"); }, "Can't change tray icon");
         icon.sendMessageA(RegisterWindowMessageW(L"TaskbarCreated"));
         CHECK((icon.isShown() && isKnown(window)));
     }
     CHECK((!IsWindow(window) && !isKnown(window)));
 }
 
-TEST_CASE("TrayIcon: what the user does comes to its handlers, with the place on the screen", "[trayicon]")
+TEST_CASE("TrayIcon: what the user does comes to its handlers, with the place on the screen")
 {
     Noting icon;
     icon.create(picture, nullptr, L"Mail");
@@ -71,13 +64,13 @@ TEST_CASE("TrayIcon: what the user does comes to its handlers, with the place on
     tell(NIN_KEYSELECT, 3, 4);
     CHECK(icon.events == std::vector<std::string>{"select 1200 1000", "menu -20 5", "select 3 4"});
     icon.postMessageW(TrayIcon::message, 0, NIN_BALLOONUSERCLICK);
-    support::expectError<std::runtime_error>([] { runMessageLoop(); }, "in a handler");
+    expectError<std::runtime_error>([] { runMessageLoop(); }, "in a handler");
 }
 
-TEST_CASE("TrayIcon: without its picture nothing is left", "[trayicon]")
+TEST_CASE("TrayIcon: without its picture nothing is left")
 {
     TrayIcon icon;
-    support::expectWindowsError([&] { icon.create(4711, GetModuleHandleW(nullptr), L"Mail"); }, "Can't load icon");
+    expectWindowsError([&] { icon.create(4711, GetModuleHandleW(nullptr), L"Mail"); }, "Can't load icon");
     CHECK((!icon.isOpen() && !icon.isShown()));
     icon.create(picture, nullptr, L"Mail");
     CHECK(icon.isShown());

@@ -2,11 +2,6 @@
 
 #include <tarn/WindowPlace.h>
 
-#include <memory>
-#include <stdexcept>
-
-using namespace tarn;
-
 namespace {
 struct EmptyStore : SettingsStore {
     Values load() const override { return {}; }
@@ -28,10 +23,10 @@ struct Places {
 Rect screen() { return Rect(0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)); }
 } // namespace
 
-TEST_CASE("WindowPlace: a window begins where the one before it was kept, also minimised", "[windowplace]")
+TEST_CASE("WindowPlace: a window begins where the one before it was kept, also minimised")
 {
     Places places(0, 0, 0, 0);
-    support::OpenWindow first;
+    OpenWindow first;
     places.place.show(first);
     CHECK((first.getWindowRectangle() == Rect(10, 20, 210, 120) && IsWindowVisible(first))); // As it was created.
     first.move(Rect(40, 50, 340, 250), false);
@@ -39,7 +34,7 @@ TEST_CASE("WindowPlace: a window begins where the one before it was kept, also m
     first.show(static_cast<unsigned>(state));
     places.place.keep(first);
 
-    support::OpenWindow second;
+    OpenWindow second;
     places.place.show(second);
     CHECK(
         ((IsZoomed(second) != FALSE) == (state == SW_SHOWMAXIMIZED) && !second.isIconic() && IsWindowVisible(second)));
@@ -48,14 +43,14 @@ TEST_CASE("WindowPlace: a window begins where the one before it was kept, also m
     second.show(SW_SHOWMAXIMIZED);
     second.show(SW_SHOWMINIMIZED);
     places.place.keep(second);
-    support::OpenWindow third;
+    OpenWindow third;
     places.place.show(third, SW_SHOWMINNOACTIVE);
     CHECK(third.isIconic());
     third.show(SW_RESTORE);
     CHECK(IsZoomed(third));
 }
 
-TEST_CASE("WindowPlace: a window of a screen that is gone comes to one that is there", "[windowplace]")
+TEST_CASE("WindowPlace: a window of a screen that is gone comes to one that is there")
 {
     const auto& [left, top, width, height] = GENERATE_COPY(table<long, long, long, long>({
         {screen().right + 500, 10, 300, 200},
@@ -64,38 +59,38 @@ TEST_CASE("WindowPlace: a window of a screen that is gone comes to one that is t
         {0, screen().bottom + 9, 5000, 5000},
     }));
     const Places places(left, top, width, height);
-    support::OpenWindow window;
+    OpenWindow window;
     places.place.show(window, SW_SHOWNOACTIVATE);
     const Rect rect = window.getWindowRectangle(), all = screen();
     CHECK((rect.left >= 0 && rect.top >= 0 && rect.right <= all.right && rect.bottom <= all.bottom));
     CHECK((rect.getWidth() == std::min(width, all.right) && rect.getHeight() == std::min(height, all.bottom)));
 }
 
-TEST_CASE("WindowPlace: half outside is where the user put it", "[windowplace]")
+TEST_CASE("WindowPlace: half outside is where the user put it")
 {
     const Places places(-100, 30, 300, 200);
-    support::OpenWindow window;
+    OpenWindow window;
     places.place.show(window, SW_SHOWNOACTIVATE);
     CHECK(window.getWindowRectangle() == Rect(-100, 30, 200, 230));
 }
 
-TEST_CASE("WindowPlace: on a screen with other dots the size is the same for the eye", "[windowplace]")
+TEST_CASE("WindowPlace: on a screen with other dots the size is the same for the eye")
 {
     Places places(10, 20, 300, 200);
-    support::OpenWindow window;
+    OpenWindow window;
     places.settings.setNumber(L"Window.Dots", 2 * window.getDPI().getDots());
     places.place.show(window, SW_SHOWNOACTIVATE);
     CHECK(window.getWindowRectangle() == Rect(10, 20, 160, 120));
 }
 
-TEST_CASE("WindowPlace: failures are named, and what a handler throws comes out", "[windowplace]")
+TEST_CASE("WindowPlace: failures are named, and what a handler throws comes out")
 {
     struct Thrower : Window {
         void onSize(UINT, const Size&) override { throw std::runtime_error("in a handler"); }
     } window;
     const Places places(10, 20, 300, 200);
-    support::expectWindowsError([&] { places.place.keep(nullptr); }, "Can't get window placement");
-    support::expectWindowsError([&] { places.place.show(nullptr); }, "Can't set window placement");
-    support::open(window);
-    support::expectError<std::runtime_error>([&] { places.place.show(window); }, "in a handler");
+    expectWindowsError([&] { places.place.keep(nullptr); }, "Can't get window placement");
+    expectWindowsError([&] { places.place.show(nullptr); }, "Can't set window placement");
+    open(window);
+    expectError<std::runtime_error>([&] { places.place.show(window); }, "in a handler");
 }

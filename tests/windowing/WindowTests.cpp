@@ -2,12 +2,7 @@
 
 #include <Failures.h>
 
-#include <cstring>
 #include <numeric>
-#include <vector>
-
-using namespace tarn;
-using support::codelessOnWine, support::silentOnWine;
 
 namespace {
 class Plain : public Window {
@@ -18,12 +13,12 @@ public:
 };
 } // namespace
 
-TEST_CASE("Window: each failing call is reported by its own words", "[window][wrappers]")
+TEST_CASE("Window: each failing call is reported by its own words")
 {
     const Plain dead(HWND(0x7001));
     SCROLLINFO info{sizeof info, SIF_ALL, 0, 0, 0, 0, 0};
     MSG msg;
-    support::expectFailures({
+    expectFailures({
         {"Can't move window", [&] { dead.move(Rect(), false); }},
         {"Can't destroy window", [&] { Window(HWND(0x7001)).destroy(); }},
         {"Can't get client rectangle", [&] { dead.getClientSize(); }},
@@ -75,7 +70,7 @@ TEST_CASE("Window: each failing call is reported by its own words", "[window][wr
     CHECK((!dead.show(SW_SHOW) && !dead.isIconic() && !dead.postMessageA(WM_NULL)));
 }
 
-TEMPLATE_TEST_CASE("Window: texts of both widths come back whole", "[window][wrappers]", char, wchar_t)
+TEMPLATE_TEST_CASE("Window: texts of both widths come back whole", "", char, wchar_t)
 {
     const auto text = [](const Window& window, auto... id) {
         if constexpr (std::is_same_v<TestType, char>)
@@ -83,8 +78,8 @@ TEMPLATE_TEST_CASE("Window: texts of both widths come back whole", "[window][wra
         else
             return window.getTextW(id...);
     };
-    support::OpenWindow window;
-    const Window button(support::makeButton(window, 5));
+    OpenWindow window;
+    const Window button(makeButton(window, 5));
     const BasicString<TestType> longText(5000, TestType('x'));
     window.setText(longText);
     window.setText(5, longText);
@@ -108,10 +103,10 @@ public:
 };
 } // namespace
 
-TEST_CASE("Window: a wide text is whole although the narrow length is too short", "[window][wrappers]")
+TEST_CASE("Window: a wide text is whole although the narrow length is too short")
 {
     Misleading window;
-    support::open(window);
+    open(window);
     window.setText(L"longer than three");
     window.asked = 0;
     CHECK(window.getTextW() == L"longer than three");
@@ -119,9 +114,9 @@ TEST_CASE("Window: a wide text is whole although the narrow length is too short"
     CHECK(window.getTextA() == "narrow");
 }
 
-TEST_CASE("Window: place and size are read and changed", "[window][wrappers]")
+TEST_CASE("Window: place and size are read and changed")
 {
-    support::OpenWindow window(WS_POPUP);
+    OpenWindow window(WS_POPUP);
     window.setPosition(30, 40, 0);
     CHECK(window.getWindowRectangle() == Rect(30, 40, 230, 140));
     window.setSize(50, 60, 0);
@@ -139,9 +134,9 @@ TEST_CASE("Window: place and size are read and changed", "[window][wrappers]")
     CHECK(window.getStyle() == (WS_CHILD | WS_VSCROLL | WS_CLIPSIBLINGS));
 }
 
-TEST_CASE("Window: scroll bars keep their range, page and position", "[window][wrappers]")
+TEST_CASE("Window: scroll bars keep their range, page and position")
 {
-    support::OpenWindow window(WS_OVERLAPPEDWINDOW | WS_VSCROLL);
+    OpenWindow window(WS_OVERLAPPEDWINDOW | WS_VSCROLL);
     CHECK((window.hasScrollBar(Window::vertical) && !window.hasScrollBar(Window::horizontal)));
     const SCROLLINFO info{sizeof info, SIF_ALL, 0, 99, 10, 25, 0};
     CHECK(window.setScrollInfo(SB_VERT, info, false) == 25);
@@ -155,10 +150,10 @@ TEST_CASE("Window: scroll bars keep their range, page and position", "[window][w
     CHECK((!window.hasScrollBar(Window::vertical) && !window.hasScrollBar(Window::control)));
 }
 
-TEST_CASE("Window: dialog items show numbers and checks", "[window][wrappers]")
+TEST_CASE("Window: dialog items show numbers and checks")
 {
-    support::OpenWindow window;
-    support::makeButton(window, 5, BS_AUTO3STATE);
+    OpenWindow window;
+    makeButton(window, 5, BS_AUTO3STATE);
     for (const int number : {-7, 0}) {
         window.setInt(5, number);
         CHECK(window.getInt(5) == number);
@@ -166,7 +161,7 @@ TEST_CASE("Window: dialog items show numbers and checks", "[window][wrappers]")
     window.setInt(5, 4000000000u);
     CHECK(window.getUInt(5) == 4000000000u);
     window.setText(5, "no number");
-    support::expectWindowsError([&] { window.getInt(5); }, "Can't get dialog item int");
+    expectWindowsError([&] { window.getInt(5); }, "Can't get dialog item int");
     window.setCheck(5, true);
     CHECK(window.isChecked(5));
     window.setCheck(5, Window::indeterminate);
@@ -176,9 +171,9 @@ TEST_CASE("Window: dialog items show numbers and checks", "[window][wrappers]")
     CHECK((item->enable(true) && item->getID() == 5 && item->getParent() == &window));
 }
 
-TEST_CASE("Window: focus, capture, timers and icons", "[window][wrappers]")
+TEST_CASE("Window: focus, capture, timers and icons")
 {
-    const support::OpenWindow window(WS_OVERLAPPEDWINDOW | WS_VISIBLE), child(WS_CHILD | WS_VISIBLE, window);
+    const OpenWindow window(WS_OVERLAPPEDWINDOW | WS_VISIBLE), child(WS_CHILD | WS_VISIBLE, window);
     window.setFocus();
     CHECK(child.setFocus() == &window);
     CHECK(!child.captureMouse());
@@ -191,7 +186,7 @@ TEST_CASE("Window: focus, capture, timers and icons", "[window][wrappers]")
     REQUIRE(window.getMessage(msg, WM_TIMER, WM_TIMER));
     CHECK(msg.wParam == 3);
     window.stopTimer(3);
-    support::expectWindowsError([&] { window.stopTimer(3); }, "Can't stop timer with id 3");
+    expectWindowsError([&] { window.stopTimer(3); }, "Can't stop timer with id 3");
     const HICON icon = LoadIconW(nullptr, IDI_WARNING);
     CHECK(window.setIcon(icon, true) == nullptr);
     CHECK((window.getIcon(Window::big_icon) == icon && !window.getIcon(Window::small_icon)));
@@ -211,7 +206,7 @@ template <class Member> int slotOf(Member member)
 template <class... Members> std::vector<int> slotsOf(Members... members) { return {slotOf(members)...}; }
 } // namespace
 
-TEST_CASE("Window: the virtual operations lie in their order", "[window][slots]")
+TEST_CASE("Window: the virtual operations lie in their order")
 {
     using Notification = void (Window::*)(const NMTREEVIEWW&);
     using NarrowNotification = void (Window::*)(const NMTREEVIEWA&);
@@ -238,13 +233,13 @@ TEST_CASE("Window: the virtual operations lie in their order", "[window][slots]"
           std::vector<int>{42, 43, 44, 45, 46, 47, 48, 49, 50, 51, 52, 53, 54, 55, 56, 57});
 }
 
-TEST_CASE("Window: a timer calls its function until it stops itself", "[window][wrappers]")
+TEST_CASE("Window: a timer calls its function until it stops itself")
 {
     struct Counting : Window {
         void onTimer(UINT_PTR) override { ++others; }
         int others = 0;
     } window;
-    support::open(window);
+    open(window);
     int calls = 0;
     window.startTimer(1, 10, [&] {
         if (++calls == 2)
@@ -255,10 +250,9 @@ TEST_CASE("Window: a timer calls its function until it stops itself", "[window][
     CHECK((calls == 2 && window.others == 1));
 }
 
-TEST_CASE("Window: controls are rescaled, combo boxes with their lists, and a window takes the place suggested",
-          "[window][dpi]")
+TEST_CASE("Window: controls are rescaled, combo boxes with their lists, and a window takes the place suggested")
 {
-    const support::OpenWindow window;
+    const OpenWindow window;
     const HWND combo = CreateWindowExW(0, L"COMBOBOX", L"", WS_CHILD | CBS_DROPDOWNLIST, 10, 20, 80, 120, window,
                                        nullptr, nullptr, nullptr);
     const auto list = [&] {
@@ -277,9 +271,9 @@ TEST_CASE("Window: controls are rescaled, combo boxes with their lists, and a wi
     CHECK(window.getDPI().getDots() == DPI::ofSystem().getDots());
 }
 
-TEST_CASE("Window: extended styles are given at creation", "[window]")
+TEST_CASE("Window: extended styles are given at creation")
 {
     Window window;
-    window.create(support::testClass(), L"", WS_POPUP, Rect(), nullptr, nullptr, nullptr, WS_EX_TOOLWINDOW);
+    window.create(testClass(), L"", WS_POPUP, Rect(), nullptr, nullptr, nullptr, WS_EX_TOOLWINDOW);
     CHECK((window.getExtendedStyle() & WS_EX_TOOLWINDOW) != 0);
 }

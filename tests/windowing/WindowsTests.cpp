@@ -9,7 +9,7 @@
 
 #include <catch2/catch.hpp>
 
-TEST_CASE("Windows.h: the platform's other headers compile after it", "[window][headers]")
+TEST_CASE("Windows.h: the platform's other headers compile after it")
 {
     CHECK(sizeof(DEV_BROADCAST_HDR) == 12);
     CHECK(sizeof(MMTIME) == 12);
