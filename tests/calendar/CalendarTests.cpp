@@ -137,6 +137,7 @@ TEST_CASE("GregorianCalendar: lengths of months and years, and days counted from
     CHECK(calendar.monthLength(GregorianCalendar::February, 0) == 29);
     CHECK(GregorianCalendar::julianDayToDayOfWeek(2440588) == GregorianCalendar::Thursday);
     CHECK(GregorianCalendar::julianDayToDayOfWeek(-2) == GregorianCalendar::Saturday);
+    CHECK(GregorianCalendar::julianDayToDayOfWeek(1ll << 40) == GregorianCalendar::Wednesday);
     CHECK(GregorianCalendar::millisToJulianDay(-1) == 2440587);
     CHECK(GregorianCalendar::JulianDayToMillis(2440589) == 86400000);
 }
