@@ -95,7 +95,8 @@ struct TARN_API RecurrenceRule {
 TARN_API RecurrenceRule parseRecurrenceRule(const char* text);
 TARN_API RecurrenceRule parseRecurrenceRule(const wchar_t* text);
 ///@}
-/// The text of a rule, which parseRecurrenceRule() reads. Parts that say what is so without them are left out.
+/// The text of a rule, which parseRecurrenceRule() reads as long as the year of UNTIL has four digits. Parts that say
+/// what is so without them are left out.
 ///@{
 TARN_API BasicString<char> formatRecurrenceRuleA(const RecurrenceRule& rule);
 TARN_API BasicString<wchar_t> formatRecurrenceRuleW(const RecurrenceRule& rule);

@@ -10,9 +10,11 @@
 #include <charconv>
 #include <chrono>
 #include <cstdio>
+#include <functional>
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace tarn {
 namespace {
@@ -47,11 +49,12 @@ constexpr NumberList numberLists[] = {
 /// Throws what a text or a value is told that is no rule.
 class Refusal {
 public:
-    explicit Refusal(const Description& quotedText) : text_(quotedText) {}
+    /// The text is asked for only when it is needed.
+    explicit Refusal(std::function<Description()> quotedText) : text_(std::move(quotedText)) {}
 
     [[noreturn]] void because(const std::string& reason) const
     {
-        throwError(Exception("Not a recurrence rule: " + text_ + ": " + reason));
+        throwError(Exception("Not a recurrence rule: " + text_() + ": " + reason));
     }
     [[noreturn]] void value(std::string_view value, std::string_view part) const
     {
@@ -60,13 +63,8 @@ public:
     [[noreturn]] void value(int value, std::string_view part) const { this->value(std::to_string(value), part); }
 
 private:
-    Description text_;
+    std::function<Description()> text_;
 };
-
-// What years of four digits hold.
-constexpr std::int64_t firstUntil = chrono::sys_days(chrono::year(0) / 1 / 1).time_since_epoch().count() * millisPerDay;
-constexpr std::int64_t endOfUntil =
-    chrono::sys_days(chrono::year(10000) / 1 / 1).time_since_epoch().count() * millisPerDay;
 
 /// Goes through the text of a rule.
 class RuleText {
@@ -270,8 +268,6 @@ void checkValues(const Rule& rule, const Refusal& refusal)
     for (const Rule::Weekday& weekday : rule.byDay)
         if (!isWeekday(weekday.day) || weekday.nth < -53 || weekday.nth > 53)
             refusal.value(std::to_string(weekday.nth) + std::string(nameOfWeekday(weekday.day)), "BYDAY");
-    if (rule.until && (rule.until->time < firstUntil || rule.until->time >= endOfUntil))
-        refusal.because("UNTIL is outside of the years 0 to 9999");
 }
 
 // What the standard says must not be.
@@ -300,7 +296,7 @@ void checkParts(const Rule& rule, const Refusal& refusal)
 
 template <class Ch> Rule parseRule(const Ch* text)
 {
-    const Refusal refusal(quoted(text));
+    const Refusal refusal([text] { return quoted(text); });
     std::string upper; // Only letters beyond ASCII are lost, which no rule has.
     for (const Ch* c = text; c && *c; ++c)
         upper += *c >= 'a' && *c <= 'z' ? static_cast<char>(*c - 'a' + 'A') : *c < 0x80 ? static_cast<char>(*c) : '?';
@@ -365,7 +361,7 @@ std::string formatRule(const Rule& rule)
 
 void RecurrenceRule::validate() const
 {
-    const Refusal refusal(quoted(formatRule(*this).c_str()));
+    const Refusal refusal([this] { return quoted(formatRule(*this).c_str()); });
     checkValues(*this, refusal);
     checkParts(*this, refusal);
 }

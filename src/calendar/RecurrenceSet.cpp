@@ -27,6 +27,8 @@ public:
 
     std::int64_t localOf(std::int64_t time) const
     {
+        if (isConstant_)
+            return wrappingAdd(time, std::int64_t(zone_.GetStandardOffset()));
         const TimeZone::Offsets offsets = zone_.offsetsAt(time);
         return wrappingAdd(time, std::int64_t(offsets.standard) + offsets.daylight);
     }

@@ -79,7 +79,8 @@ TEST_CASE("iCalendar: what is no calendar is refused, an event that breaks the r
     expectBad("DTSTART:\xC3\x84xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx\n",
               "Line 8: \"\xC4xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx...\" is not a date or a time");
     expectBad("DTSTART:99991231T000000\nDURATION:P2D\n", "Line 8: It lies outside of the years that can be shown.");
-    expectBad("DTSTART:20260102T000000\nRRULE:FREQ=DAILY;COUNT=0\n", "Line 9: \"0\" is not a number from 1");
+    expectBad("DTSTART:20260102T000000\nRRULE:FREQ=DAILY;COUNT=0\n",
+              "Line 9: Not a recurrence rule: \"FREQ=DAILY;COUNT=0\": \"0\" is no COUNT");
 }
 
 TEST_CASE("iCalendar: remarks fit on a screen")

@@ -29,6 +29,5 @@ Duration readDuration(const ContentLine& line);
 /// A rule, or none when it has a part that a Recurrence cannot express. `until` turns the end, in UTC, into
 /// the event's clock. Throws Exception "Line N: ..."
 std::optional<Recurrence> readRule(const ContentLine& line, const CalendarTime& start, const Zone& clock);
-const char* weekdayCode(int weekday); ///< "SU" for Sunday, which is 1.
 std::string writeRule(const Event& event, const Zone& clock);
 } // namespace planner

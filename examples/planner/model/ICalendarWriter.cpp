@@ -111,9 +111,12 @@ private:
         weeks.firstDayOfWeek = weeks.weekdayOf(dayOf(local));
         const Day last = isLast ? weeks.lastOfMonth(firstYearOfRules, date.month)
                                 : weeks.firstOfMonth(firstYearOfRules, date.month) + 7 * week - 1;
+        tarn::RecurrenceRule rule;
+        rule.frequency = tarn::RecurrenceRule::Frequency::yearly;
+        rule.byMonth = {static_cast<tarn::GregorianCalendar::Month>(date.month)};
+        rule.byDay = {{static_cast<tarn::GregorianCalendar::DayOfWeek>(weeks.firstDayOfWeek), week}};
         addObservance(kind, offsetFrom, offsetTo, midnightOf(weeks.firstOfWeek(last)) + timeOfDay(local),
-                      "FREQ=YEARLY;BYMONTH=" + std::to_string(date.month + 1) + ";BYDAY=" + std::to_string(week) +
-                          weekdayCode(weeks.firstDayOfWeek));
+                      tarn::formatRecurrenceRuleA(rule));
     }
 
     void addObservance(const char* kind, int offsetFrom, int offsetTo, Local start, const std::string& rule)

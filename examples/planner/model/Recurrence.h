@@ -2,14 +2,16 @@
 
 #include "Days.h"
 
+#include <tarn/RecurrenceSet.h>
+
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace planner {
-/// How an appointment repeats: the rules of iCalendar (RFC 5545) that say how often, how many times or
-/// until when, and for weeks on which weekdays. Months and years are those of the usual calendar, with its
-/// cutover of 1582, whatever the sheet shows.
+/// How an appointment repeats, as documents keep it: of the rules of iCalendar (RFC 5545) those that say how often, how
+/// many times or until when, and for weeks on which weekdays. Months and years are those of the usual calendar, with
+/// its cutover of 1582, whatever the sheet shows.
 struct Recurrence {
     enum Frequency : int { daily, weekly, monthly, yearly };
     static constexpr int greatestInterval = 9999;
@@ -25,6 +27,8 @@ struct Recurrence {
 
     static constexpr unsigned bitOf(int weekday) { return 1u << (weekday - tarn::GregorianCalendar::Sunday); }
 
+    /// The same for the library.
+    tarn::RecurrenceRule rule() const;
     /// The starts from `from` up to, but not including, `to`, of an appointment that starts at `first`. A
     /// month or year that does not have the day is left out.
     std::vector<Local> starts(Local first, Local from, Local to) const;
