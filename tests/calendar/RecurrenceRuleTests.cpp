@@ -59,3 +59,25 @@ TEST_CASE("RecurrenceRule: what is none is refused with the reason")
     expectError<Exception>([&] { rule.validate(); },
                            "Not a recurrence rule: \"FREQ=DAILY;BYMONTH=13\": \"13\" is no BYMONTH");
 }
+
+TEST_CASE("RecurrenceRule: every truncation and every changed character is a rule or refused")
+{
+    const std::string text =
+        "FREQ=YEARLY;INTERVAL=2;UNTIL=19971224T090000Z;BYMONTH=1,12;BYDAY=-1MO,SU;BYSETPOS=-1;WKST=SU";
+    int rules = 0;
+    const auto read = [&rules](const std::string& damaged) {
+        try {
+            const RecurrenceRule rule = parseRecurrenceRule(damaged.c_str());
+            CHECK(parseRecurrenceRule(formatRecurrenceRuleW(rule).c_str()) == rule);
+            ++rules;
+        } catch (const Exception& error) {
+            CHECK_THAT(error.what(), Catch::StartsWith("Not a recurrence rule: \"" + damaged + "\": "));
+        }
+    };
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        read(text.substr(0, i));
+        for (const char c : {';', ',', '=', '-', '0', '9', 'S', 'm', '\xFF'})
+            read(std::string(text).replace(i, 1, 1, c));
+    }
+    CHECK(rules > 50);
+}
