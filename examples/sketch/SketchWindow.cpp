@@ -6,9 +6,11 @@
 #include <tarn/Brush.h>
 #include <tarn/BufferedPaint.h>
 #include <tarn/Clipboard.h>
+#include <tarn/Exception.h>
 #include <tarn/FolderWalk.h>
 #include <tarn/Menu.h>
 #include <tarn/PictureFile.h>
+#include <tarn/PrintDialog.h>
 #include <tarn/ShellFileDialog.h>
 
 #include <iterator>
@@ -50,6 +52,7 @@ tarn::Menu makeMenu()
     append(drawing, SketchWindow::copy, "Copy\tIns");
     append(drawing, SketchWindow::save, "Save a picture...");
     append(drawing, SketchWindow::list, "List a folder...");
+    append(drawing, SketchWindow::print, "Print...");
     drawing.insertSeparator();
     append(drawing, SketchWindow::leave, "Exit\tEsc");
     for (std::size_t i = 0; i < std::size(colours); ++i)
@@ -128,6 +131,9 @@ void SketchWindow::onCommand(Window* sender, unsigned short code, unsigned short
         break;
     case list:
         listFolder();
+        break;
+    case print:
+        printSketch();
         break;
     case leave:
         destroy();
@@ -401,6 +407,25 @@ void SketchWindow::onPaint()
     drawAll(context, getClientRectangle());
 }
 
+void SketchWindow::printSketch()
+{
+    tarn::PrintDialog dialog(*this);
+    try {
+        if (!dialog.showModal())
+            return;
+    } catch (const tarn::CommonDialogError&) {
+        return notice(L"There is no printer.");
+    }
+    tarn::PrinterContext& printer = dialog.getPrinter();
+    tarn::PrintedDocument document(printer, L"Sketch");
+    {
+        const tarn::PrintedPage page(printer);
+        printer.setUnits(Sketch::size);
+        sketch_.draw(printer, tarn::DPI(Sketch::dots)); // In its own units.
+    }
+    document.end();
+    notice(L"The sketch is on its way to the printer.");
+}
 void SketchWindow::drawAll(tarn::DeviceContext& context, const Rect& client) const
 {
     context.fillRectangle(paper, client);

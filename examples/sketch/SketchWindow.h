@@ -18,7 +18,7 @@
 class SketchWindow : public tarn::Window {
 public:
     /// Menu commands. Colours and widths follow each other in the order of their tables.
-    enum Command { clear = 100, undo, leave, copy, save, list, firstColour = 200, firstWidth = 300 };
+    enum Command { clear = 100, undo, leave, copy, save, list, print, firstColour = 200, firstWidth = 300 };
 
     explicit SketchWindow(HINSTANCE program);
     ~SketchWindow() override;
@@ -59,6 +59,7 @@ private:
     void copyPicture();
     void savePicture();
     void listFolder();
+    void printSketch();
     void drawAll(tarn::DeviceContext& context, const tarn::Rect& client) const;
     void drawPanel(tarn::DeviceContext& context, const tarn::Rect& client) const;
 

@@ -265,12 +265,12 @@ public:
     ///@}
 
 protected:
+    /// Owned: the context of the window, or, with a null one, for `DeleteDC`.
+    DeviceContext(HDC handle, HWND window) noexcept : handle_(handle), window_(window), owns_(true) {}
     /// Takes a handle that something else gives back. What was held must be closed before.
     void borrow(HDC handle) noexcept { handle_ = handle; }
 
 private:
-    DeviceContext(HDC handle, HWND window) noexcept : handle_(handle), window_(window), owns_(true) {}
-
     HDC handle_ = nullptr;
     HWND window_ = nullptr;
     bool owns_ = false;

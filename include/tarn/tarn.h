@@ -112,6 +112,8 @@
 #include <tarn/PictureFile.h>
 #include <tarn/Pipe.h>
 #include <tarn/Point.h>
+#include <tarn/PrintDialog.h>
+#include <tarn/PrinterContext.h>
 #include <tarn/Process.h>
 #include <tarn/ProgressBar.h>
 #include <tarn/PropertyPage.h>

@@ -142,6 +142,7 @@ static_assert(std::size(entries) == callCount);
 
 // These cannot fail, or tell nobody when they do.
 constexpr const char* cannotFail[] = {
+    "AbortDoc",
     "AcquireSRWLockExclusive",
     "AcquireSRWLockShared",
     "AddVectoredExceptionHandler",

@@ -1,0 +1,9 @@
+#include <tarn/PrinterContext.h>
+
+using namespace tarn;
+
+void print();
+void print()
+{
+#include "PrinterContext.example"
+}
