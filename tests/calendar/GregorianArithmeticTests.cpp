@@ -160,6 +160,10 @@ TEST_CASE("GregorianCalendar: rolling steps over the days that the cutover took"
     CHECK(rolled(on(1582, 0, 1), Calendar::FieldDayOfYear, -1) == "1582-12-31 AD 00:00");
     CHECK(rolled(on(1582, 9, 4), Calendar::FieldWeekOfMonth, 1) == "1582-10-21 AD 00:00");
     CHECK(rolled(on(1582, 9, 28), Calendar::FieldDayOfWeekInMonth, 1) == "1582-10-04 AD 00:00");
+    GregorianCalendar calendar((TimeZone()));
+    calendar.setGregorianChange(-8520336000000); // 1700-01-01, which would have been in December.
+    calendar.setTime(-8520336000000);
+    CHECK(rolled(calendar, Calendar::FieldDayOfMonth, 1) == "1700-01-02 AD 00:00");
 }
 
 TEST_CASE("GregorianCalendar: rolling stays in a year that a cutover cut to less than a week")

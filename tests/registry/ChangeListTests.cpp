@@ -124,7 +124,10 @@ TEST_CASE("ChangeList: a step that fails by itself harms nothing that was there"
         [&](ChangeList& changes) { changes.copy(path(L"file"), path(L"tree\\inside\\leaf")); },
         [&](ChangeList& changes) { changes.move(path(L"file"), path(L"tree")); },
         [&](ChangeList& changes) { changes.move(path(L"none"), path(L"file")); },
+        [&](ChangeList& changes) { changes.remove(path(L"tree\\inside\\leaf")); },
         [&](ChangeList& changes) { changes.createKey(nullptr, L"a"); }};
+    const WindowsFile open(path(L"tree\\inside\\leaf"), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0,
+                           nullptr);
     for (const auto& add : failing) {
         ChangeList changes;
         add(changes);
@@ -142,12 +145,17 @@ TEST_CASE("ChangeList: what cannot be undone is told")
     changes.createFolder(place.path(L"new"));
     changes.add(
         L"", [&] { place.folder.write("new\\foreign", "x"); }, [] {});
+    changes.createKey(place.key, L"made");
+    changes.add(
+        L"", [&] { place.key.storeText(L"made", L"foreign", L"x"); }, [] {});
     changes.remove(place.path(L"file"));
     changes.add(
         L"", [] { throw Exception("planted"); }, [] {});
     CHECK_THROWS_WITH(changes.apply(), "planted");
+    CHECK(place.key.hasValue(L"made", L"foreign")); // What others have put there stays.
     CHECK(place.folder.read("file") == "old");
     REQUIRE(changes.getNotUndone().size() == 1);
     CHECK(changes.getNotUndone()[0].startsWith(L"Can't remove \"" + place.path(L"new") + L"\": "));
-    FileSystem::remove(place.path(L"new"));
+    CHECK_THROWS_WITH(changes.apply(), "planted"); // Now the folder is there before.
+    CHECK(changes.getNotUndone().empty());
 }

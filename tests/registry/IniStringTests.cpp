@@ -83,7 +83,9 @@ TEMPLATE_TEST_CASE("setIniString: a line break is refused, and writes no other e
                        ERROR_INVALID_PARAMETER,
                        "Can't write private profile string \"" + path + "\" : [s] k=\"x\n[admin]\nyes=1\"");
     CHECK_THROWS_AS(setIniString(file, TEXT_OF("s"), TEXT_OF("k\r"), TEXT_OF("x")), WindowsError);
-    CHECK_THROWS_AS(setIniString(file, TEXT_OF("s]\n[t"), TEXT_OF("k"), nullptr), WindowsError);
+    CHECK_THROWS_AS(setIniString(file, TEXT_OF("s"), TEXT_OF("k"), TEXT_OF("x\r")), WindowsError);
+    for (const TestType* section : {TEXT_OF("s]\n[t"), TEXT_OF("s\r")})
+        CHECK_THROWS_AS(setIniString(file, section, TEXT_OF("k"), nullptr), WindowsError);
     CHECK(folder.read("a.ini") == "[s]\r\nk=v\r\n");
     for (const char* const value : {"", " \"a b\" ", "'", ";"})
         CHECK_NOTHROW(setIniString(file, TEXT_OF("s"), TEXT_OF("k"), BasicString<TestType>(value)));

@@ -132,7 +132,8 @@ TEST_CASE("RegistryKey: a copy of an owned key stands alone, a copy of a borrowe
     const RegistryKey root(HKEY_CURRENT_USER, false), borrowed = root;
     CHECK(borrowed.getKey() == HKEY_CURRENT_USER);
     CHECK_FALSE(borrowed.ownsKey());
-    CHECK(RegistryKey(RegistryKey(HKEY_CURRENT_USER, true)).existsKey(L"Software"));
+    const RegistryKey owned(HKEY_CURRENT_USER, true), copied = owned;
+    CHECK((copied.getKey() == HKEY_CURRENT_USER && copied.existsKey(L"Software")));
 }
 
 TEST_CASE("RegistryKey: keeps the view that it was opened in, as long as it has the key")
@@ -140,8 +141,11 @@ TEST_CASE("RegistryKey: keeps the view that it was opened in, as long as it has 
     const ScratchKey scratch;
     RegistryKey key(scratch, L"", KEY_READ | KEY_WOW64_64KEY);
     CHECK((key.getView() == KEY_WOW64_64KEY && RegistryKey(key).getView() == KEY_WOW64_64KEY));
-    const RegistryKey moved(std::move(key));
+    RegistryKey moved(std::move(key));
     CHECK((moved.getView() == KEY_WOW64_64KEY && key.getView() == 0));
+    key = std::move(moved);
+    CHECK((key.getView() == KEY_WOW64_64KEY && moved.getView() == 0));
+    CHECK((!key.open(scratch, L"none", KEY_READ | KEY_WOW64_64KEY) && key.getView() == 0));
     key.open(scratch, "", KEY_READ | KEY_WOW64_32KEY);
     CHECK(key.getView() == KEY_WOW64_32KEY);
     scratch.makeKey(L"sub");
@@ -149,8 +153,11 @@ TEST_CASE("RegistryKey: keeps the view that it was opened in, as long as it has 
     CHECK(RegistryKey::createOwned(key, "sub", KEY_READ | KEY_WOW64_64KEY).getView() == KEY_WOW64_64KEY);
     RegistryKey inner;
     CHECK((inner.open(key, "sub", KEY_READ) && inner.getView() == KEY_WOW64_32KEY));
-    key.attach(key.detach(), true);
+    const HKEY detached = key.detach();
     CHECK(key.getView() == 0);
+    moved.open(scratch, L"", KEY_READ | KEY_WOW64_64KEY);
+    moved.attach(detached, true);
+    CHECK(moved.getView() == 0);
 }
 
 TEMPLATE_TEST_CASE("RegistryKey: a key is there until it is deleted", "", char, wchar_t)

@@ -153,6 +153,7 @@ TEST_CASE("SettingsStore: an INI file keeps its other sections, and may be writt
     setIniString(path, L"Other", L"b", L"kept");
     CHECK(stores.of(ini)->load() == Values{{L"a", L"by hand"}});
     stores.of(ini)->save({{L"c", L"1"}});
+    CHECK_FALSE(FileSystem::exists(path + L".next"));
     CHECK(getIniString(path, L"Other", L"b", L"") == L"kept");
     CHECK(stores.of(ini)->load() == Values{{L"c", L"1"}});
 }
@@ -160,15 +161,24 @@ TEST_CASE("SettingsStore: an INI file keeps its other sections, and may be writt
 TEST_CASE("Settings: a value is the stored one if it fits, or the default")
 {
     const Stores stores;
-    stores.of(file)->save({{L"Width", L"99999"}, {L"Height", L"480"}, {L"Flag", L"yes"}, {L"Unknown", L"kept"}});
+    stores.of(file)->save({{L"Width", L"99999"},
+                           {L"Height", L"480"},
+                           {L"Flag", L"yes"},
+                           {L"Huge", std::wstring(20, L'9')},
+                           {L"Unknown", L"kept"}});
     Settings settings(stores.of(file));
     settings.declareNumber(L"Width", 640, 320, 10'000);
     settings.declareNumber(L"Height", 400);
     settings.declareFlag(L"Flag", true);
     settings.declareText(L"Title", L"none");
+    settings.declareNumber(L"Huge", 1);
     CHECK(settings.getNumber(L"Height") == 400);
     std::vector<std::wstring> changes;
-    settings.onChange([&](const wchar_t* name) { changes.emplace_back(name); });
+    settings.onChange([&](const wchar_t* name) {
+        changes.emplace_back(name);
+        settings.save();
+        CHECK(stores.of(file)->load().contains(L"Unknown"));
+    });
     settings.load();
     CHECK((settings.getNumber(L"Width") == 640 && settings.getNumber(L"Height") == 480 && settings.getFlag(L"Flag")));
     settings.setFlag(L"Flag", false);
@@ -180,6 +190,7 @@ TEST_CASE("Settings: a value is the stored one if it fits, or the default")
     CHECK(stores.of(file)->load() == Values{{L"Width", L"640"},
                                             {L"Height", L"400"},
                                             {L"Flag", L"0"},
+                                            {L"Huge", L"1"},
                                             {L"Title", L"\x0416"},
                                             {L"Unknown", L"kept"},
                                             {L"Version", L"1"}});

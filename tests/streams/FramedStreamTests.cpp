@@ -103,6 +103,7 @@ TEST_CASE("FramedInputStream: more data than were read are an error, and so is e
     FramedInputStream broken(damaged);
     for (int i = 0; i < 2; ++i)
         expectError<Exception>([&] { broken.read(&byte, 1); }, "The data are damaged");
+    expectError<Exception>([] { unframed("\x89TF1\1\0\1\0"s); }, "The data are damaged"); // A block too large.
 }
 
 TEST_CASE("FramedOutputStream: a failure is thrown on, and leaves no end behind")
