@@ -91,7 +91,7 @@ TEST_CASE("Process: a child sees the end of its input, and its output is capture
 TEST_CASE("Process: without redirection the child inherits nothing, and is still active until it ends")
 {
     Pipe pipe(0, &inheritable);
-    Process process(child("sleep 2000").c_str(), 0);
+    Process process(child("sleep 60000").c_str(), 0);
     pipe.getWriteEnd().close();
     char byte;
     CHECK(pipe.getReadEnd().read(&byte, 1) == 0);

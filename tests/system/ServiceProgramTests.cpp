@@ -7,7 +7,7 @@
 #include <future>
 
 namespace {
-constexpr DWORD timeoutMs = 20'000;
+constexpr DWORD timeoutMs = 60'000;
 
 /// Works until it is stopped; the first argument behind the name says how it ends.
 class Sample : public ServiceProgram {

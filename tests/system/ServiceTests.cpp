@@ -36,7 +36,7 @@ DWORD stateOf(const char* name)
 
 bool reaches(const char* name, DWORD state)
 {
-    for (int i = 0; i < 500 && stateOf(name) != state; ++i)
+    for (int i = 0; i < 6000 && stateOf(name) != state; ++i)
         Sleep(10);
     return stateOf(name) == state;
 }
