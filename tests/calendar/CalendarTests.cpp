@@ -83,6 +83,12 @@ TEST_CASE("Calendar: instant and fields are synchronised when asked for")
         CHECK(calendar.get(Calendar::FieldDayOfWeek) == GregorianCalendar::Tuesday);
         CHECK(calendar.flags() == Flags{true, true, true});
     }
+    SECTION("the day before the first of a month is the last of another")
+    {
+        calendar.set(2000, GregorianCalendar::March, 0, 12, 0, 0);
+        calendar.getTime();
+        CHECK(calendar.internalGet(Calendar::FieldDayOfMonth) == 29);
+    }
     SECTION("Clear forgets every state")
     {
         calendar.Clear(Calendar::FieldYear);
