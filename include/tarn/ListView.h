@@ -31,8 +31,8 @@ public:
     /// A child window with this style besides `WS_CHILD`, which the object owns. It gets none of the list
     /// view's messages; call subclass() with the handle afterwards where that is wanted.
     void create(HWND parent, const RECT& rect, unsigned long style, HINSTANCE module);
-    /// The same with an id for the parent's handlers, in the font of the parent, or of the system's dialogs where it
-    /// has none. Throws as Window::create() does.
+    /// The same with an id for the parent's handlers, in the font of the parent, or where it has none in
+    /// Font::ofSystem() for its screen. Throws as Window::create() and Font::ofSystem() do.
     void create(HWND parent, unsigned short id, const RECT& rect, unsigned long style);
 
     // ---- Columns, which only the details view shows

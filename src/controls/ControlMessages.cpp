@@ -1,9 +1,33 @@
 #include "ControlMessages.h"
 
+#include <tarn/Font.h>
+#include <tarn/Lock.h>
+
 #include "../foundation/Check.h"
 #include "../windowing/HandlerScope.h"
 
+#include <map>
+#include <string_view>
+#include <utility>
+
 namespace tarn {
+namespace {
+// One for each resolution, which no control outlives. Links have their own, since a link that ends under Wine deletes
+// it.
+HFONT systemFont(const DPI& dpi, bool isLink)
+{
+    static CriticalSection lock;
+    static auto& fonts = *new std::map<std::pair<unsigned, bool>, Font>;
+    const AutoLock locked(lock);
+    Font& font = fonts[{dpi.getDots(), isLink}];
+    if (GetObjectType(font) != OBJ_FONT) {
+        font.detach();
+        font = Font::ofSystem(dpi);
+    }
+    return font;
+}
+} // namespace
+
 void loadControls(DWORD kinds)
 {
     const INITCOMMONCONTROLSEX classes{sizeof classes, kinds};
@@ -13,11 +37,13 @@ void loadControls(DWORD kinds)
 void createControl(Window& control, const wchar_t* className, HWND parent, unsigned short id, const RECT& rect,
                    unsigned long style, const wchar_t* text)
 {
+    const Window owner(parent);
+    const HFONT given = owner.getFont(),
+                font = given ? given : systemFont(owner.getDPI(), className == std::wstring_view(WC_LINK));
     loadControls(ICC_WIN95_CLASSES | ICC_DATE_CLASSES);
     control.create(className, text, WS_CHILD | style, rect, parent, reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)),
                    nullptr);
-    const HFONT font = Window(parent).getFont();
-    control.setFont(font ? font : static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT)), false);
+    control.setFont(font, false);
 }
 
 LRESULT ensureSent(const Window& control, LRESULT failed, const char* what, UINT msg, WPARAM wParam, LPARAM lParam)

@@ -12,7 +12,7 @@ inline void* toPointer(LRESULT value) { return reinterpret_cast<void*>(value); }
 void loadControls(DWORD kinds);
 
 /// Makes a child window of one of the system's classes for an object, which owns it, in the font of the parent (or,
-/// where it has none, that of the system's dialogs).
+/// where it has none, in Font::ofSystem for its screen).
 void createControl(Window& control, const wchar_t* className, HWND parent, unsigned short id, const RECT& rect,
                    unsigned long style, const wchar_t* text = L"");
 

@@ -21,7 +21,7 @@ TEMPLATE_TEST_CASE("Controls: each can be made in code, in the font of its paren
     CHECK((control.getStyle() & (WS_CHILD | WS_VISIBLE)) == (WS_CHILD | WS_VISIBLE));
     const auto fontOf = [](const Window& window) { return reinterpret_cast<HGDIOBJ>(window.sendMessageA(WM_GETFONT)); };
     if (fontOf(control)) // Not every control has one.
-        CHECK((fontOf(control) == GetStockObject(DEFAULT_GUI_FONT) && fontOf(other) == fontOf(control)));
+        CHECK((GetObjectType(fontOf(control)) == OBJ_FONT && fontOf(other) == fontOf(control)));
 }
 
 TEST_CASE("TrackBar: positions and the selection are signed and stay in the range")

@@ -174,6 +174,7 @@ constexpr const char* cannotFail[] = {
     "GetLastError",
     "GetProcessHeap",
     "GetStartupInfoW",
+    "GetObjectType",
     "GetSysColor",
     "GetSysColorBrush",
     "GetSystemInfo",
