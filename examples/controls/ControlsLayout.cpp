@@ -109,7 +109,7 @@ void ControlsWindow::addLeftSide()
 
 void ControlsWindow::addView()
 {
-    addLabel(L"&What goes round the selected body", middleX, 10, middleWidth, Anchors::left | Anchors::top);
+    addLabel(L"What goes ro&und the selected body", middleX, 10, middleWidth, Anchors::left | Anchors::top);
     kinds_.create(*this, ID_KINDS, place(middleX, 28, middleWidth, 290), shown | WS_CLIPSIBLINGS);
     for (const wchar_t* kind : {L"All", L"Planets", L"Dwarf planets", L"Moons"})
         kinds_.addTab(kind);
@@ -185,7 +185,7 @@ void ControlsWindow::addObservation()
     powerArrows_.setRange(10, 400);
     powerArrows_.setPosition(100);
     y += 31;
-    addButton(follow_, ID_FOLLOW, L"F&ollow it", place(rightX, y, 96, 18), WS_TABSTOP | BS_AUTOCHECKBOX);
+    addButton(follow_, ID_FOLLOW, L"Follow i&t", place(rightX, y, 96, 18), WS_TABSTOP | BS_AUTOCHECKBOX);
     following_.create(*this, ID_FOLLOWING, place(fieldX, y + 1, fieldWidth, labelHeight), WS_VISIBLE | PBS_MARQUEE);
     y += 28;
     addLabel(L"S&een, and for sure", rightX, y, rightWidth, edges);
