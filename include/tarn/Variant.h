@@ -40,7 +40,8 @@ public:
     ~Variant() { VariantClear(this); }
 
     /// The type that automation has for the value: `VT_BOOL`, `VT_UI1`, `VT_I2`, `VT_I4`, `VT_UI4`, `VT_I8`, `VT_UI8`,
-    /// `VT_R4`, `VT_R8`, and `VT_BSTR` for a text, which is copied.
+    /// `VT_R4`, `VT_R8`, `VT_CY`, `VT_DECIMAL`, and `VT_BSTR` for a text, which is copied. Other small integers are
+    /// taken as `int`; convertedTo() makes any other type.
     ///@{
     template <std::same_as<bool> Bool> Variant(Bool value) noexcept : Variant() { setBool(value); }
     Variant(unsigned char value) noexcept;
@@ -53,6 +54,8 @@ public:
     Variant(unsigned long long value) noexcept;
     Variant(float value) noexcept;
     Variant(double value) noexcept;
+    Variant(const CY& value) noexcept;
+    Variant(const DECIMAL& value) noexcept;
     Variant(const wchar_t* text) : Variant(BStr(text)) {}
     Variant(const char* text) : Variant(BStr(text)) {}
     Variant(const BasicString<wchar_t>& text) : Variant(BStr(text)) {}
@@ -102,7 +105,10 @@ public:
     bool toBool() const;
     long toLong() const;
     long long toLongLong() const;
+    unsigned long long toULongLong() const;
     double toDouble() const;
+    CY toCurrency() const;
+    DECIMAL toDecimal() const;
     BasicString<wchar_t> toString() const;
     ///@}
     /// In the system's ANSI code page.

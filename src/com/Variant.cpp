@@ -63,6 +63,18 @@ Variant::Variant(double value) noexcept : Variant()
     dblVal = value;
 }
 
+Variant::Variant(const CY& value) noexcept : Variant()
+{
+    vt = VT_CY;
+    cyVal = value;
+}
+
+Variant::Variant(const DECIMAL& value) noexcept : Variant()
+{
+    decVal = value; // Lies over the whole.
+    vt = VT_DECIMAL;
+}
+
 Variant::Variant(BStr text) noexcept : Variant()
 {
     vt = VT_BSTR;
@@ -239,6 +251,9 @@ Variant Variant::convertedTo(VARTYPE type, LCID locale) const
 bool Variant::toBool() const { return convertedTo(VT_BOOL).boolVal != VARIANT_FALSE; }
 long Variant::toLong() const { return convertedTo(VT_I4).lVal; }
 long long Variant::toLongLong() const { return convertedTo(VT_I8).llVal; }
+unsigned long long Variant::toULongLong() const { return convertedTo(VT_UI8).ullVal; }
+CY Variant::toCurrency() const { return convertedTo(VT_CY).cyVal; }
+DECIMAL Variant::toDecimal() const { return convertedTo(VT_DECIMAL).decVal; }
 double Variant::toDouble() const { return convertedTo(VT_R8).dblVal; }
 
 BasicString<wchar_t> Variant::toString() const

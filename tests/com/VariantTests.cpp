@@ -36,6 +36,11 @@ TEST_CASE("Variant: converts between types or says why not")
 {
     CHECK((Variant("42").toLong() == 42 && Variant("9000000000").toLongLong() == 9000000000));
     CHECK((Variant(42).toString() == L"42" && Variant(-1).toBool() && Variant(2.5f).toDouble() == 2.5));
+    CHECK((Variant(~0ull).toULongLong() == ~0ull && failureOf([] { Variant(-1).toULongLong(); }) == DISP_E_OVERFLOW));
+    const CY money = Variant(1.25).toCurrency();
+    CHECK((money.int64 == 12500 && Variant(money).getType() == VT_CY && Variant(money).toDouble() == 1.25));
+    const DECIMAL decimal = Variant(-7).toDecimal();
+    CHECK((Variant(decimal).getType() == VT_DECIMAL && Variant(decimal).toLong() == -7));
     constexpr LCID english = MAKELCID(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), SORT_DEFAULT);
     CHECK(Variant("1.5").convertedTo(VT_R8, english).dblVal == 1.5);
     CHECK(Variant::date(0).convertedTo(VT_R8).dblVal == 0);
