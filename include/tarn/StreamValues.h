@@ -381,10 +381,13 @@ template <std::integral T> struct Fixed64 {
     /// What is written or read.
     T& number;
 };
-/// For `std::size_t` and its like, so that programs of both editions exchange them: `out << tarn::fixed64(size)`,
-/// `in >> tarn::fixed64(size)`. Reading throws Exception "A number is too large for this program" for one that the type
-/// does not hold.
+/// For `std::size_t` and its like, so that programs of both editions exchange them: `out <<
+/// tarn::fixed64(text.size())`, `in >> tarn::fixed64(size)`. Reading throws Exception "A number is too large for this
+/// program" for one that the type does not hold.
+///@{
 template <std::integral T> Fixed64<T> fixed64(T& number) { return {number}; }
+template <std::integral T> Fixed64<const T> fixed64(const T& number) { return {number}; }
+///@}
 
 /// As fixed64() says.
 ///@{

@@ -92,6 +92,7 @@ TEST_CASE("Stream values: each has its promised bytes, and comes back from them"
     CHECK(there(Foreign{7}) == "\7\0\0\0"s);
     CHECK(bytesOf(Person{"a", 1y / 2 / 3, {Person()}}) == "\1\0\0\0a\1\0\2\3\1\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0"s);
     const std::size_t size = 3;
+    CHECK(bytesOf(fixed64(std::string("abc").size())) == bytesOf(fixed64(size)));
     CHECK(bytesOf(fixed64(size)) == "\3\0\0\0\0\0\0\0"s);
 }
 
