@@ -1,7 +1,10 @@
 #include "Tour.h"
 
+#include <tarn/BStr.h>
 #include <tarn/COMModule.h>
+#include <tarn/COMStream.h>
 #include <tarn/GUID.h>
+#include <tarn/StandardStreams.h>
 #include <tarn/Variant.h>
 
 #include <objidl.h>
@@ -74,9 +77,26 @@ void showValues()
     }
 }
 
+void showStream()
+{
+    tarn::COMInterfacePointer<IStream> memory;
+    tarn::HRESULTHolder::throwOnError(CreateStreamOnHGlobal(nullptr, TRUE, memory.put()), "Can't make a stream");
+    tarn::COMStream stream(memory);
+    stream << 1999 << "Terns";
+    stream.setFilePointer(0, tarn::Seekable::begin);
+    std::cout << "A stream of COM's:    " << tarn::readAll(stream).size() << " bytes\n";
+
+    tarn::BStr name = L"Low";
+    name += L" Tide";
+    std::cout << "A text of COM's:      " << name.toAString() << (name == L"Low Tide" ? ", which compares as text" : "")
+              << '\n'
+              << "A new identifier:     " << tarn::toAString(tarn::newGUID()).size() << " characters\n";
+}
+
 const tour::Section section(80, "COM", [] {
     showNames();
     showClass();
     showValues();
+    showStream();
 });
 } // namespace

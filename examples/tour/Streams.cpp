@@ -3,6 +3,7 @@
 #include <tarn/Archive.h>
 #include <tarn/BasicString.h>
 #include <tarn/MemoryStream.h>
+#include <tarn/NewerData.h>
 #include <tarn/StandardStreams.h>
 #include <tarn/TextLines.h>
 
@@ -108,11 +109,64 @@ void showGraph()
     ada->friendOfMine.release();
 }
 
+/// A song as one version of a program knows it. It keeps what a newer one adds.
+class Song final : public tarn::Serializable, public tarn::NewerData {
+public:
+    static constexpr unsigned int classVersion = 1;
+    void serialize(tarn::OutputStream& out) const override { out << title; }
+    void deserialize(tarn::InputStream& in) override { in >> title; }
+
+    std::string title;
+};
+
+/// The same in the next version, which reads what both wrote.
+class NewerSong final : public tarn::Serializable {
+public:
+    static constexpr unsigned int classVersion = 2;
+    void serialize(tarn::OutputStream& out) const override { out << title << seconds; }
+    void deserialize(tarn::InputStream& in) override
+    {
+        in >> title;
+        if (tarn::versionOf(in) >= 2)
+            in >> seconds;
+    }
+
+    std::string title;
+    int seconds = 0;
+};
+
+// Two programs are one here. So their classes have names of their own, and the data change these on the way.
+const tarn::SerializableImpl<Song> songRegistration("class tour1::Song");
+const tarn::SerializableImpl<NewerSong> newerSongRegistration("class tour2::Song");
+
+template <class T, class Other> tarn::ref_ptr<T> passedOn(const tarn::ref_ptr<Other>& song, char program)
+{
+    tarn::MemoryOutputStream out;
+    tarn::MemoryInputStream nothing;
+    tarn::Archive(nothing, out).writeObject(tarn::ref_ptr<tarn::Serializable>(song));
+    std::string data(static_cast<const char*>(out.getData()), static_cast<std::size_t>(out.getSize()));
+    data[data.find("::Song") - 1] = program;
+    tarn::MemoryInputStream in(data.data(), static_cast<unsigned>(data.size()));
+    return tarn::Archive(in, out).load<T>();
+}
+
+void showVersions()
+{
+    const tarn::ref_ptr<NewerSong> song(new NewerSong);
+    song->title = "High Water";
+    song->seconds = 215;
+    const tarn::ref_ptr<Song> known = passedOn<Song>(song, '1');
+    known->title += " (live)";
+    const tarn::ref_ptr<NewerSong> back = passedOn<NewerSong>(known, '2');
+    std::cout << "an older program made it \"" << back->title << "\" and kept its " << back->seconds << " seconds\n";
+}
+
 void showStreams()
 {
     showValues();
     showText();
     showGraph();
+    showVersions();
 }
 
 const tour::Section section(20, "Streams and object graphs", &showStreams);
