@@ -14,12 +14,36 @@ void MonthSheet::create(HWND parent, HINSTANCE program)
     static const tarn::WindowClass windowClass(CS_DBLCLKS | CS_HREDRAW | CS_VREDRAW, 0, nullptr,
                                                static_cast<HBRUSH>(nullptr), LoadCursorW(nullptr, IDC_ARROW), program);
     Window::create(windowClass, L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP, Rect(), parent, nullptr, program);
+    begin(*this);
 }
 
 void MonthSheet::show(MonthContent content)
 {
     content_ = std::move(content);
     invalidate(false);
+    tell(EVENT_OBJECT_REORDER);
+    tell(EVENT_OBJECT_FOCUS, static_cast<int>(content_.selected - content_.first));
+}
+
+tarn::BasicString<wchar_t> MonthSheet::getName() const
+{
+    return monthName(content_.month) + (L" " + yearText(content_.year));
+}
+
+// Of each day what is to be read in its cell.
+tarn::AccessibleItems::Item MonthSheet::getItem(int index) const
+{
+    const Day day = content_.first + index;
+    Item item{dateText(content_.reckoning.dateOf(day)), ROLE_SYSTEM_CELL, STATE_SYSTEM_SELECTABLE,
+              getDPI().toPixels(layout().cell(day)), L"Select"};
+    if (const auto holiday = content_.holidays.find(day); holiday != content_.holidays.end())
+        item.name.append(L", ").append(holiday->second);
+    for (const Occurrence& occurrence : content_.occurrences)
+        if (occurrence.touches(day))
+            item.name.append(L", ").append(occurrence.event().subject);
+    if (day == content_.selected)
+        item.state |= STATE_SYSTEM_SELECTED | STATE_SYSTEM_FOCUSED;
+    return item;
 }
 
 // Painting covers everything, and erasing before would flicker.

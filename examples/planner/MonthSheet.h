@@ -2,13 +2,14 @@
 
 #include "MonthPainter.h"
 
+#include <tarn/AccessibleItems.h>
 #include <tarn/Window.h>
 
 #include <functional>
 
 namespace planner {
 /// A month on paper: the keys, the wheel and the mouse select a day of it or turn to another month.
-class MonthSheet : public tarn::Window {
+class MonthSheet : public tarn::Window, private tarn::AccessibleItems {
 public:
     void create(HWND parent, HINSTANCE program);
     void show(MonthContent content);
@@ -26,6 +27,11 @@ public:
     std::function<void()> onOpen;      ///< The user wants to write into the selected day.
 
 private:
+    tarn::BasicString<wchar_t> getName() const override;
+    int getItemCount() const override { return static_cast<int>(content_.last - content_.first + 1); }
+    Item getItem(int index) const override;
+    void pressItem(int index) override { onSelect(content_.first + index); }
+
     tarn::Size units() const;
     SheetLayout layout() const { return SheetLayout(units(), content_); }
     void selectInOtherMonth(int months) const;

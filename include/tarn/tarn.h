@@ -9,6 +9,7 @@
 /// such a text stand for what the call was about.
 
 #include <tarn/AcceleratorTable.h>
+#include <tarn/AccessibleItems.h>
 #include <tarn/Anchors.h>
 #include <tarn/Archive.h>
 #include <tarn/Array.h>

@@ -1,3 +1,6 @@
+# Asks windows for what they tell screen readers.
+target_link_libraries(${test} PRIVATE oleacc)
+
 # The tests of the sketch run it and look at its picture.
 if(TARN_BUILD_EXAMPLES)
     if(NOT TARGET example_support)
