@@ -1,7 +1,6 @@
 #include "Driving.h"
-#include "Expect.h"
 #include "ScratchFolder.h"
-#include "Wine.h"
+#include "Test.h"
 
 #include <tarn/PrintDialog.h>
 #include <tarn/Window.h>
@@ -10,10 +9,6 @@
 #include <winspool.h>
 
 #include <cstdio>
-#include <stdexcept>
-#include <string>
-
-using namespace tarn;
 
 namespace {
 constexpr const wchar_t *driverName = L"PS Driver", *printerName = L"Tarn++ test";
@@ -91,10 +86,10 @@ private:
 bool contains(const std::string& printed, const char* what) { return printed.find(what) != std::string::npos; }
 } // namespace
 
-TEST_CASE("PrinterContext: the pages of a document are printed, and none of one that an exception leaves", "[printing]")
+TEST_CASE("PrinterContext: the pages of a document are printed, and none of one that an exception leaves")
 {
     const TestPrinter installed;
-    const support::ScratchFolder folder;
+    const ScratchFolder folder;
     const std::wstring file = folder.path().wstring() + L"\\out.ps";
     PrinterContext printer(printerName);
     CHECK(printer.getDPI().getDots() == 300);
@@ -122,23 +117,23 @@ TEST_CASE("PrinterContext: the pages of a document are printed, and none of one 
             const PrintedPage printed(printer);
             throw std::runtime_error("in drawing");
         };
-        support::expectError<std::runtime_error>(fail, "in drawing");
+        expectError<std::runtime_error>(fail, "in drawing");
         const PrinterContext again(printerName);
         PrintedDocument(again, "Next", folder.file("next.ps").c_str()).abort();
         CHECK((!contains(folder.read("out.ps"), "%%EOF") && !contains(folder.read("next.ps"), "%%EOF")));
     }
 }
 
-TEST_CASE("PrinterContext: what no printer does is named", "[printing]")
+TEST_CASE("PrinterContext: what no printer does is named")
 {
-    support::expectWindowsError([] { PrinterContext("No such printer"); }, "Can't open printer");
+    expectWindowsError([] { PrinterContext("No such printer"); }, "Can't open printer");
     const DeviceContext screen(nullptr, false);
-    support::expectWindowsError([&] { PrintedDocument(screen, L"x"); }, "Can't begin printing");
+    expectWindowsError([&] { PrintedDocument(screen, L"x"); }, "Can't begin printing");
     const auto printPage = [&] { PrintedPage{screen}; };
-    support::expectWindowsError(printPage, support::isWine() ? "Can't end page" : "Can't begin page");
+    expectWindowsError(printPage, isWine() ? "Can't end page" : "Can't begin page");
 }
 
-TEST_CASE("PrintDialog: gives the printer and the pages that the user wants", "[printing]")
+TEST_CASE("PrintDialog: gives the printer and the pages that the user wants")
 {
     const TestPrinter installed;
     PrintDialog dialog;
@@ -147,22 +142,22 @@ TEST_CASE("PrintDialog: gives the printer and the pages that the user wants", "[
     dialog.setPages(1, 9);
     const auto answer = [](WPARAM button) {
         return [button] {
-            const HWND shown = support::visibleDialog();
+            const HWND shown = visibleDialog();
             return shown && PostMessageW(shown, WM_COMMAND, button, 0);
         };
     };
     {
-        const support::Driver driver(answer(IDCANCEL));
+        const Driver driver(answer(IDCANCEL));
         CHECK((!dialog.showModal() && !dialog.getPrinter()));
     }
-    const support::Driver driver(answer(IDOK));
+    const Driver driver(answer(IDOK));
     CHECK((dialog.showModal() && dialog.getPrinter() && !dialog.isSelectionWanted()));
     CHECK(dialog.getPages() == std::pair(1u, 9u));
 }
 
 // Last, because Wine remembers the error for a dialog that is cancelled later.
-TEST_CASE("PrintDialog: says that there is no printer", "[printing]")
+TEST_CASE("PrintDialog: says that there is no printer")
 {
     PrintDialog dialog;
-    CHECK(support::thrownBy<CommonDialogError>([&] { dialog.takeDefault(); }).getError() == PDERR_NODEFAULTPRN);
+    CHECK(thrownBy<CommonDialogError>([&] { dialog.takeDefault(); }).getError() == PDERR_NODEFAULTPRN);
 }
