@@ -20,6 +20,7 @@ inline void checkErrorsOf(const tarn::COMInterfacePointer<IDispatch>& object)
     UINT count = 0;
     const auto plain =
         thrownBy<tarn::COMError>([&] { object.throwOnError(object->GetTypeInfoCount(&count), "Can't ask"); });
-    CHECK(tarn::whatW(plain) == L"Can't ask" + (isWine() ? code : told + code));
+    const std::wstring heard = tarn::whatW(plain); // Not all versions of Wine have it come along.
+    CHECK((heard == L"Can't ask" + told + code || (isWine() && heard == L"Can't ask" + code)));
 }
 } // namespace support
