@@ -52,11 +52,11 @@ public:
     std::map<DWORD, COMInterfacePointer<IDispatch>> sinks;
 };
 
-HRESULT send(IDispatch* sink, Variant& answer)
+HRESULT send(IDispatch* sink, Variant& answer, EXCEPINFO* failure = nullptr)
 {
     Variant backwards[] = {2, "one"};
     DISPPARAMS parameters = {backwards, nullptr, 2, 0};
-    return sink->Invoke(5, IID_NULL, 0, DISPATCH_METHOD, &parameters, answer.put(), nullptr, nullptr);
+    return sink->Invoke(5, IID_NULL, 0, DISPATCH_METHOD, &parameters, answer.put(), failure, nullptr);
 }
 } // namespace
 
@@ -70,7 +70,7 @@ TEST_CASE("EventConnection: a handler gets the events of an object until it is d
         int count = 0;
         EventConnection connection(source, DIID_Events, [&](DISPID event, const std::vector<Variant>& arguments) {
             CHECK((event == 5 && arguments == std::vector<Variant>{"one", 2}));
-            if (++count == 2)
+            if (++count >= 2)
                 throw WindowsError(ERROR_ACCESS_DENIED);
             return Variant("heard");
         });
@@ -79,10 +79,16 @@ TEST_CASE("EventConnection: a handler gets the events of an object until it is d
         CHECK((send(sink, answer) == S_OK && answer == "heard"));
         EventConnection moved(std::move(connection));
         CHECK(send(sink, answer) == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+        EXCEPINFO failure = {};
+        CHECK((send(sink, answer, &failure) == DISP_E_EXCEPTION &&
+               failure.scode == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED)));
+        BStr told;
+        told.attach(failure.bstrDescription);
+        CHECK(told == WindowsError(ERROR_ACCESS_DENIED).whatW());
         moved.disconnect();
         moved.disconnect();
         CHECK(sender->sinks.empty());
-        CHECK((send(sink, answer) == S_OK && count == 2)); // Who keeps the sink is no danger.
+        CHECK((send(sink, answer) == S_OK && count == 3)); // Who keeps the sink is no danger.
         CHECK(failureOf([&] { EventConnection(source, IID_IDispatch, {}); }) == CONNECT_E_NOCONNECTION);
         {
             const EventConnection ended(source, DIID_Events, {});
