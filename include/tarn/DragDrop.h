@@ -29,7 +29,8 @@ public:
 
     /// `CF_UNICODETEXT`, `CF_HDROP` or one of Clipboard::registerFormat().
     bool has(unsigned format) const;
-    /// Up to the first zero; nothing when there is no text.
+    /// Up to the first zero, narrow text (`CF_TEXT`) read in the system's ANSI code page; nothing when there is no
+    /// text.
     std::optional<BasicString<wchar_t>> getText() const;
     /// Full paths; empty when there are none.
     std::vector<BasicString<wchar_t>> getFiles() const;

@@ -55,7 +55,14 @@ bool DraggedData::has(unsigned format) const
 }
 std::optional<BasicString<wchar_t>> DraggedData::getText() const
 {
-    return readFormat(*data_.get(), CF_UNICODETEXT, [](HGLOBAL block) { return textIn(block, cannotGetDragged); });
+    const auto wide = [](HGLOBAL block) { return textIn(block, cannotGetDragged); };
+    const auto narrow = [](HGLOBAL block) {
+        Bytes bytes = bytesIn(block, cannotGetDragged);
+        bytes.push_back(std::byte()); // It need not be terminated.
+        return a2w(reinterpret_cast<const char*>(bytes.data()), CP_ACP);
+    };
+    auto text = readFormat(*data_.get(), CF_UNICODETEXT, wide);
+    return text ? text : readFormat(*data_.get(), CF_TEXT, narrow); // Which the clipboard alone makes of each other.
 }
 std::vector<BasicString<wchar_t>> DraggedData::getFiles() const
 {

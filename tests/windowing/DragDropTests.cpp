@@ -51,6 +51,10 @@ TEST_CASE("DragDrop: what is dropped on a window comes to its target in all its 
     CHECK(data.drag(DROPEFFECT_COPY) == DROPEFFECT_COPY);
     CHECK((taker.text == L"narrow" && taker.files == files));
     CHECK((taker.over.x == 50 && taker.over.y == 60));
+    taker.whenDropped = [](const DraggedData&) {};
+    DragData old;
+    old.setData(CF_TEXT, std::as_bytes(std::span("of old", 6)));
+    CHECK((old.drag() == DROPEFFECT_COPY && taker.text == L"of old"));
 }
 
 TEST_CASE("DragDrop: a target that refuses, or has ended, gets nothing")
