@@ -55,7 +55,7 @@ public:
           left_(rule.count), isCounted_(rule.count != 0), last_(rule.until ? lastOf(*rule.until) : noEnd)
     {
         if (const std::int64_t last = std::min(last_, end); last < noEnd - 2 * clocksApart)
-            starts_.endAt(clock_.localOf(last) + clocksApart);
+            starts_.endAt(wrappingAdd(clock_.localOf(last), clocksApart));
     }
 
     /// Leaves out what lies before, the first start, too, as far as that is quick.
@@ -63,7 +63,7 @@ public:
     {
         if (isCounted_ || time <= next_)
             return;
-        starts_.skipTo(clock_.localOf(time) - clocksApart);
+        starts_.skipTo(wrappingSubtract(clock_.localOf(time), clocksApart));
         advance();
     }
 
@@ -88,8 +88,8 @@ private:
         using Kind = RecurrenceRule::Until::Kind;
         if (until.kind == Kind::utc)
             return until.time;
-        return clock_.instantsOf(until.kind == Kind::day ? until.time + millisPerDay - 1 : std::int64_t(until.time))
-            .later;
+        const std::int64_t restOfDay = until.kind == Kind::day ? millisPerDay - 1 : 0;
+        return clock_.instantsOf(wrappingAdd(std::int64_t(until.time), restOfDay)).later;
     }
 
     // Missing times come later than those behind them, so they wait until it is their turn.

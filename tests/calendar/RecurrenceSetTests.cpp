@@ -6,6 +6,7 @@
 #include <tarn/RecurrenceSet.h>
 #include <tarn/TimeText.h>
 
+#include <limits>
 #include <random>
 #include <sstream>
 
@@ -275,6 +276,8 @@ TEST_CASE("RecurrenceSet: the end, single times more and less, and a start that 
     CHECK(shown(set, 9) == datesIn("2025 Dec 31 2026 Jan 1 2@9:00,10:00 4"));
     CHECK(set.between(at("2026-01-02T09:00"), at("2026-01-04T09:00")).size() == 2);
     CHECK(set.from(at("2026-02-01")) == std::default_sentinel);
+    CHECK(set.from(std::numeric_limits<std::int64_t>::max()) == std::default_sentinel);
+    CHECK(set.between(at("2026-01-01"), std::numeric_limits<std::int64_t>::min()).empty());
     RecurrenceSet once(set.getStart(), newYork());
     once.exclude(set.getStart());
     CHECK(once.begin() == once.end());
