@@ -196,6 +196,7 @@ TEST_CASE("Versions: the bytes of an object with a version")
         MemoryInputStream in = readerOf(body);
         const OwnedObject copy(static_cast<InputStream&>(in).readObject());
         CHECK(dynamic_cast<first::Sheet&>(*copy).title == "ab");
+        CHECK(in.getFilePointer() == body.size());
     }
 }
 
