@@ -159,6 +159,9 @@ TEST_CASE("Archive: records that cannot be are errors, and the caller's pointer 
         [&] { otherClass.archive >> node; },
         "An object of struct test::Point was read where one of struct graph::Node is expected");
     CHECK_FALSE(node);
+    Memory single(pointRecord(zero, 1, 2)); // The archive keeps it, since nobody else knows how to destroy it.
+    CHECK_THROWS_AS(single.archive >> node, Serializable::Exception);
+    CHECK(single.archive.getSharedObjects().size() == 1);
 
     Memory cut(zero + word(9) + pointName + word(1));
     CHECK_THROWS_AS(cut.archive >> ptr, EndOfFile);

@@ -163,6 +163,11 @@ TEST_CASE("Versions: a class reads what it wrote before, with an older version a
     CHECK(readAs<second::Sheet>(written(titled<plain::Sheet>("a")), '0', '2')->version == 0);
     const ref_ptr<second::Sheet> sheet = readAs<second::Sheet>(written(titled<first::Sheet>("b")), '1', '2');
     CHECK(sheet->version == 1);
+    struct {
+        MemoryInputStream in;
+        char behind[400] = {};
+    } plain;
+    CHECK(versionOf(plain.in) == 0);
     CHECK(sheet->title == "b");
     CHECK(sheet->note == "note");
 }
