@@ -4,9 +4,10 @@
 #include <tarn/Export.h>
 #include <tarn/Windows.h>
 
-#include <shlobj.h>
-
 #include <boost/noncopyable.hpp>
+
+/// As <shlobj.h> has it, which takes long to compile.
+typedef struct _ITEMIDLIST ITEMIDLIST;
 
 namespace tarn {
 /// The shell's name of a folder or file, owned (freed through the shell's allocator) or borrowed.

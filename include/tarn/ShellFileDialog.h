@@ -2,16 +2,15 @@
 
 #include <tarn/BasicString.h>
 #include <tarn/COMApartment.h>
-#include <tarn/COMInterfacePointer.h>
 #include <tarn/Export.h>
 #include <tarn/Windows.h>
 
-#include <shobjidl.h>
-
 #include <boost/noncopyable.hpp>
 
-#include <utility>
+#include <memory>
 #include <vector>
+
+struct IFileDialog;
 
 namespace tarn {
 /// What OpenFileDialog, SaveFileDialog and OpenFolderDialog have in common: the shell's dialogs of today, with its
@@ -46,9 +45,9 @@ public:
     void addPlace(const char* folder);
     void addPlace(const wchar_t* folder);
     ///@}
-    /// Sets and then clears `FOS_...`, beyond those that the class has by itself: `FOS_FORCEFILESYSTEM`,
-    /// `FOS_NOCHANGEDIR` and the platform's own for the kind of dialog. Options that the system does not know throw
-    /// from showModal().
+    /// Sets and then clears `FOS_...` of <shobjidl.h>, beyond those that the class has by itself:
+    /// `FOS_FORCEFILESYSTEM`, `FOS_NOCHANGEDIR` and the platform's own for the kind of dialog. Options that the system
+    /// does not know throw from showModal().
     void setOptions(unsigned long set, unsigned long clear = 0);
 
     /// False when the user cancelled. Throws "Can't show file dialog", and what the handlers of other windows throw
@@ -87,8 +86,10 @@ protected:
     const std::vector<BasicString<wchar_t>>& getPaths() const { return paths_; }
 
 private:
-    void prepare(const COMInterfacePointer<IFileDialog>& dialog) const;
-    void takeResults(const COMInterfacePointer<IFileDialog>& dialog);
+    void prepare(IFileDialog& dialog) const;
+    void takeResults(IFileDialog& dialog);
+
+    struct Folders;
 
     COMApartment com_; // First, so that it is there for everything else and ends last.
     GUID shellClass_;
@@ -98,8 +99,7 @@ private:
     BasicString<wchar_t> title_, extension_, name_;
     std::vector<Filter> filters_;
     unsigned selectedFilter_ = 0;
-    COMInterfacePointer<IShellItem> startFolder_;
-    std::vector<COMInterfacePointer<IShellItem>> places_;
+    std::unique_ptr<Folders> folders_;
     std::vector<BasicString<wchar_t>> paths_;
 };
 

@@ -4,6 +4,8 @@
 
 #include "../foundation/Throw.h"
 
+#include <shlobj.h>
+
 #include <utility>
 
 namespace tarn {

@@ -1,5 +1,6 @@
 #include <tarn/ShellFileDialog.h>
 
+#include <tarn/COMInterfacePointer.h>
 #include <tarn/Exception.h>
 
 #include "../foundation/TaskMemory.h"
@@ -8,7 +9,14 @@
 
 #include <shlobj.h>
 
+#include <utility>
+
 namespace tarn {
+struct ShellFileDialog::Folders {
+    COMInterfacePointer<IShellItem> start;
+    std::vector<COMInterfacePointer<IShellItem>> places;
+};
+
 namespace {
 constexpr const char* cannotShow = "Can't show file dialog";
 
@@ -44,7 +52,8 @@ std::vector<BasicString<wchar_t>> pathsOf(IShellItemArray& items)
 } // namespace
 
 ShellFileDialog::ShellFileDialog(const GUID& shellClass, HWND owner, unsigned long options)
-    : shellClass_(shellClass), owner_(owner), set_(options | FOS_FORCEFILESYSTEM | FOS_NOCHANGEDIR)
+    : shellClass_(shellClass), owner_(owner), set_(options | FOS_FORCEFILESYSTEM | FOS_NOCHANGEDIR),
+      folders_(std::make_unique<Folders>())
 {
 }
 ShellFileDialog::~ShellFileDialog() = default;
@@ -56,9 +65,9 @@ OpenFolderDialog::OpenFolderDialog(HWND owner) : ShellFileDialog(__uuidof(::File
 void ShellFileDialog::setTitle(const char* title) { title_ = title; }
 void ShellFileDialog::setTitle(const wchar_t* title) { title_ = title; }
 void ShellFileDialog::setStartFolder(const char* folder) { setStartFolder(BasicString<wchar_t>(folder).c_str()); }
-void ShellFileDialog::setStartFolder(const wchar_t* folder) { startFolder_ = folderAt(folder); }
+void ShellFileDialog::setStartFolder(const wchar_t* folder) { folders_->start = folderAt(folder); }
 void ShellFileDialog::addPlace(const char* folder) { addPlace(BasicString<wchar_t>(folder).c_str()); }
-void ShellFileDialog::addPlace(const wchar_t* folder) { places_.push_back(folderAt(folder)); }
+void ShellFileDialog::addPlace(const wchar_t* folder) { folders_->places.push_back(folderAt(folder)); }
 void ShellFileDialog::setDefaultExtension(const char* extension) { extension_ = extension; }
 void ShellFileDialog::setDefaultExtension(const wchar_t* extension) { extension_ = extension; }
 void ShellFileDialog::setName(const char* name) { name_ = name; }
@@ -85,52 +94,52 @@ bool ShellFileDialog::showModal()
     paths_.clear();
     // A new one each time, because the shell's takes its filters only once.
     const auto dialog = COMInterfacePointer<IFileDialog>::create(shellClass_);
-    prepare(dialog);
+    prepare(*dialog.get());
     const SystemDialogs dialogs;
     const HRESULT result = runningLoop([&] { return dialog->Show(owner_); }, [&]() noexcept { dialogs.cancel(); });
     if (result == HRESULT_FROM_WIN32(ERROR_CANCELLED))
         return false;
     ensureShown(result);
-    takeResults(dialog);
+    takeResults(*dialog.get());
     return true;
 }
 
-void ShellFileDialog::prepare(const COMInterfacePointer<IFileDialog>& dialog) const
+void ShellFileDialog::prepare(IFileDialog& dialog) const
 {
     FILEOPENDIALOGOPTIONS options = 0;
-    ensureShown(dialog->GetOptions(&options));
-    ensureShown(dialog->SetOptions((options | set_) & ~cleared_));
+    ensureShown(dialog.GetOptions(&options));
+    ensureShown(dialog.SetOptions((options | set_) & ~cleared_));
     std::vector<COMDLG_FILTERSPEC> filters;
     for (const Filter& filter : filters_)
         filters.push_back({filter.name.c_str(), filter.patterns.c_str()});
     if (!filters.empty()) {
-        ensureShown(dialog->SetFileTypes(static_cast<UINT>(filters.size()), filters.data()));
-        ensureShown(dialog->SetFileTypeIndex(selectedFilter_ + 1));
+        ensureShown(dialog.SetFileTypes(static_cast<UINT>(filters.size()), filters.data()));
+        ensureShown(dialog.SetFileTypeIndex(selectedFilter_ + 1));
     }
     if (!title_.empty())
-        ensureShown(dialog->SetTitle(title_.c_str()));
+        ensureShown(dialog.SetTitle(title_.c_str()));
     if (!extension_.empty())
-        ensureShown(dialog->SetDefaultExtension(extension_.c_str()));
+        ensureShown(dialog.SetDefaultExtension(extension_.c_str()));
     if (!name_.empty())
-        ensureShown(dialog->SetFileName(name_.c_str()));
-    if (startFolder_)
-        ensureShown(dialog->SetFolder(startFolder_));
-    for (const COMInterfacePointer<IShellItem>& place : places_)
-        ensureShown(dialog->AddPlace(place, FDAP_BOTTOM));
+        ensureShown(dialog.SetFileName(name_.c_str()));
+    if (folders_->start)
+        ensureShown(dialog.SetFolder(folders_->start));
+    for (const COMInterfacePointer<IShellItem>& place : folders_->places)
+        ensureShown(dialog.AddPlace(place, FDAP_BOTTOM));
 }
 
-void ShellFileDialog::takeResults(const COMInterfacePointer<IFileDialog>& dialog)
+void ShellFileDialog::takeResults(IFileDialog& dialog)
 {
     UINT filter = 0; // Counted from 1.
-    if (!filters_.empty() && SUCCEEDED(dialog->GetFileTypeIndex(&filter)) && filter > 0)
+    if (!filters_.empty() && SUCCEEDED(dialog.GetFileTypeIndex(&filter)) && filter > 0)
         selectedFilter_ = filter - 1;
-    if (const auto opening = dialog.as<IFileOpenDialog>()) {
+    if (const auto opening = COMInterfacePointer<IFileDialog>(&dialog).as<IFileOpenDialog>()) {
         COMInterfacePointer<IShellItemArray> items;
         ensureShown(opening->GetResults(items.put()));
         paths_ = pathsOf(*items.get());
     } else {
         COMInterfacePointer<IShellItem> item;
-        ensureShown(dialog->GetResult(item.put()));
+        ensureShown(dialog.GetResult(item.put()));
         paths_.push_back(pathOf(*item.get()));
     }
 }
