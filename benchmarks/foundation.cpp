@@ -228,10 +228,10 @@ TEST_CASE("errors")
     table.row("20,000 times WindowsError, text not asked for", 1.2,
               repeated(20000, [] { return thrownAndCaught<tarn::WindowsError>(5ul, "Can't open the file"); }),
               repeated(20000, [] { return thrownAndCaught<std::runtime_error>("Can't open the file"); }));
-    table.row("20,000 times HRESULTHolder::throwOnError, no memory", 1.2,
+    table.row("20,000 times HRESULTHolder::throwOnError, no memory", 1.3,
               throwing([] { tarn::HRESULTHolder::throwOnError(E_OUTOFMEMORY, "Can't get it"); }),
               throwing(&throwBadAlloc));
-    table.row("20,000 times HRESULTHolder::throwOnError, COM's", 1.3,
+    table.row("20,000 times HRESULTHolder::throwOnError, COM's", 1.6,
               throwing([] { tarn::HRESULTHolder::throwOnError(E_NOINTERFACE, "Can't get it"); }),
               throwing(&throwRuntimeError));
 }
