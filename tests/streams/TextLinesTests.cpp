@@ -89,7 +89,7 @@ TEST_CASE("LineWriter: the bytes of every encoding, and what an encoding lacks")
     MemoryOutputStream out;
     LineWriter writer(out, {.encoding = 1252});
     writer.write(L"\x20AC one\n");
-    SetLastError(ERROR_INVALID_FLAGS); // Left over from somewhere else.
+    SetLastError(ERROR_INVALID_FLAGS);                          // Left over from somewhere else.
     expectError<Exception>([&] { writer.writeLine(L"\x100"); }, // No A either.
                            "Line 2 has characters that code page 1252 lacks");
     expectError<Exception>([] { written({L"\xDC00"}, {}); }, "Line 1 has characters that code page 65001 lacks");
