@@ -73,7 +73,8 @@ void MemoryOutputStream::grow(unsigned long long newSize)
     if (newSize > largestSize)
         throwError(std::runtime_error("New size too large for a size_t"));
     const auto size = static_cast<unsigned int>(newSize);
-    const bool isSamePage = size / pageSize == buffer_.size() / pageSize;
+    // What the heap needs for itself may shift the borders of its pages.
+    const bool isSamePage = (size + 0x100ull) / pageSize == buffer_.size() / pageSize;
     if (size < roomySize || buffer_.empty() || isSamePage || growsInPlace(buffer_.data(), size))
         buffer_.resize(size);
     else
