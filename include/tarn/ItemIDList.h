@@ -7,7 +7,7 @@
 #include <boost/noncopyable.hpp>
 
 /// As <shlobj.h> has it, which takes long to compile.
-typedef struct _ITEMIDLIST ITEMIDLIST;
+typedef struct _ITEMIDLIST ITEMIDLIST; // NOLINT(bugprone-reserved-identifier): the platform's name
 
 namespace tarn {
 /// The shell's name of a folder or file, owned (freed through the shell's allocator) or borrowed.
