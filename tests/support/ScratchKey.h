@@ -18,7 +18,8 @@ struct StoredValue {
 /// handle open.
 class ScratchKey {
 public:
-    ScratchKey();
+    /// So many handles may stay nevertheless: the system opens some when threads wait for each other.
+    explicit ScratchKey(unsigned long spareHandles = 0);
     ScratchKey(const ScratchKey&) = delete;
     ScratchKey& operator=(const ScratchKey&) = delete;
     ~ScratchKey();
@@ -44,7 +45,7 @@ private:
     std::wstring path_;
     HKEY key_ = nullptr;
     int exceptions_;
-    unsigned long handles_;
+    unsigned long handles_, spareHandles_;
 };
 
 /// The bytes of a text with its terminator.
