@@ -61,7 +61,8 @@ public:
         printer.pPrinterName = text(printerName);
         printer.pPortName = text(L"FILE:");
         printer.pDriverName = text(driverName);
-        printer.pPrintProcessor = text(L"WinPrint");
+        printer.pPrintProcessor =
+            text(wineVersion() == 8 ? L"WinPrint" : L"wineps"); // Later ones have one of their own.
         printer.pDatatype = text(L"RAW");
         printer.pShareName = printer.pComment = printer.pLocation = text(L"");
         handle_ = AddPrinterW(nullptr, 2, reinterpret_cast<BYTE*>(&printer));
