@@ -59,11 +59,13 @@ bool makeLink(const std::wstring& link, const std::wstring& target)
         reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("kernel32.dll"), "wine_get_unix_file_name")));
     if (!unixName)
         return false;
+    // By a program of Wine's: CreateProcess leaves the handles of one of the host's unset, and what is closed is
+    // another's.
     const std::string command =
-        std::string("\\\\?\\unix\\bin\\ln -s ") + unixName(target.c_str()) + ' ' + unixName(link.c_str());
-    const Process process(command.c_str(), 0);
+        std::string("start.exe /unix /bin/ln -s ") + unixName(target.c_str()) + ' ' + unixName(link.c_str());
+    const Process process(command.c_str(), CREATE_NO_WINDOW);
     for (int i = 0; i < 500 && !exists(link); ++i)
-        Sleep(10); // It is no process to wait for.
+        Sleep(10); // What it starts is no process to wait for.
     return exists(link);
 }
 } // namespace
