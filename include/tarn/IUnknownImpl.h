@@ -92,9 +92,9 @@ TARN_API HRESULT resultOfCurrentException() noexcept;
 /// all of them.
 TARN_API HRESULT resultOfCurrentException(EXCEPINFO* failure) noexcept;
 
-/// Runs the body of a COM method, which returns an HRESULT or nothing (`S_OK`), and turns exceptions into
-/// the result, as resultOfCurrentException() does.
-template <class Call> HRESULT asHRESULT(Call call) noexcept
+/// Runs the body of `IDispatch::Invoke`, which returns an HRESULT or nothing (`S_OK`), and turns exceptions into the
+/// result, as resultOfCurrentException() with `failure` does.
+template <class Call> HRESULT asHRESULT(EXCEPINFO* failure, Call call) noexcept
 {
     try {
         if constexpr (std::is_void_v<decltype(call())>) {
@@ -104,20 +104,12 @@ template <class Call> HRESULT asHRESULT(Call call) noexcept
             return call();
         }
     } catch (...) {
-        return resultOfCurrentException();
-    }
-}
-
-/// The same for `IDispatch::Invoke`, as resultOfCurrentException() with `failure` does.
-template <class Call> HRESULT asHRESULT(EXCEPINFO* failure, Call call) noexcept
-{
-    try {
-        call();
-        return S_OK;
-    } catch (...) {
         return resultOfCurrentException(failure);
     }
 }
+
+/// The same for the other methods of COM, whose callers get the text as error information alone.
+template <class Call> HRESULT asHRESULT(Call call) noexcept { return asHRESULT(nullptr, call); }
 
 /// Another interface of an object: it tells clients that what asHRESULT() leaves as error information belongs to the
 /// failures of these interfaces, so that they show it (COMInterfacePointer::throwOnError). A base of the class behind
