@@ -9,13 +9,10 @@
 #include "../foundation/Check.h"
 #include "../foundation/FunctionOf.h"
 #include "../windowing/HandlerScope.h"
-
-#include <commctrl.h>
+#include "../windowing/Subclass.h"
 
 namespace tarn {
 namespace {
-constexpr const char* cannotBegin = "Can't make window accessible";
-
 // Loaded by those windows alone that are asked.
 HMODULE accessibilityLibrary()
 {
@@ -204,20 +201,14 @@ private:
 class AccessibleItems::Registration : private boost::noncopyable {
 public:
     Registration(AccessibleItems& items, HWND window)
-        : items_(items), window_(window), object_(new AccessibleObject(items, window)), alive_(object_)
+        : items_(items), object_(new AccessibleObject(items, window)), alive_(object_),
+          subclass_(window, onMessage, this, "Can't make window accessible")
     {
-        ensureGDI([&] { return SetWindowSubclass(window, onMessage, id(), id()); }, cannotBegin);
     }
-    ~Registration()
-    {
-        object_->forget();
-        RemoveWindowSubclass(window_, onMessage, id());
-    }
-    HWND getWindow() const { return window_; }
+    ~Registration() { object_->forget(); }
+    HWND getWindow() const { return subclass_.getWindow(); }
 
 private:
-    UINT_PTR id() const { return reinterpret_cast<UINT_PTR>(this); }
-
     LRESULT answer(WPARAM wParam) const
     {
         const auto resultOf = functionOf<decltype(LresultFromObject)>(accessibilityLibrary(), "LresultFromObject");
@@ -235,9 +226,9 @@ private:
 
     COMApartment com_; // First, so that it ends last.
     AccessibleItems& items_;
-    HWND window_;
     AccessibleObject* object_;
     COMInterfacePointer<IAccessible> alive_;
+    Subclass subclass_;
 };
 
 AccessibleItems::AccessibleItems() = default;

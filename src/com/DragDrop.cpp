@@ -7,6 +7,7 @@
 #include "../foundation/Check.h"
 #include "../windowing/GlobalData.h"
 #include "../windowing/HandlerScope.h"
+#include "../windowing/Subclass.h"
 
 #include <ole2.h>
 #include <shlobj.h>
@@ -141,23 +142,18 @@ private:
 class DropTarget::Registration : private boost::noncopyable {
 public:
     Registration(DropTarget& target, HWND window)
-        : target_(target), window_(window), object_(new DropTargetObject(target, window)), alive_(object_)
+        : target_(target), object_(new DropTargetObject(target, window)), alive_(object_),
+          subclass_(window, onMessage, this, cannotAccept)
     {
         HRESULTHolder::throwOnError(RegisterDragDrop(window, object_), cannotAccept);
-        if (SetWindowSubclass(window, onMessage, id(), id()))
-            return;
-        RevokeDragDrop(window);
-        throwLastError(cannotAccept);
     }
     ~Registration()
     {
         object_->forget();
-        RemoveWindowSubclass(window_, onMessage, id());
-        RevokeDragDrop(window_);
+        RevokeDragDrop(subclass_.getWindow());
     }
 
 private:
-    UINT_PTR id() const { return reinterpret_cast<UINT_PTR>(this); }
     static LRESULT CALLBACK onMessage(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR self)
     {
         if (msg == WM_DESTROY) // Later the system would not know the window any more.
@@ -167,9 +163,9 @@ private:
 
     OleApartment ole_; // First, so that it ends last.
     DropTarget& target_;
-    HWND window_;
     DropTargetObject* object_;
     COMInterfacePointer<IDropTarget> alive_;
+    Subclass subclass_;
 };
 
 DropTarget::DropTarget() = default;
