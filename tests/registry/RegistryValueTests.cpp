@@ -141,7 +141,7 @@ TEMPLATE_TEST_CASE("RegistryKey: expanded texts have the variables of REG_EXPAND
 
 TEST_CASE("RegistryKey: a text that grows while it is read comes whole")
 {
-    const ScratchKey scratch(4);
+    const ScratchKey scratch(1);
     const RegistryKey key(scratch, false);
     const std::wstring longText(4000, L'l');
     scratch.storeText(L"", L"v", L"s");

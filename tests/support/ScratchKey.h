@@ -18,7 +18,8 @@ struct StoredValue {
 /// handle open.
 class ScratchKey {
 public:
-    /// So many handles may stay nevertheless: the system opens some when threads wait for each other.
+    /// So many handles may stay nevertheless: beside a second thread Wine now and then keeps one, of the platform's
+    /// calls alone, too, and however many they are.
     explicit ScratchKey(unsigned long spareHandles = 0);
     ScratchKey(const ScratchKey&) = delete;
     ScratchKey& operator=(const ScratchKey&) = delete;
