@@ -83,10 +83,11 @@ EventConnection::EventConnection(IUnknown* source, const GUID& events, Handler h
 
 EventConnection& EventConnection::operator=(EventConnection&& other) noexcept
 {
+    EventConnection taken(std::move(other)); // First, because it may be this object.
     closeQuietly([this] { disconnect(); });
-    target_ = std::move(other.target_);
-    point_ = std::move(other.point_);
-    cookie_ = std::exchange(other.cookie_, 0);
+    target_ = std::move(taken.target_);
+    point_ = std::move(taken.point_);
+    cookie_ = taken.cookie_;
     return *this;
 }
 

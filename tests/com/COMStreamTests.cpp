@@ -45,6 +45,11 @@ TEST_CASE("COMStream: a stream of the platform's is one of the library's")
     CHECK_THROWS_AS(COMStream(nullptr).flush(), COMError);
     Slow slow;
     COMStream failing(makeCOMStream(slow));
+    const auto whole = makeCOMStream(slow); // It has no transactions, locks and clones.
+    COMInterfacePointer<IStream> none;
+    for (const HRESULT result : {whole->Revert(), whole->SetSize({}), whole->LockRegion({}, {}, 0),
+                                 whole->UnlockRegion({}, {}, 0), whole->Clone(none.put())})
+        CHECK(result == STG_E_INVALIDFUNCTION);
     char bytes[10];
     expectWindowsError([&] { failing.read(bytes, 10); }, ERROR_READ_FAULT, "Can't read from COM stream");
 }

@@ -85,10 +85,15 @@ TEST_CASE("EventConnection: a handler gets the events of an object until it is d
         BStr told;
         told.attach(failure.bstrDescription);
         CHECK(told == WindowsError(ERROR_ACCESS_DENIED).whatW());
-        moved.disconnect();
-        moved.disconnect();
+        EventConnection& same = moved;
+        moved = std::move(same);
+        CHECK(sender->sinks.count(7) == 1);
+        connection = std::move(moved);
+        CHECK((sender->sinks.count(7) == 1 && send(sink, answer) == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED)));
+        connection.disconnect();
+        connection.disconnect();
         CHECK(sender->sinks.empty());
-        CHECK((send(sink, answer) == S_OK && count == 3)); // Who keeps the sink is no danger.
+        CHECK((send(sink, answer) == S_OK && count == 4)); // Who keeps the sink is no danger.
         CHECK(failureOf([&] { EventConnection(source, IID_IDispatch, {}); }) == CONNECT_E_NOCONNECTION);
         {
             const EventConnection ended(source, DIID_Events, {});

@@ -25,6 +25,9 @@ TEST_CASE("Variant: takes values with their automation type")
     CHECK((Variant(true).getType() == VT_BOOL && Variant(true).boolVal == VARIANT_TRUE));
     CHECK((Variant().getType() == VT_EMPTY && Variant(7).getType() == VT_I4 && Variant(7ull).getType() == VT_UI8));
     CHECK(Variant::missing().scode == DISP_E_PARAMNOTFOUND);
+    const Variant small(static_cast<unsigned char>(200)), word(static_cast<short>(-2)), number(~0ul);
+    CHECK((small.getType() == VT_UI1 && word.getType() == VT_I2 && number.getType() == VT_UI4));
+    CHECK((small.toLong() == 200 && word.toLong() == -2 && number.toULongLong() == ~0u));
     Variant source("copied"), owner;
     VARIANT copy = {};
     REQUIRE(VariantCopy(&copy, &source) == S_OK);
@@ -127,6 +130,7 @@ TEST_CASE("Variant: keeps the object that it holds alive")
         COMInterfacePointer<IPersist> object(new Persistent(nullptr));
         Variant value(static_cast<IUnknown*>(object.get()));
         const Variant copy(value);
+        CHECK((copy == value && copy != Variant(static_cast<IUnknown*>(new Persistent(nullptr)))));
         object.reset();
         value = 1;
         CHECK(copy.toUnknown().as<IPersist>());

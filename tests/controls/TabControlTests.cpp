@@ -21,6 +21,9 @@ TEMPLATE_TEST_CASE("TabControl: tabs of both widths come back as they were set",
     tabs.setTabText(1, longText);
     CHECK(textOf(1) == longText);
 
+    const HIMAGELIST images = ImageList_Create(8, 8, ILC_COLOR, 1, 1);
+    CHECK((!tabs.setImageList(images) && tabs.setImageList(nullptr) == images && ImageList_Destroy(images)));
+
     tabs.setCurrentSelection(1);
     CHECK((tabs.setCurrentSelection(0) == 1 && tabs.getCurrentSelection() == 0));
     const Rect page = tabs.getPageRectangle();

@@ -10,6 +10,8 @@ TEST_CASE("ToolBar: it lies at the top, and its buttons are known by their comma
     } host;
     ToolBar bar;
     bar.create(host, 5, TBSTYLE_FLAT | TBSTYLE_LIST);
+    const HIMAGELIST images = ImageList_Create(8, 8, ILC_COLOR, 1, 1);
+    CHECK((!bar.setImageList(images) && bar.setImageList(nullptr) == images && ImageList_Destroy(images)));
     bar.useStandardImages(false);
     bar.addButton(10, "narrow", STD_FILENEW);
     bar.addSeparator();

@@ -26,11 +26,16 @@ TEST_CASE("ToolTip: controls and parts of a window have texts until they are rem
     tip.add(button, "narrow");
     tip.add(host, 1, Rect(50, 0, 60, 10), L"w\u00EFde");
     CHECK((tip.getCount() == 2 && textOf(tip, host, id) == L"narrow" && textOf(tip, host, 1) == L"w\u00EFde"));
-    tip.setTipText(button, L"other");
+    tip.setTipText(button, L"\u00F6ther");
+    CHECK(textOf(tip, host, id) == L"\u00F6ther");
+    tip.setTipText(button, "other");
     CHECK(textOf(tip, host, id) == L"other");
     tip.remove(button);
     CHECK(tip.getCount() == 1);
     tip.remove(host, 1);
+    tip.add(host, 2, Rect(50, 0, 60, 10), "part");
+    CHECK(textOf(tip, host, 2) == L"part");
+    tip.remove(host, 2);
     CHECK(tip.getCount() == 0);
     expectWindowsError([&] { ToolTip().add(button, L"x"); }, "Can't add tool tip");
 }

@@ -1,5 +1,4 @@
-#include "Test.h"
-
+#include "../windowing/Windows.h"
 #include "Driving.h"
 #include "ScratchFolder.h"
 
@@ -54,6 +53,55 @@ TEST_CASE("FolderDialog: the folder preselected is chosen, or the dialog cancell
     CHECK(dialog.getDisplayName().endsWith(folder.path().filename().wstring().c_str())); // Or the whole path.
     dialog.button = IDCANCEL;
     CHECK((!dialog.showModal() && !dialog.getSelection() && dialog.getDisplayName().empty()));
+}
+
+TEMPLATE_TEST_CASE("FolderDialog: its title and status texts of both widths are shown over its owner", "", char,
+                   wchar_t)
+{
+    const BasicString<TestType> title("Titl\xE9", 5), status("Stat\xFCs", 6);
+    struct Shown : FolderDialog {
+        Shown(Window& owner, const BasicString<TestType>& title, const TestType* status)
+            : FolderDialog(owner, title.c_str(), BIF_STATUSTEXT), text(status)
+        {
+        }
+        void onInitialized() override
+        {
+            setStatusText(text);
+            EnumChildWindows(*this, appendText, reinterpret_cast<LPARAM>(&texts));
+            isOwned = GetWindow(*this, GW_OWNER) != nullptr;
+            postMessageW(WM_COMMAND, IDCANCEL);
+        }
+        static BOOL CALLBACK appendText(HWND child, LPARAM texts)
+        {
+            reinterpret_cast<std::wstring*>(texts)->append(Window(child).getTextW()).append(1, L'|');
+            return TRUE;
+        }
+        const TestType* text;
+        std::wstring texts;
+        bool isOwned = false;
+    };
+    OpenWindow owner;
+    Shown dialog(owner, title, status.c_str());
+    const Driver watchdog([] { return false; });
+    CHECK((!dialog.showModal() && dialog.isOwned));
+    for (const auto& shown : {title, status})
+        CHECK(dialog.texts.find(BasicString<wchar_t>(shown.c_str())) != std::wstring::npos);
+}
+
+TEST_CASE("ItemIDList: what it owns is moved and released once, and has a path in both widths")
+{
+    const ScratchFolder folder;
+    LPITEMIDLIST list = nullptr;
+    REQUIRE(SHParseDisplayName(folder.path().c_str(), nullptr, &list, 0, nullptr) == S_OK);
+    ItemIDList first(list, true), second(std::move(first));
+    CHECK((!first && second.getPathA() == folder.path().string().c_str()));
+    first = std::move(second);
+    ItemIDList& same = first;
+    first = std::move(same);
+    CHECK((!second && first.getPathW() == folder.path().c_str()));
+    CoTaskMemFree(first.detach()); // Its owner is the caller now.
+    CHECK((!first && first.getPathW().empty()));
+    CoTaskMemFree(list);
 }
 
 TEST_CASE("FolderDialog: what a handler throws closes it and comes out of it")

@@ -60,6 +60,9 @@ TEST_CASE("QuestionDialog: it shows its texts and buttons, and gives the one tha
     Asked dialog(owner);
     dialog.setPicture(QuestionDialog::warning);
     dialog.setContent(L"There is m\u00F6re.");
+    dialog.setDetails("In detail");
+    dialog.setFooter(L"At the foot");
+    dialog.setEndlessProgress();
     dialog.setCommonButtons(TDCBF_CANCEL_BUTTON);
     dialog.setDefaultButton(discard);
     std::wstring texts;
@@ -67,10 +70,14 @@ TEST_CASE("QuestionDialog: it shows its texts and buttons, and gives the one tha
         texts = textsIn(shown.getWindowHandle());
         CHECK(Window(shown.getWindowHandle()).getTextW() == L"Plan");
         CHECK(!IsWindowEnabled(owner));
+        for (const bool isEnabled : {false, true}) {
+            shown.enableButton(IDCANCEL, isEnabled);
+            CHECK((IsWindowEnabled(GetDlgItem(shown.getWindowHandle(), IDCANCEL)) != FALSE) == isEnabled);
+        }
         shown.press(IDCANCEL);
     };
     CHECK(dialog.showModal() == IDCANCEL);
-    for (const wchar_t* text : {L"&Save", L"&Discard", L"Cancel"})
+    for (const wchar_t* text : {L"&Save", L"&Discard", L"Cancel", L"At the foot"})
         CHECK(texts.find(text) != std::wstring::npos);
     CHECK((IsWindowEnabled(owner) && !dialog.getWindowHandle()));
     dialog.step = [](Asked& shown) { shown.press(discard); };

@@ -61,7 +61,8 @@ TEST_CASE("FolderWatch: without the folders inside, moved, and ended without a t
     FolderWatch(folder.path().c_str()).getChanges(0);
     const unsigned long handles = openHandles();
     {
-        FolderWatch first(folder.path().c_str(), false), watch(std::move(first));
+        FolderWatch first(folder.path().c_str(), false), watch(folder.file(L"in"));
+        watch = std::move(first);
         folder.write("in\\inside", "y");
         folder.write("end", "");
         for (const FolderChange& change : changesUntil(watch, L"end"))

@@ -50,12 +50,16 @@ TEST_CASE("LogFile: a line has time, thread, level, text and place, and is one l
     log.warning("one\r\ntwo\n2026-01-01 ERROR forged");
     log.error(WindowsError(ERROR_ACCESS_DENIED, "Can't"));
     log.write(LogLevel::error, static_cast<const char*>(nullptr));
+    log.info(L"\x0416");
+    log.warning(L"\x0416");
+    log.error(L"\x0416");
     std::vector<std::string> texts = textsOf(all());
-    REQUIRE(texts.size() == 5);
+    REQUIRE(texts.size() == 8);
     CHECK(texts[1] == "DEBUG \xD0\x96");
     CHECK(texts[2] == "WARNING one\\ntwo\\n2026-01-01 ERROR forged");
     CHECK(texts[3].starts_with("ERROR Can't: "));
     CHECK(texts[4] == "ERROR ");
+    CHECK((texts[5] == "INFO \xD0\x96" && texts[6] == "WARNING \xD0\x96" && texts[7] == "ERROR \xD0\x96"));
     CHECK(log.getLostLines() == 0);
 }
 

@@ -63,7 +63,8 @@ TEST_CASE("WindowsModule: a failing free throws, out of the destructor too")
 
 TEST_CASE("WindowsModule: procedures may be missing only when said so, file names come in both widths")
 {
-    const WindowsModule kernel("kernel32.dll", false);
+    WindowsModule kernel("kernel32.dll", false);
+    kernel.disableThreadCalls();
     CHECK(kernel.getProcAddress("GetLastError", false));
     CHECK(kernel.getProcAddress("NoSuchFunction", true) == nullptr);
     expectWindowsError([&] { kernel.getProcAddress("NoSuchFunction", false); }, ERROR_PROC_NOT_FOUND,
@@ -73,7 +74,8 @@ TEST_CASE("WindowsModule: procedures may be missing only when said so, file name
 
     CHECK(kernel.getFilenameA().toLower().endsWith("\\kernel32.dll"));
     CHECK(kernel.getFilenameW() == a2w(kernel.getFilenameA(), CP_ACP));
-    const WindowsModule nothing(reinterpret_cast<HINSTANCE>(0x10000));
+    WindowsModule nothing(reinterpret_cast<HINSTANCE>(0x10000));
+    expectWindowsError([&] { nothing.disableThreadCalls(); }, "Can't disable thread calls for library");
     expectWindowsError([&] { nothing.getFilenameA(); }, "Error in retrieving module file name");
 }
 

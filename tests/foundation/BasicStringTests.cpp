@@ -1,5 +1,7 @@
 #include "Test.h"
 
+#include "ScratchFolder.h"
+
 #include <filesystem>
 #include <locale.h>
 #include <map>
@@ -374,4 +376,25 @@ TEST_CASE("StringHelper: convert of the own width is a view, comparisons ignore 
     CHECK(Narrow::icmp("ABC", "abc") == 0);
     CHECK(Narrow::nicmp("abcX", "ABCY", 3) == 0);
     CHECK(Wide::nicmp(L"abcX", L"ABCY", 4) < 0);
+}
+
+TEMPLATE_TEST_CASE("StringHelper: the runtime's functions take and give texts of their width", "", char, wchar_t)
+{
+    using Helper = StringHelper<TestType>;
+    using Text = BasicString<TestType>;
+    TestType buffer[L_tmpnam + 10] = {'a', 'B', 0};
+    CHECK(Text(Helper::lwr(buffer)) == text<TestType>("ab"));
+    CHECK(Text(Helper::upr(buffer)) == text<TestType>("AB"));
+    CHECK((Text(Helper::itos(-7, buffer, 10)) == text<TestType>("-7") &&
+           Text(Helper::ltos(255, buffer, 16)) == text<TestType>("ff")));
+    const Text date = Helper::date(buffer), time = Helper::time(buffer);
+    CHECK((date.size() == 8 && date[2] == '/' && time.size() == 8 && time[2] == ':'));
+    CHECK(!Text(Helper::tmpnam(buffer)).empty());
+    const Text prefix = text<TestType>("pre");
+    const std::unique_ptr<TestType, decltype(&free)> name(Helper::tempnam(nullptr, prefix.c_str()), free);
+    CHECK(Text(name.get()).find(prefix) != Text::npos);
+    const ScratchFolder folder;
+    const std::filesystem::path made = folder.path() / "made";
+    const auto path = made.string<TestType>();
+    CHECK((Helper::mkdir(path.c_str()) == 0 && is_directory(made) && Helper::mkdir(path.c_str()) != 0));
 }

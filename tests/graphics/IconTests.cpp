@@ -51,6 +51,7 @@ TEST_CASE("Icon: any size is loaded and drawn")
     CHECK(canvas.pixels().find_last_not_of(".\n") > 30 * 41); // Larger than it is itself.
     expectWindowsError([&] { icon.load(6, program, 16); }, "Can't load icon");
     expectWindowsError([&] { icon.loadFile("missing.ico", 16); }, "Can't load icon");
+    expectWindowsError([&] { icon.loadFile(L"missing.ico", 16); }, "Can't load icon");
     expectWindowsError([&] { icon.getSize(); }, "Can't get size of icon");
 }
 

@@ -1,6 +1,7 @@
 #include "Windows.h"
 
 #include <tarn/AccessibleItems.h>
+#include <tarn/BStr.h>
 #include <tarn/Button.h>
 #include <tarn/COMApartment.h>
 #include <tarn/COMInterfacePointer.h>
@@ -76,6 +77,12 @@ TEST_CASE("AccessibleItems: a screen reader gets the names, roles, states and pl
     VARIANT found{};
     CHECK((object->accHitTest(corner.x, corner.y, &found) == S_OK && found.lVal == 2));
     CHECK((object->get_accFocus(&found) == S_OK && found.lVal == 2));
+    CHECK((object->get_accSelection(&found) == S_OK && found.lVal == 2));
+    BStr action, none;
+    CHECK((object->get_accDefaultAction(child(2), action.put()) == S_OK && action.toString() == L"Roll"));
+    CHECK(object->get_accDefaultAction(child(1), none.put()) == DISP_E_MEMBERNOTFOUND);
+    COMInterfacePointer<IDispatch> parent;
+    CHECK((object->get_accParent(parent.put()) == S_OK && parent.as<IAccessible>()));
     CHECK(object->accDoDefaultAction(child(1)) == DISP_E_MEMBERNOTFOUND);
     CHECK((object->accDoDefaultAction(child(2)) == S_OK && dice.pressed == 1));
 }

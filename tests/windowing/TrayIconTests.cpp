@@ -39,7 +39,9 @@ TEST_CASE("TrayIcon: it is in the task bar for as long as the object lives, also
         window = icon;
         CHECK((icon.isShown() && isKnown(window) && !IsWindowVisible(window)));
         icon.setTip((std::wstring(126, L'x') + L"\xD83D\xDE00").c_str());
+        icon.setTip("narrow");
         icon.setPicture(LoadIconW(nullptr, IDI_WARNING));
+        icon.setPicture(picture, nullptr);
         icon.showNotice("Mail", "A letter has come", TrayIcon::warning);
         icon.hideNotice();
 

@@ -39,6 +39,7 @@ TEST_CASE("Window: each failing call is reported by its own words")
         {"Can't set focus", [&] { dead.setFocus(); }},
         {"Can't retrieve dialog item 7", [&] { dead.getDialogItem(7, true); }, codelessOnWine},
         {"Can't scroll window", [&] { dead.scroll(Point(1, 1), nullptr, nullptr); }},
+        {"Can't scroll window", [&] { dead.scroll(Size(1, 1), nullptr, nullptr); }},
         {"Can't create timer with id 70000 and interval 5", [&] { dead.startTimer(70000, 5); }},
         {"Can't stop timer with id 70000", [&] { dead.stopTimer(70000); }},
         {"Can't invalidate window", [&] { dead.invalidate(true); }},
@@ -84,7 +85,8 @@ TEMPLATE_TEST_CASE("Window: texts of both widths come back whole", "", char, wch
     window.setText(longText);
     window.setText(5, longText);
     CHECK((text(window) == longText && text(window, 5) == longText));
-    CHECK((window.hasText(5) && button.getTextLengthW() == 5000));
+    CHECK((window.hasText(5) && button.getTextLengthW() == 5000 && button.getTextLengthA() == 5000));
+    CHECK((window.isUnicode() && button.sendMessageT(WM_GETTEXTLENGTH) == 5000));
     const TestType empty[] = {0};
     window.setText(empty);
     CHECK((text(window).empty() && !window.hasText()));
@@ -127,6 +129,9 @@ TEST_CASE("Window: place and size are read and changed")
     CHECK(window.getWindowRectangle() == Rect(1, 2, 301, 202));
     CHECK((window.getExtendedStyle() & WS_EX_TOPMOST));
     window.setPosition(HWND_NOTOPMOST, Point(5, 6), Size(100, 100), 0);
+    CHECK(window.getWindowRectangle() == Rect(5, 6, 105, 106));
+    window.setPosition(Point(6, 7), 0);
+    CHECK((window.getWindowRectangle() == Rect(6, 7, 106, 107) && window.getClientPosition() == Point()));
     window.move(Rect(7, 8, 107, 108), false);
     CHECK(window.toScreen(Point(1, 1)) == Point(8, 9));
     CHECK(window.fromScreen(Point(7, 8)) == Point());
