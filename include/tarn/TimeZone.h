@@ -43,18 +43,18 @@ public:
     /// The zone of a name, that of Windows, "W. Europe Standard Time", or that of the rest of the world,
     /// "Europe/Berlin", for all times: by the platform's tables in the years that these know, by their first and last
     /// year in others. The offsets that it tells by itself are those of the last year; to set one of them, or a rule,
-    /// makes it a zone with the same rules for all years. Throws as current(), with ERROR_FILE_NOT_FOUND for a name
-    /// that is not known.
+    /// makes it a zone with the same rules for all years. Throws WindowsError `Can't get time zone information of
+    /// "Mars/Olympus"`, with ERROR_FILE_NOT_FOUND for a name that is not known.
     ///@{
     static TimeZone named(const char* name);
     static TimeZone named(const wchar_t* name);
     ///@}
-    /// The same for the zone of the running system.
+    /// The same for the zone of the running system. Throws as current() or named().
     static TimeZone ofSystem();
     /// As currentForYear() for the zone of a name, that of Windows, "W. Europe Standard Time", or that of the rest of
     /// the world, "Europe/Berlin", by the rules that the platform's tables have for the year. They know no more than
-    /// two changes a year; for years that they do not cover the system takes rules of others. Throws as current(), with
-    /// ERROR_FILE_NOT_FOUND for a name that is not known.
+    /// two changes a year; for years that they do not cover the system takes rules of others. Throws as without a
+    /// year.
     ///@{
     static TimeZone named(const char* name, int year);
     static TimeZone named(const wchar_t* name, int year);

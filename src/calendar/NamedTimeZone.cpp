@@ -2,11 +2,13 @@
 #include <tarn/Windows.h>
 
 #include "../foundation/Check.h"
+#include "PlatformZone.h"
 #include "ZoneHistory.h"
 #include "ZoneNames.h"
 
 #include <algorithm>
 #include <iterator>
+#include <string>
 #include <string_view>
 
 namespace tarn {
@@ -28,22 +30,16 @@ template <class Ch> std::string_view windowsNameOf(std::basic_string_view<Ch> na
     return {};
 }
 
-template <class Text> void copyName(DYNAMIC_TIME_ZONE_INFORMATION& zone, Text name)
-{
-    // Without a name the system takes what else the structure has, and with one that is too long a part of it.
-    if (name.empty() || name.size() >= std::size(zone.TimeZoneKeyName))
-        throwWindowsError(ERROR_FILE_NOT_FOUND, "Can't get time zone information");
-    std::ranges::copy(name, zone.TimeZoneKeyName);
-}
-
 template <class Ch> DYNAMIC_TIME_ZONE_INFORMATION zoneOf(const Ch* text)
 {
     const std::basic_string_view<Ch> name = text ? text : std::basic_string_view<Ch>();
     DYNAMIC_TIME_ZONE_INFORMATION zone{};
     if (const std::string_view windowsName = windowsNameOf(name); !windowsName.empty())
-        copyName(zone, windowsName);
-    else
-        copyName(zone, name);
+        std::ranges::copy(windowsName, zone.TimeZoneKeyName);
+    else if (!name.empty() && name.size() < std::size(zone.TimeZoneKeyName))
+        std::ranges::copy(name, zone.TimeZoneKeyName);
+    else // Without a name the system takes what else the structure has, and with one that is too long a part of it.
+        throwError(WindowsError(ERROR_FILE_NOT_FOUND, std::string(noInformationOf(text))));
     return zone;
 }
 } // namespace

@@ -12,7 +12,7 @@ TIME_ZONE_INFORMATION zoneInformation(int year, const DYNAMIC_TIME_ZONE_INFORMAT
     TIME_ZONE_INFORMATION information;
     ensure(GetTimeZoneInformationForYear(static_cast<USHORT>(year), const_cast<DYNAMIC_TIME_ZONE_INFORMATION*>(zone),
                                          &information),
-           "Can't get time zone information");
+           [zone] { return zone ? noInformationOf(zone->TimeZoneKeyName) : "Can't get time zone information"; });
     return information;
 }
 
