@@ -73,7 +73,7 @@ tarn::TimeZone Zone::forYear(int year) const
 tarn::Time Zone::toTime(Local local) const
 {
     const tarn::TimeZone::Instants instants = forYear(yearOf(local)).instantsOf(local);
-    return instants.count == 0 ? instants.earlier : instants.later;
+    return instants.count == 0 ? instants.later : instants.earlier;
 }
 
 Local Zone::toLocal(const tarn::Time& time) const

@@ -23,7 +23,8 @@ public:
     /// The rules for a year; a TimeZone holds those of one year only.
     tarn::TimeZone forYear(int year) const;
 
-    /// Of an hour that clocks show twice the second one; of one that they leave out, an hour before.
+    /// As a RecurrenceSet has it: of an hour that clocks show twice the first one; of one that they leave out, an hour
+    /// later.
     tarn::Time toTime(Local local) const;
     Local toLocal(const tarn::Time& time) const;
 
