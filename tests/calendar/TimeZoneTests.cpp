@@ -4,8 +4,10 @@
 #include <tarn/TimeZone.h>
 
 #include "Private.h"
-#include "ZoneSums.h"
+#include "calendar/ZoneNames.h"
 #include "Zones.h"
+
+#include <map>
 
 using Base = GregorianCalendarBase;
 using zones::hour;
@@ -183,14 +185,27 @@ TEST_CASE("TimeZone: zones for all times agree with another implementation")
 {
     if (wineVersion() != 8) // The tables of others differ from these in other years.
         return;
-    for (const zones::Sums& row : zones::zoneSums) {
-        const TimeZone zone = TimeZone::named(row.name);
+    // Years with more than two changes, or with other dates in the tables: a bit for each, the lowest for 2000.
+    const std::map<std::string, unsigned> leftOut = {
+        {"Argentina Standard Time", 0x1},   {"Egypt Standard Time", 0x4400},
+        {"Georgian Standard Time", 0x10},   {"Magallanes Standard Time", 0x18000},
+        {"Morocco Standard Time", 0x7f000}, {"Newfoundland Standard Time", 0x800},
+        {"Russia Time Zone 11", 0x600},     {"Russia Time Zone 3", 0x600},
+        {"Samoa Standard Time", 0x800},     {"Tomsk Standard Time", 0x4},
+        {"Turkey Standard Time", 0x4800},   {"West Bank Standard Time", 0x800}};
+    unsigned total = 0;
+    for (const ZoneNames& names : zoneNames) {
+        const TimeZone zone = TimeZone::named(names.windows);
+        const auto bits = leftOut.find(names.windows);
         unsigned sum = 0;
-        for (int year = 2000; year <= 2022; ++year)
-            sum = sum * 31 + (row.leftOut >> (year - 2000) & 1 ? 0 : static_cast<unsigned>(sumOf(zone, year)));
-        INFO(row.name);
-        CHECK(sum == row.sum);
+        for (int year = 2000; year <= 2022; ++year) {
+            const bool isLeftOut = bits != leftOut.end() && (bits->second >> (year - 2000) & 1) != 0;
+            sum = sum * 31 + (isLeftOut ? 0 : static_cast<unsigned>(sumOf(zone, year)));
+        }
+        UNSCOPED_INFO(names.windows << ": " << sum);
+        total = total * 31 + sum;
     }
+    CHECK(total == 0x232d31d5); // tools/zone-names --sums
 }
 
 TEST_CASE("TimeZone: a zone for all times tells what clocks showed when its standard time changed")
