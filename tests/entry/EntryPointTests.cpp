@@ -7,6 +7,7 @@
 
 namespace {
 using Calls = std::vector<std::string>;
+using Indexes = std::vector<DWORD>;
 
 const char* const library = TARN_DLL;
 int readable = 42;
@@ -51,6 +52,17 @@ std::string faultAndTell()
     }
 }
 
+// The program's own callback of a thread that ends is called when the libraries have been told.
+bool isAskedAtTheEnd = false;
+std::string toldAtTheEnd;
+
+void NTAPI onThread(void*, DWORD reason, void*)
+{
+    if (reason == DLL_THREAD_DETACH && isAskedAtTheEnd)
+        toldAtTheEnd = faultAndTell();
+}
+[[gnu::section(".CRT$XLY"), gnu::used]] const PIMAGE_TLS_CALLBACK threadCallback = &onThread;
+
 /// A thread that exists from now on and runs faultAndTell once it is asked.
 class WaitingThread {
 public:
@@ -87,6 +99,10 @@ TEST_CASE("Entry point: loading covers the loading thread and later ones, unload
         CHECK(faultAndTell() == "SEH exception");
         CHECK(WaitingThread().tell() == "SEH exception");
         CHECK(before.tell() == "untouched");
+        isAskedAtTheEnd = true;
+        std::thread([] {}).join();
+        isAskedAtTheEnd = false;
+        CHECK(toldAtTheEnd == "untouched");
     }
     WaitingThread attached;
     REQUIRE(FreeLibrary(module));
@@ -107,16 +123,23 @@ TEST_CASE("Entry point: every call sends one line to the debugger")
     CHECK(output.calls() == Calls(4, "Tarn++ DllMain"));
 }
 
-TEST_CASE("Entry point: loading and unloading many times leaves nothing behind")
+TEST_CASE("Entry point: loading and unloading many times leaves nothing behind, and needs nothing to succeed")
 {
-    const auto lowestFreeIndex = [] {
-        const DWORD index = TlsAlloc();
-        TlsFree(index);
-        return index;
-    };
     FreeLibrary(LoadLibraryA(library));
-    const DWORD index = lowestFreeIndex();
+    const auto takeAllIndexes = [] {
+        Indexes indexes;
+        for (DWORD index = TlsAlloc(); index != TLS_OUT_OF_INDEXES; index = TlsAlloc())
+            indexes.push_back(index);
+        return indexes;
+    };
+    const Indexes indexes = takeAllIndexes();
+    const HMODULE module = LoadLibraryA(library); // Its threads have no translator, and it does not fail.
+    CHECK(module);
+    FreeLibrary(module);
+    std::ranges::for_each(indexes, TlsFree);
     for (int i = 0; i < 50; ++i)
         FreeLibrary(LoadLibraryA(library));
-    CHECK(lowestFreeIndex() == index);
+    const Indexes after = takeAllIndexes();
+    std::ranges::for_each(after, TlsFree);
+    CHECK(after == indexes);
 }
