@@ -44,7 +44,6 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID)
 {
     OutputDebugStringA("Tarn++ DllMain");
     try {
-        tarn::savedTranslators();
         tarn::onEntry(reason);
     } catch (...) { // The loader could do nothing with it, and a thread without a translator still runs.
     }
