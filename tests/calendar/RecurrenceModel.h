@@ -72,7 +72,9 @@ private:
         case Frequency::daily:
             return day.time_since_epoch().count();
         default:
-            return minute.time_since_epoch().count() / (rule_.frequency == Frequency::hourly ? 60 : 1);
+            return rule_.frequency == Frequency::hourly
+                       ? std::chrono::floor<std::chrono::hours>(minute).time_since_epoch().count()
+                       : minute.time_since_epoch().count();
         }
     }
 

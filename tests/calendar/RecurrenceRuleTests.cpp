@@ -30,6 +30,8 @@ TEST_CASE("RecurrenceRule: what is none is refused with the reason")
                                "Not a recurrence rule: \"" + text + "\": " + reason);
     };
     refuses("", "\"\" is no part of a rule");
+    expectError<Exception>([] { parseRecurrenceRule(static_cast<const wchar_t*>(nullptr)); },
+                           "Not a recurrence rule: \"\": \"\" is no part of a rule");
     refuses("COUNT=3", "FREQ is missing");
     refuses("FREQ=DAILY;", "\"\" is no part of a rule");
     refuses("FREQ=DAILY;SKIP=OMIT", "\"SKIP=OMIT\" is no part of a rule");
@@ -40,9 +42,11 @@ TEST_CASE("RecurrenceRule: what is none is refused with the reason")
     refuses("FREQ=MONTHLY;BYDAY=0MO", "\"0MO\" is no BYDAY");
     refuses("FREQ=MONTHLY;BYDAY=54MO", "\"54MO\" is no BYDAY");
     for (const char* value :
-         {"INTERVAL=0", "COUNT=0", "COUNT=99999999999", "COUNT=+-1", "COUNT=1X", "BYHOUR=24", "BYMINUTE=-1",
-          "BYSECOND=61", "BYMONTHDAY=0", "BYMONTHDAY=-32", "BYSETPOS=367", "WKST=1MO", "UNTIL=19970230",
-          "UNTIL=1997122", "UNTIL=19971224T240000", "UNTIL=19971224Z", "UNTIL=1997+101"}) {
+         {"INTERVAL=0",      "COUNT=0",       "COUNT=99999999999", "COUNT=+-1",     "COUNT=1X",
+          "BYHOUR=24",       "BYMINUTE=-1",   "BYSECOND=61",       "BYMONTHDAY=0",  "BYMONTHDAY=-32",
+          "BYSETPOS=367",    "WKST=1MO",      "BYMINUTE=60",       "BYWEEKNO=54",   "BYYEARDAY=-367",
+          "BYMONTH=0",       "BYDAY=-54MO",   "UNTIL=19970230",    "UNTIL=1997122", "UNTIL=19971224T240000",
+          "UNTIL=19971224Z", "UNTIL=1997+101"}) {
         const std::string part = value, name = part.substr(0, part.find('='));
         refuses("FREQ=DAILY;" + part, '"' + part.substr(name.size() + 1) + "\" is no " + name);
     }
@@ -50,14 +54,33 @@ TEST_CASE("RecurrenceRule: what is none is refused with the reason")
     refuses("FREQ=WEEKLY;BYDAY=1MO", "BYDAY has numbers in monthly and yearly rules only");
     refuses("FREQ=YEARLY;BYWEEKNO=1;BYDAY=1MO", "BYDAY has no numbers beside BYWEEKNO");
     refuses("FREQ=WEEKLY;BYMONTHDAY=1", "BYMONTHDAY is not for weekly rules");
-    refuses("FREQ=MONTHLY;BYYEARDAY=1", "BYYEARDAY is not for daily, weekly and monthly rules");
-    refuses("FREQ=DAILY;BYWEEKNO=1", "BYWEEKNO is for yearly rules only");
+    for (const char* every : {"FREQ=DAILY", "FREQ=WEEKLY", "FREQ=MONTHLY"}) {
+        refuses(every + std::string(";BYYEARDAY=1"), "BYYEARDAY is not for daily, weekly and monthly rules");
+        refuses(every + std::string(";BYWEEKNO=1"), "BYWEEKNO is for yearly rules only");
+    }
     refuses("FREQ=DAILY;BYSETPOS=1", "BYSETPOS needs another BY part");
+}
 
-    RecurrenceRule rule;
-    rule.byMonth = {static_cast<GregorianCalendar::Month>(12)};
-    expectError<Exception>([&] { rule.validate(); },
-                           "Not a recurrence rule: \"FREQ=DAILY;BYMONTH=13\": \"13\" is no BYMONTH");
+TEST_CASE("RecurrenceRule: values that no text gives are refused, too")
+{
+    using G = GregorianCalendar;
+    using Change = void (*)(RecurrenceRule&);
+    const std::pair<Change, const char*> rows[] = {
+        {[](auto& rule) { rule.frequency = static_cast<RecurrenceRule::Frequency>(7); }, R"("FREQ=?": "7" is no FREQ)"},
+        {[](auto& rule) { rule.frequency = static_cast<RecurrenceRule::Frequency>(-1); },
+         R"("FREQ=?": "-1" is no FREQ)"},
+        {[](auto& rule) { rule.count = -1; }, R"("FREQ=DAILY;COUNT=-1": "-1" is no COUNT)"},
+        {[](auto& rule) { rule.weekStart = static_cast<G::DayOfWeek>(8); }, R"("FREQ=DAILY;WKST=?": "8" is no WKST)"},
+        {[](auto& rule) { rule.byDay = {{static_cast<G::DayOfWeek>(0)}}; },
+         R"("FREQ=DAILY;BYDAY=?": "0?" is no BYDAY)"},
+        {[](auto& rule) { rule.byMonth = {static_cast<G::Month>(12)}; },
+         R"("FREQ=DAILY;BYMONTH=13": "13" is no BYMONTH)"},
+        {[](auto& rule) { rule.bySetPos = {1}; }, R"("FREQ=DAILY;BYSETPOS=1": BYSETPOS needs another BY part)"}};
+    for (const auto& [change, text] : rows) {
+        RecurrenceRule rule;
+        change(rule);
+        expectError<Exception>([&] { rule.validate(); }, std::string("Not a recurrence rule: ") + text);
+    }
 }
 
 TEST_CASE("RecurrenceRule: every truncation and every changed character is a rule or refused")
