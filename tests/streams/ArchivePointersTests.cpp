@@ -73,6 +73,16 @@ TEST_CASE("Archive: an object with one owner leaves nothing behind when it canno
     const int before = Counted::alive;
     const std::string bytes = drawing();
     {
+        Memory memory;
+        memory.archive << std::make_shared<Drawing>();
+        Memory other(memory.written());
+        std::shared_ptr<Shape> shape;
+        expectError<Serializable::Exception>(
+            [&] { other.archive >> shape; },
+            "An object of struct test::Drawing was read where one of class (anonymous namespace)::Shape is expected");
+    }
+    CHECK(Counted::alive == before);
+    {
         Memory other(bytes);
         expectError<Serializable::Exception>(
             [&] { other.archive.readSingle<Square>(); },
@@ -125,15 +135,17 @@ struct Numbered {
     virtual ~Numbered() = default;
     int number = 0;
 };
-/// A class of many, in each of which the number lies elsewhere.
+/// A class of many, in each of which the number lies elsewhere; every other one has a version.
 template <int which> struct OneOf final : Padding<16 * which + 1>, Serializable, Numbered {
+    static constexpr unsigned int classVersion = which % 2;
     void serialize(OutputStream& out) const override { out << this->number; }
     void deserialize(InputStream& in) override { in >> this->number; }
 };
 
 template <int... which> std::vector<ref_ptr<Numbered>> writeMany(Archive& archive, std::integer_sequence<int, which...>)
 {
-    static const std::tuple<SerializableImpl<OneOf<which>>...> registrations;
+    const auto name = [](int number) { return std::to_string(1000 + number) + std::string(110u + number, 'n'); };
+    static const std::tuple<SerializableImpl<OneOf<which>>...> registrations(name(which).c_str()...);
     std::vector<ref_ptr<Numbered>> written;
     const auto write = [&](const auto& object) {
         object->number = static_cast<int>(written.size());
@@ -146,7 +158,7 @@ template <int... which> std::vector<ref_ptr<Numbered>> writeMany(Archive& archiv
 }
 } // namespace
 
-TEST_CASE("Archive: objects of many classes are found as one of their bases, again and again")
+TEST_CASE("Archive: objects of many classes, with names of all lengths, are found as one of their bases")
 {
     Memory memory;
     const auto written = writeMany(memory.archive, std::make_integer_sequence<int, 30>());
@@ -156,22 +168,4 @@ TEST_CASE("Archive: objects of many classes are found as one of their bases, aga
         reader.archive >> read;
         REQUIRE(read->number == object->number);
     }
-}
-
-namespace {
-struct Late final : Serializable {
-    void serialize(OutputStream&) const override {}
-    void deserialize(InputStream&) override {}
-};
-} // namespace
-
-TEST_CASE("Archive: a class that is registered meanwhile has its name from then on")
-{
-    Memory memory;
-    Late object;
-    memory.archive.writeObject(&object);
-    static const SerializableImpl<Late> registration("struct test::Late");
-    memory.archive.writeObject(&object);
-    CHECK(memory.written() == "\0\0\0\0\0\0\0\0\x21\0\0\0class (anonymous namespace)::Late"
-                              "\0\0\0\0\0\0\0\0\x11\0\0\0struct test::Late"s);
 }

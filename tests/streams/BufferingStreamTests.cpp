@@ -79,6 +79,14 @@ TEST_CASE("BufferingOutputStream: the first failure is thrown, and again by each
     CHECK_THROWS_AS(out.write("e", 1), EndOfFile);
     CHECK_THROWS_AS(out.close(), EndOfFile);
     CHECK(target.written == "abc");
+    struct : MemoryOutputStream {
+        unsigned int write(const void*, unsigned int) override { return 0; }
+    } nothing;
+    BufferingOutputStream lost(nothing, 8);
+    lost.write("abcd", 4);
+    for (int i = 0; i < 2; ++i)
+        CHECK_THROWS_AS(lost.seek(1, Seekable::begin), EndOfFile);
+    CHECK(nothing.getSize() == 0);
 
     const auto forget = [](bool alreadyFailing) {
         Pieces full;
@@ -115,9 +123,21 @@ TEST_CASE("BufferingInputStream: position and size are those of what was read")
         CHECK(in.getSize() == 10);
         CHECK(in.seek(2, Seekable::current) == 3);
         CHECK(take(in, 2) == "34");
+        CHECK_THROWS_AS(in.seek(11, Seekable::begin), std::runtime_error); // Stays where it is.
+        CHECK(take(in, 1) == "5");
         CHECK(in.seek(-2, Seekable::end) == 8);
         CHECK(take(in, 1) == "8");
         CHECK(memory.getFilePointer() == 10);
     }
     CHECK(memory.getFilePointer() == 9);
+    const auto leave = [](bool alreadyFailing) {
+        MemoryInputStream gone("0123", 4);
+        BufferingInputStream in(gone);
+        take(in, 1);
+        gone.setBuffer("", 0); // Where it cannot be set back.
+        if (alreadyFailing)
+            throw EndOfFile("first");
+    };
+    expectError<std::runtime_error>([&] { leave(false); }, "Bad seek position");
+    expectError<EndOfFile>([&] { leave(true); }, "first");
 }

@@ -15,6 +15,14 @@ inline tarn::MemoryInputStream readerOf(const std::string& content)
     return tarn::MemoryInputStream(content.data(), static_cast<unsigned>(content.size()));
 }
 
+/// What a value writes.
+template <class... T> std::string bytesOf(const T&... values)
+{
+    tarn::MemoryOutputStream out;
+    (static_cast<tarn::OutputStream&>(out) << ... << values);
+    return contentOf(out);
+}
+
 /// The next bytes, as many as one read gives.
 inline std::string take(tarn::InputStream& in, unsigned count)
 {

@@ -40,6 +40,10 @@ TEST_CASE("Fields: values together have the bytes that they have one by one, and
     CHECK(copy.name == "abc");
     CHECK(copy.wide == L"\x4E2D");
     CHECK(copy.node->name == "n");
+    bool flag = false;
+    MemoryInputStream two("\2", 1);
+    two >> fields(flag);
+    CHECK(flag); // As any byte but zero.
 
     MemoryInputStream cut(bytes.data(), 8); // Within the name's length.
     CHECK_THROWS_AS(cut >> Record::all(copy), EndOfFile);

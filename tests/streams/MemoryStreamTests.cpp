@@ -32,6 +32,8 @@ TEST_CASE("MemoryInputStream: positions lie between the start and the end")
 {
     MemoryInputStream in("abcdefghij", 10);
     CHECK(in.seek(10, Seekable::begin) == 10);
+    CHECK(in.seek(0, Seekable::begin) == 0);
+    CHECK(in.seek(10, Seekable::current) == 10);
     CHECK(in.seek(-4, Seekable::current) == 6);
     CHECK(in.seek(-7, Seekable::end) == 3);
     CHECK(in.seek(5, static_cast<Seekable::whence>(9)) == 5);
@@ -67,13 +69,18 @@ TEST_CASE("MemoryOutputStream: writes go to the position and grow the stream exa
     out.setFilePointer(2, Seekable::begin);
     CHECK(out.getSize() == 20);
     CHECK(contentOf(out).substr(0, 8) == "aXYZaXYZ");
+    const std::string text = std::string(300000, 'x') + "end"; // So much has to be moved to grow.
+    MemoryOutputStream large;
+    large.write(text.data(), 300003);
+    large.write(large.getData(), 300003);
+    CHECK(contentOf(large) == text + text);
 }
 
 TEST_CASE("Memory streams: pieces of every length are copied whole, nothing beside them, and over themselves")
 {
-    const std::string digits = "0123456789abcdefghijklmnopqrstuvwxyz";
+    const std::string digits = "0123456789abcdefghijklmnopqrstuvwxyz ABCDEFGHIJKLMNOPQRSTUVWXYZ";
     const auto position = GENERATE(0u, 1u, 2u, 5u, 9u); // The piece is copied from 2.
-    for (unsigned length = 0; length <= 20; ++length) {
+    for (unsigned length = 0; length <= 40; ++length) {
         const std::string expected = std::string(digits).replace(position, length, digits.substr(2, length));
         MemoryOutputStream out;
         out.write(digits.data(), static_cast<unsigned>(digits.size()));
@@ -103,11 +110,14 @@ TEST_CASE("MemoryOutputStream: copies are deep and keep the position")
     }
 
     const void* const data = copy.getData();
-    assigned = MemoryOutputStream(std::move(copy));
-    CHECK(assigned.getData() == data);
-    CHECK(assigned.getFilePointer() == 4);
-    copy << 1; // Empty, and at its start.
-    CHECK(copy.getSize() == 4);
+    MemoryOutputStream moved(std::move(copy));
+    assigned = std::move(moved);
+    assigned = std::move(*&assigned);
+    CHECK((assigned.getData() == data && assigned.getFilePointer() == 4));
+    for (MemoryOutputStream* left : {&copy, &moved}) { // Empty, and at its start.
+        *left << 1;
+        CHECK(left->getSize() == 4);
+    }
 }
 
 TEST_CASE("MemoryOutputStream: what cannot be leaves the stream as it was")

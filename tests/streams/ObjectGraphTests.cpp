@@ -1,5 +1,6 @@
 #include "Test.h"
 
+#include <tarn/Fields.h>
 #include <tarn/ObjectGraph.h>
 #include <tarn/weak_ref.h>
 
@@ -35,9 +36,11 @@ const SerializableImpl<Part> partClass("struct GraphPart");
 struct Values final : Serializable {
     void serialize(OutputStream& out) const override
     {
-        out << true << static_cast<short>(-2) << 1999 << 1234567890123ll << 0.1 << L"\x416\"\n" << "" << *single;
-        if (fails)
-            out << ref_ptr<Values>();
+        const BasicString<wchar_t> text = L"\x416\"\\\n";
+        out << true << static_cast<short>(-2) << (1ll << 53) << -(1ll << 53) << (1ll << 53) + 1 << 0.1 << HUGE_VAL
+            << fields(year, text) << "\x1F"
+            << "" << *single;
+        last(out);
     }
     void deserialize(InputStream&) override {}
     static constexpr char three[] = {1, 2, 3};
@@ -49,7 +52,8 @@ struct Values final : Serializable {
         }
     };
     const std::unique_ptr<Bytes> single = std::make_unique<Bytes>();
-    bool fails = false;
+    const int year = 1999;
+    std::function<void(OutputStream&)> last = [](OutputStream& out) { out << "end"; };
 };
 const SerializableImpl<Values> valuesClass("struct GraphValues");
 
@@ -79,9 +83,10 @@ TEST_CASE("ObjectGraph: values, texts and references as JSON")
     open(first);
     const ref_ptr<Values> values(new Values);
     CHECK(ObjectGraph(values).getJSON() ==
-          "{\"objects\": [\n{\"class\": \"struct GraphValues\", \"data\": [1, -2, 1999, 1234567890123, 0.1, "
-          "\"\xD0\x96\\\"\\u000a\", \"\", {\"bytes\": \"010203\"}]}]}\n");
-    values->fails = true;
+          "{\"objects\": [\n{\"class\": \"struct GraphValues\", \"data\": [1, -2, 9007199254740992, -9007199254740992, "
+          "4.450147717014404e-308, 0.1, {\"bytes\": \"000000000000F07F\"}, 1999, \"\xD0\x96\\\"\\\\\\u000a\", "
+          "1, 31, \"\", {\"bytes\": \"010203\"}, \"end\"]}]}\n");
+    values->last = [](OutputStream& out) { out << ref_ptr<Values>(); };
     CHECK_THROWS_AS(ObjectGraph(values), std::bad_typeid);
     CHECK_THROWS_AS(ObjectGraph(ref_ptr<Part>()), std::bad_typeid);
 }
@@ -99,8 +104,14 @@ TEST_CASE("ObjectGraph: equal is what has the same data and references, and diff
     open(other->next);
     CHECK(ObjectGraph(other).getDifferences(before).back() == "Number of objects: 2, not 3");
     const ref_ptr<Values> values(new Values);
-    CHECK(ObjectGraph(values).getDifferences(before) ==
+    const ObjectGraph narrow(values);
+    CHECK(narrow.getDifferences(before) ==
           Texts{"Object 1 (struct GraphValues) is no struct GraphPart", "Number of objects: 1, not 3"});
+    values->last = [](OutputStream& out) { out << L"end"; };
+    CHECK(ObjectGraph(values).getDifferences(narrow) == Texts{"The data differ in bytes that are shown alike"});
+    values->last = [](OutputStream&) {};
+    CHECK(ObjectGraph(values).getDifferences(narrow) ==
+          Texts{"Object 1 (struct GraphValues), number of values: 13, not 14"});
     open(one);
 }
 

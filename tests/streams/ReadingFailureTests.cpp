@@ -1,25 +1,31 @@
 #include "Test.h"
 
-#include "Contents.h"
 #include "Graph.h"
+#include "Pieces.h"
 
 #include <tarn/ErrorReport.h>
+#include <tarn/FramedStream.h>
 #include <tarn/ReadingFailure.h>
 
 using namespace std::string_literals;
 
 namespace {
 /// What is said of reading an archive, and, in brackets, the text that the error had before that.
-std::string failureOf(const std::string& bytes)
+std::string failureOf(InputStream& in)
 {
-    graph::Memory reader(bytes);
+    MemoryOutputStream nowhere;
     try {
-        reader.archive.load<graph::Node>();
+        Archive(in, nowhere).load<graph::Node>();
     } catch (const std::exception& error) {
         const auto failure = ReadingFailure::of(error);
         return (failure ? failure->getText() : "no failure") + " [" + std::string(error.what()).substr(0, 17) + ']';
     }
     return "";
+}
+std::string failureOf(const std::string& bytes)
+{
+    MemoryInputStream in = readerOf(bytes);
+    return failureOf(in);
 }
 
 const std::string node = "\0\0\0\0\1\0\0\0\x12\0\0\0struct graph::Node\1\0\0\0n\0\0\0\0"s;
@@ -35,6 +41,15 @@ TEST_CASE("ReadingFailure: an error says what is wrong, at which byte, and in wh
     CHECK(failureOf("\0\0\0\0\1\0\0\0\1\0\0\0?"s) ==
           "This program does not know the class \"?\" of an object, at byte 13 [Klassendefinition]");
     CHECK(failureOf("") == "The data end too early, at byte 0 [EOF in readFully(]");
+
+    Pieces pipe(node), frame;
+    CHECK(failureOf(pipe) == "The data end too early, in struct graph::Node [EOF in readFully(]");
+    FramedOutputStream out(frame);
+    out.writeFully(node.data(), static_cast<unsigned>(node.size()));
+    out.close();
+    frame.source = frame.written;
+    FramedInputStream in(frame);
+    CHECK(failureOf(in) == "The data end too early, at byte 39, in struct graph::Node [EOF in readFully(]");
 }
 
 namespace {

@@ -1,6 +1,6 @@
-#include "Test.h"
+#include "Contents.h"
+#include "Pieces.h"
 
-#include <tarn/MemoryStream.h>
 #include <tarn/StandardStreams.h>
 #include <tarn/TextLines.h>
 
@@ -38,9 +38,16 @@ TEST_CASE("StreamBuffer: a standard stream writes to any stream and reads from i
     in.seekg(-3, std::ios::end);
     CHECK((in >> rest && rest == "end" && in.eof()));
     in.clear();
-    in.seekg(9);
+    in.seekg(7);
+    CHECK(in.get() == '2');
+    in.seekg(1, std::ios::cur);
     CHECK((in >> rest && rest == large + "end"));
     CHECK(buffer.sputc('x') == std::char_traits<char>::eof());
+
+    Pieces pipe; // Without a position, but with a flush.
+    StreamBuffer pipeBuffer(static_cast<OutputStream&>(pipe));
+    std::ostream(&pipeBuffer) << "now" << std::flush;
+    CHECK((pipe.written == "now" && pipe.flushes == 1));
 }
 
 TEST_CASE("StreamBuffer: what the stream below throws is the standard stream's badbit, or thrown on")
@@ -59,7 +66,9 @@ TEST_CASE("StreamBuffer: what the stream below throws is the standard stream's b
         StreamBuffer held(static_cast<OutputStream&>(failing));
         std::ostream(&held) << "x";
     }
-    CHECK(output.calls().size() == 3); // Of the one that held something.
+    CHECK(output.calls() ==
+          std::vector<std::string>{// Of the one that held something.
+                                   "Tarn++: a failure that could not be thrown was dropped: ", "no writing", "\n"});
 }
 
 TEST_CASE("StandardInputStream and StandardOutputStream: the library's classes on standard streams")

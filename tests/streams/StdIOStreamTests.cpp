@@ -27,11 +27,15 @@ template <class Call> void expectCRTError(Call call, int code, const std::string
 /// What both kinds of files do: `file` is new and open for reading and writing.
 template <class Stream> void checkPositions(Stream& file, const ScratchFolder& folder)
 {
-    CHECK(file.write("0123456789", 10) == 10);
+    static_assert(!std::is_convertible_v<Stream, bool>); // Or values would not go into the stream.
+    file << '0' << static_cast<short>(0x3231);
+    CHECK(file.write("3456789", 7) == 7);
     file.flush();
     CHECK(folder.read("file") == "0123456789");
     CHECK(file.seek(-7, Seekable::current) == 3);
-    CHECK(take(file, 2) == "34");
+    unsigned short number = 0;
+    file >> number;
+    CHECK(number == 0x3433);
     CHECK(file.getSize() == 10);
     CHECK(file.getFilePointer() == 5);
     CHECK(file.seek(-1, Seekable::end) == 9);
@@ -82,11 +86,13 @@ TEST_CASE("StdIOStream: failures tell the operation and the cause")
     expectCRTError([&] { file.getFilePointer(); }, EBADF,
                    "Can't tell the current file pointer position in StdIOStream::tell");
 
-    StdIOStream none;
-    char buffer[4];
+    StdIOStream none, waiting(folder.file("waiting").c_str(), "wb");
+    char buffer[4] = {};
     CHECK(none.read(buffer, 4) == 0);
     CHECK(none.write(buffer, 4) == 0);
-    CHECK_NOTHROW(none.flush());
+    waiting.write(buffer, 4);
+    none.flush();
+    CHECK(folder.read("waiting").empty()); // Not of the process's other files.
     expectCRTError([&] { none.setFilePointer(1, Seekable::current); }, EBADF, "fseek(1,1) failed");
     CHECK_THROWS_AS(none.getFilePointer(), CRTError);
     CHECK_NOTHROW(none.close());
@@ -95,46 +101,28 @@ TEST_CASE("StdIOStream: failures tell the operation and the cause")
 TEST_CASE("StdIOStream: closes the file that it owns, and only that")
 {
     const ScratchFolder folder;
-    const std::string first = folder.write("first", "abc"), second = folder.write("second", "xyz");
     const auto isOpen = [](const std::string& name) { return _unlink(name.c_str()) != 0; };
-
-    StdIOStream stream(fopen(first.c_str(), "rb"));
-    CHECK(isOpen(first));
-    stream.open(second.c_str(), "rb");
-    CHECK_FALSE(isOpen(first));
-    FILE* const file = stream.detach();
-    CHECK(take(stream, 3) == "xyz");
-    stream.close();
-    CHECK(!stream);
-    CHECK(isOpen(second));
-    {
-        StdIOStream owner;
-        owner.attach(file);
+    for (const bool isWide : {false, true}) {
+        const std::string first = folder.write("first", "abc"), second = folder.write("second", "xyz"),
+                          third = folder.write("third", "");
+        const auto open = [isWide](StdIOStream& stream, const std::string& name) {
+            isWide ? stream.open(BasicString<wchar_t>(name), L"rb") : stream.open(name.c_str(), "rb");
+        };
+        StdIOStream stream(fopen(first.c_str(), "rb")), other;
+        CHECK(isOpen(first));
+        open(stream, second);
+        CHECK_FALSE(isOpen(first));
+        FILE* const file = stream.detach();
+        CHECK(take(stream, 3) == "xyz");
+        stream.close();
+        CHECK(!stream);
+        CHECK(isOpen(second));
+        open(other, third);
+        other.attach(file);
+        CHECK_FALSE(isOpen(third));
+        other.close();
+        CHECK_FALSE(isOpen(second));
     }
-    CHECK_FALSE(isOpen(second));
-}
-
-TEST_CASE("StdIOStream: a flush without a file leaves the process's other files alone")
-{
-    const ScratchFolder folder;
-    StdIOStream waiting(folder.file("file").c_str(), "wb"), none;
-    waiting.write("abc", 3);
-    none.flush();
-    CHECK(folder.read("file").empty());
-}
-
-TEST_CASE("File streams: values go into the stream, whatever else it converts to")
-{
-    static_assert(!std::is_convertible_v<StdIOStream, bool>);
-    const ScratchFolder folder;
-    StdIOStream file(folder.file("file").c_str(), "w+b");
-    file << 'x' << static_cast<short>(0x6162) << Seekable::end;
-    file.flush();
-    CHECK(folder.read("file") == std::string("xba\2\0\0\0", 7));
-    file.setFilePointer(1, Seekable::begin);
-    unsigned short number = 0;
-    file >> number;
-    CHECK(number == 0x6162);
 }
 
 TEMPLATE_TEST_CASE("File streams: a move hands the file on, and closes the one that was there", "", StdIOStream,
@@ -161,6 +149,8 @@ TEMPLATE_TEST_CASE("File streams: a move hands the file on, and closes the one t
     CHECK(_unlink(first.c_str()) == 0);
     CHECK_FALSE(streams.back().isOpen());
     CHECK(take(stream, 3) == "xyz");
+    streams.clear();
+    CHECK(_unlink(second.c_str()) == 0);
 }
 
 TEST_CASE("LowLevelIOStream: a file that it makes can be written again, unless its permission says otherwise")
@@ -190,8 +180,10 @@ TEST_CASE("LowLevelIOStream: failures tell the operation and the cause")
     expectCRTError([&] { file.open(missing.c_str(), _O_RDWR | _O_BINARY); }, ENOENT,
                    "Fehler in LowLevelIOStream::open(" + missing + ",8002)\n");
     CHECK_FALSE(file.isOpen());
+    file.open(folder.file("b").c_str(), _O_RDONLY);
     expectCRTError([&] { file.open(missing.c_str(), _O_RDWR, _S_IREAD); }, ENOENT,
                    "Fehler in LowLevelIOStream::open(" + missing + ",2)\n");
+    CHECK_FALSE(file.isOpen());
     char buffer[4];
     expectCRTError([&] { file.read(buffer, 4); }, EBADF,
                    Text::fromFormat("Fehler in LowLevelIOStream::read(%p,4)", buffer));
@@ -219,7 +211,10 @@ TEST_CASE("LowLevelIOStream: a close that fails throws, from the destructor, too
     LowLevelFileStream file(name.c_str(), _O_RDONLY);
     CHECK(file.detach() == descriptor);
     CHECK_FALSE(file.isOpen());
+    const std::string former = folder.write("former", "");
+    file.open(former.c_str(), _O_RDONLY);
     file.attach(descriptor);
+    CHECK(_unlink(former.c_str()) == 0);
     _close(descriptor);
     CHECK_NOTHROW(file = LowLevelFileStream());
     CHECK_FALSE(file.isOpen());

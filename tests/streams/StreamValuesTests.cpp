@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <list>
 #include <map>
+#include <numeric>
 #include <set>
 #include <unordered_map>
 
@@ -36,12 +37,6 @@ template <> struct tarn::StreamFields<Foreign> {
 };
 
 namespace {
-template <class T> std::string bytesOf(const T& value)
-{
-    MemoryOutputStream out;
-    out << value;
-    return contentOf(out);
-}
 template <class T> T readFrom(const std::string& bytes)
 {
     MemoryInputStream in = readerOf(bytes);
@@ -63,9 +58,37 @@ enum class Small : unsigned char { one = 1 };
 using Either = std::variant<std::monostate, int, std::string>;
 } // namespace
 
+TEST_CASE("Streams: numbers and texts have their promised bytes, and come back from them")
+{
+    CHECK(there(0x01020304) == "\4\3\2\1");
+    CHECK(there(-2L) == "\xFE\xFF\xFF\xFF");
+    CHECK(there(3000000000u) == "\0\x5E\xD0\xB2"s);
+    CHECK(there(0x0102030405060708) == "\x8\7\6\5\4\3\2\1");
+    CHECK(there('a') + there(L'b') + there<short>(-2) + there(std::byte{3}) == "ab\0\xFE\xFF\3"s);
+    CHECK(there(Seekable::current) + bytesOf(BigEndian) == "\1\0\0\0\1\0\0\0"s);
+    CHECK(there(1.0f) == "\0\0\x80\x3F"s);
+    CHECK(there(1.0) == "\0\0\0\0\0\0\xF0\x3F"s);
+    CHECK(there(true) + there(false) == "\1\0"s);
+    CHECK(there(std::string("na\xEFve")) == "\5\0\0\0na\xEFve"s);
+    CHECK(there(BasicString<wchar_t>(L"\x4E2D ")) == "\2\0\0\0\x2D\x4E \0"s);
+    std::string large(100001, 'a'); // More than one piece.
+    large[0x8000] = 'b';
+    CHECK(there(large).size() == 100005);
+    CHECK(there(std::wstring(70000, L'\x3B1')).size() == 140004);
+    CHECK(bytesOf("abc", L"AB", "", static_cast<const char*>(nullptr)) == "\3\0\0\0abc\2\0\0\0A\0B\0\0\0\0\0\0\0\0\0"s);
+
+    MemoryInputStream in("\2\xFB\xFF\xFF\xFF\xFB\xFF\xFF\xFF\0\0\0\0\0\0\xF0\x3F", 17);
+    bool flag = false;
+    in >> flag;
+    CHECK((flag && in.readInt32() == -5 && in.readUInt32() == 0xFFFFFFFBu && in.readDouble() == 1.0));
+}
+
 TEST_CASE("Stream values: each has its promised bytes, and comes back from them")
 {
     CHECK(there(std::vector<short>{1, -2}) == "\2\0\0\0\1\0\xFE\xFF"s);
+    std::vector<int> many(10000); // More than one piece.
+    std::iota(many.begin(), many.end(), 0);
+    CHECK(there(many).size() == 40004);
     CHECK(there(std::vector<bool>{true, false}) == "\2\0\0\0\1\0"s);
     CHECK(there(std::list<std::string>{"a", ""}) == "\2\0\0\0\1\0\0\0a\0\0\0\0"s);
     CHECK(there(std::set<Small>{Small::one}) == "\1\0\0\0\1"s);
@@ -92,20 +115,29 @@ TEST_CASE("Stream values: each has its promised bytes, and comes back from them"
     CHECK(there(Foreign{7}) == "\7\0\0\0"s);
     CHECK(bytesOf(Person{"a", 1y / 2 / 3, {Person()}}) == "\1\0\0\0a\1\0\2\3\1\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0"s);
     const std::size_t size = 3;
+    const int less = -2;
     CHECK(bytesOf(fixed64(std::string("abc").size())) == bytesOf(fixed64(size)));
     CHECK(bytesOf(fixed64(size)) == "\3\0\0\0\0\0\0\0"s);
+    const std::string minus = bytesOf(fixed64(less));
+    MemoryInputStream in = readerOf(minus);
+    int number = 0;
+    in >> fixed64(number);
+    CHECK((minus == std::string("\xFE") + std::string(7, '\xFF') && number == -2));
 }
 
 TEST_CASE("Stream values: what was there before is replaced")
 {
-    const std::string bytes = bytesOf(std::vector<std::string>{"new"}) + bytesOf(std::optional<int>());
+    const std::string bytes = bytesOf(std::vector<std::string>{"new"}, std::optional<int>(), false, "", L"");
     MemoryInputStream in = readerOf(bytes);
     std::vector<std::string> texts{"old", "older"};
     std::optional<int> number = 5;
+    bool flag = true;
+    std::string text = "old";
+    std::wstring wideText = L"old";
     int array[] = {1, 2};
-    in >> texts >> number;
+    in >> texts >> number >> flag >> text >> wideText;
     CHECK(texts == std::vector<std::string>{"new"});
-    CHECK_FALSE(number);
+    CHECK((!number && !flag && text.empty() && wideText.empty()));
     const std::string arrayBytes = bytesOf(array);
     MemoryInputStream arrayIn = readerOf(arrayBytes);
     int copy[2];

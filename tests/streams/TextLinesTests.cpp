@@ -92,6 +92,10 @@ TEST_CASE("LineWriter: the bytes of every encoding, and what an encoding lacks")
     SetLastError(ERROR_INVALID_FLAGS);                          // Left over from somewhere else.
     expectError<Exception>([&] { writer.writeLine(L"\x100"); }, // No A either.
                            "Line 2 has characters that code page 1252 lacks");
-    expectError<Exception>([] { written({L"\xDC00"}, {}); }, "Line 1 has characters that code page 65001 lacks");
     CHECK(out.getSize() == 6);
+    LineWriter marked(out, {.byteOrderMark = true});
+    expectError<Exception>([&] { marked.write(L"\xDC00"); }, "Line 1 has characters that code page 65001 lacks");
+    marked.write(L"a"); // The mark comes before the first text that is written.
+    CHECK(contentOf(out).substr(6) == "\xEF\xBB\xBF"
+                                      "a");
 }
