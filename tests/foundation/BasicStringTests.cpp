@@ -58,7 +58,7 @@ TEST_CASE("String: narrow text becomes wide text in the runtime's locale")
 {
     CHECK(WideString("plain") == L"plain");
     CHECK(WideString("") == L"");
-    CHECK(WideString("abcd", 2) == L"ab");
+    CHECK(WideString("abcd", 1) == L"a");
     CHECK(WideString("abcd", 0) == L"");
     CHECK(WideString("ab\0cd", 5) == L"ab"); // A zero ends text for the runtime library.
     const char unterminated[] = {'a', 'b', 'c'};
@@ -77,10 +77,9 @@ TEST_CASE("String: it is put together and assigned from either width")
 {
     String s("abc");
     const std::string standard("z");
-    CHECK((s + "x" + 'y' + standard + s) == "abcxyzabc");
-    const String sum = "<" + s + '>' + std::string("!") + standard;
-    CHECK(sum == "<abc>!z");
-    CHECK(('(' + (standard + s) + (std::string("y") + s)).startsWith("(zabcy"));
+    CHECK(s + "x" + 'y' + standard + s + std::string("!") == "abcxyzabc!");
+    CHECK("<" + s + '(' + (standard + s) + (std::string("y") + s) == "<abc(zabcyabc");
+    CHECK('(' + s == "(abc");
     s = ConstString<char>("view of text", 4);
     CHECK(s == "view");
     s = L"wide";
@@ -116,8 +115,7 @@ TEST_CASE("String: a null text is the empty one")
 
 TEST_CASE("String: a count and a character repeat it, whatever their types")
 {
-    CHECK(String(3, 'x') == "xxx");
-    CHECK(WideString(10, ' ') == std::wstring(10, L' '));
+    CHECK(WideString(3, ' ') == L"   ");
     CHECK(String(3u, L'x') == "xxx");
     CHECK(String(std::size_t(2), L'\xFC') == "\xFC\xFC"); // As the conversion of the width has it.
 }
@@ -156,20 +154,10 @@ TEMPLATE_TEST_CASE("String: comparisons compare texts, whoever asks", "", char, 
     checkOrder(a, b2);
     CHECK((b1 == b2 && b1 == b2.c_str() && std::basic_string_view<TestType>(b1) == b2));
 
-    std::vector<Text> fruits{t("plum"), t("date"), t("pear"), t("fig"), t("apple")};
-    const auto joined = [&] {
-        Text all;
-        for (const Text& fruit : fruits)
-            all += fruit + TestType(' ');
-        return all;
-    };
-    std::ranges::sort(fruits);
-    CHECK(joined() == t("apple date fig pear plum "));
-    CHECK((std::ranges::is_sorted(fruits) && std::ranges::binary_search(fruits, t("fig").c_str())));
+    std::vector<Text> fruits{t("date"), t("plum"), t("fig")};
     std::ranges::sort(fruits, {}, [](const Text& fruit) { return fruit.right(1); });
-    CHECK(joined() == t("apple date fig plum pear "));
-    std::sort(fruits.begin(), fruits.end(), std::greater<>());
-    CHECK(joined() == t("plum pear fig date apple "));
+    CHECK(fruits == std::vector<Text>{t("date"), t("fig"), t("plum")});
+    CHECK(std::ranges::binary_search(fruits, t("fig").c_str()));
 
     std::map<Text, int, std::less<>> ordered;
     std::unordered_map<Text, int, std::hash<Text>, std::equal_to<>> hashed;
@@ -185,9 +173,7 @@ TEST_CASE("String: it makes a path of the file system")
 {
     CHECK(std::filesystem::path(String("Gr\xFC\xDF")).wstring() == L"Gr\xFC\xDF");
     const WideString name(L"\x4E2D.txt");
-    const std::filesystem::path path(name);
-    CHECK(path.extension() == L".txt");
-    CHECK(WideString(path) == name);
+    CHECK(WideString(std::filesystem::path(name)) == name);
 }
 
 TEMPLATE_TEST_CASE("String: parts of a text", "", char, wchar_t)

@@ -61,7 +61,18 @@ TEST_CASE("ErrorTrace: errors know their callers while the program asks for it")
         CHECK(trace->getThreadID() == GetCurrentThreadId());
         CHECK(depthOf(failInTheSystem, *trace) >= 1);
         CHECK(depthOf(failInTheSystem, *trace) <= 4); // Below are getAttributes and what it calls.
+        const HMODULE symbols = LoadLibraryW(L"dbghelp.dll");
+        const auto options =
+            reinterpret_cast<DWORD(WINAPI*)()>(reinterpret_cast<void*>(GetProcAddress(symbols, "SymGetOptions")));
+        trace->describeFrames(); // The first time the system keeps something itself.
+        const auto handles = openHandles();
+        const DWORD before = options();
+        SetLastError(1234);
         const auto lines = trace->describeFrames();
+        CHECK(GetLastError() == 1234);
+        CHECK((openHandles() == handles && options() == before));
+        FreeLibrary(symbols);
+        CHECK_FALSE(GetModuleHandleW(L"dbghelp.dll"));
         CHECK(lines.at(0).startsWith(L"Tarn++U"));
         if (isWine()) { // Which reads symbols of the form that this file has, and lines as GCC writes them.
 #ifdef __clang__
@@ -93,6 +104,7 @@ TEST_CASE("ErrorTrace: errors know their callers while the program asks for it")
         CHECK(report.paragraph.contains(L"thrown in thread "));
         CHECK_FALSE(report.paragraph.contains(L"thrown in thread " + std::to_wstring(GetCurrentThreadId()) + L"\n"));
         CHECK(report.paragraph.contains(L"test_foundation.exe+0x"));
+        CHECK(report.paragraph.startsWith(L"tarn::WindowsError (0x80070002): "));
     }
 }
 
@@ -124,6 +136,7 @@ TEST_CASE("reportOf: a sentence for the user and a paragraph for the log, nested
         CHECK(reportOf(error).sentence == L"outer: An exception that is no std::exception");
     }
     CHECK(reportOf(std::exception_ptr()).paragraph.empty());
+    CHECK(reportOf(SEHError(0xC000001D)).paragraph == L"tarn::SEHError (0xc000001d): Illegal instruction");
 }
 
 TEST_CASE("errorText: every class keeps names that the code page lacks")

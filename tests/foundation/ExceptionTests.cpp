@@ -59,7 +59,7 @@ TEST_CASE("WindowsError: the text is the description and the system's")
     {
         SetLastError(ERROR_NOT_READY);
         CHECK(what(WindowsError(0x2FFFFFFF)) == "Windows error 0x2fffffff");
-        CHECK(what(WindowsError(2221)).size() > 0);
+        CHECK((what(WindowsError(2221)).size() > 0 && WindowsError(2221).whatW().size() > 0));
         CHECK(GetLastError() == ERROR_NOT_READY);
     }
     SECTION("the last error is read at construction")
@@ -136,6 +136,8 @@ TEST_CASE("WindowsError: network codes take their text from netmsg.dll")
         CHECK(what(WindowsError(2221, "d")) == "d: The user name %1 could not be found.\r\n");
         CHECK(WindowsError(2999).getMessage() == "The last message of the range.\r\n");
         CHECK(WindowsError(2222).getMessage() == "Windows error 0x8ae");
+        for (const unsigned long code : {2099, 3000}) // No network's, although the module has texts.
+            CHECK(WindowsError(code).getMessage().starts_with("Windows error 0x"));
     }
     CHECK_FALSE(GetModuleHandleA("netmsg.dll"));
 }
@@ -180,6 +182,19 @@ TEST_CASE("Array: owns a deep copy and reports exhausted memory")
     CHECK(a[2] == 'x');
     a = b;
     CHECK(a[2] == 'y');
+    struct Numbered {
+        int number = 7; // So that the heap cannot be asked to grow it.
+    };
+    Array<Numbered> c(1);
+    a.resize(5);
+    c.resize(3);
+    CHECK((a[2] == 'y' && a.size() == 5 && c.size() == 3 && c[2].number == 7));
+    if constexpr (sizeof(void*) == 4)
+        expectError<BadAllocation>([&] { a.resize(~0u); }, "bad allocation");
+    CHECK((a[2] == 'y' && a.size() == 5));
+    a.resize(0);
+    c.resize(1);
+    CHECK((a.empty() && !a.data() && c.size() == 1));
     expectError<BadAllocation>([] { allocateAll<std::array<char, 0x10000>>(); }, "bad allocation");
     if constexpr (sizeof(void*) == 4) // In 64 bits there is room for four gigabytes.
         expectError<BadAllocation>([] { allocateAll<char>(); }, "bad allocation");
