@@ -5,6 +5,7 @@
 #include <tarn/KnownFolder.h>
 
 #include <future>
+#include <set>
 
 #include "ScratchFolder.h"
 
@@ -49,11 +50,19 @@ TEST_CASE("FileLock: shared ones share, an exclusive one is alone, and parts are
 
 TEST_CASE("KnownFolder: each is a folder, and an unknown one is an error")
 {
+    std::set<std::wstring> paths;
     for (int folder = 0; folder <= static_cast<int>(KnownFolder::system); ++folder) {
         const BasicString<wchar_t> path = getKnownFolder(static_cast<KnownFolder>(folder));
-        CHECK(path.contains(L":\\"));
-        CHECK_FALSE(path.endsWith(L"\\"));
+        CHECK((path.contains(L":\\") && !path.endsWith(L"\\") && paths.insert(path).second));
     }
+    using enum KnownFolder;
+    for (const auto& [folder, variable] : {std::pair(localAppData, L"LOCALAPPDATA"),
+                                           {roamingAppData, L"APPDATA"},
+                                           {programData, L"ProgramData"},
+                                           {profile, L"USERPROFILE"},
+                                           {programFiles, L"ProgramFiles"},
+                                           {windows, L"windir"}})
+        CHECK(BasicString<char>(getKnownFolder(folder)).toLower() == BasicString<char>(_wgetenv(variable)).toLower());
     CHECK(FileSystem::isFolder(getKnownFolder(KnownFolder::temporary)));
     CHECK(FileSystem::isFile(getKnownFolder(KnownFolder::system) + L"\\kernel32.dll"));
     expectWindowsError([] { getKnownFolder(GUID{}); }, "Can't find known folder");

@@ -1,5 +1,6 @@
 #include "Test.h"
 
+#include <tarn/AtomicFile.h>
 #include <tarn/FileSystem.h>
 #include <tarn/WindowsFile.h>
 
@@ -72,10 +73,15 @@ TEST_CASE("FileSystem: a tree is copied, moved and removed, whatever is read-onl
     CHECK(FileSystem::getEntry(to + L"\\a\\file").lastWriteTime == 1'000'000'000'000);
     expectWindowsError([&] { FileSystem::copy(from, to); }, ERROR_ALREADY_EXISTS,
                        "Can't copy \"" + folder.file("from") + "\"");
-    expectWindowsError([&] { FileSystem::copy(from, folder.file(L"FROM\\a\\x")); }, ERROR_INVALID_PARAMETER,
+    expectWindowsError([&] { FileSystem::copy(from, to + L"\\a\\file", {.replace = true}); }, ERROR_ALREADY_EXISTS,
                        "Can't copy \"" + folder.file("from") + "\"");
+    for (const auto& inside : {folder.file(L"FROM\\a\\x"), from})
+        expectWindowsError([&] { FileSystem::copy(from, inside); }, ERROR_INVALID_PARAMETER,
+                           "Can't copy \"" + folder.file("from") + "\"");
     expectWindowsError([&] { FileSystem::copy(file, to + L"\\a\\file"); }, ERROR_FILE_EXISTS,
                        "Can't copy \"" + folder.file("from\\a\\file") + "\"");
+    expectWindowsError([&] { FileSystem::move(file, to + L"\\a\\file"); }, ERROR_ALREADY_EXISTS,
+                       "Can't move \"" + folder.file("from\\a\\file") + "\"");
 
     CHECK(FileSystem::move(to, third));
     CHECK_FALSE(FileSystem::exists(to));
@@ -85,6 +91,7 @@ TEST_CASE("FileSystem: a tree is copied, moved and removed, whatever is read-onl
     CHECK(FileSystem::remove(third + L"\\a\\file"));
     CHECK(FileSystem::copy(from, third, {.replace = true})); // Fills the folder up.
     CHECK(entriesIn(third) == 3);
+    FileSystem::setAttributes(third + L"\\a", FILE_ATTRIBUTE_READONLY);
     CHECK(FileSystem::remove(third));
     CHECK_FALSE(FileSystem::exists(third));
     CHECK(FileSystem::remove(third)); // No error.
@@ -93,18 +100,12 @@ TEST_CASE("FileSystem: a tree is copied, moved and removed, whatever is read-onl
 TEST_CASE("FileSystem: on another drive a tree is copied, and removed only when all was copied")
 {
     const ScratchFolder folder;
-    // Wine's drive Z: has more than one of the host's drives in it; elsewhere the variable says where to.
-    const wchar_t* const wish = _wgetenv(L"TARN_OTHER_DRIVE");
-    const auto other =
-        BasicString<wchar_t>(wish ? wish : L"Z:\\dev\\shm") + L"\\tarn" + folder.path().filename().wstring();
+    const auto other = folder.onOtherDrive();
+    if (other.empty())
+        return;
     const auto from = folder.file(L"from"), file = folder.file(L"from\\a\\file");
     FileSystem::createFolder(folder.file(L"from\\a"));
     folder.write("from\\a\\file", "content");
-    if (MoveFileExW(from, other, 0) || GetLastError() != ERROR_NOT_SAME_DEVICE) {
-        FileSystem::remove(other);
-        WARN("There is no other drive: name a folder on one in TARN_OTHER_DRIVE");
-        return;
-    }
     FileSystem::setAttributes(file, FILE_ATTRIBUTE_READONLY);
     unsigned calls = 0;
     const FileOptions twice{.onProgress = [&](const FileProgress&) { return ++calls < 4; }};
@@ -120,7 +121,6 @@ TEST_CASE("FileSystem: on another drive a tree is copied, and removed only when 
     folder.write("second", "new");
     CHECK_THROWS_AS(FileSystem::move(folder.file(L"second"), other + L"\\none\\x"), WindowsError);
     CHECK(FileSystem::exists(folder.file(L"second")));
-    FileSystem::remove(other);
 }
 
 TEST_CASE("FileSystem: what cannot be removed is named, and all else is gone")
@@ -182,7 +182,8 @@ TEST_CASE("FileSystem: paths of 30,000 characters outside of the code page")
     FileSystem::createFolder(deep);
     const auto file = deep + L"\\\x4E2D", copy = folder.file(L"copy");
     CHECK(FileSystem::isFolder(deep));
-    WindowsFile::createNew(file).write("x", 1);
+    AtomicFile::save(file, "first", 5);
+    AtomicFile::save(file, "x", 1);
     CHECK(FileSystem::getEntry(file).size == 1);
     CHECK(FileSystem::copy(folder.file(L"deep"), copy));
     CHECK(entriesIn(copy) == entriesIn(folder.file(L"deep")));

@@ -17,6 +17,8 @@ TEST_CASE("VersionInfo: file and product version with their parts, in copies too
     copy = VersionInfo("kernel32.dll");
     CHECK(copy.FileVersion().value != info.FileVersion().value);
     CHECK(&VersionInfo(copy).FileVersion() != &copy.FileVersion());
+    copy = std::as_const(copy);
+    CHECK(copy.FileVersion().value == VersionInfo("kernel32.dll").FileVersion().value);
 }
 
 TEST_CASE("VersionInfo: each step that fails has its text")

@@ -1,5 +1,7 @@
 #include "DebuggerOutput.h"
 
+#include <utility>
+
 namespace support {
 namespace {
 constexpr DWORD printException = 0x40010006;     // DBG_PRINTEXCEPTION_C
@@ -16,7 +18,7 @@ std::string narrowed(const wchar_t* text, int length)
 }
 } // namespace
 
-DebuggerOutput::DebuggerOutput()
+DebuggerOutput::DebuggerOutput(std::function<void()> onCall) : onCall_(std::move(onCall))
 {
     current = this;
     handler_ = AddVectoredExceptionHandler(1, &onException);
@@ -41,6 +43,8 @@ LONG CALLBACK DebuggerOutput::onException(EXCEPTION_POINTERS* info)
             narrowed(reinterpret_cast<const wchar_t*>(record.ExceptionInformation[1]), static_cast<int>(length)));
     else
         return EXCEPTION_CONTINUE_SEARCH;
+    if (current->onCall_)
+        current->onCall_();
     return EXCEPTION_CONTINUE_EXECUTION;
 }
 } // namespace support

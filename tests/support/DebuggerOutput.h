@@ -2,6 +2,7 @@
 
 #include <tarn/Windows.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -10,7 +11,8 @@ namespace support {
 /// are recorded in the ANSI code page. One object at a time.
 class DebuggerOutput {
 public:
-    DebuggerOutput();
+    /// `onCall` is called in the middle of each call.
+    explicit DebuggerOutput(std::function<void()> onCall = {});
     DebuggerOutput(const DebuggerOutput&) = delete;
     DebuggerOutput& operator=(const DebuggerOutput&) = delete;
     ~DebuggerOutput();
@@ -20,6 +22,7 @@ public:
 private:
     static LONG CALLBACK onException(EXCEPTION_POINTERS* info);
 
+    const std::function<void()> onCall_;
     std::vector<std::string> calls_;
     void* handler_;
 };

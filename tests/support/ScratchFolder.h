@@ -23,6 +23,9 @@ public:
     tarn::BasicString<char> write(std::string_view name, std::string_view content) const;
     std::string read(std::string_view name) const;
 
+    /// A path on another drive, removed at the end, too; empty with a warning where there is none.
+    tarn::BasicString<wchar_t> onOtherDrive() const;
+
 private:
     std::filesystem::path path_;
 };
