@@ -87,6 +87,9 @@ TEMPLATE_TEST_CASE("setIniString: a line break is refused, and writes no other e
     for (const TestType* section : {TEXT_OF("s]\n[t"), TEXT_OF("s\r")})
         CHECK_THROWS_AS(setIniString(file, section, TEXT_OF("k"), nullptr), WindowsError);
     CHECK(folder.read("a.ini") == "[s]\r\nk=v\r\n");
+    CHECK_NOTHROW(setIniString(file, TEXT_OF("s]t"), TEXT_OF("k"), TEXT_OF("v"))); // Nor can these be read again.
+    for (const TestType* const key : {TEXT_OF(";k"), TEXT_OF("[k"), TEXT_OF("a=b")})
+        CHECK_NOTHROW(setIniString(file, TEXT_OF("s"), key, TEXT_OF("v")));
     for (const char* const value : {"", " \"a b\" ", "'", ";"})
         CHECK_NOTHROW(setIniString(file, TEXT_OF("s"), TEXT_OF("k"), BasicString<TestType>(value)));
 }

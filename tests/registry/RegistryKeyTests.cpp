@@ -1,5 +1,6 @@
 #include "Test.h"
 
+#include <tarn/ChangeList.h>
 #include <tarn/RegistryKey.h>
 
 #include "ScratchKey.h"
@@ -18,15 +19,16 @@ TEMPLATE_TEST_CASE("RegistryKey: owns the key that it opens, and tells a missing
         CHECK(key.open(scratch, TEXT_OF("B"), KEY_READ));
         CHECK(openHandles() == before + 1);
         CHECK_FALSE(key.open(scratch, TEXT_OF("None"), KEY_READ));
-        CHECK_FALSE(key.ownsKey());
-        CHECK(key.isNull());
-        CHECK(openHandles() == before);
+        CHECK((!key.ownsKey() && key.isNull() && openHandles() == before));
+        key.open(scratch, TEXT_OF("B"), KEY_READ);
         expectWindowsError([&] { key.open(nullptr, TEXT_OF("B"), KEY_READ); }, ERROR_INVALID_HANDLE, "");
+        CHECK((!key.ownsKey() && key.isNull() && openHandles() == before));
         key.open(scratch, TEXT_OF("B"), KEY_READ);
     }
     CHECK(openHandles() == before);
     expectWindowsError([&] { RegistryKey(scratch, TEXT_OF("None"), KEY_READ); }, ERROR_FILE_NOT_FOUND,
                        "Registry key not found");
+    expectWindowsError([&] { RegistryKey(nullptr, TEXT_OF("B"), KEY_READ); }, ERROR_INVALID_HANDLE, "");
 }
 
 TEMPLATE_TEST_CASE("RegistryKey: create leaves the key open and unowned", "", char, wchar_t)
@@ -35,7 +37,7 @@ TEMPLATE_TEST_CASE("RegistryKey: create leaves the key open and unowned", "", ch
     const auto before = openHandles();
     HKEY created = nullptr;
     {
-        RegistryKey key;
+        RegistryKey key(scratch, TEXT_OF(""), KEY_READ); // Which is closed.
         key.create(scratch, TEXT_OF("New"), KEY_ALL_ACCESS);
         CHECK_FALSE(key.ownsKey());
         key.close();
@@ -176,4 +178,28 @@ TEMPLATE_TEST_CASE("RegistryKey: a key is there until it is deleted", "", char, 
     key.deleteKey(TEXT_OF("Sub\\Inner"));
     CHECK_FALSE(scratch.hasKey(L"Sub\\Inner"));
     expectWindowsError([&] { key.deleteKey(TEXT_OF("None")); }, ERROR_FILE_NOT_FOUND, "");
+}
+
+TEST_CASE("RegistryKey: what is below a key is made, found and deleted in the view of that key")
+{
+    constexpr unsigned long otherView = sizeof(void*) == 4 ? KEY_WOW64_64KEY : KEY_WOW64_32KEY;
+    const RegistryKey other(HKEY_LOCAL_MACHINE, L"", KEY_ALL_ACCESS | otherView);
+    const ScratchKey scratch;
+    scratch.makeKey(L"Software\\TarnTestView");
+    ChangeList changes(otherView);
+    changes.createKey(HKEY_LOCAL_MACHINE, L"Software\\TarnTestView");
+    const std::function<void()> deletions[] = {[&] { other.deleteKey("Software\\TarnTestView"); },
+                                               [&] { other.deleteKey(L"Software\\TarnTestView"); },
+                                               [&] { other.deleteKeyRecursive("Software\\TarnTestView"); },
+                                               [&] { other.deleteKeyRecursive(L"Software\\TarnTestView"); },
+                                               [&] { other.cleanEmptyTree("Software\\TarnTestView"); },
+                                               [&] { other.cleanEmptyTree(L"Software\\TarnTestView"); }};
+    for (const auto& remove : deletions) {
+        &remove == deletions ? changes.apply() : other.AddContentFrom(RegistryKey(scratch, false));
+        CHECK((other.existsKey("Software\\TarnTestView") && other.existsKey(L"Software\\TarnTestView")));
+        CHECK(RegistryKey::existsKey(HKEY_LOCAL_MACHINE, L"Software\\TarnTestView", otherView));
+        CHECK_FALSE(RegistryKey::existsKey(HKEY_LOCAL_MACHINE, L"Software\\TarnTestView"));
+        remove();
+        CHECK_FALSE(other.existsKey(L"Software\\TarnTestView"));
+    }
 }

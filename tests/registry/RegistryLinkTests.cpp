@@ -130,13 +130,20 @@ TEST_CASE("RegistryKey: names with a zero are copied and deleted like others")
     OBJECT_ATTRIBUTES place;
     InitializeObjectAttributes(&place, &name, 0, from.getKey(), nullptr);
     ntdll("NtCreateKey", &subkey, ULONG(KEY_ALL_ACCESS), &place, 0ul, nullptr, 0ul, nullptr);
+    const std::string data(1000, 'd'); // More than the first buffer holds.
     for (HKEY key : {from.getKey(), subkey})
-        ntdll("NtSetValueKey", key, &name, 0ul, ULONG(REG_SZ), L"text", 10ul);
+        ntdll("NtSetValueKey", key, &name, 0ul, ULONG(REG_BINARY), data.data(), 1000ul);
     RegCloseKey(subkey);
 
     to.AddContentFrom(from);
-    const RegistryKey::ValueEnumeration<wchar_t> values(to);
-    CHECK((values.size() == 2 && values.begin()[1].name == withZero && values.begin()[1].size == 10));
+    struct {
+        ULONG index, type, size;
+        char data[1000];
+    } copied{};
+    ULONG size = 0;
+    ntdll("NtQueryValueKey", to.getKey(), &name, 2, &copied, ULONG(sizeof copied), &size);
+    CHECK((copied.type == REG_BINARY && copied.size == 1000 && std::string(copied.data, 1000) == data));
+    CHECK(RegistryKey::ValueEnumeration<wchar_t>(to).begin()[1].name == withZero);
     CHECK((to.getSubkeyCount() == 2 && scratch.hasValue(L"to\\a", L"v")));
     to.deleteAllValues();
     CHECK(to.getValueCount() == 0);

@@ -267,7 +267,7 @@ TEMPLATE_TEST_CASE("RegistryValue: gives what it was made from, and refuses othe
 {
     using Value = RegistryValue<TestType>;
     const Value number(0x04030201UL);
-    CHECK(number.getDWord() == 0x04030201);
+    CHECK((number.getDWord() == 0x04030201 && number.getQWord() == 0x04030201));
     CHECK(number == Value(Bytes{1, 2, 3, 4}.data(), 4, REG_DWORD));
     const Value text(TEXT_OF("text"), REG_EXPAND_SZ);
     CHECK(text.getString() == TEXT_OF("text"));

@@ -80,8 +80,13 @@ TEST_CASE("SettingsStore: all that was saved comes back, and nothing else")
     const Kind kind = GENERATE(file, ini, registry);
     CAPTURE(kind);
     CHECK(stores.of(kind)->load().empty());
-    const Values values{
-        {L"a", L""}, {L"b", L" \"x\\n\" \r\n=;"}, {L"\x0416", L"\x4E2D"}, {L"q", L"'"}, {L"w", L"\"a\""}};
+    const Values values{{L"a", L""},
+                        {L"b", L" \"x\\n\" \r\n=;"},
+                        {L"\x0416", L"\x4E2D"},
+                        {L"q", L"'a'"},
+                        {L"w", L"\"a\""},
+                        {L"x", L"\""},
+                        {L"y", L"a "}};
     stores.of(kind)->save({{L"old", L"1"}});
     stores.of(kind)->save(values);
     CHECK(stores.of(kind)->load() == values);
@@ -138,6 +143,9 @@ TEST_CASE("SettingsStore: a registry store that somebody has worked on is no fai
 {
     const Stores stores;
     stores.of(registry)->save({{L"a", L"1"}});
+    stores.of(registry)->save({{L"a", L"2"}});
+    RegDeleteKeyW(stores.key, L"Settings\\B");
+    CHECK(stores.of(registry)->load() == Values{{L"a", L"1"}});
     stores.of(registry)->save({{L"a", L"2"}});
     stores.key.storeText(L"Settings", L"Current", L"damaged");
     CHECK(stores.of(registry)->load().size() == 1);
@@ -199,25 +207,28 @@ TEST_CASE("Settings: a value is the stored one if it fits, or the default")
     expectError<Exception>([&] { settings.getText(L"Width"); }, "No setting \"Width\" of this type");
     expectError<Exception>([&] { settings.reset(L"None"); }, "No setting \"None\" of this type");
     expectError<Exception>([&] { settings.declareNumber(L"x", 0, 1, 2); }, "Not in the range of setting \"x\"");
-    expectError<Exception>([&] { settings.declareText(L"End", L""); }, "Not in the range of setting \"End\"");
+    for (const wchar_t* const taken : {L"End", L"Current", L"Version"})
+        expectError<Exception>([&] { settings.declareText(taken, L""); },
+                               "Not in the range of setting \"" + BasicString<char>(taken) + "\"");
 }
 
 TEST_CASE("Settings: what an older version has stored is migrated, and a newer one stays newer")
 {
     const Stores stores;
-    stores.of(file)->save({{L"Size", L"7"}});
-    const auto inMillimetres = [](Values& values, long long version) {
-        if (version == 0) // From before there were versions.
-            values[L"Length"] = values[L"Size"] + L"0";
+    std::vector<long long> migrated;
+    const auto inMillimetres = [&](Values& values, long long version) {
+        migrated.push_back(version);
+        values[L"Length"] = values[L"Size"] + L"0";
         values.erase(L"Size");
     };
-    for (int time = 0; time < 2; ++time) {
+    for (const int length : {1, 70, 70}) {
         Settings settings(stores.of(file), 2, inMillimetres);
         settings.declareNumber(L"Length", 1);
         settings.load();
-        CHECK(settings.getNumber(L"Length") == 70);
-        settings.save();
+        CHECK(settings.getNumber(L"Length") == length);
+        length == 1 ? stores.of(file)->save({{L"Size", L"7"}}) : settings.save();
     }
+    CHECK(migrated == std::vector<long long>{0}); // What is from before there were versions, and not the empty store.
     CHECK(stores.of(file)->load() == Values{{L"Length", L"70"}, {L"Version", L"2"}});
     Settings older(stores.of(file), 1);
     older.load();
