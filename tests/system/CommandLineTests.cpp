@@ -51,6 +51,7 @@ TEST_CASE("CommandLine: only what needs it is quoted, and the program by its own
 {
     CHECK(CommandLine("prog.exe").add("-x").add("C:\\a b\\").add("\\\"").add("").c_str() ==
           std::wstring(L"prog.exe -x \"C:\\a b\\\\\" \"\\\\\\\"\" \"\""));
+    CHECK(CommandLine(L"").c_str() == std::wstring(L"\"\""));
     const CommandLine line = CommandLine(L"C:\\a b\\").add(L"c");
     CHECK(CommandLine::split(line) == Words{L"C:\\a b\\", L"c"});
     expectWindowsError([] { CommandLine(L"a\" b"); }, ERROR_INVALID_NAME, "No program is named \"a\" b\"");
@@ -62,7 +63,8 @@ TEST_CASE("CommandLine: a batch file gets no argument that the shell might run")
     CommandLine line(L"C:\\make it.CMD. ");
     line.add(L"a&b").add(L"C:\\");
     CHECK(line.c_str() == std::wstring(L"\"C:\\make it.CMD. \" \"a&b\" \"C:\\\""));
-    for (const char* const argument : {"%PATH%", "a\"&calc", "!x!", "a\nb"})
-        expectWindowsError([&] { line.add(argument); }, ERROR_INVALID_PARAMETER,
+    CommandLine other(L"make.bat");
+    for (const char* const argument : {"%PATH%", "a\"&calc", "!x!", "a\nb", "a\rb"})
+        expectWindowsError([&] { (argument[1] == '\r' ? other : line).add(argument); }, ERROR_INVALID_PARAMETER,
                            std::string("No batch file can be given \"") + argument + "\"");
 }

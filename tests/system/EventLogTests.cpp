@@ -13,6 +13,10 @@ TEST_CASE("EventLog: a source is registered, reports and is read")
     CHECK(RegGetValueW(HKEY_LOCAL_MACHINE, key.c_str(), L"EventMessageFile", RRF_RT_REG_EXPAND_SZ | RRF_NOEXPAND,
                        nullptr, file, &size) == ERROR_SUCCESS);
     CHECK(std::wstring(file) == L"%SystemRoot%\\System32\\EventCreate.exe");
+    DWORD types = 0;
+    size = sizeof types;
+    RegGetValueW(HKEY_LOCAL_MACHINE, key.c_str(), L"TypesSupported", RRF_RT_REG_DWORD, nullptr, &types, &size);
+    CHECK(types == (EVENTLOG_INFORMATION_TYPE | EVENTLOG_WARNING_TYPE | EVENTLOG_ERROR_TYPE));
     const EventLog events(L"TarnTest");
     const Time before = Time::now() - 1000;
     events.report(EventLog::information, L"first");

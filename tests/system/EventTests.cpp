@@ -25,13 +25,12 @@ TEST_CASE("Event: a wait takes the signal of an auto-reset event only, and faili
 TEST_CASE("Event: a name is shared, and what exists stays as it is")
 {
     bool existed = true;
-    const Event first(L"Local\\TarnTest \x0416", true, true, &existed);
+    const Event first(L"Local\\TarnTest \x0416", true, false, &existed);
     CHECK_FALSE(existed);
-    const Event second(L"Local\\TarnTest \x0416", false, false, &existed);
+    const Event second(L"Local\\TarnTest \x0416", false, true, &existed);
     CHECK(existed);
-    Event::openNamed(L"Local\\TarnTest \x0416").reset();
     CHECK(second.wait(0) == WindowsHandle::timeout);
-    first.set();
+    Event::openNamed(L"Local\\TarnTest \x0416").set();
     CHECK((second.isSignaled() && second.isSignaled()));
     expectWindowsError([] { Mutex(L"Local\\TarnTest \x0416", false); }, ERROR_INVALID_HANDLE, "Error in CreateMutex");
     expectWindowsError([] { Event::openNamed(L"TarnNone"); }, ERROR_FILE_NOT_FOUND, "Can't open event \"TarnNone\"");

@@ -149,7 +149,9 @@ TEST_CASE("Environment: names are the same in any case, and the block is in thei
                        "No environment variable is named \"a=b\"");
     expectWindowsError([&] { environment.set(L"", L""); }, "No environment variable is named \"\"");
     SetEnvironmentVariableW(L"TarnTest", L"x=y");
+    SetEnvironmentVariableW(L"=Q:", L"Q:\\");
     CHECK(Environment::current().find(L"TARNTEST") == BasicString<wchar_t>(L"x=y"));
+    CHECK(Environment::current().find(L"=q:") == BasicString<wchar_t>(L"Q:\\"));
 }
 
 TEST_CASE("Process: the child inherits the handles that are listed, and no other")
@@ -191,6 +193,10 @@ TEST_CASE("Job: the whole tree ends with it, or when it is told so")
         CHECK(endOf(sleeper) == 0);
     }
     const Job job;
+    const Process suspended(L"system_child.exe", {.job = &job, .creationFlags = CREATE_SUSPENDED});
+    const WindowsHandle thread(OpenThread(THREAD_SUSPEND_RESUME, FALSE, suspended.getThreadID()));
+    CHECK((job.getProcessCount() == 1 && ResumeThread(thread) == 1)); // As it was asked for.
+    CHECK(endOf(suspended) == 0);
     const Process sleeper = sleeperOf(second, job);
     job.terminate(42);
     CHECK(endOf(sleeper) == 42);

@@ -2,6 +2,7 @@
 
 #include <tarn/CommandLine.h>
 #include <tarn/Event.h>
+#include <tarn/Job.h>
 #include <tarn/Pipe.h>
 #include <tarn/RunProcess.h>
 #include <tarn/StandardStreams.h>
@@ -29,6 +30,9 @@ TEST_CASE("runProcess: input, output, errors and exit code in one call, and no h
     CHECK(run(L"out not\" read \"it", RunOptions{.input = data}).output == "not read it");
     CHECK(run(L"out a err b out c", RunOptions{.mergeErrors = true}).output == "abc");
     expectWindowsError([] { runProcess(L"no such program"); }, "Can't create process \"no such program\"");
+    Job gone;
+    gone.close();
+    expectWindowsError([&] { run(L"", RunOptions{.start = {.job = &gone}}); }, "Can't put process into job");
     CHECK(openHandles() == handles);
 }
 

@@ -16,7 +16,7 @@ TEST_CASE("Semaphore: it is taken as often as it was given back, and no more tha
 TEST_CASE("Semaphore: a name is shared")
 {
     bool existed = true;
-    const Semaphore first(L"Local\\TarnSemaphore", 2, 2, &existed);
+    const Semaphore first(L"Local\\TarnSemaphore", 2, 3, &existed);
     CHECK_FALSE(existed);
     const Semaphore second(L"Local\\TarnSemaphore", 0, 9, &existed);
     CHECK(existed);

@@ -6,8 +6,11 @@
 
 #include <future>
 
+#include "Services.h"
+
 namespace {
 constexpr DWORD timeoutMs = 60'000;
+constexpr const wchar_t* finishName = L"Global\\TarnTestFinish"; // Whoever made it first says when.
 
 /// Works until it is stopped; the first argument behind the name says how it ends.
 class Sample : public ServiceProgram {
@@ -25,7 +28,9 @@ public:
             return 7;
         begun.set();
         getStopEvent().wait(INFINITE);
+        getGoOnEvent().wait(INFINITE); // Also when it was paused.
         reportProgress(1000);
+        Event(finishName, true, true).wait(INFINITE);
         return 0;
     }
 
@@ -33,9 +38,9 @@ public:
 
 protected:
     bool canPause() const override { return true; }
-    void onCommand(unsigned long command) override
+    void onCommand(unsigned long command) override // Of which 150 is for who goes on.
     {
-        if (command == 200)
+        if (getGoOnEvent().isSignaled() != (command == 150))
             throw std::runtime_error("Can't obey");
     }
 };
@@ -49,7 +54,12 @@ struct Installed {
                        L"TarnTestProgram", SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS, SERVICE_DEMAND_START,
                        SERVICE_ERROR_IGNORE, line, nullptr, nullptr, nullptr, nullptr, nullptr);
     }
-    ~Installed() { service.remove(); }
+    ~Installed()
+    {
+        service.remove();
+        service.close();
+        CHECK(reaches("TarnTestProgram", 0));
+    }
 
     /// How the service ended that was started so.
     SERVICE_STATUS_PROCESS endOf(const wchar_t* how)
@@ -82,10 +92,19 @@ TEST_CASE("ServiceProgram: the service manager starts, pauses, commands and stop
     CHECK_FALSE(service.waitForState(SERVICE_STOPPED, 20));
     service.control(SERVICE_CONTROL_PAUSE);
     CHECK(service.waitForState(SERVICE_PAUSED, timeoutMs));
+    service.control(151);
     service.control(SERVICE_CONTROL_CONTINUE);
     CHECK(service.waitForState(SERVICE_RUNNING, timeoutMs));
     service.control(150);
+    service.control(SERVICE_CONTROL_PAUSE);
+    const Event finish(finishName, true, false);
     service.stop();
+    for (int i = 0; i < 2000 && service.getStatus().dwWaitHint != 1000; ++i)
+        Sleep(10);
+    const SERVICE_STATUS_PROCESS stopping = service.getStatus();
+    CHECK((stopping.dwCurrentState == SERVICE_STOP_PENDING && stopping.dwCheckPoint == 2));
+    CHECK(stopping.dwControlsAccepted == 0);
+    finish.set();
     CHECK(service.waitForState(SERVICE_STOPPED, timeoutMs));
     CHECK(service.getStatus().dwWin32ExitCode == NO_ERROR);
     expectWindowsError([&] { service.control(150); }, ERROR_SERVICE_NOT_ACTIVE, "Can't control service");
@@ -114,6 +133,16 @@ TEST_CASE("ServiceProgram: in the console and as an object it runs until it is a
     sample.requestStop();
     CHECK(console.get() == 0);
     CHECK(Sample().run({L"name", L"7"}) == 7);
+
+    struct Failing : Sample {
+        unsigned long run(const std::vector<BasicString<wchar_t>>& arguments) override
+        {
+            CHECK(arguments == CommandLine::own());
+            return Sample::run({L"name", L"exception"});
+        }
+    } failing;
+    for (int i = 0; i < 2; ++i)
+        expectError<std::runtime_error>([&] { failing.runInConsole(); }, "Can't go on");
 }
 
 TEST_CASE("Service: its description, start type and restarts are kept")
@@ -122,6 +151,8 @@ TEST_CASE("Service: its description, start type and restarts are kept")
     const Service& service = installed.service;
     service.setDescription(L"\x0416");
     service.setStartType(SERVICE_AUTO_START);
+    CHECK((service.getConfiguration().startType == SERVICE_AUTO_START &&
+           service.getConfiguration().description == L"\x0416"));
     try {
         service.setRestart(5000, 2);
     } catch (const WindowsError& error) {

@@ -5,6 +5,7 @@
 #include <tarn/WindowsModule.h>
 
 #include "ScratchFolder.h"
+#include "Services.h"
 
 namespace {
 constexpr DWORD managerAccess = SC_MANAGER_CONNECT | SC_MANAGER_CREATE_SERVICE;
@@ -18,27 +19,6 @@ template <class Ch> void createService(Service& service, const Ch* name)
     service.create(ServiceManager(nullptr, managerAccess), name, name, SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS,
                    SERVICE_DEMAND_START, SERVICE_ERROR_IGNORE, program.c_str(), nullptr, nullptr, nullptr, nullptr,
                    nullptr);
-}
-
-/// The state of a service, or 0 when there is none of that name.
-DWORD stateOf(const char* name)
-{
-    const SC_HANDLE manager = OpenSCManagerA(nullptr, nullptr, SC_MANAGER_CONNECT);
-    const SC_HANDLE service = OpenServiceA(manager, name, SERVICE_QUERY_STATUS);
-    SERVICE_STATUS status{};
-    if (service) {
-        QueryServiceStatus(service, &status);
-        CloseServiceHandle(service);
-    }
-    CloseServiceHandle(manager);
-    return status.dwCurrentState;
-}
-
-bool reaches(const char* name, DWORD state)
-{
-    for (int i = 0; i < 6000 && stateOf(name) != state; ++i)
-        Sleep(10);
-    return stateOf(name) == state;
 }
 
 /// The test service, registered for a scope under a name in either width.
@@ -97,7 +77,9 @@ TEST_CASE("Service: failing calls name themselves")
     expectWindowsError([&] { service.open(manager, "TarnTestMissing", SERVICE_START); }, ERROR_SERVICE_DOES_NOT_EXIST,
                        "Can't open service");
     Registered registered("TarnTest");
+    service.open(manager, "TarnTest", SERVICE_START);
     expectWindowsError([&] { createService(service, "TarnTest"); }, ERROR_SERVICE_EXISTS, "Can't create service");
+    CHECK_FALSE(service.isOpen()); // What was held is closed first.
     expectWindowsError([&] { registered.service.stop(); }, ERROR_SERVICE_NOT_ACTIVE, "Can't stop service");
     service.open(manager, L"TarnTest", SERVICE_QUERY_STATUS);
     expectWindowsError([&] { service.start(); }, ERROR_ACCESS_DENIED, "Can't start service");
@@ -115,7 +97,6 @@ TEST_CASE("Service: failing calls name themselves")
 TEST_CASE("Service: all that are installed are listed, with what they do and how they are kept")
 {
     const Registered registered("TarnTest");
-    registered.service.setDescription(L"\x0416");
     const ServiceManager manager(nullptr, SC_MANAGER_ENUMERATE_SERVICE);
     const auto listed = [&](unsigned long states) {
         const auto services = manager.getServices(SERVICE_WIN32, states);
@@ -131,7 +112,7 @@ TEST_CASE("Service: all that are installed are listed, with what they do and how
     const ServiceConfiguration kept = registered.service.getConfiguration();
     CHECK((kept.serviceType == SERVICE_WIN32_OWN_PROCESS && kept.startType == SERVICE_DEMAND_START));
     CHECK((kept.binaryPath.endsWith(L"system_service.exe") && kept.displayName == L"TarnTest"));
-    CHECK((kept.description == L"\x0416" && kept.dependencies.empty()));
+    CHECK((kept.description.empty() && kept.dependencies.empty()));
     Service dependent;
     dependent.create(ServiceManager(nullptr, managerAccess), L"TarnTestMissing", nullptr, SERVICE_ALL_ACCESS,
                      SERVICE_WIN32_OWN_PROCESS, SERVICE_DISABLED, SERVICE_ERROR_IGNORE, L"x", nullptr, nullptr,

@@ -32,6 +32,7 @@ TEST_CASE("WaitableTimer: a name is shared, and failing calls name themselves")
     CHECK(existed);
     second.set(0);
     CHECK(WaitableTimer::openNamed(L"Local\\TarnTimer").wait(20'000) == WindowsHandle::signaled);
+    CHECK(first.isSignaled()); // Until it is reset.
     const Event other(L"Local\\TarnTimer2", true, false);
     expectWindowsError([] { WaitableTimer(L"Local\\TarnTimer2", true); }, ERROR_INVALID_HANDLE,
                        "Error in CreateWaitableTimer");
