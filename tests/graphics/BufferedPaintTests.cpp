@@ -26,6 +26,8 @@ TEST_CASE("BufferedPaint: what is drawn appears at the end, where the window is 
         context.setViewportOrigin(5, 5);
         GdiFlush();
         CHECK(seen.getPixel(15, 15) == white);
+        context.close();
+        CHECK((!context && seen.getPixel(15, 15) == red));
     };
     const Rect part(10, 10, 30, 20);
     MSG msg; // Wine 10 makes the window invalid when it looks for events.

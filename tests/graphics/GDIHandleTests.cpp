@@ -97,6 +97,11 @@ TEST_CASE("Pen, Brush, Font: are made as asked for, and again")
     CHECK((describe<LOGPEN>(pen).lopnColor == blue && describe<LOGPEN>(pen).lopnWidth.x == 7));
     CHECK((former == pen.getHandle() || !isAlive(former)));
     CHECK(describe<LOGBRUSH>(Brush(green)).lbColor == green);
+    Font again = smallFont("Tahoma");
+    const unsigned objects = drawingObjects();
+    again.create(-9, 0, 0, 0, 0, false, false, false, DEFAULT_CHARSET, 0, 0, 0, 0, "Tahoma");
+    again.create(-9, 0, 0, 0, 0, false, false, false, DEFAULT_CHARSET, 0, 0, 0, 0, L"Tahoma");
+    CHECK((again.isOwner() && drawingObjects() == objects));
     for (const LOGFONTW& font : {describe<LOGFONTW>(smallFont("Tahoma")), describe<LOGFONTW>(smallFont(L"Tahoma"))}) {
         CHECK((font.lfHeight == -12 && font.lfWeight == FW_BOLD));
         CHECK((font.lfItalic && !font.lfUnderline && font.lfStrikeOut));
@@ -112,6 +117,13 @@ TEST_CASE("Bitmap: made or loaded, it tells its size")
     CHECK((loaded.isOwner() && loaded.getSize() == Size(8, 2)));
     expectWindowsError([] { Bitmap(8, GetModuleHandleW(nullptr)); }, ERROR_RESOURCE_NAME_NOT_FOUND,
                        "Can't load bitmap 8");
+    std::uint32_t* pixels = nullptr;
+    const Bitmap own = Bitmap::withPixels(1, 2, pixels);
+    pixels[0] = 0xFF;
+    CHECK(own.getPixels() == std::vector<std::uint32_t>{0xFF, 0}); // From the top.
+    DeviceContext context;
+    context.select(own);
+    CHECK(context.getPixel(0, 0) == blue);
     BITMAPINFOHEADER header;
     Bitmap(newDIBSection(4, 6, 8), true).getHeader(header);
     CHECK(header.biBitCount == 8);

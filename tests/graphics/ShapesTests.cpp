@@ -1,6 +1,7 @@
 #include "Test.h"
 
 #include "Canvas.h"
+#include "Failures.h"
 
 #include <tarn/AutoClip.h>
 #include <tarn/AutoSelect.h>
@@ -111,20 +112,34 @@ TEST_CASE("DeviceContext: pictures are stretched, and blended as a whole or by t
     canvas.context.blend(memory, Rect(0, 0, 2, 2), Rect(0, 0, 1, 1), 128);
     canvas.context.blend(memory, Rect(3, 0, 4, 2), Rect(1, 0, 2, 1), 255, true);
     CHECK((canvas.context.getPixel(0, 0) == RGB(255, 127, 127) && canvas.context.getPixel(3, 0) == white));
-    canvas.context.stretch(memory, Rect(0, 0, 4, 2), Rect(0, 0, 1, 1));
-    CHECK(canvas.pixels() == "RRRR\nRRRR\n");
+    canvas.context.fillRectangle(white, Rect(0, 0, 4, 2));
+    canvas.context.stretch(memory, Rect(2, 1, 4, 2), Rect(0, 0, 1, 1));
+    canvas.context.stretch(memory, Rect(0, 0, 2, 1), Rect(1, 0, 2, 1));
+    CHECK(canvas.pixels() == "##..\n..RR\n");
+    CHECK(GetStretchBltMode(canvas.context) == BLACKONWHITE); // As before.
 }
 
 TEST_CASE("DeviceContext: what cannot be drawn is named")
 {
     const DeviceContext gone(reinterpret_cast<HDC>(0x7001));
-    const auto fails = [](auto call, const char* what) { expectWindowsError(call, what); };
-    fails([&] { gone.drawRectangle(Rect()); }, "Can't draw rectangle");
-    fails([&] { gone.drawEllipse(Rect()); }, "Can't draw ellipse");
-    fails([&] { gone.drawPolygon({}); }, "Can't draw polygon");
-    fails([&] { gone.getClipRectangle(); }, "Can't get clipping rectangle");
-    fails([&] { gone.getBackgroundMode(); }, "Can't set background mode");
-    fails([&] { gone.stretch(gone, Rect(0, 0, 1, 1), Rect(0, 0, 1, 1)); }, "Can't stretch bits");
-    fails([&] { gone.blend(gone, Rect(0, 0, 1, 1), Rect(0, 0, 1, 1), 9); }, "Can't blend bits");
-    fails([&] { gone.drawIcon(Rect(0, 0, 1, 1), nullptr); }, "Can't draw icon");
+    const Rect rect(0, 0, 4, 4);
+    expectFailures({
+        {"Can't draw rectangle", [&] { gone.drawRectangle(rect); }},
+        {"Can't draw round rectangle", [&] { gone.drawRoundRectangle(rect, Size(1, 1)); }},
+        {"Can't draw ellipse", [&] { gone.drawEllipse(rect); }},
+        {"Can't draw pie", [&] { gone.drawPie(rect, Point(4, 0), Point(0, 4)); }},
+        {"Can't draw arc", [&] { gone.drawArc(rect, Point(4, 0), Point(0, 4)); }},
+        {"Can't draw polygon", [&] { gone.drawPolygon({}); }},
+        {"Can't draw lines", [&] { gone.drawLines({}); }},
+        {"Can't draw curves", [&] { gone.drawCurves({}); }},
+        {"Can't draw frame", [&] { gone.drawFrame(Brush(red), rect); }, silentOnWine},
+        {"Can't draw frame", [&] { gone.drawFocusFrame(rect); }, silentOnWine},
+        {"Can't draw text", [&] { gone.drawText(rect, "x"); }},
+        {"Can't retrieve text extent", [&] { gone.getWrappedExtent(9, L"x"); }, silentOnWine},
+        {"Can't get clipping rectangle", [&] { gone.getClipRectangle(); }},
+        {"Can't set background mode", [&] { gone.getBackgroundMode(); }},
+        {"Can't stretch bits", [&] { gone.stretch(gone, rect, rect); }},
+        {"Can't blend bits", [&] { gone.blend(gone, rect, rect, 9); }},
+        {"Can't draw icon", [&] { gone.drawIcon(rect, nullptr); }},
+    });
 }

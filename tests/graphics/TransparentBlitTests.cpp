@@ -2,6 +2,8 @@
 
 #include "Canvas.h"
 
+#include <tarn/AutoClip.h>
+#include <tarn/DPI.h>
 #include <tarn/Rect.h>
 
 #include <initializer_list>
@@ -112,6 +114,10 @@ TEST_CASE("Graphics: drawing leaks no objects, also when it fails half way for w
     const std::pair<std::size_t, std::function<void()>> members[] = {
         {8, [&] { canvas.context.blitTransparent(bitmap, 0, 0, 4, 2, 0, 0, white); }},
         {2, [&] { canvas.context.drawRectangle3D(Rect(0, 0, 4, 4), true); }},
+        {2, [&] { AutoClip outer(canvas.context, Rect(0, 0, 2, 2)), inner(canvas.context, Rect(0, 0, 1, 1)); }},
+        {1, [] { CHECK_THROWS_AS(AutoClip(nullptr, Rect()), WindowsError); }},
+        {1, [] { DPI::ofSystem(); }},
+        {1, [&] { bitmap.getPixels(); }},
         {1, [&] { bitmap.getSize(); }},
         {1, [&] { DeviceContext(nullptr, false); }},
         {1, [&] { DeviceContext copy(canvas.context); }}};
