@@ -8,6 +8,7 @@
 
 #include "../foundation/Check.h"
 #include "../foundation/FunctionOf.h"
+#include "../foundation/SystemLibrary.h"
 #include "../windowing/HandlerScope.h"
 #include "../windowing/Subclass.h"
 
@@ -16,7 +17,7 @@ namespace {
 // Loaded by those windows alone that are asked.
 HMODULE accessibilityLibrary()
 {
-    static const HMODULE library = LoadLibraryW(L"oleacc.dll");
+    static const HMODULE library = loadSystemLibrary(L"oleacc.dll");
     return library;
 }
 

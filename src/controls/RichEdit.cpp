@@ -4,6 +4,7 @@
 #include <tarn/StandardStreams.h>
 
 #include "../foundation/Check.h"
+#include "../foundation/SystemLibrary.h"
 #include "../windowing/HandlerScope.h"
 #include "ControlMessages.h"
 
@@ -61,7 +62,7 @@ void transfer(const RichEdit& control, UINT msg, WPARAM kind, Stream& stream, ED
 
 void RichEdit::loadClass()
 {
-    static const HMODULE module = LoadLibraryW(L"msftedit.dll"); // Which has the class, and stays.
+    static const HMODULE module = loadSystemLibrary(L"msftedit.dll"); // Which has the class, and stays.
     ensure(module, "Can't create window");
 }
 

@@ -2,6 +2,7 @@
 
 #include "FunctionOf.h"
 #include "Hex.h"
+#include "SystemLibrary.h"
 #include "TypeName.h"
 
 #include <dbghelp.h>
@@ -29,7 +30,7 @@ std::mutex oneAtATime; // The functions of "dbghelp.dll" are not to be called by
 
 struct SymbolNames::Library {
     const std::lock_guard<std::mutex> lock{oneAtATime};
-    const HMODULE module = LoadLibraryW(L"dbghelp.dll");
+    const HMODULE module = loadSystemLibrary(L"dbghelp.dll");
     decltype(SymInitializeW)* const initialize = functionOf<decltype(SymInitializeW)>(module, "SymInitializeW");
     decltype(SymCleanup)* const cleanup = functionOf<decltype(SymCleanup)>(module, "SymCleanup");
     decltype(SymGetOptions)* const getOptions = functionOf<decltype(SymGetOptions)>(module, "SymGetOptions");

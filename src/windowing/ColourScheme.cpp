@@ -3,6 +3,7 @@
 #include <tarn/Window.h>
 
 #include "../foundation/FunctionOf.h"
+#include "../foundation/SystemLibrary.h"
 
 #include <optional>
 
@@ -71,7 +72,7 @@ bool Window::setDarkTitleBar(bool isDark) const
 {
     // Loaded when asked for, as hardly a program does.
     static const auto setAttribute = functionOf<HRESULT WINAPI(HWND, DWORD, const void*, DWORD)>(
-        LoadLibraryExW(L"dwmapi.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32), "DwmSetWindowAttribute");
+        loadSystemLibrary(L"dwmapi.dll"), "DwmSetWindowAttribute");
     constexpr DWORD useImmersiveDarkMode = 20;
     const BOOL wanted = isDark;
     return setAttribute && SUCCEEDED(setAttribute(hwnd_, useImmersiveDarkMode, &wanted, sizeof wanted));
