@@ -4,6 +4,8 @@
 #include <tarn/COMInterfacePointer.h>
 #include <tarn/Exception.h>
 
+#include "../foundation/Widened.h"
+
 #include <wincodec.h>
 
 namespace tarn {
@@ -57,7 +59,7 @@ void writeFrame(IWICImagingFactory& factory, IWICBitmapEncoder& encoder, IWICBit
 }
 } // namespace
 
-Bitmap loadPicture(const char* file) { return loadPicture(BasicString<wchar_t>(file).c_str()); }
+Bitmap loadPicture(const char* file) { return loadPicture(widened(file).c_str()); }
 Bitmap loadPicture(const wchar_t* file)
 {
     const auto factory = makeFactory();
@@ -80,7 +82,7 @@ Bitmap loadPicture(const wchar_t* file)
 
 void savePicture(HBITMAP bitmap, const char* file, bool hasOpacity)
 {
-    savePicture(bitmap, BasicString<wchar_t>(file).c_str(), hasOpacity);
+    savePicture(bitmap, widened(file).c_str(), hasOpacity);
 }
 void savePicture(HBITMAP bitmap, const wchar_t* file, bool hasOpacity)
 {

@@ -5,6 +5,7 @@
 
 #include "../foundation/Check.h"
 #include "../foundation/FunctionOf.h"
+#include "../foundation/Widened.h"
 #include "../windowing/HandlerScope.h"
 
 #include <algorithm>
@@ -77,25 +78,22 @@ void QuestionDialog::onTimer(unsigned) {}
 void QuestionDialog::onLink(const wchar_t*) {}
 void QuestionDialog::onHelp() {}
 
-void QuestionDialog::setTitle(const char* title) { title_ = title; }
+void QuestionDialog::setTitle(const char* title) { title_ = widened(title); }
 void QuestionDialog::setTitle(const wchar_t* title) { title_ = title; }
-void QuestionDialog::setInstruction(const char* text) { setInstruction(BasicString<wchar_t>(text).c_str()); }
+void QuestionDialog::setInstruction(const char* text) { setInstruction(widened(text).c_str()); }
 void QuestionDialog::setInstruction(const wchar_t* text) { change(instruction_, text, TDE_MAIN_INSTRUCTION); }
-void QuestionDialog::setContent(const char* text) { setContent(BasicString<wchar_t>(text).c_str()); }
+void QuestionDialog::setContent(const char* text) { setContent(widened(text).c_str()); }
 void QuestionDialog::setContent(const wchar_t* text) { change(content_, text, TDE_CONTENT); }
-void QuestionDialog::setDetails(const char* text) { setDetails(BasicString<wchar_t>(text).c_str()); }
+void QuestionDialog::setDetails(const char* text) { setDetails(widened(text).c_str()); }
 void QuestionDialog::setDetails(const wchar_t* text) { change(details_, text, TDE_EXPANDED_INFORMATION); }
-void QuestionDialog::setFooter(const char* text) { setFooter(BasicString<wchar_t>(text).c_str()); }
+void QuestionDialog::setFooter(const char* text) { setFooter(widened(text).c_str()); }
 void QuestionDialog::setFooter(const wchar_t* text) { change(footer_, text, TDE_FOOTER); }
 
-void QuestionDialog::addButton(int id, const char* text) { buttons_.push_back({id, text}); }
+void QuestionDialog::addButton(int id, const char* text) { buttons_.push_back({id, widened(text)}); }
 void QuestionDialog::addButton(int id, const wchar_t* text) { buttons_.push_back({id, text}); }
-void QuestionDialog::addRadioButton(int id, const char* text) { radioButtons_.push_back({id, text}); }
+void QuestionDialog::addRadioButton(int id, const char* text) { radioButtons_.push_back({id, widened(text)}); }
 void QuestionDialog::addRadioButton(int id, const wchar_t* text) { radioButtons_.push_back({id, text}); }
-void QuestionDialog::setCheckBox(const char* text, bool isChecked)
-{
-    setCheckBox(BasicString<wchar_t>(text).c_str(), isChecked);
-}
+void QuestionDialog::setCheckBox(const char* text, bool isChecked) { setCheckBox(widened(text).c_str(), isChecked); }
 void QuestionDialog::setCheckBox(const wchar_t* text, bool isChecked)
 {
     checkBox_ = text;

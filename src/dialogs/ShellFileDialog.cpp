@@ -4,6 +4,7 @@
 #include <tarn/Exception.h>
 
 #include "../foundation/TaskMemory.h"
+#include "../foundation/Widened.h"
 #include "../windowing/HandlerScope.h"
 #include "../windowing/SystemDialogs.h"
 
@@ -62,15 +63,15 @@ OpenFileDialog::OpenFileDialog(HWND owner) : ShellFileDialog(__uuidof(::FileOpen
 SaveFileDialog::SaveFileDialog(HWND owner) : ShellFileDialog(__uuidof(::FileSaveDialog), owner, FOS_OVERWRITEPROMPT) {}
 OpenFolderDialog::OpenFolderDialog(HWND owner) : ShellFileDialog(__uuidof(::FileOpenDialog), owner, FOS_PICKFOLDERS) {}
 
-void ShellFileDialog::setTitle(const char* title) { title_ = title; }
+void ShellFileDialog::setTitle(const char* title) { title_ = widened(title); }
 void ShellFileDialog::setTitle(const wchar_t* title) { title_ = title; }
-void ShellFileDialog::setStartFolder(const char* folder) { setStartFolder(BasicString<wchar_t>(folder).c_str()); }
+void ShellFileDialog::setStartFolder(const char* folder) { setStartFolder(widened(folder).c_str()); }
 void ShellFileDialog::setStartFolder(const wchar_t* folder) { folders_->start = folderAt(folder); }
-void ShellFileDialog::addPlace(const char* folder) { addPlace(BasicString<wchar_t>(folder).c_str()); }
+void ShellFileDialog::addPlace(const char* folder) { addPlace(widened(folder).c_str()); }
 void ShellFileDialog::addPlace(const wchar_t* folder) { folders_->places.push_back(folderAt(folder)); }
-void ShellFileDialog::setDefaultExtension(const char* extension) { extension_ = extension; }
+void ShellFileDialog::setDefaultExtension(const char* extension) { extension_ = widened(extension); }
 void ShellFileDialog::setDefaultExtension(const wchar_t* extension) { extension_ = extension; }
-void ShellFileDialog::setName(const char* name) { name_ = name; }
+void ShellFileDialog::setName(const char* name) { name_ = widened(name); }
 void ShellFileDialog::setName(const wchar_t* name) { name_ = name; }
 void ShellFileDialog::setMultiple(bool multiple)
 {

@@ -4,6 +4,7 @@
 
 #include "../foundation/Check.h"
 #include "../foundation/Closing.h"
+#include "../foundation/Widened.h"
 
 #include <exception>
 #include <utility>
@@ -22,7 +23,7 @@ template <class Call> void ensurePrinting(Call call, const char* what)
 }
 } // namespace
 
-PrinterContext::PrinterContext(const char* printer) : PrinterContext(BasicString<wchar_t>(printer).c_str()) {}
+PrinterContext::PrinterContext(const char* printer) : PrinterContext(widened(printer).c_str()) {}
 PrinterContext::PrinterContext(const wchar_t* printer) : PrinterContext(openPrinter(printer)) {}
 
 DPI PrinterContext::getDPI() const { return DPI(static_cast<unsigned>(GetDeviceCaps(*this, LOGPIXELSX))); }
@@ -49,7 +50,7 @@ void PrinterContext::setUnits(const SIZE& units)
 PrintedDocument::PrintedDocument(HDC printer, const char* name, const char* file)
     : printer_(printer), exceptions_(std::uncaught_exceptions())
 {
-    begin(BasicString<wchar_t>(name).c_str(), file ? BasicString<wchar_t>(file).c_str() : nullptr);
+    begin(widened(name).c_str(), file ? widened(file).c_str() : nullptr);
 }
 PrintedDocument::PrintedDocument(HDC printer, const wchar_t* name, const wchar_t* file)
     : printer_(printer), exceptions_(std::uncaught_exceptions())

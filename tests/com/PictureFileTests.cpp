@@ -22,8 +22,8 @@ TEST_CASE("savePicture, loadPicture: pixels come back through the codecs, uprigh
     const COMApartment com;
     const ScratchFolder folder;
     const Pixels colours{0xFFFF0000, 0xFF00FF00, 0xFF0000FF, 0xFFFFFFFF, 0xFF000000, 0xFF123456};
-    const std::string file = folder.file(GENERATE("a.png", "a.BMP", "a.tif"));
-    savePicture(picture(3, 2, colours), file.c_str());
+    const BasicString<wchar_t> file = folder.file(GENERATE(L"\u20AC.png", L"a.BMP", L"a.tif"));
+    savePicture(picture(3, 2, colours), w2a(file.c_str(), CP_ACP).c_str());
     const Bitmap loaded = loadPicture(file.c_str());
     CHECK((loaded.getSize() == Size(3, 2) && loaded.getPixels() == colours));
 }

@@ -10,7 +10,7 @@ constexpr int save = 100, discard = 101, firstKind = 200, secondKind = 201;
 struct Asked : QuestionDialog {
     explicit Asked(HWND owner = nullptr) : QuestionDialog(owner)
     {
-        setTitle(L"Plan");
+        setTitle("Pl\x80n"); // In the system's code page, which is not the runtime library's locale.
         setInstruction("Save the changes?");
         addButton(save, "&Save");
         addButton(discard, L"&Discard");
@@ -68,7 +68,7 @@ TEST_CASE("QuestionDialog: it shows its texts and buttons, and gives the one tha
     std::wstring texts;
     dialog.step = [&](Asked& shown) {
         texts = textsIn(shown.getWindowHandle());
-        CHECK(Window(shown.getWindowHandle()).getTextW() == L"Plan");
+        CHECK(Window(shown.getWindowHandle()).getTextW() == a2w("Pl\x80n", CP_ACP));
         CHECK(!IsWindowEnabled(owner));
         for (const bool isEnabled : {false, true}) {
             shown.enableButton(IDCANCEL, isEnabled);

@@ -59,10 +59,11 @@ TEST_CASE("SaveFileDialog: a name without an extension gets the default one")
     SaveFileDialog dialog;
     dialog.setStartFolder(folder.path().string().c_str());
     GENERATE(false, true) ? dialog.setDefaultExtension("txt") : dialog.setDefaultExtension(L"txt");
-    dialog.setName(L"new");
+    dialog.setName("n\x80w");
     const Driver driver(press(IDOK));
     REQUIRE(dialog.showModal());
-    CHECK(dialog.getPathA() == folder.file("new.txt"));
+    const BasicString<wchar_t> expected = folder.file(a2w("n\x80w.txt", CP_ACP));
+    CHECK((dialog.getPathW() == expected && dialog.getPathA() == w2a(expected.c_str(), CP_ACP)));
 }
 
 TEST_CASE("OpenFolderDialog: gives the folder that was entered")
