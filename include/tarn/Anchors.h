@@ -8,9 +8,12 @@
 
 #include <boost/noncopyable.hpp>
 
+#include <memory>
 #include <vector>
 
 namespace tarn {
+class Subclass;
+
 /// Which edges of a window its controls follow when the user sizes it, so that a dialog can be made larger:
 ///
 ///     struct FindDialog : Dialog {
@@ -34,7 +37,7 @@ public:
     /// of two it stays in the same proportion between them.
     enum edge : unsigned { left = 1, top = 2, right = 4, bottom = 8, all = 15 };
 
-    Anchors() = default;
+    Anchors();
     ~Anchors();
 
     /// The edges of a control, by its id, once and for all windows to come; again replaces them. What is not added
@@ -66,6 +69,7 @@ private:
     void place() const;
 
     std::vector<Control> controls_;
+    std::unique_ptr<Subclass> subclass_;
     HWND window_ = nullptr;
     bool isRescaling_ = false;
     bool* ended_ = nullptr; // While a message is under way: whether the window was let go.

@@ -67,7 +67,8 @@ std::optional<BasicString<wchar_t>> DraggedData::getText() const
 }
 std::vector<BasicString<wchar_t>> DraggedData::getFiles() const
 {
-    return readFormat(*data_.get(), CF_HDROP, filesIn).value_or(std::vector<BasicString<wchar_t>>());
+    const auto files = [](HGLOBAL block) { return filesIn(block, cannotGetDragged); };
+    return readFormat(*data_.get(), CF_HDROP, files).value_or(std::vector<BasicString<wchar_t>>());
 }
 std::optional<std::vector<std::byte>> DraggedData::getData(unsigned format) const
 {

@@ -1,27 +1,18 @@
 #include <tarn/ShellExtension.h>
 
-#include <shellapi.h>
+#include "../windowing/GlobalData.h"
 
 #include <memory>
 
 namespace tarn {
 ShellExtension::Items ShellExtension::readItems(IDataObject* data)
 {
-    Items items;
     FORMATETC format = {CF_HDROP, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
     STGMEDIUM medium = {};
     if (!data || FAILED(data->GetData(&format, &medium)))
-        return items;
+        return {};
     const std::unique_ptr<STGMEDIUM, decltype(&ReleaseStgMedium)> owner(&medium, &ReleaseStgMedium);
-    const auto drop = static_cast<HDROP>(medium.hGlobal);
-    const UINT count = DragQueryFileW(drop, 0xFFFFFFFF, nullptr, 0);
-    for (UINT i = 0; i < count; ++i) {
-        BasicString<wchar_t> path;
-        path.resize(DragQueryFileW(drop, i, nullptr, 0) + 1u); // The call writes a terminator.
-        path.resize(DragQueryFileW(drop, i, path.data(), static_cast<UINT>(path.size())));
-        items.push_back(path);
-    }
-    return items;
+    return filesIn(medium.hGlobal, "Can't get selected files");
 }
 
 HRESULT ShellExtension::Initialize(PCIDLIST_ABSOLUTE folder, IDataObject* data, HKEY)

@@ -3,6 +3,7 @@
 #include "../foundation/Check.h"
 #include "../windowing/ControlPlace.h"
 #include "../windowing/HandlerScope.h"
+#include "../windowing/Subclass.h"
 
 #include <algorithm>
 #include <utility>
@@ -20,6 +21,7 @@ void follow(LONG& nearSide, LONG& farSide, LONG growth, bool holdsNear, bool hol
 }
 } // namespace
 
+Anchors::Anchors() = default;
 Anchors::~Anchors() { end(); }
 
 void Anchors::add(int id, unsigned edges)
@@ -33,15 +35,13 @@ void Anchors::begin(HWND window)
     end();
     measure(window);
     minimum_ = Window(window).getWindowSize();
-    const auto id = reinterpret_cast<UINT_PTR>(this);
-    ensureGDI([&] { return SetWindowSubclass(window, onMessage, id, id); }, "Can't follow size of window");
+    subclass_ = std::make_unique<Subclass>(window, onMessage, this, "Can't follow size of window");
     window_ = window;
 }
 
 void Anchors::end()
 {
-    if (window_)
-        RemoveWindowSubclass(window_, onMessage, reinterpret_cast<UINT_PTR>(this));
+    subclass_.reset();
     window_ = nullptr;
     if (bool* const ended = std::exchange(ended_, nullptr))
         *ended = true;

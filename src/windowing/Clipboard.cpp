@@ -69,7 +69,7 @@ Bitmap Clipboard::getPicture() const
 std::vector<BasicString<wchar_t>> Clipboard::getFiles() const
 {
     const HANDLE block = find(CF_HDROP);
-    return block ? filesIn(block) : std::vector<BasicString<wchar_t>>();
+    return block ? filesIn(block, cannotGet) : std::vector<BasicString<wchar_t>>();
 }
 std::optional<std::vector<std::byte>> Clipboard::getData(unsigned format) const
 {

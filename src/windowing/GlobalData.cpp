@@ -64,13 +64,16 @@ BasicString<wchar_t> textIn(HGLOBAL block, const char* what)
     return BasicString<wchar_t>(text, wcsnlen(text, GlobalSize(block) / sizeof *text)); // It need not be terminated.
 }
 
-std::vector<BasicString<wchar_t>> filesIn(HGLOBAL block)
+std::vector<BasicString<wchar_t>> filesIn(HGLOBAL block, const char* what)
 {
     const auto drop = static_cast<HDROP>(block);
     std::vector<BasicString<wchar_t>> files(DragQueryFileW(drop, 0xFFFFFFFF, nullptr, 0));
     for (UINT i = 0; i < files.size(); ++i) {
-        files[i].resize(DragQueryFileW(drop, i, nullptr, 0));
-        DragQueryFileW(drop, i, files[i].data(), static_cast<UINT>(files[i].size() + 1));
+        const auto query = [&](wchar_t* name, UINT size) {
+            return ensureGDI([&] { return DragQueryFileW(drop, i, name, size); }, what);
+        };
+        files[i].resize(query(nullptr, 0));
+        query(files[i].data(), static_cast<UINT>(files[i].size() + 1));
     }
     return files;
 }

@@ -27,6 +27,6 @@ Bytes bytesOfFiles(std::span<const BasicString<wchar_t>> files);
 
 /// Up to the first zero.
 BasicString<wchar_t> textIn(HGLOBAL block, const char* what);
-std::vector<BasicString<wchar_t>> filesIn(HGLOBAL block);
+std::vector<BasicString<wchar_t>> filesIn(HGLOBAL block, const char* what);
 Bytes bytesIn(HGLOBAL block, const char* what);
 } // namespace tarn

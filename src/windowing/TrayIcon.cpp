@@ -2,6 +2,8 @@
 
 #include "../foundation/Check.h"
 #include "../foundation/Closing.h"
+#include "../foundation/LastErrorKept.h"
+#include "../foundation/Widened.h"
 
 #include <shellapi.h>
 
@@ -40,10 +42,7 @@ void TrayIcon::onSelect(const Point&) {}
 void TrayIcon::onMenu(const Point&) {}
 void TrayIcon::onNoticeSelect() {}
 
-void TrayIcon::create(unsigned icon, HINSTANCE module, const char* tip)
-{
-    create(icon, module, BasicString<wchar_t>(tip).c_str());
-}
+void TrayIcon::create(unsigned icon, HINSTANCE module, const char* tip) { create(icon, module, widened(tip).c_str()); }
 void TrayIcon::create(unsigned icon, HINSTANCE module, const wchar_t* tip)
 {
     destroy();
@@ -83,7 +82,7 @@ void TrayIcon::setPicture(HICON icon)
     resource_ = 0;
     change();
 }
-void TrayIcon::setTip(const char* tip) { setTip(BasicString<wchar_t>(tip).c_str()); }
+void TrayIcon::setTip(const char* tip) { setTip(widened(tip).c_str()); }
 void TrayIcon::setTip(const wchar_t* tip)
 {
     tip_ = tip;
@@ -92,7 +91,7 @@ void TrayIcon::setTip(const wchar_t* tip)
 
 void TrayIcon::showNotice(const char* title, const char* text, notice_kind kind) const
 {
-    showNotice(BasicString<wchar_t>(title).c_str(), BasicString<wchar_t>(text).c_str(), kind);
+    showNotice(widened(title).c_str(), widened(text).c_str(), kind);
 }
 void TrayIcon::showNotice(const wchar_t* title, const wchar_t* text, notice_kind kind) const
 {
@@ -142,8 +141,12 @@ void TrayIcon::add()
 {
     if (!hasTaskBar())
         return;
-    ensureGDI([&] { return tell(NIM_ADD) || tell(NIM_MODIFY); }, "Can't add tray icon");
-    tell(NIM_SETVERSION);
+    const auto isThere = [&] {
+        const LastErrorKept ofAdding;
+        return tell(NIM_MODIFY);
+    };
+    ensureGDI([&] { return tell(NIM_ADD) || isThere(); }, "Can't add tray icon");
+    tell(NIM_SETVERSION); // Which a busy one takes later.
     isShown_ = true;
 }
 

@@ -48,4 +48,12 @@ HWND visibleDialog()
     EnumThreadWindows(GetCurrentThreadId(), find, reinterpret_cast<LPARAM>(&found));
     return found;
 }
+
+std::function<bool()> pressing(WPARAM button)
+{
+    return [button] {
+        const HWND dialog = visibleDialog();
+        return dialog && PostMessageW(dialog, WM_COMMAND, button, 0);
+    };
+}
 } // namespace support

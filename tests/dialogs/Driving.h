@@ -28,4 +28,6 @@ private:
 
 /// The visible dialog of the calling thread, null when there is none.
 HWND visibleDialog();
+/// A step that presses a button of the visible dialog.
+std::function<bool()> pressing(WPARAM button);
 } // namespace support

@@ -11,9 +11,11 @@
 #include <tarn/IUnknownImpl.h>
 #include <tarn/LowLevelIOStream.h>
 #include <tarn/MemoryStream.h>
+#include <tarn/Menu.h>
 #include <tarn/RegistryKey.h>
 #include <tarn/RegistryValue.h>
 #include <tarn/SafeArray.h>
+#include <tarn/ShellExtension.h>
 #include <tarn/StdIOStream.h>
 #include <tarn/Variant.h>
 
@@ -174,10 +176,26 @@ constexpr GUID clsid = {0x3B0A3F52, 0x1B63, 0x4B2B, {0x9E, 0x5D, 0x13, 0x37, 0x6
 
 void serveClasses(const WorkPlace&)
 {
-    tarn::COMModule module(GetModuleHandleW(nullptr),
-                           {{clsid, [](IUnknown*) -> tarn::IUnknownImpl* { return nullptr; }, L"Campaign"}});
+    const tarn::COMModule::Class one{clsid, [](IUnknown*) -> tarn::IUnknownImpl* { return nullptr; }, L"Campaign"};
+    tarn::COMModule::Class other = one;
+    ++other.clsid.Data1;
+    tarn::COMModule module(GetModuleHandleW(nullptr), {one, other});
     module.registerClassFactories(CLSCTX_INPROC_SERVER);
     module.revokeClassFactories();
+}
+
+struct Commands : tarn::ContextMenuHandler {
+    Commands() : ContextMenuHandler(nullptr) {}
+    std::vector<Command> getCommands() override { return {{L"One", nullptr, {}, {}}, {L"Two", nullptr, {}, {}}}; }
+};
+
+void fillContextMenu(const WorkPlace&)
+{
+    const tarn::COMInterfacePointer<IContextMenu> handler(new Commands);
+    const tarn::Menu menu(true);
+    const HRESULT result = handler->QueryContextMenu(menu, 0, 1, 9, CMF_NORMAL);
+    expect(GetMenuItemCount(menu) == (FAILED(result) ? 0 : 2), "another number of commands");
+    tarn::HRESULTHolder::throwOnError(result);
 }
 
 void registerServer(const WorkPlace&)
@@ -240,6 +258,7 @@ std::vector<Scenario> comScenarios()
             {"automation values", useValues},
             {"names of identifiers", nameIdentifiers},
             {"registration of a server", registerServer},
-            {"class objects", serveClasses}};
+            {"class objects", serveClasses},
+            {"context menu", fillContextMenu}};
 }
 } // namespace failures

@@ -79,10 +79,7 @@ void showSheet(const WorkPlace&)
 void showMessage(const WorkPlace&)
 {
     drainMessages();
-    const support::Driver driver([] {
-        const HWND shown = support::visibleDialog();
-        return shown && PostMessageW(shown, WM_COMMAND, IDOK, 0);
-    });
+    const support::Driver driver(support::pressing(IDOK));
     expect(tarn::Window::messageBox(nullptr, L"Text", L"Caption", MB_OK) == IDOK, "another answer");
 }
 
@@ -91,10 +88,7 @@ void chooseFolder(const WorkPlace&)
     drainMessages();
     tarn::FolderDialog dialog(static_cast<HWND>(nullptr), L"Choose", BIF_RETURNONLYFSDIRS);
     dialog.setRoot(CSIDL_WINDOWS);
-    const support::Driver driver([] {
-        const HWND shown = support::visibleDialog();
-        return shown && PostMessageW(shown, WM_COMMAND, IDCANCEL, 0);
-    });
+    const support::Driver driver(support::pressing(IDCANCEL));
     expect(!dialog.showModal(), "chosen");
 }
 
@@ -104,10 +98,7 @@ void chooseFile(const WorkPlace& place)
     tarn::FileDialog dialog(static_cast<HWND>(nullptr), false, OFN_EXPLORER | OFN_NOCHANGEDIR);
     dialog.setFilter(L"Texts\0*.txt\0");
     dialog.setPath(place.file(L"none.txt").c_str());
-    const support::Driver driver([] {
-        const HWND shown = support::visibleDialog();
-        return shown && PostMessageW(shown, WM_COMMAND, IDCANCEL, 0);
-    });
+    const support::Driver driver(support::pressing(IDCANCEL));
     expect(!dialog.showModal(), "chosen");
 }
 } // namespace

@@ -1,5 +1,7 @@
 #include "Campaign.h"
 
+#include "../dialogs/TestPrinter.h"
+
 #include <tarn/AutoSelect.h>
 #include <tarn/Bitmap.h>
 #include <tarn/Brush.h>
@@ -8,6 +10,7 @@
 #include <tarn/Font.h>
 #include <tarn/Icon.h>
 #include <tarn/Pen.h>
+#include <tarn/PrintDialog.h>
 #include <tarn/Rect.h>
 
 namespace failures {
@@ -81,6 +84,20 @@ void drawPaths(const WorkPlace&)
     const tarn::Bitmap picture(4, 4, 1, 1, nullptr);
     expect(picture.getSize().cx == 4, "another size");
 }
+
+void print(const WorkPlace& place)
+{
+    static const support::TestPrinter installed;
+    tarn::PrintDialog dialog;
+    dialog.takeDefault();
+    tarn::PrinterContext printer(support::TestPrinter::name);
+    printer.setUnits(tarn::Size(100, 100));
+    tarn::PrintedDocument document(printer, L"Campaign", place.file(L"out.ps").c_str());
+    tarn::PrintedPage page(printer);
+    printer.drawRectangle(tarn::Rect(10, 10, 20, 20));
+    page.end();
+    document.end();
+}
 } // namespace
 
 std::vector<Scenario> graphicsScenarios()
@@ -88,6 +105,7 @@ std::vector<Scenario> graphicsScenarios()
     return {{"drawing", draw},
             {"transparent drawing", drawTransparently},
             {"drawing of texts", drawTexts},
-            {"drawing of paths", drawPaths}};
+            {"drawing of paths", drawPaths},
+            {"printing", print}};
 }
 } // namespace failures
