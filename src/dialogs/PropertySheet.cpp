@@ -193,11 +193,8 @@ int CALLBACK PropertySheet::propSheetProc(HWND hwnd, UINT msg, LPARAM)
 {
     if (msg == PSCB_INITIALIZED && InitializingSheet)
         guardedCallback(0, {"the beginning of a property sheet", hwnd, msg}, [&] {
-            Showing* showing = Showing::innermost;
-            while (showing && &showing->sheet != InitializingSheet)
-                showing = showing->outer;
-            InitializingSheet = nullptr;
-            if (showing)
+            const PropertySheet* const sheet = std::exchange(InitializingSheet, nullptr);
+            if (Showing* const showing = Showing::innermost; showing && &showing->sheet == sheet)
                 showing->begin(hwnd);
             return 0;
         });

@@ -15,6 +15,8 @@ TEMPLATE_TEST_CASE("Atom: an entry is counted in its own table and goes with its
         CHECK(atom.getNameA() == BasicString<char>(text.c_str()));
     }
     CHECK(Atom::find(text.c_str(), scope) == 0);
+    const BasicString<TestType> longest(std::basic_string<TestType>(255, 'x'));
+    CHECK(Atom(longest.c_str(), scope).getNameA().size() == 255);
 }
 
 TEST_CASE("Atom: moves hand over, free forgets, and failures are told")

@@ -115,23 +115,30 @@ TEST_CASE("GUID: converts from and to text, and is ordered by its bytes in memor
                           "Can't convert \"{00020400-0000-0000-C000-00000000004}\" to a GUID: HRESULT value 800401f3");
     // Data1 lies with its lowest byte first.
     const GUID a = {0x00000100, 0, 0, {}}, b = {0x00000001, 0, 0, {}}, c = {0x000000FF, 0, 0, {}};
-    CHECK((a < b && b < c && !(c < c)));
+    const GUID d = {0, 0, 0, {0, 0, 0, 0, 0, 0, 0, 9}}, e = {0, 0, 0, {1}}, f = {0, 1, 0, {}};
+    CHECK((a < b && b < c && !(c < c) && d < e && e < f && f < a));
     const std::unordered_map<GUID, int> numbers = {{a, 1}, {b, 2}, {c, 3}};
     CHECK((numbers.size() == 3 && numbers.at(b) == 2));
 }
 
 TEST_CASE("Name lists: reading ends at what is no record, and a bad identifier is reported")
 {
-    std::istringstream values("1 ONE 2 TWO nonsense 3 THREE"), tooLarge("1 ONE 123456789 LONG 2 TWO");
+    std::istringstream values("1 ONE 2 T\x01WO nonsense 3 THREE"), tooLarge("1 ONE 123456789 LONG 2 TWO");
     const auto two = readHRESULTNames(values);
-    CHECK((two.size() == 2 && two.find(2) == "TWO" && two.find(3).empty()));
+    CHECK((two.size() == 2 && two.find(2) == "T\x01WO" && two.find(3).empty()));
     CHECK(readHRESULTNames(tooLarge).size() == 1);
 
     std::istringstream cut("{00020400-0000-0000-C000-000000000046} ONE\n{00020400-0000-0000-C000-000000000047}");
     const auto one = readGUIDNames(cut);
     CHECK((one.size() == 1 && one.find(IID_IDispatch) == "ONE"));
-    std::istringstream malformed("{00020400-0000-0000-C000-000000000046} IID_IDispatch {0002} IID_Bad");
-    CHECK(thrownBy<COMError>([&] { readGUIDNames(malformed); }).getHRESULT() == CO_E_CLASSSTRING);
+    const std::string good = "{00020400-0000-0000-C000-000000000046}";
+    GUID quick{};
+    CHECK((detail::parseGUID(good.c_str(), quick) && quick == IID_IDispatch)); // Not left to toGUID.
+    for (std::size_t i = 0; i < good.size(); ++i) {
+        std::istringstream malformed(good + " IID_IDispatch " + good.substr(0, i) + "x" + good.substr(i + 1) +
+                                     " IID_Bad");
+        CHECK(thrownBy<COMError>([&] { readGUIDNames(malformed); }).getHRESULT() == CO_E_CLASSSTRING);
+    }
 }
 
 TEST_CASE("Name lists: those that tools/com-names writes are whole")

@@ -83,7 +83,8 @@ TEST_CASE("COMModule: hands out factories for the classes of its table")
     void* object = &module;
     CHECK(module.createClassFactory(IID_IUnknown, IID_IClassFactory, &object) == CLASS_E_CLASSNOTAVAILABLE);
     CHECK(object == nullptr);
-    CHECK(module.createClassFactory(CLSID_Persistent, IID_IPersist, &object) == E_NOINTERFACE);
+    object = &module;
+    CHECK((module.createClassFactory(CLSID_Persistent, IID_IPersist, &object) == E_NOINTERFACE && object == nullptr));
     CHECK(module.createClassFactory(CLSID_Persistent, IID_IClassFactory, nullptr) == E_POINTER);
     CHECK(module.canUnloadNow() == S_OK);
 }
@@ -92,18 +93,22 @@ TEST_CASE("COMModule: registration writes its keys and unregistration removes ju
 {
     const UserClasses classes;
     const COMModule module(someDll(), {otherClass, persistentClass(COMModule::both)});
+    const bool isType = GENERATE(false, true); // Or a type of files that has no class yet.
+    if (isType)
+        setUserText(program, L"", L"Type");
     module.registerServer(COMModule::user);
     CHECK(userText(userClassPath) == L"Persistent test object");
     CHECK(userText(userClassPath + L"\\InprocServer32") == WindowsModule(someDll()).getFilenameW());
     CHECK(userText(userClassPath + L"\\InprocServer32", L"ThreadingModel") == L"Both");
     CHECK(userText(userClassPath + L"\\ProgID") == persistentProgID);
-    CHECK(userText(program) == L"Persistent test object");
+    CHECK(userText(program) == (isType ? L"Type" : L"Persistent test object"));
     CHECK(userText(program + L"\\CLSID") == toWString(CLSID_Persistent));
 
     SECTION("nothing is left")
     {
         module.unregisterServer(COMModule::user);
-        CHECK_FALSE((userHas(userClassPath) || userHas(program) || userHas(otherClassPath)));
+        CHECK_FALSE((userHas(userClassPath) || userHas(otherClassPath)));
+        CHECK((userHas(program) == isType && !userHas(program + L"\\CLSID")));
         CHECK_NOTHROW(module.unregisterServer(COMModule::user));
     }
     SECTION("what others put there stays, and stops no other class")
@@ -112,12 +117,13 @@ TEST_CASE("COMModule: registration writes its keys and unregistration removes ju
         setUserText(userClassPath + L"\\InprocServer32\\sub", L"", L"other");
         setUserText(otherClassPath + L"\\InprocServer32", L"", L"other.dll");
         setUserText(program + L"\\CLSID", L"", L"{other}");
+        setUserText(userClassPath, L"", L"Renamed");
         module.unregisterServer(COMModule::user);
         const RegistryKey server(HKEY_CURRENT_USER, (userClassPath + L"\\InprocServer32").c_str(), KEY_READ);
         CHECK((server.getValueCount() == 1 && server.existsKey(L"sub")));
         CHECK_FALSE(userHas(userClassPath + L"\\ProgID"));
-        CHECK(userText(otherClassPath) == L"Other test object");
-        CHECK(userText(program) == L"Persistent test object");
+        CHECK((userText(otherClassPath) == L"Other test object" && userText(userClassPath) == L"Renamed"));
+        CHECK(userText(program + L"\\CLSID") == L"{other}");
     }
     SECTION("a program's entry and a DLL's live side by side")
     {
@@ -129,10 +135,27 @@ TEST_CASE("COMModule: registration writes its keys and unregistration removes ju
         CHECK_FALSE(userHas(userClassPath + L"\\InprocServer32"));
         CHECK(userText(program + L"\\CLSID") == toWString(CLSID_Persistent));
         local.unregisterServer(COMModule::user);
-        CHECK_FALSE((userHas(userClassPath) || userHas(program)));
+        CHECK_FALSE((userHas(userClassPath) || userHas(program + L"\\CLSID")));
     }
-    SECTION("a model that is written by none takes the former one away")
+    SECTION("a class that cannot be removed stops no other one")
     {
+        COMModule::Class failing = otherClass;
+        const Text tooLong(std::wstring(300, L'x')); // No key has such a name.
+        failing.progID = tooLong.c_str();
+        CHECK_THROWS_AS(
+            COMModule(someDll(), {failing, persistentClass(COMModule::both)}).unregisterServer(COMModule::user),
+            WindowsError);
+        CHECK_FALSE(userHas(userClassPath));
+    }
+    SECTION("a model has its name, and none takes the former one away")
+    {
+        const auto models = {std::pair(COMModule::apartment, L"Apartment"),
+                             {COMModule::free, L"Free"},
+                             {COMModule::neutral, L"Neutral"}};
+        for (const auto& [model, name] : models) {
+            COMModule(someDll(), {persistentClass(model)}).registerServer(COMModule::user);
+            CHECK(userText(userClassPath + L"\\InprocServer32", L"ThreadingModel") == name);
+        }
         COMModule(someDll(), {persistentClass(COMModule::single)}).registerServer(COMModule::user);
         CHECK(userKey(userClassPath + L"\\InprocServer32").getValueCount() == 1);
     }
@@ -181,7 +204,7 @@ TEST_CASE("COMModule: getModule is the first that is alive")
 
 TEST_CASE("COMModule: registered class factories can be had until they are revoked")
 {
-    const Apartment com;
+    auto com = std::make_unique<Apartment>();
     COMModule module(someDll(), {persistentClass(COMModule::both)});
     const auto find = [] {
         COMInterfacePointer<IClassFactory> factory;
@@ -190,15 +213,26 @@ TEST_CASE("COMModule: registered class factories can be had until they are revok
     };
     CHECK_FALSE(find());
     module.registerClassFactories(CLSCTX_INPROC_SERVER);
+    module.registerClassFactories(CLSCTX_INPROC_SERVER); // Only once, all the same.
     CHECK((module.isIdle() && module.canUnloadNow() == S_FALSE));
     {
         COMInterfacePointer<IPersist> object;
         REQUIRE(find()->CreateInstance(nullptr, IID_IPersist, object.putVoid()) == S_OK);
         CHECK_FALSE(module.isIdle());
     }
+    module.lock(true);
+    CHECK_FALSE(module.isIdle());
+    module.lock(false);
     CHECK(module.isIdle());
     module.revokeClassFactories();
     CHECK((!find() && module.canUnloadNow() == S_OK));
+    PostQuitMessage(0);
+    module.serve(60'000);
+    CHECK(module.canUnloadNow() == S_OK);
+    module.registerClassFactories(CLSCTX_INPROC_SERVER);
+    com.reset(); // Which takes the class objects along.
+    CHECK_THROWS_WITH(module.revokeClassFactories(), Catch::StartsWith("Can't revoke class object"));
+    CHECK_NOTHROW(module.revokeClassFactories());
 }
 
 TEST_CASE("COMModule: what a window's handler throws ends the service and comes out of it")

@@ -1,6 +1,7 @@
 #include "Test.h"
 
 #include <tarn/Archive.h>
+#include <tarn/BufferingStream.h>
 #include <tarn/COMStream.h>
 #include <tarn/IUnknownImpl.h>
 #include <tarn/MemoryStream.h>
@@ -60,6 +61,7 @@ TEST_CASE("makeCOMStream: one of the library's is a stream for the platform")
     {
         const auto memory = std::make_shared<MemoryOutputStream>();
         const auto stream = makeCOMStream(memory);
+        CHECK(memory.use_count() == 2);
         CHECK(WriteClassStm(stream, IID_IStream) == S_OK);
         STATSTG info;
         CHECK((stream->Stat(&info, 0) == S_OK && info.cbSize.QuadPart == 16 && info.grfMode == STGM_WRITE));
@@ -71,8 +73,9 @@ TEST_CASE("makeCOMStream: one of the library's is a stream for the platform")
         CHECK(ReadClassStm(source, &read) != S_OK);
 
         const auto target = platformStream();
-        CHECK(source->Seek({.QuadPart = 1}, STREAM_SEEK_SET, nullptr) == S_OK);
         ULARGE_INTEGER taken, given;
+        CHECK((source->Seek({.QuadPart = 1}, STREAM_SEEK_SET, &taken) == S_OK && taken.QuadPart == 1));
+        CHECK(source->Seek({}, STREAM_SEEK_END + 1, nullptr) == STG_E_INVALIDFUNCTION);
         CHECK(source->CopyTo(target, {.QuadPart = 100'000}, &taken, &given) == S_OK);
         CHECK((taken.QuadPart == 15 && given.QuadPart == 15));
         CHECK(source->QueryInterface(IID_IStorage, reinterpret_cast<void**>(&given)) == E_NOINTERFACE);
@@ -93,4 +96,13 @@ TEST_CASE("makeCOMStream: pieces become whole, and failures results")
     CHECK(stream->Seek({}, STREAM_SEEK_SET, nullptr) == STG_E_INVALIDFUNCTION);
     CHECK(stream->Read(nullptr, 5, &count) == STG_E_INVALIDPOINTER);
     CHECK(stream->Commit(0) == S_OK);
+    STATSTG info;
+    CHECK((stream->Stat(&info, 0) == S_OK && info.cbSize.QuadPart == 0 && info.grfMode == STGM_READWRITE));
+    MemoryOutputStream memory;
+    BufferingOutputStream buffering(memory);
+    const std::vector<char> many(40'000);
+    MemoryInputStream source(many.data(), 40'000);
+    const auto buffered = makeCOMStream(buffering);
+    CHECK(makeCOMStream(source)->CopyTo(buffered, {.QuadPart = 39'999}, nullptr, nullptr) == S_OK);
+    CHECK((memory.getSize() < 39'999 && buffered->Commit(0) == S_OK && memory.getSize() == 39'999));
 }

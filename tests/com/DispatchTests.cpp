@@ -22,10 +22,11 @@ public:
     {
         return *ids = 1, S_OK;
     }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD how, DISPPARAMS*, VARIANT*, EXCEPINFO* info,
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD how, DISPPARAMS* arguments, VARIANT*, EXCEPINFO* info,
                                      UINT*) override
     {
         flags = how;
+        given.assign(arguments->rgvarg, arguments->rgvarg + arguments->cArgs);
         info->wCode = 1001;
         if (later_)
             info->pfnDeferredFillIn = fill;
@@ -35,6 +36,7 @@ public:
     }
 
     static inline WORD flags = 0;
+    static inline std::vector<Variant> given; // As the platform has them, the last one first.
 
 private:
     static HRESULT STDAPICALLTYPE fill(EXCEPINFO* info)
@@ -75,4 +77,8 @@ TEST_CASE("Dispatch: what the object says of a failure stands in the error")
     CHECK(Failing::flags == DISPATCH_METHOD);
     CHECK(failureOf([&] { object.set(L"any", object.getObject()); }) == error.getHRESULT());
     CHECK(Failing::flags == (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)); // An object is a reference.
+    CHECK_THROWS_AS(object.get(L"any", {1, 2}), COMError);
+    CHECK((Failing::flags == DISPATCH_PROPERTYGET && Failing::given == std::vector<Variant>{2, 1}));
+    CHECK_THROWS_AS(object.set(L"any", 3, {1, 2}), COMError);
+    CHECK((Failing::flags == DISPATCH_PROPERTYPUT && Failing::given == std::vector<Variant>{3, 2, 1}));
 }

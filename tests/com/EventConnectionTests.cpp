@@ -77,7 +77,11 @@ TEST_CASE("EventConnection: a handler gets the events of an object until it is d
         Variant answer;
         const COMInterfacePointer<IDispatch> sink = sender->sinks.at(7);
         CHECK((send(sink, answer) == S_OK && answer == "heard"));
-        EventConnection moved(std::move(connection));
+        auto* const other = new Sender;
+        const COMInterfacePointer<IConnectionPointContainer> otherSource(other);
+        EventConnection moved(otherSource, DIID_Events, {});
+        moved = std::move(connection);
+        CHECK(other->sinks.empty());
         CHECK(send(sink, answer) == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
         EXCEPINFO failure = {};
         CHECK((send(sink, answer, &failure) == DISP_E_EXCEPTION &&

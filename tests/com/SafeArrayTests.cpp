@@ -47,6 +47,23 @@ public:
 };
 } // namespace
 
+TEST_CASE("SafeArray: elements of each type come back, objects with their reference")
+{
+    const auto type = static_cast<VARTYPE>(GENERATE(VT_UI1, VT_I2, VT_I8, VT_R4, VT_DATE, VT_CY, VT_DECIMAL, VT_BSTR));
+    SafeArray array(type, 2);
+    array.setElement(1, Variant(7));
+    CHECK((array.getElement(1).getType() == type && array.getElement(1).toLong() == 7));
+    const unsigned before = IUnknownImpl::getInstanceCount();
+    {
+        SafeArray objects(VT_UNKNOWN, 1);
+        objects.setElement(0, Variant(COMInterfacePointer<IUnknown>(new Records).get()));
+        CHECK(objects.getElement(0).toUnknown());
+    }
+    CHECK(IUnknownImpl::getInstanceCount() == before);
+    for (const VARTYPE none : {VT_EMPTY, VT_NULL, VT_RECORD})
+        expectWindowsError([none] { SafeArray(none, 1); }, ERROR_INVALID_PARAMETER, "Can't create safe array");
+}
+
 TEST_CASE("SafeArray: elements convert to and from variants")
 {
     SafeArray numbers(VT_I4, 3, 10), texts(VT_BSTR, 2), any(VT_VARIANT, 1);

@@ -1,5 +1,6 @@
 #include "Test.h"
 
+#include <tarn/ItemIDList.h>
 #include <tarn/ShellExtension.h>
 
 #include <shellapi.h>
@@ -46,12 +47,14 @@ struct Commands : ContextMenuHandler {
     Commands() : ContextMenuHandler(nullptr) {}
     std::vector<Command> getCommands() override
     {
+        ++asked;
         return {{L"&Count", [this](HWND) { invoked = Text::fromInt(static_cast<int>(getItems().size())); }, L"count",
-                 L"Counts the files"},
+                 L"Counts \u20AC"},
                 {L"", nullptr, L"", L""},
                 {L"&Fail", [](HWND) { throw WindowsError(ERROR_ACCESS_DENIED); }, L"fail", L""}};
     }
     Text invoked;
+    int asked = 0;
 };
 
 struct Drops : DropHandler {
@@ -71,11 +74,32 @@ struct Drops : DropHandler {
     Items dropped;
 };
 
-BOOL CALLBACK takePage(HPROPSHEETPAGE, LPARAM) { return TRUE; }
+BOOL CALLBACK refusePage(HPROPSHEETPAGE, LPARAM) { return FALSE; }
+
+UINT CALLBACK countReleased(HWND, UINT msg, PROPSHEETPAGEW* page)
+{
+    if (msg == PSPCB_RELEASE)
+        ++*reinterpret_cast<int*>(page->lParam);
+    return 1;
+}
 
 struct Pages : PropertySheetHandler {
     Pages() : PropertySheetHandler(nullptr) {}
-    std::vector<HPROPSHEETPAGE> createPages() override { throw std::bad_alloc(); }
+    std::vector<HPROPSHEETPAGE> createPages() override
+    {
+        if (fails)
+            throw std::bad_alloc();
+        static const DLGTEMPLATE bare[2]{};
+        PROPSHEETPAGEW page{};
+        page.dwSize = sizeof page;
+        page.dwFlags = PSP_DLGINDIRECT | PSP_USECALLBACK;
+        page.pResource = bare;
+        page.pfnCallback = countReleased;
+        page.lParam = reinterpret_cast<LPARAM>(&released);
+        return {CreatePropertySheetPageW(&page), CreatePropertySheetPageW(&page)};
+    }
+    bool fails = false;
+    int released = 0;
 };
 } // namespace
 
@@ -84,9 +108,15 @@ TEST_CASE("ShellExtension: reads the selected files, long paths included")
     auto* const handler = new Commands;
     const COMInterfacePointer<IContextMenu> menu(handler);
     const auto init = menu.require<IShellExtInit>();
-    CHECK(init->Initialize(nullptr, twoFiles(), nullptr) == S_OK);
+    ItemIDList folder;
+    LPITEMIDLIST list = nullptr;
+    REQUIRE(SHGetSpecialFolderLocation(nullptr, CSIDL_WINDOWS, &list) == S_OK);
+    folder.attach(list);
+    CHECK(init->Initialize(list, twoFiles(), nullptr) == S_OK);
     CHECK((handler->getItems() == ShellExtension::Items{L"C:\\one.txt", longPath.c_str()}));
+    CHECK((!folder.getPathW().empty() && handler->getFolder() == folder.getPathW()));
     CHECK((init->Initialize(nullptr, nullptr, nullptr) == S_OK && handler->getItems().empty()));
+    CHECK(handler->getFolder().empty());
 }
 
 TEST_CASE("ContextMenuHandler: adds its commands to the menu")
@@ -133,17 +163,20 @@ TEST_CASE("ContextMenuHandler: commands run by number and by verb")
 
 TEST_CASE("ContextMenuHandler: tells verbs and help in both widths")
 {
-    const COMInterfacePointer<IContextMenu> handler(new Commands);
+    auto* const commands = new Commands;
+    const COMInterfacePointer<IContextMenu> handler(commands);
     wchar_t wide[20] = {};
     auto* const narrow = reinterpret_cast<char*>(wide);
     const auto get = [&](UINT_PTR command, UINT what, UINT size = 20) {
         return handler->GetCommandString(command, what, nullptr, narrow, size);
     };
     CHECK((get(0, GCS_VERBA) == S_OK && narrow == "count"s));
-    CHECK((get(0, GCS_HELPTEXTW) == S_OK && Text(wide) == L"Counts the files"));
-    CHECK(FAILED(get(0, GCS_VERBA, 5)));
+    CHECK((get(0, GCS_HELPTEXTW) == S_OK && Text(wide) == L"Counts \u20AC"));
+    CHECK((get(0, GCS_HELPTEXTA) == S_OK && w2a(L"Counts \u20AC", CP_ACP) == narrow));
+    CHECK((FAILED(get(0, GCS_VERBA, 5)) && FAILED(get(0, GCS_VERBW, 5)) && get(0, GCS_VERBW, 6) == S_OK));
     CHECK((get(2, GCS_HELPTEXTA) == E_NOTIMPL && get(3, GCS_VERBA) == E_INVALIDARG));
     CHECK((get(2, GCS_VALIDATEW) == S_OK && get(3, GCS_VALIDATEW) == S_FALSE));
+    CHECK(commands->asked == 1);
 }
 
 TEST_CASE("DropHandler: takes files onto its file and refuses the rest")
@@ -162,6 +195,9 @@ TEST_CASE("DropHandler: takes files onto its file and refuses the rest")
     effect = DROPEFFECT_MOVE;
     CHECK((target->DragOver(0, {}, &effect) == S_OK && effect == DROPEFFECT_NONE));
     effect = DROPEFFECT_COPY;
+    CHECK((target->DragOver(0, {}, &effect) == S_OK && effect == DROPEFFECT_COPY));
+    CHECK((target->DragLeave() == S_OK && target->DragOver(0, {}, &effect) == S_OK && effect == DROPEFFECT_NONE));
+    effect = DROPEFFECT_COPY;
     CHECK((target->Drop(twoFiles(), 0, {}, &effect) == S_OK && drops->dropped.size() == 2));
     CHECK((target->Drop(nullptr, 0, {}, &effect) == S_OK && effect == DROPEFFECT_NONE));
     CHECK(drops->dropped.size() == 2); // The handler was not called.
@@ -173,9 +209,12 @@ TEST_CASE("DropHandler: takes files onto its file and refuses the rest")
     CHECK((target->DragEnter(twoFiles(), MK_CONTROL, {}, &effect) == E_OUTOFMEMORY && effect == DROPEFFECT_NONE));
 }
 
-TEST_CASE("PropertySheetHandler: what its pages throw is the result")
+TEST_CASE("PropertySheetHandler: pages that are refused are destroyed, and what they throw is the result")
 {
-    const COMInterfacePointer<IShellPropSheetExt> handler(new Pages);
-    CHECK(handler->AddPages(&takePage, 0) == E_OUTOFMEMORY);
+    auto* const pages = new Pages;
+    const COMInterfacePointer<IShellPropSheetExt> handler(pages);
+    CHECK((handler->AddPages(&refusePage, 0) == S_OK && pages->released == 2));
+    pages->fails = true;
+    CHECK(handler->AddPages(&refusePage, 0) == E_OUTOFMEMORY);
     CHECK(handler.as<IShellExtInit>());
 }

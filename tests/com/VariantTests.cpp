@@ -72,11 +72,22 @@ TEST_CASE("Variant: is equal to what has the same type and value")
                                          SafeArray::of(std::vector{1, 2}),
                                          SafeArray::of(std::vector{1, 3}),
                                          SafeArray::of(std::vector{1, 2}, {{2, 1}}),
+                                         SafeArray::of(std::vector{1, 2}, {{2, 0}, {1, 0}}),
                                          SafeArray::of(std::vector<Variant>{1, "x"})};
     for (std::size_t a = 0; a < values.size(); ++a)
         for (std::size_t b = 0; b < values.size(); ++b)
             CHECK((Variant(values[a]) == values[b]) == (a == b));
     CHECK((Variant(5) == 5 && Variant("x") != "y"));
+    for (const VARTYPE type :
+         {VT_EMPTY, VT_UI1, VT_I2, VT_BOOL, VT_I4, VT_ERROR}) { // The rest of the bytes is nothing.
+        Variant value, other;
+        value.llVal = 1, other.llVal = type == VT_EMPTY                    ? 2
+                                       : type == VT_UI1                    ? 0x101
+                                       : type == VT_I4 || type == VT_ERROR ? 0x1'0000'0001
+                                                                           : 0x10001;
+        value.vt = other.vt = type;
+        CHECK(value == other);
+    }
     CHECK((Variant(1).compare(1.5) < 0 && Variant("a").compare("B") < 0 && Variant(2).compare("2") < 0));
     CHECK((Variant(3).compare(Variant::null()) == std::partial_ordering::unordered));
     CHECK(failureOf([] { Variant(1).compare(SafeArray(VT_I4, 1)); }) < 0);

@@ -29,6 +29,8 @@ struct Anchored : Host {
     // What a window does that comes to a screen of twice the resolution.
     LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
     {
+        if (msg == WM_SIZE && endsAtSize)
+            anchors.end();
         if (msg != WM_DPICHANGED)
             return Host::onMessage(msg, wParam, lParam);
         const Size size = getWindowSize();
@@ -37,6 +39,7 @@ struct Anchored : Host {
         return 0;
     }
     Anchors anchors;
+    bool endsAtSize = false;
 };
 } // namespace
 
@@ -50,10 +53,13 @@ TEST_CASE("Anchors: a control keeps its distance to the edges that it has")
     }));
     const Anchored window(edges, {40, 20, 60, 40});
     window.resize(300, 150);
-    CHECK(EqualRect(&static_cast<const RECT&>(window.place()), &expected));
+    CHECK(window.place() == expected);
     window.resize(30, 10); // Too small for it.
     window.resize(200, 100);
-    CHECK(EqualRect(&static_cast<const RECT&>(window.place()), &static_cast<const RECT&>(Rect(40, 20, 60, 40))));
+    CHECK(window.place() == Rect(40, 20, 60, 40));
+    MoveWindow(window.child(), 1, 2, 3, 4, FALSE);
+    window.sendMessageA(WM_SIZE, SIZE_MINIMIZED);
+    CHECK(window.place() == Rect(1, 2, 4, 6)); // Nobody sees it.
 }
 
 TEST_CASE("Anchors: a combo box keeps the height of its list")
@@ -98,6 +104,10 @@ TEST_CASE("Anchors: the object may end before the window and after it, and begin
     auto window = std::make_unique<Anchored>(Anchors::right, Rect(40, 20, 60, 40));
     window->anchors.end();
     window->resize(300, 100);
+    CHECK(window->place().left == 40);
+    window->anchors.begin(*window);
+    window->endsAtSize = true; // In the middle of its work.
+    window->resize(200, 100);
     CHECK(window->place().left == 40);
     window->anchors.begin(*window);
     window->destroy();

@@ -104,6 +104,12 @@ TEST_CASE("Dialog: a modeless dialog is owned and its object remembers the templ
         dialog.onStart = [&] { dialog.sendMessageA(WM_APP); };
         expectError<std::runtime_error>([&] { dialog.create(); }, "in a handler");
         CHECK((!dialog.isOpen() && !IsWindow(handle)));
+        dialog.onStart = [&] { dialog.destroy(); };
+        try {
+            dialog.create();
+        } catch (const WindowsError&) { // The system may say itself that there is no dialog.
+        }
+        CHECK(!dialog.isOpen());
         dialog.onStart = [] {};
         dialog.create();
         handle = dialog;
@@ -163,17 +169,4 @@ TEST_CASE("Dialog: each failure has its text")
     CHECK(error.getError() == ERROR_INVALID_WINDOW_HANDLE);
     if (isWine()) // Elsewhere the system may say itself that there is no dialog.
         CHECK(error.getDescription() == std::string("Can't get window rect for dummy dialog in getSize()"));
-}
-
-TEST_CASE("Dialog: a thousand dialogs leave nothing behind")
-{
-    Probe dialog;
-    dialog.onStart = [&] { dialog.end(1); };
-    dialog.showModal();
-    const unsigned before = userObjects();
-    const std::size_t bytes = usedBytes();
-    for (int i = 0; i < 1000; ++i)
-        dialog.showModal();
-    CHECK(userObjects() <= before);
-    CHECK(usedBytes() < bytes + 8000);
 }

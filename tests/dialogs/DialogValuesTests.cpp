@@ -88,6 +88,15 @@ TEST_CASE("DialogValues: a wrong value is refused with a sentence, and all varia
     }
     form.setText(amount, "5e-1");
     refused(combo, L"Choose.");
+    for (const UINT message : {CB_SETCURSEL, LB_SETCURSEL})
+        SendDlgItemMessageW(form, combo, message, 1, 0);
+    CHECK((!values.check(form) && name == "Eve" && age == 7 && price == 0.5 && chosen == 1));
+    DialogValues optional;
+    optional.addChoice(combo, chosen);
+    chosen = -1;
+    optional.show(form);
+    chosen = 2;
+    CHECK((!optional.check(form) && chosen == -1));
 }
 
 TEST_CASE("DialogValues: a control that the dialog does not have is an error")

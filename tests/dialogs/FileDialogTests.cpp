@@ -10,18 +10,6 @@
 #include <dlgs.h>
 
 namespace {
-/// A step that presses a button of the file dialog, after it has entered a name if there is one.
-std::function<bool()> press(WPARAM button, const wchar_t* name = nullptr)
-{
-    return [=] {
-        const HWND dialog = visibleDialog();
-        for (const int field : {edt1, cmb13}) // By the dialog's version.
-            if (name)
-                SetDlgItemTextW(dialog, field, name);
-        return dialog && PostMessageW(dialog, WM_COMMAND, button, 0);
-    };
-}
-
 /// Throws at a command.
 struct Thrower : Window {
     void onCommand(Window*, unsigned short, unsigned short) override { throw std::runtime_error("in a handler"); }
@@ -41,6 +29,7 @@ TEST_CASE("FileDialog: the length of a filter is that of its pairs")
     CHECK(FileDialog::getFilterLength("Text\0*.txt\0All\0*.*\0") == 19);
     CHECK(FileDialog::getFilterLength(L"Text\0*.txt\0") == 11);
     CHECK(FileDialog::getFilterLength("Text\0*.txt\0A\0*.*\0") == 11); // A single character ends it.
+    CHECK(FileDialog::getFilterLength("Text\0*.txt\0\0More\0") == 11);
     CHECK(FileDialog::getFilterLength(static_cast<const wchar_t*>(nullptr)) == 0);
 }
 
@@ -53,7 +42,7 @@ TEST_CASE("FileDialog: a cancelled dialog is no error, and a chosen file has its
     dialog.setFilter("Text\0*.txt\0");
     dialog.setPath(path.c_str());
     const WPARAM button = static_cast<WPARAM>(GENERATE(IDOK, IDCANCEL));
-    const Driver driver(press(button));
+    const Driver driver(pressing(button));
     CHECK(dialog.showModal() == (button == IDOK));
     CHECK(driver.isDone());
     if (button == IDOK) {
@@ -75,7 +64,7 @@ TEST_CASE("FileDialog: a null title of either width is the system's")
     wchar_t title[100] = L"";
     const Driver driver([&] {
         GetWindowTextW(visibleDialog(), title, 100);
-        return press(IDCANCEL)();
+        return pressing(IDCANCEL)();
     });
     dialog.showModal();
     CHECK((title[0] && title != std::wstring(L"Choose")));
@@ -88,7 +77,11 @@ TEST_CASE("FileDialog: several files are the folder and their names")
     folder.write("b.c", "");
     FileDialog dialog(static_cast<HWND>(nullptr), false, OFN_EXPLORER | OFN_ALLOWMULTISELECT | OFN_NOCHANGEDIR);
     dialog.setPath(folder.file("a.txt").c_str());
-    const Driver driver(press(IDOK, L"\"a.txt\" \"b.c\""));
+    const Driver driver([] {
+        for (const int field : {edt1, cmb13}) // By the dialog's version.
+            SetDlgItemTextW(visibleDialog(), field, L"\"a.txt\" \"b.c\"");
+        return pressing(IDOK)();
+    });
     REQUIRE(dialog.showModal());
     const std::wstring expected = folder.path().wstring() + std::wstring(L"\0a.txt\0b.c", 10);
     CHECK(dialog.getPathW() == expected);
@@ -98,16 +91,28 @@ TEST_CASE("FileDialog: several files are the folder and their names")
 
 TEST_CASE("FileDialog: a path longer than its buffer and an impossible one are errors")
 {
-    FileDialog dialog(static_cast<HWND>(nullptr), false, OFN_EXPLORER);
+    FileDialog dialog(static_cast<HWND>(nullptr), false, OFN_EXPLORER | OFN_ALLOWMULTISELECT);
+    dialog.setFilter("Text\0*.txt\0"); // Lies behind it.
+    dialog.setPath(std::string(32767, 'x').c_str());
+    CHECK(dialog.getPathW().size() == 32767);
     expectError<CommonDialogError>([&] { dialog.setPath(std::string(32768, 'x').c_str()); },
                                    "Error in file dialog: FNERR_BUFFERTOOSMALL");
+    CHECK(dialog.getPathA().size() == 32767);
     dialog.setPath("a|b<>?*:");
-    const Driver driver(press(IDCANCEL));
+    const Driver driver(pressing(IDCANCEL));
     try {
         CHECK(!dialog.showModal());
     } catch (const CommonDialogError& e) { // The system may refuse such a name at once.
         CHECK(e.getError() == FNERR_INVALIDFILENAME);
     }
+}
+
+TEST_CASE("CommonDialogError: every code of the platform has its name")
+{
+    int named = 0;
+    for (unsigned long code = 0; code <= CDERR_DIALOGFAILURE; ++code)
+        named += CommonDialogError::errorToString(code).startsWith("Unknown") ? 0 : 1;
+    CHECK(named == 37);
 }
 
 TEST_CASE("FileDialog: what the owner's handler throws cancels it with what it has open")

@@ -37,11 +37,13 @@ TEST_CASE("FolderDialog: the folder preselected is chosen, or the dialog cancell
 
     SECTION("by its path")
     {
+        dialog.setSelection(ItemIDList(ILCreateFromPathW(L"C:\\windows"), true));
         dialog.setRoot(CSIDL_DRIVES);
         dialog.setSelection(folder.path().string().c_str());
     }
     SECTION("by its item list")
     {
+        dialog.setSelection(L"C:\\windows");
         LPITEMIDLIST list = nullptr;
         REQUIRE(SHParseDisplayName(wanted.c_str(), nullptr, &list, 0, nullptr) == S_OK);
         dialog.setSelection(ItemIDList(list, true)); // Copied.
@@ -129,4 +131,34 @@ TEST_CASE("FolderDialog: an unknown root is an error, and COM is released in pai
         CoUninitialize();
     })
         .join();
+}
+
+TEST_CASE("ItemIDList: frees what it owns, once, and never what it borrows")
+{
+    const auto made = [] { return ILCreateFromPathW(L"C:\\windows"); };
+    const auto useAll = [&] {
+        ItemIDList owner(made(), true), other(made(), true), borrowing(owner.get(), false);
+        const BasicString<wchar_t> path = owner.getPathW();
+        CHECK((!path.empty() && borrowing.getPathW() == path));
+        borrowing = ItemIDList(owner.get(), false);
+        owner.attach(owner.get());
+        ItemIDList& same = owner;
+        owner = std::move(same);
+        CHECK(owner.getPathW() == path);
+        borrowing = std::move(owner);
+        owner = std::move(other);
+        CHECK((!other && owner.getPathW() == path && borrowing.getPathW() == path));
+        other.copy(owner);
+        other.copy(other);
+        CHECK((other.get() != owner.get() && BasicString<wchar_t>(other.getPathA()) == path));
+        other.copy(nullptr);
+        CoTaskMemFree(owner.detach());
+        owner.attach(made());
+        owner.close();
+        owner.close();
+    };
+    useAll();
+    const std::size_t before = usedBytes();
+    useAll();
+    CHECK(usedBytes() == before);
 }

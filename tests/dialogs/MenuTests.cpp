@@ -86,6 +86,15 @@ TEST_CASE("Menu: the owner destroys its menu, and tells when that fails")
     handle = menu;
     menu = Menu(true);
     CHECK((!IsMenu(handle) && IsMenu(menu)));
+    Menu& same = menu;
+    menu = std::move(same);
+    CHECK((IsMenu(menu) && menu.isOwner()));
+    handle = menu;
+    menu.create(false);
+    CHECK((!IsMenu(handle) && IsMenu(menu)));
+    handle = menu;
+    menu.load(20, GetModuleHandleW(nullptr));
+    CHECK((!IsMenu(handle) && menu.getItemCount() == 2));
     DestroyMenu(menu);
     expectWindowsError([&] { menu.close(); }, "Can't destroy menu");
     CHECK(menu.isNull());

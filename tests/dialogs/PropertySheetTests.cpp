@@ -62,6 +62,8 @@ TEST_CASE("PropertySheet: the start page, the title and the pages are the sheet'
     t.sheet.setTitle("Named");
     t.showAnd([&] {
         CHECK(t.sheet.getTextW() == L"Named");
+        t.sheet.setTitle(L"Renamed");
+        CHECK(t.sheet.getTextW() == L"Renamed");
         t.sheet.activate(11);
         CHECK(t.first.isOpen());
         t.sheet.activate(&t.second, 1);
@@ -141,6 +143,7 @@ TEST_CASE("PropertySheet: Apply waits until a page tells of a change; an open sh
     };
     CHECK(t.showAnd(step) == 0);
     CHECK(!third.isCreated());
+    t.showAnd([&] { t.sheet.pressButton(PSBTN_CANCEL); }); // Without the one that could not be added.
 }
 
 TEST_CASE("PropertySheet: a page that dies while the sheet is up takes its tab along")

@@ -139,12 +139,13 @@ TEST_CASE("QuestionDialog: the message box that stands in for it says what its b
     Asked dialog;
     dialog.stubborn = save;
     std::wstring texts;
+    int preset = 0;
     const auto answerBy = [&](WPARAM button) {
-        return [&texts, button] {
+        return [&, button] {
             const HWND box = visibleDialog();
             if (box)
-                texts = textsIn(box);
-            return box && PostMessageW(box, WM_COMMAND, button, 0);
+                texts = textsIn(box), preset = GetDlgCtrlID(GetFocus());
+            return pressing(button)();
         };
     };
     SECTION("with buttons of its own, of which the handler refuses one")
@@ -164,6 +165,7 @@ TEST_CASE("QuestionDialog: the message box that stands in for it says what its b
         CHECK(dialog.showMessageBox() == discard);
         CHECK(dialog.events == std::vector<std::string>{"button 100", "button 101"});
         CHECK(texts.find(L"Save the changes?\n\nYes: Save\nNo: Discard") != std::wstring::npos);
+        CHECK(preset == IDNO);
     }
     SECTION("with the system's, which need no words")
     {

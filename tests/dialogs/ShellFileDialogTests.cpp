@@ -21,7 +21,7 @@ std::function<bool()> press(WPARAM button, const wchar_t* name = nullptr)
         const HWND dialog = visibleDialog();
         if (dialog && name)
             EnumChildWindows(dialog, enterName, reinterpret_cast<LPARAM>(name));
-        return dialog && PostMessageW(dialog, WM_COMMAND, button, 0);
+        return pressing(button)();
     };
 }
 } // namespace

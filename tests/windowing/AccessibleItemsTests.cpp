@@ -76,6 +76,8 @@ TEST_CASE("AccessibleItems: a screen reader gets the names, roles, states and pl
     CHECK((left == corner.x && top == corner.y && width == 10 && height == 20));
     VARIANT found{};
     CHECK((object->accHitTest(corner.x, corner.y, &found) == S_OK && found.lVal == 2));
+    CHECK((object->accHitTest(corner.x + 50, corner.y, &found) == S_OK && found.lVal == CHILDID_SELF));
+    CHECK((object->accHitTest(corner.x - 5000, corner.y, &found) == S_FALSE && found.vt == VT_EMPTY));
     CHECK((object->get_accFocus(&found) == S_OK && found.lVal == 2));
     CHECK((object->get_accSelection(&found) == S_OK && found.lVal == 2));
     BStr action, none;
@@ -83,6 +85,8 @@ TEST_CASE("AccessibleItems: a screen reader gets the names, roles, states and pl
     CHECK(object->get_accDefaultAction(child(1), none.put()) == DISP_E_MEMBERNOTFOUND);
     COMInterfacePointer<IDispatch> parent;
     CHECK((object->get_accParent(parent.put()) == S_OK && parent.as<IAccessible>()));
+    CHECK(numberFrom(object, &IAccessible::get_accState, CHILDID_SELF) ==
+          (STATE_SYSTEM_FOCUSABLE | STATE_SYSTEM_INVISIBLE));
     CHECK(object->accDoDefaultAction(child(1)) == DISP_E_MEMBERNOTFOUND);
     CHECK((object->accDoDefaultAction(child(2)) == S_OK && dice.pressed == 1));
 }
