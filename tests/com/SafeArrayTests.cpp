@@ -38,12 +38,17 @@ public:
     HRESULT STDMETHODCALLTYPE PutFieldNoCopy(ULONG, void*, LPCOLESTR, VARIANT*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetFieldNames(ULONG*, BSTR*) override { return E_NOTIMPL; }
     BOOL STDMETHODCALLTYPE IsMatchingType(IRecordInfo* other) override { return other == this; }
-    void* STDMETHODCALLTYPE RecordCreate() override { return new Record{}; }
+    void* STDMETHODCALLTYPE RecordCreate() override { return ++living, new Record{}; }
     HRESULT STDMETHODCALLTYPE RecordCreateCopy(void* from, void** to) override
     {
-        return *to = new Record(*static_cast<Record*>(from)), S_OK;
+        return ++living, *to = new Record(*static_cast<Record*>(from)), S_OK;
     }
-    HRESULT STDMETHODCALLTYPE RecordDestroy(void* record) override { return delete static_cast<Record*>(record), S_OK; }
+    HRESULT STDMETHODCALLTYPE RecordDestroy(void* record) override
+    {
+        return --living, delete static_cast<Record*>(record), S_OK;
+    }
+
+    static inline int living = 0;
 };
 } // namespace
 
@@ -124,6 +129,7 @@ TEST_CASE("SafeArray: records come and go whole")
     records.setElement(0, element);
     CHECK(static_cast<Record*>(records.get()->pvData)->at(4) == 6);
     CHECK(failureOf([&] { records.setElement(0, Variant(1)); }) == DISP_E_TYPEMISMATCH);
+    CHECK((failureOf([&] { records.getElement(2); }) == DISP_E_BADINDEX && Records::living == 1));
     // Taken apart by hand, whatever the system does with the memory of a record that it clears.
     const COMInterfacePointer<IRecordInfo> owner(element.pRecInfo);
     owner->RecordDestroy(element.detach().pvRecord);

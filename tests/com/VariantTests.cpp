@@ -129,6 +129,7 @@ TEST_CASE("Variant: an instant is the date that clocks show, and comes back")
         if (days != 0)
             CHECK(static_cast<const VARIANT&>(date).date == days);
     }
+    CHECK(failureOf([] { Variant::date(2958466).toTime(TimeZone()); }) == DISP_E_OVERFLOW);
     CHECK(Variant(0.25).toTime(TimeZone()) == Variant(-0.25).toTime(TimeZone()));
     for (const char* const text : {"0099-12-31T22:59:59.999Z", "9999-12-31T23:00Z", "+292278994-08-17T07:12:55.807Z"})
         CHECK(failureOf([&] { Variant::date(parseISOTime(text), zone); }) == DISP_E_OVERFLOW);
