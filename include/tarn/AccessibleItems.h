@@ -66,8 +66,8 @@ public:
     virtual void pressItem(int index);
 
 private:
-    class Registration;
+    class AccessibleItemsRegistration; // Derived classes see private names, and should see none that a program has.
 
-    std::unique_ptr<Registration> registration_;
+    std::unique_ptr<AccessibleItemsRegistration> registration_;
 };
 } // namespace tarn

@@ -80,7 +80,9 @@ protected:
 private:
     friend class PropertyPage; // Its procedure differs in the first message.
 
-    static INT_PTR route(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam);
+    struct DialogInternals {
+        static INT_PTR route(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam);
+    };
 
     unsigned short resource_ = 0;
     HINSTANCE instance_ = nullptr;

@@ -83,10 +83,10 @@ protected:
                                  unsigned long allowed) = 0;
 
 private:
-    class Registration;
+    class DropTargetRegistration; // Derived classes see private names, and should see none that a program has.
     friend class DropTargetObject;
 
-    std::unique_ptr<Registration> registration_;
+    std::unique_ptr<DropTargetRegistration> registration_;
 };
 
 /// What the user drags out of a window, copied here. Put the same thing in several formats, the best one first:

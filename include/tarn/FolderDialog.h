@@ -66,9 +66,7 @@ protected:
 
 private:
     FolderDialog(HWND owner, BasicString<wchar_t> title, unsigned flags, int);
-    static int CALLBACK callback(HWND hwnd, UINT msg, LPARAM lParam, LPARAM data);
-    int handle(HWND hwnd, UINT msg, LPARAM lParam);
-    void select();
+    struct FolderDialogInternals; // Derived classes see private names, and should see none that a program has.
 
     COMApartment com_; // First, so that it is there for everything else and ends last.
     BROWSEINFOW info_{};

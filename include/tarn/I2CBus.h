@@ -117,9 +117,6 @@ protected:
     I2CLines* lines_ = nullptr;
 
 private:
-    // Each with its sleep; raiseClock() also waits until no device holds the clock low any more.
-    void setLines(bool sda, bool scl);
-    void raiseClock();
-    void lowerClock();
+    struct I2CBusInternals; // Derived classes see private names, and should see none that a program has.
 };
 } // namespace tarn

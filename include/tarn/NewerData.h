@@ -53,9 +53,11 @@ protected:
 
 private:
     friend class Archive;
-    class Circles;
-
-    static void drop(std::vector<detail::SealedPart> parts) noexcept;
+    // Derived classes see private names, and should see none that a program has.
+    struct NewerDataInternals {
+        class Circles;
+        static void drop(std::vector<detail::SealedPart> parts) noexcept;
+    };
 
     unsigned int version_ = 0;
     std::vector<detail::SealedPart> parts_;

@@ -95,8 +95,6 @@ protected:
     ///@}
 
 private:
-    void initialize(unsigned short resource, HINSTANCE instance);
-
     PROPSHEETPAGEW data_{};
     HPROPSHEETPAGE page_ = nullptr;
 };

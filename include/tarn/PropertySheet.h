@@ -73,19 +73,21 @@ public:
 
 private:
     friend class PropertyPage;
-    struct Showing;
+    struct SheetInternals {
+        struct Showing;
 
-    /// The open sheet of the calling thread that has the page, or null.
-    static PropertySheet* findShowing(const PropertyPage* page) noexcept;
-    /// Whether the window is a sheet that ends because of an exception: its pages are not asked then.
-    static bool isCancelled(HWND sheet) noexcept;
-    void removeDying(PropertyPage* page, HPROPSHEETPAGE handle) noexcept;
-    void showIcon();
-    static int CALLBACK propSheetProc(HWND hwnd, UINT msg, LPARAM lParam);
-    PROPSHEETHEADERW headerFor(std::vector<HPROPSHEETPAGE>& pages) const;
-    INT_PTR run(const PROPSHEETHEADERW& header);
-    unsigned getStartPage() const;
-    void setCaption(BasicString<wchar_t> title);
+        /// The open sheet of the calling thread that has the page, or null.
+        static PropertySheet* findShowing(const PropertyPage* page) noexcept;
+        /// Whether the window is a sheet that ends because of an exception: its pages are not asked then.
+        static bool isCancelled(HWND sheet) noexcept;
+        static void removeDying(PropertySheet& sheet, PropertyPage* page, HPROPSHEETPAGE handle) noexcept;
+        static void showIcon(PropertySheet& sheet);
+        static int CALLBACK propSheetProc(HWND hwnd, UINT msg, LPARAM lParam);
+        static PROPSHEETHEADERW headerFor(const PropertySheet& sheet, std::vector<HPROPSHEETPAGE>& pages);
+        static INT_PTR run(PropertySheet& sheet, const PROPSHEETHEADERW& header);
+        static unsigned getStartPage(const PropertySheet& sheet);
+        static void setCaption(PropertySheet& sheet, BasicString<wchar_t> title);
+    };
 
     static PropertySheet* InitializingSheet;
 

@@ -139,22 +139,26 @@ protected:
     virtual int showMessageBox();
 
 private:
-    struct Button {
-        int id;
-        BasicString<wchar_t> text;
-    };
+    // Derived classes see private names, and should see none that a program has.
+    struct QuestionInternals {
+        struct Button {
+            int id;
+            BasicString<wchar_t> text;
+        };
 
-    static HRESULT CALLBACK onNotification(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, LONG_PTR self);
-    HRESULT handle(UINT msg, WPARAM wParam, LPARAM lParam);
-    LRESULT send(UINT msg, WPARAM wParam, LPARAM lParam) const;
-    void change(BasicString<wchar_t>& text, BasicString<wchar_t> next, int element);
-    std::vector<Button> answers() const;
+        static HRESULT CALLBACK onNotification(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, LONG_PTR self);
+        static HRESULT handle(QuestionDialog& dialog, UINT msg, WPARAM wParam, LPARAM lParam);
+        static LRESULT send(const QuestionDialog& dialog, UINT msg, WPARAM wParam, LPARAM lParam);
+        static void change(const QuestionDialog& dialog, BasicString<wchar_t>& text, BasicString<wchar_t> next,
+                           int element);
+        static std::vector<Button> answers(const QuestionDialog& dialog);
+    };
 
     HWND owner_;
     HWND hwnd_ = nullptr;
     bool isEnding_ = false; // A handler threw: no handler is asked any more.
     BasicString<wchar_t> title_, instruction_, content_, details_, footer_, checkBox_;
-    std::vector<Button> buttons_, radioButtons_;
+    std::vector<QuestionInternals::Button> buttons_, radioButtons_;
     picture picture_ = no_picture;
     unsigned commonButtons_ = 0;
     unsigned options_;

@@ -71,14 +71,7 @@ protected:
     virtual void onCommand([[maybe_unused]] unsigned long command) {}
 
 private:
-    static void WINAPI serviceMain(DWORD count, wchar_t** arguments);
-    static DWORD WINAPI onControl(DWORD control, DWORD eventType, void* eventData, void* program);
-    static BOOL WINAPI onConsole(DWORD event);
-    unsigned long runAndKeep(const std::vector<BasicString<wchar_t>>& arguments);
-    void control(unsigned long code);
-    void report(unsigned long state, unsigned long waitHintMs = 0);
-    void keepFailure();
-    void rethrow();
+    struct ServiceInternals; // Derived classes see private names, and should see none that a program has.
 
     const BasicString<wchar_t> name_;
     const Event stop_{true, false};

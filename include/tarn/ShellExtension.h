@@ -81,8 +81,7 @@ protected:
     virtual std::vector<Command> getCommands() = 0;
 
 private:
-    const std::vector<Command>& commands();
-    const Command* findCommand(const CMINVOKECOMMANDINFO& info);
+    struct ContextMenuInternals; // Derived classes see private names, and should see none that a program has.
 
     std::vector<Command> commands_;
     bool hasCommands_ = false;

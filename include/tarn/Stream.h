@@ -21,6 +21,13 @@ class Serializable;
 namespace detail {
 [[noreturn]] TARN_API void throwShortRead(const void* buffer, unsigned int size);
 [[noreturn]] TARN_API void throwShortWrite(const void* buffer, unsigned int size);
+
+template <class T, class Stream> T readPlain(Stream& in)
+{
+    T value;
+    in.readFully(&value, sizeof value);
+    return value;
+}
 } // namespace detail
 
 /// Bytes to read.
@@ -35,9 +42,9 @@ public:
 
     /// Four or eight bytes, little-endian. Throw as readFully().
     ///@{
-    int readInt32() { return readAs<int>(); }
-    unsigned int readUInt32() { return readAs<unsigned int>(); }
-    double readDouble() { return readAs<double>(); }
+    int readInt32() { return detail::readPlain<int>(*this); }
+    unsigned int readUInt32() { return detail::readPlain<unsigned int>(*this); }
+    double readDouble() { return detail::readPlain<double>(*this); }
     ///@}
 
     /// Reads an object that OutputStream::writeObject wrote: makes one of the class named there and has it
@@ -48,14 +55,6 @@ public:
 
 protected:
     ~InputStream() = default;
-
-private:
-    template <class T> T readAs()
-    {
-        T value;
-        readFully(&value, sizeof value);
-        return value;
-    }
 };
 
 /// Somewhere to write bytes to.

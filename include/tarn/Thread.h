@@ -72,8 +72,7 @@ protected:
     [[noreturn]] void exit(unsigned long code);
 
 private:
-    static DWORD WINAPI proc(void* object);
-    void noteEnd(); // Of the calling thread, which another may have followed by now.
+    struct ThreadInternals; // Derived classes see private names, and should see none that a program has.
 
     DWORD id_ = 0;
     std::atomic<DWORD> running_ = 0; // The identifier of the thread that runs, or 0.

@@ -78,11 +78,7 @@ public:
     LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
 
 private:
-    bool tell(DWORD message, const wchar_t* title = nullptr, const wchar_t* text = L"", unsigned kind = 0) const;
-    void change(const wchar_t* title = nullptr, const wchar_t* text = L"", unsigned kind = 0) const;
-    void begin();
-    void add();
-    void loadPicture();
+    struct TrayIconInternals; // Derived classes see private names, and should see none that a program has.
 
     WindowClass class_;
     Icon picture_;

@@ -553,7 +553,7 @@ protected:
     /// Binds any window, owned or not, without taking over its messages. A null handle unbinds. With the
     /// handle that the object holds already only the ownership changes. Takes nothing but a `bool`, so that
     /// attach(parent, IDOK) means the dialog item.
-    template <std::same_as<bool> Owns> void attach(HWND hwnd, Owns owns) { attachWindow(hwnd, owns); }
+    template <std::same_as<bool> Owns> void attach(HWND hwnd, Owns owns) { WindowInternals::attach(*this, hwnd, owns); }
 
     /// Handles a message as if the window had got it, for callbacks of other kinds (a dialog procedure).
     message_result processMessage(UINT msg, WPARAM wParam, LPARAM lParam);
@@ -570,43 +570,49 @@ protected:
 
 private:
     friend class Dialog;
-    friend class WindowTasks;
+    friend struct detail::WindowTaskQueue;
 
-    struct MessageRecord {
-        LRESULT result;
-        bool handled;
-        UINT msg;
-        WPARAM wParam;
-        LPARAM lParam;
+    // Derived classes would find the names of private members in place of the program's own functions and classes. So
+    // these are together behind a name that no program has.
+    struct WindowInternals {
+        struct MessageRecord {
+            LRESULT result;
+            bool handled;
+            UINT msg;
+            WPARAM wParam;
+            LPARAM lParam;
+        };
+        using MessageStack =
+            boost::container::deque<MessageRecord, void,
+                                    boost::container::deque_options_t<boost::container::block_size<204u>>>;
+        class Watch;
+        class ActiveMessage;
+
+        static bool getMessage(MSG& msg, HWND hwnd, UINT min, UINT max);
+        static Window* find(HWND hwnd);
+        static Window* enter(HWND hwnd, Window* window);
+        static void leave(HWND hwnd);
+        static bool runTask(HWND hwnd, UINT msg, WPARAM number);
+        static bool runTimerFunction(Window& window, UINT_PTR id);
+        static Window* bindCreated(HWND hwnd, LPARAM lParam);
+        static LRESULT route(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam);
+        template <class Ch>
+        static void createWindow(Window& window, const Ch* className, const Ch* title, unsigned long style,
+                                 const RECT& rect, HWND parent, HMENU menu, HINSTANCE instance,
+                                 unsigned long extendedStyle);
+        TARN_API static void attach(Window& window, HWND hwnd, bool owns);
+        static void bind(Window& window, HWND hwnd);
+        static void unbind(Window& window);
+        static void restoreProcedure(Window& window);
+        static bool isBound(const Window& window);
+        static void forget(Window& window);
+        static void destroyForNext(Window& window, const char* failed);
+        static void destroyQuietly(HWND hwnd) noexcept;
+        static void endOfWindow(Window& window, HWND hwnd);
+        static void takeOverCreated(Window& window);
+        static void reportDroppedFiles(Window& window, WPARAM drop);
+        static void reportSettings(Window& window, UINT what, const wchar_t* section);
     };
-    using MessageStack = boost::container::deque<MessageRecord, void,
-                                                 boost::container::deque_options_t<boost::container::block_size<204u>>>;
-    class Watch;
-    class ActiveMessage;
-
-    static bool getMessage(MSG& msg, HWND hwnd, UINT min, UINT max);
-    static Window* find(HWND hwnd);
-    static Window* enter(HWND hwnd, Window* window);
-    static void leave(HWND hwnd);
-    static bool runTask(HWND hwnd, UINT msg, WPARAM number);
-    bool runTimerFunction(UINT_PTR id);
-    static Window* bindCreated(HWND hwnd, LPARAM lParam);
-    static LRESULT route(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam);
-    template <class Ch>
-    void createWindow(const Ch* className, const Ch* title, unsigned long style, const RECT& rect, HWND parent,
-                      HMENU menu, HINSTANCE instance, unsigned long extendedStyle);
-    void attachWindow(HWND hwnd, bool owns);
-    void bind(HWND hwnd);
-    void unbind();
-    void restoreProcedure();
-    bool isBound() const;
-    void forget();
-    void destroyForNext(const char* failed);
-    static void destroyQuietly(HWND hwnd) noexcept;
-    void endOfWindow(HWND hwnd);
-    void takeOverCreated();
-    void reportDroppedFiles(WPARAM drop);
-    void reportSettings(UINT what, const wchar_t* section);
 
     static std::map<HWND, Window*> WindowMap;
 
@@ -614,10 +620,11 @@ private:
     bool owns_ = false;
     bool listens_ = false; // Whether the messages of the window come to this object.
     WNDPROC previousProc_ = nullptr;
-    MessageStack messages_;
+    WindowInternals::MessageStack messages_;
     // Shared with the call of one that stops itself.
     mutable std::map<UINT_PTR, std::shared_ptr<std::function<void()>>> timers_;
-    Watch* watch_ = nullptr; // The innermost of the calls in progress that must notice the object's death.
+    // The innermost of the calls in progress that must notice the object's death.
+    WindowInternals::Watch* watch_ = nullptr;
 };
 
 /// Throws "Can't insert menu item".

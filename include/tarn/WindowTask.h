@@ -34,6 +34,18 @@ private:
     F function_;
 };
 
+namespace detail {
+/// What WindowTasks hands its tasks to.
+struct TARN_API WindowTaskQueue {
+    /// Has it run later.
+    static void post(HWND hwnd, std::unique_ptr<WindowTask> task);
+    /// Waits until it has run.
+    static void call(HWND hwnd, WindowTask& task);
+    /// Its number. `failed` is the text of a failure.
+    static WPARAM add(HWND hwnd, std::unique_ptr<WindowTask> task, const char* failed);
+};
+} // namespace detail
+
 /// What other threads have the thread of a window do. For windows that send their messages to an object: created with a
 /// WindowClass, subclassed, or dialogs. A Window has the same without the handle.
 class TARN_API WindowTasks {
@@ -44,7 +56,7 @@ public:
     /// post to the window's thread".
     template <std::invocable F> static void post(HWND hwnd, F f)
     {
-        postTask(hwnd, std::make_unique<FunctionTask<F>>(std::move(f)));
+        detail::WindowTaskQueue::post(hwnd, std::make_unique<FunctionTask<F>>(std::move(f)));
     }
     /// Waits until the thread of a window has called `f()`, after what was posted before, and gives its result or
     /// throws what it threw; on that thread itself it is a plain call. Meanwhile the calling thread answers messages
@@ -55,19 +67,14 @@ public:
         using Result = std::decay_t<std::invoke_result_t<F&>>;
         if constexpr (std::is_void_v<Result>) {
             FunctionTask<F> task(std::move(f));
-            callTask(hwnd, task);
+            detail::WindowTaskQueue::call(hwnd, task);
         } else {
             std::optional<Result> result;
             const auto keep = [&] { result.emplace(f()); };
             FunctionTask<decltype(keep)> task(keep);
-            callTask(hwnd, task);
+            detail::WindowTaskQueue::call(hwnd, task);
             return std::move(*result);
         }
     }
-
-private:
-    static void postTask(HWND hwnd, std::unique_ptr<WindowTask> task);
-    static void callTask(HWND hwnd, WindowTask& task);
-    static WPARAM addTask(HWND hwnd, std::unique_ptr<WindowTask> task, const char* failed);
 };
 } // namespace tarn

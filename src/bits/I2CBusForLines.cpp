@@ -2,30 +2,52 @@
 #include <tarn/Windows.h>
 
 namespace tarn {
+/// Each with its sleep.
+struct I2CBusForLines::I2CBusInternals {
+    static void setLines(const I2CBusForLines& bus, bool sda, bool scl)
+    {
+        bus.lines_->SetLines(sda, scl);
+        bus.sleep();
+    }
+    /// Also waits until no device holds the clock low any more.
+    static void raiseClock(const I2CBusForLines& bus)
+    {
+        bus.lines_->SetSCL(true);
+        bus.sleep();
+        while (!bus.lines_->GetSCL()) {
+        }
+    }
+    static void lowerClock(const I2CBusForLines& bus)
+    {
+        bus.lines_->SetSCL(false);
+        bus.sleep();
+    }
+};
+
 void I2CBusForLines::start()
 {
-    setLines(true, false);
+    I2CBusInternals::setLines(*this, true, false);
     // A device that stretches the clock is not waited for here, unlike in every other primitive.
     lines_->SetSCL(true);
     sleep();
     lines_->SetSDA(false);
     sleep();
-    lowerClock();
+    I2CBusInternals::lowerClock(*this);
 }
 
 void I2CBusForLines::stop()
 {
-    setLines(false, false);
-    raiseClock();
+    I2CBusInternals::setLines(*this, false, false);
+    I2CBusInternals::raiseClock(*this);
     lines_->SetSDA(true);
     sleep();
 }
 
 void I2CBusForLines::writeBit(bool bit)
 {
-    setLines(bit, false);
-    raiseClock();
-    lowerClock();
+    I2CBusInternals::setLines(*this, bit, false);
+    I2CBusInternals::raiseClock(*this);
+    I2CBusInternals::lowerClock(*this);
 }
 
 bool I2CBusForLines::write(unsigned char byte)
@@ -38,12 +60,12 @@ bool I2CBusForLines::write(unsigned char byte)
 unsigned char I2CBusForLines::read(bool last)
 {
     unsigned int result = 0;
-    setLines(true, false);
+    I2CBusInternals::setLines(*this, true, false);
     for (unsigned int mask = 0x80; mask != 0; mask >>= 1) {
-        raiseClock();
+        I2CBusInternals::raiseClock(*this);
         if (lines_->GetSDA())
             result |= mask;
-        lowerClock();
+        I2CBusInternals::lowerClock(*this);
     }
     writeBit(last);
     return static_cast<unsigned char>(result);
@@ -51,32 +73,12 @@ unsigned char I2CBusForLines::read(bool last)
 
 bool I2CBusForLines::acknowledge()
 {
-    setLines(true, false);
-    raiseClock();
+    I2CBusInternals::setLines(*this, true, false);
+    I2CBusInternals::raiseClock(*this);
     const bool level = lines_->GetSDA();
-    lowerClock();
+    I2CBusInternals::lowerClock(*this);
     return !level;
 }
 
 void I2CBusForLines::sleep() const { Sleep(1); }
-
-void I2CBusForLines::setLines(bool sda, bool scl)
-{
-    lines_->SetLines(sda, scl);
-    sleep();
-}
-
-void I2CBusForLines::raiseClock()
-{
-    lines_->SetSCL(true);
-    sleep();
-    while (!lines_->GetSCL()) {
-    }
-}
-
-void I2CBusForLines::lowerClock()
-{
-    lines_->SetSCL(false);
-    sleep();
-}
 } // namespace tarn

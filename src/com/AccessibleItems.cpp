@@ -199,14 +199,14 @@ private:
 } // namespace
 
 /// Of a window, until it ends.
-class AccessibleItems::Registration : private boost::noncopyable {
+class AccessibleItems::AccessibleItemsRegistration : private boost::noncopyable {
 public:
-    Registration(AccessibleItems& items, HWND window)
+    AccessibleItemsRegistration(AccessibleItems& items, HWND window)
         : items_(items), object_(new AccessibleObject(items, window)), alive_(object_),
           subclass_(window, onMessage, this, "Can't make window accessible")
     {
     }
-    ~Registration() { object_->forget(); }
+    ~AccessibleItemsRegistration() { object_->forget(); }
     HWND getWindow() const { return subclass_.getWindow(); }
 
 private:
@@ -217,7 +217,7 @@ private:
     }
     static LRESULT CALLBACK onMessage(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR self)
     {
-        auto* const registration = reinterpret_cast<Registration*>(self);
+        auto* const registration = reinterpret_cast<AccessibleItemsRegistration*>(self);
         if (msg == WM_GETOBJECT && static_cast<LONG>(lParam) == OBJID_CLIENT)
             return registration->answer(wParam);
         if (msg == WM_NCDESTROY)
@@ -238,7 +238,7 @@ AccessibleItems::~AccessibleItems() noexcept(false) = default;
 void AccessibleItems::begin(HWND window)
 {
     end();
-    registration_ = std::make_unique<Registration>(*this, window);
+    registration_ = std::make_unique<AccessibleItemsRegistration>(*this, window);
 }
 void AccessibleItems::end() { registration_.reset(); }
 void AccessibleItems::tell(unsigned long event, int index) const

@@ -39,14 +39,17 @@ HRESULT giveText(const BasicString<wchar_t>& text, bool wide, char* to, UINT siz
 }
 } // namespace
 
-const std::vector<ContextMenuHandler::Command>& ContextMenuHandler::commands()
-{
-    if (!hasCommands_) {
-        commands_ = getCommands();
-        hasCommands_ = true;
+struct ContextMenuHandler::ContextMenuInternals {
+    static const std::vector<Command>& commands(ContextMenuHandler& handler)
+    {
+        if (!handler.hasCommands_) {
+            handler.commands_ = handler.getCommands();
+            handler.hasCommands_ = true;
+        }
+        return handler.commands_;
     }
-    return commands_;
-}
+    static const Command* find(ContextMenuHandler& handler, const CMINVOKECOMMANDINFO& info);
+};
 
 HRESULT ContextMenuHandler::QueryContextMenu(HMENU menu, UINT position, UINT firstID, UINT lastID, UINT flags)
 {
@@ -54,7 +57,7 @@ HRESULT ContextMenuHandler::QueryContextMenu(HMENU menu, UINT position, UINT fir
         return S_OK;
     unsigned count = 0;
     const HRESULT hr = asHRESULT([&] {
-        for (const Command& command : commands()) {
+        for (const Command& command : ContextMenuInternals::commands(*this)) {
             if (firstID + count > lastID)
                 break;
             const UINT kind = MF_BYPOSITION | (command.text.empty() ? MF_SEPARATOR : MF_STRING);
@@ -70,9 +73,10 @@ HRESULT ContextMenuHandler::QueryContextMenu(HMENU menu, UINT position, UINT fir
     return hr;
 }
 
-const ContextMenuHandler::Command* ContextMenuHandler::findCommand(const CMINVOKECOMMANDINFO& info)
+const ContextMenuHandler::Command* ContextMenuHandler::ContextMenuInternals::find(ContextMenuHandler& handler,
+                                                                                  const CMINVOKECOMMANDINFO& info)
 {
-    const auto& all = commands();
+    const auto& all = commands(handler);
     const auto& wide = reinterpret_cast<const CMINVOKECOMMANDINFOEX&>(info);
     const bool hasWide = info.cbSize >= sizeof wide && info.fMask & CMIC_MASK_UNICODE && !isNumber(wide.lpVerbW);
     if (!hasWide && isNumber(info.lpVerb)) {
@@ -91,7 +95,7 @@ HRESULT ContextMenuHandler::InvokeCommand(CMINVOKECOMMANDINFO* info)
     if (!info)
         return E_POINTER;
     return asHRESULT([&] {
-        const Command* const command = findCommand(*info);
+        const Command* const command = ContextMenuInternals::find(*this, *info);
         if (!command || !command->action)
             return E_FAIL; // So that the caller asks the next handler.
         command->action(info->hwnd);
@@ -102,7 +106,7 @@ HRESULT ContextMenuHandler::InvokeCommand(CMINVOKECOMMANDINFO* info)
 HRESULT ContextMenuHandler::GetCommandString(UINT_PTR index, UINT what, UINT*, CHAR* text, UINT size)
 {
     return asHRESULT([&] {
-        const auto& all = commands();
+        const auto& all = ContextMenuInternals::commands(*this);
         const bool exists = index < all.size();
         switch (what) {
         case GCS_VALIDATEA:

@@ -140,15 +140,15 @@ private:
 };
 
 /// Of a window, until it ends.
-class DropTarget::Registration : private boost::noncopyable {
+class DropTarget::DropTargetRegistration : private boost::noncopyable {
 public:
-    Registration(DropTarget& target, HWND window)
+    DropTargetRegistration(DropTarget& target, HWND window)
         : target_(target), object_(new DropTargetObject(target, window)), alive_(object_),
           subclass_(window, onMessage, this, cannotAccept)
     {
         HRESULTHolder::throwOnError(RegisterDragDrop(window, object_), cannotAccept);
     }
-    ~Registration()
+    ~DropTargetRegistration()
     {
         object_->forget();
         RevokeDragDrop(subclass_.getWindow());
@@ -158,7 +158,7 @@ private:
     static LRESULT CALLBACK onMessage(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR self)
     {
         if (msg == WM_DESTROY) // Later the system would not know the window any more.
-            reinterpret_cast<Registration*>(self)->target_.end();
+            reinterpret_cast<DropTargetRegistration*>(self)->target_.end();
         return DefSubclassProc(hwnd, msg, wParam, lParam);
     }
 
@@ -175,7 +175,7 @@ DropTarget::~DropTarget() noexcept(false) = default;
 void DropTarget::begin(HWND window)
 {
     end();
-    registration_ = std::make_unique<Registration>(*this, window);
+    registration_ = std::make_unique<DropTargetRegistration>(*this, window);
 }
 void DropTarget::end() { registration_.reset(); }
 

@@ -56,7 +56,7 @@ bool Dialog::onInitDialog(Window&) { return true; }
 void Dialog::create(HWND parent, unsigned short resource, HINSTANCE instance)
 {
     constexpr const char* failed = "Can't create dialog";
-    destroyForNext(failed);
+    WindowInternals::destroyForNext(*this, failed);
     parent_ = parent;
     resource_ = resource;
     instance_ = instance;
@@ -111,7 +111,7 @@ INT_PTR CALLBACK Dialog::dlgProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lPar
 {
     return guardedCallback<INT_PTR>(FALSE, {nullptr, hwnd, msg}, [&]() -> INT_PTR {
         if (msg != WM_INITDIALOG)
-            return route(hwnd, msg, wParam, lParam);
+            return DialogInternals::route(hwnd, msg, wParam, lParam);
         try {
             return reinterpret_cast<Dialog*>(lParam)->initialize(hwnd, reinterpret_cast<HWND>(wParam));
         } catch (...) { // The object may not know of its window.
@@ -121,7 +121,7 @@ INT_PTR CALLBACK Dialog::dlgProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lPar
     });
 }
 
-INT_PTR Dialog::route(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
+INT_PTR Dialog::DialogInternals::route(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
 {
     const Pointer<Window> found = getWindowFromHandle(hwnd, false);
     auto* const dialog = dynamic_cast<Dialog*>(found.get());

@@ -9,13 +9,19 @@
 #include <utility>
 
 namespace tarn {
+struct FolderDialog::FolderDialogInternals {
+    static int CALLBACK callback(HWND hwnd, UINT msg, LPARAM lParam, LPARAM data);
+    static int handle(FolderDialog& dialog, HWND hwnd, UINT msg, LPARAM lParam);
+    static void select(const FolderDialog& dialog);
+};
+
 FolderDialog::FolderDialog(HWND owner, BasicString<wchar_t> title, unsigned flags, int) : title_(std::move(title))
 {
     info_.hwndOwner = owner;
     info_.pszDisplayName = displayName_;
     info_.lpszTitle = title_.c_str();
     info_.ulFlags = flags;
-    info_.lpfn = &FolderDialog::callback;
+    info_.lpfn = &FolderDialogInternals::callback;
     info_.lParam = reinterpret_cast<LPARAM>(this);
 }
 FolderDialog::FolderDialog(Window& owner, const char* title, unsigned flags)
@@ -95,37 +101,38 @@ void FolderDialog::enableOk(bool enable)
     runningHandlers([&] { SendMessageW(*this, BFFM_ENABLEOK, 0, enable); });
 }
 
-void FolderDialog::select()
+void FolderDialog::FolderDialogInternals::select(const FolderDialog& dialog)
 {
-    const bool isPath = !preselectedPath_.empty();
+    const BasicString<wchar_t>& path = dialog.preselectedPath_;
+    const bool isPath = !path.empty();
     const void* const folder =
-        isPath ? static_cast<const void*>(preselectedPath_.c_str()) : static_cast<const void*>(preselected_.get());
+        isPath ? static_cast<const void*>(path.c_str()) : static_cast<const void*>(dialog.preselected_.get());
     if (folder)
-        runningHandlers([&] { SendMessageW(*this, BFFM_SETSELECTIONW, isPath, reinterpret_cast<LPARAM>(folder)); });
+        runningHandlers([&] { SendMessageW(dialog, BFFM_SETSELECTIONW, isPath, reinterpret_cast<LPARAM>(folder)); });
 }
 
-int CALLBACK FolderDialog::callback(HWND hwnd, UINT msg, LPARAM lParam, LPARAM data)
+int CALLBACK FolderDialog::FolderDialogInternals::callback(HWND hwnd, UINT msg, LPARAM lParam, LPARAM data)
 {
     return guardedCallback(0, {"a handler of a folder dialog", hwnd, msg},
-                           [&] { return reinterpret_cast<FolderDialog*>(data)->handle(hwnd, msg, lParam); });
+                           [&] { return handle(*reinterpret_cast<FolderDialog*>(data), hwnd, msg, lParam); });
 }
 
-int FolderDialog::handle(HWND hwnd, UINT msg, LPARAM lParam)
+int FolderDialog::FolderDialogInternals::handle(FolderDialog& dialog, HWND hwnd, UINT msg, LPARAM lParam)
 {
-    if (!isOpen())
-        attach(hwnd, false);
+    if (!dialog.isOpen())
+        dialog.attach(hwnd, false);
     switch (msg) {
     case BFFM_INITIALIZED:
-        select();
-        onInitialized();
+        select(dialog);
+        dialog.onInitialized();
         return 0;
     case BFFM_SELCHANGED:
-        onSelectionChanged(ItemIDList(reinterpret_cast<ITEMIDLIST*>(lParam), false));
+        dialog.onSelectionChanged(ItemIDList(reinterpret_cast<ITEMIDLIST*>(lParam), false));
         return 0;
     case BFFM_VALIDATEFAILEDA:
-        return onValidateFailed(reinterpret_cast<const char*>(lParam));
+        return dialog.onValidateFailed(reinterpret_cast<const char*>(lParam));
     case BFFM_VALIDATEFAILEDW:
-        return onValidateFailed(reinterpret_cast<const wchar_t*>(lParam));
+        return dialog.onValidateFailed(reinterpret_cast<const wchar_t*>(lParam));
     default:
         return 0;
     }

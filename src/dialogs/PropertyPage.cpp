@@ -8,18 +8,6 @@
 namespace tarn {
 PropertyPage::PropertyPage(unsigned short resource, HINSTANCE instance) : Dialog(resource, instance)
 {
-    initialize(resource, instance);
-}
-
-PropertyPage::PropertyPage(unsigned short resource, unsigned short title, HINSTANCE instance)
-    : PropertyPage(resource, instance)
-{
-    data_.dwFlags |= PSP_USETITLE;
-    data_.pszTitle = MAKEINTRESOURCEW(title);
-}
-
-void PropertyPage::initialize(unsigned short resource, HINSTANCE instance)
-{
     data_.dwSize = sizeof data_;
     data_.dwFlags = PSP_USECALLBACK;
     data_.hInstance = instance;
@@ -29,15 +17,22 @@ void PropertyPage::initialize(unsigned short resource, HINSTANCE instance)
     data_.lParam = reinterpret_cast<LPARAM>(this);
 }
 
+PropertyPage::PropertyPage(unsigned short resource, unsigned short title, HINSTANCE instance)
+    : PropertyPage(resource, instance)
+{
+    data_.dwFlags |= PSP_USETITLE;
+    data_.pszTitle = MAKEINTRESOURCEW(title);
+}
+
 // The handle of a page that a sheet has is the sheet's.
 PropertyPage::~PropertyPage()
 {
     if (!page_)
         return;
-    PropertySheet* const sheet = PropertySheet::findShowing(this);
+    PropertySheet* const sheet = PropertySheet::SheetInternals::findShowing(this);
     if (sheet) {
         attach(nullptr, false); // No handler may run any more.
-        sheet->removeDying(this, page_);
+        PropertySheet::SheetInternals::removeDying(*sheet, this, page_);
     } else if (!isOpen()) {
         DestroyPropertySheetPage(page_);
     }
@@ -138,7 +133,7 @@ void PropertyPage::onHelp() {}
 
 PropertySheet* PropertyPage::getSheet() const
 {
-    PropertySheet* const sheet = PropertySheet::findShowing(this);
+    PropertySheet* const sheet = PropertySheet::SheetInternals::findShowing(this);
     return sheet && sheet->isOpen() ? sheet : nullptr;
 }
 
@@ -158,14 +153,14 @@ INT_PTR CALLBACK PropertyPage::dlgProc(HWND hwnd, UINT msg, WPARAM wParam, LPARA
 {
     if (msg == WM_NOTIFY) {
         const auto* const header = reinterpret_cast<const NMHDR*>(lParam);
-        if (header->code == PSN_QUERYCANCEL && PropertySheet::isCancelled(header->hwndFrom))
+        if (header->code == PSN_QUERYCANCEL && PropertySheet::SheetInternals::isCancelled(header->hwndFrom))
             return FALSE;
     }
     return guardedCallback<INT_PTR>(FALSE, {nullptr, hwnd, msg}, [&] {
         if (msg != WM_INITDIALOG)
-            return route(hwnd, msg, wParam, lParam);
+            return DialogInternals::route(hwnd, msg, wParam, lParam);
         auto* const page = reinterpret_cast<PropertyPage*>(reinterpret_cast<const PROPSHEETPAGEW*>(lParam)->lParam);
-        return page->Dialog::initialize(hwnd, reinterpret_cast<HWND>(wParam));
+        return page->initialize(hwnd, reinterpret_cast<HWND>(wParam));
     });
 }
 

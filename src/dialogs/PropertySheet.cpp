@@ -18,7 +18,7 @@ constexpr DWORD wizardFlags = PSH_WIZARD97 | PSH_HEADER | PSH_USEHBMHEADER;
 PropertySheet* PropertySheet::InitializingSheet = nullptr;
 
 /// A sheet while it is shown: one of the calling thread's, the latest first.
-struct PropertySheet::Showing {
+struct PropertySheet::SheetInternals::Showing {
     explicit Showing(PropertySheet& shown) : sheet(shown), outer(std::exchange(innermost, this))
     {
         InitializingSheet = &sheet;
@@ -40,7 +40,7 @@ struct PropertySheet::Showing {
         ensureGDI([&] { return SetWindowSubclass(hwnd, onMessage, 0, reinterpret_cast<DWORD_PTR>(this)); },
                   sheetFailed);
         sheet.attach(hwnd, false);
-        sheet.showIcon();
+        showIcon(sheet);
     }
 
     /// Cancels the sheet without its pages having a say.
@@ -74,9 +74,9 @@ struct PropertySheet::Showing {
 
     static thread_local Showing* innermost;
 };
-thread_local PropertySheet::Showing* PropertySheet::Showing::innermost = nullptr;
+thread_local PropertySheet::SheetInternals::Showing* PropertySheet::SheetInternals::Showing::innermost = nullptr;
 
-PropertySheet* PropertySheet::findShowing(const PropertyPage* page) noexcept
+PropertySheet* PropertySheet::SheetInternals::findShowing(const PropertyPage* page) noexcept
 {
     for (const Showing* showing = Showing::innermost; showing; showing = showing->outer) {
         if (std::ranges::find(showing->sheet.pages_, page) != showing->sheet.pages_.end())
@@ -85,7 +85,7 @@ PropertySheet* PropertySheet::findShowing(const PropertyPage* page) noexcept
     return nullptr;
 }
 
-bool PropertySheet::isCancelled(HWND sheet) noexcept
+bool PropertySheet::SheetInternals::isCancelled(HWND sheet) noexcept
 {
     const Showing* showing = Showing::innermost;
     while (showing && showing->cancelled != sheet)
@@ -94,10 +94,11 @@ bool PropertySheet::isCancelled(HWND sheet) noexcept
 }
 
 // The sheet would call the page when the user comes to it, and at its own end.
-void PropertySheet::removeDying(PropertyPage* page, HPROPSHEETPAGE handle) noexcept
+void PropertySheet::SheetInternals::removeDying(PropertySheet& sheet, PropertyPage* page,
+                                                HPROPSHEETPAGE handle) noexcept
 {
-    std::erase(pages_, page);
-    closeQuietly([&] { sendMessageA(PSM_REMOVEPAGE, 0, reinterpret_cast<LPARAM>(handle)); });
+    std::erase(sheet.pages_, page);
+    closeQuietly([&] { sheet.sendMessageA(PSM_REMOVEPAGE, 0, reinterpret_cast<LPARAM>(handle)); });
 }
 
 // Where a wizard's header has no picture at all, not every system draws nothing.
@@ -107,7 +108,7 @@ PropertySheet::PropertySheet(HWND parent) : headerPicture_(1, 1, 1, 1, &white)
     header_.dwFlags = PSH_USECALLBACK;
     header_.hwndParent = parent;
     header_.hbmHeader = headerPicture_;
-    header_.pfnCallback = &PropertySheet::propSheetProc;
+    header_.pfnCallback = &SheetInternals::propSheetProc;
 }
 
 PropertySheet::PropertySheet(HWND parent, unsigned short caption, unsigned short icon, HINSTANCE instance)
@@ -130,7 +131,7 @@ PropertySheet::~PropertySheet() noexcept
 void PropertySheet::addPage(PropertyPage* page)
 {
     constexpr const char* cannotAdd = "Can't add property page";
-    if (isOpen() && findShowing(page))
+    if (isOpen() && SheetInternals::findShowing(page))
         throwWindowsError(ERROR_BUSY, cannotAdd);
     pages_.push_back(page);
     if (!isOpen())
@@ -145,20 +146,22 @@ void PropertySheet::addPage(PropertyPage* page)
 }
 
 // Found here, because not every system's sheet knows its start page by the resource.
-unsigned PropertySheet::getStartPage() const
+unsigned PropertySheet::SheetInternals::getStartPage(const PropertySheet& sheet)
 {
-    if (!(header_.dwFlags & PSH_USEPSTARTPAGE))
-        return header_.nStartPage;
-    const auto found = std::ranges::find(pages_, header_.pStartPage,
+    const auto& pages = sheet.pages_;
+    if (!(sheet.header_.dwFlags & PSH_USEPSTARTPAGE))
+        return sheet.header_.nStartPage;
+    const auto found = std::ranges::find(pages, sheet.header_.pStartPage,
                                          [](const PropertyPage* page) { return page->getInitData().pszTemplate; });
-    return found == pages_.end() ? 0 : static_cast<unsigned>(std::distance(pages_.begin(), found));
+    return found == pages.end() ? 0 : static_cast<unsigned>(std::distance(pages.begin(), found));
 }
 
-PROPSHEETHEADERW PropertySheet::headerFor(std::vector<HPROPSHEETPAGE>& pages) const
+PROPSHEETHEADERW PropertySheet::SheetInternals::headerFor(const PropertySheet& sheet,
+                                                          std::vector<HPROPSHEETPAGE>& pages)
 {
-    PROPSHEETHEADERW header = header_;
+    PROPSHEETHEADERW header = sheet.header_;
     header.dwFlags &= ~static_cast<DWORD>(PSH_PROPSHEETPAGE | PSH_USEPSTARTPAGE);
-    header.nStartPage = getStartPage();
+    header.nStartPage = getStartPage(sheet);
     header.nPages = static_cast<UINT>(pages.size());
     header.phpage = pages.data();
     return header;
@@ -167,7 +170,7 @@ PROPSHEETHEADERW PropertySheet::headerFor(std::vector<HPROPSHEETPAGE>& pages) co
 unsigned short PropertySheet::showModal()
 {
     // An open sheet has the handles of its pages, and destroys them when it ends.
-    if (std::ranges::any_of(pages_, findShowing))
+    if (std::ranges::any_of(pages_, SheetInternals::findShowing))
         throwWindowsError(ERROR_BUSY, sheetFailed);
     std::vector<HPROPSHEETPAGE> handles;
     for (PropertyPage* const page : pages_) {
@@ -177,19 +180,19 @@ unsigned short PropertySheet::showModal()
     }
     if (handles.empty()) // Not every system refuses a sheet that nothing could end.
         throwWindowsError(ERROR_INVALID_PARAMETER, sheetFailed);
-    return static_cast<unsigned short>(run(headerFor(handles)));
+    return static_cast<unsigned short>(SheetInternals::run(*this, SheetInternals::headerFor(*this, handles)));
 }
 
-INT_PTR PropertySheet::run(const PROPSHEETHEADERW& header)
+INT_PTR PropertySheet::SheetInternals::run(PropertySheet& sheet, const PROPSHEETHEADERW& header)
 {
-    Showing showing(*this);
+    Showing showing(sheet);
     return ensureClearing(
         [&] { return runningLoop([&] { return PropertySheetW(&header); }, [&]() noexcept { showing.cancel(); }); },
         // Not every system tells by its result that there has been no sheet at all.
-        [this](INT_PTR result) { return result < 0 || InitializingSheet == this; }, sheetFailed);
+        [&](INT_PTR result) { return result < 0 || InitializingSheet == &sheet; }, sheetFailed);
 }
 
-int CALLBACK PropertySheet::propSheetProc(HWND hwnd, UINT msg, LPARAM)
+int CALLBACK PropertySheet::SheetInternals::propSheetProc(HWND hwnd, UINT msg, LPARAM)
 {
     if (msg == PSCB_INITIALIZED && InitializingSheet)
         guardedCallback(0, {"the beginning of a property sheet", hwnd, msg}, [&] {
@@ -201,14 +204,15 @@ int CALLBACK PropertySheet::propSheetProc(HWND hwnd, UINT msg, LPARAM)
     return 0;
 }
 
-void PropertySheet::setTitle(const char* title) { setCaption(title); }
-void PropertySheet::setTitle(const wchar_t* title) { setCaption(title); }
-void PropertySheet::setCaption(BasicString<wchar_t> title)
+void PropertySheet::setTitle(const char* title) { SheetInternals::setCaption(*this, title); }
+void PropertySheet::setTitle(const wchar_t* title) { SheetInternals::setCaption(*this, title); }
+void PropertySheet::SheetInternals::setCaption(PropertySheet& sheet, BasicString<wchar_t> title)
 {
-    title_ = std::move(title);
-    header_.pszCaption = title_.c_str();
-    if (isOpen())
-        runningHandlers([&] { SendMessageW(*this, PSM_SETTITLEW, 0, reinterpret_cast<LPARAM>(title_.c_str())); });
+    sheet.title_ = std::move(title);
+    const wchar_t* const text = sheet.title_.c_str();
+    sheet.header_.pszCaption = text;
+    if (sheet.isOpen())
+        runningHandlers([&] { SendMessageW(sheet, PSM_SETTITLEW, 0, reinterpret_cast<LPARAM>(text)); });
 }
 
 void PropertySheet::setIcon(int resource, HINSTANCE instance)
@@ -217,16 +221,16 @@ void PropertySheet::setIcon(int resource, HINSTANCE instance)
     std::swap(icon_, icon); // The former one lives until the window does not show it any more.
     header_.dwFlags |= PSH_USEHICON;
     header_.hIcon = icon_;
-    showIcon();
+    SheetInternals::showIcon(*this);
 }
 
 // The system's sheet itself gives its window a small icon only.
-void PropertySheet::showIcon()
+void PropertySheet::SheetInternals::showIcon(PropertySheet& sheet)
 {
-    if (!isOpen() || icon_.isNull())
+    if (!sheet.isOpen() || sheet.icon_.isNull())
         return;
-    setIcon(icon_.getHandle(), false);
-    setIcon(icon_.getHandle(), true);
+    sheet.setIcon(sheet.icon_.getHandle(), false);
+    sheet.setIcon(sheet.icon_.getHandle(), true);
 }
 
 void PropertySheet::setWizardMode(bool isWizard)

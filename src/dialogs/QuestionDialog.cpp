@@ -81,13 +81,19 @@ void QuestionDialog::onHelp() {}
 void QuestionDialog::setTitle(const char* title) { title_ = widened(title); }
 void QuestionDialog::setTitle(const wchar_t* title) { title_ = title; }
 void QuestionDialog::setInstruction(const char* text) { setInstruction(widened(text).c_str()); }
-void QuestionDialog::setInstruction(const wchar_t* text) { change(instruction_, text, TDE_MAIN_INSTRUCTION); }
+void QuestionDialog::setInstruction(const wchar_t* text)
+{
+    QuestionInternals::change(*this, instruction_, text, TDE_MAIN_INSTRUCTION);
+}
 void QuestionDialog::setContent(const char* text) { setContent(widened(text).c_str()); }
-void QuestionDialog::setContent(const wchar_t* text) { change(content_, text, TDE_CONTENT); }
+void QuestionDialog::setContent(const wchar_t* text) { QuestionInternals::change(*this, content_, text, TDE_CONTENT); }
 void QuestionDialog::setDetails(const char* text) { setDetails(widened(text).c_str()); }
-void QuestionDialog::setDetails(const wchar_t* text) { change(details_, text, TDE_EXPANDED_INFORMATION); }
+void QuestionDialog::setDetails(const wchar_t* text)
+{
+    QuestionInternals::change(*this, details_, text, TDE_EXPANDED_INFORMATION);
+}
 void QuestionDialog::setFooter(const char* text) { setFooter(widened(text).c_str()); }
-void QuestionDialog::setFooter(const wchar_t* text) { change(footer_, text, TDE_FOOTER); }
+void QuestionDialog::setFooter(const wchar_t* text) { QuestionInternals::change(*this, footer_, text, TDE_FOOTER); }
 
 void QuestionDialog::addButton(int id, const char* text) { buttons_.push_back({id, widened(text)}); }
 void QuestionDialog::addButton(int id, const wchar_t* text) { buttons_.push_back({id, text}); }
@@ -104,7 +110,7 @@ void QuestionDialog::setProgress(int percent)
 {
     percent_ = percent;
     setOptions(TDF_SHOW_PROGRESS_BAR, TDF_SHOW_MARQUEE_PROGRESS_BAR);
-    send(TDM_SET_PROGRESS_BAR_POS, static_cast<WPARAM>(percent), 0);
+    QuestionInternals::send(*this, TDM_SET_PROGRESS_BAR_POS, static_cast<WPARAM>(percent), 0);
 }
 void QuestionDialog::setEndlessProgress() { setOptions(TDF_SHOW_MARQUEE_PROGRESS_BAR, TDF_SHOW_PROGRESS_BAR); }
 
@@ -114,19 +120,23 @@ int QuestionDialog::getRadioButton() const
     return isPreset ? radioButton_ : radioButtons_.front().id;
 }
 
-LRESULT QuestionDialog::send(UINT msg, WPARAM wParam, LPARAM lParam) const
+LRESULT QuestionDialog::QuestionInternals::send(const QuestionDialog& dialog, UINT msg, WPARAM wParam, LPARAM lParam)
 {
-    return hwnd_ ? runningHandlers([&] { return SendMessageW(hwnd_, msg, wParam, lParam); }) : 0;
+    return dialog.hwnd_ ? runningHandlers([&] { return SendMessageW(dialog.hwnd_, msg, wParam, lParam); }) : 0;
 }
-void QuestionDialog::change(BasicString<wchar_t>& text, BasicString<wchar_t> next, int element)
+void QuestionDialog::QuestionInternals::change(const QuestionDialog& dialog, BasicString<wchar_t>& text,
+                                               BasicString<wchar_t> next, int element)
 {
     text = std::move(next);
-    send(TDM_SET_ELEMENT_TEXT, static_cast<WPARAM>(element), reinterpret_cast<LPARAM>(text.c_str()));
+    send(dialog, TDM_SET_ELEMENT_TEXT, static_cast<WPARAM>(element), reinterpret_cast<LPARAM>(text.c_str()));
 }
-void QuestionDialog::press(int id) const { send(TDM_CLICK_BUTTON, static_cast<WPARAM>(id), 0); }
+void QuestionDialog::press(int id) const
+{
+    QuestionInternals::send(*this, TDM_CLICK_BUTTON, static_cast<WPARAM>(id), 0);
+}
 void QuestionDialog::enableButton(int id, bool enable) const
 {
-    send(TDM_ENABLE_BUTTON, static_cast<WPARAM>(id), enable);
+    QuestionInternals::send(*this, TDM_ENABLE_BUTTON, static_cast<WPARAM>(id), enable);
 }
 
 int QuestionDialog::showModal()
@@ -154,7 +164,7 @@ int QuestionDialog::showModal()
     config.pszVerificationText = orNull(checkBox_);
     config.pszExpandedInformation = orNull(details_);
     config.pszFooter = orNull(footer_);
-    config.pfCallback = &QuestionDialog::onNotification;
+    config.pfCallback = &QuestionInternals::onNotification;
     config.lpCallbackData = reinterpret_cast<LONG_PTR>(this);
 
     struct Unbinding {
@@ -177,50 +187,52 @@ int QuestionDialog::showModal()
     return pressed;
 }
 
-HRESULT CALLBACK QuestionDialog::onNotification(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, LONG_PTR self)
+HRESULT CALLBACK QuestionDialog::QuestionInternals::onNotification(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam,
+                                                                   LONG_PTR self)
 {
     auto* const dialog = reinterpret_cast<QuestionDialog*>(self);
     dialog->hwnd_ = msg == TDN_DESTROYED ? nullptr : hwnd;
     return guardedCallback(S_OK, {"a handler of a task dialog", hwnd, msg},
-                           [&] { return dialog->isEnding_ ? S_OK : dialog->handle(msg, wParam, lParam); });
+                           [&] { return dialog->isEnding_ ? S_OK : handle(*dialog, msg, wParam, lParam); });
 }
 
-HRESULT QuestionDialog::handle(UINT msg, WPARAM wParam, LPARAM lParam)
+HRESULT QuestionDialog::QuestionInternals::handle(QuestionDialog& dialog, UINT msg, WPARAM wParam, LPARAM lParam)
 {
     switch (msg) {
     case TDN_CREATED:
-        if (options_ & TDF_SHOW_PROGRESS_BAR)
-            setProgress(percent_);
-        send(TDM_SET_PROGRESS_BAR_MARQUEE, (options_ & TDF_SHOW_MARQUEE_PROGRESS_BAR) != 0, 0);
-        onCreated();
+        if (dialog.options_ & TDF_SHOW_PROGRESS_BAR)
+            dialog.setProgress(dialog.percent_);
+        send(dialog, TDM_SET_PROGRESS_BAR_MARQUEE, (dialog.options_ & TDF_SHOW_MARQUEE_PROGRESS_BAR) != 0, 0);
+        dialog.onCreated();
         return S_OK;
     case TDN_BUTTON_CLICKED:
-        return onButton(static_cast<int>(wParam)) ? S_OK : S_FALSE;
+        return dialog.onButton(static_cast<int>(wParam)) ? S_OK : S_FALSE;
     case TDN_RADIO_BUTTON_CLICKED:
-        onRadioButton(static_cast<int>(wParam));
+        dialog.onRadioButton(static_cast<int>(wParam));
         return S_OK;
     case TDN_VERIFICATION_CLICKED:
-        onCheck(wParam != FALSE);
+        dialog.onCheck(wParam != FALSE);
         return S_OK;
     case TDN_TIMER:
-        onTimer(static_cast<unsigned>(wParam));
+        dialog.onTimer(static_cast<unsigned>(wParam));
         return S_OK;
     case TDN_HYPERLINK_CLICKED:
-        onLink(reinterpret_cast<const wchar_t*>(lParam));
+        dialog.onLink(reinterpret_cast<const wchar_t*>(lParam));
         return S_OK;
     case TDN_HELP:
-        onHelp();
+        dialog.onHelp();
         return S_OK;
     default:
         return S_OK;
     }
 }
 
-std::vector<QuestionDialog::Button> QuestionDialog::answers() const
+std::vector<QuestionDialog::QuestionInternals::Button>
+QuestionDialog::QuestionInternals::answers(const QuestionDialog& dialog)
 {
-    std::vector<Button> result = buttons_;
+    std::vector<Button> result = dialog.buttons_;
     for (const KnownButton& button : knownButtons)
-        if (commonButtons_ & button.flag)
+        if (dialog.commonButtons_ & button.flag)
             result.push_back({button.id, button.text});
     if (result.empty())
         result.push_back({IDOK, L"OK"});
@@ -229,7 +241,7 @@ std::vector<QuestionDialog::Button> QuestionDialog::answers() const
 
 int QuestionDialog::showMessageBox()
 {
-    const std::vector<Button> buttons = answers();
+    const auto buttons = QuestionInternals::answers(*this);
     if (buttons.size() > 3)
         throwWindowsError(ERROR_NOT_SUPPORTED, cannotAsk);
     const BoxKind& kind = boxFor(buttons);

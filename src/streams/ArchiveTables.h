@@ -158,7 +158,7 @@ struct Archive::Tables {
                 if (foreign.contains(object.getIdentity()) || standard.contains(object.getIdentity()))
                     own.emplace_back().object.swap(object);
         });
-        NewerData::drop(std::move(own));
+        NewerData::NewerDataInternals::drop(std::move(own));
     }
 
     /// Room for one more shared object, to be made before the object is: later it could be lost for want of it.

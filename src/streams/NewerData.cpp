@@ -16,7 +16,7 @@ SealedObject* sealedIn(const detail::SealedPart& part) { return dynamic_cast<Sea
 
 /// Finds the unknown objects that are held by nothing but each other and by what is about to be dropped. Nobody
 /// else could open their circles.
-class NewerData::Circles {
+class NewerData::NewerDataInternals::Circles {
 public:
     explicit Circles(const Parts& dropped)
     {
@@ -77,10 +77,10 @@ private:
 void NewerData::dropNewerData() noexcept
 {
     version_ = 0;
-    drop(std::exchange(parts_, {}));
+    NewerDataInternals::drop(std::exchange(parts_, {}));
 }
 
-void NewerData::drop(Parts parts) noexcept
+void NewerData::NewerDataInternals::drop(Parts parts) noexcept
 {
     if (parts.empty())
         return;

@@ -37,6 +37,17 @@ private:
 };
 } // namespace
 
+struct ServiceProgram::ServiceInternals {
+    static void WINAPI serviceMain(DWORD count, wchar_t** arguments);
+    static DWORD WINAPI onControl(DWORD code, DWORD eventType, void* eventData, void* program);
+    static BOOL WINAPI onConsole(DWORD event);
+    static unsigned long runAndKeep(ServiceProgram& self, const std::vector<BasicString<wchar_t>>& arguments);
+    static void control(ServiceProgram& self, unsigned long code);
+    static void report(ServiceProgram& self, unsigned long state, unsigned long waitHintMs = 0);
+    static void keepFailure(ServiceProgram& self);
+    static void rethrow(ServiceProgram& self);
+};
+
 ServiceProgram::ServiceProgram(const wchar_t* name) : name_(name) {}
 
 int ServiceProgram::main()
@@ -50,19 +61,19 @@ int ServiceProgram::runAsService()
 {
     const Running self(this);
     BasicString<wchar_t> name(name_);
-    const SERVICE_TABLE_ENTRYW services[] = {{name.data(), &ServiceProgram::serviceMain}, {nullptr, nullptr}};
+    const SERVICE_TABLE_ENTRYW services[] = {{name.data(), &ServiceInternals::serviceMain}, {nullptr, nullptr}};
     ensure(StartServiceCtrlDispatcherW(services), "Can't run as a service");
-    rethrow();
+    ServiceInternals::rethrow(*this);
     return static_cast<int>(exitCode_);
 }
 
 int ServiceProgram::runInConsole()
 {
     const Running self(this);
-    const ConsoleHandler handler(&ServiceProgram::onConsole);
-    const unsigned long code = runAndKeep(CommandLine::own());
+    const ConsoleHandler handler(&ServiceInternals::onConsole);
+    const unsigned long code = ServiceInternals::runAndKeep(*this, CommandLine::own());
     ended_.set();
-    rethrow();
+    ServiceInternals::rethrow(*this);
     return static_cast<int>(code);
 }
 
@@ -76,125 +87,127 @@ void ServiceProgram::reportProgress(unsigned nextStepMs)
 {
     const AutoLock lock(lock_);
     if (state_ == SERVICE_STOP_PENDING || state_ == SERVICE_START_PENDING)
-        report(state_, nextStepMs);
+        ServiceInternals::report(*this, state_, nextStepMs);
 }
 
-unsigned long ServiceProgram::runAndKeep(const std::vector<BasicString<wchar_t>>& arguments)
+unsigned long ServiceProgram::ServiceInternals::runAndKeep(ServiceProgram& self,
+                                                           const std::vector<BasicString<wchar_t>>& arguments)
 {
     try {
-        return run(arguments);
+        return self.run(arguments);
     } catch (...) {
-        keepFailure();
+        keepFailure(self);
         return ERROR_EXCEPTION_IN_SERVICE;
     }
 }
 
 // The first one counts.
-void ServiceProgram::keepFailure()
+void ServiceProgram::ServiceInternals::keepFailure(ServiceProgram& self)
 {
-    const AutoLock lock(lock_);
-    if (!failure_)
-        failure_ = std::current_exception();
+    const AutoLock lock(self.lock_);
+    if (!self.failure_)
+        self.failure_ = std::current_exception();
 }
 
-void ServiceProgram::rethrow()
+void ServiceProgram::ServiceInternals::rethrow(ServiceProgram& self)
 {
-    if (const std::exception_ptr failure = std::exchange(failure_, nullptr))
+    if (const std::exception_ptr failure = std::exchange(self.failure_, nullptr))
         std::rethrow_exception(failure);
 }
 
 // Everything that it calls is guarded: nothing can be thrown through the system.
-void WINAPI ServiceProgram::serviceMain(DWORD count, wchar_t** arguments)
+void WINAPI ServiceProgram::ServiceInternals::serviceMain(DWORD count, wchar_t** arguments)
 {
     ServiceProgram& self = *running.load();
     try {
-        self.handle_ = ensure(RegisterServiceCtrlHandlerExW(self.name_.c_str(), &ServiceProgram::onControl, &self),
+        self.handle_ = ensure(RegisterServiceCtrlHandlerExW(self.name_.c_str(), &ServiceInternals::onControl, &self),
                               "Can't run as a service");
-        self.report(SERVICE_RUNNING);
-        const unsigned long code = self.runAndKeep({arguments, arguments + count});
+        report(self, SERVICE_RUNNING);
+        const unsigned long code = runAndKeep(self, {arguments, arguments + count});
         const AutoLock lock(self.lock_);
         self.exitCode_ = code;
         self.isSystemCode_ = false;
         if (self.failure_)
             std::rethrow_exception(self.failure_);
     } catch (const WindowsError& error) {
-        self.keepFailure();
+        keepFailure(self);
         self.exitCode_ = error.getError();
         self.isSystemCode_ = true;
     } catch (...) {
-        self.keepFailure();
+        keepFailure(self);
         self.exitCode_ = ERROR_EXCEPTION_IN_SERVICE;
         self.isSystemCode_ = true;
     }
-    self.report(SERVICE_STOPPED);
+    report(self, SERVICE_STOPPED);
 }
 
-DWORD WINAPI ServiceProgram::onControl(DWORD control, DWORD, void*, void* program)
+DWORD WINAPI ServiceProgram::ServiceInternals::onControl(DWORD code, DWORD, void*, void* program)
 {
     ServiceProgram& self = *static_cast<ServiceProgram*>(program);
     try {
-        self.control(control);
+        control(self, code);
     } catch (...) {
-        self.keepFailure();
-        self.report(SERVICE_STOP_PENDING);
+        keepFailure(self);
+        report(self, SERVICE_STOP_PENDING);
         SetEvent(self.stop_.getHandle());
         SetEvent(self.goOn_.getHandle());
     }
     return NO_ERROR;
 }
 
-void ServiceProgram::control(unsigned long code)
+void ServiceProgram::ServiceInternals::control(ServiceProgram& self, unsigned long code)
 {
     constexpr unsigned long firstCommand = 128;
     switch (code) {
     case SERVICE_CONTROL_STOP:
     case SERVICE_CONTROL_SHUTDOWN:
-        report(SERVICE_STOP_PENDING);
-        requestStop();
+        report(self, SERVICE_STOP_PENDING);
+        self.requestStop();
         break;
     case SERVICE_CONTROL_PAUSE:
-        goOn_.reset();
-        report(SERVICE_PAUSED);
+        self.goOn_.reset();
+        report(self, SERVICE_PAUSED);
         break;
     case SERVICE_CONTROL_CONTINUE:
-        goOn_.set();
-        report(SERVICE_RUNNING);
+        self.goOn_.set();
+        report(self, SERVICE_RUNNING);
         break;
     default:
         if (code >= firstCommand)
-            onCommand(code);
+            self.onCommand(code);
     }
 }
 
 // A report that fails leaves the service manager with what it knew: there is nobody else to tell.
-void ServiceProgram::report(unsigned long state, unsigned long waitHintMs)
+void ServiceProgram::ServiceInternals::report(ServiceProgram& self, unsigned long state, unsigned long waitHintMs)
 {
     constexpr unsigned long usualStepMs = 30'000;
-    AutoLock lock(lock_);
-    if (state_ == SERVICE_STOP_PENDING && state != SERVICE_STOP_PENDING && state != SERVICE_STOPPED)
+    AutoLock lock(self.lock_);
+    if (self.state_ == SERVICE_STOP_PENDING && state != SERVICE_STOP_PENDING && state != SERVICE_STOPPED)
         return; // It ends, whatever else was asked for meanwhile.
     const bool isPending = state == SERVICE_STOP_PENDING || state == SERVICE_START_PENDING;
-    checkPoint_ = isPending ? checkPoint_ + 1 : 0;
-    state_ = state;
+    self.checkPoint_ = isPending ? self.checkPoint_ + 1 : 0;
+    self.state_ = state;
     SERVICE_STATUS status{};
     status.dwServiceType = SERVICE_WIN32_OWN_PROCESS;
     status.dwCurrentState = state;
     if (state == SERVICE_RUNNING || state == SERVICE_PAUSED)
         status.dwControlsAccepted =
-            SERVICE_ACCEPT_STOP | SERVICE_ACCEPT_SHUTDOWN | (canPause() ? SERVICE_ACCEPT_PAUSE_CONTINUE : 0);
+            SERVICE_ACCEPT_STOP | SERVICE_ACCEPT_SHUTDOWN | (self.canPause() ? SERVICE_ACCEPT_PAUSE_CONTINUE : 0);
     if (state == SERVICE_STOPPED) {
-        status.dwWin32ExitCode = isSystemCode_ || exitCode_ == 0 ? exitCode_ : ERROR_SERVICE_SPECIFIC_ERROR;
-        status.dwServiceSpecificExitCode = isSystemCode_ ? 0 : exitCode_;
+        status.dwWin32ExitCode =
+            self.isSystemCode_ || self.exitCode_ == 0 ? self.exitCode_ : ERROR_SERVICE_SPECIFIC_ERROR;
+        status.dwServiceSpecificExitCode = self.isSystemCode_ ? 0 : self.exitCode_;
     }
-    status.dwCheckPoint = checkPoint_;
+    status.dwCheckPoint = self.checkPoint_;
     status.dwWaitHint = isPending ? (waitHintMs ? waitHintMs : usualStepMs) : 0;
-    const SERVICE_STATUS_HANDLE handle = handle_;
+    const SERVICE_STATUS_HANDLE handle = self.handle_;
     if (state == SERVICE_STOPPED) // When the system knows of it, runAsService() returns, and the object may be gone.
         lock.unlock();
     SetServiceStatus(handle, &status);
 }
 
-BOOL WINAPI ServiceProgram::onConsole(DWORD event)
+BOOL WINAPI ServiceProgram::ServiceInternals::onConsole(DWORD event)
 {
     ServiceProgram* const self = running;
     if (!self)

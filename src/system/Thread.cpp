@@ -62,6 +62,12 @@ private:
 } failures;
 } // namespace
 
+struct Thread::ThreadInternals {
+    static DWORD WINAPI proc(void* object);
+    /// Of the calling thread, which another may have followed by now.
+    static void noteEnd(Thread& thread);
+};
+
 Thread::Thread() : mutex_(false) {}
 
 Thread::~Thread() noexcept(false)
@@ -81,7 +87,7 @@ void Thread::start(bool suspended)
     failures.forget(this);
     // It waits until the object knows of it: run() may be short. A start that fails changes nothing.
     DWORD id = 0;
-    attach(ensure(CreateThread(nullptr, 0, &Thread::proc, this, CREATE_SUSPENDED, &id), failedStart));
+    attach(ensure(CreateThread(nullptr, 0, &ThreadInternals::proc, this, CREATE_SUSPENDED, &id), failedStart));
     running_ = id_ = id;
     if (!suspended && ResumeThread(getHandle()) == failedCount) {
         const DWORD error = GetLastError();
@@ -142,18 +148,18 @@ unsigned long Thread::getCurrentID() { return GetCurrentThreadId(); }
 
 void Thread::exit(unsigned long code)
 {
-    noteEnd();
+    ThreadInternals::noteEnd(*this);
     ExitThread(code);
 }
 
-void Thread::noteEnd()
+void Thread::ThreadInternals::noteEnd(Thread& thread)
 {
     DWORD self = GetCurrentThreadId();
-    running_.compare_exchange_strong(self, 0);
+    thread.running_.compare_exchange_strong(self, 0);
 }
 
 // Takes no lock: the thread that joins this one holds it.
-DWORD WINAPI Thread::proc(void* object)
+DWORD WINAPI Thread::ThreadInternals::proc(void* object)
 {
     auto* const thread = static_cast<Thread*>(object);
     if (typeid(*thread) == typeid(Thread))
@@ -165,7 +171,7 @@ DWORD WINAPI Thread::proc(void* object)
         if (thread->running_ == GetCurrentThreadId()) // And not another, which was started meanwhile.
             closeQuietly([&] { failures.put(thread, std::current_exception()); });
     }
-    thread->noteEnd();
+    noteEnd(*thread);
     return code;
 }
 } // namespace tarn

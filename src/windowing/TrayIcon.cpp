@@ -33,6 +33,16 @@ template <std::size_t size> void copyTo(wchar_t (&target)[size], const wchar_t* 
 Point pointOf(WPARAM wParam) { return Point(static_cast<short>(LOWORD(wParam)), static_cast<short>(HIWORD(wParam))); }
 } // namespace
 
+struct TrayIcon::TrayIconInternals {
+    static bool tell(const TrayIcon& icon, DWORD what, const wchar_t* title = nullptr, const wchar_t* text = L"",
+                     unsigned kind = 0);
+    static void change(const TrayIcon& icon, const wchar_t* title = nullptr, const wchar_t* text = L"",
+                       unsigned kind = 0);
+    static void begin(TrayIcon& icon);
+    static void add(TrayIcon& icon);
+    static void loadPicture(TrayIcon& icon);
+};
+
 TrayIcon::~TrayIcon() noexcept(false)
 {
     closeAtEnd([this] { destroy(); }); // Before the class of the window.
@@ -50,43 +60,46 @@ void TrayIcon::create(unsigned icon, HINSTANCE module, const wchar_t* tip)
     module_ = module;
     tip_ = tip;
     try {
-        begin();
+        TrayIconInternals::begin(*this);
     } catch (...) {
         closeQuietly([this] { destroy(); });
         throw;
     }
 }
 
-void TrayIcon::begin()
+void TrayIcon::TrayIconInternals::begin(TrayIcon& icon)
 {
     const HINSTANCE program = GetModuleHandleW(nullptr);
-    class_.create(0, 0, nullptr, static_cast<HBRUSH>(nullptr), nullptr, program);
-    Window::create(class_, L"", WS_POPUP, RECT(), nullptr, nullptr, program, WS_EX_TOOLWINDOW);
-    ChangeWindowMessageFilterEx(*this, taskbarCreated(), MSGFLT_ALLOW, nullptr); // Programs with more rights need that.
-    loadPicture();
-    add();
+    icon.class_.create(0, 0, nullptr, static_cast<HBRUSH>(nullptr), nullptr, program);
+    icon.Window::create(icon.class_, L"", WS_POPUP, RECT(), nullptr, nullptr, program, WS_EX_TOOLWINDOW);
+    ChangeWindowMessageFilterEx(icon, taskbarCreated(), MSGFLT_ALLOW, nullptr); // Programs with more rights need that.
+    loadPicture(icon);
+    add(icon);
 }
 
-void TrayIcon::loadPicture() { picture_.load(resource_, module_, getDPI().toPixels(16)); }
+void TrayIcon::TrayIconInternals::loadPicture(TrayIcon& icon)
+{
+    icon.picture_.load(icon.resource_, icon.module_, icon.getDPI().toPixels(16));
+}
 
 void TrayIcon::setPicture(unsigned icon, HINSTANCE module)
 {
     resource_ = icon;
     module_ = module;
-    loadPicture();
-    change();
+    TrayIconInternals::loadPicture(*this);
+    TrayIconInternals::change(*this);
 }
 void TrayIcon::setPicture(HICON icon)
 {
     picture_ = Icon(icon, false);
     resource_ = 0;
-    change();
+    TrayIconInternals::change(*this);
 }
 void TrayIcon::setTip(const char* tip) { setTip(widened(tip).c_str()); }
 void TrayIcon::setTip(const wchar_t* tip)
 {
     tip_ = tip;
-    change();
+    TrayIconInternals::change(*this);
 }
 
 void TrayIcon::showNotice(const char* title, const char* text, notice_kind kind) const
@@ -95,9 +108,9 @@ void TrayIcon::showNotice(const char* title, const char* text, notice_kind kind)
 }
 void TrayIcon::showNotice(const wchar_t* title, const wchar_t* text, notice_kind kind) const
 {
-    change(title, text, kind);
+    TrayIconInternals::change(*this, title, text, kind);
 }
-void TrayIcon::hideNotice() const { change(L""); }
+void TrayIcon::hideNotice() const { TrayIconInternals::change(*this, L""); }
 
 int TrayIcon::showMenu(HMENU menu, const POINT& position) const
 {
@@ -105,21 +118,22 @@ int TrayIcon::showMenu(HMENU menu, const POINT& position) const
     const int command = trackPopupMenu(menu, position, TPM_RETURNCMD | TPM_NONOTIFY | TPM_RIGHTBUTTON);
     postMessageW(WM_NULL); // Or the next menu closes at once.
     if (command == 0)
-        tell(NIM_SETFOCUS);
+        TrayIconInternals::tell(*this, NIM_SETFOCUS);
     return command;
 }
 
 // With a title, or an empty one, about a notice.
-bool TrayIcon::tell(DWORD what, const wchar_t* title, const wchar_t* text, unsigned kind) const
+bool TrayIcon::TrayIconInternals::tell(const TrayIcon& icon, DWORD what, const wchar_t* title, const wchar_t* text,
+                                       unsigned kind)
 {
     NOTIFYICONDATAW data{};
     data.cbSize = sizeof data;
-    data.hWnd = *this;
+    data.hWnd = icon;
     data.uCallbackMessage = message;
-    data.hIcon = picture_;
+    data.hIcon = icon.picture_;
     data.uVersion = NOTIFYICON_VERSION_4;
     data.uFlags = NIF_MESSAGE | NIF_ICON | NIF_TIP | NIF_SHOWTIP;
-    copyTo(data.szTip, tip_.c_str());
+    copyTo(data.szTip, icon.tip_.c_str());
     if (title) {
         data.uFlags |= NIF_INFO;
         data.dwInfoFlags = kind | NIIF_RESPECT_QUIET_TIME;
@@ -129,36 +143,36 @@ bool TrayIcon::tell(DWORD what, const wchar_t* title, const wchar_t* text, unsig
     return Shell_NotifyIconW(what, &data) != FALSE;
 }
 
-void TrayIcon::change(const wchar_t* title, const wchar_t* text, unsigned kind) const
+void TrayIcon::TrayIconInternals::change(const TrayIcon& icon, const wchar_t* title, const wchar_t* text, unsigned kind)
 {
-    const auto tellOrWait = [&] { return tell(NIM_MODIFY, title, text, kind) || !hasTaskBar(); };
-    if (isShown_)
+    const auto tellOrWait = [&] { return tell(icon, NIM_MODIFY, title, text, kind) || !hasTaskBar(); };
+    if (icon.isShown_)
         ensureGDI(tellOrWait, "Can't change tray icon");
 }
 
 // A task bar that is busy reports a failure though it has added the icon.
-void TrayIcon::add()
+void TrayIcon::TrayIconInternals::add(TrayIcon& icon)
 {
     if (!hasTaskBar())
         return;
     const auto isThere = [&] {
         const LastErrorKept ofAdding;
-        return tell(NIM_MODIFY);
+        return tell(icon, NIM_MODIFY);
     };
-    ensureGDI([&] { return tell(NIM_ADD) || isThere(); }, "Can't add tray icon");
-    tell(NIM_SETVERSION); // Which a busy one takes later.
-    isShown_ = true;
+    ensureGDI([&] { return tell(icon, NIM_ADD) || isThere(); }, "Can't add tray icon");
+    tell(icon, NIM_SETVERSION); // Which a busy one takes later.
+    icon.isShown_ = true;
 }
 
 LRESULT TrayIcon::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
 {
     if (msg == taskbarCreated()) {
         isShown_ = false;
-        add();
+        TrayIconInternals::add(*this);
         return 0;
     }
     if (msg == WM_DESTROY && std::exchange(isShown_, false))
-        tell(NIM_DELETE);
+        TrayIconInternals::tell(*this, NIM_DELETE);
     if (msg == WM_DPICHANGED && resource_)
         setPicture(resource_, module_);
     if (msg != message)

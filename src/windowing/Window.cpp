@@ -30,14 +30,15 @@ WNDPROC procedureOf(HWND hwnd) { return reinterpret_cast<WNDPROC>(GetWindowLongP
 Window::~Window() noexcept(false)
 {
     if (owns_ && hwnd_)
-        destroyQuietly(hwnd_);
-    if (isBound()) // An attached or subclassed window stays as it is, but must not lead to a dead object.
-        leave(hwnd_);
-    Watch::tellDeath(watch_);
+        WindowInternals::destroyQuietly(hwnd_);
+    // An attached or subclassed window stays as it is, but must not lead to a dead object.
+    if (WindowInternals::isBound(*this))
+        WindowInternals::leave(hwnd_);
+    WindowInternals::Watch::tellDeath(watch_);
 }
 
 // What handlers throw meanwhile is dropped, too.
-void Window::destroyQuietly(HWND hwnd) noexcept
+void Window::WindowInternals::destroyQuietly(HWND hwnd) noexcept
 {
     HandlerScope scope;
     DestroyWindow(hwnd);
@@ -45,45 +46,46 @@ void Window::destroyQuietly(HWND hwnd) noexcept
 }
 
 // A handler may have bound the object to a next window when this one goes, which then has to go, too.
-void Window::destroyForNext(const char* failed)
+void Window::WindowInternals::destroyForNext(Window& window, const char* failed)
 {
     constexpr int patience = 10; // An object may always make a next one.
-    const Watch watch(*this);
-    for (int i = 0; hwnd_; ++i) {
+    const Watch watch(window);
+    for (int i = 0; window.hwnd_; ++i) {
         if (i == patience)
             throwWindowsError(ERROR_BUSY, failed);
-        destroy();
+        window.destroy();
         if (!watch.isAlive())
             throwWindowsError(ERROR_INVALID_WINDOW_HANDLE, failed);
     }
 }
 
 template <class Ch>
-void Window::createWindow(const Ch* className, const Ch* title, unsigned long style, const RECT& rect, HWND parent,
-                          HMENU menu, HINSTANCE instance, unsigned long extendedStyle)
+void Window::WindowInternals::createWindow(Window& window, const Ch* className, const Ch* title, unsigned long style,
+                                           const RECT& rect, HWND parent, HMENU menu, HINSTANCE instance,
+                                           unsigned long extendedStyle)
 {
     constexpr const char* failed = "Can't create window";
-    const Watch watch(*this);
-    destroyForNext(failed);
+    const Watch watch(window);
+    destroyForNext(window, failed);
     HWND hwnd = nullptr;
     try {
         runningHandlers([&] {
             hwnd = createWindowEx(extendedStyle, className, title, style, rect.left, rect.top,
                                   distance(rect.left, rect.right), distance(rect.top, rect.bottom), parent, menu,
-                                  instance, static_cast<void*>(this));
+                                  instance, static_cast<void*>(&window));
         });
         ensure(hwnd, failed);
         if (!watch.isAlive())
             return;
-        if (hwnd_ != hwnd)
-            bind(hwnd);
-        owns_ = true;
+        if (window.hwnd_ != hwnd)
+            bind(window, hwnd);
+        window.owns_ = true;
     } catch (...) { // A handler may have thrown although there is a window, bound or not.
         if (hwnd)
             destroyQuietly(hwnd);
-        if (watch.isAlive() && hwnd_) {
-            destroyQuietly(hwnd_);
-            unbind();
+        if (watch.isAlive() && window.hwnd_) {
+            destroyQuietly(window.hwnd_);
+            unbind(window);
         }
         throw;
     }
@@ -92,23 +94,23 @@ void Window::createWindow(const Ch* className, const Ch* title, unsigned long st
 void Window::create(const char* className, const char* title, unsigned long style, const RECT& rect, HWND parent,
                     HMENU menu, HINSTANCE instance, unsigned long extendedStyle)
 {
-    const Watch watch(*this);
-    createWindow(className, title, style, rect, parent, menu, instance, extendedStyle);
+    const WindowInternals::Watch watch(*this);
+    WindowInternals::createWindow(*this, className, title, style, rect, parent, menu, instance, extendedStyle);
     if (watch.isAlive())
-        takeOverCreated();
+        WindowInternals::takeOverCreated(*this);
 }
 
 // Only the narrow form does this: the wide one leaves windows of other classes as they are.
-void Window::takeOverCreated()
+void Window::WindowInternals::takeOverCreated(Window& window)
 {
-    if (ensure(procedureOf(hwnd_), "Can't retrieve window procedure") != &Window::windowProc)
-        subclass(hwnd_);
+    if (ensure(procedureOf(window), "Can't retrieve window procedure") != &Window::windowProc)
+        window.subclass(window);
 }
 
 void Window::create(const wchar_t* className, const wchar_t* title, unsigned long style, const RECT& rect, HWND parent,
                     HMENU menu, HINSTANCE instance, unsigned long extendedStyle)
 {
-    createWindow(className, title, style, rect, parent, menu, instance, extendedStyle);
+    WindowInternals::createWindow(*this, className, title, style, rect, parent, menu, instance, extendedStyle);
 }
 
 void Window::create(const WindowClass& windowClass, const char* title, unsigned long style, const RECT& rect,
@@ -126,16 +128,16 @@ void Window::create(const WindowClass& windowClass, const wchar_t* title, unsign
 void Window::attach(HWND parent, unsigned short id)
 {
     const HWND item = dialogItemForAttaching(parent, id);
-    if (item != hwnd_ || !isBound())
-        bind(item);
+    if (item != hwnd_ || !WindowInternals::isBound(*this))
+        WindowInternals::bind(*this, item);
     owns_ = false;
 }
 
-void Window::attachWindow(HWND hwnd, bool owns)
+void Window::WindowInternals::attach(Window& window, HWND hwnd, bool owns)
 {
-    if (hwnd != hwnd_)
-        bind(hwnd);
-    owns_ = owns;
+    if (hwnd != window.hwnd_)
+        bind(window, hwnd);
+    window.owns_ = owns;
 }
 
 void Window::subclass(HWND hwnd)
@@ -146,7 +148,7 @@ void Window::subclass(HWND hwnd)
     }
     Window* const former = getWindowFromHandle(hwnd, false);
     const WNDPROC taken = former ? std::exchange(former->previousProc_, nullptr) : nullptr;
-    bind(hwnd);
+    WindowInternals::bind(*this, hwnd);
     if (!hwnd)
         return;
     if (taken) { // The shared procedure is in its place already; one that somebody put before it stays there.
@@ -161,7 +163,7 @@ void Window::subclass(HWND hwnd)
             previousProc_ = reinterpret_cast<WNDPROC>(previous);
         listens_ = true;
     } catch (...) {
-        unbind();
+        WindowInternals::unbind(*this);
         throw;
     }
 }
@@ -177,20 +179,20 @@ void Window::unsubclass()
         setWindowLong(GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(previousProc_));
         previousProc_ = nullptr;
     }
-    unbind();
+    WindowInternals::unbind(*this);
 }
 
 void Window::destroy()
 {
     if (!hwnd_)
         return;
-    const Watch watch(*this);
+    const WindowInternals::Watch watch(*this);
     const HWND hwnd = hwnd_;
     HandlerScope scope;
     const bool isDestroyed = DestroyWindow(hwnd) != FALSE;
     const DWORD error = GetLastError();
     if (isDestroyed && watch.isAlive())
-        endOfWindow(hwnd);
+        WindowInternals::endOfWindow(*this, hwnd);
     WindowClass::unregisterAbandoned();
     scope.rethrow();
     if (!isDestroyed)
@@ -201,11 +203,11 @@ Window::Pointer<Window> Window::getWindowFromHandle(HWND hwnd, bool createTempor
 {
     if (!hwnd)
         return {};
-    Window* const window = find(hwnd);
+    Window* const window = WindowInternals::find(hwnd);
     if (window && IsWindow(hwnd))
         return {window, false};
     if (window) // Attached only, so that nothing told the object of the window's end.
-        window->unbind();
+        WindowInternals::unbind(*window);
     return createTemporary ? Pointer<Window>(new Window(hwnd), true) : Pointer<Window>();
 }
 
@@ -216,48 +218,48 @@ Window::Pointer<Window> Window::getDialogItem(int id, bool createTemporary) cons
         createTemporary);
 }
 
-bool Window::isBound() const { return hwnd_ && find(hwnd_) == this; }
+bool Window::WindowInternals::isBound(const Window& window) { return window.hwnd_ && find(window.hwnd_) == &window; }
 
 // The object leaves its window, and an object that was bound to the new one before is replaced: it becomes
 // unbound, or, when it owns the window, keeps only the duty to destroy it.
-void Window::bind(HWND hwnd)
+void Window::WindowInternals::bind(Window& window, HWND hwnd)
 {
-    unbind();
+    unbind(window);
     if (!hwnd)
         return;
-    if (Window* const former = enter(hwnd, this)) {
-        former->restoreProcedure();
+    if (Window* const former = enter(hwnd, &window)) {
+        restoreProcedure(*former);
         former->listens_ = false;
         if (!former->owns_)
-            former->forget();
+            forget(*former);
     }
-    hwnd_ = hwnd;
+    window.hwnd_ = hwnd;
 }
 
-void Window::unbind()
+void Window::WindowInternals::unbind(Window& window)
 {
-    restoreProcedure();
-    if (isBound())
-        leave(hwnd_);
-    forget();
+    restoreProcedure(window);
+    if (isBound(window))
+        leave(window);
+    forget(window);
 }
 
-void Window::restoreProcedure()
+void Window::WindowInternals::restoreProcedure(Window& window)
 {
-    if (const WNDPROC previous = std::exchange(previousProc_, nullptr))
-        SetWindowLongPtrW(hwnd_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(previous));
+    if (const WNDPROC previous = std::exchange(window.previousProc_, nullptr))
+        SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(previous));
 }
 
-void Window::forget()
+void Window::WindowInternals::forget(Window& window)
 {
-    hwnd_ = nullptr;
-    owns_ = listens_ = false;
-    timers_.clear();
+    window.hwnd_ = nullptr;
+    window.owns_ = window.listens_ = false;
+    window.timers_.clear();
 }
 
-void Window::endOfWindow(HWND hwnd)
+void Window::WindowInternals::endOfWindow(Window& window, HWND hwnd)
 {
-    if (hwnd && hwnd_ == hwnd)
-        unbind();
+    if (hwnd && window.hwnd_ == hwnd)
+        unbind(window);
 }
 } // namespace tarn

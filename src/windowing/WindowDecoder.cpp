@@ -92,11 +92,11 @@ LRESULT Window::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
     case WM_NOTIFY:
         return onNotifyToAnswer(pointee<NMHDR>(lParam));
     case WM_NCDESTROY: {
-        const Watch watch(*this);
+        const WindowInternals::Watch watch(*this);
         const HWND hwnd = hwnd_;
         onNCDestroy();
         if (watch.isAlive())
-            endOfWindow(hwnd);
+            WindowInternals::endOfWindow(*this, hwnd);
         break;
     }
     case WM_KEYDOWN: {
@@ -113,7 +113,7 @@ LRESULT Window::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
         onCommand(Partner(lParam), high(wParam), low(wParam));
         break;
     case WM_TIMER:
-        if (!runTimerFunction(wParam))
+        if (!WindowInternals::runTimerFunction(*this, wParam))
             onTimer(wParam);
         break;
     case WM_HSCROLL:
@@ -202,13 +202,13 @@ LRESULT Window::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
         onEnable(wParam != 0);
         break;
     case WM_SETTINGCHANGE:
-        reportSettings(static_cast<UINT>(wParam), reinterpret_cast<const wchar_t*>(lParam));
+        WindowInternals::reportSettings(*this, static_cast<UINT>(wParam), reinterpret_cast<const wchar_t*>(lParam));
         break;
     case WM_DPICHANGED:
         onDPIChanged(DPI(low(wParam)), *reinterpret_cast<const RECT*>(lParam));
         break;
     case WM_DROPFILES:
-        reportDroppedFiles(wParam);
+        WindowInternals::reportDroppedFiles(*this, wParam);
         break;
     default:
         defaultWindowProc();
@@ -216,18 +216,18 @@ LRESULT Window::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)
     return 0;
 }
 
-void Window::reportSettings(UINT what, const wchar_t* section)
+void Window::WindowInternals::reportSettings(Window& window, UINT what, const wchar_t* section)
 {
     // Read first, as a handler may have changed it.
     const bool haveColoursChanged =
         what == SPI_SETHIGHCONTRAST || (section && std::wcscmp(section, L"ImmersiveColorSet") == 0);
-    const Watch watch(*this);
-    onSettingsChanged(what, section);
+    const Watch watch(window);
+    window.onSettingsChanged(what, section);
     if (haveColoursChanged && watch.isAlive())
-        onColourSchemeChanged(ColourScheme::ofUser());
+        window.onColourSchemeChanged(ColourScheme::ofUser());
 }
 
-void Window::reportDroppedFiles(WPARAM handle)
+void Window::WindowInternals::reportDroppedFiles(Window& window, WPARAM handle)
 {
     const auto drop = reinterpret_cast<HDROP>(handle);
     const std::unique_ptr<std::remove_pointer_t<HDROP>, FinishDrop> owner(drop);
@@ -242,6 +242,6 @@ void Window::reportDroppedFiles(WPARAM handle)
             name.resize(size);
         files.emplace_back(name.data(), DragQueryFileW(drop, i, name.data(), size));
     }
-    onDroppedFiles(position, inClientArea, files);
+    window.onDroppedFiles(position, inClientArea, files);
 }
 } // namespace tarn

@@ -87,7 +87,7 @@ OwnerDrawable* ownerDrawableOf(Window* window) { return dynamic_cast<OwnerDrawab
 
 void Window::onCommand(Window* sender, unsigned short code, unsigned short)
 {
-    const Watch watch(*this);
+    const WindowInternals::Watch watch(*this);
     if (sender) {
         const Pointer<Window> bound = getWindowFromHandle(sender->getWindowHandle(), false);
         if (bound && bound->onReflectedCommand(code))
@@ -115,7 +115,7 @@ LRESULT Window::onNotify(const NMHDR& header)
 
 void Window::onNotification(const NMTREEVIEWW& notification)
 {
-    const Watch watch(*this);
+    const WindowInternals::Watch watch(*this);
     if (offerToTreeView(notification) || !watch.isAlive())
         return;
     const UINT code = notification.hdr.code;
@@ -131,7 +131,7 @@ void Window::onNotification(const NMTREEVIEWW& notification)
 
 void Window::onNotification(const NMTREEVIEWA& notification)
 {
-    const Watch watch(*this);
+    const WindowInternals::Watch watch(*this);
     if (!offerToTreeView(notification) && watch.isAlive())
         defaultWindowProc();
 }

@@ -51,10 +51,10 @@ void Window::startTimer(UINT_PTR id, unsigned int intervalMs, std::function<void
     startTimer(id, intervalMs);
     timers_[id] = std::move(function);
 }
-bool Window::runTimerFunction(UINT_PTR id)
+bool Window::WindowInternals::runTimerFunction(Window& window, UINT_PTR id)
 {
-    const auto found = timers_.find(id);
-    if (found == timers_.end())
+    const auto found = window.timers_.find(id);
+    if (found == window.timers_.end())
         return false;
     const auto function = found->second;
     (*function)();

@@ -113,7 +113,7 @@ void postMessageOf(HWND hwnd, WPARAM number, const char* failed)
 }
 } // namespace
 
-Window* Window::find(HWND hwnd)
+Window* Window::WindowInternals::find(HWND hwnd)
 {
     const RecentWindow& place = placeOf(hwnd);
     const unsigned changes = changesOfRecent;
@@ -129,7 +129,7 @@ Window* Window::find(HWND hwnd)
 }
 
 // Gives the object that the window was bound to before.
-Window* Window::enter(HWND hwnd, Window* window)
+Window* Window::WindowInternals::enter(HWND hwnd, Window* window)
 {
     const AutoLock lock(mapLock);
     Window* const former = std::exchange(WindowMap[hwnd], window);
@@ -137,7 +137,7 @@ Window* Window::enter(HWND hwnd, Window* window)
     return former;
 }
 
-void Window::leave(HWND hwnd)
+void Window::WindowInternals::leave(HWND hwnd)
 {
     TaskMap dropped; // Destroyed without the lock, since they are the program's.
     const AutoLock lock(mapLock);
@@ -147,7 +147,7 @@ void Window::leave(HWND hwnd)
         dropped.insert(tasks.extract(task++));
 }
 
-WPARAM WindowTasks::addTask(HWND hwnd, std::unique_ptr<WindowTask> task, const char* failed)
+WPARAM detail::WindowTaskQueue::add(HWND hwnd, std::unique_ptr<WindowTask> task, const char* failed)
 {
     const AutoLock lock(mapLock);
     const auto found = Window::WindowMap.find(hwnd);
@@ -157,13 +157,13 @@ WPARAM WindowTasks::addTask(HWND hwnd, std::unique_ptr<WindowTask> task, const c
     return lastTask;
 }
 
-void WindowTasks::postTask(HWND hwnd, std::unique_ptr<WindowTask> task)
+void detail::WindowTaskQueue::post(HWND hwnd, std::unique_ptr<WindowTask> task)
 {
     constexpr const char* failed = "Can't post to the window's thread";
-    postMessageOf(hwnd, addTask(hwnd, std::move(task), failed), failed);
+    postMessageOf(hwnd, add(hwnd, std::move(task), failed), failed);
 }
 
-void WindowTasks::callTask(HWND hwnd, WindowTask& task)
+void detail::WindowTaskQueue::call(HWND hwnd, WindowTask& task)
 {
     constexpr const char* failed = "Can't call on the window's thread";
     const DWORD id = ensureGDI([&] { return GetWindowThreadProcessId(hwnd, nullptr); }, failed);
@@ -173,7 +173,7 @@ void WindowTasks::callTask(HWND hwnd, WindowTask& task)
     }
     const WindowsHandle thread(ensure(OpenThread(SYNCHRONIZE, FALSE, id), failed));
     Call call{task};
-    const WPARAM number = addTask(hwnd, std::make_unique<AwaitedTask>(call), failed);
+    const WPARAM number = add(hwnd, std::make_unique<AwaitedTask>(call), failed);
     HandlerScope scope;
     postMessageOf(hwnd, number, failed);
     waitFor(call, thread);
@@ -185,7 +185,7 @@ void WindowTasks::callTask(HWND hwnd, WindowTask& task)
         throwWindowsError(ERROR_INVALID_WINDOW_HANDLE, failed);
 }
 
-bool Window::runTask(HWND hwnd, UINT msg, WPARAM number)
+bool Window::WindowInternals::runTask(HWND hwnd, UINT msg, WPARAM number)
 {
     if (msg != taskMessage)
         return false;

@@ -9,7 +9,7 @@
 namespace tarn {
 // Waits without taking, so that a handler of a sent message that throws meanwhile finds the queue, and leaves
 // it, as it was.
-bool Window::getMessage(MSG& msg, HWND hwnd, UINT min, UINT max)
+bool Window::WindowInternals::getMessage(MSG& msg, HWND hwnd, UINT min, UINT max)
 {
     constexpr const char* failed = "Error in GetMessage";
     const HWND threadMessages = reinterpret_cast<HWND>(-1);
@@ -21,8 +21,14 @@ bool Window::getMessage(MSG& msg, HWND hwnd, UINT min, UINT max)
     return msg.message != WM_QUIT;
 }
 
-bool Window::getMessage(MSG& msg, UINT min, UINT max) const { return getMessage(msg, hwnd_, min, max); }
-bool Window::getThreadMessage(MSG& msg, UINT min, UINT max) { return getMessage(msg, nullptr, min, max); }
+bool Window::getMessage(MSG& msg, UINT min, UINT max) const
+{
+    return WindowInternals::getMessage(msg, hwnd_, min, max);
+}
+bool Window::getThreadMessage(MSG& msg, UINT min, UINT max)
+{
+    return WindowInternals::getMessage(msg, nullptr, min, max);
+}
 
 LRESULT Window::dispatchMessage(const MSG& msg)
 {

@@ -27,10 +27,11 @@ bool isAnsweredWithTrue(UINT msg)
 LRESULT CALLBACK Window::windowProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
 {
     const LRESULT failed = msg == WM_CREATE ? -1 : 0;
-    return guardedCallback(failed, {nullptr, hwnd, msg}, [&] { return route(hwnd, msg, wParam, lParam); });
+    return guardedCallback(failed, {nullptr, hwnd, msg},
+                           [&] { return WindowInternals::route(hwnd, msg, wParam, lParam); });
 }
 
-LRESULT Window::route(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
+LRESULT Window::WindowInternals::route(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
 {
     Window* const window = msg == WM_NCCREATE || msg == WM_CREATE ? bindCreated(hwnd, lParam) : find(hwnd);
     if (!window)
@@ -38,14 +39,14 @@ LRESULT Window::route(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
     return window->processMessage(msg, wParam, lParam).value;
 }
 
-Window* Window::bindCreated(HWND hwnd, LPARAM lParam)
+Window* Window::WindowInternals::bindCreated(HWND hwnd, LPARAM lParam)
 {
     const auto* const creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
     auto* const window = creation ? static_cast<Window*>(creation->lpCreateParams) : nullptr;
     if (!window)
         return nullptr;
-    if (window->hwnd_ != hwnd || !window->isBound()) {
-        window->bind(hwnd);
+    if (window->hwnd_ != hwnd || !isBound(*window)) {
+        bind(*window, hwnd);
         window->owns_ = window->listens_ = true;
     }
     return window;
@@ -53,9 +54,9 @@ Window* Window::bindCreated(HWND hwnd, LPARAM lParam)
 
 Window::message_result Window::processMessage(UINT msg, WPARAM wParam, LPARAM lParam)
 {
-    if (runTask(hwnd_, msg, wParam))
+    if (WindowInternals::runTask(hwnd_, msg, wParam))
         return {0, true};
-    const ActiveMessage message(*this, msg, wParam, lParam);
+    const WindowInternals::ActiveMessage message(*this, msg, wParam, lParam);
     LRESULT value = onMessage(msg, wParam, lParam);
     if (!message.record()->handled)
         return {message.record()->result, false};
@@ -66,10 +67,10 @@ Window::message_result Window::processMessage(UINT msg, WPARAM wParam, LPARAM lP
 
 void Window::defaultWindowProc()
 {
-    Watch* const message = Watch::ofMessage(watch_);
+    auto* const message = WindowInternals::Watch::ofMessage(watch_);
     if (!message)
         return;
-    const MessageRecord asked = *message->record();
+    const WindowInternals::MessageRecord asked = *message->record();
     SetLastError(message->error());
     // The default procedure may destroy the window and thereby end this object.
     const LRESULT result = defaultWindowProc(asked.msg, asked.wParam, asked.lParam);
@@ -90,7 +91,7 @@ LRESULT Window::defaultWindowProc(UINT msg, WPARAM wParam, LPARAM lParam) const
 
 void Window::markLastMessageUnhandled()
 {
-    if (MessageRecord* const record = Watch::currentRecord(watch_))
+    if (auto* const record = WindowInternals::Watch::currentRecord(watch_))
         record->handled = false;
 }
 } // namespace tarn

@@ -5,7 +5,7 @@
 namespace tarn {
 /// Learns that a window object died while a call of one of its members was in progress, so that the member
 /// does not touch it any more. Handlers may delete their own object.
-class Window::Watch {
+class Window::WindowInternals::Watch {
 public:
     explicit Watch(Window& window) : Watch(window, nullptr) {}
     Watch(const Watch&) = delete;
@@ -73,7 +73,7 @@ private:
 };
 
 /// One message being handled: its record is on the object's stack as long as this lives.
-class Window::ActiveMessage : public Watch {
+class Window::WindowInternals::ActiveMessage : public Watch {
 public:
     ActiveMessage(Window& window, UINT msg, WPARAM wParam, LPARAM lParam)
         : Watch(window, &window.messages_.emplace_back(MessageRecord{0, true, msg, wParam, lParam})),
@@ -94,7 +94,7 @@ private:
         // Here again for handlers that threw or did not pass the message on to Window::onMessage: an object
         // that went on to hold the handle would destroy whatever window gets it next.
         if (record()->msg == WM_NCDESTROY)
-            window_->endOfWindow(hwnd_);
+            endOfWindow(*window_, hwnd_);
         window_->messages_.pop_back();
     }
 
