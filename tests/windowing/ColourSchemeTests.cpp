@@ -1,3 +1,4 @@
+#include "Diverted.h"
 #include "Windows.h"
 
 #include <tarn/ColourScheme.h>
@@ -30,6 +31,12 @@ private:
     RegistryKey key_;
     std::optional<unsigned long> former_;
 };
+
+BOOL WINAPI tellHighContrast(UINT what, UINT, void* contrast, UINT)
+{
+    static_cast<HIGHCONTRASTW*>(contrast)->dwFlags = HCF_HIGHCONTRASTON;
+    return what == SPI_GETHIGHCONTRAST;
+}
 } // namespace
 
 TEST_CASE("ColourScheme: it is the user's, light where nothing is said, and has colours that can be read")
@@ -41,6 +48,10 @@ TEST_CASE("ColourScheme: it is the user's, light where nothing is said, and has 
     CHECK(!ColourScheme::ofUser().isDark());
     user.choose(0);
     CHECK(ColourScheme::ofUser() == ColourScheme::dark());
+    {
+        const Diverted calls(L"user32.dll", "SystemParametersInfoW", &tellHighContrast);
+        CHECK(ColourScheme::ofUser() == ColourScheme()); // Its colours are the system's own.
+    }
 
     const auto brightness = [](unsigned long colour) {
         return GetRValue(colour) + GetGValue(colour) + GetBValue(colour);
@@ -79,37 +90,6 @@ TEST_CASE("ColourScheme: a window hears of a change, after the setting")
 }
 
 namespace {
-/// While it lives, calls of a function come to another one.
-class Diverted {
-public:
-    Diverted(void* from, const void* to) : from_(static_cast<unsigned char*>(from))
-    {
-        std::memcpy(former_, from, sizeof former_);
-        unsigned char jump[sizeof former_] = {0x48, 0xB8, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xE0}; // mov rax, to; jmp rax
-        if constexpr (sizeof to == 4)
-            std::memcpy(jump, "\x90\xB8", 2); // nop; mov eax, to
-        std::memcpy(jump + 2, &to, sizeof to);
-        if constexpr (sizeof to == 4)
-            std::memcpy(jump + 6, "\xFF\xE0", 2);
-        write(jump);
-    }
-    Diverted(const Diverted&) = delete;
-    Diverted& operator=(const Diverted&) = delete;
-    ~Diverted() { write(former_); }
-
-private:
-    void write(const unsigned char (&code)[12]) const
-    {
-        DWORD protection = 0;
-        VirtualProtect(from_, sizeof code, PAGE_EXECUTE_READWRITE, &protection);
-        std::memcpy(from_, code, sizeof code);
-        VirtualProtect(from_, sizeof code, protection, &protection);
-    }
-
-    unsigned char* from_;
-    unsigned char former_[12];
-};
-
 struct {
     HWND window;
     DWORD attribute;
@@ -128,10 +108,7 @@ HRESULT WINAPI setAttribute(HWND window, DWORD attribute, const void* value, DWO
 
 TEST_CASE("Window: the title bar is asked to be dark, and one that cannot be is no failure")
 {
-    const HMODULE module = LoadLibraryW(L"dwmapi.dll");
-    REQUIRE(module);
-    const Diverted calls(reinterpret_cast<void*>(GetProcAddress(module, "DwmSetWindowAttribute")),
-                         reinterpret_cast<void*>(&setAttribute));
+    const Diverted calls(L"dwmapi.dll", "DwmSetWindowAttribute", &setAttribute);
     const OpenWindow window;
     CHECK(window.setDarkTitleBar(true));
     CHECK((titleBar.window == window && titleBar.attribute == 20 && titleBar.value == TRUE));

@@ -45,6 +45,8 @@ TEST_CASE("Window: a message that nobody handles gets the default's result")
     OpenWindow window;
     NMHDR header{};
     CHECK(window.sendMessageA(WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&header)) == 0);
+    CREATESTRUCTW creation{}; // That of a stranger, without an object.
+    CHECK(window.sendMessageW(WM_CREATE, 0, reinterpret_cast<LPARAM>(&creation)) == 0);
     for (const UINT msg : {WM_GETTEXTLENGTH, WM_QUERYDRAGICON, WM_NCHITTEST})
         CHECK(window.sendMessageA(msg) == DefWindowProcW(window, msg, 0, 0));
 }
@@ -133,6 +135,8 @@ TEST_CASE("Window: an exception of a handler reaches the call that sent the mess
         bool wentOn = false;
         outer.act = [&]() -> LRESULT {
             wentOn = SendMessageW(window, ask, 0, 0) == 0;
+            window.act = []() -> LRESULT { throw std::logic_error("the second, which nobody hears of"); };
+            SendMessageW(window, ask, 0, 0);
             outer.sendMessageA(WM_NULL); // A call that has nothing to do with it throws nothing.
             return 5;
         };
@@ -195,21 +199,23 @@ TEST_CASE("Window: a modal loop ends when a handler throws in it")
 {
     Actor window(WS_OVERLAPPEDWINDOW | WS_VISIBLE);
     window.act = failing;
-    SECTION("a message box")
+    window.postMessageW(ask);
+    window.invalidate(false);
+    SECTION("a message box, that is there or not yet, and although painting never ends")
     {
-        window.postMessageW(ask);
+        window.on = GENERATE(as<UINT>(), ask, WM_ENABLE, WM_PAINT);
         expectHandlersError([&] { window.messageBox(L"text", L"caption", MB_YESNO); });
     }
-    SECTION("a message box that is not there yet")
+    SECTION("a message box of a child, which is its top-level window's")
     {
-        window.on = WM_ENABLE;
-        expectHandlersError([&] { window.messageBox("text", "caption", MB_OK); });
+        const OpenWindow child(WS_CHILD | WS_VISIBLE, window);
+        expectHandlersError([&] { child.messageBox("text", "caption", MB_YESNO); });
     }
-    SECTION("a popup menu")
+    SECTION("a popup menu, although painting never ends")
     {
         const HMENU menu = CreatePopupMenu();
         insertMenu(menu, 0, MF_BYPOSITION, 1, "item");
-        window.on = GENERATE(as<UINT>(), WM_ENTERMENULOOP, WM_INITMENUPOPUP, WM_ENTERIDLE);
+        window.on = GENERATE(as<UINT>(), WM_ENTERMENULOOP, WM_INITMENUPOPUP, WM_ENTERIDLE, WM_PAINT);
         CAPTURE(getWMIdentifier(window.on));
         expectHandlersError([&] { window.trackPopupMenu(menu, 0, 0, TPM_RETURNCMD); });
         DestroyMenu(menu);
@@ -218,27 +224,6 @@ TEST_CASE("Window: a modal loop ends when a handler throws in it")
     {
         window.on = WM_ENTERSIZEMOVE;
         expectHandlersError([&] { window.sendMessageA(WM_SYSCOMMAND, SC_MOVE, 0); });
-    }
-    SECTION("a message box of a child, which is its top-level window's")
-    {
-        OpenWindow child(WS_CHILD | WS_VISIBLE, window);
-        window.postMessageW(ask);
-        expectHandlersError([&] { child.messageBox("text", "caption", MB_YESNO); });
-    }
-    SECTION("a message box, although painting never ends")
-    {
-        window.on = WM_PAINT;
-        window.invalidate(false);
-        expectHandlersError([&] { window.messageBox("text", "caption", MB_OK); });
-    }
-    SECTION("a menu, although painting never ends")
-    {
-        const HMENU menu = CreatePopupMenu();
-        insertMenu(menu, 0, MF_BYPOSITION, 1, "item");
-        window.on = WM_PAINT;
-        window.invalidate(false);
-        expectHandlersError([&] { window.trackPopupMenu(menu, 0, 0, TPM_RETURNCMD); });
-        DestroyMenu(menu);
     }
     CHECK(IsWindowEnabled(window));
 }
@@ -470,6 +455,11 @@ TEST_CASE("Window: a filter of its own and the end of the loop")
     a.act = [&]() -> LRESULT { return PostQuitMessage(17), ++got; };
     CHECK(runMessageLoop() == 17);
     CHECK(got == 1);
-    b.destroy();
-    expectWindowsError([&] { Window(HWND(0x7001)).getMessage(msg); }, "Error in GetMessage");
+    const std::pair<bool (Window::*)(UINT, WPARAM, LPARAM) const, WPARAM> posts[] = {
+        {&Window::postMessageA, 0x20AC}, {&Window::postMessageT, 0x20AC}, {&Window::postMessageW, 0x80}};
+    for (const auto& [post, character] : posts) {
+        CHECK((b.*post)(WM_CHAR, 0x80, 0));
+        REQUIRE(b.getMessage(msg, WM_CHAR, WM_CHAR));
+        CHECK(msg.wParam == character);
+    }
 }

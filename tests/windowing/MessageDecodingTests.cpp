@@ -76,7 +76,9 @@ public:
     void onNotification(const NMTREEVIEWW& n) override { log("wide tree", n.action), Window::onNotification(n); }
     void onNotification(const NMTREEVIEWA& n) override
     {
-        log("narrow tree", n.itemOld.pszText ? n.itemOld.pszText : "-", n.itemNew.pszText == LPSTR_TEXTCALLBACKA);
+        const TVITEMA& item = n.itemOld;
+        log("narrow tree", item.pszText ? item.pszText : "-", n.itemNew.pszText == LPSTR_TEXTCALLBACKA, n.ptDrag.x,
+            item.state, item.stateMask, item.cchTextMax, item.iImage, item.iSelectedImage, item.cChildren, item.lParam);
     }
     void onDroppedFiles(const Point& at, bool inClientArea, const std::list<BasicString<wchar_t>>& files) override
     {
@@ -150,7 +152,6 @@ TEST_CASE("Window: the values packed into a message reach its handler")
         {WM_ENTERSIZEMOVE, 0, 0, "enter;"},
         {WM_EXITSIZEMOVE, 0, 0, "exit;"},
         {WM_PAINT, 0, 0, "paint;"},
-        {WM_CLOSE, 0, 0, "close;"},
         {WM_CHAR, 0x80, 0x001E0003, "char 8364 3;"},
         {WM_SETFOCUS, 0, 0, "focus none;"},
         {WM_KILLFOCUS, 0, 0, "no focus none;"},
@@ -163,13 +164,21 @@ TEST_CASE("Window: the values packed into a message reach its handler")
         {WM_SETTINGCHANGE, SPI_SETMOUSE, 0, "settings 4 none;"},
         {WM_SETTINGCHANGE, 0, reinterpret_cast<LPARAM>("intl"), "settings 0 intl;"},
         {WM_DPICHANGED, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&suggested), "dpi 144 5 90;"},
+        {WM_CLOSE, 0, 0, "close;"},
     };
+    struct : Window {
+        using Window::processMessage;
+    } plain; // Whose handlers leave all to the default, but for the place on a new screen.
     Recorder window;
+    plain.create(testClass(), "", WS_CHILD, Rect(), window, reinterpret_cast<HMENU>(5), nullptr);
     for (const Row& row : rows) {
         CAPTURE(getWMIdentifier(row.msg));
+        CHECK(plain.processMessage(row.msg, row.wParam, row.lParam).handled == (row.msg == WM_DPICHANGED));
+        window.take(); // What the default has told the parent.
         CHECK(window.sendMessageA(row.msg, row.wParam, row.lParam) == 0);
         CHECK(window.take() == row.expected);
     }
+    CHECK(!plain.isOpen()); // By WM_CLOSE.
     CHECK(window.sendMessageA(WM_QUERYDRAGICON) == 77);
     CHECK(window.take() == "icon;");
     CHECK(window.sendMessageA(WM_SETCURSOR, 0, packed(HTCLIENT, WM_MOUSEMOVE)) == TRUE);
@@ -273,22 +282,28 @@ TEST_CASE("Window: notifications are routed by the range of their code")
     for (const int code : {-100, -199})
         CHECK(notify(list, code) == "list view 3;");
     CHECK(notify(list, NM_DBLCLK) == "double click 12;");
-    for (const int code : {-99, -200, -500})
+    for (const int code : {-99, -200, -399, -500})
         CHECK(notify(list, code) == "");
 
     wchar_t text[] = L"\u20ac leaf";
+    char narrowText[] = "\x80 leaf";
     NMTREEVIEWW tree{};
     tree.action = 2;
-    tree.itemOld.mask = tree.itemNew.mask = TVIF_TEXT;
-    tree.itemOld.pszText = text;
+    tree.ptDrag.x = 9;
+    tree.itemOld = {TVIF_TEXT, nullptr, 1, 2, text, 3, 4, 5, 6, 7};
+    tree.itemNew.mask = TVIF_TEXT;
     tree.itemNew.pszText = LPSTR_TEXTCALLBACKW;
-    CHECK(notify(tree, static_cast<int>(TVN_SELCHANGEDW)) == "wide tree 2;narrow tree \x80 leaf 1;");
-    tree.itemOld.mask = 0;
-    tree.itemOld.pszText = nullptr;
-    CHECK(notify(tree, static_cast<int>(TVN_DELETEITEMW)) == "wide tree 2;narrow tree - 1;");
+    for (const UINT code : {TVN_SELCHANGINGW, TVN_SELCHANGEDW, TVN_ITEMEXPANDINGW, TVN_ITEMEXPANDEDW, TVN_BEGINDRAGW,
+                            TVN_BEGINRDRAGW, TVN_DELETEITEMW, TVN_SINGLEEXPAND})
+        CHECK(notify(tree, static_cast<int>(code)) == "wide tree 2;narrow tree \x80 leaf 1 9 1 2 3 4 5 6 7;");
+    tree.itemOld.pszText = reinterpret_cast<wchar_t*>(narrowText); // As a narrow control has it.
+    for (const UINT code : {TVN_SELCHANGINGA, TVN_SELCHANGEDA, TVN_ITEMEXPANDINGA, TVN_ITEMEXPANDEDA, TVN_BEGINDRAGA,
+                            TVN_BEGINRDRAGA, TVN_DELETEITEMA})
+        CHECK(notify(tree, static_cast<int>(code)) == "wide tree 2;narrow tree \x80 leaf 1 9 1 2 3 4 5 6 7;");
+    tree.itemOld = {};
+    CHECK(notify(tree, static_cast<int>(TVN_DELETEITEMW)) == "wide tree 2;narrow tree - 1 9 0 0 0 0 0 0 0;");
     // The structure of these begins with the header only.
-    CHECK(notify(tree, static_cast<int>(TVN_GETDISPINFOW)) == "wide tree 2;");
-    for (const int code : {-400, -499})
+    for (const int code : {static_cast<int>(TVN_GETDISPINFOW), -400, -499})
         CHECK(notify(tree, code) == "wide tree 2;");
 }
 
@@ -351,6 +366,8 @@ TEST_CASE("Window: by default a parent passes its controls' messages back to the
     };
     isLeftToDefault(WM_DRAWITEM, items.draw);
     isLeftToDefault(WM_MEASUREITEM, items.measure);
+    isLeftToDefault(WM_DELETEITEM, items.deleted);
+    isLeftToDefault(WM_COMPAREITEM, items.compared);
     CHECK((button.calls == "draw delete command 5" && items.measure.itemHeight == 0));
 }
 
@@ -364,7 +381,7 @@ TEST_CASE("Window: a tree view's object is asked before its parent's narrow hand
     NMTREEVIEWW notification{};
     notification.hdr = {tree, 6, TVN_SELCHANGEDW};
     parent.sendMessageA(WM_NOTIFY, 6, at(notification));
-    CHECK(parent.take() == "wide tree 0;narrow tree - 0;");
+    CHECK(parent.take() == "wide tree 0;narrow tree - 0 0 0 0 0 0 0 0 0;");
     CHECK((tree.wide == 1 && tree.narrow == 0)); // The recorder's narrow handler did not pass it on.
     tree.settles = true;
     parent.sendMessageA(WM_NOTIFY, 6, at(notification));

@@ -15,6 +15,8 @@ struct Listener : OpenWindow {
     {
         log += "key " + std::to_string(key) + ';';
     }
+    void onTimer(UINT_PTR) override { PostQuitMessage(5); }
+    void onChar(wchar_t character, unsigned short) override { log += "char " + std::to_string(character) + ';'; }
     std::string& log;
 };
 
@@ -45,7 +47,10 @@ TEST_CASE("MessageLoop: idle time comes when no message waits, again while it is
     press(window, 'A');
     Once loop;
     CHECK(loop.run() == 2);
-    CHECK(log == "key 65;");
+    press(window, 'B');
+    window.postMessageW(WM_TIMER, 1); // After the letter.
+    CHECK(runMessageLoop() == 5);
+    CHECK(log == "key 65;char 97;key 66;char 98;");
 }
 
 TEST_CASE("MessageLoop: accelerators work in their window, and not in a dialog beside it")
@@ -98,6 +103,9 @@ TEST_CASE("AcceleratorTable: a table that was made has one owner")
     CHECK(CopyAcceleratorTableW(handle, nullptr, 0) == 2);
     AcceleratorTable moved(std::move(table));
     CHECK((moved.getHandle() == handle && table.isNull()));
+    AcceleratorTable& same = moved;
+    moved = std::move(same);
+    CHECK(CopyAcceleratorTableW(moved, nullptr, 0) == 2);
     moved = AcceleratorTable({{FVIRTKEY, VK_F6, 7}});
     CHECK((CopyAcceleratorTableW(handle, nullptr, 0) == 0 && CopyAcceleratorTableW(moved, nullptr, 0) == 1));
     expectWindowsError([] { AcceleratorTable(1, nullptr); }, "Can't load accelerators");

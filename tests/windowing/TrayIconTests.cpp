@@ -1,3 +1,4 @@
+#include "Diverted.h"
 #include "Windows.h"
 
 #include <tarn/MessageLoop.h>
@@ -27,6 +28,20 @@ bool isKnown(HWND window, DWORD message = NIM_MODIFY)
     data.hWnd = window;
     return Shell_NotifyIconW(message, &data) != FALSE;
 }
+
+std::vector<DWORD> told;
+NOTIFYICONDATAW last;
+BOOL isTaken;
+
+BOOL WINAPI listen(DWORD what, NOTIFYICONDATAW* data)
+{
+    told.push_back(what);
+    last = *data;
+    return isTaken;
+}
+
+std::vector<DWORD> takeTold() { return std::exchange(told, {}); }
+using Told = std::vector<DWORD>;
 } // namespace
 
 TEST_CASE("TrayIcon: it is in the task bar for as long as the object lives, also when the bar is made anew")
@@ -38,19 +53,51 @@ TEST_CASE("TrayIcon: it is in the task bar for as long as the object lives, also
         icon.create(picture, nullptr, "Mail");
         window = icon;
         CHECK((icon.isShown() && isKnown(window) && !IsWindowVisible(window)));
-        icon.setTip((std::wstring(126, L'x') + L"\xD83D\xDE00").c_str());
-        icon.setTip("narrow");
-        icon.setPicture(LoadIconW(nullptr, IDI_WARNING));
-        icon.setPicture(picture, nullptr);
-        icon.showNotice("Mail", "A letter has come", TrayIcon::warning);
-        icon.hideNotice();
-
         CHECK(isKnown(window, NIM_DELETE));
         expectWindowsError([&] { icon.setTip(L"gone"); }, "Can't change tray icon");
         icon.sendMessageA(RegisterWindowMessageW(L"TaskbarCreated"));
         CHECK((icon.isShown() && isKnown(window)));
     }
     CHECK((!IsWindow(window) && !isKnown(window)));
+}
+
+TEST_CASE("TrayIcon: the task bar is told of its picture, tip and notices")
+{
+    const Diverted calls(L"shell32.dll", "Shell_NotifyIconW", &listen);
+    isTaken = TRUE;
+    TrayIcon icon;
+    icon.create(picture, nullptr, "Mail");
+    CHECK(takeTold() == Told{NIM_ADD, NIM_SETVERSION});
+    constexpr UINT flags = NIF_MESSAGE | NIF_ICON | NIF_TIP | NIF_SHOWTIP;
+    CHECK((last.hWnd == icon && last.uCallbackMessage == TrayIcon::message && last.hIcon && last.uFlags == flags));
+    CHECK((last.szTip == std::wstring(L"Mail") && last.uVersion == NOTIFYICON_VERSION_4));
+    icon.setTip(std::wstring(200, L'x').c_str());
+    CHECK(last.szTip == std::wstring(127, L'x'));
+    icon.setTip((std::wstring(126, L'x') + L"\xD83D\xDE00").c_str()); // No half of a character is left.
+    CHECK(last.szTip == std::wstring(126, L'x'));
+    icon.setTip("narrow");
+    CHECK(last.szTip == std::wstring(L"narrow"));
+    icon.showNotice("Mail", "A letter", TrayIcon::warning);
+    CHECK((last.uFlags == (flags | NIF_INFO) && last.dwInfoFlags == (NIIF_WARNING | NIIF_RESPECT_QUIET_TIME)));
+    CHECK((last.szInfoTitle == std::wstring(L"Mail") && last.szInfo == std::wstring(L"A letter")));
+    icon.hideNotice();
+    CHECK((last.uFlags == (flags | NIF_INFO) && !*last.szInfoTitle && !*last.szInfo));
+    CHECK(takeTold() == Told(5, NIM_MODIFY));
+    Rect place(0, 0, 9, 9);
+    const auto changeDots = [&] { icon.sendMessageA(WM_DPICHANGED, MAKEWPARAM(96, 96), LPARAM(&place)); };
+    changeDots(); // The picture of the resource is loaded anew,
+    CHECK(takeTold() == Told{NIM_MODIFY});
+    const HICON other = LoadIconW(nullptr, IDI_WARNING);
+    icon.setPicture(other);
+    changeDots(); // a borrowed one stays.
+    CHECK((takeTold() == Told{NIM_MODIFY} && last.hIcon == other));
+    icon.setPicture(picture, nullptr);
+    CHECK((takeTold() == Told{NIM_MODIFY} && last.hIcon != other));
+    icon.create(picture, nullptr, "Mail");
+    CHECK(takeTold() == Told{NIM_DELETE, NIM_ADD, NIM_SETVERSION});
+    isTaken = FALSE;
+    expectWindowsError([&] { icon.create(picture, nullptr, "Mail"); }, "Can't add tray icon");
+    CHECK((takeTold() == Told{NIM_DELETE, NIM_ADD, NIM_MODIFY} && !icon.isOpen() && !icon.isShown()));
 }
 
 TEST_CASE("TrayIcon: what the user does comes to its handlers, with the place on the screen")

@@ -146,6 +146,9 @@ TEST_CASE("WindowClass: a moved reference is the only one, and what was held is 
     const ATOM former = target.getAtom();
     target = make(CS_OWNDC | CS_DBLCLKS);
     CHECK((target && isRegistered(target.getAtom()) && !isRegistered(former)));
+    WindowClass& same = target;
+    target = std::move(same);
+    CHECK((target && isRegistered(target.getAtom())));
     std::swap(target, other);
     std::vector<WindowClass> classes;
     classes.push_back(std::move(target));

@@ -26,13 +26,13 @@ private:
 /// Ends its own window or itself in a handler, and tells of its end.
 class Suicide : public Window {
 public:
-    enum How { destroysWindow, deletesItself, deletesItselfAfterDefault, deletesItselfOnEnd };
+    enum How { destroysWindow, deletesItself, deletesItselfAfterDefault, deletesItselfOnEnd, deletesItselfOnSize };
     explicit Suicide(bool& ended, How how = destroysWindow) : ended_(ended), how_(how) {}
     ~Suicide() override { ended_ = true; }
 
     LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
     {
-        if (msg != WM_USER)
+        if (msg != (how_ == deletesItselfOnSize ? WM_SIZE : WM_USER))
             return Window::onMessage(msg, wParam, lParam);
         if (how_ == destroysWindow)
             destroy();
@@ -99,6 +99,9 @@ TEST_CASE("Window: an owning object takes its window with it, an attached one do
         attached.Window::attach(parent.window, 5);
         CHECK(objectOf(parent.button) == &attached);
         CHECK(procedureOf(parent.button) != &Window::windowProc);
+        attached.unsubclass();
+        CHECK((!attached.isOpen() && !objectOf(parent.button)));
+        attached.Window::attach(parent.window, 5);
     }
     CHECK((IsWindow(parent.button) && !objectOf(parent.button)));
     {
@@ -136,11 +139,12 @@ TEST_CASE("Window: attaching to the handle that the object holds changes only th
 TEST_CASE("Window: the owner of a window that another object takes over still destroys it")
 {
     Probe taker;
+    const bool isSubclassed = GENERATE(false, true);
     HWND handle = nullptr;
     {
         OpenWindow owner;
         handle = owner;
-        taker.attach(handle, false);
+        isSubclassed ? taker.subclass(handle) : taker.attach(handle, false);
         owner.sendMessageA(WM_USER);
         CHECK((taker.count == 1 && objectOf(handle) == &taker));
     }
@@ -227,15 +231,16 @@ TEST_CASE("Window: a subclassing object may lose the procedure, or die first, wi
     CHECK(!IsWindow(parent.button));
 }
 
-TEST_CASE("Window: subclassing gives up the ownership, also where nothing else changes")
+TEST_CASE("Window: subclassing or attaching to an item gives up the ownership, also where nothing else changes")
 {
     Parent parent;
+    const bool subclasses = GENERATE(true, false);
     {
         Probe holder;
         holder.subclass(parent.button);
         holder.attach(parent.button, true);
-        holder.subclass(parent.button);
-        holder.unsubclass();
+        subclasses ? holder.subclass(parent.button) : holder.Window::attach(parent.window, 5);
+        CHECK(holder.isSubclass());
     }
     CHECK(IsWindow(parent.button));
 }
@@ -323,6 +328,11 @@ TEST_CASE("Window: a window of the system's class is not left over when a handle
         open(child, WS_CHILD, control);
         expectError<std::logic_error>([&] { control.destroy(); }, "handler failed");
     }
+    SECTION("while its object dies, which drops the exception")
+    {
+        ThrowingOnEnd dying;
+        open(dying);
+    }
     CHECK(!control.isOpen());
 }
 
@@ -390,6 +400,18 @@ TEST_CASE("Window: a handler may delete its object, and with it the window")
     // The default's result outlives the object.
     CHECK(SendMessageW(handle, WM_USER, 0, 0) == (how == Suicide::deletesItself ? 42 : 0));
     CHECK((ended && !IsWindow(handle)));
+}
+
+TEMPLATE_TEST_CASE("Window: an object may delete itself before it is made", "", char, wchar_t)
+{
+    const unsigned before = windowsOfThread();
+    bool ended = false;
+    auto* const window = new Suicide(ended, Suicide::deletesItselfOnSize);
+    const TestType none[] = {0};
+    expectWindowsError(
+        [&] { window->create(testClass(), none, WS_POPUP | WS_VISIBLE, Rect(0, 0, 9, 9), nullptr, nullptr, nullptr); },
+        "Can't create window");
+    CHECK((ended && windowsOfThread() == before));
 }
 
 TEST_CASE("Window: an object may delete itself at the window's end, whoever ends it")

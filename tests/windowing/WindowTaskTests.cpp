@@ -79,9 +79,19 @@ TEST_CASE("Window: functions reach a thread whose message box is open")
 {
     const OpenWindow window;
     std::thread caller;
-    window.post([&] { caller = std::thread([&] { window.call([] { EndDialog(GetActiveWindow(), IDRETRY); }); }); });
-    CHECK(window.messageBox("text", "caption", MB_OK) == IDRETRY);
+    const std::wstring caption = GENERATE(L"narrow", L"w\u03B1de");
+    std::wstring shown;
+    const auto end = [&] {
+        const Window box(GetActiveWindow());
+        shown = box.getTextW();
+        EndDialog(box, IDRETRY);
+    };
+    window.post([&] { caller = std::thread([&] { window.call(end); }); });
+    const bool isNarrow = caption == L"narrow";
+    CHECK((isNarrow ? window.messageBox("text", "narrow", MB_OK)
+                    : window.messageBox(L"text", caption.c_str(), MB_OK)) == IDRETRY);
     caller.join();
+    CHECK(shown == caption);
 }
 
 TEST_CASE("Window: a thread that calls answers what is sent to its windows meanwhile")
@@ -110,11 +120,15 @@ TEST_CASE("Window: a call ends with the thread that should answer it")
 TEST_CASE("Window: what a window does not live to call is destroyed, and who waits for it hears of it")
 {
     const auto witness = std::make_shared<int>();
+    const OpenWindow other;
+    bool isOtherCalled = false;
+    other.post([&] { isOtherCalled = true; });
     Window window;
     open(window);
     const HWND hwnd = window;
     auto waiting = std::async(std::launch::async, [hwnd] { Window::call(hwnd, [] { FAIL("called"); }); });
-    while (!(GetQueueStatus(QS_POSTMESSAGE) >> 16)) // Until the call is there.
+    MSG msg;
+    while (!PeekMessageW(&msg, hwnd, 0, 0, PM_NOREMOVE)) // Until the call is there.
         Sleep(1);
     window.post([witness] { FAIL("called"); });
     window.destroy();
@@ -122,6 +136,8 @@ TEST_CASE("Window: what a window does not live to call is destroyed, and who wai
     CHECK(witness.use_count() == 1);
     expectWindowsError([&] { Window::post(hwnd, [] {}); }, ERROR_INVALID_WINDOW_HANDLE,
                        "Can't post to the window's thread");
+    handleWaitingMessages();
+    CHECK(isOtherCalled);
 }
 
 TEST_CASE("Window: a window whose messages do not come to an object takes no functions")
