@@ -34,16 +34,6 @@ void dispatchNext(HWND hwnd, UINT msg)
     REQUIRE(GetMessageW(&next, hwnd, msg, msg) > 0);
     Window::dispatchMessage(next);
 }
-
-// The procedure of a window that the library subclasses.
-ULONG_PTR received = 0;
-LRESULT CALLBACK foreignProcedure(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
-{
-    if (msg != WM_APP)
-        return DefWindowProcW(hwnd, msg, wParam, lParam);
-    received = wParam;
-    return lParam;
-}
 } // namespace
 
 TEST_CASE("Window: parameters, results and ids of timers keep all bits of an address")
@@ -62,18 +52,6 @@ TEST_CASE("Window: parameters, results and ids of timers keep all bits of an add
     window.stopTimer(number);
     window.sendMessageW(WM_TIMER, ~number);
     CHECK(window.first == ~number);
-}
-
-TEST_CASE("Window: a subclassed procedure gets all bits, and so does its caller")
-{
-    OpenWindow window;
-    const HWND child = makeButton(window, 7);
-    SetWindowLongPtrW(child, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&foreignProcedure));
-    Window object;
-    object.subclass(child);
-    CHECK(object.sendMessageW(WM_APP, number, static_cast<LPARAM>(~number)) == static_cast<LRESULT>(~number));
-    CHECK(received == number);
-    window.destroy();
 }
 
 TEMPLATE_TEST_CASE("Boxes: the data of items are addresses", "", ComboBox, ListBox)

@@ -21,8 +21,8 @@ TEST_CASE("AutoRedraw: a window is redrawn once, after the last of its guards")
     window.update();
     {
         const AutoRedraw outer(window);
-        const AutoRedraw inner(window);
         CHECK(window.heard == "off ");
+        const AutoRedraw inner(window);
         InvalidateRect(window, nullptr, FALSE);
         CHECK_FALSE(GetUpdateRect(window, nullptr, FALSE));
     }

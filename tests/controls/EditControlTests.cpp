@@ -20,9 +20,12 @@ TEST_CASE("EditControl: the selection and the read-only state change, the text s
     edit.replaceSelection(L"\u03B2");
     edit.replaceSelection("ye");
     CHECK((edit.getTextW() == L"\u03B2ye world" && edit.getSelection() == std::pair(3, 3)));
-    edit.setLimit(9);
-    CHECK(edit.getLimit() == 9);
-    edit.sendMessageA(WM_CHAR, 'x'); // The tenth character.
+    CHECK(edit.sendMessageA(EM_CANUNDO));
+    edit.replaceSelection("x", false);
+    CHECK(!edit.sendMessageA(EM_CANUNDO));
+    edit.setLimit(10);
+    edit.sendMessageA(WM_CHAR, 'x'); // The eleventh character.
+    CHECK((edit.getLimit() == 10 && edit.getTextW() == L"\u03B2yex world"));
     edit.setText(L"");
     edit.setNumbersOnly(true);
     edit.sendMessageA(WM_CHAR, 'x');
@@ -35,4 +38,5 @@ TEST_CASE("EditControl: the selection and the read-only state change, the text s
     edit.setReadonly(false);
     CHECK_FALSE(edit.getReadonly());
     expectWindowsError([] { EditControl().setReadonly(true); }, "Can't set ES_READONLY style");
+    CHECK(EditControl().getSelection() == std::pair(0, 0));
 }

@@ -28,6 +28,8 @@ TEST_CASE("ImageList: loads strips, icons and cursors and owns them")
     ImageList taker;
     loadStrip(taker);
     taker = std::move(list);
+    ImageList& same = taker;
+    taker = std::move(same);
     CHECK((!list.isOpen() && taker.getHandle() == detached && ImageList(std::move(taker)).isOpen()));
     expectWindowsError([&] { list.load(99, ImageList::bitmap, 2, CLR_NONE, 0, program); }, "Failed to load image list");
     CHECK_FALSE(list.isOpen());

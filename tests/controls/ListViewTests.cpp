@@ -95,8 +95,12 @@ TEST_CASE("ListView: items are sorted by their data, and an arrow shows the colu
     };
     view.sortItems(order);
     CHECK((view.getItemTextA(0, 0) == "1" && view.getItemTextA(2, 0) == "3"));
-    const auto fail = [](const void*, const void*) -> int { throw std::runtime_error("while comparing"); };
-    expectError<std::runtime_error>([&] { view.sortItems(fail); }, "while comparing");
+    int calls = 0;
+    const auto fail = [&](const void*, const void*) -> int {
+        throw std::runtime_error(++calls == 1 ? "first" : "next");
+    };
+    expectError<std::runtime_error>([&] { view.sortItems(fail); }, "first");
+    CHECK(calls == 1);
 
     const auto arrowOf = [&](unsigned column) {
         HDITEMW heading{};
@@ -158,6 +162,25 @@ TEST_CASE("ListView: items are checked, selected and edited by code; a virtual v
     CHECK((large.getItemTextA(7, 0) == "7" && imageOf(large, 12) == 5));
 }
 
+TEMPLATE_TEST_CASE("ListView: a text is given as far as there is room, to who asks for it", "", char, wchar_t)
+{
+    constexpr bool isNarrow = std::is_same_v<TestType, char>;
+    std::conditional_t<isNarrow, NMLVDISPINFOA, NMLVDISPINFOW> asked{};
+    TestType buffer[] = {'-', '-', '-', '-', '-'};
+    asked.hdr.code = isNarrow ? LVN_GETDISPINFOA : LVN_GETDISPINFOW;
+    asked.item.pszText = buffer;
+    const auto give = [&](unsigned mask, int room) {
+        asked.item.mask = mask;
+        asked.item.cchTextMax = room;
+        return ListView::giveText(asked.hdr, [](unsigned, unsigned) { return L"text"; });
+    };
+    CHECK((give(LVIF_TEXT, 0) && !give(LVIF_IMAGE, 5) && buffer[0] == '-'));
+    CHECK((give(LVIF_TEXT, 4) && buffer == text<TestType>("tex") && buffer[4] == '-'));
+    CHECK((give(LVIF_TEXT, 5) && buffer == text<TestType>("text")));
+    asked.hdr.code = NM_CLICK;
+    CHECK(!give(LVIF_TEXT, 5));
+}
+
 TEMPLATE_TEST_CASE("ListView: what the user has made of a text is told, and decided on", "", char, wchar_t)
 {
     struct : Host {
@@ -212,6 +235,8 @@ TEMPLATE_TEST_CASE("ListView: what the control refuses is named", "", LVITEMA, L
     fails([&] { gone.insertColumn(0, x, 10); }, "Can't insert list view column");
     fails([&] { gone.insertItem(x); }, "Can't insert list view item");
     fails([&] { gone.deleteAllItems(); }, "Can't delete listview item");
+    fails([&] { gone.setItemCount(1); }, "Can't set list view item count");
+    fails([&] { gone.sortItems([](const void*, const void*) { return 0; }); }, "Can't sort list view items");
     CHECK(itemText<Ch>(gone, 0, 0).empty());
 }
 
@@ -221,7 +246,9 @@ TEST_CASE("ListView: groups are told to the control as it is documented, which W
         LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override
         {
             if (msg == LVM_ENABLEGROUPVIEW)
-                return answer;
+                return isOn = wParam != FALSE, answer;
+            if (msg == LVM_REMOVEALLGROUPS)
+                return heading.clear(), 0;
             if (msg == LVM_INSERTGROUP) {
                 group = *reinterpret_cast<const LVGROUP*>(lParam);
                 heading = group.pszHeader;
@@ -234,6 +261,7 @@ TEST_CASE("ListView: groups are told to the control as it is documented, which W
             return Window::onMessage(msg, wParam, lParam);
         }
         LRESULT answer = 0;
+        bool isOn = false;
         LVGROUP group{};
         std::wstring heading;
         LVITEMW item{};
@@ -241,9 +269,13 @@ TEST_CASE("ListView: groups are told to the control as it is documented, which W
     open(control);
     const ListView view(control.getWindowHandle());
     view.enableGroups(true);
+    CHECK(control.isOn);
     CHECK((view.insertGroup(7, "narrow", true, 2) == 12 && control.heading == L"narrow"));
-    CHECK((control.group.iGroupId == 7 && control.group.state == LVGS_COLLAPSIBLE));
+    CHECK((control.group.iGroupId == 7 && control.group.state == LVGS_COLLAPSIBLE && control.group.cbSize != 0));
+    CHECK(control.group.mask == (LVGF_HEADER | LVGF_GROUPID | LVGF_STATE));
     CHECK((view.insertGroup(8, L"\u03B1") == 9 && control.heading == L"\u03B1" && control.group.state == 0));
+    view.removeAllGroups();
+    CHECK(control.heading.empty());
     view.setItemGroup(3, 8);
     CHECK((control.item.iItem == 3 && control.item.mask == LVIF_GROUPID && view.getItemGroup(3) == 8));
     CHECK(ListView().getItemGroup(0) == I_GROUPIDNONE);

@@ -24,6 +24,7 @@ struct Field : Host {
 TEST_CASE("RichEdit: text goes through streams in UTF-8, as a whole and of the selection")
 {
     const Field field;
+    CHECK(field.edit.sendMessageA(EM_GETLIMITTEXT) == 0x7FFFFFFE);
     field.load("\xCE\xB1 one\r\ntwo", RichEdit::plain);
     CHECK(field.edit.getTextW() == L"\u03B1 one\r\ntwo");
     field.edit.setSelection(2, 5);
@@ -48,7 +49,7 @@ TEST_CASE("RichEdit: how the selection looks is set, asked and kept in Rich Text
     field.edit.setText(L"plain bold");
     field.edit.setSelection(6, 10);
     RichEdit::CharacterFormat format;
-    format.isBold = true, format.isUnderlined = false;
+    format.isBold = format.isStruckOut = true, format.isUnderlined = false;
     format.size = 10.5;
     format.colour = RGB(200, 0, 0);
     format.font = L"Arial";
@@ -59,10 +60,16 @@ TEST_CASE("RichEdit: how the selection looks is set, asked and kept in Rich Text
     field.edit.setSelection(6, 10);
     const auto read = field.edit.getFormat();
     CHECK((read.isBold == true && read.isUnderlined == false && read.size == 10.5 && read.font == L"Arial"));
-    CHECK(read.colour == RGB(200, 0, 0));
+    CHECK((read.colour == RGB(200, 0, 0) && read.isStruckOut == true && read.isItalic == false));
+    const std::string part = field.saved(RichEdit::rtf, true);
+    CHECK((part.find("bold") != part.npos && part.find("plain") == part.npos));
+    format = {};
+    format.isItalic = true;
+    field.edit.setFormat(format);
+    CHECK((field.edit.getFormat().isItalic == true && field.edit.getFormat().isBold == true));
     field.edit.setSelection(0, -1);
     const auto mixed = field.edit.getFormat();
-    CHECK((!mixed.isBold && !mixed.size && mixed.isItalic == false));
+    CHECK((!mixed.isBold && !mixed.size && mixed.isUnderlined == false));
 }
 
 TEST_CASE("RichEdit: what a stream throws comes out of loading and saving")
@@ -76,5 +83,6 @@ TEST_CASE("RichEdit: what a stream throws comes out of loading and saving")
     expectError<std::runtime_error>([&] { field.edit.load(broken); }, "in reading");
     expectError<std::runtime_error>([&] { field.edit.save(broken); }, "in writing");
     expectWindowsError([&] { RichEdit().save(broken); }, "Can't save text");
+    expectWindowsError([&] { RichEdit().load(broken, RichEdit::rtf); }, "Can't load text");
     expectWindowsError([] { RichEdit().setFormat({}); }, "Can't set character format");
 }

@@ -11,6 +11,7 @@ TEST_CASE("ScrollBar: its members are those of a window with a bar, for the bar 
     SCROLLINFO all{sizeof all, SIF_ALL, 0, 0, 0, 0, 0};
     bar.getScrollInfo(all);
     CHECK((all.nMin == 5 && all.nMax == 50 && all.nPos == 20));
+    CHECK(bar.hasScrollBar(Window::control));
     bar.showScrollBar(true);
     CHECK((bar.getStyle() & WS_VISIBLE) != 0);
     bar.enableScrollBar(ESB_DISABLE_BOTH);

@@ -3,17 +3,17 @@
 #include <tarn/ToolTip.h>
 
 namespace {
-std::wstring textOf(const ToolTip& tip, HWND window, UINT_PTR id)
-{
+struct Tool : TTTOOLINFOW {
+    Tool(const ToolTip& tip, HWND window, UINT_PTR id) : TTTOOLINFOW()
+    {
+        cbSize = TTTOOLINFOW_V2_SIZE;
+        hwnd = window;
+        uId = id;
+        lpszText = text;
+        SendMessageW(tip, TTM_GETTOOLINFOW, 0, reinterpret_cast<LPARAM>(this));
+    }
     wchar_t text[80] = L"none"; // As many characters as every version of the control writes.
-    TTTOOLINFOW tool{};
-    tool.cbSize = TTTOOLINFOW_V2_SIZE;
-    tool.hwnd = window;
-    tool.uId = id;
-    tool.lpszText = text;
-    SendMessageW(tip, TTM_GETTEXTW, 80, reinterpret_cast<LPARAM>(&tool));
-    return text;
-}
+};
 } // namespace
 
 TEST_CASE("ToolTip: controls and parts of a window have texts until they are removed")
@@ -25,11 +25,14 @@ TEST_CASE("ToolTip: controls and parts of a window have texts until they are rem
     tip.create(host);
     tip.add(button, "narrow");
     tip.add(host, 1, Rect(50, 0, 60, 10), L"w\u00EFde");
-    CHECK((tip.getCount() == 2 && textOf(tip, host, id) == L"narrow" && textOf(tip, host, 1) == L"w\u00EFde"));
-    tip.setTipText(button, L"\u00F6ther");
-    CHECK(textOf(tip, host, id) == L"\u00F6ther");
-    tip.setTipText(button, "other");
-    CHECK(textOf(tip, host, id) == L"other");
+    const Tool whole(tip, host, id), part(tip, host, 1);
+    CHECK((whole.text == std::wstring(L"narrow") && (whole.uFlags & (TTF_IDISHWND | TTF_SUBCLASS)) == 0x11));
+    CHECK((part.text == std::wstring(L"w\u00EFde") && Rect(part.rect) == Rect(50, 0, 60, 10)));
+    CHECK((tip.getCount() == 2 && (part.uFlags & TTF_SUBCLASS) && !(part.uFlags & TTF_IDISHWND)));
+    for (const bool isNarrow : {false, true}) {
+        isNarrow ? tip.setTipText(button, "short") : tip.setTipText(button, L"\u00F6ther");
+        CHECK(Tool(tip, host, id).text == std::wstring(isNarrow ? L"short" : L"\u00F6ther"));
+    }
     tip.remove(button);
     CHECK(tip.getCount() == 1);
     tip.remove(host, 1);
