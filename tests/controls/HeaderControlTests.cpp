@@ -10,6 +10,8 @@ TEST_CASE("HeaderControl: it lies at the top of its space, and its items come ba
     fails([&] { header.adjust(Rect()); }, "Can't place header");
     fails([&] { header.insertItem(0, "x", 1); }, "Can't insert header item");
     fails([&] { header.getOrder(); }, "Can't get header item");
+    const Stubborn mute(HDM_GETITEMCOUNT, -1);
+    fails([&] { HeaderControl(mute.getWindowHandle()).getOrder(); }, "Can't get header item");
     header.create(host, 5, Rect(), HDS_BUTTONS | HDS_DRAGDROP);
     const Rect rest = header.adjust(Rect(10, 20, 200, 90));
     const Size size = header.getWindowSize();

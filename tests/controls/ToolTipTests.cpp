@@ -37,7 +37,7 @@ TEST_CASE("ToolTip: controls and parts of a window have texts until they are rem
     CHECK(tip.getCount() == 1);
     tip.remove(host, 1);
     tip.add(host, 2, Rect(50, 0, 60, 10), "part");
-    CHECK(textOf(tip, host, 2) == L"part");
+    CHECK(Tool(tip, host, 2).text == std::wstring(L"part"));
     tip.remove(host, 2);
     CHECK(tip.getCount() == 0);
     expectWindowsError([&] { ToolTip().add(button, L"x"); }, "Can't add tool tip");

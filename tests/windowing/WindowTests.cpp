@@ -223,8 +223,6 @@ TEST_CASE("Window: dialog items show numbers and checks")
     }
     window.setInt(5, 4000000000u);
     CHECK(window.getUInt(5) == 4000000000u);
-    window.setText(5, "no number");
-    expectWindowsError([&] { window.getInt(5); }, "Can't get dialog item int");
     window.setCheck(5, true);
     CHECK(window.isChecked(5));
     window.setCheck(5, Window::indeterminate);
