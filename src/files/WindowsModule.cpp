@@ -39,6 +39,14 @@ private:
     bool isNull_;
 };
 
+// What was held is closed first.
+template <class Ch> void replace(WindowsModule& module, const Ch* name, WindowsModule::Access access)
+{
+    const KeptName kept(name);
+    module.close();
+    module = WindowsModule(kept.get(), access);
+}
+
 // The system tells that a buffer was too small only by filling it.
 template <class Ch> BasicString<Ch> fileNameOf(HMODULE module)
 {
@@ -96,46 +104,12 @@ WindowsModule::~WindowsModule() noexcept(false)
     closeAtEnd([this] { close(); });
 }
 
-void WindowsModule::load(const char* name)
-{
-    const KeptName kept(name);
-    close();
-    module_ = loadModule(kept.get());
-    owns_ = true;
-}
-void WindowsModule::load(const wchar_t* name)
-{
-    const KeptName kept(name);
-    close();
-    module_ = loadModule(kept.get());
-    owns_ = true;
-}
-void WindowsModule::load(const char* name, unsigned long flags)
-{
-    const KeptName kept(name);
-    close();
-    module_ = loadModule(kept.get(), flags);
-    owns_ = true;
-}
-void WindowsModule::load(const wchar_t* name, unsigned long flags)
-{
-    const KeptName kept(name);
-    close();
-    module_ = loadModule(kept.get(), flags);
-    owns_ = true;
-}
-void WindowsModule::query(const char* name)
-{
-    const KeptName kept(name);
-    close();
-    module_ = queryModule(kept.get());
-}
-void WindowsModule::query(const wchar_t* name)
-{
-    const KeptName kept(name);
-    close();
-    module_ = queryModule(kept.get());
-}
+void WindowsModule::load(const char* name) { replace(*this, name, true); }
+void WindowsModule::load(const wchar_t* name) { replace(*this, name, true); }
+void WindowsModule::load(const char* name, unsigned long flags) { replace(*this, name, flags); }
+void WindowsModule::load(const wchar_t* name, unsigned long flags) { replace(*this, name, flags); }
+void WindowsModule::query(const char* name) { replace(*this, name, false); }
+void WindowsModule::query(const wchar_t* name) { replace(*this, name, false); }
 
 void WindowsModule::close()
 {
