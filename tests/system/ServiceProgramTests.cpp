@@ -1,8 +1,7 @@
 #include "Test.h"
 
-#include <tarn/CommandLine.h>
-#include <tarn/Service.h>
 #include <tarn/ServiceProgram.h>
+#include <tarn/WindowsFile.h>
 
 #include <future>
 
@@ -12,10 +11,10 @@ namespace {
 constexpr DWORD timeoutMs = 60'000;
 constexpr const wchar_t* finishName = L"Global\\TarnTestFinish"; // Whoever made it first says when.
 
-/// Works until it is stopped; the first argument behind the name says how it ends.
+/// Works until it is stopped; the first argument behind the name says how it ends, or to which file the others go.
 class Sample : public ServiceProgram {
 public:
-    Sample() : ServiceProgram(L"TarnTestProgram") {}
+    Sample() : ServiceProgram(L"TarnTest") {}
 
     unsigned long run(const std::vector<BasicString<wchar_t>>& arguments) override
     {
@@ -26,6 +25,12 @@ public:
             throw std::runtime_error("Can't go on");
         if (how == L"7")
             return 7;
+        if (how.contains(L":\\")) {
+            std::string all;
+            for (std::size_t i = 2; i < arguments.size(); ++i)
+                all += w2a(arguments[i], CP_UTF8) + ";";
+            WindowsFile::overwrite(how).writeFully(all.data(), static_cast<unsigned>(all.size()));
+        }
         begun.set();
         getStopEvent().wait(INFINITE);
         getGoOnEvent().wait(INFINITE); // Also when it was paused.
@@ -45,33 +50,14 @@ protected:
     }
 };
 
-/// The sample as an installed service.
-struct Installed {
-    Installed()
-    {
-        const CommandLine line = CommandLine(ownProgram()).add("is a service");
-        service.create(ServiceManager(nullptr, SC_MANAGER_CONNECT | SC_MANAGER_CREATE_SERVICE), L"TarnTestProgram",
-                       L"TarnTestProgram", SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS, SERVICE_DEMAND_START,
-                       SERVICE_ERROR_IGNORE, line, nullptr, nullptr, nullptr, nullptr, nullptr);
-    }
-    ~Installed()
-    {
-        service.remove();
-        service.close();
-        CHECK(reaches("TarnTestProgram", 0));
-    }
-
-    /// How the service ended that was started so.
-    SERVICE_STATUS_PROCESS endOf(const wchar_t* how)
-    {
-        const wchar_t* arguments[] = {how};
-        service.start(arguments, 1);
-        CHECK(service.waitForState(SERVICE_STOPPED, timeoutMs));
-        return service.getStatus();
-    }
-
-    Service service;
-};
+/// How the service ended that was started so.
+SERVICE_STATUS_PROCESS endOf(const Service& service, const wchar_t* how)
+{
+    const wchar_t* arguments[] = {how};
+    service.start(arguments, 1);
+    CHECK(service.waitForState(SERVICE_STOPPED, timeoutMs));
+    return service.getStatus();
+}
 } // namespace
 
 TEST_CASE("is a service", "[.]") // Started by the service manager.
@@ -84,7 +70,7 @@ TEST_CASE("is a service", "[.]") // Started by the service manager.
 
 TEST_CASE("ServiceProgram: the service manager starts, pauses, commands and stops it")
 {
-    Installed installed;
+    Installed installed("TarnTest");
     Service& service = installed.service;
     service.start();
     REQUIRE(service.waitForState(SERVICE_RUNNING, timeoutMs));
@@ -112,12 +98,12 @@ TEST_CASE("ServiceProgram: the service manager starts, pauses, commands and stop
 
 TEST_CASE("ServiceProgram: how it fails is told to the service manager")
 {
-    Installed installed;
-    CHECK(installed.endOf(L"error").dwWin32ExitCode == ERROR_DISK_FULL);
-    CHECK(installed.endOf(L"exception").dwWin32ExitCode == ERROR_EXCEPTION_IN_SERVICE);
-    const SERVICE_STATUS_PROCESS status = installed.endOf(L"7");
+    Installed installed("TarnTest");
+    CHECK(endOf(installed.service, L"error").dwWin32ExitCode == ERROR_DISK_FULL);
+    CHECK(endOf(installed.service, L"exception").dwWin32ExitCode == ERROR_EXCEPTION_IN_SERVICE);
+    const SERVICE_STATUS_PROCESS status = endOf(installed.service, L"7");
     CHECK(status.dwWin32ExitCode == ERROR_SERVICE_SPECIFIC_ERROR);
-    CHECK(status.dwServiceSpecificExitCode == 7);
+    CHECK((status.dwServiceSpecificExitCode == 7 && status.dwWaitHint == 0 && status.dwCheckPoint == 0));
     installed.service.start();
     REQUIRE(installed.service.waitForState(SERVICE_RUNNING, timeoutMs));
     installed.service.control(200);
@@ -147,8 +133,8 @@ TEST_CASE("ServiceProgram: in the console and as an object it runs until it is a
 
 TEST_CASE("Service: its description, start type and restarts are kept")
 {
-    Installed installed;
-    const Service& service = installed.service;
+    Installed installed("TarnTest");
+    Service& service = installed.service;
     service.setDescription(L"\x0416");
     service.setStartType(SERVICE_AUTO_START);
     CHECK((service.getConfiguration().startType == SERVICE_AUTO_START &&
@@ -160,7 +146,7 @@ TEST_CASE("Service: its description, start type and restarts are kept")
         CHECK((isWine() && error.getError() == ERROR_INVALID_LEVEL));
     }
     Service reader;
-    reader.open(ServiceManager(nullptr, SC_MANAGER_CONNECT), L"TarnTestProgram", SERVICE_QUERY_STATUS);
+    reader.open(ServiceManager(nullptr, SC_MANAGER_CONNECT), L"TarnTest", SERVICE_QUERY_STATUS);
     expectWindowsError([&] { reader.setDescription(L"x"); }, ERROR_ACCESS_DENIED, "Can't configure service");
     expectWindowsError([&] { reader.setStartType(SERVICE_DISABLED); }, ERROR_ACCESS_DENIED, "Can't configure service");
     const Service none;

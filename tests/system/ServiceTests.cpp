@@ -1,42 +1,12 @@
 #include "Test.h"
 
 #include <tarn/Driver.h>
-#include <tarn/Service.h>
-#include <tarn/WindowsModule.h>
 
 #include "ScratchFolder.h"
 #include "Services.h"
 
 namespace {
 constexpr DWORD managerAccess = SC_MANAGER_CONNECT | SC_MANAGER_CREATE_SERVICE;
-
-// In either width.
-template <class Ch> void createService(Service& service, const Ch* name)
-{
-    const BasicString<Ch> folder =
-        BasicString<Ch>(WindowsModule(static_cast<HINSTANCE>(nullptr)).getFilenameA().getDirectory().c_str());
-    const BasicString<Ch> program = folder + BasicString<Ch>("\\system_service.exe", 19u);
-    service.create(ServiceManager(nullptr, managerAccess), name, name, SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS,
-                   SERVICE_DEMAND_START, SERVICE_ERROR_IGNORE, program.c_str(), nullptr, nullptr, nullptr, nullptr,
-                   nullptr);
-}
-
-/// The test service, registered for a scope under a name in either width.
-struct Registered {
-    template <class Ch> explicit Registered(const Ch* name) { createService(service, name); }
-    ~Registered() noexcept(false)
-    {
-        try {
-            service.stop();
-        } catch (const WindowsError&) { // Not running.
-        }
-        service.remove();
-        service.close();
-        CHECK(reaches("TarnTest", 0));
-    }
-
-    Service service;
-};
 } // namespace
 
 TEST_CASE("Service: a program is registered, started with arguments, stopped and removed")
@@ -47,18 +17,20 @@ TEST_CASE("Service: a program is registered, started with arguments, stopped and
     const std::wstring wideFile = folder.file(L"arguments.txt");
     const wchar_t* wideArguments[] = {wideFile.c_str(), L"drei"};
 
-    Registered registered(L"TarnTest");
+    Installed registered(L"TarnTest");
     Service& service = registered.service;
     service.start(arguments, 3);
     REQUIRE(reaches("TarnTest", SERVICE_RUNNING));
-    CHECK(folder.read("arguments.txt") == "one;two;");
     expectWindowsError([&] { service.start(); }, ERROR_SERVICE_ALREADY_RUNNING, "Can't start service");
 
     const DWORD state = service.stop().dwCurrentState;
     CHECK((state == SERVICE_STOP_PENDING || state == SERVICE_STOPPED));
     REQUIRE(reaches("TarnTest", SERVICE_STOPPED));
+    CHECK(folder.read("arguments.txt") == "one;two;");
     service.start(wideArguments, 2);
     REQUIRE(reaches("TarnTest", SERVICE_RUNNING));
+    service.stop();
+    REQUIRE(reaches("TarnTest", SERVICE_STOPPED));
     CHECK(folder.read("arguments.txt") == "drei;");
 }
 
@@ -76,7 +48,7 @@ TEST_CASE("Service: failing calls name themselves")
     Service service;
     expectWindowsError([&] { service.open(manager, "TarnTestMissing", SERVICE_START); }, ERROR_SERVICE_DOES_NOT_EXIST,
                        "Can't open service");
-    Registered registered("TarnTest");
+    Installed registered("TarnTest");
     service.open(manager, "TarnTest", SERVICE_START);
     expectWindowsError([&] { createService(service, "TarnTest"); }, ERROR_SERVICE_EXISTS, "Can't create service");
     CHECK_FALSE(service.isOpen()); // What was held is closed first.
@@ -96,7 +68,7 @@ TEST_CASE("Service: failing calls name themselves")
 
 TEST_CASE("Service: all that are installed are listed, with what they do and how they are kept")
 {
-    const Registered registered("TarnTest");
+    const Installed registered("TarnTest");
     const ServiceManager manager(nullptr, SC_MANAGER_ENUMERATE_SERVICE);
     const auto listed = [&](unsigned long states) {
         const auto services = manager.getServices(SERVICE_WIN32, states);
@@ -111,7 +83,7 @@ TEST_CASE("Service: all that are installed are listed, with what they do and how
 
     const ServiceConfiguration kept = registered.service.getConfiguration();
     CHECK((kept.serviceType == SERVICE_WIN32_OWN_PROCESS && kept.startType == SERVICE_DEMAND_START));
-    CHECK((kept.binaryPath.endsWith(L"system_service.exe") && kept.displayName == L"TarnTest"));
+    CHECK((kept.binaryPath.endsWith(L"test_system.exe \"is a service\"") && kept.displayName == L"TarnTest"));
     CHECK((kept.description.empty() && kept.dependencies.empty()));
     Service dependent;
     dependent.create(ServiceManager(nullptr, managerAccess), L"TarnTestMissing", nullptr, SERVICE_ALL_ACCESS,
@@ -128,7 +100,7 @@ TEST_CASE("Service: all that are installed are listed, with what they do and how
 
 TEST_CASE("Driver: a service that exists is started and stopped, and stays registered")
 {
-    Registered registered("TarnTest");
+    Installed registered("TarnTest");
     {
         Driver driver(L"TarnTest", L"ignored", L"C:\\ignored.sys");
         REQUIRE(reaches("TarnTest", SERVICE_RUNNING));

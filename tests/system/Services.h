@@ -1,6 +1,9 @@
 #pragma once
 
-#include <tarn/Windows.h>
+#include "Test.h"
+
+#include <tarn/CommandLine.h>
+#include <tarn/Service.h>
 
 /// The state of a service, or 0 when there is none of that name.
 inline DWORD stateOf(const char* name)
@@ -22,3 +25,29 @@ inline bool reaches(const char* name, DWORD state)
         Sleep(10);
     return stateOf(name) == state;
 }
+
+/// This program as the service "TarnTest", in either width; ServiceProgramTests.cpp has what it does.
+template <class Ch> void createService(Service& service, const Ch* name)
+{
+    const BasicString<Ch> program(CommandLine(ownProgram()).add("is a service").c_str());
+    service.create(ServiceManager(nullptr, SC_MANAGER_CONNECT | SC_MANAGER_CREATE_SERVICE), name, name,
+                   SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS, SERVICE_DEMAND_START, SERVICE_ERROR_IGNORE,
+                   program.c_str(), nullptr, nullptr, nullptr, nullptr, nullptr);
+}
+
+/// The same, for a scope.
+struct Installed {
+    template <class Ch> explicit Installed(const Ch* name) { createService(service, name); }
+    ~Installed() noexcept(false)
+    {
+        try {
+            service.stop();
+        } catch (const WindowsError&) { // Not running.
+        }
+        service.remove();
+        service.close();
+        CHECK(reaches("TarnTest", 0));
+    }
+
+    Service service;
+};
