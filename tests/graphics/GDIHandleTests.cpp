@@ -86,6 +86,9 @@ TEST_CASE("GDIHandle: a failing release is reported once, by close and by the de
     expectFailures({{"Can't delete GDI handle", [&] { pen.close(); }}, {"Can't delete GDI handle", destroyTwice}});
     CHECK(!pen);
     CHECK_NOTHROW(pen.close());
+    pen.create(red, PS_DASH, 1);
+    DeleteObject(pen);
+    pen = Pen(blue, PS_DASH, 1); // Which must not throw.
 }
 
 TEST_CASE("Pen, Brush, Font: are made as asked for, and again")

@@ -90,6 +90,9 @@ TEST_CASE("DeviceContext: text is wrapped into its rectangle, and measured befor
     CHECK((wrapped.cx <= line.cx + 2 && wrapped.cy >= 3 * line.cy));
     CHECK((context.getWrappedExtent(10, "").cy == 0 && context.drawText(Rect(), L"") == 0));
     CHECK(context.drawText(Rect(0, 0, line.cx + 2, 100), "word word word") == wrapped.cy);
+    constexpr unsigned cutting = DT_MODIFYSTRING | DT_END_ELLIPSIS | DT_SINGLELINE; // A literal cannot be modified.
+    CHECK(context.drawText(Rect(0, 0, line.cx, 100), "word word", cutting) == line.cy);
+    CHECK(context.getWrappedExtent(line.cx, L"word word", cutting).cy == line.cy);
     Canvas aligned(100, 40);
     CHECK(aligned.context.setBackgroundMode(TRANSPARENT) == OPAQUE);
     CHECK(aligned.context.getBackgroundMode() == TRANSPARENT);

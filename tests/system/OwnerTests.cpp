@@ -1,9 +1,13 @@
 #include "Test.h"
 
+#include <tarn/Cursor.h>
+#include <tarn/DeviceContext.h>
 #include <tarn/Driver.h>
 #include <tarn/Event.h>
+#include <tarn/Icon.h>
 #include <tarn/LocalMemory.h>
 #include <tarn/Lock.h>
+#include <tarn/Pen.h>
 #include <tarn/Pipe.h>
 #include <tarn/Process.h>
 #include <tarn/TemporaryDirectory.h>
@@ -13,7 +17,7 @@
 
 #include <optional>
 
-// What all owners of handles, memory and files have in common.
+// What all owners of handles, memory, files and drawing objects have in common.
 
 namespace {
 void* bad() { return reinterpret_cast<void*>(0x7FFC); }
@@ -85,6 +89,10 @@ TEST_CASE("Owners: a failure to close does not end a program in which an excepti
     expectFirstException<MovableBlock>([](LocalMemory& memory) { LocalFree(memory.lock()); });
     expectFirstException<WindowsModule>([](WindowsModule& module) { FreeLibrary(module.getHandle()); }, "resources.dll",
                                         true);
+    expectFirstException<Pen>([](Pen& pen) { DeleteObject(pen); }, 0ul, PS_DASH, 1);
+    expectFirstException<DeviceContext>([](DeviceContext& context) { DeleteDC(context); });
+    expectFirstException<Icon>(nothing, static_cast<HICON>(bad()), true);
+    expectFirstException<Cursor>(nothing, static_cast<HCURSOR>(bad()), true);
     expectFirstException<TemporaryFile>([](TemporaryFile& file) { DeleteFileW(file.getPathW().c_str()); }, L"");
 }
 
