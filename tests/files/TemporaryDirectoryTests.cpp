@@ -1,5 +1,6 @@
 #include "Test.h"
 
+#include <tarn/FileSystem.h>
 #include <tarn/Process.h>
 #include <tarn/TemporaryDirectory.h>
 #include <tarn/TemporaryFile.h>
@@ -14,7 +15,7 @@
 #include "ScratchFolder.h"
 
 namespace {
-bool exists(const BasicString<wchar_t>& path) { return GetFileAttributesW(path) != INVALID_FILE_ATTRIBUTES; }
+bool exists(const BasicString<wchar_t>& path) { return FileSystem::exists(path); }
 
 /// Another value of an environment variable, for a scope.
 class Variable {
@@ -31,19 +32,6 @@ private:
 
     const wchar_t* name_;
     std::wstring old_;
-};
-
-/// Another current folder, for a scope.
-class CurrentFolder {
-public:
-    explicit CurrentFolder(const std::filesystem::path& folder) : old_(std::filesystem::current_path())
-    {
-        std::filesystem::current_path(folder);
-    }
-    ~CurrentFolder() { std::filesystem::current_path(old_); }
-
-private:
-    std::filesystem::path old_;
 };
 
 /// Makes a link in any way that the platform has; false when there is none.
@@ -139,7 +127,6 @@ TEST_CASE("TemporaryFile: where no file can be created there is none")
 TEST_CASE("TemporaryDirectory: it takes everything in it along and nothing else, and goes with the first of its copies")
 {
     const ScratchFolder outside;
-    const CurrentFolder current(outside.path());
     outside.write("keep", "this");
     const TemporaryDirectory folder(nullptr, L"tar"), other(nullptr, L"tar");
     const std::wstring path = static_cast<const wchar_t*>(folder);
@@ -147,19 +134,18 @@ TEST_CASE("TemporaryDirectory: it takes everything in it along and nothing else,
     CHECK(path != static_cast<const wchar_t*>(other));
     std::ofstream(std::filesystem::path(path) / "read only.txt") << "x";
     REQUIRE(CreateHardLinkW(outside.file(L"other name"), (path + L"\\read only.txt").c_str(), nullptr));
-    REQUIRE(SetFileAttributesW((path + L"\\read only.txt").c_str(), FILE_ATTRIBUTE_READONLY));
-    std::wstring deep = L"\\\\?\\" + path + L"\\with blanks";
-    for (int level = 0; level < 20; ++level, deep += L"\\" + std::wstring(20, L'd'))
-        REQUIRE(CreateDirectoryW(deep.c_str(), nullptr));
-    WindowsFile(deep.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
+    FileSystem::setAttributes((path + L"\\read only.txt").c_str(), FILE_ATTRIBUTE_READONLY);
+    const std::wstring deep = path + L"\\with blanks\\" + std::wstring(200, L'd') + L"\\" + std::wstring(200, L'd');
+    FileSystem::createFolder(deep.c_str());
+    WindowsFile::createNew((deep + L"\\file").c_str());
     {
         const TemporaryDirectory copy(folder);
         CHECK(std::wstring(copy) == path);
     }
     CHECK_FALSE(exists(path));
     CHECK(outside.read("keep") == "this");
-    CHECK((GetFileAttributesW(L"other name") & FILE_ATTRIBUTE_READONLY) != 0);
-    SetFileAttributesW(L"other name", FILE_ATTRIBUTE_NORMAL);
+    CHECK((GetFileAttributesW(outside.file(L"other name")) & FILE_ATTRIBUTE_READONLY) != 0);
+    SetFileAttributesW(outside.file(L"other name"), FILE_ATTRIBUTE_NORMAL);
 }
 
 TEST_CASE("TemporaryDirectory: it follows no link out of the tree")
@@ -229,7 +215,7 @@ TEST_CASE("TemporaryDirectory: what stands in its way is named")
 
     // Long enough for the names of files, and too long for those of folders.
     std::wstring path = scratch.path().wstring();
-    path += L"\\" + std::wstring(244 - path.size() - 1, L'x');
+    path += L"\\" + std::wstring(246 - path.size() - 1, L'x');
     CreateDirectoryW((L"\\\\?\\" + path).c_str(), nullptr);
     const Variable tmp(L"TMP", path.c_str());
     const std::string tooLong = failureIn(nullptr);

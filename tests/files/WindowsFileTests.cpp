@@ -187,10 +187,9 @@ TEST_CASE("WindowsFile: names over 260 characters go with and without the prefix
     const ScratchFolder folder;
     const BasicString<wchar_t> prefix = L"\\\\?\\";
     BasicString<wchar_t> path = folder.path().wstring();
-    while (path.size() <= 270) {
+    while (path.size() <= 270)
         path += L"\\" + std::wstring(40, L'n');
-        REQUIRE(CreateDirectoryW(prefix + path, nullptr));
-    }
+    FileSystem::createFolder(path);
     const auto name = path + L"\\file", missing = path + L"\\missing";
     WindowsFile file;
     openFor(file, prefix + name, GENERIC_WRITE, CREATE_NEW);
@@ -206,8 +205,5 @@ TEST_CASE("WindowsFile: names over 260 characters go with and without the prefix
     const auto share = BasicString<wchar_t>(L"server\\share\\") + std::wstring(260, L's');
     CHECK(WindowsFile::getFullPath(L"\\\\" + share) == L"\\\\?\\UNC\\" + share);
     CHECK_THROWS_AS(WindowsFile::getShortPath(missing), WindowsError);
-
-    REQUIRE(DeleteFileW(prefix + name));
-    for (; path != folder.path().wstring(); path.resize(path.rfind(L'\\')))
-        REQUIRE(RemoveDirectoryW(prefix + path));
+    FileSystem::remove(folder.path().c_str());
 }

@@ -44,11 +44,13 @@ TEMPLATE_TEST_CASE("RegistryKey: create leaves the key open and unowned", "", ch
         created = key;
     }
     CHECK(scratch.hasKey(L"New"));
+    scratch.makeKey(L"New\\below"); // Which a volatile key would not take.
     CHECK(openHandles() == before + 1);
     RegistryKey(created, true).close();
     {
         const RegistryKey owned = RegistryKey::createOwned(scratch, TEXT_OF("Owned"), KEY_READ | KEY_WOW64_64KEY);
         CHECK((owned.ownsKey() && owned.getView() == KEY_WOW64_64KEY && scratch.hasKey(L"Owned")));
+        scratch.makeKey(L"Owned\\below");
     }
     CHECK(openHandles() == before);
 }
