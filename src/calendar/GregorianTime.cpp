@@ -117,9 +117,8 @@ int GregorianCalendar::localOffset(Era era, int year, int plainDay, std::int64_t
     int ofDerived[FieldCount];
     const bool exact = isExactly(*this);
     int* const values = exact ? fields_ : ofDerived;
-    // What the fields name may be the date already.
-    constexpr int endOfTime = 290000000;
-    if (plainDay != notPlain && timeOfDay == millisInDay && year > -endOfTime && year < endOfTime)
+    // What the fields name may be the date already. Beyond the ends of time the sum has another time of day.
+    if (plainDay != notPlain && timeOfDay == millisInDay)
         setDate(values, {year, fields_[FieldMonth], fields_[FieldDayOfMonth], plainDay}, weekdayOf(day) + Sunday);
     else
         setDate(values, millis >= normalizedGregorianCutover(), day);
