@@ -8,6 +8,8 @@
 
 namespace tarn {
 constexpr std::int64_t epochJulianDay = 2440588;
+/// 1582-10-15, the first day of the Gregorian calendar, since the epoch.
+constexpr std::int64_t cutoverDay = -141427;
 
 /// Days of the year before each month, in a common and in a leap year.
 inline constexpr int daysBeforeMonth[2][12] = {{0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334},

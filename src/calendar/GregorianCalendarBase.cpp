@@ -2,11 +2,11 @@
 
 #include <tarn/GregorianCalendar.h>
 
-#include "Arithmetic.h"
+#include "DayNumbers.h"
 
 namespace tarn {
 namespace {
-constexpr std::int64_t defaultCutover = -12219292800000; // 1582-10-15
+constexpr std::int64_t defaultCutover = cutoverDay * millisPerDay;
 
 constexpr short monthLengths[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
 

@@ -101,7 +101,7 @@ std::int64_t DayFilter::firstOfMonth(int year, int month)
                daysBeforeMonth[isLeapIn(gregorian, year)][month];
     };
     const std::int64_t first = in(true);
-    return first >= cutover ? first : std::min(in(false), cutover);
+    return first >= cutoverDay ? first : in(false);
 }
 
 bool DayFilter::matches(std::int64_t day) const

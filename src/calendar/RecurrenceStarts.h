@@ -19,16 +19,14 @@ public:
 
     bool matches(std::int64_t day) const;
 
-    static Date dateOf(std::int64_t day) { return tarn::dateOf(day >= cutover, day); }
-    /// The first one that there is, also where the cutover took days off the month's beginning.
+    static Date dateOf(std::int64_t day) { return tarn::dateOf(day >= cutoverDay, day); }
+    /// The cutover took no month's first day.
     static std::int64_t firstOfMonth(int year, int month);
     static std::int64_t firstOfYear(int year) { return firstOfMonth(year, 0); }
     /// The first day of a day's week.
     std::int64_t firstOfWeek(std::int64_t day) const { return day - (weekdayOf(day) - weekStart_ + 7) % 7; }
 
 private:
-    static constexpr std::int64_t cutover = -141427;
-
     /// Numbers of days or weeks, from the beginning and from the end.
     struct Numbers {
         std::vector<bool> fromBegin, fromEnd;

@@ -107,11 +107,11 @@ template <class Ch> std::optional<std::int64_t> readWeek(Reader<Ch>& text, int y
 {
     const auto week = text.upTo(53);
     const auto weekday = text.skip('-') ? text.number(1, 1) : 1;
-    if (!week || !weekday || *weekday < 1 || *weekday > 7)
+    if (!week || !weekday)
         return std::nullopt;
     const std::int64_t fourth = julianDayBeforeYear(true, year) - epochJulianDay + 4; // Of January, in the first week.
     const std::int64_t day = fourth - isoWeekdayOf(fourth) + 7 * (*week - 1) + *weekday;
-    return weekOfDay(day).week == *week ? std::optional(day) : std::nullopt;
+    return weekOfDay(day).week == *week ? std::optional(day) : std::nullopt; // Weekdays 0, 8 and 9 are in another week.
 }
 
 /// The day since the epoch.
@@ -181,14 +181,15 @@ template <class Ch> std::optional<int> readOffset(Reader<Ch>& text)
     return negative ? -offset : offset;
 }
 
+// The date is that of calendars, Julian before the cutover.
 int offsetOfLocal(std::int64_t local, const TimeZone& zone)
 {
     int millis = 0;
     const std::int64_t day = splitDay(local, millis);
-    const YearDay date = gregorianYearDay(day);
-    const int month = monthOfDay(date.day, date.leap);
-    return zone.GetOffset(date.year < 1 ? GregorianCalendar::BC : GregorianCalendar::AD, date.year,
-                          static_cast<TimeZone::Month>(month), date.day - daysBeforeMonth[date.leap][month] + 1,
+    const Date date = dateOf(day >= cutoverDay, day);
+    const bool isBC = date.year < 1;
+    return zone.GetOffset(isBC ? GregorianCalendar::BC : GregorianCalendar::AD, isBC ? 1 - date.year : date.year,
+                          static_cast<TimeZone::Month>(date.month), date.day,
                           static_cast<TimeZone::DayOfWeek>(weekdayOf(day) + 1), millis);
 }
 

@@ -198,7 +198,7 @@ int TimeZone::GetOffset(Era era, int year, Month month, int day, DayOfWeek dayOf
         constexpr int endOfTime = 280000000;
         const int counted =
             std::clamp(era == GregorianCalendarBase::AD ? year : wrappingSubtract(1, year), -endOfTime, endOfTime);
-        const bool gregorian = counted > 1582;
+        const bool gregorian = counted > 1582 || (counted == 1582 && 100 * month + day >= 915); // 15 October.
         const std::int64_t before = julianDayBeforeYear(gregorian, counted) - epochJulianDay +
                                     daysBeforeMonth[isLeapIn(gregorian, counted)][floorRemainder(month, 12)];
         const std::int64_t local = (before + day) * millisPerDay + millis;

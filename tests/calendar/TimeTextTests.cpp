@@ -29,6 +29,18 @@ TEST_CASE("TimeText: what is written is read back to the same instant")
             CHECK(parseISOTime(formatISOTimeA(time, zone).c_str()) == time);
 }
 
+TEST_CASE("TimeText: what clocks show is read back by the rules of the day, around the cutover and the year 1, too")
+{
+    const TimeZone zone = TimeZone::named("America/New_York");
+    for (const std::int64_t year : {-141427 - 300, -719162 - 300})
+        for (std::int64_t day = year; day < year + 600; ++day) {
+            const Time noon = day * 86400000 + 17 * 3600000;
+            const std::string text = formatISOTimeA(noon, zone);
+            if (parseISOTime(text.substr(0, text.size() - 6).c_str(), zone) != noon)
+                FAIL(text);
+        }
+}
+
 TEST_CASE("TimeText: the parts after the date may be left out")
 {
     const auto& [text, expected] = GENERATE(table<const char*, std::int64_t>({
