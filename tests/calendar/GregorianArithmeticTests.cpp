@@ -159,6 +159,7 @@ TEST_CASE("GregorianCalendar: what reads as the epoch at the ends of time rolls 
 TEST_CASE("GregorianCalendar: rolling across daylight time keeps the clock, where it exists")
 {
     CHECK(rolled(on(2000, 2, 1, 12, 0, zones::north()), Calendar::FieldDayOfMonth, -1) == "2000-03-31 AD 12:00");
+    CHECK(rolled(on(2000, 6, 1, 0, 0, zones::north()), Calendar::FieldDayOfMonth, -1) == "2000-07-31 AD 00:00");
     CHECK(rolled(on(2000, 2, 26, 23, 30, zones::north()), Calendar::FieldHourOfDay, 1) == "2000-03-26 AD 00:30");
     CHECK(rolled(on(2000, 2, 25, 2, 30, zones::north()), Calendar::FieldDayOfMonth, 1) == "2000-03-26 AD 03:30");
     auto midnight = zones::north();

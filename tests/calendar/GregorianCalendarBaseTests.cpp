@@ -46,6 +46,13 @@ TEST_CASE("GregorianCalendarBase: the cutover decides the leap years before it")
         CHECK(calendar.isLeapYear(1700));
         CHECK_FALSE(calendar.isGregorian(1751));
         CHECK(calendar.isGregorian(1752));
+        for (std::int64_t day = -98257; day < -98243; ++day) { // Around the end of 1700, now a leap year.
+            GregorianCalendar before((TimeZone())), asked((TimeZone()));
+            before.setTime(day * 86400000);
+            asked.setTime(day * 86400000);
+            before.setGregorianChange(calendar.gregorianChange()); // What was computed stays.
+            CHECK(before.get(Calendar::FieldWeekOfYear) == asked.get(Calendar::FieldWeekOfYear));
+        }
     }
     SECTION("never or always Gregorian")
     {

@@ -14,6 +14,7 @@ TEST_CASE("RecurrenceRule: a text is its parts, and back")
     CHECK(rule.byMonth == std::vector{GregorianCalendar::December, GregorianCalendar::January});
     CHECK(rule.until->time == parseISOTime("1997-12-24T09:30Z"));
     CHECK(rule.until->kind == RecurrenceRule::Until::Kind::utc);
+    CHECK(parseRecurrenceRule("FREQ=DAILY;UNTIL=19971224T235960Z").until->time == parseISOTime("1997-12-24T23:59:59Z"));
     CHECK(formatRecurrenceRuleW(rule) == L"FREQ=YEARLY;UNTIL=19971224T093000Z;BYMONTH=12,1;BYDAY=-2MO,FR;WKST=SU");
 
     for (const char* text :
@@ -41,6 +42,7 @@ TEST_CASE("RecurrenceRule: what is none is refused with the reason")
     refuses("FREQ=DAILY;BYDAY=MO,,TU", "\"\" is no BYDAY");
     refuses("FREQ=MONTHLY;BYDAY=0MO", "\"0MO\" is no BYDAY");
     refuses("FREQ=MONTHLY;BYDAY=54MO", "\"54MO\" is no BYDAY");
+    refuses("FREQ=DAILY;UNTIL=19971224T235961", "\"19971224T235961\" is no UNTIL");
     for (const char* value :
          {"INTERVAL=0",      "COUNT=0",       "COUNT=99999999999", "COUNT=+-1",     "COUNT=1X",
           "BYHOUR=24",       "BYMINUTE=-1",   "BYSECOND=61",       "BYMONTHDAY=0",  "BYMONTHDAY=-32",

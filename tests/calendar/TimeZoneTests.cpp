@@ -216,7 +216,7 @@ TEST_CASE("TimeZone: a zone for all times tells what clocks showed when its stan
             {"Asia/Pyongyang", "2018-05-04T23:45", 0, "2018-05-04T14:45", "2018-05-04T15:15"},
             {"Europe/Berlin", "2026-03-29T02:30", 0, "2026-03-29T00:30", "2026-03-29T01:30"},
             {"Europe/Berlin", "2426-03-29T12:00", 1, "2426-03-29T10:00", "2426-03-29T10:00"},
-            {"America/New_York", "1700-01-01T12:00", 1, "1700-01-01T17:00", "1700-01-01T17:00"},
+            {"America/New_York", "1500-07-01T12:00", 1, "1500-07-01T16:00", "1500-07-01T16:00"},
         }));
     const TimeZone zone = TimeZone::named(name);
     const auto instants = expectInstants(zone, local, count, earlier, later);
