@@ -83,11 +83,9 @@ TEST_CASE("GregorianCalendar: roll wraps within the actual range")
     CHECK(rolled(on(1, 1, 1), Calendar::FieldYear, -1) == "292278994-02-01 AD ");
     CHECK(rolled(on(4, 1, 29), Calendar::FieldEra, 1) == "4-02-28 BC 00:00:00");
     CHECK(rolled(on(292270000, 1, 1), Calendar::FieldEra, -1) == "292269054-02-01 BC ");
-    CHECK(rolled(on(2000, 1, 29), Calendar::FieldDayOfMonth, 1) == "2000-02-01 AD 00:00");
     CHECK(rolled(on(2000, 1, 29), Calendar::FieldDayOfWeekInMonth, 1) == "2000-02-01 AD 00:00");
     CHECK(rolled(on(2000, 1, 28, 23, 59), Calendar::FieldMinute, 1) == "2000-02-28 AD 23:00");
     CHECK(rolled(on(2000, 1, 28, 23, 59), Calendar::FieldHour, 1) == "2000-02-28 AD 12:59");
-    CHECK(rolled(on(2000, 1, 28, 23, 59), Calendar::FieldHourOfDay, 1) == "2000-02-28 AD 00:59");
     CHECK(rolled(on(2000, 1, 28, 23, 59), Calendar::FieldAmPm, 1) == "2000-02-28 AD 11:59");
     CHECK(rolled(on(2000, 1, 28, 23, 59), Calendar::FieldHourOfDay, INT_MIN) == "2000-02-28 AD 15:59");
 

@@ -7,10 +7,6 @@
 #include "SafeFile.h"
 #include "Text.h"
 
-#include <tarn/WindowsFile.h>
-
-#include <iterator>
-
 using namespace planner;
 
 namespace {
@@ -28,11 +24,6 @@ Event eventNamed(const std::wstring& uid)
     event.recurrence->until = at("2026-05-01");
     event.exceptions = {at("2026-04-04T23:30")};
     return event;
-}
-
-std::size_t filesIn(const std::filesystem::path& folder)
-{
-    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder), {}));
 }
 } // namespace
 
@@ -86,25 +77,6 @@ TEST_CASE("Document: damage is noticed wherever it is")
     refuses("BEGIN:VCALENDAR", "is not a planner document");
     refuses(std::string(whole).replace(8, 1, 1, '\x02'), "has the version 2, which this program cannot read");
     refuses(std::string(whole).replace(40, 1, 1, '!'), "is damaged: the check-sum is wrong");
-}
-
-TEST_CASE("Document: saving that fails leaves the old file and no other")
-{
-    const ScratchFolder folder;
-    const std::wstring file = folder.file(L"a.planner");
-    folder.write("a.planner", "old");
-    const auto expectKept = [&] {
-        const auto error = thrownBy<WindowsError>([&] { saveDocument(Document(), file); });
-        CHECK(std::string(error.getDescription()) == "Can't replace \"" + narrow(file) + '"');
-        CHECK(folder.read("a.planner") == "old");
-        CHECK(filesIn(folder.path()) == 1);
-    };
-    SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
-    expectKept();
-    SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
-    const WindowsFile user(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    expectKept();
-    CHECK_THROWS_AS(saveDocument(Document(), folder.file(L"missing\\a.planner")), WindowsError);
 }
 
 TEST_CASE("Document: what takes place on a day goes by the planner's clock")
