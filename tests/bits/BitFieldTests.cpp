@@ -73,6 +73,8 @@ TEST_CASE("BitField: bits count from the lowest of the first byte, and stand-ins
 
     inner.set(bit); // A bit is a value for all of them, a number is not.
     CHECK(bytes == Bytes{0x00, 0x00, 0x00});
+    field.set(true);
+    CHECK(bytes == Bytes{0xFF, 0xFF, 0x00});
     STATIC_REQUIRE_FALSE((SetsAllBits<int> || SetsAllBits<unsigned> || SetsAllBits<const char*>));
 }
 

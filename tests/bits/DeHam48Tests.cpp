@@ -1,8 +1,13 @@
 #include "Test.h"
 
 #include <tarn/DeHam48.h>
+#include <tarn/Export.h>
 
 #include <array>
+
+namespace tarn::detail {
+extern TARN_API const std::array<signed char, 256> deHam48Table; // What programs of 0.1.0 read.
+}
 
 TEST_CASE("DeHam48: every byte gives its code's value, corrected by one bit, or -1")
 {
@@ -18,5 +23,6 @@ TEST_CASE("DeHam48: every byte gives its code's value, corrected by one bit, or 
     for (unsigned byte = 0; byte < 256; ++byte) {
         CAPTURE(byte);
         CHECK(DeHam48(static_cast<unsigned char>(byte)) == expected[byte]);
+        CHECK(tarn::detail::deHam48Table[byte] == expected[byte]);
     }
 }
