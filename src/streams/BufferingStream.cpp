@@ -34,7 +34,7 @@ BufferingOutputStream::BufferingOutputStream(OutputStream& target, unsigned int 
 }
 BufferingOutputStream::~BufferingOutputStream() noexcept(false)
 {
-    if (!failure_ && used_ != 0)
+    if (used_ != 0) // Not after a failure, with which all that was held back is gone.
         closeAtEnd([this] { flush(); });
 }
 

@@ -70,7 +70,7 @@ StreamBuffer::pos_type StreamBuffer::seekoff(off_type offset, std::ios_base::see
         pass();
     if (origin == std::ios_base::cur)
         offset -= egptr() - gptr(); // What was read from below, but not from here.
-    if (offset != 0 || origin != std::ios_base::cur || gptr() != egptr())
+    if (offset != 0 || origin != std::ios_base::cur)
         below->setFilePointer(offset, origin == std::ios_base::beg   ? Seekable::begin
                                       : origin == std::ios_base::cur ? Seekable::current
                                                                      : Seekable::end);
