@@ -2,7 +2,7 @@
 
 #include "Graph.h"
 
-#include <tarn/StreamValues.h>
+#include <tarn/weak_ref.h>
 
 using namespace std::string_literals;
 using graph::Counted;
@@ -66,6 +66,19 @@ TEST_CASE("Archive: standard pointers come back as they were, and end as what th
     CHECK((!shared || shared->name == "shared"));
     shared.reset();
     CHECK(Counted::alive == before);
+}
+
+TEST_CASE("Archive: pointers that are read as empty ones have nothing of what they had")
+{
+    Memory reader(std::string(4, '\0'));
+    ref_ptr<Square> shared(new Square);
+    weak_ref<Square> weak = shared;
+    auto own = std::make_unique<Square>();
+    auto standard = std::make_shared<Square>();
+    reader.archive >> weak >> own >> standard;
+    CHECK((weak.expired() && !own && !standard));
+    readOptional(reader.archive, shared);
+    CHECK_FALSE(shared);
 }
 
 TEST_CASE("Archive: an object with one owner leaves nothing behind when it cannot be read")

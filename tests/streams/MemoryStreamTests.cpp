@@ -67,6 +67,7 @@ TEST_CASE("MemoryOutputStream: writes go to the position and grow the stream exa
     CHECK(out.seek(12, Seekable::end) == 20);
     CHECK(out.getSize() == 20);
     out.setFilePointer(2, Seekable::begin);
+    CHECK(out.seek(-2, Seekable::end) == 18);
     CHECK(out.getSize() == 20);
     CHECK(contentOf(out).substr(0, 8) == "aXYZaXYZ");
     const std::string text = std::string(300000, 'x') + "end"; // So much has to be moved to grow.

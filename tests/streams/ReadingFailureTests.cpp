@@ -55,7 +55,16 @@ TEST_CASE("ReadingFailure: an error says what is wrong, at which byte, and in wh
 namespace {
 struct Picky final : Serializable {
     void serialize(OutputStream&) const override {}
-    void deserialize(InputStream&) override { throw Exception(errorText(L"The plan \x4E2D is locked")); }
+    void deserialize(InputStream& in) override
+    {
+        const std::string how = take(in, 1);
+        std::unique_ptr<Picky> own;
+        if (how == "o")
+            in >> own;
+        else if (how == "p")
+            Archive::behind(in).readObject();
+        throw Exception(errorText(L"The plan \x4E2D is locked"));
+    }
 };
 } // namespace
 
@@ -76,8 +85,10 @@ TEST_CASE("reportOf: says what could not be read, and where, in place of the err
     CHECK(report.sentence == L"The data end too early, at byte 77, in struct graph::Style in struct graph::Node");
     CHECK(report.paragraph.startsWith(L"tarn::EndOfFile: EOF in readFully("));
     CHECK(report.paragraph.endsWith(L"\n    " + report.sentence));
-    CHECK(reportFor("\0\0\0\0\1\0\0\0\5\0\0\0Picky"s).sentence == // With names that the code page lacks.
-          L"The plan \x4E2D is locked, at byte 17, in Picky");
+    const std::string picky = "\0\0\0\0\0\0\0\0\5\0\0\0Picky"s;
+    CHECK(reportFor(picky).sentence == L"The plan \x4E2D is locked, at byte 17, in Picky"); // As the code page cannot.
+    CHECK(reportFor(picky + "o\1" + picky).sentence == L"The plan \x4E2D is locked, at byte 36, in Picky in Picky");
+    CHECK(reportFor(picky + "p" + picky).sentence == L"The plan \x4E2D is locked, at byte 35, in Picky in Picky");
 }
 
 TEST_CASE("ReadingFailure: other errors have none, and a copy has what its original has")

@@ -53,7 +53,7 @@ struct Sheet final : Serializable, graph::Counted {
     static constexpr unsigned int classVersion = 2;
     template <class Self> static auto added(Self& self)
     {
-        return fields(self.note, self.star, self.next, self.star, self.own, self.filler);
+        return fields(self.note, self.star, self.next, self.same, self.own, self.filler);
     }
     void serialize(OutputStream& out) const override { out << title << added(*this); }
     void deserialize(InputStream& in) override
@@ -64,7 +64,7 @@ struct Sheet final : Serializable, graph::Counted {
             in >> added(*this);
     }
     std::string title, note = "note", filler = std::string(300, 'x');
-    ref_ptr<Star> star;
+    ref_ptr<Star> star, same;
     graph::NodePtr next; // Without a version, and known to all.
     std::unique_ptr<Star> own;
     unsigned int version = 0;
@@ -98,7 +98,7 @@ ref_ptr<second::Sheet> makeSecond()
     sheet->star = ref_ptr<second::Star>(new second::Star);
     sheet->star->rays = 7;
     sheet->star->twin = ref_ptr<second::Star>(new second::Star);
-    sheet->star->twin->twin = sheet->star;
+    sheet->star->twin->twin = sheet->same = sheet->star;
     sheet->next = graph::makeNode("node");
     sheet->own = std::make_unique<second::Star>();
     sheet->own->rays = 9;

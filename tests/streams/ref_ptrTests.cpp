@@ -61,6 +61,7 @@ TEST_CASE("ref_ptr: the longest chain is let go without the stack's end")
         first.swap(node);
     }
     first.release();
+    graph::makeNode("after");
     CHECK(graph::Counted::alive == before);
 }
 
@@ -74,4 +75,18 @@ TEMPLATE_TEST_CASE("ref_ptr: memory goes back the way it came, also when the des
     CHECK(graph::Counted::alive == before);
     CHECK(Pooled::pooled == 0);
     CHECK(usedBytes() < bytes + 8000); // Less than eight bytes for each.
+}
+
+TEST_CASE("ref_ptr: the counts of many objects that were read go with the last of them")
+{
+    NodePtr chain;
+    for (int i = 0; i < 200; ++i)
+        chain = graph::makeNode("x", chain);
+    const std::string data = graph::archived(chain);
+    const auto read = [&] { return graph::Memory(data).archive.load<Node>(); };
+    read();
+    const std::size_t bytes = usedBytes();
+    for (int i = 0; i < 100; ++i)
+        read();
+    CHECK(usedBytes() < bytes + 10000);
 }

@@ -62,6 +62,11 @@ TEST_CASE("weak_ref: ends with the last pointer, and does not keep the object")
         second.release();
     }
     CHECK((second.expired() && third.expired()));
+    third = part;
+    second = third;
+    third.release();
+    part.release();
+    CHECK(second.expired());
 }
 
 TEST_CASE("weak_ref: objects that know each other end by themselves, also when they were read")
