@@ -267,9 +267,10 @@ template <class T> InputStream& operator>>(InputStream& in, std::shared_ptr<T>& 
     bool present = false;
     in >> present;
     const std::shared_ptr<Serializable> object = present ? Archive::behind(in).readStandardShared() : nullptr;
-    ptr = std::dynamic_pointer_cast<T>(object);
-    if (object && !ptr)
+    auto typed = std::dynamic_pointer_cast<T>(object);
+    if (object && !typed)
         Archive::refuse(*object, typeid(T));
+    ptr = std::move(typed);
     return in;
 }
 ///@}

@@ -89,10 +89,11 @@ TEST_CASE("Archive: an object with one owner leaves nothing behind when it canno
         Memory memory;
         memory.archive << std::make_shared<Drawing>();
         Memory other(memory.written());
-        std::shared_ptr<Shape> shape;
+        std::shared_ptr<Shape> shape = std::make_shared<Square>("there before");
         expectError<Serializable::Exception>(
             [&] { other.archive >> shape; },
             "An object of struct test::Drawing was read where one of class (anonymous namespace)::Shape is expected");
+        CHECK(shape->name == "there before");
     }
     CHECK(Counted::alive == before);
     {
