@@ -21,6 +21,11 @@ struct Tracing {
     WindowsFile::getAttributes(lost);
     asm volatile(""); // So that the call is not the jump that ends this function.
 }
+[[gnu::noinline]] void failBelow(int levels)
+{
+    levels > 0 ? failBelow(levels - 1) : failInTheSystem();
+    asm volatile("");
+}
 [[gnu::noinline]] void fault()
 {
     volatile int* volatile nowhere = nullptr;
@@ -83,6 +88,7 @@ TEST_CASE("ErrorTrace: errors know their callers while the program asks for it")
             CHECK_THAT(w2a(lines.at(depthOf(failInTheSystem, *trace)), CP_UTF8), Catch::Contains(place));
         }
     });
+    caught<WindowsError>([] { failBelow(100); }, [](auto&, auto* trace) { CHECK(trace->getFrames().size() == 32); });
     caught<SEHError>(fault, [](auto& error, const ErrorTrace* trace) {
         REQUIRE(trace);
         CHECK(depthOf(fault, *trace) == 0);
@@ -101,10 +107,10 @@ TEST_CASE("ErrorTrace: errors know their callers while the program asks for it")
             }
         }).join();
         const auto report = reportOf(kept);
-        CHECK(report.paragraph.contains(L"thrown in thread "));
-        CHECK_FALSE(report.paragraph.contains(L"thrown in thread " + std::to_wstring(GetCurrentThreadId()) + L"\n"));
-        CHECK(report.paragraph.contains(L"test_foundation.exe+0x"));
         CHECK(report.paragraph.startsWith(L"tarn::WindowsError (0x80070002): "));
+        CHECK((report.paragraph.contains(L"\n    thrown in thread ") &&
+               report.paragraph.contains(L"test_foundation.exe+0x")));
+        CHECK_FALSE(report.paragraph.contains(L"thrown in thread " + std::to_wstring(GetCurrentThreadId()) + L"\n"));
     }
 }
 

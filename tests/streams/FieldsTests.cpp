@@ -1,6 +1,7 @@
+#include "Test.h"
+
 #include "Contents.h"
 #include "Graph.h"
-#include "Pieces.h"
 
 #include <tarn/Fields.h>
 
@@ -47,14 +48,4 @@ TEST_CASE("Fields: values together have the bytes that they have one by one, and
 
     MemoryInputStream cut(bytes.data(), 8); // Within the name's length.
     CHECK_THROWS_AS(cut >> Record::all(copy), EndOfFile);
-}
-
-TEST_CASE("Fields: numbers side by side, and the length of the text behind them, are one piece")
-{
-    Pieces out;
-    const int a = 1, b = 2;
-    const std::string text = "twelve chars";
-    static_cast<OutputStream&>(out) << fields(a, b, text, a, b);
-    CHECK(out.calls == 3);
-    CHECK(out.written.size() == 32);
 }

@@ -188,30 +188,22 @@ inline std::string archivedCards()
 /// Holds what an archive has read, and takes it apart when the archive is gone.
 class Held {
 public:
-    void take(const tarn::Archive& archive)
-    {
-        for (const auto& object : archive.getSharedObjects()) {
-            nodes_.push_back(tarn::ref_ptr_cast<Node>(object));
-            styles_.push_back(tarn::ref_ptr_cast<Style>(object));
-            cards_.push_back(tarn::ref_ptr_cast<Card>(object));
-            novelties_.push_back(tarn::ref_ptr_cast<Novelty>(object));
-        }
-    }
+    void take(const tarn::Archive& archive) { objects_ = archive.getSharedObjects(); }
     ~Held()
     {
-        for (const tarn::ref_ptr<Card>& card : cards_)
-            if (card) {
+        for (const auto& object : objects_) {
+            if (const NodePtr node = tarn::ref_ptr_cast<Node>(object))
+                dismantle(node);
+            if (const auto card = tarn::ref_ptr_cast<Card>(object)) {
                 card->others.clear();
                 card->dropNewerData();
             }
-        std::ranges::for_each(nodes_, dismantle);
+        }
+        std::ranges::for_each(objects_, tarn::Archive::release);
     }
 
 private:
-    std::vector<NodePtr> nodes_;
-    std::vector<tarn::ref_ptr<Style>> styles_;
-    std::vector<tarn::ref_ptr<Card>> cards_;
-    std::vector<tarn::ref_ptr<Novelty>> novelties_;
+    std::vector<tarn::ref_ptr<tarn::Serializable>> objects_;
 };
 
 /// Which of the promised exceptions ended the call, or "" for none.

@@ -96,7 +96,9 @@ TEST_CASE("ReadingFailure: other errors have none, and a copy has what its origi
     CHECK_FALSE(ReadingFailure::of(std::runtime_error("other")));
     CHECK_FALSE(ReadingFailure::of(EndOfFile("text")));
     CHECK_FALSE(ReadingFailure::of(Exception("text")));
-    const EndOfFile copy = thrownBy<EndOfFile>([] { graph::Memory().archive.readSingle(); });
-    CHECK(ReadingFailure::of(copy)->offset == 0);
-    CHECK(ReadingFailure::of(copy)->path.empty());
+    graph::Memory reader(node);
+    const auto read = [&] { reader.archive.load<graph::Node>(); };
+    const EndOfFile inside = thrownBy<EndOfFile>(read), behind = thrownBy<EndOfFile>(read);
+    CHECK(ReadingFailure::of(inside)->path == std::vector<std::string>{"struct graph::Node"});
+    CHECK((ReadingFailure::of(behind)->offset == node.size() && ReadingFailure::of(behind)->path.empty()));
 }
