@@ -148,7 +148,7 @@ private:
 
         static HRESULT CALLBACK onNotification(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, LONG_PTR self);
         static HRESULT handle(QuestionDialog& dialog, UINT msg, WPARAM wParam, LPARAM lParam);
-        static LRESULT send(const QuestionDialog& dialog, UINT msg, WPARAM wParam, LPARAM lParam);
+        static void send(const QuestionDialog& dialog, UINT msg, WPARAM wParam, LPARAM lParam);
         static void change(const QuestionDialog& dialog, BasicString<wchar_t>& text, BasicString<wchar_t> next,
                            int element);
         static std::vector<Button> answers(const QuestionDialog& dialog);

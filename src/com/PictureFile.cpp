@@ -38,15 +38,12 @@ const GUID& kindOf(const BasicString<wchar_t>& file)
     return GUID_NULL;
 }
 
-// The encoder says which format it takes, and gets the pixels in that.
+// The encoder says which format it takes, and gets the pixels in that; the size is that of the source.
 void writeFrame(IWICImagingFactory& factory, IWICBitmapEncoder& encoder, IWICBitmapSource& source)
 {
     COMInterfacePointer<IWICBitmapFrameEncode> frame;
     ensureSaved(encoder.CreateNewFrame(frame.put(), nullptr));
     ensureSaved(frame->Initialize(nullptr));
-    UINT width = 0, height = 0;
-    ensureSaved(source.GetSize(&width, &height));
-    ensureSaved(frame->SetSize(width, height));
     WICPixelFormatGUID format;
     ensureSaved(source.GetPixelFormat(&format));
     ensureSaved(frame->SetPixelFormat(&format));

@@ -100,7 +100,6 @@ void Menu::getItemInfo(ItemInfo& info, unsigned item, bool byPosition) const
         wanted.dwTypeData = text.data();
         wanted.cch = raw.cch + 1; // The call writes a terminator.
         ensure(GetMenuItemInfoW(getHandle(), item, byPosition, &wanted), failed);
-        text.resize(wanted.cch);
     }
     info = ItemInfo{raw.fType,       raw.fState,        raw.wID,        raw.hSubMenu,
                     raw.hbmpChecked, raw.hbmpUnchecked, raw.dwItemData, std::move(text)};

@@ -120,9 +120,10 @@ int QuestionDialog::getRadioButton() const
     return isPreset ? radioButton_ : radioButtons_.front().id;
 }
 
-LRESULT QuestionDialog::QuestionInternals::send(const QuestionDialog& dialog, UINT msg, WPARAM wParam, LPARAM lParam)
+void QuestionDialog::QuestionInternals::send(const QuestionDialog& dialog, UINT msg, WPARAM wParam, LPARAM lParam)
 {
-    return dialog.hwnd_ ? runningHandlers([&] { return SendMessageW(dialog.hwnd_, msg, wParam, lParam); }) : 0;
+    if (dialog.hwnd_)
+        runningHandlers([&] { SendMessageW(dialog.hwnd_, msg, wParam, lParam); });
 }
 void QuestionDialog::QuestionInternals::change(const QuestionDialog& dialog, BasicString<wchar_t>& text,
                                                BasicString<wchar_t> next, int element)

@@ -199,6 +199,8 @@ TEST_CASE("DropHandler: takes files onto its file and refuses the rest")
     CHECK((target->DragLeave() == S_OK && target->DragOver(0, {}, &effect) == S_OK && effect == DROPEFFECT_NONE));
     effect = DROPEFFECT_COPY;
     CHECK((target->Drop(twoFiles(), 0, {}, &effect) == S_OK && drops->dropped.size() == 2));
+    CHECK((target->DragOver(0, {}, &effect) == S_OK && effect == DROPEFFECT_NONE));
+    effect = DROPEFFECT_COPY;
     CHECK((target->Drop(nullptr, 0, {}, &effect) == S_OK && effect == DROPEFFECT_NONE));
     CHECK(drops->dropped.size() == 2); // The handler was not called.
 

@@ -41,20 +41,21 @@ TEST_CASE("DialogValues: what is shown is taken back, each kind of value")
     long long count = std::numeric_limits<long long>::min();
     double price = 2.5;
     bool isOn = true;
-    int chosen = 2, checked = 1;
+    int chosen = 2, checked = 2;
     values.addRequiredText(text, name);
     values.addNumber(number, count, count, 1);
     values.addNumber(amount, price, -1, 1e9);
     values.addCheck(box, isOn);
     values.addChoice(combo, chosen);
     values.addRadio(radio, radio + 2, checked);
+    form.setCheck(radio, true);
     values.show(form);
     CHECK((form.getTextW(number) == L"-9223372036854775808" && form.getTextW(amount) == L"2.5"));
     name.clear();
     count = 0, price = 0, isOn = false, chosen = checked = -1;
     CHECK(!values.check(form));
     CHECK((name == L"Ad\x3B1" && count == std::numeric_limits<long long>::min() && price == 2.5));
-    CHECK((isOn && chosen == 2 && checked == 1));
+    CHECK((isOn && chosen == 2 && checked == 2));
 }
 
 TEST_CASE("DialogValues: a wrong value is refused with a sentence, and all variables stay")

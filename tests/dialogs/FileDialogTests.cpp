@@ -75,15 +75,16 @@ TEST_CASE("FileDialog: several files are the folder and their names")
     const ScratchFolder folder;
     folder.write("a.txt", "");
     folder.write("b.c", "");
+    folder.write("d", "");
     FileDialog dialog(static_cast<HWND>(nullptr), false, OFN_EXPLORER | OFN_ALLOWMULTISELECT | OFN_NOCHANGEDIR);
     dialog.setPath(folder.file("a.txt").c_str());
     const Driver driver([] {
         for (const int field : {edt1, cmb13}) // By the dialog's version.
-            SetDlgItemTextW(visibleDialog(), field, L"\"a.txt\" \"b.c\"");
+            SetDlgItemTextW(visibleDialog(), field, L"\"a.txt\" \"b.c\" \"d\"");
         return pressing(IDOK)();
     });
     REQUIRE(dialog.showModal());
-    const std::wstring expected = folder.path().wstring() + std::wstring(L"\0a.txt\0b.c", 10);
+    const std::wstring expected = folder.path().wstring() + std::wstring(L"\0a.txt\0b.c\0d", 12);
     CHECK(dialog.getPathW() == expected);
     CHECK(dialog.getPathA() == std::string(expected.begin(), expected.end()));
     CHECK(dialog.getFilenameA() == "a.txt");

@@ -276,6 +276,27 @@ TEST_CASE("PropertySheet: a sheet that cannot be shown or take a page or an icon
     expectWindowsError([] { PropertySheet(nullptr, 99, 99, module); }, "Can't load icon"); // A caption may be missing.
 }
 
+TEST_CASE("PropertyPage: what it does not answer lets the user go on")
+{
+    PropertyPage first(11, module), second(12, module);
+    PropertySheet sheet(nullptr);
+    sheet.addPage(&first);
+    sheet.addPage(&second);
+    const auto& [isWizard, last, result] =
+        GENERATE(table<bool, int, int>({{true, PSBTN_FINISH, 1}, {false, PSBTN_OK, 1}, {false, PSBTN_CANCEL, 0}}));
+    sheet.setWizardMode(isWizard);
+    const Driver driver([&, isWizard = isWizard, last = last] {
+        if (isWizard) {
+            for (const int button : {PSBTN_NEXT, PSBTN_BACK, PSBTN_NEXT})
+                sheet.pressButton(button);
+        }
+        CHECK(second.isOpen() == isWizard);
+        sheet.pressButton(last);
+        return true;
+    });
+    CHECK(sheet.showModal() == result);
+}
+
 TEST_CASE("PropertyPage: a watermark takes the subtitle's place until it goes")
 {
     std::string log;

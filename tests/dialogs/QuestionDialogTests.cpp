@@ -23,6 +23,7 @@ struct Asked : QuestionDialog {
     }
     void onRadioButton(int id) override { events.push_back("radio " + std::to_string(id)); }
     void onCheck(bool isChecked) override { events.push_back(isChecked ? "checked" : "unchecked"); }
+    void onHelp() override { events.push_back("help"); }
     void onTimer(unsigned) override
     {
         if (tick)
@@ -105,6 +106,7 @@ TEST_CASE("QuestionDialog: a button that is refused leaves it open, and radio bu
             if (const HWND radio = GetDlgItem(hwnd, secondKind)) // Wine's hears of its own buttons only.
                 SendMessageW(hwnd, WM_COMMAND, secondKind, reinterpret_cast<LPARAM>(radio));
             SendMessageW(hwnd, TDM_CLICK_VERIFICATION, FALSE, FALSE);
+            SendMessageW(hwnd, WM_HELP, 0, 0);
             shown.setProgress(60);
             shown.setContent(L"changed");
             if (const HWND bar = FindWindowExW(hwnd, nullptr, PROGRESS_CLASSW, nullptr))
@@ -117,7 +119,7 @@ TEST_CASE("QuestionDialog: a button that is refused leaves it open, and radio bu
     };
     CHECK(dialog.showModal() == discard);
     CHECK((dialog.getRadioButton() == secondKind && !dialog.isChecked()));
-    CHECK(dialog.events == std::vector<std::string>{"radio 201", "unchecked", "button 100", "button 101"});
+    CHECK(dialog.events == std::vector<std::string>{"radio 201", "unchecked", "help", "button 100", "button 101"});
 }
 
 TEST_CASE("QuestionDialog: what a handler throws ends it and comes out, from another window, too")

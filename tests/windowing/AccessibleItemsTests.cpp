@@ -2,7 +2,6 @@
 
 #include <tarn/AccessibleItems.h>
 #include <tarn/BStr.h>
-#include <tarn/Button.h>
 #include <tarn/COMApartment.h>
 #include <tarn/COMInterfacePointer.h>
 
@@ -106,15 +105,4 @@ TEST_CASE("AccessibleItems: what has ended answers no more, and what a handler t
     SECTION("with the object") { dice.reset(); }
     LONG count = 9;
     CHECK((object->get_accChildCount(&count) == CO_E_OBJNOTCONNECTED && count == 0));
-}
-
-TEST_CASE("Controls: the system tells screen readers of them")
-{
-    const COMApartment com;
-    const OpenWindow host;
-    const Button button(makeButton(host, 7));
-    const Accessible object = accessibleOf(button);
-    CHECK(nameOf(object, CHILDID_SELF) == L"push");
-    CHECK(numberFrom(object, &IAccessible::get_accRole, CHILDID_SELF) ==
-          (isWine() ? ROLE_SYSTEM_CLIENT : ROLE_SYSTEM_PUSHBUTTON));
 }
