@@ -136,8 +136,7 @@ HRESULT COMPropertyPage::TranslateAccelerator(MSG* msg)
 // The buttons are the frame's, and ending the page alone would only hide it.
 void COMPropertyPage::onCommand(Window* sender, unsigned short code, unsigned short id)
 {
-    if (code != 0 || (id != IDOK && id != IDCANCEL))
-        Window::onCommand(sender, code, id);
+    Window::onCommand(sender, code, id);
 }
 
 LRESULT COMPropertyPage::onMessage(UINT msg, WPARAM wParam, LPARAM lParam)

@@ -129,7 +129,8 @@ TEST_CASE("COMModule: registration writes its keys and unregistration removes ju
     {
         const COMModule local(GetModuleHandleW(nullptr), {persistentClass(COMModule::both)});
         local.registerServer(COMModule::user);
-        CHECK(userText(userClassPath + L"\\LocalServer32").startsWith(L"\""));
+        CHECK(userText(userClassPath + L"\\LocalServer32") ==
+              L"\"" + WindowsModule(static_cast<HINSTANCE>(nullptr)).getFilenameW() + L"\"");
         CHECK(userKey(userClassPath + L"\\LocalServer32").getValueCount() == 1);
         module.unregisterServer(COMModule::user);
         CHECK_FALSE(userHas(userClassPath + L"\\InprocServer32"));

@@ -79,7 +79,9 @@ TEST_CASE("EventConnection: a handler gets the events of an object until it is d
         CHECK((send(sink, answer) == S_OK && answer == "heard"));
         auto* const other = new Sender;
         const COMInterfacePointer<IConnectionPointContainer> otherSource(other);
-        EventConnection moved(otherSource, DIID_Events, {});
+        EventConnection moved(otherSource, DIID_Events, [](DISPID, const auto&) { return Variant("not wanted"); });
+        DISPPARAMS none{};
+        CHECK(other->sinks.at(7)->Invoke(1, IID_NULL, 0, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr) == S_OK);
         moved = std::move(connection);
         CHECK(other->sinks.empty());
         CHECK(send(sink, answer) == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));

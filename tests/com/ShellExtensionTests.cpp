@@ -189,6 +189,8 @@ TEST_CASE("DropHandler: takes files onto its file and refuses the rest")
     REQUIRE(file->GetCurFile(&name) == S_OK);
     CHECK(Text(name) == L"C:\\target.zip");
     CoTaskMemFree(name);
+    CLSID clsid;
+    CHECK((target.require<IPersist>()->GetClassID(&clsid) == S_OK && clsid == IID_IDropTarget));
 
     DWORD effect = DROPEFFECT_COPY | DROPEFFECT_MOVE;
     CHECK((target->DragEnter(twoFiles(), 0, {}, &effect) == S_OK && effect == DROPEFFECT_COPY));

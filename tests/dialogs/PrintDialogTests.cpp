@@ -67,6 +67,8 @@ TEST_CASE("PrintDialog: gives the printer and the pages that the user wants")
     PrintDialog dialog;
     dialog.takeDefault();
     CHECK((dialog.getPrinter() && dialog.getPrinter().getDPI().getDots() == 300));
+    dialog.setPages(0, 0x12345);
+    CHECK(dialog.getPages() == std::pair(0u, 0xFFFEu));
     dialog.setPages(1, 9);
     {
         const Driver driver(pressing(IDCANCEL));

@@ -58,7 +58,11 @@ struct Sheet {
 TEST_CASE("PropertySheet: the start page, the title and the pages are the sheet's; OK ends it")
 {
     Sheet t;
-    GENERATE(false, true) ? t.sheet.setStartPageByIndex(1) : t.sheet.setStartPageByResource(12);
+    const bool isIndex = GENERATE(false, true);
+    t.sheet.setStartPageByIndex(0);
+    t.sheet.setStartPageByResource(isIndex ? 11 : 12); // The last one counts.
+    if (isIndex)
+        t.sheet.setStartPageByIndex(1);
     t.sheet.setTitle("Named");
     t.showAnd([&] {
         CHECK(t.sheet.getTextW() == L"Named");

@@ -94,6 +94,9 @@ TEST_CASE("QuestionDialog: a button that is refused leaves it open, and radio bu
     dialog.setCheckBox("Do not ask again", true);
     dialog.setContent("before");
     dialog.setProgress(40);
+    dialog.setOptions(TDF_NO_DEFAULT_RADIO_BUTTON);
+    CHECK(dialog.getRadioButton() == 0);
+    dialog.setOptions(0, TDF_NO_DEFAULT_RADIO_BUTTON);
     CHECK((dialog.getRadioButton() == firstKind && dialog.isChecked()));
     dialog.stubborn = save;
     dialog.step = [](Asked&) {};

@@ -35,6 +35,7 @@ TEST_CASE("ShellFileDialog: several files are their full paths, and none after a
     OpenFileDialog dialog;
     dialog.setTitle("Choose");
     dialog.setFilters({{L"Text", L"*.txt"}, {"All files", "*.*"}}, 1);
+    dialog.setMultiple(false);
     dialog.setMultiple(true);
     dialog.addPlace(folder.path().c_str());
     dialog.setStartFolder(folder.path().c_str());
