@@ -121,9 +121,10 @@ TEST_CASE("Bitmap: made or loaded, it tells its size")
     expectWindowsError([] { Bitmap(8, GetModuleHandleW(nullptr)); }, ERROR_RESOURCE_NAME_NOT_FOUND,
                        "Can't load bitmap 8");
     std::uint32_t* pixels = nullptr;
-    const Bitmap own = Bitmap::withPixels(1, 2, pixels);
-    pixels[0] = 0xFF;
-    CHECK(own.getPixels() == std::vector<std::uint32_t>{0xFF, 0}); // From the top.
+    const Bitmap own = Bitmap::withPixels(3, 2, pixels);
+    const std::vector<std::uint32_t> colours{0xFF, 2, 3, 4, 5, 6}; // From the top.
+    std::ranges::copy(colours, pixels);
+    CHECK(own.getPixels() == colours);
     DeviceContext context;
     context.select(own);
     CHECK(context.getPixel(0, 0) == blue);

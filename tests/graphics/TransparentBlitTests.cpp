@@ -4,6 +4,7 @@
 
 #include <tarn/AutoClip.h>
 #include <tarn/DPI.h>
+#include <tarn/Icon.h>
 #include <tarn/Rect.h>
 
 #include <initializer_list>
@@ -118,6 +119,7 @@ TEST_CASE("Graphics: drawing leaks no objects, also when it fails half way for w
         {1, [] { CHECK_THROWS_AS(AutoClip(nullptr, Rect()), WindowsError); }},
         {1, [] { DPI::ofSystem(); }},
         {1, [&] { bitmap.getPixels(); }},
+        {2, [] { Icon(LoadIconW(nullptr, IDI_APPLICATION), false).getSize(); }},
         {1, [&] { bitmap.getSize(); }},
         {1, [&] { DeviceContext(nullptr, false); }},
         {1, [&] { DeviceContext copy(canvas.context); }}};
