@@ -35,7 +35,6 @@ TEST_CASE("ShellFileDialog: several files are their full paths, and none after a
     OpenFileDialog dialog;
     dialog.setTitle("Choose");
     dialog.setFilters({{L"Text", L"*.txt"}, {"All files", "*.*"}}, 1);
-    dialog.setMultiple(false);
     dialog.setMultiple(true);
     dialog.addPlace(folder.path().c_str());
     dialog.setStartFolder(folder.path().c_str());
