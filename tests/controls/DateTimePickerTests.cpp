@@ -53,6 +53,8 @@ TEST_CASE("MonthCalendar: days and ranges of days come back as they were set")
     single.setDate(leapDay);
     single.setToday(leapDay);
     single.setFirstDayOfWeek(std::chrono::Wednesday);
+    SYSTEMTIME today{};
+    CHECK((single.sendMessageA(MCM_GETTODAY, 0, LPARAM(&today)) && today.wMonth == 2 && today.wDay == 29));
     CHECK((single.getDate() == leapDay && LOWORD(single.sendMessageA(MCM_GETFIRSTDAYOFWEEK)) == 2));
     single.setRange(march.first, march.second);
     CHECK(rangeOf(single, MCM_GETRANGE) == march);

@@ -18,6 +18,10 @@ TEMPLATE_TEST_CASE("TabControl: tabs of both widths come back as they were set",
             return tabs.getTabTextW(index);
     };
     CHECK((textOf(0) == Text("first") && tabs.getTabData(0) == &host && !tabs.getTabData(1)));
+    TCITEMW tab{};
+    tab.mask = TCIF_IMAGE;
+    CHECK((tabs.addTab(Text("third"), nullptr, 3) == 2 && tabs.sendMessageA(TCM_GETITEMW, 2, LPARAM(&tab))));
+    CHECK(tab.iImage == 3);
     const Text longText(600, TestType('x'));
     tabs.setTabText(1, longText);
     CHECK(textOf(1) == longText);

@@ -14,6 +14,7 @@ TEST_CASE("UpDown: the number is that of its buddy, within the range")
     CHECK((arrows.getBuddy() == field.getWindowHandle() && field.getWindowSize().cx < 50)); // It made room.
     arrows.setRange(-5, 100'000);
     CHECK(arrows.getRange() == std::pair(-5, 100'000));
+    CHECK(UpDown().getRange() == std::pair(0, 0));
     arrows.setPosition(70'000);
     CHECK((arrows.getPosition() == 70'000 && field.getTextW() == L"70000"));
     field.setText(L"-2");
