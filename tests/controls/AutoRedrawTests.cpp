@@ -36,5 +36,6 @@ TEST_CASE("AutoRedraw: a window is redrawn once, after the last of its guards")
     CHECK((window.heard.empty() && !IsWindowVisible(window)));
     window.show(SW_SHOW);
     const AutoRedraw dying(window);
+    CHECK(window.heard == "off ");
     window.destroy();
 }

@@ -63,8 +63,8 @@ TEMPLATE_TEST_CASE("Boxes: texts of both widths are added, found, selected and d
     box.deleteString(4);
     box.deleteString(1);
 
-    box.setItemData(1, &host);
-    CHECK((box.deleteString(0) == 2 && box.getItemData(0) == &host));
+    box.setItemData(1, address);
+    CHECK((box.deleteString(0) == 2 && box.getItemData(0) == address));
     expectWindowsError([&] { box.deleteString(2); }, kind<TestType>.cannotDelete);
     expectWindowsError([&] { box.setItemData(2, nullptr); }, kind<TestType>.cannotSetData);
     box.resetContent();
@@ -97,7 +97,7 @@ TEMPLATE_TEST_CASE("Boxes: an owner-drawn box without strings takes values", "",
 {
     const Hosted<TestType> fixed(kind<TestType>.className, kind<TestType>.drawn);
     const TestType& box = fixed.control;
-    CHECK((box.addItem(&box) == 0 && box.getItemData(0) == &box));
+    CHECK((box.addItem(address) == 0 && box.getItemData(0) == address));
     CHECK((box.isOwnerDraw() && box.isOwnerDrawFixed() && !box.isOwnerDrawVariable() && !box.hasStrings()));
 
     const Hosted<TestType> variable(kind<TestType>.className, kind<TestType>.variable);

@@ -5,8 +5,10 @@
 #include <commctrl.h>
 
 namespace support {
-constexpr unsigned short stringResource = 40; // "alpha\r\nbeta\n\r\n gamma"
-constexpr unsigned short stripResource = 7;   // Four pictures of 2 by 2 pixels.
+constexpr unsigned short stringResource = 40;             // "alpha\r\nbeta\n\r\n gamma"
+constexpr unsigned short stripResource = 7;               // Four pictures of 2 by 2 pixels.
+constexpr ULONG_PTR number = ~ULONG_PTR{0} / 0xFF * 0x5A; // In 64-bit programs one of more than 32 bits.
+inline void* const address = reinterpret_cast<void*>(number);
 
 /// A hidden window with controls of the system in it.
 class Host : public tarn::Window {

@@ -36,6 +36,8 @@ TEST_CASE("DateTimePicker: date and time come back as they were set, and none wh
     CHECK(rangeOf(picker, DTM_GETRANGE) == march);
     picker.clear();
     CHECK((!picker.getTime() && !picker.getDate()));
+    picker.setDate(march.first);
+    CHECK(picker.getDate() == march.first);
     picker.setFormat(static_cast<const char*>(nullptr));
     const auto fails = [](auto call, const char* what) { expectWindowsError(call, what); };
     fails([&] { picker.setDate(noDay); }, "Can't set time of date picker");
@@ -52,10 +54,10 @@ TEST_CASE("MonthCalendar: days and ranges of days come back as they were set")
     CHECK((single.getSizeOfMonth().cx > 50 && single.getSizeOfMonth().cy > 50));
     single.setDate(leapDay);
     single.setToday(leapDay);
-    single.setFirstDayOfWeek(std::chrono::Wednesday);
+    single.setFirstDayOfWeek(std::chrono::Sunday);
     SYSTEMTIME today{};
     CHECK((single.sendMessageA(MCM_GETTODAY, 0, LPARAM(&today)) && today.wMonth == 2 && today.wDay == 29));
-    CHECK((single.getDate() == leapDay && LOWORD(single.sendMessageA(MCM_GETFIRSTDAYOFWEEK)) == 2));
+    CHECK((single.getDate() == leapDay && LOWORD(single.sendMessageA(MCM_GETFIRSTDAYOFWEEK)) == 6));
     single.setRange(march.first, march.second);
     CHECK(rangeOf(single, MCM_GETRANGE) == march);
     several.create(host, 6, Rect(0, 0, 200, 200), MCS_MULTISELECT);

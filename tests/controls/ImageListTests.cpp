@@ -91,20 +91,3 @@ TEST_CASE("Views: 100,000 items come and go without leaving anything")
     CHECK(usedBytes() < bytes + 100000);
     CHECK(drawingObjects() == objects);
 }
-
-TEST_CASE("ListView: a view is destroyed with its object, or before it with its parent")
-{
-    Host host;
-    HWND hwnd = nullptr;
-    {
-        ListView view;
-        view.create(host, Rect(0, 0, 10, 10), LVS_ICON, nullptr);
-        hwnd = view;
-        CHECK(view.getClassNameW() == WC_LISTVIEWW);
-    }
-    CHECK_FALSE(IsWindow(hwnd));
-    ListView orphan;
-    orphan.create(host, Rect(0, 0, 10, 10), LVS_ICON, nullptr);
-    host.destroy();
-    CHECK_FALSE(IsWindow(orphan));
-}

@@ -40,14 +40,14 @@ TEMPLATE_TEST_CASE("ListView: items and columns of both widths come back as they
     CHECK((view.getColumnWidth(1) == 70 && view.getColumnWidth(9) == 0));
 
     CHECK((view.insertItem(text<Ch>("c"), 3) == 0 && view.insertItem(text<Ch>("d"), &host, 4) == 1));
-    CHECK((view.insertItem(0, 0, text<Ch>("a"), 5) == 0 && view.insertItem(1, 0, text<Ch>("b"), &view, 6) == 1));
+    CHECK((view.insertItem(0, 0, text<Ch>("a"), 5) == 0 && view.insertItem(1, 0, text<Ch>("b"), address, 6) == 1));
     CHECK(view.insertItem(text<Ch>("e")) == 4);
     for (unsigned i = 0; i < 5; ++i)
         CHECK(itemText<Ch>(view, i, 0) == BasicString<Ch>(1, static_cast<Ch>('a' + i)));
     const int images[] = {5, 6, 3, 4, I_IMAGENONE};
     for (int i = 0; i < 5; ++i)
         CHECK(imageOf(view, i) == images[i]);
-    CHECK((view.getItemData(1) == &view && view.getItemData(3) == &host && !view.getItemData(0)));
+    CHECK((view.getItemData(1) == address && view.getItemData(3) == &host && !view.getItemData(0)));
 
     view.setItemText(2, text<Ch>("C"));
     CHECK(itemText<Ch>(view, 2, 0) == text<Ch>("C"));

@@ -10,14 +10,14 @@ TEMPLATE_TEST_CASE("TabControl: tabs of both widths come back as they were set",
     expectWindowsError([&] { tabs.addTab(Text("x")); }, "Can't insert tab");
     tabs.create(host, 5, Rect(10, 20, 160, 90), WS_VISIBLE);
     CHECK((tabs.getID() == 5 && tabs.getCurrentSelection() == -1));
-    CHECK((tabs.addTab(Text("last")) == 0 && tabs.insertTab(0, Text("first"), &host) == 0 && tabs.getCount() == 2));
+    CHECK((tabs.addTab(Text("last")) == 0 && tabs.insertTab(0, Text("first"), address) == 0 && tabs.getCount() == 2));
     const auto textOf = [&](unsigned index) -> Text {
         if constexpr (std::is_same_v<TestType, char>)
             return tabs.getTabTextA(index);
         else
             return tabs.getTabTextW(index);
     };
-    CHECK((textOf(0) == Text("first") && tabs.getTabData(0) == &host && !tabs.getTabData(1)));
+    CHECK((textOf(0) == Text("first") && tabs.getTabData(0) == address && !tabs.getTabData(1)));
     TCITEMW tab{};
     tab.mask = TCIF_IMAGE;
     CHECK((tabs.addTab(Text("third"), nullptr, 3) == 2 && tabs.sendMessageA(TCM_GETITEMW, 2, LPARAM(&tab))));

@@ -27,9 +27,9 @@ TEMPLATE_TEST_CASE("TreeView: items of both widths are inserted at their places"
     const HTREEITEM root = tree.insertItem(BasicString<Ch>("root"), 1, 2);
     const HTREEITEM last = tree.insertItem(BasicString<Ch>("last"), root);
     const HTREEITEM first = tree.insertItem(BasicString<Ch>("first"), &host, root, TVI_FIRST);
-    const HTREEITEM middle = tree.insertItem(BasicString<Ch>("middle"), 3, 4, &tree, root, first);
+    const HTREEITEM middle = tree.insertItem(BasicString<Ch>("middle"), 3, 4, address, root, first);
     CHECK((next(tree, first) == middle && next(tree, middle) == last && !next(tree, last)));
-    CHECK((tree.getItemData(first) == &host && tree.getItemData(middle) == &tree && !tree.getItemData(last)));
+    CHECK((tree.getItemData(first) == &host && tree.getItemData(middle) == address && !tree.getItemData(last)));
     const BasicString<Ch> longText(2000, Ch('x'));
     CHECK(itemText<Ch>(tree, middle) == BasicString<Ch>("middle"));
     CHECK(itemText<Ch>(tree, tree.insertItem(longText)) == longText);

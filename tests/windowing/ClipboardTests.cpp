@@ -1,3 +1,4 @@
+#include "Diverted.h"
 #include "Windows.h"
 
 #include <tarn/Clipboard.h>
@@ -30,6 +31,22 @@ TEST_CASE("Clipboard: texts, files and bytes come back as they were put there")
     clipboard.clear();
     clipboard.setText("narrow");
     CHECK((clipboard.getText() == L"narrow" && !Clipboard::has(own)));
+}
+
+namespace {
+HANDLE refused;
+HANDLE WINAPI refuse(UINT, HANDLE block) { return refused = block, nullptr; }
+} // namespace
+
+TEST_CASE("Clipboard: what it does not take is freed")
+{
+    const OpenWindow window;
+    Clipboard clipboard(window);
+    const Diverted calls(L"user32.dll", "SetClipboardData", &refuse);
+    expectWindowsError([&] { clipboard.setText(L"text"); }, "Can't put data on clipboard");
+    CHECK(GlobalFlags(refused) == GMEM_INVALID_HANDLE);
+    expectWindowsError([&] { clipboard.setPicture(Bitmap(2, 2, 1, 1, nullptr)); }, "Can't put data on clipboard");
+    CHECK(GetObjectType(refused) == 0);
 }
 
 TEST_CASE("Clipboard: a picture comes back as a copy")

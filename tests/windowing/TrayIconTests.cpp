@@ -20,15 +20,6 @@ struct Noting : TrayIcon {
     std::vector<std::string> events;
 };
 
-/// Whether the task bar knows an icon of this window.
-bool isKnown(HWND window, DWORD message = NIM_MODIFY)
-{
-    NOTIFYICONDATAW data{};
-    data.cbSize = sizeof data;
-    data.hWnd = window;
-    return Shell_NotifyIconW(message, &data) != FALSE;
-}
-
 std::vector<DWORD> told;
 NOTIFYICONDATAW last;
 BOOL isTaken;
@@ -44,31 +35,16 @@ std::vector<DWORD> takeTold() { return std::exchange(told, {}); }
 using Told = std::vector<DWORD>;
 } // namespace
 
-TEST_CASE("TrayIcon: it is in the task bar for as long as the object lives, also when the bar is made anew")
+TEST_CASE("TrayIcon: the task bar is told of its picture, tip and notices, also one that is made anew, and of its end")
 {
     REQUIRE(FindWindowW(L"Shell_TrayWnd", nullptr));
-    HWND window = nullptr;
-    {
-        TrayIcon icon;
-        icon.create(picture, nullptr, "Mail");
-        window = icon;
-        CHECK((icon.isShown() && isKnown(window) && !IsWindowVisible(window)));
-        CHECK(isKnown(window, NIM_DELETE));
-        expectWindowsError([&] { icon.setTip(L"gone"); }, "Can't change tray icon");
-        icon.sendMessageA(RegisterWindowMessageW(L"TaskbarCreated"));
-        CHECK((icon.isShown() && isKnown(window)));
-    }
-    CHECK((!IsWindow(window) && !isKnown(window)));
-}
-
-TEST_CASE("TrayIcon: the task bar is told of its picture, tip and notices")
-{
     const Diverted calls(L"shell32.dll", "Shell_NotifyIconW", &listen);
     isTaken = TRUE;
     TrayIcon icon;
     icon.create(picture, nullptr, "Mail");
     CHECK(takeTold() == Told{NIM_ADD, NIM_SETVERSION});
     constexpr UINT flags = NIF_MESSAGE | NIF_ICON | NIF_TIP | NIF_SHOWTIP;
+    CHECK((icon.isShown() && !IsWindowVisible(icon)));
     CHECK((last.hWnd == icon && last.uCallbackMessage == TrayIcon::message && last.hIcon && last.uFlags == flags));
     CHECK((last.szTip == std::wstring(L"Mail") && last.uVersion == NOTIFYICON_VERSION_4));
     icon.setTip(std::wstring(200, L'x').c_str());
@@ -95,7 +71,11 @@ TEST_CASE("TrayIcon: the task bar is told of its picture, tip and notices")
     CHECK((takeTold() == Told{NIM_MODIFY} && last.hIcon != other));
     icon.create(picture, nullptr, "Mail");
     CHECK(takeTold() == Told{NIM_DELETE, NIM_ADD, NIM_SETVERSION});
+    icon.sendMessageA(RegisterWindowMessageW(L"TaskbarCreated"));
+    CHECK(takeTold() == Told{NIM_ADD, NIM_SETVERSION});
     isTaken = FALSE;
+    expectWindowsError([&] { icon.setTip(L"gone"); }, "Can't change tray icon");
+    told.clear();
     expectWindowsError([&] { icon.create(picture, nullptr, "Mail"); }, "Can't add tray icon");
     CHECK((takeTold() == Told{NIM_DELETE, NIM_ADD, NIM_MODIFY} && !icon.isOpen() && !icon.isShown()));
 }

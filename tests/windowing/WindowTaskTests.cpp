@@ -1,3 +1,4 @@
+#include "Diverted.h"
 #include "Windows.h"
 
 #include <tarn/MessageLoop.h>
@@ -38,6 +39,8 @@ private:
     std::promise<HWND> ready_;
     std::thread thread_{[this] { run(); }};
 };
+
+BOOL WINAPI refuse(HWND, UINT, WPARAM, LPARAM) { return SetLastError(ERROR_NOT_ENOUGH_QUOTA), FALSE; }
 
 void handleWaitingMessages()
 {
@@ -137,6 +140,9 @@ TEST_CASE("Window: what a window does not live to call is destroyed, and who wai
                        "Can't post to the window's thread");
     handleWaitingMessages();
     CHECK(isOtherCalled);
+    const Diverted calls(L"user32.dll", "PostMessageW", &refuse); // What cannot be posted is given back.
+    expectWindowsError([&] { other.post([witness] {}); }, ERROR_NOT_ENOUGH_QUOTA, "Can't post to the window's thread");
+    CHECK(witness.use_count() == 1);
 }
 
 TEST_CASE("Window: a window whose messages do not come to an object takes no functions")

@@ -10,8 +10,6 @@
 #include <tarn/Thread.h>
 #include <tarn/TrayIcon.h>
 
-#include <numeric>
-
 namespace {
 class Plain : public Window {
 public:
@@ -274,29 +272,13 @@ template <class... Members> std::vector<int> slotsOf(Members... members) { retur
 
 TEST_CASE("Window: the virtual operations lie in their order")
 {
-    using Notification = void (Window::*)(const NMTREEVIEWW&);
-    using NarrowNotification = void (Window::*)(const NMTREEVIEWA&);
-    using ListNotification = void (Window::*)(const NMLISTVIEW&);
-    using Default = void (Window::*)();
     using W = Window;
-    const std::vector<int> slots =
-        slotsOf(&W::onMessage, static_cast<Default>(&Plain::defaultWindowProc), &W::onCommand, &W::onReflectedCommand,
-                &W::onHScroll, &W::onVScroll, &W::onDestroy, &W::onNotify, &W::onDoubleClick,
-                static_cast<Notification>(&W::onNotification), static_cast<NarrowNotification>(&W::onNotification),
-                static_cast<ListNotification>(&W::onNotification), &W::onNCDestroy, &W::onDrawItem, &W::onMeasureItem,
-                &W::onDeleteItem, &W::onCompareItem, &W::onMouseMove, &W::onMouseWheel, &W::onLeftButtonDown,
-                &W::onLeftButtonUp, &W::onLeftButtonDoubleClick, &W::onMiddleButtonDown, &W::onMiddleButtonUp,
-                &W::onMiddleButtonDoubleClick, &W::onRightButtonDown, &W::onRightButtonUp, &W::onRightButtonDoubleClick,
-                &W::onKeyDown, &W::onKeyUp, &W::onTimer, &W::onPaint, &W::onQueryDragIcon, &W::onSize, &W::onSizing,
-                &W::onMoving, &W::onMove, &W::onEnterSizeMove, &W::onExitSizeMove, &W::onDroppedFiles);
-    std::vector<int> expected(40);
-    std::iota(expected.begin(), expected.end(), 0);
-    CHECK(slots == expected);
+    CHECK(slotsOf(&W::onMessage, &W::onCommand, &W::onDestroy, &W::onNotify, &W::onNCDestroy, &W::onCompareItem,
+                  &W::onMouseMove, &W::onRightButtonDoubleClick, &W::onTimer, &W::onPaint, &W::onSize, &W::onMove,
+                  &W::onDroppedFiles) == std::vector<int>{0, 2, 6, 7, 12, 16, 17, 27, 30, 31, 33, 36, 39});
     // Behind the destructor, which has two.
-    CHECK(slotsOf(&W::onClose, &W::onChar, &W::onFocusGained, &W::onFocusLost, &W::onContextMenu, &W::onSetCursor,
-                  &W::onEraseBackground, &W::onMouseHWheel, &W::onMouseLeave, &W::onActivate, &W::onShow, &W::onEnable,
-                  &W::onSettingsChanged, &W::onDPIChanged, &W::onNotifyToAnswer, &W::onColourSchemeChanged) ==
-          std::vector<int>{42, 43, 44, 45, 46, 47, 48, 49, 50, 51, 52, 53, 54, 55, 56, 57});
+    CHECK(slotsOf(&W::onClose, &W::onContextMenu, &W::onEraseBackground, &W::onActivate, &W::onSettingsChanged,
+                  &W::onColourSchemeChanged) == std::vector<int>{42, 46, 48, 51, 54, 57});
 }
 
 TEST_CASE("Window: a timer calls its function until it stops itself, is started without, or the window ends")
