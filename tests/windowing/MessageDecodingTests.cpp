@@ -170,7 +170,7 @@ TEST_CASE("Window: the values packed into a message reach its handler")
         using Window::processMessage;
     } plain; // Whose handlers leave all to the default, but for the place on a new screen.
     Recorder window;
-    plain.create(testClass(), "", WS_CHILD, Rect(), window, reinterpret_cast<HMENU>(5), nullptr);
+    plain.create(testClass(), "", WS_CHILD, Rect(), window, reinterpret_cast<HMENU>(static_cast<UINT_PTR>(5)), nullptr);
     for (const Row& row : rows) {
         CAPTURE(getWMIdentifier(row.msg));
         CHECK(plain.processMessage(row.msg, row.wParam, row.lParam).handled == (row.msg == WM_DPICHANGED));
