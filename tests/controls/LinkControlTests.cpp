@@ -35,6 +35,10 @@ TEST_CASE("LinkControl: its parent hears which link is followed")
     links.sendMessageA(WM_KEYDOWN, VK_RETURN);
     CHECK(host.followed.id == L"m\u00F6re");
 
+    NMLINK clicked{};
+    clicked.hdr = {links, 5, NM_CLICK};
+    clicked.item.iLink = 1;
+    CHECK(LinkControl::which(clicked.hdr).value().index == 1);
     const NMHDR other{makeButton(host, 6), 6, NM_CLICK};
     CHECK_FALSE(LinkControl::which(other));
     expectWindowsError([&] { links.getLink(2); }, "Can't get link");

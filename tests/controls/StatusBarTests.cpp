@@ -24,4 +24,6 @@ TEST_CASE("StatusBar: it lies at the bottom and shows texts in its parts")
     expectWindowsError([&] { bar.setPartText(3, "x"); }, "Can't set text of status bar");
     expectWindowsError([] { StatusBar().setParts({-1}); }, "Can't set parts of status bar");
     CHECK(StatusBar().getPartTextA(0).empty());
+    const Stubborn other(SB_GETTEXTW, 1); // It answers for a part that there is not.
+    CHECK(StatusBar(other.getWindowHandle()).getPartTextW(0).empty());
 }

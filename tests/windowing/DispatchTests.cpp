@@ -229,7 +229,7 @@ TEST_CASE("Window: a modal loop ends when a handler throws in it")
     CHECK(IsWindowEnabled(window));
     Sleep(20);
     MSG msg; // The loop is not ended any more.
-    CHECK(!PeekMessageW(&msg, reinterpret_cast<HWND>(-1), WM_TIMER, WM_TIMER, PM_REMOVE));
+    CHECK(!PeekMessageW(&msg, nullptr, WM_TIMER, WM_TIMER, PM_REMOVE));
 }
 
 namespace {
@@ -369,6 +369,16 @@ TEST_CASE("Window: a handler that throws during getMessage leaves the queue as i
         PostQuitMessage(17);
         const PendingFailure failure(window);
         expectHandlersError([&] { Window::getThreadMessage(msg); });
+        CHECK(runMessageLoop() == 17);
+    }
+    SECTION("when the last one is just being taken")
+    {
+        PostQuitMessage(17);
+        failingSoon = &window;
+        const HHOOK hook = SetWindowsHookExW(WH_GETMESSAGE, onMessageFound, nullptr, GetCurrentThreadId());
+        expectHandlersError([&] { Window::getThreadMessage(msg); });
+        UnhookWindowsHookEx(hook);
+        failureOnTaking.reset();
         CHECK(runMessageLoop() == 17);
     }
 }
