@@ -32,10 +32,11 @@ private:
     std::optional<unsigned long> former_;
 };
 
-BOOL WINAPI tellHighContrast(UINT what, UINT, void* contrast, UINT)
+BOOL WINAPI tellHighContrast(UINT what, UINT, void* data, UINT change)
 {
-    static_cast<HIGHCONTRASTW*>(contrast)->dwFlags = HCF_HIGHCONTRASTON;
-    return what == SPI_GETHIGHCONTRAST;
+    auto* const contrast = static_cast<HIGHCONTRASTW*>(data);
+    contrast->dwFlags = HCF_HIGHCONTRASTON;
+    return what == SPI_GETHIGHCONTRAST && contrast->cbSize == sizeof *contrast && change == 0;
 }
 } // namespace
 
