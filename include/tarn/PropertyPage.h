@@ -95,6 +95,8 @@ protected:
     ///@}
 
 private:
+    void initialize(unsigned short resource, HINSTANCE instance);
+
     PROPSHEETPAGEW data_{};
     HPROPSHEETPAGE page_ = nullptr;
 };

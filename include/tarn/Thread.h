@@ -72,6 +72,7 @@ protected:
     [[noreturn]] void exit(unsigned long code);
 
 private:
+    static DWORD WINAPI proc(void* object);
     struct ThreadInternals; // Derived classes see private names, and should see none that a program has.
 
     DWORD id_ = 0;

@@ -92,5 +92,9 @@ public:
     HIMAGELIST setImageList(HIMAGELIST list, imagelist which) const;
     /// Null for none. Lent, not given.
     HIMAGELIST getImageList(imagelist which) const;
+
+private:
+    void getItem(TVITEMEXA& item) const;
+    void getItem(TVITEMEXW& item) const;
 };
 } // namespace tarn

@@ -44,7 +44,7 @@ template <class Ch> void getItemOf(const TreeView& tree, typename ItemApi<Ch>::T
     ensureSent(tree, FALSE, "Can't retrieve item", ItemApi<Ch>::getTreeItem, 0, toLParam(&item));
 }
 
-template <class Ch> BasicString<Ch> textOfItem(const TreeView& tree, HTREEITEM item)
+template <class Ch, class GetItem> BasicString<Ch> textOfItem(HTREEITEM item, GetItem getItem)
 {
     return readItemText<Ch>([&](Ch* buffer, int size) {
         typename ItemApi<Ch>::TreeItem attributes{};
@@ -52,7 +52,7 @@ template <class Ch> BasicString<Ch> textOfItem(const TreeView& tree, HTREEITEM i
         attributes.hItem = item;
         attributes.pszText = buffer;
         attributes.cchTextMax = size;
-        getItemOf<Ch>(tree, attributes);
+        getItem(attributes);
         return attributes.pszText;
     });
 }
@@ -149,8 +149,17 @@ void TreeView::deleteItem(HTREEITEM item) const
 }
 void TreeView::deleteAllItems() const { sendMessageA(TVM_DELETEITEM, 0, toLParam(TVI_ROOT)); }
 
-BasicString<char> TreeView::getItemTextA(HTREEITEM item) const { return textOfItem<char>(*this, item); }
-BasicString<wchar_t> TreeView::getItemTextW(HTREEITEM item) const { return textOfItem<wchar_t>(*this, item); }
+void TreeView::getItem(TVITEMEXA& item) const { getItemOf<char>(*this, item); }
+void TreeView::getItem(TVITEMEXW& item) const { getItemOf<wchar_t>(*this, item); }
+
+BasicString<char> TreeView::getItemTextA(HTREEITEM item) const
+{
+    return textOfItem<char>(item, [this](TVITEMEXA& attributes) { getItem(attributes); });
+}
+BasicString<wchar_t> TreeView::getItemTextW(HTREEITEM item) const
+{
+    return textOfItem<wchar_t>(item, [this](TVITEMEXW& attributes) { getItem(attributes); });
+}
 
 void* TreeView::getItemData(HTREEITEM item) const
 {

@@ -8,13 +8,7 @@
 namespace tarn {
 PropertyPage::PropertyPage(unsigned short resource, HINSTANCE instance) : Dialog(resource, instance)
 {
-    data_.dwSize = sizeof data_;
-    data_.dwFlags = PSP_USECALLBACK;
-    data_.hInstance = instance;
-    data_.pszTemplate = MAKEINTRESOURCEW(resource);
-    data_.pfnDlgProc = &PropertyPage::dlgProc;
-    data_.pfnCallback = &PropertyPage::propSheetPageProc;
-    data_.lParam = reinterpret_cast<LPARAM>(this);
+    initialize(resource, instance);
 }
 
 PropertyPage::PropertyPage(unsigned short resource, unsigned short title, HINSTANCE instance)
@@ -22,6 +16,17 @@ PropertyPage::PropertyPage(unsigned short resource, unsigned short title, HINSTA
 {
     data_.dwFlags |= PSP_USETITLE;
     data_.pszTitle = MAKEINTRESOURCEW(title);
+}
+
+void PropertyPage::initialize(unsigned short resource, HINSTANCE instance)
+{
+    data_.dwSize = sizeof data_;
+    data_.dwFlags = PSP_USECALLBACK;
+    data_.hInstance = instance;
+    data_.pszTemplate = MAKEINTRESOURCEW(resource);
+    data_.pfnDlgProc = &PropertyPage::dlgProc;
+    data_.pfnCallback = &PropertyPage::propSheetPageProc;
+    data_.lParam = reinterpret_cast<LPARAM>(this);
 }
 
 // The handle of a page that a sheet has is the sheet's.
@@ -160,7 +165,7 @@ INT_PTR CALLBACK PropertyPage::dlgProc(HWND hwnd, UINT msg, WPARAM wParam, LPARA
         if (msg != WM_INITDIALOG)
             return DialogInternals::route(hwnd, msg, wParam, lParam);
         auto* const page = reinterpret_cast<PropertyPage*>(reinterpret_cast<const PROPSHEETPAGEW*>(lParam)->lParam);
-        return page->initialize(hwnd, reinterpret_cast<HWND>(wParam));
+        return page->Dialog::initialize(hwnd, reinterpret_cast<HWND>(wParam));
     });
 }
 

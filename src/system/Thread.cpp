@@ -63,7 +63,6 @@ private:
 } // namespace
 
 struct Thread::ThreadInternals {
-    static DWORD WINAPI proc(void* object);
     /// Of the calling thread, which another may have followed by now.
     static void noteEnd(Thread& thread);
 };
@@ -87,7 +86,7 @@ void Thread::start(bool suspended)
     failures.forget(this);
     // It waits until the object knows of it: run() may be short. A start that fails changes nothing.
     DWORD id = 0;
-    attach(ensure(CreateThread(nullptr, 0, &ThreadInternals::proc, this, CREATE_SUSPENDED, &id), failedStart));
+    attach(ensure(CreateThread(nullptr, 0, &Thread::proc, this, CREATE_SUSPENDED, &id), failedStart));
     running_ = id_ = id;
     if (!suspended && ResumeThread(getHandle()) == failedCount) {
         const DWORD error = GetLastError();
@@ -159,7 +158,7 @@ void Thread::ThreadInternals::noteEnd(Thread& thread)
 }
 
 // Takes no lock: the thread that joins this one holds it.
-DWORD WINAPI Thread::ThreadInternals::proc(void* object)
+DWORD WINAPI Thread::proc(void* object)
 {
     auto* const thread = static_cast<Thread*>(object);
     if (typeid(*thread) == typeid(Thread))
@@ -171,7 +170,7 @@ DWORD WINAPI Thread::ThreadInternals::proc(void* object)
         if (thread->running_ == GetCurrentThreadId()) // And not another, which was started meanwhile.
             closeQuietly([&] { failures.put(thread, std::current_exception()); });
     }
-    noteEnd(*thread);
+    ThreadInternals::noteEnd(*thread);
     return code;
 }
 } // namespace tarn

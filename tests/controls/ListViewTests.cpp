@@ -90,8 +90,8 @@ TEST_CASE("ListView: items are sorted by their data, and an arrow shows the colu
     const int numbers[] = {3, 1, 2};
     for (const int& number : numbers)
         view.insertItem(BasicString<wchar_t>::fromInt(number), &number);
-    for (unsigned column = 0; column < 2; ++column)
-        view.insertColumn(column, "column", 40);
+    for (unsigned i = 0; i < 2; ++i)
+        view.insertColumn(i, "column", 40);
     const auto order = [](const void* a, const void* b) {
         return *static_cast<const int*>(a) - *static_cast<const int*>(b);
     };

@@ -71,7 +71,7 @@ TEST_CASE("Clipboard: who has it open keeps others waiting, and then an error")
     const Clipboard clipboard(window);
     std::thread([] {
         const HWND other = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
-        expectWindowsError([=] { Clipboard refused(other); }, "Can't open clipboard");
+        expectWindowsError([=] { Clipboard second(other); }, "Can't open clipboard");
         DestroyWindow(other);
     }).join();
     expectWindowsError([] { Clipboard::registerFormat(L""); }, "Can't register clipboard format");
