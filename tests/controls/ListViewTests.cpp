@@ -88,8 +88,8 @@ TEST_CASE("ListView: items are sorted by their data, and an arrow shows the colu
     const ListHost host(WC_LISTVIEWW, LVS_REPORT);
     const ListView& view = host.control;
     const int numbers[] = {3, 1, 2};
-    for (const int& number : numbers)
-        view.insertItem(BasicString<wchar_t>::fromInt(number), &number);
+    for (const int& sorted : numbers)
+        view.insertItem(BasicString<wchar_t>::fromInt(sorted), &sorted);
     for (unsigned i = 0; i < 2; ++i)
         view.insertColumn(i, "column", 40);
     const auto order = [](const void* a, const void* b) {
