@@ -231,8 +231,8 @@ public:
 
     /// What is said above, or nothing when there is no such value.
     ///@{
-    std::optional<unsigned long> findDWordValue(const char* name) const;
-    std::optional<unsigned long> findDWordValue(const wchar_t* name) const;
+    std::optional<unsigned long> findDWordValue(const char* name) const { return findDWord(name); }
+    std::optional<unsigned long> findDWordValue(const wchar_t* name) const { return findDWord(name); }
     std::optional<unsigned long long> findQWordValue(const char* name) const;
     std::optional<unsigned long long> findQWordValue(const wchar_t* name) const;
     std::optional<BasicString<char>> findStringValue(const char* name) const;
@@ -408,6 +408,12 @@ private:
         return access & (KEY_WOW64_32KEY | KEY_WOW64_64KEY) ? access : access | getView();
     }
     template <class Ch> bool openKey(HKEY parent, const Ch* subkey, unsigned long access);
+    // In the header, because compilers for 32 bits do not agree on how a function returns this type.
+    template <class Ch> std::optional<unsigned long> findDWord(const Ch* name) const
+    {
+        unsigned long value = 0;
+        return getValue(name, value) ? std::optional(value) : std::nullopt;
+    }
 
     bool owns_ = false;
     unsigned char view_ = 0;

@@ -168,8 +168,6 @@ bool RegistryKey::getValue(const wchar_t* name, unsigned long& value) const
 }
 unsigned long RegistryKey::getDWordValue(const char* name) const { return require(readDWord(key_, name)); }
 unsigned long RegistryKey::getDWordValue(const wchar_t* name) const { return require(readDWord(key_, name)); }
-std::optional<unsigned long> RegistryKey::findDWordValue(const char* name) const { return readDWord(key_, name); }
-std::optional<unsigned long> RegistryKey::findDWordValue(const wchar_t* name) const { return readDWord(key_, name); }
 unsigned long RegistryKey::getDWordValue(const char* name, unsigned long defaultValue) const
 {
     return readDWord(key_, name).value_or(defaultValue);
