@@ -65,7 +65,7 @@ template <class Failing> void showFailure(const char* label, Failing failing)
 
 void writeNowhere()
 {
-    int* volatile nowhere = nullptr;
+    volatile int* volatile nowhere = nullptr;
     *nowhere = 1;
 }
 

@@ -1,5 +1,7 @@
 #include "Campaign.h"
 
+#include <Wine.h>
+
 #include <tarn/BasicString.h>
 
 #include <filesystem>
@@ -113,7 +115,7 @@ std::vector<std::string> PassedOver::unused() const
 {
     std::vector<std::string> texts;
     for (const Row& row : rows_)
-        if (!row.used)
+        if (!row.used && (support::wineVersion() == 8 || row.text.find("Wine") == std::string::npos))
             texts.push_back(row.text);
     return texts;
 }

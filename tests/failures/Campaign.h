@@ -84,7 +84,7 @@ public:
 
     /// Whether the page has a row for a complaint about this call in this scenario; notes that the row was of use.
     bool covers(const std::string& call, const std::string& scenario);
-    /// Rows that no complaint has needed.
+    /// Rows that no complaint has needed, though they are not of Wine 8 alone.
     std::vector<std::string> unused() const;
 
 private:
