@@ -5,13 +5,11 @@
 #include "../foundation/Check.h"
 #include "../foundation/Closing.h"
 #include "../foundation/Quoted.h"
+#include "../foundation/Widened.h"
 #include "FileApi.h"
 
 namespace tarn {
 namespace {
-BasicString<wchar_t> widened(const char* name) { return a2w(name, CP_ACP); }
-BasicString<wchar_t> widened(const wchar_t* name) { return name; }
-
 template <class Ch> BasicString<wchar_t> createTemporaryFile()
 {
     constexpr const char* noFolder = "Can't retrieve temporary directory";
