@@ -65,12 +65,12 @@ private:
 
     static LRESULT CALLBACK onMessage(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR self);
     void handled(UINT msg, WPARAM wParam, LPARAM lParam, const Size& former);
+    HWND getWindow() const;
     void measure(HWND window);
     void place() const;
 
     std::vector<Control> controls_;
     std::unique_ptr<Subclass> subclass_;
-    HWND window_ = nullptr;
     bool isRescaling_ = false;
     bool* ended_ = nullptr; // While a message is under way: whether the window was let go.
     Size start_, minimum_;

@@ -36,18 +36,17 @@ void Anchors::begin(HWND window)
     measure(window);
     minimum_ = Window(window).getWindowSize();
     subclass_ = std::make_unique<Subclass>(window, onMessage, this, "Can't follow size of window");
-    window_ = window;
 }
 
 void Anchors::end()
 {
     subclass_.reset();
-    window_ = nullptr;
     if (bool* const ended = std::exchange(ended_, nullptr))
         *ended = true;
 }
 
-void Anchors::restart() { measure(window_); }
+HWND Anchors::getWindow() const { return subclass_ ? subclass_->getWindow() : nullptr; }
+void Anchors::restart() { measure(getWindow()); }
 
 void Anchors::measure(HWND window)
 {
@@ -62,13 +61,14 @@ void Anchors::measure(HWND window)
 
 void Anchors::place() const
 {
-    const Size size = Window(window_).getClientSize();
+    const HWND window = getWindow();
+    const Size size = Window(window).getClientSize();
     HDWP moves = BeginDeferWindowPos(static_cast<int>(controls_.size()));
     for (const Control& control : controls_) {
         Rect rect = control.rect;
         follow(rect.left, rect.right, size.cx - start_.cx, control.edges & left, control.edges & right, start_.cx);
         follow(rect.top, rect.bottom, size.cy - start_.cy, control.edges & top, control.edges & bottom, start_.cy);
-        const HWND hwnd = GetDlgItem(window_, control.id);
+        const HWND hwnd = GetDlgItem(window, control.id);
         if (hwnd && moves)
             moves = DeferWindowPos(moves, hwnd, nullptr, rect.left, rect.top, rect.getWidth(),
                                    rect.getHeight() + control.listHeight,
@@ -88,7 +88,7 @@ void Anchors::handled(UINT msg, WPARAM wParam, LPARAM lParam, const Size& former
     }
     if (msg == WM_DPICHANGED) { // The window's own procedure has given it and its controls their new sizes.
         isRescaling_ = false;
-        const Size size = Window(window_).getWindowSize();
+        const Size size = Window(getWindow()).getWindowSize();
         minimum_ = {MulDiv(minimum_.cx, size.cx, former.cx), MulDiv(minimum_.cy, size.cy, former.cy)};
         restart();
     }
